@@ -1,0 +1,36 @@
+# Compile options of every target, in one place.
+add_library(calmdeck_options INTERFACE)
+target_compile_options(calmdeck_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+  -Wnon-virtual-dtor)
+if(CALMDECK_WERROR)
+  target_compile_options(calmdeck_options INTERFACE -Werror)
+endif()
+if(CALMDECK_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# calmdeck_room(<name> SOURCES <file>... [USES <room>...] [LIBRARIES <library>...])
+#
+# One room of the house as a static library. USES are the rooms that it may include, and nothing
+# else of the tree is linked, so an include that tests/includes.rules forbids does not link either.
+# LIBRARIES are foreign and stay the room's own affair.
+function(calmdeck_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 room "" "" "SOURCES;USES;LIBRARIES")
+  add_library(${name} STATIC ${room_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${room_USES} PRIVATE calmdeck_options ${room_LIBRARIES})
+endfunction()
+
+# calmdeck_test(<name> SOURCES <file>... USES <library>... [LABELS <label>...])
+function(calmdeck_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;USES;LABELS")
+  add_executable(${name} ${test_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE ${test_USES} calmdeck_options GTest::gtest_main
+                                        GTest::gmock)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 120 LABELS "${test_LABELS}")
+endfunction()

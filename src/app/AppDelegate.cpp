@@ -1,0 +1,143 @@
+#include "app/AppDelegate.h"
+
+#include <array>
+
+#include "app/ControllerFactory.h"
+#include "platform/foundation/NSRunLoop.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "platform/foundation/Print.h"
+#include "settings/SettingsKeys.h"
+
+namespace app {
+
+using platform::NSApplication;
+using platform::NSEventType;
+using platform::NSUserDefaults;
+
+namespace {
+
+constexpr double kPopoverDelay = 0.5;
+
+}  // namespace
+
+std::shared_ptr<AppDelegate> AppDelegate::initWithCoder(const platform::NSCoder&) {
+  return std::make_shared<AppDelegate>();
+}
+
+AppDelegate::AppDelegate()
+    : popover_(std::make_shared<platform::NSPopover>()),
+      statusItem_(platform::NSStatusBar::systemStatusBar().statusItemWithLength(
+          platform::NSStatusItem::kVariableLength)) {}
+
+// --- Launch ---
+
+void AppDelegate::applicationWillFinishLaunching() {
+  launchSetup();
+}
+
+void AppDelegate::launchSetup() {
+  applyLaunchAtLogin();
+  if (statusItem_->button()) {
+    statusbutton_ = statusItem_->button();
+    statusbutton_->setImage(platform::NSImage::imageNamed("logo-initial-small"));
+  }
+  statusItemSetup();
+  setUpUpdater();
+}
+
+void AppDelegate::applyLaunchAtLogin() {
+  NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  if (!defaults.objectOfType<bool>(settings::kUserdeaultsLaunchAtLogin)) {
+    defaults.setBool(true, settings::kUserdeaultsLaunchAtLogin);
+  }
+}
+
+void AppDelegate::statusItemSetup() {
+  if (!statusItem_->button()) return;
+  popover_->setContentViewController(sharedViewController());
+  statusbutton_->setAction("togglePopover:");
+  popover_->setBehavior(platform::NSPopoverBehavior::Transient);
+  buildStatusBarMenu();
+  statusbutton_->sendActionOn(platform::maskOf(NSEventType::LeftMouseUp) |
+                              platform::maskOf(NSEventType::RightMouseUp));
+  platform::NSRunLoop::mainRunLoop().performSelectorAfterDelay(shared_from_this(), "showPopover",
+                                                               nullptr, kPopoverDelay);
+}
+
+void AppDelegate::buildStatusBarMenu() {
+  statusBarMenu_ = std::make_shared<platform::NSMenu>("Status Bar Menu");
+  statusBarMenu_->setDelegate(std::static_pointer_cast<AppDelegate>(shared_from_this()));
+  statusBarMenu_->addItemWithTitle("Preferences", "showPreferences", "");
+  statusBarMenu_->addItemWithTitle("Check for Updates", "checkForUpdate", "");
+  statusBarMenu_->addItemWithTitle("Quit", "quitApp", "");
+}
+
+void AppDelegate::setUpUpdater() {
+  updater_ = platform::SUUpdater::initForBundle(platform::NSBundle::mainBundle());
+  updater_->setAutomaticallyChecksForUpdates(true);
+  updater_->setAutomaticallyDownloadsUpdates(false);
+  updater_->checkForUpdatesInBackground();
+}
+
+// --- Clicks ---
+
+void AppDelegate::togglePopover(platform::NSObject* sender) {
+  handleStatusItemClick(sender);
+}
+
+void AppDelegate::handleStatusItemClick(platform::NSObject* sender) {
+  const auto& event = NSApplication::sharedApplication().currentEvent();
+  if (!event) return;
+  if (event->type == NSEventType::RightMouseUp) {
+    platform::print("Right click!");
+    statusItem_->setMenu(statusBarMenu_);
+    statusItem_->button()->performClick(nullptr);
+    return;
+  }
+  platform::print("Left click!");
+  if (popover_->isShown())
+    popover_->performClose(sender);
+  else
+    showPopover();
+}
+
+void AppDelegate::showPopover() {
+  const auto& button = statusItem_->button();
+  if (!button) return;
+  popover_->showRelativeToRect(button->bounds(), *button, platform::NSRectEdge::MinY);
+}
+
+void AppDelegate::menuDidClose(platform::NSMenu&) {
+  statusItem_->setMenu(nullptr);
+}
+
+// --- Menu ---
+
+bool AppDelegate::validateMenuItem(const platform::NSMenuItem& item) {
+  if (item.action() == "checkForUpdate") return updater_ && updater_->canCheckForUpdates();
+  return true;
+}
+
+void AppDelegate::checkForUpdate() {
+  if (updater_) updater_->checkForUpdates(this);
+}
+
+void AppDelegate::quitApp() {
+  NSApplication::sharedApplication().terminate(this);
+}
+
+const platform::ClassDescription& AppDelegate::classDescription() const {
+  static constexpr std::array messages{
+      platform::message<&AppDelegate::applicationWillFinishLaunching>(
+          "applicationWillFinishLaunching:"),
+      platform::message<&AppDelegate::checkForUpdate>("checkForUpdate"),
+      platform::message<&AppDelegate::quitApp>("quitApp"),
+      platform::message<&AppDelegate::togglePopover>("togglePopover:"),
+      platform::message<&AppDelegate::showPopover>("showPopover"),
+  };
+  static constexpr platform::ClassDescription description{
+      .className = "AppDelegate", .messages = messages, .outlets = {}, .keys = {}};
+  return description;
+}
+
+}  // namespace app

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/appkit/NSStoryboard.h"
+#include "presentation/ViewController.h"
+
+namespace app {
+
+class AppDelegate;
+
+/// The application's single instances, each made on first use and kept until the Runtime goes. This
+/// room alone knows them all, and wires what the rooms below leave open. Main thread only. A
+/// storyboard or a delegate that is not what it should be is a programming error.
+[[nodiscard]] const std::shared_ptr<platform::NSStoryboard>& sharedStoryboard();
+[[nodiscard]] const std::shared_ptr<presentation::ViewController>& sharedViewController();
+[[nodiscard]] const std::shared_ptr<AppDelegate>& sharedAppDelegate();
+
+}  // namespace app

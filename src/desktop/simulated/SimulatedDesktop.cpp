@@ -1,0 +1,32 @@
+#include "desktop/simulated/SimulatedDesktop.h"
+
+namespace simulated {
+
+std::optional<platform::Value> SimulatedDefaults::object(std::string_view key) const {
+  const auto found = values.find(key);
+  if (found == values.end()) return std::nullopt;
+  return found->second;
+}
+
+void SimulatedDefaults::set(std::string_view key, platform::Value value) {
+  log_.add("defaults.set " + std::string(key));
+  values.insert_or_assign(std::string(key), std::move(value));
+}
+
+void SimulatedDefaults::remove(std::string_view key) {
+  log_.add("defaults.remove " + std::string(key));
+  if (const auto found = values.find(key); found != values.end()) values.erase(found);
+}
+
+std::vector<std::string> SimulatedDesktop::leftBehind() const {
+  std::vector<std::string> left;
+  if (loop.pendingTimers() != 0) {
+    left.push_back(std::to_string(loop.pendingTimers()) + " timers");
+  }
+  if (screen.windowCount() != 0) left.push_back(std::to_string(screen.windowCount()) + " windows");
+  if (!screen.alerts().empty()) left.push_back(std::to_string(screen.alerts().size()) + " alerts");
+  if (tray.hasItem()) left.emplace_back("a status item");
+  return left;
+}
+
+}  // namespace simulated

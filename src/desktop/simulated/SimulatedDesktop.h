@@ -1,0 +1,88 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "desktop/simulated/CallLog.h"
+#include "desktop/simulated/SimulatedAudioObjects.h"
+#include "desktop/simulated/SimulatedAutomation.h"
+#include "desktop/simulated/SimulatedMainLoop.h"
+#include "desktop/simulated/SimulatedStatusBar.h"
+#include "desktop/simulated/SimulatedWindows.h"
+#include "platform/Desktop.h"
+
+namespace simulated {
+
+class SimulatedOutput final : public platform::port::StandardOutput {
+ public:
+  void print(std::string_view text) override { lines.emplace_back(text); }
+  std::vector<std::string> lines;
+};
+
+class SimulatedDefaults final : public platform::port::DefaultsStore {
+ public:
+  explicit SimulatedDefaults(CallLog& log) : log_(log) {}
+  [[nodiscard]] std::optional<platform::Value> object(std::string_view key) const override;
+  void set(std::string_view key, platform::Value value) override;
+  void remove(std::string_view key) override;
+
+  std::map<std::string, platform::Value, std::less<>> values;
+
+ private:
+  CallLog& log_;
+};
+
+class SimulatedSession final : public platform::port::Session {
+ public:
+  void setClient(platform::port::SessionClient* client) override { client_ = client; }
+  /// The user starts the program a second time.
+  void reopen() { client_->applicationShouldReopen(); }
+
+ private:
+  platform::port::SessionClient* client_ = nullptr;
+};
+
+class SimulatedUpdates final : public platform::port::UpdateService {
+ public:
+  void checkInBackground() override { ++backgroundChecks; }
+  void checkForUpdates() override { ++checks; }
+  int backgroundChecks = 0;
+  int checks = 0;
+};
+
+/// A desktop in memory: state, levers, one log of calls and a clock that is moved by hand. It has
+/// no behaviour of its own.
+class SimulatedDesktop final : public platform::Desktop {
+ public:
+  SimulatedMainLoop& mainLoop() override { return loop; }
+  SimulatedOutput& standardOutput() override { return output; }
+  SimulatedDefaults& defaults() override { return settings; }
+  SimulatedSession& session() override { return userSession; }
+  SimulatedWindows& windows() override { return screen; }
+  SimulatedStatusBar& statusBar() override { return tray; }
+  SimulatedAudioObjects* audioObjects() override { return hasAudio ? &audio : nullptr; }
+  SimulatedAutomation* automation() override { return hasAutomation ? &scripts : nullptr; }
+  SimulatedUpdates* updates() override { return hasUpdates ? &updateService : nullptr; }
+
+  /// What the program has not given back, a line each. Empty once its Runtime is gone, or it leaks.
+  [[nodiscard]] std::vector<std::string> leftBehind() const;
+
+  CallLog log;
+  SimulatedMainLoop loop;
+  SimulatedOutput output;
+  SimulatedDefaults settings{log};
+  SimulatedSession userSession;
+  SimulatedWindows screen{log};
+  SimulatedStatusBar tray{log};
+  SimulatedAudioObjects audio{log};
+  SimulatedAutomation scripts{log};
+  SimulatedUpdates updateService;
+
+  // Levers: which optional services there are.
+  bool hasAudio = true;
+  bool hasAutomation = true;
+  bool hasUpdates = true;
+};
+
+}  // namespace simulated

@@ -1,0 +1,54 @@
+#include "desktop/simulated/SimulatedStatusBar.h"
+
+#include "platform/appkit/NSImage.h"
+#include "platform/appkit/NSMenu.h"
+#include "platform/foundation/ProgrammingError.h"
+
+namespace simulated {
+
+class SimulatedStatusBar::Peer final : public platform::port::StatusItemPeer {
+ public:
+  explicit Peer(SimulatedStatusBar& bar) : bar_(bar) {}
+  ~Peer() override { bar_.client_ = nullptr; }
+  Peer(const Peer&) = delete;
+  Peer& operator=(const Peer&) = delete;
+
+  void setImage(const platform::NSImage* image) override {
+    bar_.image_ = image == nullptr ? "" : image->name();
+    bar_.log_.add("statusItem.setImage " + bar_.image_);
+  }
+
+  void openMenu(const platform::NSMenu& menu) override {
+    bar_.log_.add("statusItem.openMenu");
+    bar_.menu_.emplace();
+    for (const auto& item : menu.itemArray()) {
+      bar_.menu_->push_back({item->title(), item->isEnabled()});
+    }
+  }
+
+ private:
+  SimulatedStatusBar& bar_;
+};
+
+std::unique_ptr<platform::port::StatusItemPeer> SimulatedStatusBar::createStatusItem(
+    platform::port::StatusItemClient& client) {
+  if (client_ != nullptr) platform::programmingError("the simulated status bar has one item");
+  client_ = &client;
+  return std::make_unique<Peer>(*this);
+}
+
+void SimulatedStatusBar::choose(std::string_view title) {
+  if (!menu_) platform::programmingError("no menu is open");
+  for (std::size_t index = 0; index < menu_->size(); ++index) {
+    if ((*menu_)[index].title == title) client_->menuItemChosen(index);
+  }
+  closeMenu();
+}
+
+void SimulatedStatusBar::closeMenu() {
+  menu_.reset();
+  // The item may have gone with what was chosen.
+  if (client_ != nullptr) client_->menuDidClose();
+}
+
+}  // namespace simulated

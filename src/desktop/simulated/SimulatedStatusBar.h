@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/simulated/CallLog.h"
+#include "platform/appkit/NSEvent.h"
+#include "platform/port/StatusBar.h"
+
+namespace simulated {
+
+/// A status area with room for one item.
+class SimulatedStatusBar final : public platform::port::StatusBar {
+ public:
+  explicit SimulatedStatusBar(CallLog& log) : log_(log) {}
+
+  [[nodiscard]] std::unique_ptr<platform::port::StatusItemPeer> createStatusItem(
+      platform::port::StatusItemClient& client) override;
+  [[nodiscard]] bool itemsHaveButtons() const override { return hasButtons; }
+
+  // --- Levers ---
+  bool hasButtons = true;
+  [[nodiscard]] bool hasItem() const { return client_ != nullptr; }
+  /// The name of the item's image, empty when it has none.
+  [[nodiscard]] const std::string& image() const { return image_; }
+  /// One line of the menu that is open.
+  struct MenuLine {
+    std::string title;
+    bool enabled;
+    bool operator==(const MenuLine&) const = default;
+  };
+  /// None while no menu is open.
+  [[nodiscard]] const std::optional<std::vector<MenuLine>>& menu() const { return menu_; }
+
+  void leftClick() { client_->statusItemClicked(platform::NSEventType::LeftMouseUp); }
+  void rightClick() { client_->statusItemClicked(platform::NSEventType::RightMouseUp); }
+  /// Chooses the line with that title, which closes the menu.
+  void choose(std::string_view title);
+  void closeMenu();
+
+ private:
+  class Peer;
+
+  CallLog& log_;
+  platform::port::StatusItemClient* client_ = nullptr;
+  std::string image_;
+  std::optional<std::vector<MenuLine>> menu_;
+};
+
+}  // namespace simulated

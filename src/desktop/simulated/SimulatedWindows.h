@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "desktop/simulated/CallLog.h"
+#include "platform/port/Windows.h"
+
+namespace simulated {
+
+/// Windows and alerts that nobody sees. What is pressed is a view of the model.
+class SimulatedWindows final : public platform::port::Windows {
+ public:
+  explicit SimulatedWindows(CallLog& log) : log_(log) {}
+
+  [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createWindow(
+      platform::NSWindow& window, platform::port::WindowClient& client) override;
+  [[nodiscard]] std::unique_ptr<AlertPeer> showAlert(
+      const platform::NSAlert& alert, std::function<void(std::size_t)> answered) override;
+  void activateApplication() override { log_.add("windows.activateApplication"); }
+
+  // --- Levers: the user ---
+  /// Press and release of the main button on a view, in the window that it is in.
+  void press(platform::NSView& view);
+  void release(platform::NSView& view);
+  /// The user acts outside every window.
+  void actElsewhere();
+  /// The user wants every window closed.
+  void escape();
+
+  /// An alert on the screen.
+  struct ShownAlert {
+    std::string message;
+    int style;
+    std::vector<std::string> buttons;
+    bool operator==(const ShownAlert&) const = default;
+  };
+  [[nodiscard]] const std::vector<ShownAlert>& alerts() const { return alerts_; }
+  void answerAlert(std::size_t button) { answered_.back()(button); }
+
+  // --- What is there ---
+  [[nodiscard]] std::size_t windowCount() const { return windows_.size(); }
+  [[nodiscard]] std::size_t visibleWindowCount() const;
+  /// How often changes of the model reached a window.
+  [[nodiscard]] int updates() const { return updates_; }
+
+ private:
+  class Window;
+  class Alert;
+  [[nodiscard]] Window& windowOf(platform::NSView& view);
+
+  CallLog& log_;
+  std::vector<Window*> windows_;
+  std::vector<ShownAlert> alerts_;
+  std::vector<std::function<void(std::size_t)>> answered_;
+  int updates_ = 0;
+};
+
+}  // namespace simulated

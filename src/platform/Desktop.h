@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/port/AudioObjects.h"
+#include "platform/port/Automation.h"
+#include "platform/port/DefaultsStore.h"
+#include "platform/port/MainLoop.h"
+#include "platform/port/Session.h"
+#include "platform/port/StandardOutput.h"
+#include "platform/port/StatusBar.h"
+#include "platform/port/UpdateService.h"
+#include "platform/port/Windows.h"
+
+namespace platform {
+
+/// A desktop: everything that the layer asks of the machine, behind one owner of small services.
+///
+/// A desktop is made by `main` (or by a test fixture) before the Runtime that it is handed to and
+/// outlives it. It owns its services; the references stay good for as long as it lives. A service
+/// that a desktop lacks is a null pointer, and its header says what the layer then does. All of it
+/// belongs to the main thread unless a header says otherwise.
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+
+  virtual port::MainLoop& mainLoop() = 0;
+  virtual port::StandardOutput& standardOutput() = 0;
+  virtual port::DefaultsStore& defaults() = 0;
+  virtual port::Session& session() = 0;
+  virtual port::Windows& windows() = 0;
+  virtual port::StatusBar& statusBar() = 0;
+
+  virtual port::AudioObjects* audioObjects() { return nullptr; }
+  virtual port::Automation* automation() { return nullptr; }
+  virtual port::UpdateService* updates() { return nullptr; }
+};
+
+}  // namespace platform

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <typeindex>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/Desktop.h"
+
+namespace platform {
+
+/// The process-wide single instances, on one desktop.
+///
+/// Exactly one Runtime is current at a time: `main` makes one for the life of the process, a test
+/// fixture one for each test. Making a second while one lives is a programming error. Destroying it
+/// drops the instances, the youngest first; the desktop must still be alive then. Main thread only.
+class Runtime {
+ public:
+  explicit Runtime(Desktop& desktop);
+  ~Runtime();
+  Runtime(const Runtime&) = delete;
+  Runtime& operator=(const Runtime&) = delete;
+
+  /// The current one; having none is a programming error.
+  [[nodiscard]] static Runtime& current();
+
+  [[nodiscard]] Desktop& desktop() const { return desktop_; }
+
+  /// The single instance of T, made by its default constructor on first use.
+  template <typename T>
+  [[nodiscard]] std::shared_ptr<T> instance() {
+    const std::type_index type = typeid(T);
+    if (const auto found = instances_.find(type); found != instances_.end()) {
+      return std::static_pointer_cast<T>(found->second);
+    }
+    auto made = std::make_shared<T>();
+    instances_.emplace(type, made);
+    order_.push_back(type);
+    return made;
+  }
+
+ private:
+  Desktop& desktop_;
+  std::unordered_map<std::type_index, std::shared_ptr<void>> instances_;
+  std::vector<std::type_index> order_;
+};
+
+}  // namespace platform

@@ -1,0 +1,53 @@
+#include "platform/appkit/Animatable.h"
+
+namespace platform {
+namespace {
+
+// Control points of the default timing curve; the ends are (0, 0) and (1, 1).
+constexpr double kX1 = 0.25;
+constexpr double kY1 = 0.1;
+constexpr double kX2 = 0.25;
+constexpr double kY2 = 1.0;
+
+double bezier(double p1, double p2, double t) {
+  const double u = 1 - t;
+  return 3 * u * u * t * p1 + 3 * u * t * t * p2 + t * t * t;
+}
+
+}  // namespace
+
+double animationProgress(Duration elapsed, Duration duration) {
+  if (elapsed <= Duration::zero()) return 0;
+  if (elapsed >= duration) return 1;
+  const double x = std::chrono::duration<double>(elapsed) / std::chrono::duration<double>(duration);
+  // x(t) rises, so bisection finds its t; 24 halvings are below a pixel by far.
+  double low = 0;
+  double high = 1;
+  for (int i = 0; i < 24; ++i) {
+    const double middle = (low + high) / 2;
+    (bezier(kX1, kX2, middle) < x ? low : high) = middle;
+  }
+  return bezier(kY1, kY2, (low + high) / 2);
+}
+
+double interpolate(double from, double to, double progress) {
+  return from + (to - from) * progress;
+}
+
+NSRect interpolate(const NSRect& from, const NSRect& to, double progress) {
+  return {interpolate(from.x, to.x, progress), interpolate(from.y, to.y, progress),
+          interpolate(from.width, to.width, progress),
+          interpolate(from.height, to.height, progress)};
+}
+
+NSColor interpolate(const NSColor& from, const NSColor& to, double progress) {
+  const auto start = from.rgba();
+  const auto end = to.rgba();
+  if (!start || !end) return to;
+  return NSColor::RGBA{interpolate(start->red, end->red, progress),
+                       interpolate(start->green, end->green, progress),
+                       interpolate(start->blue, end->blue, progress),
+                       interpolate(start->alpha, end->alpha, progress)};
+}
+
+}  // namespace platform

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/appkit/Animatable.h"
+#include "platform/appkit/NSColor.h"
+
+namespace platform {
+
+/// The look of a view: a rounded rectangle with a fill and a border inside its edge, the size of
+/// the view. Owned by its view. Border width and colour, background and radius animate when they
+/// are set inside an animation group that allows implicit animation.
+class CALayer {
+ public:
+  /// `changed` is called after each setter.
+  explicit CALayer(std::function<void()> changed) : changed_(std::move(changed)) {}
+  CALayer(const CALayer&) = delete;
+  CALayer& operator=(const CALayer&) = delete;
+
+  [[nodiscard]] const NSColor& backgroundColor() const { return backgroundColor_.model(); }
+  void setBackgroundColor(NSColor color);
+  /// Points.
+  [[nodiscard]] double borderWidth() const { return borderWidth_.model(); }
+  void setBorderWidth(double width);
+  [[nodiscard]] const NSColor& borderColor() const { return borderColor_.model(); }
+  void setBorderColor(NSColor color);
+  /// Points.
+  [[nodiscard]] double cornerRadius() const { return cornerRadius_.model(); }
+  void setCornerRadius(double radius);
+  [[nodiscard]] bool masksToBounds() const { return masksToBounds_; }
+  void setMasksToBounds(bool masks);
+
+  /// What is on the screen at one time.
+  struct Presentation {
+    NSColor backgroundColor;
+    double borderWidth = 0;
+    NSColor borderColor;
+    double cornerRadius = 0;
+  };
+  [[nodiscard]] Presentation presentation(MonotonicTime time) const;
+  [[nodiscard]] bool isAnimating(MonotonicTime time) const;
+
+ private:
+  template <typename T>
+  void set(Animatable<T>& property, T value);
+
+  // The platform's defaults: no fill, an opaque black border of no width.
+  Animatable<NSColor> backgroundColor_{NSColor(NSColor::RGBA{0, 0, 0, 0})};
+  Animatable<double> borderWidth_{0.0};
+  Animatable<NSColor> borderColor_{NSColor::blackColor()};
+  Animatable<double> cornerRadius_{0.0};
+  bool masksToBounds_ = false;
+  std::function<void()> changed_;
+};
+
+}  // namespace platform

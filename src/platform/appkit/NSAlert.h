@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// How serious an alert is, with the platform's numbers.
+enum class NSAlertStyle { Warning = 0, Informational = 1, Critical = 2 };
+
+/// A message that the user must answer. Main thread only.
+class NSAlert {
+ public:
+  /// What `runModal` returns for the first button; the next ones count up from it.
+  static constexpr int kFirstButtonReturn = 1000;
+
+  [[nodiscard]] const std::string& messageText() const { return messageText_; }
+  void setMessageText(std::string text) { messageText_ = std::move(text); }
+  [[nodiscard]] NSAlertStyle alertStyle() const { return style_; }
+  void setAlertStyle(NSAlertStyle style) { style_ = style; }
+  [[nodiscard]] const std::vector<std::string>& buttonTitles() const { return buttonTitles_; }
+  /// The first button is the default one.
+  void addButtonWithTitle(std::string title) { buttonTitles_.push_back(std::move(title)); }
+
+  /// Shows the alert and handles events until it is answered.
+  int runModal() const;
+
+ private:
+  std::string messageText_;
+  NSAlertStyle style_ = NSAlertStyle::Warning;
+  std::vector<std::string> buttonTitles_;
+};
+
+}  // namespace platform

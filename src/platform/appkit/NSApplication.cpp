@@ -1,0 +1,96 @@
+#include "platform/appkit/NSApplication.h"
+
+#include <array>
+#include <utility>
+
+#include "platform/Runtime.h"
+#include "platform/appkit/NSStoryboard.h"
+#include "platform/foundation/NSRunLoop.h"
+
+namespace platform {
+namespace {
+
+Desktop& desktop() {
+  return Runtime::current().desktop();
+}
+
+}  // namespace
+
+NSApplication::NSApplication() {
+  desktop().session().setClient(this);
+}
+NSApplication::~NSApplication() {
+  desktop().session().setClient(nullptr);
+}
+
+NSApplication& NSApplication::sharedApplication() {
+  return *Runtime::current().instance<NSApplication>();
+}
+
+void NSApplication::setDelegate(std::shared_ptr<NSObject> delegate) {
+  if (dynamic_cast<NSApplicationDelegate*>(delegate.get()) == nullptr) {
+    programmingError("the application's delegate is no NSApplicationDelegate");
+  }
+  delegate_ = std::move(delegate);
+}
+
+NSApplicationDelegate& NSApplication::applicationDelegate() {
+  if (!delegate_) programmingError("the application has no delegate");
+  return dynamic_cast<NSApplicationDelegate&>(*delegate_);
+}
+
+void NSApplication::run() {
+  applicationDelegate().applicationWillFinishLaunching();
+  applicationDelegate().applicationDidFinishLaunching();
+  desktop().mainLoop().run();
+}
+
+void NSApplication::terminate(NSObject*) {
+  applicationDelegate().applicationWillTerminate();
+  desktop().mainLoop().terminate();
+}
+
+void NSApplication::sendEvent(const NSEvent& event, const std::function<void()>& handler) {
+  NSRunLoop::mainRunLoop().deliver([this, event, handler] {
+    const auto outer = std::exchange(currentEvent_, event);
+    handler();
+    currentEvent_ = outer;
+  });
+}
+
+NSObject* NSApplication::targetForAction(std::string_view action, NSObject* target) {
+  if (target != nullptr) return target;
+  if (delegate_ && delegate_->respondsToSelector(action)) return delegate_.get();
+  return respondsToSelector(action) ? this : nullptr;
+}
+
+bool NSApplication::sendAction(std::string_view action, NSObject* target, NSObject* sender) {
+  NSObject* receiver = targetForAction(action, target);
+  if (receiver == nullptr) return false;
+  receiver->performSelector(action, sender);
+  return true;
+}
+
+void NSApplication::activateIgnoringOtherApps(bool ignoreOtherApps) {
+  if (ignoreOtherApps) desktop().windows().activateApplication();
+}
+
+void NSApplication::applicationShouldReopen() {
+  NSRunLoop::mainRunLoop().deliver(
+      [this] { applicationDelegate().applicationShouldHandleReopen(); });
+}
+
+const ClassDescription& NSApplication::classDescription() const {
+  static constexpr std::array messages{message<&NSApplication::terminate>("terminate:")};
+  static constexpr ClassDescription description{.className = "NSApplication", .messages = messages};
+  return description;
+}
+
+void NSApplicationMain() {
+  NSApplication& application = NSApplication::sharedApplication();
+  application.setDelegate(
+      NSStoryboard::storyboardWithName("Main", nullptr)->instantiateApplicationDelegate());
+  application.run();
+}
+
+}  // namespace platform

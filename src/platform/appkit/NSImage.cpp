@@ -1,0 +1,28 @@
+#include "platform/appkit/NSImage.h"
+
+#include <map>
+
+#include "platform/Runtime.h"
+#include "platform/foundation/NSBundle.h"
+
+namespace platform {
+namespace {
+
+struct NamedImages {
+  std::map<std::string, std::shared_ptr<NSImage>, std::less<>> images;
+};
+
+}  // namespace
+
+NSImage::NSImage(std::string name, std::string_view bytes)
+    : name_(std::move(name)), bytes_(bytes) {}
+
+std::shared_ptr<NSImage> NSImage::imageNamed(std::string_view name) {
+  auto& images = Runtime::current().instance<NamedImages>()->images;
+  if (const auto found = images.find(name); found != images.end()) return found->second;
+  const auto bytes = NSBundle::mainBundle().resource(name, "svg");
+  if (!bytes) return nullptr;
+  return images.emplace(name, std::make_shared<NSImage>(std::string(name), *bytes)).first->second;
+}
+
+}  // namespace platform

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/foundation/NSObject.h"
+
+namespace platform {
+
+class NSMenu;
+
+/// Told when a menu it is the delegate of has closed. Optional part of an object's interface.
+class NSMenuDelegate {
+ public:
+  virtual ~NSMenuDelegate() = default;
+  virtual void menuDidClose(NSMenu& menu) = 0;
+};
+
+/// One line of a menu.
+class NSMenuItem final : public NSObject {
+ public:
+  NSMenuItem(std::string title, SEL action, std::string keyEquivalent);
+
+  [[nodiscard]] const std::string& title() const { return title_; }
+  [[nodiscard]] const SEL& action() const { return action_; }
+  [[nodiscard]] const std::string& keyEquivalent() const { return keyEquivalent_; }
+  /// Null: the action travels the responder chain.
+  [[nodiscard]] std::shared_ptr<NSObject> target() const { return target_.lock(); }
+  void setTarget(const std::shared_ptr<NSObject>& target) { target_ = target; }
+  [[nodiscard]] bool isEnabled() const { return enabled_; }
+  void setEnabled(bool enabled) { enabled_ = enabled; }
+
+ private:
+  std::string title_;
+  SEL action_;
+  std::string keyEquivalent_;
+  std::weak_ptr<NSObject> target_;
+  bool enabled_ = true;
+};
+
+/// Decides whether an item can be chosen now. An object that an item's action would reach may
+/// implement it; without it every item that has somebody to act on it is enabled.
+class NSMenuItemValidation {
+ public:
+  virtual ~NSMenuItemValidation() = default;
+  [[nodiscard]] virtual bool validateMenuItem(const NSMenuItem& item) = 0;
+};
+
+/// A list of items. How it is shown is the desktop's affair; see NSStatusItem for when.
+class NSMenu final : public NSObject {
+ public:
+  explicit NSMenu(std::string title) : title_(std::move(title)) {}
+
+  std::shared_ptr<NSMenuItem> addItemWithTitle(std::string title, SEL action,
+                                               std::string keyEquivalent);
+  [[nodiscard]] const std::string& title() const { return title_; }
+  [[nodiscard]] const std::vector<std::shared_ptr<NSMenuItem>>& itemArray() const { return items_; }
+
+  /// Not owned.
+  void setDelegate(const std::shared_ptr<NSMenuDelegate>& delegate) { delegate_ = delegate; }
+  [[nodiscard]] std::shared_ptr<NSMenuDelegate> delegate() const { return delegate_.lock(); }
+
+  /// Enables the items that somebody would act on and disables the rest. Done before each opening.
+  void update();
+
+  /// Sends the item's action to its target or up the responder chain. An index out of range or a
+  /// disabled item is ignored: what the user saw may be older than the menu.
+  void performActionForItemAtIndex(std::size_t index);
+
+ private:
+  std::string title_;
+  std::vector<std::shared_ptr<NSMenuItem>> items_;
+  std::weak_ptr<NSMenuDelegate> delegate_;
+};
+
+}  // namespace platform

@@ -1,0 +1,220 @@
+#include "platform/appkit/NSStoryboard.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <pugixml.hpp>
+
+#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSStackView.h"
+#include "platform/appkit/NSTextField.h"
+#include "platform/foundation/ClassRegistry.h"
+#include "platform/foundation/ProgrammingError.h"
+
+namespace platform {
+namespace {
+
+using Problems = std::vector<std::string>;
+
+template <typename T>
+std::shared_ptr<NSObject> make(const NSCoder& coder) {
+  return T::initWithCoder(coder);
+}
+
+/// Elements that stand for a class of the layer. Any other element names its class itself.
+struct ElementRow {
+  std::string_view element;
+  ClassRegistry::Maker maker;
+};
+
+constexpr ElementRow kElements[] = {
+    {"view", &make<NSView>},           {"stackView", &make<NSStackView>},
+    {"textField", &make<NSTextField>}, {"imageView", &make<NSImageView>},
+    {"separator", &make<NSSeparator>},
+};
+
+ClassRegistry::Maker makerOf(const pugi::xml_node& node) {
+  const auto* row =
+      std::ranges::find(kElements, std::string_view(node.name()), &ElementRow::element);
+  if (row != std::end(kElements)) return row->maker;
+  return ClassRegistry::shared().maker(node.attribute("class").as_string());
+}
+
+/// How a problem names what the element stands for.
+std::string className(const pugi::xml_node& node) {
+  return std::string(node.attribute("class").as_string(node.name()));
+}
+
+class XmlCoder final : public NSCoder {
+ public:
+  explicit XmlCoder(const pugi::xml_node& node) : node_(node) {}
+
+  [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const override {
+    const pugi::xml_attribute attribute = node_.attribute(std::string(name).c_str());
+    if (!attribute) return std::nullopt;
+    return attribute.value();
+  }
+
+ private:
+  const pugi::xml_node& node_;
+};
+
+/// Where in the description something is wrong, and what.
+std::string problem(const pugi::xml_node& node, std::string_view what) {
+  return std::string(what) + " at <" + node.name() + "> (byte " +
+         std::to_string(node.offset_debug()) + ")";
+}
+
+std::shared_ptr<NSObject> makeObject(const pugi::xml_node& node, Problems& problems) {
+  const ClassRegistry::Maker maker = makerOf(node);
+  if (maker == nullptr) {
+    problems.push_back(problem(node, "no class '" + className(node) + "'"));
+    return nullptr;
+  }
+  std::shared_ptr<NSObject> object = maker(XmlCoder(node));
+  if (!object)
+    problems.push_back(problem(node, "attributes that '" + className(node) + "' cannot read"));
+  return object;
+}
+
+/// Builds one tree of views and remembers the views that have an id.
+class ViewBuilder {
+ public:
+  explicit ViewBuilder(Problems& problems) : problems_(problems) {}
+
+  std::shared_ptr<NSView> build(const pugi::xml_node& node) {
+    const auto view = std::dynamic_pointer_cast<NSView>(makeObject(node, problems_));
+    if (!view) {
+      problems_.push_back(problem(node, "no view"));
+      return nullptr;
+    }
+    if (const char* id = node.attribute("id").as_string(nullptr)) remember(node, id, view);
+    for (const pugi::xml_node& child : node.children()) addChild(*view, child);
+    return view;
+  }
+
+  void connect(NSObject& owner, const pugi::xml_node& node) {
+    const std::string_view property = node.attribute("property").as_string();
+    const auto found = views_.find(node.attribute("destination").as_string());
+    if (found == views_.end()) {
+      problems_.push_back(problem(node, "an outlet without destination"));
+    } else if (!owner.connectOutlet(property, found->second)) {
+      problems_.push_back(problem(node, "no outlet '" + std::string(property) + "' of that class"));
+    }
+  }
+
+ private:
+  void remember(const pugi::xml_node& node, const char* id, const std::shared_ptr<NSView>& view) {
+    if (!views_.emplace(id, view).second)
+      problems_.push_back(problem(node, "a second use of an id"));
+  }
+
+  void addChild(NSView& view, const pugi::xml_node& child) {
+    if (std::string_view(child.name()) != "attribute") {
+      if (const auto subview = build(child)) view.addSubview(subview);
+      return;
+    }
+    const std::string_view key = child.attribute("key").as_string();
+    if (!view.setValueForKey(key, child.attribute("value").as_string())) {
+      problems_.push_back(problem(child, "no key '" + std::string(key) + "' of such a value"));
+    }
+  }
+
+  Problems& problems_;
+  std::map<std::string, std::shared_ptr<NSView>, std::less<>> views_;
+};
+
+/// The one view of a controller's description, with the controller's outlets connected.
+std::shared_ptr<NSView> loadView(NSViewController& controller, const pugi::xml_node& node,
+                                 Problems& problems) {
+  ViewBuilder builder(problems);
+  std::shared_ptr<NSView> view;
+  for (const pugi::xml_node& child : node.children()) {
+    if (std::string_view(child.name()) == "outlet")
+      builder.connect(controller, child);
+    else if (view)
+      problems.push_back(problem(child, "a second view of a controller"));
+    else
+      view = builder.build(child);
+  }
+  if (!view) problems.push_back(problem(node, "no view of a controller"));
+  return view;
+}
+
+void failOn(const Problems& problems) {
+  if (!problems.empty()) programmingError("storyboard: " + problems.front());
+}
+
+}  // namespace
+
+struct NSStoryboard::Document {
+  pugi::xml_document xml;
+  Problems problems;
+
+  [[nodiscard]] pugi::xml_node root() const { return xml.child("storyboard"); }
+};
+
+std::shared_ptr<NSStoryboard> NSStoryboard::storyboardWithName(std::string_view name,
+                                                               NSBundle* bundle) {
+  const NSBundle& source = bundle == nullptr ? NSBundle::mainBundle() : *bundle;
+  const auto text = source.resource(name, "storyboard");
+  if (!text) programmingError("no storyboard '" + std::string(name) + "'");
+  return std::make_shared<NSStoryboard>(*text);
+}
+
+NSStoryboard::NSStoryboard(std::string_view text) {
+  auto document = std::make_shared<Document>();
+  const pugi::xml_parse_result result = document->xml.load_buffer(text.data(), text.size());
+  if (!result) document->problems.emplace_back(result.description());
+  document_ = document;
+}
+
+NSStoryboard::~NSStoryboard() = default;
+
+std::shared_ptr<NSViewController> NSStoryboard::instantiateControllerWithIdentifier(
+    std::string_view identifier) {
+  failOn(document_->problems);
+  const pugi::xml_node scene = document_->root().find_child_by_attribute(
+      "scene", "identifier", std::string(identifier).c_str());
+  const pugi::xml_node node = scene.child("viewController");
+  if (!node) programmingError("storyboard: no scene '" + std::string(identifier) + "'");
+  Problems problems;
+  const auto controller = std::dynamic_pointer_cast<NSViewController>(makeObject(node, problems));
+  failOn(problems);
+  if (!controller) programmingError("storyboard: a scene's class is no view controller");
+  controller->setLoader([document = document_, node](NSViewController& owner) {
+    Problems found;
+    const std::shared_ptr<NSView> view = loadView(owner, node, found);
+    failOn(found);
+    return view;
+  });
+  return controller;
+}
+
+std::shared_ptr<NSObject> NSStoryboard::instantiateApplicationDelegate() {
+  failOn(document_->problems);
+  const pugi::xml_node node = document_->root().child("applicationDelegate");
+  Problems problems;
+  std::shared_ptr<NSObject> delegate = makeObject(node, problems);
+  failOn(problems);
+  return delegate;
+}
+
+std::vector<std::string> NSStoryboard::problems() {
+  Problems problems = document_->problems;
+  for (const pugi::xml_node& scene : document_->root().children("scene")) {
+    const pugi::xml_node node = scene.child("viewController");
+    const auto controller = std::dynamic_pointer_cast<NSViewController>(makeObject(node, problems));
+    if (controller)
+      static_cast<void>(loadView(*controller, node, problems));
+    else
+      problems.push_back(problem(node, "no view controller"));
+  }
+  const pugi::xml_node delegate = document_->root().child("applicationDelegate");
+  if (makerOf(delegate) == nullptr) {
+    problems.push_back(problem(delegate, "no application delegate"));
+  }
+  return problems;
+}
+
+}  // namespace platform

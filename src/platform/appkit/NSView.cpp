@@ -1,0 +1,146 @@
+#include "platform/appkit/NSView.h"
+
+#include <algorithm>
+
+#include "platform/appkit/Layout.h"
+#include "platform/appkit/NSAnimationContext.h"
+
+namespace platform {
+
+NSView::NSView() = default;
+NSView::~NSView() {
+  for (const auto& view : subviews_) view->superview_ = nullptr;
+}
+
+std::shared_ptr<NSView> NSView::initWithCoder(const NSCoder& coder) {
+  auto view = std::make_shared<NSView>();
+  return view->decode(coder) ? view : nullptr;
+}
+
+bool NSView::decode(const NSCoder& coder) {
+  if (const auto label = coder.attribute("accessibilityLabel")) accessibilityLabel_ = *label;
+  if (const auto help = coder.attribute("accessibilityHelp")) accessibilityHelp_ = *help;
+  if (const auto hidden = coder.attribute("hidden")) {
+    const auto value = attributeFromText<bool>(*hidden);
+    if (!value) return false;
+    hidden_ = *value;
+  }
+  if (const auto scale = coder.attribute("contentScale")) {
+    const auto value = attributeFromText<double>(*scale);
+    if (!value || *value <= 0) return false;
+    contentScale_ = *value;
+  }
+  return true;
+}
+
+// --- The tree ---
+
+void NSView::addSubview(const std::shared_ptr<NSView>& view) {
+  view->removeFromSuperview();
+  view->superview_ = this;
+  subviews_.push_back(view);
+  view->setHost(host_);
+  setNeedsLayout();
+  didChange(ViewChange::Subviews);
+}
+
+void NSView::removeFromSuperview() {
+  if (superview_ == nullptr) return;
+  const std::shared_ptr<NSObject> self = shared_from_this();
+  NSView& parent = *superview_;
+  std::erase_if(parent.subviews_, [this](const auto& view) { return view.get() == this; });
+  superview_ = nullptr;
+  setHost(nullptr);
+  parent.didChange(ViewChange::Subviews);
+}
+
+void NSView::setHost(ViewHost* host) {
+  host_ = host;
+  for (const auto& view : subviews_) view->setHost(host);
+}
+
+NSWindow* NSView::window() const {
+  return host_ == nullptr ? nullptr : host_->window();
+}
+
+void NSView::didChange(ViewChange change) {
+  if (host_ != nullptr) host_->viewDidChange(*this, change);
+}
+
+// --- Geometry and layout ---
+
+void NSView::setFrame(NSRect frame) {
+  if (frame == frame_.model()) return;
+  frame_.set(frame, NSAnimationContext::implicitTiming());
+  didChange(ViewChange::Frame);
+}
+
+void NSView::setContentScale(double scale) {
+  contentScale_ = scale;
+  didChange(ViewChange::Frame);
+}
+
+bool NSView::isAnimating(MonotonicTime time) const {
+  return frame_.isAnimating(time) || (layer_ && layer_->isAnimating(time)) ||
+         std::ranges::any_of(subviews_,
+                             [time](const auto& view) { return view->isAnimating(time); });
+}
+
+NSLayoutAnchor NSView::anchor(NSLayoutAttribute attribute) {
+  return {std::static_pointer_cast<NSView>(shared_from_this()), attribute};
+}
+
+void NSView::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
+  translates_ = translates;
+  setNeedsLayout();
+}
+
+void NSView::setNeedsLayout() {
+  for (NSView* view = this; view != nullptr; view = view->superview_) view->needsLayout_ = true;
+}
+
+void NSView::layoutSubtreeIfNeeded() {
+  if (!needsLayout_) return;
+  needsLayout_ = false;
+  layoutChildren(*this);
+  for (const auto& view : subviews_) view->layoutSubtreeIfNeeded();
+}
+
+// --- Look ---
+
+void NSView::setWantsLayer(bool wants) {
+  if (wants == (layer_ != nullptr)) return;
+  layer_ = wants ? std::make_unique<CALayer>([this] { didChange(ViewChange::Layer); }) : nullptr;
+  didChange(ViewChange::Layer);
+}
+
+void NSView::setShadow(NSShadow shadow) {
+  shadow_ = shadow;
+  didChange(ViewChange::Layer);
+}
+
+void NSView::setHidden(bool hidden) {
+  hidden_ = hidden;
+  didChange(ViewChange::Hidden);
+}
+
+NSViewAnimator NSView::animator() {
+  return NSViewAnimator(*this);
+}
+
+// --- Events and assistive technology ---
+
+void NSView::mouseDown(const NSEvent&) {}
+void NSView::mouseUp(const NSEvent&) {}
+
+void NSView::setAccessibilityLabel(std::string label) {
+  accessibilityLabel_ = std::move(label);
+  didChange(ViewChange::Attributes);
+}
+
+void NSView::setAccessibilityHelp(std::string help) {
+  accessibilityHelp_ = std::move(help);
+  didChange(ViewChange::Attributes);
+}
+
+}  // namespace platform

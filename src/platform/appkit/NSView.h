@@ -1,0 +1,156 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/appkit/Animatable.h"
+#include "platform/appkit/CALayer.h"
+#include "platform/appkit/NSAccessibility.h"
+#include "platform/appkit/NSEvent.h"
+#include "platform/appkit/NSLayoutConstraint.h"
+#include "platform/appkit/NSShadow.h"
+#include "platform/appkit/ViewHost.h"
+#include "platform/foundation/NSCoder.h"
+#include "platform/foundation/NSObject.h"
+
+namespace platform {
+
+class NSViewAnimator;
+
+/// Which native control, if any, stands for a view. A desktop has one row for each.
+enum class NSViewKind {
+  Custom,  ///< painted from its layer and those of its subviews
+  Stack,
+  Label,
+  Image,
+  Separator,
+};
+
+/// A rectangle of a window: a node of the observable model that a window's peer shows.
+///
+/// A view owns its subviews. Frames are in the superview's coordinates, in points, y up. Inside a
+/// stack the desktop places and sizes the views by its own fonts and spacing; inside a custom view
+/// layout constraints do.
+class NSView : public NSObject {
+ public:
+  NSView();
+  ~NSView() override;
+
+  /// The view that an interface description speaks of, without its subviews; null when the
+  /// description's attributes cannot be read.
+  [[nodiscard]] static std::shared_ptr<NSView> initWithCoder(const NSCoder& coder);
+
+  [[nodiscard]] virtual NSViewKind kind() const { return NSViewKind::Custom; }
+
+  // --- The tree ---
+  void addSubview(const std::shared_ptr<NSView>& view);
+  void removeFromSuperview();
+  [[nodiscard]] const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
+  [[nodiscard]] NSView* superview() const { return superview_; }
+  /// The window that the view is in, or null.
+  [[nodiscard]] NSWindow* window() const;
+  /// Called by what shows the tree; null takes it out again.
+  void setHost(ViewHost* host);
+
+  // --- Geometry ---
+  [[nodiscard]] const NSRect& frame() const { return frame_.model(); }
+  void setFrame(NSRect frame);
+  [[nodiscard]] NSRect bounds() const { return {0, 0, frame().width, frame().height}; }
+  /// Where the view is on the screen at `time`.
+  [[nodiscard]] NSRect presentationFrame(MonotonicTime time) const {
+    return frame_.presentation(time);
+  }
+  /// Whether the view or one below it is moving or changing its look at `time`.
+  [[nodiscard]] bool isAnimating(MonotonicTime time) const;
+  /// How many points of the superview one point inside this view takes; 1 at first. Enlarges the
+  /// view and all in it, crisply.
+  [[nodiscard]] double contentScale() const { return contentScale_; }
+  void setContentScale(double scale);
+
+  // --- Layout ---
+  [[nodiscard]] NSLayoutAnchor leftAnchor() { return anchor(NSLayoutAttribute::Left); }
+  [[nodiscard]] NSLayoutAnchor rightAnchor() { return anchor(NSLayoutAttribute::Right); }
+  [[nodiscard]] NSLayoutAnchor widthAnchor() { return anchor(NSLayoutAttribute::Width); }
+  [[nodiscard]] NSLayoutAnchor heightAnchor() { return anchor(NSLayoutAttribute::Height); }
+  [[nodiscard]] NSLayoutAnchor centerYAnchor() { return anchor(NSLayoutAttribute::CenterY); }
+  /// While true (at first) the view's frame is what was set; otherwise constraints decide it.
+  [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const { return translates_; }
+  void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+  /// Brings the frames of this view and all below it in line with the active constraints. What no
+  /// constraint decides keeps its value. Does nothing when nothing has changed since.
+  void layoutSubtreeIfNeeded();
+  void setNeedsLayout();
+  /// The active constraints whose first anchor is this view's. For NSLayoutConstraint and layout.
+  [[nodiscard]] std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints() {
+    return constraints_;
+  }
+
+  // --- Look ---
+  /// A view has a layer once it wants one.
+  void setWantsLayer(bool wants);
+  [[nodiscard]] CALayer* layer() const { return layer_.get(); }
+  [[nodiscard]] const std::optional<NSShadow>& shadow() const { return shadow_; }
+  void setShadow(NSShadow shadow);
+  [[nodiscard]] bool isHidden() const { return hidden_; }
+  void setHidden(bool hidden);
+  /// Changes made through it animate inside the current group.
+  [[nodiscard]] NSViewAnimator animator();
+
+  // --- Events ---
+  virtual void mouseDown(const NSEvent& event);
+  virtual void mouseUp(const NSEvent& event);
+  /// Whether the keyboard can reach the view. A key press or assistive action on such a view is
+  /// reported as a mouse press and release on it.
+  [[nodiscard]] virtual bool acceptsFirstResponder() const { return false; }
+  [[nodiscard]] bool acceptsTouchEvents() const { return acceptsTouchEvents_; }
+  void setAcceptsTouchEvents(bool accepts) { acceptsTouchEvents_ = accepts; }
+
+  // --- What assistive technology is told ---
+  [[nodiscard]] virtual NSAccessibilityRole accessibilityRole() const {
+    return NSAccessibilityRole::Unknown;
+  }
+  [[nodiscard]] const std::string& accessibilityLabel() const { return accessibilityLabel_; }
+  void setAccessibilityLabel(std::string label);
+  [[nodiscard]] const std::string& accessibilityHelp() const { return accessibilityHelp_; }
+  void setAccessibilityHelp(std::string help);
+  /// On or off for controls that have a state.
+  [[nodiscard]] virtual std::optional<bool> accessibilityValue() const { return std::nullopt; }
+
+ protected:
+  /// Takes the view's own attributes from an interface description.
+  [[nodiscard]] virtual bool decode(const NSCoder& coder);
+  void didChange(ViewChange change);
+
+ private:
+  NSLayoutAnchor anchor(NSLayoutAttribute attribute);
+
+  Animatable<NSRect> frame_;
+  std::vector<std::shared_ptr<NSView>> subviews_;
+  NSView* superview_ = nullptr;
+  ViewHost* host_ = nullptr;
+  std::vector<std::shared_ptr<NSLayoutConstraint>> constraints_;
+  std::unique_ptr<CALayer> layer_;
+  std::optional<NSShadow> shadow_;
+  std::string accessibilityLabel_;
+  std::string accessibilityHelp_;
+  double contentScale_ = 1;
+  bool translates_ = true;
+  bool needsLayout_ = true;
+  bool hidden_ = false;
+  bool acceptsTouchEvents_ = false;
+};
+
+/// See NSView::animator.
+class NSViewAnimator {
+ public:
+  explicit NSViewAnimator(NSView& view) : view_(view) {}
+  [[nodiscard]] CALayer* layer() const { return view_.layer(); }
+  void layoutSubtreeIfNeeded() const { view_.layoutSubtreeIfNeeded(); }
+
+ private:
+  NSView& view_;
+};
+
+}  // namespace platform

@@ -1,0 +1,113 @@
+#include "platform/appkit/NSWindow.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Runtime.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/NSRunLoop.h"
+
+namespace platform {
+
+NSWindow::~NSWindow() {
+  peer_.reset();
+  if (contentView_) contentView_->setHost(nullptr);
+}
+
+void NSWindow::setContentView(std::shared_ptr<NSView> view) {
+  if (contentView_) contentView_->setHost(nullptr);
+  contentView_ = std::move(view);
+  if (!contentView_) return;
+  contentView_->setHost(this);
+  viewDidChange(*contentView_, ViewChange::Subviews);
+}
+
+void NSWindow::show(const port::Placement& placement) {
+  if (contentView_) contentView_->layoutSubtreeIfNeeded();
+  if (!peer_) {
+    // A new peer reads the whole model, so nothing that changed before is news to it.
+    peer_ = Runtime::current().desktop().windows().createWindow(*this, *this);
+    changes_.clear();
+  }
+  displayIfNeeded();
+  visible_ = true;
+  peer_->show(placement);
+}
+
+void NSWindow::orderOut() {
+  if (!visible_) return;
+  visible_ = false;
+  key_ = false;
+  peer_->hide();
+}
+
+void NSWindow::makeKeyWindow() {
+  if (visible_) peer_->makeKey();
+}
+
+void NSWindow::displayIfNeeded() {
+  if (!peer_ || changes_.empty()) return;
+  peer_->update(std::exchange(changes_, {}));
+}
+
+void NSWindow::viewDidChange(NSView& view, ViewChange change) {
+  const auto known = std::ranges::find_if(
+      changes_, [&view](const port::ChangedView& entry) { return entry.view.get() == &view; });
+  if (known != changes_.end()) {
+    known->change = known->change | change;
+    return;
+  }
+  changes_.push_back({std::static_pointer_cast<NSView>(view.shared_from_this()), change});
+  if (std::exchange(displayScheduled_, true)) return;
+  NSRunLoop::mainRunLoop().beforeWaiting([weak = weak_from_this()] {
+    if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) {
+      self->displayScheduled_ = false;
+      self->displayIfNeeded();
+    }
+  });
+}
+
+// --- Reports of the peer ---
+
+void NSWindow::deliver(std::function<void(NSWindow& self)> report) {
+  NSRunLoop::mainRunLoop().deliver([weak = weak_from_this(), report = std::move(report)] {
+    if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) report(*self);
+  });
+}
+
+void NSWindow::windowDidBecomeKey() {
+  deliver([](NSWindow& self) { self.key_ = self.visible_; });
+}
+
+void NSWindow::windowDidResignKey() {
+  deliver([](NSWindow& self) { self.key_ = false; });
+}
+
+void NSWindow::windowShouldClose() {
+  deliver([](NSWindow& self) {
+    if (self.delegate_ != nullptr) self.delegate_->windowShouldClose();
+  });
+}
+
+void NSWindow::userActedElsewhere() {
+  deliver([](NSWindow& self) {
+    if (self.delegate_ != nullptr) self.delegate_->userActedElsewhere();
+  });
+}
+
+void NSWindow::mouseDown(NSView& view, const NSEvent& event) {
+  sendMouseEvent(view, event, &NSView::mouseDown);
+}
+
+void NSWindow::mouseUp(NSView& view, const NSEvent& event) {
+  sendMouseEvent(view, event, &NSView::mouseUp);
+}
+
+void NSWindow::sendMouseEvent(NSView& view, const NSEvent& event,
+                              void (NSView::*handler)(const NSEvent&)) {
+  const auto target = std::static_pointer_cast<NSView>(view.shared_from_this());
+  NSApplication::sharedApplication().sendEvent(
+      event, [target, event, handler] { ((*target).*handler)(event); });
+}
+
+}  // namespace platform

@@ -1,0 +1,22 @@
+#include "platform/foundation/NSBundle.h"
+
+#include "platform/Runtime.h"
+
+namespace platform {
+
+NSBundle& NSBundle::mainBundle() {
+  return *Runtime::current().instance<NSBundle>();
+}
+
+void NSBundle::addResource(std::string fileName, std::string_view bytes) {
+  resources_.insert_or_assign(std::move(fileName), bytes);
+}
+
+std::optional<std::string_view> NSBundle::resource(std::string_view name,
+                                                   std::string_view type) const {
+  const auto found = resources_.find(std::string(name) + "." + std::string(type));
+  if (found == resources_.end()) return std::nullopt;
+  return found->second;
+}
+
+}  // namespace platform

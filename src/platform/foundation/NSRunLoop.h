@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "platform/foundation/NSObject.h"
+#include "platform/port/MainLoop.h"
+
+namespace platform {
+
+/// The main run loop: the one place through which everything that happens reaches the application,
+/// and so the keeper of its order. Main thread only.
+///
+/// While the main thread sleeps (see `sleep`), whatever arrives is held back; it is acted on after
+/// the event that slept has ended, in the order of arrival, before anything that arrives later.
+class NSRunLoop final : public NSObject {
+ public:
+  using Work = std::function<void()>;
+
+  [[nodiscard]] static NSRunLoop& mainRunLoop();
+
+  /// Acts on something that has just arrived: now, or once what is held back has had its turn.
+  void deliver(Work event);
+
+  /// Delivers `work` after the current event, in the order of queuing.
+  void enqueue(Work work);
+
+  /// Runs `work` once at the end of the current turn, before the loop waits or sleeps.
+  void beforeWaiting(Work work);
+
+  using TimerId = std::uint64_t;
+  /// Delivers `work` once, `delay` from now.
+  TimerId scheduleTimer(Duration delay, Work work);
+  /// Its work will not run any more; an id that has fired or is unknown is ignored.
+  void cancelTimer(TimerId id);
+  [[nodiscard]] std::size_t pendingTimers() const { return timers_.size(); }
+
+  /// Sends `selector` to `target` after `seconds`. Keeps both objects alive until then.
+  void performSelectorAfterDelay(const std::shared_ptr<NSObject>& target, SEL selector,
+                                 const std::shared_ptr<NSObject>& object, double seconds);
+
+  /// Blocks the main thread; animations in flight keep moving on the screen.
+  void sleep(double seconds);
+
+  [[nodiscard]] MonotonicTime now() const;
+
+ private:
+  [[nodiscard]] bool isHolding() const { return sleeping_ || !held_.empty(); }
+  void scheduleRelease();
+  void releaseOne();
+  void flushBeforeWaiting();
+  /// `function` on this run loop, unless it is gone by then.
+  [[nodiscard]] Work guarded(void (NSRunLoop::*function)());
+
+  std::deque<Work> held_;
+  std::vector<Work> beforeWaiting_;
+  std::map<TimerId, std::unique_ptr<port::MainLoop::Timer>> timers_;
+  TimerId lastTimer_ = 0;
+  bool sleeping_ = false;
+};
+
+/// Seconds as the layer's durations.
+[[nodiscard]] constexpr Duration durationOf(double seconds) {
+  return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
+}
+
+}  // namespace platform

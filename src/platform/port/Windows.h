@@ -1,0 +1,93 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <variant>
+#include <vector>
+
+#include "platform/appkit/NSEvent.h"
+#include "platform/appkit/ViewHost.h"
+
+namespace platform {
+class NSAlert;
+class NSView;
+class NSWindow;
+}  // namespace platform
+
+namespace platform::port {
+
+class StatusItemPeer;
+
+/// In the middle of the screen that the user is on.
+struct PlacedByDesktop {};
+/// At a status item, on the side of it where there is room. Where the desktop shows no status item
+/// the window opens as an ordinary one, and offers the item's menu too (the user asking for it is a
+/// RightMouseUp of the item).
+struct PlacedAtStatusItem {
+  StatusItemPeer* item = nullptr;
+};
+using Placement = std::variant<PlacedByDesktop, PlacedAtStatusItem>;
+
+/// What a window's peer reports, on the main thread and never from inside a call of the peer.
+class WindowClient {
+ public:
+  virtual ~WindowClient() = default;
+
+  virtual void windowDidBecomeKey() = 0;
+  virtual void windowDidResignKey() = 0;
+  /// The user wants the window closed: the title bar's button, Escape. The window is still there.
+  virtual void windowShouldClose() = 0;
+  /// The user pressed a button outside the window, or turned to another program. Once for each such
+  /// act; a click on the window's own status item is none, and neither is one in an alert.
+  virtual void userActedElsewhere() = 0;
+  /// A press and a release of the main button on `view`; a release always follows its press. Keys
+  /// and assistive technology that flip a control report both, on the control.
+  virtual void mouseDown(NSView& view, const NSEvent& event) = 0;
+  virtual void mouseUp(NSView& view, const NSEvent& event) = 0;
+};
+
+/// One view that changed, and how.
+struct ChangedView {
+  std::shared_ptr<NSView> view;
+  ViewChange change;
+};
+
+/// A window on the screen. It shows its NSWindow's content view by reading the model; it paints
+/// what is animating from the presentation values for as long as something is.
+class WindowPeer {
+ public:
+  virtual ~WindowPeer() = default;
+
+  /// Puts the window on the screen, in front of the application's others. Shown again: moves it.
+  virtual void show(const Placement& placement) = 0;
+  virtual void hide() = 0;
+  /// Asks for the keyboard; the desktop may refuse.
+  virtual void makeKey() = 0;
+  /// The model changed. Comes once a turn of the loop at most, with each view once.
+  virtual void update(const std::vector<ChangedView>& changes) = 0;
+};
+
+/// Windows and alerts.
+class Windows {
+ public:
+  virtual ~Windows() = default;
+
+  /// Makes the peer of `window`, not shown yet. `window` and `client` outlive it. Never null.
+  [[nodiscard]] virtual std::unique_ptr<WindowPeer> createWindow(NSWindow& window,
+                                                                 WindowClient& client) = 0;
+
+  /// An alert on the screen. Destroying it takes it away unanswered.
+  class AlertPeer {
+   public:
+    virtual ~AlertPeer() = default;
+  };
+  /// Shows `alert` in front of all windows of the application, which take no input until it is
+  /// answered. `answered` gets the index of the chosen button, once, later.
+  [[nodiscard]] virtual std::unique_ptr<AlertPeer> showAlert(
+      const NSAlert& alert, std::function<void(std::size_t button)> answered) = 0;
+
+  /// Brings the application to the foreground; the desktop may refuse.
+  virtual void activateApplication() = 0;
+};
+
+}  // namespace platform::port

@@ -1,0 +1,186 @@
+#include "presentation/ViewController.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/appkit/NSAlert.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSImage.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "settings/SettingsKeys.h"
+
+namespace presentation {
+
+using controls::CToggleButton;
+using platform::NSUserDefaults;
+
+namespace {
+
+constexpr std::int64_t kMasterIndex = 99;
+constexpr std::int64_t kWallpaperIndex = 55;
+constexpr const char* kModeOnImage = "logo-active-small";
+constexpr const char* kModeOffImage = "logo-initial-small";
+
+}  // namespace
+
+/// One feature of the mode: its switch, where that is kept, and what it does. A feature without
+/// operations is kept and restored, and there is nothing to call for it.
+struct ViewController::Feature {
+  std::int64_t index;
+  std::weak_ptr<CToggleButton> ViewController::*outlet;
+  std::string_view key;
+  void (ViewController::*turnOn)();
+  void (ViewController::*turnOff)();
+
+  static const std::array<Feature, 5> all;
+};
+
+const std::array<ViewController::Feature, 5> ViewController::Feature::all{{
+    {11, &ViewController::toggleButtonHideDesktopIcons, settings::kUserdefaultsToggleDesktopIcons,
+     nullptr, nullptr},
+    {22, &ViewController::toggleButtonDisableNotifications, settings::kUserdefaultsToggleDnd,
+     nullptr, nullptr},
+    {33, &ViewController::toggleButtonHideActiveApps, settings::kUserdefaultsToggleHideActiveApps,
+     nullptr, nullptr},
+    {44, &ViewController::toggleButtonTurnOffSpeaker, settings::kUserdefaultsToggleSpeakerOff,
+     &ViewController::muteSpeaker, &ViewController::unmuteSpeaker},
+    {kWallpaperIndex, &ViewController::toggleButtonChangeWallpaper,
+     settings::kUserdefaultsToggleWallpaper, nullptr, nullptr},
+}};
+
+// --- Life cycle ---
+
+std::shared_ptr<ViewController> ViewController::initWithCoder(const platform::NSCoder&) {
+  return std::make_shared<ViewController>();
+}
+
+void ViewController::viewDidLoad() {
+  NSViewController::viewDidLoad();
+  toggle(&ViewController::toggleButtonPresentationMode).statetag = kMasterIndex;
+  for (const Feature& feature : Feature::all) toggle(feature.outlet).statetag = feature.index;
+  lblComingSoon.lock()->setHidden(true);
+  restoreFeatureSwitches();
+  platform::NSNotificationCenter::defaultCenter().addObserver(
+      shared_from_this(), "btnToggleClickedWithNotification:", CToggleButton::kToggleNotification);
+}
+
+void ViewController::restoreFeatureSwitches() {
+  for (const Feature& feature : Feature::all) {
+    const auto stored = NSUserDefaults::standardUserDefaults().objectOfType<bool>(feature.key);
+    if (stored) toggle(feature.outlet).setIsOn(*stored);
+  }
+}
+
+void ViewController::viewDidAppear() {
+  platform::NSApplication::sharedApplication().activateIgnoringOtherApps(true);
+  if (platform::NSWindow* window = view()->window()) window->makeKeyWindow();
+}
+
+std::any ViewController::representedObject() const {
+  return NSViewController::representedObject();
+}
+
+void ViewController::setRepresentedObject(std::any object) {
+  NSViewController::setRepresentedObject(std::move(object));
+}
+
+// --- Switches ---
+
+CToggleButton& ViewController::toggle(std::weak_ptr<CToggleButton> ViewController::*outlet) const {
+  const std::shared_ptr<CToggleButton> connected = (this->*outlet).lock();
+  if (!connected) platform::programmingError("a switch of the panel is not connected");
+  return *connected;
+}
+
+const ViewController::Feature* ViewController::featureWithIndex(std::int64_t index) {
+  const auto* found = std::ranges::find(Feature::all, index, &Feature::index);
+  return found == Feature::all.end() ? nullptr : found;
+}
+
+void ViewController::btnToggleClickedWithNotification(
+    const platform::NSNotification& notification) {
+  if (!notification.userInfo()) return;
+  const auto isOn = platform::valueOf<bool>(*notification.userInfo(), "isOn");
+  const auto index = platform::valueOf<std::int64_t>(*notification.userInfo(), "index");
+  if (!isOn || !index) return;
+  if (index == kWallpaperIndex && *isOn &&
+      !NSUserDefaults::standardUserDefaults().objectOfType<std::string>(
+          settings::kUserdefaultsSelectedWallpaper)) {
+    refuseWallpaper();
+    return;
+  }
+  if (index == kMasterIndex) {
+    *isOn ? startPresentationMode() : stopPresentationMode();
+    return;
+  }
+  const Feature* feature = featureWithIndex(*index);
+  if (feature == nullptr) return;
+  if (toggle(&ViewController::toggleButtonPresentationMode).isOn()) {
+    const auto operation = *isOn ? feature->turnOn : feature->turnOff;
+    if (operation != nullptr) (this->*operation)();
+  }
+  NSUserDefaults::standardUserDefaults().setBool(*isOn, feature->key);
+}
+
+void ViewController::refuseWallpaper() {
+  platform::NSPopover& popover = host_().panelPopover();
+  // The alert takes the focus, and the panel must still be there when it is gone.
+  popover.setBehavior(platform::NSPopoverBehavior::ApplicationDefined);
+  platform::NSAlert alert;
+  alert.setMessageText("Please add a wallpaper in settings.");
+  alert.setAlertStyle(platform::NSAlertStyle::Warning);
+  alert.addButtonWithTitle("OK");
+  alert.runModal();
+  toggle(&ViewController::toggleButtonChangeWallpaper).setIsOn(false);
+  popover.setBehavior(platform::NSPopoverBehavior::Transient);
+}
+
+// --- The mode ---
+
+void ViewController::togglePresentationMode() {
+  loadViewIfNeeded();
+  CToggleButton& master = toggle(&ViewController::toggleButtonPresentationMode);
+  const bool turnsOn = !master.isOn();
+  master.setIsOn(turnsOn);
+  turnsOn ? startPresentationMode() : stopPresentationMode();
+}
+
+void ViewController::startPresentationMode() {
+  showMode(kModeOnImage);
+  if (toggle(&ViewController::toggleButtonTurnOffSpeaker).isOn()) muteSpeaker();
+}
+
+void ViewController::stopPresentationMode() {
+  showMode(kModeOffImage);
+  if (toggle(&ViewController::toggleButtonTurnOffSpeaker).isOn()) unmuteSpeaker();
+}
+
+void ViewController::showMode(const char* imageName) {
+  if (const auto button = host_().statusButton()) {
+    button->setImage(platform::NSImage::imageNamed(imageName));
+  }
+}
+
+const platform::ClassDescription& ViewController::classDescription() const {
+  static constexpr std::array messages{
+      platform::message<&ViewController::btnToggleClickedWithNotification>(
+          "btnToggleClickedWithNotification:"),
+  };
+  static constexpr std::array outlets{
+      platform::outlet<&ViewController::toggleButtonPresentationMode>(
+          "toggleButtonPresentationMode"),
+      platform::outlet<&ViewController::toggleButtonHideDesktopIcons>(
+          "toggleButtonHideDesktopIcons"),
+      platform::outlet<&ViewController::toggleButtonDisableNotifications>(
+          "toggleButtonDisableNotifications"),
+      platform::outlet<&ViewController::toggleButtonHideActiveApps>("toggleButtonHideActiveApps"),
+      platform::outlet<&ViewController::toggleButtonTurnOffSpeaker>("toggleButtonTurnOffSpeaker"),
+      platform::outlet<&ViewController::toggleButtonChangeWallpaper>("toggleButtonChangeWallpaper"),
+      platform::outlet<&ViewController::lblComingSoon>("lblComingSoon"),
+  };
+  static constexpr platform::ClassDescription description{
+      .className = "ViewController", .messages = messages, .outlets = outlets, .keys = {}};
+  return description;
+}
+
+}  // namespace presentation

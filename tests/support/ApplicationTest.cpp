@@ -1,0 +1,51 @@
+#include "support/ApplicationTest.h"
+
+#include "app/Classes.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/NSBundle.h"
+#include "resources/Resources.h"
+
+namespace tests {
+
+using namespace std::chrono_literals;
+
+ApplicationTest::ApplicationTest() { makeRuntime(); }
+
+void ApplicationTest::makeRuntime() {
+  runtime_ = std::make_unique<platform::Runtime>(desk);
+  for (const resources::File& file : resources::files()) {
+    platform::NSBundle::mainBundle().addResource(std::string(file.name), file.bytes);
+  }
+  app::registerClasses();
+}
+
+void ApplicationTest::TearDown() {
+  runtime_.reset();
+  EXPECT_EQ(desk.leftBehind(), std::vector<std::string>{});
+}
+
+void ApplicationTest::launchOnly() { platform::NSApplicationMain(); }
+
+void ApplicationTest::launch() {
+  launchOnly();
+  desk.loop.advance(500ms);
+}
+
+void ApplicationTest::relaunch() {
+  runtime_.reset();
+  desk.output.lines.clear();
+  desk.log.clear();
+  desk.loop.restart();
+  makeRuntime();
+  launch();
+}
+
+void ApplicationTest::click(const std::weak_ptr<controls::CToggleButton>& toggle) {
+  const auto view = toggle.lock();
+  ASSERT_TRUE(view);
+  desk.screen.press(*view);
+  desk.screen.release(*view);
+  desk.loop.settle();
+}
+
+}  // namespace tests

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string_view>
+
+#include "app/AppDelegate.h"
+#include "app/ControllerFactory.h"
+#include "desktop/simulated/SimulatedDesktop.h"
+#include "platform/Runtime.h"
+
+namespace tests {
+
+/// The whole program on a simulated desktop, driven as a user does. Fails a test that leaves
+/// something behind.
+class ApplicationTest : public ::testing::Test {
+ protected:
+  ApplicationTest();
+  ~ApplicationTest() override = default;
+  void TearDown() override;
+
+  /// Starts the program and lets half a second pass, so that the panel is open.
+  void launch();
+  /// Starts the program and does not let time pass.
+  void launchOnly();
+  /// Ends the program as a user does who comes back later: what is stored stays.
+  void relaunch();
+
+  /// Press and release, and all that follows at once.
+  void click(const std::weak_ptr<controls::CToggleButton>& toggle);
+  [[nodiscard]] presentation::ViewController& panel() { return *app::sharedViewController(); }
+  [[nodiscard]] app::AppDelegate& delegate() { return *app::sharedAppDelegate(); }
+
+  simulated::SimulatedDesktop desk;
+
+ private:
+  void makeRuntime();
+  std::unique_ptr<platform::Runtime> runtime_;
+};
+
+}  // namespace tests
