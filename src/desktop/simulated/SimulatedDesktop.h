@@ -73,7 +73,7 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedOutput output;
   SimulatedDefaults settings{log};
   SimulatedSession userSession;
-  SimulatedWindows screen{log};
+  SimulatedWindows screen{log, loop};
   SimulatedStatusBar tray{log};
   SimulatedAudioObjects audio{log};
   SimulatedAutomation scripts{log};

@@ -1,5 +1,7 @@
 #include "desktop/simulated/SimulatedMainLoop.h"
 
+#include <algorithm>
+
 #include "platform/foundation/ProgrammingError.h"
 
 namespace simulated {
@@ -9,7 +11,7 @@ using platform::MonotonicTime;
 
 class SimulatedMainLoop::LoopTimer final : public Timer {
  public:
-  LoopTimer(SimulatedMainLoop& loop, Key key) : loop_(loop), key_(key) {}
+  LoopTimer(SimulatedMainLoop& loop, Key key) : loop_(loop), key_(std::move(key)) {}
   ~LoopTimer() override { loop_.timers_.erase(key_); }
   LoopTimer(const LoopTimer&) = delete;
   LoopTimer& operator=(const LoopTimer&) = delete;
@@ -18,6 +20,11 @@ class SimulatedMainLoop::LoopTimer final : public Timer {
   SimulatedMainLoop& loop_;
   Key key_;
 };
+
+void SimulatedMainLoop::post(Work work) {
+  const std::lock_guard access(queueAccess_);
+  queue_.push_back(std::move(work));
+}
 
 SimulatedMainLoop::Key SimulatedMainLoop::insert(Duration delay, Work fire) {
   const Key key{now_ + delay, ++lastTimer_};
@@ -35,9 +42,13 @@ void SimulatedMainLoop::at(Duration delay, Work happening) {
 }
 
 bool SimulatedMainLoop::workOffOne() {
-  if (queue_.empty()) return false;
-  const Work work = std::move(queue_.front());
-  queue_.pop_front();
+  Work work;
+  {
+    const std::lock_guard access(queueAccess_);
+    if (queue_.empty()) return false;
+    work = std::move(queue_.front());
+    queue_.pop_front();
+  }
   work();
   return true;
 }
@@ -62,28 +73,30 @@ void SimulatedMainLoop::settle() {
 }
 
 void SimulatedMainLoop::fireDueUntil(MonotonicTime end) {
-  while (!timers_.empty() && timers_.begin()->first.first <= end) {
+  while (!terminated_ && !timers_.empty() && timers_.begin()->first.first <= end) {
     const auto timer = timers_.extract(timers_.begin());
-    now_ = timer.key().first;
+    now_ = std::max(now_, timer.key().first);
     timer.mapped()();
   }
 }
 
-void SimulatedMainLoop::advance(Duration duration) {
-  const MonotonicTime end = now_ + duration;
+void SimulatedMainLoop::passUntil(MonotonicTime end) {
   settle();
-  while (!timers_.empty() && timers_.begin()->first.first <= end) {
+  while (!terminated_ && !timers_.empty() && timers_.begin()->first.first <= end) {
     fireDueUntil(timers_.begin()->first.first);
     settle();
   }
-  now_ = end;
+  // Whoever slept on the way may have come further.
+  if (!terminated_) now_ = std::max(now_, end);
+}
+
+void SimulatedMainLoop::advance(Duration duration) {
+  passUntil(now_ + duration);
 }
 
 void SimulatedMainLoop::sleep(Duration duration) {
   sleeps_.push_back(duration);
-  const MonotonicTime end = now_ + duration;
-  fireDueUntil(end);
-  now_ = end;
+  passUntil(now_ + duration);
 }
 
 platform::WallTime SimulatedMainLoop::wallClock() const {

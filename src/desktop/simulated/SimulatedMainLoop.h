@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <map>
+#include <mutex>
 #include <utility>
 
 #include "platform/port/MainLoop.h"
@@ -15,7 +16,7 @@ namespace simulated {
 /// user does next.
 class SimulatedMainLoop final : public platform::port::MainLoop {
  public:
-  void post(Work work) override { queue_.push_back(std::move(work)); }
+  void post(Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> startTimer(platform::Duration delay, Work fire) override;
   void run() override;
   void stop() override { stopping_ = true; }
@@ -51,7 +52,9 @@ class SimulatedMainLoop final : public platform::port::MainLoop {
   [[nodiscard]] Key insert(platform::Duration delay, Work fire);
   bool workOffOne();
   void fireDueUntil(platform::MonotonicTime end);
+  void passUntil(platform::MonotonicTime end);
 
+  std::mutex queueAccess_;
   std::deque<Work> queue_;
   std::deque<Work> acts_;
   std::map<Key, Work> timers_;

@@ -1,5 +1,7 @@
 #include "desktop/simulated/SimulatedStatusBar.h"
 
+#include <algorithm>
+
 #include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSMenu.h"
 #include "platform/foundation/ProgrammingError.h"
@@ -39,9 +41,9 @@ std::unique_ptr<platform::port::StatusItemPeer> SimulatedStatusBar::createStatus
 
 void SimulatedStatusBar::choose(std::string_view title) {
   if (!menu_) platform::programmingError("no menu is open");
-  for (std::size_t index = 0; index < menu_->size(); ++index) {
-    if ((*menu_)[index].title == title) client_->menuItemChosen(index);
-  }
+  const auto line = std::ranges::find(*menu_, title, &MenuLine::title);
+  if (line == menu_->end()) platform::programmingError("the menu has no such line");
+  client_->menuItemChosen(static_cast<std::size_t>(line - menu_->begin()));
   closeMenu();
 }
 

@@ -31,7 +31,12 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
   }
   void makeKey() override {
     windows_.log_.add("window.makeKey");
-    client.windowDidBecomeKey();
+    // Reports never come from inside a call of the peer.
+    windows_.loop_.post([&windows = windows_, this] {
+      if (std::ranges::find(windows.windows_, this) != windows.windows_.end()) {
+        client.windowDidBecomeKey();
+      }
+    });
   }
   void update(const std::vector<platform::port::ChangedView>&) override { ++windows_.updates_; }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "desktop/simulated/CallLog.h"
+#include "desktop/simulated/SimulatedMainLoop.h"
 #include "platform/port/Windows.h"
 
 namespace simulated {
@@ -12,7 +13,7 @@ namespace simulated {
 /// Windows and alerts that nobody sees. What is pressed is a view of the model.
 class SimulatedWindows final : public platform::port::Windows {
  public:
-  explicit SimulatedWindows(CallLog& log) : log_(log) {}
+  SimulatedWindows(CallLog& log, SimulatedMainLoop& loop) : log_(log), loop_(loop) {}
 
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createWindow(
       platform::NSWindow& window, platform::port::WindowClient& client) override;
@@ -51,6 +52,7 @@ class SimulatedWindows final : public platform::port::Windows {
   [[nodiscard]] Window& windowOf(platform::NSView& view);
 
   CallLog& log_;
+  SimulatedMainLoop& loop_;
   std::vector<Window*> windows_;
   std::vector<ShownAlert> alerts_;
   std::vector<std::function<void(std::size_t)>> answered_;

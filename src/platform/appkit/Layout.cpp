@@ -110,6 +110,13 @@ class Propagation {
     }
   }
 
+  /// What the constraints here leave open of the root's size has been decided above it.
+  void keepSizeOfRoot() {
+    Extents& own = extents_.at(&root_);
+    if (!own.x.size) own.x.size = root_.frame().width;
+    if (!own.y.size) own.y.size = root_.frame().height;
+  }
+
   void apply() {
     for (const auto& view : root_.subviews()) {
       view->setFrame(frameFrom(extents_.at(view.get()), view->frame()));
@@ -166,6 +173,8 @@ class Propagation {
 
 void layoutChildren(NSView& root) {
   Propagation propagation(root);
+  propagation.run();
+  propagation.keepSizeOfRoot();
   propagation.run();
   propagation.apply();
 }

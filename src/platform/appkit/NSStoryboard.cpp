@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <pugixml.hpp>
+#include <set>
 
 #include "platform/appkit/NSImageView.h"
 #include "platform/appkit/NSStackView.h"
@@ -50,13 +51,24 @@ class XmlCoder final : public NSCoder {
   explicit XmlCoder(const pugi::xml_node& node) : node_(node) {}
 
   [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const override {
+    read_.emplace(name);
     const pugi::xml_attribute attribute = node_.attribute(std::string(name).c_str());
     if (!attribute) return std::nullopt;
     return attribute.value();
   }
 
+  /// An attribute that is there and that the class did not ask for, if there is one.
+  [[nodiscard]] std::optional<std::string> unread() const {
+    for (const pugi::xml_attribute& attribute : node_.attributes()) {
+      const std::string_view name = attribute.name();
+      if (name != "class" && name != "id" && !read_.contains(name)) return std::string(name);
+    }
+    return std::nullopt;
+  }
+
  private:
   const pugi::xml_node& node_;
+  mutable std::set<std::string, std::less<>> read_;
 };
 
 /// Where in the description something is wrong, and what.
@@ -71,9 +83,12 @@ std::shared_ptr<NSObject> makeObject(const pugi::xml_node& node, Problems& probl
     problems.push_back(problem(node, "no class '" + className(node) + "'"));
     return nullptr;
   }
-  std::shared_ptr<NSObject> object = maker(XmlCoder(node));
+  const XmlCoder coder(node);
+  std::shared_ptr<NSObject> object = maker(coder);
   if (!object)
     problems.push_back(problem(node, "attributes that '" + className(node) + "' cannot read"));
+  else if (const auto name = coder.unread())
+    problems.push_back(problem(node, "no attribute '" + *name + "' of '" + className(node) + "'"));
   return object;
 }
 
@@ -83,7 +98,7 @@ class ViewBuilder {
   explicit ViewBuilder(Problems& problems) : problems_(problems) {}
 
   std::shared_ptr<NSView> build(const pugi::xml_node& node) {
-    const auto view = std::dynamic_pointer_cast<NSView>(makeObject(node, problems_));
+    auto view = std::dynamic_pointer_cast<NSView>(makeObject(node, problems_));
     if (!view) {
       problems_.push_back(problem(node, "no view"));
       return nullptr;
@@ -138,7 +153,26 @@ std::shared_ptr<NSView> loadView(NSViewController& controller, const pugi::xml_n
       view = builder.build(child);
   }
   if (!view) problems.push_back(problem(node, "no view of a controller"));
+  for (const OutletRow& row : controller.classDescription().outlets) {
+    const std::string name(row.name);
+    if (!node.find_child_by_attribute("outlet", "property", name.c_str()))
+      problems.push_back(problem(node, "outlet '" + name + "' is not connected"));
+  }
   return view;
+}
+
+void checkScene(const pugi::xml_node& scene, Problems& problems) {
+  const pugi::xml_node node = scene.child("viewController");
+  if (!node) {
+    problems.push_back(problem(scene, "no view controller"));
+    return;
+  }
+  const std::shared_ptr<NSObject> object = makeObject(node, problems);
+  if (!object) return;
+  if (const auto controller = std::dynamic_pointer_cast<NSViewController>(object))
+    static_cast<void>(loadView(*controller, node, problems));
+  else
+    problems.push_back(problem(node, "a class that is no view controller"));
 }
 
 void failOn(const Problems& problems) {
@@ -179,12 +213,12 @@ std::shared_ptr<NSViewController> NSStoryboard::instantiateControllerWithIdentif
   const pugi::xml_node node = scene.child("viewController");
   if (!node) programmingError("storyboard: no scene '" + std::string(identifier) + "'");
   Problems problems;
-  const auto controller = std::dynamic_pointer_cast<NSViewController>(makeObject(node, problems));
+  auto controller = std::dynamic_pointer_cast<NSViewController>(makeObject(node, problems));
   failOn(problems);
   if (!controller) programmingError("storyboard: a scene's class is no view controller");
   controller->setLoader([document = document_, node](NSViewController& owner) {
     Problems found;
-    const std::shared_ptr<NSView> view = loadView(owner, node, found);
+    std::shared_ptr<NSView> view = loadView(owner, node, found);
     failOn(found);
     return view;
   });
@@ -202,13 +236,17 @@ std::shared_ptr<NSObject> NSStoryboard::instantiateApplicationDelegate() {
 
 std::vector<std::string> NSStoryboard::problems() {
   Problems problems = document_->problems;
-  for (const pugi::xml_node& scene : document_->root().children("scene")) {
-    const pugi::xml_node node = scene.child("viewController");
-    const auto controller = std::dynamic_pointer_cast<NSViewController>(makeObject(node, problems));
-    if (controller)
-      static_cast<void>(loadView(*controller, node, problems));
-    else
-      problems.push_back(problem(node, "no view controller"));
+  std::set<std::string> identifiers;
+  for (const pugi::xml_node& node : document_->root().children()) {
+    if (std::string_view(node.name()) == "applicationDelegate") continue;
+    if (std::string_view(node.name()) != "scene") {
+      problems.push_back(problem(node, "neither a scene nor an application delegate"));
+      continue;
+    }
+    const std::string identifier = node.attribute("identifier").as_string();
+    if (identifier.empty() || !identifiers.insert(identifier).second)
+      problems.push_back(problem(node, "no identifier of its own"));
+    checkScene(node, problems);
   }
   const pugi::xml_node delegate = document_->root().child("applicationDelegate");
   if (makerOf(delegate) == nullptr) {

@@ -70,8 +70,11 @@ void NSView::didChange(ViewChange change) {
 // --- Geometry and layout ---
 
 void NSView::setFrame(NSRect frame) {
-  if (frame == frame_.model()) return;
-  frame_.set(frame, NSAnimationContext::implicitTiming());
+  const NSRect old = frame_.model();
+  if (frame == old) return;
+  // A view appears at its first place; it does not slide there from nowhere.
+  frame_.set(frame, old == NSRect{} ? std::nullopt : NSAnimationContext::implicitTiming());
+  if (frame.width != old.width || frame.height != old.height) setNeedsLayout();
   didChange(ViewChange::Frame);
 }
 
@@ -101,9 +104,10 @@ void NSView::setNeedsLayout() {
 
 void NSView::layoutSubtreeIfNeeded() {
   if (!needsLayout_) return;
-  needsLayout_ = false;
   layoutChildren(*this);
   for (const auto& view : subviews_) view->layoutSubtreeIfNeeded();
+  // Last: frames that were just given ask for a layout above them.
+  needsLayout_ = false;
 }
 
 // --- Look ---

@@ -1,6 +1,7 @@
 #include "platform/foundation/AttributeText.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace platform {
 namespace {
@@ -25,7 +26,8 @@ std::optional<bool> attributeFromText<bool>(std::string_view text) {
 
 template <>
 std::optional<double> attributeFromText<double>(std::string_view text) {
-  return numberFromText<double>(text);
+  const std::optional<double> number = numberFromText<double>(text);
+  return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 template <>

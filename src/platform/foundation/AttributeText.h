@@ -8,7 +8,8 @@
 namespace platform {
 
 /// The value of type T that an attribute of an interface description spells, if it does:
-/// "true"/"false", decimal numbers, texts as they are. Other types specialise it beside themselves.
+/// "true"/"false", finite decimal numbers, texts as they are. Other types specialise it beside
+/// themselves.
 template <typename T>
 [[nodiscard]] std::optional<T> attributeFromText(std::string_view text);
 

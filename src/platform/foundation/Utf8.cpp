@@ -12,17 +12,17 @@ struct Decoded {
 };
 
 struct Form {
-  unsigned char leadMask;
-  unsigned char lead;
   std::size_t length;
   char32_t least;
+  unsigned char leadMask;
+  unsigned char lead;
 };
 
 constexpr Form kForms[] = {
-    {0x80, 0x00, 1, 0},
-    {0xE0, 0xC0, 2, 0x80},
-    {0xF0, 0xE0, 3, 0x800},
-    {0xF8, 0xF0, 4, 0x10000},
+    {1, 0, 0x80, 0x00},
+    {2, 0x80, 0xE0, 0xC0},
+    {3, 0x800, 0xF0, 0xE0},
+    {4, 0x10000, 0xF8, 0xF0},
 };
 
 std::optional<Decoded> decodeAs(const Form& form, std::string_view text) {

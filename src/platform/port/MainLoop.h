@@ -33,8 +33,8 @@ class MainLoop {
 
   virtual ~MainLoop() = default;
 
-  /// Runs `work` once on the main thread, after the current event, in the order of posting, also
-  /// in nested runs. Never runs it inside `post`. May be called from any thread.
+  /// Runs `work` once on the main thread, after the current event, in the order of posting; nested
+  /// runs and sleeps work it off too. Never runs it inside `post`. May be called from any thread.
   virtual void post(Work work) = 0;
 
   /// Runs `fire` once on the main thread no earlier than `delay` from now. Timers due at the same

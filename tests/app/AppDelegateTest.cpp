@@ -1,0 +1,200 @@
+#include "app/AppDelegate.h"
+
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/NSRunLoop.h"
+#include "settings/SettingsKeys.h"
+#include "support/ApplicationTest.h"
+
+namespace app {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::NSEventType;
+using platform::Value;
+using Lines = std::vector<std::string>;
+using Menu = std::vector<simulated::SimulatedStatusBar::MenuLine>;
+
+class AppDelegateTest : public tests::ApplicationTest {};
+
+// --- Launch ---
+
+TEST_F(AppDelegateTest, AFirstLaunchStoresOnlyThatItStartsAtLogin) {
+  launch();
+  EXPECT_EQ(desk.settings.values.size(), 1U);
+  EXPECT_EQ(desk.settings.object("kUserdeaultsLaunchAtLogin"), Value(true));
+}
+
+TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTrue) {
+  desk.settings.values.emplace(settings::kUserdeaultsLaunchAtLogin, false);
+  launch();
+  EXPECT_EQ(desk.log.calls("defaults"), Lines{});
+  for (const Value& other : {Value("false"), Value(0), Value(0.0), Value(platform::Array{})}) {
+    desk.settings.values.insert_or_assign(std::string(settings::kUserdeaultsLaunchAtLogin), other);
+    relaunch();
+    EXPECT_EQ(desk.settings.object(settings::kUserdeaultsLaunchAtLogin), Value(true));
+  }
+}
+
+TEST_F(AppDelegateTest, TheLaunchTakesItsStepsInOrder) {
+  launchOnly();
+  EXPECT_EQ(desk.log.calls(), (Lines{"defaults.set kUserdeaultsLaunchAtLogin",
+                                     "statusItem.setImage logo-initial-small"}));
+  EXPECT_EQ(delegate().statusItem()->length(), -1.0);
+  EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
+  EXPECT_EQ(delegate().popover()->behavior(), platform::NSPopoverBehavior::Transient);
+  EXPECT_EQ(delegate().popover()->contentViewController(), sharedViewController());
+  EXPECT_EQ(delegate().statusBarMenu()->title(), "Status Bar Menu");
+  EXPECT_TRUE(delegate().updater()->automaticallyChecksForUpdates());
+  EXPECT_FALSE(delegate().updater()->automaticallyDownloadsUpdates());
+  EXPECT_EQ(desk.updateService.backgroundChecks, 1);
+  EXPECT_EQ(desk.updateService.checks, 0);
+}
+
+TEST_F(AppDelegateTest, ThePanelOpensHalfASecondAfterTheLaunch) {
+  launchOnly();
+  desk.loop.advance(500ms - 1ns);
+  EXPECT_FALSE(delegate().popover()->isShown());
+  EXPECT_FALSE(panel().isViewLoaded());
+  desk.loop.advance(1ns);
+  EXPECT_TRUE(delegate().popover()->isShown());
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 1U);
+}
+
+TEST_F(AppDelegateTest, WithoutAButtonOnlyTheRestIsSetUp) {
+  desk.tray.hasButtons = false;
+  launch();
+  EXPECT_EQ(delegate().statusbutton(), nullptr);
+  EXPECT_EQ(delegate().statusBarMenu(), nullptr);
+  EXPECT_EQ(delegate().popover()->contentViewController(), nullptr);
+  EXPECT_TRUE(delegate().updater());
+  EXPECT_EQ(desk.updateService.backgroundChecks, 1);
+  desk.tray.leftClick();
+  desk.userSession.reopen();
+  EXPECT_EQ(desk.log.calls(), (Lines{"defaults.set kUserdeaultsLaunchAtLogin"}));
+  EXPECT_EQ(desk.output.lines, Lines{});
+}
+
+// --- Clicks ---
+
+TEST_F(AppDelegateTest, LeftClicksCloseAndOpenThePanel) {
+  launch();
+  for (const bool shown : {false, true, false}) {
+    desk.tray.leftClick();
+    EXPECT_EQ(delegate().popover()->isShown(), shown);
+  }
+  EXPECT_EQ(desk.output.lines, (Lines{"Left click!", "Left click!", "Left click!"}));
+}
+
+TEST_F(AppDelegateTest, ARightClickPrintsAndOpensTheMenuForOnce) {
+  launch();
+  desk.tray.rightClick();
+  EXPECT_EQ(desk.output.lines, Lines{"Right click!"});
+  EXPECT_EQ(desk.tray.menu(),
+            (Menu{{"Preferences", false}, {"Check for Updates", true}, {"Quit", true}}));
+  EXPECT_EQ(delegate().statusItem()->menu(), delegate().statusBarMenu());
+  EXPECT_TRUE(delegate().popover()->isShown());
+
+  desk.tray.closeMenu();
+  EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
+  desk.tray.leftClick();
+  EXPECT_FALSE(desk.tray.menu());
+  EXPECT_FALSE(delegate().popover()->isShown());
+  desk.tray.rightClick();
+  EXPECT_TRUE(desk.tray.menu());
+  EXPECT_EQ(desk.output.lines, (Lines{"Right click!", "Left click!", "Right click!"}));
+}
+
+TEST_F(AppDelegateTest, OnlyReleasesOfEitherButtonSendTheAction) {
+  launch();
+  const auto& button = delegate().statusbutton();
+  EXPECT_EQ(button->action(), "togglePopover:");
+  button->click(NSEventType::LeftMouseDown);
+  button->click(NSEventType::RightMouseDown);
+  delegate().togglePopover(nullptr);  // no event is under way
+  EXPECT_EQ(desk.output.lines, Lines{});
+  EXPECT_TRUE(delegate().popover()->isShown());
+}
+
+TEST_F(AppDelegateTest, ClicksDuringASleepTakeEffectAfterItOnceEachAndInOrder) {
+  launch();
+  platform::DispatchQueue::mainQueue().async([this] {
+    desk.loop.at(200ms, [this] { desk.tray.leftClick(); });
+    desk.loop.at(300ms, [this] { desk.userSession.reopen(); });
+    desk.loop.at(400ms, [this] { desk.tray.rightClick(); });
+    platform::NSRunLoop::mainRunLoop().sleep(1);
+    EXPECT_EQ(desk.output.lines, Lines{});
+    EXPECT_TRUE(delegate().popover()->isShown());
+  });
+  desk.log.clear();
+  desk.loop.settle();
+  EXPECT_EQ(desk.output.lines, (Lines{"Left click!", "Right click!"}));
+  EXPECT_EQ(desk.log.calls(), (Lines{"window.hide", "window.show", "windows.activateApplication",
+                                     "window.makeKey", "statusItem.openMenu"}));
+  desk.tray.closeMenu();
+}
+
+// --- The panel ---
+
+TEST_F(AppDelegateTest, ThePanelClosesOnEscapeAndWhenTheUserActsElsewhere) {
+  launch();
+  click(panel().toggleButtonHideDesktopIcons);
+  EXPECT_TRUE(delegate().popover()->isShown());
+  desk.screen.actElsewhere();
+  EXPECT_FALSE(delegate().popover()->isShown());
+  desk.tray.leftClick();
+  desk.screen.escape();
+  EXPECT_FALSE(delegate().popover()->isShown());
+}
+
+TEST_F(AppDelegateTest, StartingTheProgramAgainShowsThePanel) {
+  launch();
+  desk.userSession.reopen();
+  EXPECT_TRUE(delegate().popover()->isShown());
+  desk.screen.escape();
+  desk.userSession.reopen();
+  EXPECT_TRUE(delegate().popover()->isShown());
+  EXPECT_EQ(desk.output.lines, Lines{});
+}
+
+// --- Menu ---
+
+TEST_F(AppDelegateTest, CheckForUpdatesAsksTheServiceAndIsDisabledWithoutOne) {
+  launch();
+  desk.tray.rightClick();
+  desk.tray.choose("Check for Updates");
+  EXPECT_EQ(desk.updateService.checks, 1);
+  EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
+
+  desk.hasUpdates = false;
+  desk.tray.rightClick();
+  EXPECT_FALSE(desk.tray.menu()->at(1).enabled);
+  desk.tray.choose("Check for Updates");
+  delegate().checkForUpdate();
+  EXPECT_EQ(desk.updateService.checks, 1);
+}
+
+TEST_F(AppDelegateTest, QuitEndsTheProgramAndLeavesTheModesEffects) {
+  desk.audio.addOutputDevice(42);
+  desk.audio.setDefaultOutputDevice(42);
+  launch();
+  click(panel().toggleButtonTurnOffSpeaker);
+  click(panel().toggleButtonPresentationMode);
+  desk.tray.rightClick();
+  desk.log.clear();
+  desk.tray.choose("Quit");
+  EXPECT_TRUE(desk.loop.isTerminated());
+  desk.loop.advance(1s);
+  EXPECT_EQ(desk.log.calls(), Lines{});
+  EXPECT_EQ(desk.audio.isMuted(42), std::optional(true));
+  EXPECT_EQ(desk.tray.image(), "logo-active-small");
+}
+
+TEST_F(AppDelegateTest, TheSingleInstancesAreTheSameEachTime) {
+  launch();
+  EXPECT_EQ(sharedStoryboard(), sharedStoryboard());
+  EXPECT_EQ(sharedViewController(), sharedViewController());
+  EXPECT_EQ(sharedAppDelegate(), platform::NSApplication::sharedApplication().delegate());
+}
+
+}  // namespace
+}  // namespace app

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/Desktop.h"
+
+namespace contract {
+
+/// What a case needs beyond the port itself. A desk may lack one, with a reason.
+enum class Capability {
+  OutputDevice,    ///< setOutputDevice, isMuted, muteFromOutside
+  NextRun,         ///< nextRunOfTheProgram
+  VisibleWindows,  ///< visibleWindows
+  ClickView,       ///< click
+  ClickItem,       ///< isItemThere, clickItem
+  AnswerAlert,     ///< answerAlert
+};
+
+/// A desktop under test, and the hands and eyes that a case needs to judge it. They are those of
+/// somebody outside the program: what the port itself tells is no evidence.
+class ContractDesk {
+ public:
+  virtual ~ContractDesk() = default;
+
+  [[nodiscard]] virtual platform::Desktop& desktop() = 0;
+  /// Why the desk lacks `capability`; none when it has it.
+  [[nodiscard]] virtual std::optional<std::string> lacks(Capability capability) const = 0;
+
+  /// Lets the desktop handle events until `fact` holds. False when it does not come to hold within
+  /// five seconds of the desktop's own time.
+  [[nodiscard]] virtual bool runUntil(const std::function<bool()>& fact) = 0;
+  /// Everything printed so far.
+  [[nodiscard]] virtual std::vector<std::string> printedLines() = 0;
+
+  // --- What a desk may lack ---
+  /// Ends this run of the program and begins the next: `desktop()` is another one afterwards, with
+  /// the same settings.
+  virtual void nextRunOfTheProgram() = 0;
+
+  /// There is one output device, the default one and not muted; or there is none.
+  virtual void setOutputDevice(bool present) = 0;
+  [[nodiscard]] virtual bool isMuted() = 0;
+  /// Another program mutes or unmutes it.
+  virtual void muteFromOutside(bool muted) = 0;
+
+  /// How many of the program's windows, alerts included, are on the screen.
+  [[nodiscard]] virtual std::size_t visibleWindows() = 0;
+  /// The user's main button goes down and up again on `view` of a shown window.
+  virtual void click(platform::NSView& view) = 0;
+  [[nodiscard]] virtual bool isItemThere() = 0;
+  virtual void clickItem(platform::NSEventType type) = 0;
+  virtual void answerAlert(std::size_t button) = 0;
+};
+
+/// A desktop that the suite runs against.
+struct DeskKind {
+  std::string name;
+  std::function<std::unique_ptr<ContractDesk>()> make;
+
+  friend std::ostream& operator<<(std::ostream& stream, const DeskKind& kind) {
+    return stream << kind.name;
+  }
+};
+
+}  // namespace contract

@@ -1,0 +1,179 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "contract/DesktopContract.h"
+#include "desktop/harness/XDesk.h"
+#include "desktop/linux/LinuxDesktop.h"
+
+namespace contract {
+namespace {
+
+using namespace std::chrono_literals;
+using harness::Rect;
+using linux_desktop::LinuxDesktop;
+
+constexpr const char* kProgram = "calmdeck";
+constexpr const char* kSink = "speakers";
+
+/// The private desktop that all cases of the process share, since Qt keeps its session bus for as
+/// long as the process lives. The process's surroundings are the desktop's from here on.
+harness::XDesk& surroundings() {
+  static harness::XDesk desk(
+      {.windowManager = harness::WindowManager::Openbox, .panel = harness::Panel::XfcePanel});
+  static const bool moved = [] {
+    clearenv();
+    for (const auto& [name, value] : desk.environment()) setenv(name.c_str(), value.c_str(), 1);
+    return true;
+  }();
+  static_cast<void>(moved);
+  return desk;
+}
+
+/// Standard output into a file for as long as it lives; then all of it goes where it would have.
+class OutputCapture {
+ public:
+  OutputCapture() : file_(surroundings().home().home() / "output"), kept_(dup(STDOUT_FILENO)) {
+    std::fflush(stdout);
+    const int descriptor = open(file_.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_APPEND, 0600);
+    dup2(descriptor, STDOUT_FILENO);
+    close(descriptor);
+  }
+  ~OutputCapture() {
+    std::fflush(stdout);
+    dup2(kept_, STDOUT_FILENO);
+    close(kept_);
+    for (const std::string& line : lines()) std::puts(line.c_str());
+  }
+  OutputCapture(const OutputCapture&) = delete;
+  OutputCapture& operator=(const OutputCapture&) = delete;
+
+  [[nodiscard]] std::vector<std::string> lines() const {
+    std::ifstream stream(file_);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+  }
+
+ private:
+  std::filesystem::path file_;
+  int kept_;
+};
+
+class LinuxContractDesk final : public ContractDesk {
+ public:
+  LinuxContractDesk() {
+    std::filesystem::remove_all(x_.home().config() / kProgram);
+    icon_.emplace(x_.screen(), x_.panelAreas());
+    start();
+  }
+  ~LinuxContractDesk() override {
+    desktop_.reset();
+    if (sink_) setOutputDevice(false);
+  }
+
+  [[nodiscard]] platform::Desktop& desktop() override { return *desktop_; }
+  [[nodiscard]] std::optional<std::string> lacks(Capability) const override { return std::nullopt; }
+
+  [[nodiscard]] bool runUntil(const std::function<bool()>& fact) override {
+    auto& loop = desktop_->mainLoop();
+    const auto end = loop.now() + 5s;
+    while (!fact() && loop.now() < end) {
+      const auto look = loop.startTimer(5ms, [&loop] { loop.stop(); });
+      loop.run();
+    }
+    return fact();
+  }
+  [[nodiscard]] std::vector<std::string> printedLines() override {
+    if (!output_) output_.emplace();
+    return output_->lines();
+  }
+
+  void nextRunOfTheProgram() override {
+    desktop_.reset();
+    start();
+  }
+
+  void setOutputDevice(bool present) override {
+    if (present) {
+      sink_ = sound().addSink(kSink);
+    } else if (sink_) {
+      sound().removeSink(*sink_);
+      sink_.reset();
+    }
+  }
+  [[nodiscard]] bool isMuted() override { return sound().sinkMuted(kSink); }
+  void muteFromOutside(bool muted) override {
+    sound().pactl({"set-sink-mute", kSink, muted ? "1" : "0"});
+  }
+
+  [[nodiscard]] std::size_t visibleWindows() override { return ownWindows().size(); }
+  void click(platform::NSView&) override {
+    const Rect area = ownWindows().back().area;  // its content is the view
+    x_.input().click(area.x + area.width / 2, area.y + area.height / 2);
+  }
+  [[nodiscard]] bool isItemThere() override {
+    place_ = icon_->find(0ms);
+    return place_.has_value();
+  }
+  void clickItem(platform::NSEventType type) override {
+    const Rect place = place_.value();
+    x_.input().click(place.x + place.width / 2, place.y + place.height / 2,
+                     type == platform::NSEventType::RightMouseUp ? harness::Button::Right
+                                                                 : harness::Button::Left);
+  }
+  void answerAlert(std::size_t button) override {
+    EXPECT_TRUE(runUntil([this] {
+      const auto windows = ownWindows();
+      return !windows.empty() && x_.windows().active() == windows.back().id;
+    }));
+    while (button-- > 0) x_.input().key("Tab");
+    x_.input().key("space");
+  }
+
+ private:
+  void start() {
+    auto opened = LinuxDesktop::open(argc_, argv_);
+    if (const int* status = std::get_if<int>(&opened)) {
+      throw std::runtime_error("no desktop, status " + std::to_string(*status));
+    }
+    desktop_ = std::move(std::get<0>(opened));
+  }
+
+  [[nodiscard]] std::vector<harness::WindowInfo> ownWindows() const {
+    std::vector<harness::WindowInfo> own = x_.windows().all();
+    std::erase_if(own, [is = harness::ofClass(kProgram)](const harness::WindowInfo& window) {
+      return !window.viewable || !is(window);
+    });
+    return own;
+  }
+
+  /// Started by the first case that needs it, without any device.
+  static harness::SoundServer& sound() {
+    static harness::SoundServer server(harness::SoundServerKind::PulseAudio,
+                                       surroundings().environment(), {});
+    return server;
+  }
+
+  harness::XDesk& x_ = surroundings();
+  std::string name_ = kProgram;
+  char* arguments_[2] = {name_.data(), nullptr};
+  char** argv_ = arguments_;
+  int argc_ = 1;
+  std::optional<OutputCapture> output_;
+  std::optional<harness::TrayIconFinder> icon_;
+  std::optional<Rect> place_;
+  std::optional<std::string> sink_;
+  std::unique_ptr<LinuxDesktop> desktop_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Linux, DesktopContract,
+                         ::testing::Values(DeskKind{
+                             "Linux", [] { return std::make_unique<LinuxContractDesk>(); }}),
+                         [](const auto& instance) { return instance.param.name; });
+
+}  // namespace
+}  // namespace contract

@@ -1,0 +1,160 @@
+#include <algorithm>
+
+#include "contract/DesktopContract.h"
+#include "platform/Runtime.h"
+#include "platform/appkit/NSAlert.h"
+#include "platform/appkit/NSImage.h"
+#include "platform/appkit/NSWindow.h"
+
+namespace contract {
+namespace {
+
+using platform::NSEvent;
+using platform::NSEventType;
+using platform::NSView;
+using platform::NSWindow;
+using Order = std::vector<std::string>;
+
+/// Notes what a peer reports, and that it never does so while it is called.
+class Reports final : public platform::port::WindowClient, public platform::port::StatusItemClient {
+ public:
+  void windowDidBecomeKey() override { add("key"); }
+  void windowDidResignKey() override { add("not key"); }
+  void windowShouldClose() override { add("should close"); }
+  void userActedElsewhere() override { add("elsewhere"); }
+  void mouseDown(NSView&, const NSEvent& event) override { addEvent(event.type); }
+  void mouseUp(NSView&, const NSEvent& event) override { addEvent(event.type); }
+  void statusItemClicked(NSEventType type) override { addEvent(type); }
+  void menuItemChosen(std::size_t) override { add("chosen"); }
+  void menuDidClose() override { add("closed"); }
+
+  /// Calls the peer.
+  template <typename Call>
+  void during(const Call& call) {
+    isCalled_ = true;
+    call();
+    isCalled_ = false;
+  }
+  [[nodiscard]] bool contains(const std::string& report) const {
+    return std::ranges::find(all, report) != all.end();
+  }
+
+  Order all;
+
+ private:
+  void addEvent(NSEventType type) { add("event " + std::to_string(static_cast<int>(type))); }
+  void add(std::string report) {
+    EXPECT_FALSE(isCalled_) << report << " from inside a call";
+    all.push_back(std::move(report));
+  }
+
+  bool isCalled_ = false;
+};
+
+/// A model window for a peer, with the Runtime that it needs.
+struct Model {
+  explicit Model(ContractDesk& desk) : runtime(desk.desktop()) {
+    view->setFrame({0, 0, 200, 100});
+    view->setWantsLayer(true);
+    window->setContentView(view);
+  }
+  platform::Runtime runtime;
+  std::shared_ptr<NSWindow> window = std::make_shared<NSWindow>(platform::NSWindowStyle::Titled);
+  std::shared_ptr<NSView> view = std::make_shared<NSView>();
+};
+
+TEST_P(DesktopContract, AWindowIsOnTheScreenFromShowToHide) {
+  if (!has(Capability::VisibleWindows)) return;
+  Model model(desk());
+  Reports reports;
+  auto peer = desk().desktop().windows().createWindow(*model.window, reports);
+  ASSERT_TRUE(peer);
+  EXPECT_EQ(desk().visibleWindows(), 0U);
+  for (int round = 0; round < 2; ++round) {
+    reports.during([&] { peer->show(platform::port::PlacedByDesktop{}); });
+    EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
+    reports.during([&] { peer->show(platform::port::PlacedByDesktop{}); });
+    reports.during([&] { peer->makeKey(); });
+    reports.during([&] { peer->update({{model.view, platform::ViewChange::Layer}}); });
+    reports.during([&] { peer->hide(); });
+    EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
+  }
+  reports.during([&] { peer->show(platform::port::PlacedByDesktop{}); });
+  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
+  reports.during([&] { peer.reset(); });
+  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
+}
+
+TEST_P(DesktopContract, AClickOnAViewIsAPressAndARelease) {
+  if (!has(Capability::ClickView)) return;
+  struct Clicked final : NSView {
+    void mouseDown(const NSEvent&) override { events.emplace_back("down"); }
+    void mouseUp(const NSEvent&) override { events.emplace_back("up"); }
+    [[nodiscard]] bool acceptsFirstResponder() const override { return true; }
+    Order events;
+  };
+  const Model model(desk());
+  const auto view = std::make_shared<Clicked>();
+  view->setFrame({0, 0, 200, 100});
+  view->setWantsLayer(true);
+  model.window->setContentView(view);
+  model.window->show(platform::port::PlacedByDesktop{});
+  ASSERT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
+  desk().click(*view);
+  EXPECT_TRUE(desk().runUntil([&] { return view->events.size() == 2; }));
+  EXPECT_EQ(view->events, (Order{"down", "up"}));
+}
+
+TEST_P(DesktopContract, AStatusItemIsThereForAsLongAsItsPeerAndReportsClicks) {
+  if (!has(Capability::ClickItem)) return;
+  const platform::NSImage image("dot",
+                                "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'>"
+                                "<rect x='2' y='2' width='12' height='12' fill='#d02020'/></svg>");
+  Reports reports;
+  auto& statusBar = desk().desktop().statusBar();
+  auto peer = statusBar.createStatusItem(reports);
+  ASSERT_TRUE(peer);
+  reports.during([&] { peer->setImage(&image); });
+  EXPECT_TRUE(desk().runUntil([this] { return desk().isItemThere(); }));
+  for (const NSEventType type : {NSEventType::LeftMouseUp, NSEventType::RightMouseUp}) {
+    const std::string report = "event " + std::to_string(static_cast<int>(type));
+    desk().clickItem(type);
+    EXPECT_TRUE(desk().runUntil([&] { return reports.contains(report); })) << report;
+  }
+  peer.reset();
+  EXPECT_TRUE(desk().runUntil([this] { return !desk().isItemThere(); }));
+}
+
+TEST_P(DesktopContract, AnAlertIsAnsweredOnceAndLater) {
+  if (!has(Capability::AnswerAlert)) return;
+  platform::NSAlert alert;
+  alert.setMessageText("Is this seen?");
+  alert.addButtonWithTitle("Yes");
+  alert.addButtonWithTitle("No");
+  std::vector<std::size_t> answers;
+  auto peer = desk().desktop().windows().showAlert(
+      alert, [&answers](std::size_t button) { answers.push_back(button); });
+  EXPECT_TRUE(answers.empty());
+  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
+  desk().answerAlert(1);
+  EXPECT_TRUE(desk().runUntil([&] { return !answers.empty(); }));
+  peer.reset();
+  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
+  EXPECT_EQ(answers, std::vector<std::size_t>{1});
+}
+
+TEST_P(DesktopContract, AnAlertThatIsDestroyedGoesUnanswered) {
+  if (!has(Capability::VisibleWindows)) return;
+  platform::NSAlert alert;
+  alert.setMessageText("Is this seen?");
+  alert.addButtonWithTitle("OK");
+  bool answered = false;
+  auto peer = desk().desktop().windows().showAlert(alert, [&](std::size_t) { answered = true; });
+  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
+  peer.reset();
+  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
+  EXPECT_FALSE(answered);
+}
+
+}  // namespace
+}  // namespace contract

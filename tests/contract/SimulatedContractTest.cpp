@@ -1,0 +1,68 @@
+#include "contract/DesktopContract.h"
+#include "desktop/simulated/SimulatedDesktop.h"
+
+namespace contract {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr platform::AudioObjectPropertyAddress kMute{platform::kAudioDevicePropertyMute,
+                                                     platform::kAudioDevicePropertyScopeOutput, 0};
+
+class SimulatedContractDesk final : public ContractDesk {
+ public:
+  [[nodiscard]] platform::Desktop& desktop() override { return *desk_; }
+  [[nodiscard]] std::optional<std::string> lacks(Capability) const override { return std::nullopt; }
+
+  [[nodiscard]] bool runUntil(const std::function<bool()>& fact) override {
+    const platform::MonotonicTime end = desk_->loop.now() + 5s;
+    while (!fact() && desk_->loop.now() < end) desk_->loop.advance(5ms);
+    return fact();
+  }
+  [[nodiscard]] std::vector<std::string> printedLines() override { return desk_->output.lines; }
+
+  void nextRunOfTheProgram() override {
+    auto next = std::make_unique<simulated::SimulatedDesktop>();
+    next->settings.values = desk_->settings.values;
+    desk_ = std::move(next);
+  }
+
+  void setOutputDevice(bool present) override {
+    if (device_) desk_->audio.removeProperty(*device_, kMute);
+    device_ = present ? std::optional(++lastDevice_) : std::nullopt;
+    if (device_) desk_->audio.addOutputDevice(*device_);
+    desk_->audio.setDefaultOutputDevice(device_);
+  }
+  [[nodiscard]] bool isMuted() override { return desk_->audio.isMuted(device_.value()).value(); }
+  void muteFromOutside(bool muted) override {
+    desk_->audio.addOutputDevice(device_.value(), muted);
+  }
+
+  [[nodiscard]] std::size_t visibleWindows() override {
+    return desk_->screen.visibleWindowCount() + desk_->screen.alerts().size();
+  }
+  void click(platform::NSView& view) override {
+    desk_->screen.press(view);
+    desk_->screen.release(view);
+  }
+  [[nodiscard]] bool isItemThere() override { return desk_->tray.hasItem(); }
+  void clickItem(platform::NSEventType type) override {
+    type == platform::NSEventType::LeftMouseUp ? desk_->tray.leftClick() : desk_->tray.rightClick();
+  }
+  void answerAlert(std::size_t button) override { desk_->screen.answerAlert(button); }
+
+ private:
+  std::unique_ptr<simulated::SimulatedDesktop> desk_ =
+      std::make_unique<simulated::SimulatedDesktop>();
+  std::optional<platform::AudioObjectID> device_;
+  platform::AudioObjectID lastDevice_ = 41;
+};
+
+INSTANTIATE_TEST_SUITE_P(Simulated, DesktopContract,
+                         ::testing::Values(DeskKind{
+                             "Simulated",
+                             [] { return std::make_unique<SimulatedContractDesk>(); }}),
+                         [](const auto& instance) { return instance.param.name; });
+
+}  // namespace
+}  // namespace contract

@@ -1,0 +1,198 @@
+#include <gtest/gtest.h>
+
+#include "desktop/simulated/SimulatedDesktop.h"
+#include "platform/Runtime.h"
+#include "platform/appkit/NSImage.h"
+#include "platform/appkit/NSPopover.h"
+#include "platform/appkit/NSStatusItem.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/foundation/NSRunLoop.h"
+
+namespace platform {
+namespace {
+
+using Calls = std::vector<std::string>;
+
+class WindowTest : public ::testing::Test {
+ protected:
+  WindowTest() { window->setContentView(view); }
+  ~WindowTest() override {
+    EXPECT_EQ(window.use_count(), 1);
+    window.reset();
+    EXPECT_EQ(desk.screen.windowCount(), 0U);
+  }
+  void show() {
+    window->show(port::PlacedByDesktop{});
+    desk.loop.settle();
+  }
+
+  simulated::SimulatedDesktop desk;
+  Runtime runtime{desk};
+  std::shared_ptr<NSWindow> window = std::make_shared<NSWindow>(NSWindowStyle::Titled);
+  std::shared_ptr<NSView> view = std::make_shared<NSView>();
+};
+
+TEST_F(WindowTest, ChangesReachTheWindowOnceATurn) {
+  view->setAccessibilityLabel("before it was shown");
+  show();
+  EXPECT_EQ(desk.screen.updates(), 0);
+  const auto inner = std::make_shared<NSView>();
+  view->addSubview(inner);
+  inner->setFrame({1, 2, 3, 4});
+  inner->setHidden(true);
+  view->setAccessibilityLabel("after");
+  EXPECT_EQ(desk.screen.updates(), 0);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.updates(), 1);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.updates(), 1);
+  inner->setHidden(false);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.updates(), 2);
+}
+
+TEST_F(WindowTest, ChangesAreShownBeforeASleepAndBeforeAShow) {
+  show();
+  view->setHidden(true);
+  desk.loop.at(durationOf(0.5), [this] { EXPECT_EQ(desk.screen.updates(), 1); });
+  NSRunLoop::mainRunLoop().sleep(1);
+  EXPECT_EQ(desk.screen.updates(), 1);
+  window->orderOut();
+  view->setHidden(false);
+  window->show(port::PlacedByDesktop{});
+  EXPECT_EQ(desk.screen.updates(), 2);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.updates(), 2);
+}
+
+TEST_F(WindowTest, ViewsThatLeaveTheTreeConcernItNoMore) {
+  show();
+  const auto inner = std::make_shared<NSView>();
+  view->addSubview(inner);
+  EXPECT_EQ(inner->window(), window.get());
+  inner->removeFromSuperview();
+  EXPECT_EQ(inner->window(), nullptr);
+  desk.loop.settle();
+  const int before = desk.screen.updates();
+  inner->setHidden(true);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.updates(), before);
+
+  const auto next = std::make_shared<NSView>();
+  window->setContentView(next);
+  view->setHidden(true);
+  EXPECT_EQ(view->window(), nullptr);
+  EXPECT_EQ(next->window(), window.get());
+}
+
+TEST_F(WindowTest, AWindowThatGoesLeavesItsViewsAlone) {
+  show();
+  view->setHidden(true);
+  window = std::make_shared<NSWindow>(NSWindowStyle::Titled);
+  EXPECT_EQ(view->window(), nullptr);
+  view->setHidden(false);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.updates(), 0);
+}
+
+TEST_F(WindowTest, OnlyAVisibleWindowAsksForTheKeyboard) {
+  window->makeKeyWindow();
+  window->orderOut();
+  show();
+  window->makeKeyWindow();
+  desk.loop.settle();
+  EXPECT_TRUE(window->isKeyWindow());
+  window->orderOut();
+  EXPECT_FALSE(window->isKeyWindow());
+  window->makeKeyWindow();
+  EXPECT_EQ(desk.log.calls(), (Calls{"window.show", "window.makeKey", "window.hide"}));
+}
+
+// --- Popover ---
+
+class PopoverTest : public ::testing::Test {
+ protected:
+  class Controller final : public NSViewController {
+   public:
+    explicit Controller(Calls& calls) : calls_(calls) {
+      setLoader([](NSViewController&) { return std::make_shared<NSView>(); });
+    }
+    void viewDidLoad() override { calls_.emplace_back("loaded"); }
+    void viewWillAppear() override { calls_.emplace_back("will appear"); }
+    void viewDidAppear() override { calls_.emplace_back("appeared"); }
+    void viewWillDisappear() override { calls_.emplace_back("will disappear"); }
+    void viewDidDisappear() override { calls_.emplace_back("disappeared"); }
+
+   private:
+    Calls& calls_;
+  };
+
+  void show() {
+    NSStatusBarButton& button = *item->button();
+    popover->showRelativeToRect(button.bounds(), button, NSRectEdge::MinY);
+  }
+  Calls take() { return std::exchange(calls, {}); }
+
+  simulated::SimulatedDesktop desk;
+  Runtime runtime{desk};
+  Calls calls;
+  std::shared_ptr<NSStatusItem> item =
+      NSStatusBar::systemStatusBar().statusItemWithLength(NSStatusItem::kVariableLength);
+  std::shared_ptr<NSPopover> popover = std::make_shared<NSPopover>();
+};
+
+TEST_F(PopoverTest, ItsControllerFollowsItsLife) {
+  popover->setContentViewController(std::make_shared<Controller>(calls));
+  EXPECT_EQ(take(), Calls{});
+  show();
+  EXPECT_EQ(take(), (Calls{"loaded", "will appear", "appeared"}));
+  show();
+  EXPECT_EQ(take(), Calls{});
+  popover->performClose(nullptr);
+  popover->performClose(nullptr);
+  EXPECT_EQ(take(), (Calls{"will disappear", "disappeared"}));
+  show();
+  EXPECT_EQ(take(), (Calls{"will appear", "appeared"}));
+  EXPECT_EQ(desk.log.calls(), (Calls{"window.show", "window.show", "window.hide", "window.show"}));
+}
+
+TEST_F(PopoverTest, OnlyATransientOneClosesWhenTheUserActsElsewhere) {
+  popover->setContentViewController(std::make_shared<Controller>(calls));
+  show();
+  desk.screen.actElsewhere();
+  EXPECT_TRUE(popover->isShown());
+  popover->setBehavior(NSPopoverBehavior::Transient);
+  desk.screen.actElsewhere();
+  EXPECT_FALSE(popover->isShown());
+  desk.screen.actElsewhere();
+  show();
+  popover->setBehavior(NSPopoverBehavior::ApplicationDefined);
+  desk.screen.escape();
+  EXPECT_FALSE(popover->isShown());
+}
+
+TEST_F(PopoverTest, WrongUsesEndTheProgram) {
+  EXPECT_DEATH(show(), "without content");
+  popover->setContentViewController(std::make_shared<NSViewController>());
+  EXPECT_DEATH(show(), "a view that nobody described");
+  NSView other;
+  EXPECT_DEATH(popover->showRelativeToRect({}, other, NSRectEdge::MinY), "no status button");
+}
+
+// --- Images ---
+
+TEST_F(PopoverTest, AnImageIsMadeOnceFromItsResource) {
+  NSBundle::mainBundle().addResource("dot.svg", "<svg/>");
+  const auto image = NSImage::imageNamed("dot");
+  ASSERT_TRUE(image);
+  EXPECT_EQ(image->bytes(), "<svg/>");
+  EXPECT_EQ(NSImage::imageNamed("dot"), image);
+  EXPECT_EQ(NSImage::imageNamed("dash"), nullptr);
+  item->button()->setImage(image);
+  item->button()->setImage(nullptr);
+  EXPECT_EQ(desk.log.calls("statusItem"),
+            (Calls{"statusItem.setImage dot", "statusItem.setImage "}));
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,73 @@
+// How values are written and read as texts.
+#include <gtest/gtest.h>
+
+#include "desktop/simulated/SimulatedDesktop.h"
+#include "platform/Runtime.h"
+#include "platform/appkit/NSColor.h"
+#include "platform/foundation/AttributeText.h"
+#include "platform/foundation/NSDate.h"
+#include "platform/foundation/NSUserDefaults.h"
+
+namespace platform {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(NSDateTest, DatesAreDescribedInUtcToTheSecond) {
+  using std::chrono::sys_days;
+  using namespace std::chrono;
+  const struct {
+    WallTime time;
+    const char* text;
+  } rows[] = {
+      {sys_days(2026y / 11 / 16) + 19h + 43min + 2s, "2026-11-16 19:43:02 +0000"},
+      {sys_days(2026y / 11 / 16) + 19h + 43min + 2s + 999ms, "2026-11-16 19:43:02 +0000"},
+      {sys_days(2000y / 2 / 29), "2000-02-29 00:00:00 +0000"},
+      {sys_days(1970y / 1 / 1) - 1ms, "1969-12-31 23:59:59 +0000"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(NSDate(row.time).description(), row.text);
+}
+
+TEST(NSDateTest, NowIsTheDesktopsTime) {
+  simulated::SimulatedDesktop desk;
+  const Runtime runtime(desk);
+  desk.loop.setWallClockStart(std::chrono::sys_days(std::chrono::year(2026) / 1 / 1));
+  desk.loop.advance(90s);
+  EXPECT_EQ(NSDate::date().description(), "2026-01-01 00:01:30 +0000");
+}
+
+TEST(AttributeTextTest, NumbersAndTruthsAreReadStrictly) {
+  EXPECT_EQ(attributeFromText<bool>("true"), std::optional(true));
+  EXPECT_EQ(attributeFromText<bool>("false"), std::optional(false));
+  for (const char* text : {"", "True", "YES", "1"}) EXPECT_FALSE(attributeFromText<bool>(text));
+  EXPECT_EQ(attributeFromText<double>("-1.25"), std::optional(-1.25));
+  for (const char* text : {"", "1,5", "1.5 ", "inf", "nan", "1e999"}) {
+    EXPECT_FALSE(attributeFromText<double>(text)) << text;
+  }
+}
+
+TEST(AttributeTextTest, ColoursAreHexadecimalOrTheThemes) {
+  EXPECT_EQ(attributeFromText<NSColor>("#FF0000"), NSColor(NSColor::RGBA{1, 0, 0, 1}));
+  EXPECT_EQ(attributeFromText<NSColor>("#00ff0033"), NSColor(NSColor::RGBA{0, 1, 0, 0.2}));
+  EXPECT_EQ(attributeFromText<NSColor>("labelColor"), NSColor(NSSystemColor::Label));
+  for (const char* text : {"", "#", "#12345", "#1234567", "#gg0000", "#-10000", "red", "label"}) {
+    EXPECT_FALSE(attributeFromText<NSColor>(text)) << text;
+  }
+}
+
+TEST(NSUserDefaultsTest, AValueOfAnotherTypeCountsAsAbsent) {
+  simulated::SimulatedDesktop desk;
+  const Runtime runtime(desk);
+  NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  defaults.setBool(true, "a");
+  defaults.setObject(1, "b");
+  EXPECT_EQ(defaults.objectOfType<bool>("a"), std::optional(true));
+  EXPECT_FALSE(defaults.objectOfType<std::int64_t>("a"));
+  EXPECT_FALSE(defaults.objectOfType<bool>("b"));
+  EXPECT_FALSE(defaults.objectOfType<double>("b"));
+  defaults.removeObjectForKey("a");
+  EXPECT_FALSE(defaults.objectForKey("a"));
+}
+
+}  // namespace
+}  // namespace platform

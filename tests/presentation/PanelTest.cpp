@@ -1,0 +1,238 @@
+#include "presentation/ViewController.h"
+
+#include <array>
+
+#include "settings/SettingsKeys.h"
+#include "support/ApplicationTest.h"
+
+namespace presentation {
+namespace {
+
+using namespace std::chrono_literals;
+using controls::CToggleButton;
+using platform::Array;
+using platform::Dictionary;
+using platform::Value;
+using Calls = std::vector<std::string>;
+
+constexpr platform::AudioObjectID kSpeakers = 42;
+
+struct FeatureSwitch {
+  std::int64_t tag;
+  std::string_view key;
+  std::weak_ptr<CToggleButton> ViewController::*outlet;
+};
+
+constexpr std::array<FeatureSwitch, 5> kFeatures{{
+    {11, "kUserdefaultsToggleDesktopIcons", &ViewController::toggleButtonHideDesktopIcons},
+    {22, "kUserdefaultsToggleDnd", &ViewController::toggleButtonDisableNotifications},
+    {33, "kUserdefaultsToggleHideActiveApps", &ViewController::toggleButtonHideActiveApps},
+    {44, "kUserdefaultsToggleSpeakerOff", &ViewController::toggleButtonTurnOffSpeaker},
+    {55, "kUserdefaultsToggleWallpaper", &ViewController::toggleButtonChangeWallpaper},
+}};
+
+class PanelTest : public tests::ApplicationTest {
+ protected:
+  PanelTest() {
+    desk.audio.addOutputDevice(kSpeakers);
+    desk.audio.setDefaultOutputDevice(kSpeakers);
+    desk.settings.values.emplace(settings::kUserdefaultsSelectedWallpaper, "/pictures/sea.png");
+  }
+
+  [[nodiscard]] std::shared_ptr<CToggleButton> master() {
+    return panel().toggleButtonPresentationMode.lock();
+  }
+  [[nodiscard]] std::shared_ptr<CToggleButton> feature(const FeatureSwitch& row) {
+    return (panel().*row.outlet).lock();
+  }
+  /// What the desktop was asked while `act` ran.
+  template <typename Act>
+  [[nodiscard]] Calls callsOf(const Act& act) {
+    desk.log.clear();
+    act();
+    return desk.log.calls();
+  }
+  void post(std::optional<Dictionary> userInfo) {
+    platform::NSNotificationCenter::defaultCenter().postNotificationName("toggle", nullptr,
+                                                                         std::move(userInfo));
+  }
+};
+
+const Calls kModeOn{"statusItem.setImage logo-active-small", "audio.set 42 mute 1"};
+const Calls kModeOff{"statusItem.setImage logo-initial-small", "audio.set 42 mute 0"};
+
+TEST_F(PanelTest, SwitchesHaveTheirTagsAndStartOff) {
+  desk.settings.values.clear();
+  launch();
+  EXPECT_EQ(master()->statetag, 99);
+  EXPECT_FALSE(master()->isOn());
+  for (const FeatureSwitch& row : kFeatures) {
+    EXPECT_EQ(feature(row)->statetag, row.tag);
+    EXPECT_FALSE(feature(row)->isOn()) << row.key;
+  }
+  EXPECT_TRUE(panel().lblComingSoon.lock()->isHidden());
+  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonPresentationMode); }),
+            (Calls{"statusItem.setImage logo-active-small"}));
+}
+
+TEST_F(PanelTest, StoredSwitchesAreRestoredAndNothingIsApplied) {
+  for (const FeatureSwitch& row : kFeatures) {
+    desk.settings.values.insert_or_assign(std::string(row.key), row.tag != 33);
+  }
+  launch();
+  desk.loop.advance(300ms);
+  for (const FeatureSwitch& row : kFeatures) {
+    EXPECT_EQ(feature(row)->isOn(), row.tag != 33) << row.key;
+    EXPECT_EQ(feature(row)->circle()->presentationFrame(desk.loop.now()).x, row.tag != 33 ? 20 : 2);
+  }
+  EXPECT_FALSE(master()->isOn());
+  EXPECT_EQ(desk.log.calls("audio"), Calls{});
+  EXPECT_EQ(desk.log.calls("defaults"), (Calls{"defaults.set kUserdeaultsLaunchAtLogin"}));
+}
+
+TEST_F(PanelTest, AStoredValueOfAnotherTypeLeavesTheSwitchOffAndStays) {
+  const std::array<Value, 5> wrong{"true", 1, 1.0, Array{true}, Dictionary{{"isOn", true}}};
+  for (std::size_t i = 0; i < wrong.size(); ++i) {
+    desk.settings.values.insert_or_assign(std::string(kFeatures.at(i).key), wrong.at(i));
+  }
+  launch();
+  for (std::size_t i = 0; i < wrong.size(); ++i) {
+    EXPECT_FALSE(feature(kFeatures.at(i))->isOn()) << i;
+    EXPECT_EQ(desk.settings.object(kFeatures.at(i).key), wrong.at(i)) << i;
+  }
+}
+
+TEST_F(PanelTest, AFeatureSwitchIsStoredAndNotAppliedWhileTheModeIsOff) {
+  launch();
+  for (const FeatureSwitch& row : kFeatures) {
+    for (const bool state : {true, false}) {
+      EXPECT_EQ(callsOf([&] { click(feature(row)); }),
+                (Calls{"defaults.set " + std::string(row.key)}));
+      EXPECT_EQ(feature(row)->isOn(), state);
+      EXPECT_EQ(desk.settings.object(row.key), Value(state));
+    }
+  }
+}
+
+TEST_F(PanelTest, TheMasterSwitchStartsAndStopsTheModeAndIsNeverStored) {
+  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
+  launch();
+  const auto stored = desk.settings.values;
+  EXPECT_EQ(callsOf([this] { click(master()); }), kModeOn);
+  EXPECT_EQ(desk.audio.isMuted(kSpeakers), std::optional(true));
+  EXPECT_EQ(callsOf([this] { click(master()); }), kModeOff);
+  EXPECT_EQ(desk.audio.isMuted(kSpeakers), std::optional(false));
+  EXPECT_EQ(desk.settings.values, stored);
+}
+
+TEST_F(PanelTest, AFeatureSwitchActsAtOnceWhileTheModeIsOn) {
+  launch();
+  click(master());
+  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonTurnOffSpeaker); }),
+            (Calls{"audio.set 42 mute 1", "defaults.set kUserdefaultsToggleSpeakerOff"}));
+  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonTurnOffSpeaker); }),
+            (Calls{"audio.set 42 mute 0", "defaults.set kUserdefaultsToggleSpeakerOff"}));
+  // It was taken back already, so the stop leaves it alone.
+  EXPECT_EQ(callsOf([this] { click(master()); }),
+            (Calls{"statusItem.setImage logo-initial-small"}));
+}
+
+TEST_F(PanelTest, ARelaunchKeepsTheFeaturesAndStartsWithTheModeOff) {
+  launch();
+  click(panel().toggleButtonTurnOffSpeaker);
+  click(panel().toggleButtonHideDesktopIcons);
+  click(master());
+  relaunch();
+  EXPECT_FALSE(master()->isOn());
+  EXPECT_TRUE(panel().toggleButtonTurnOffSpeaker.lock()->isOn());
+  EXPECT_TRUE(panel().toggleButtonHideDesktopIcons.lock()->isOn());
+  EXPECT_EQ(desk.log.calls("audio"), Calls{});
+  EXPECT_EQ(desk.tray.image(), "logo-initial-small");
+}
+
+TEST_F(PanelTest, TheShortcutTakesTheSameStepsAndFlipsTheMasterSwitch) {
+  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
+  launch();
+  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), kModeOn);
+  EXPECT_TRUE(master()->isOn());
+  EXPECT_TRUE(master()->isAnimating(desk.loop.now()));
+  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), kModeOff);
+  EXPECT_FALSE(master()->isOn());
+  panel().togglePresentationMode();
+  EXPECT_EQ(callsOf([this] { click(master()); }), kModeOff);
+}
+
+TEST_F(PanelTest, AShortcutBeforeThePanelWasEverShownLoadsItFirst) {
+  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
+  launchOnly();
+  ASSERT_FALSE(panel().isViewLoaded());
+  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), kModeOn);
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 0U);
+  desk.loop.advance(500ms);
+  EXPECT_TRUE(master()->isOn());
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 1U);
+}
+
+TEST_F(PanelTest, NotificationsWithoutUsableEntriesAreIgnored) {
+  launch();
+  click(master());
+  const std::optional<Dictionary> rows[] = {
+      std::nullopt,
+      Dictionary{},
+      Dictionary{{"isOn", true}},
+      Dictionary{{"index", 44}},
+      Dictionary{{"isOn", 1}, {"index", 44}},
+      Dictionary{{"isOn", "true"}, {"index", 44}},
+      Dictionary{{"isOn", true}, {"index", 44.0}},
+      Dictionary{{"isOn", true}, {"index", "44"}},
+      Dictionary{{"isOn", true}, {"index", 0}},
+      Dictionary{{"isOn", true}, {"index", -1}},
+      Dictionary{{"isOn", true}, {"index", 66}},
+  };
+  for (const auto& userInfo : rows) {
+    EXPECT_EQ(callsOf([&] { post(userInfo); }), Calls{})
+        << (userInfo ? platform::description(*userInfo) : "none");
+  }
+  EXPECT_EQ(callsOf([this] {
+              post(Dictionary{{"isOn", true}, {"index", 44}});
+            }),
+            (Calls{"audio.set 42 mute 1", "defaults.set kUserdefaultsToggleSpeakerOff"}));
+}
+
+TEST_F(PanelTest, WithoutAStatusButtonTheModeWorksAllTheSame) {
+  desk.tray.hasButtons = false;
+  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
+  launch();
+  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), (Calls{"audio.set 42 mute 1"}));
+  EXPECT_TRUE(master()->isOn());
+}
+
+TEST_F(PanelTest, AFailingSpeakerChangesNoSwitch) {
+  desk.hasAudio = false;
+  launch();
+  click(master());
+  click(panel().toggleButtonTurnOffSpeaker);
+  EXPECT_TRUE(panel().toggleButtonTurnOffSpeaker.lock()->isOn());
+  EXPECT_TRUE(master()->isOn());
+  EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleSpeakerOff), Value(true));
+}
+
+TEST_F(PanelTest, EachTimeThatItIsShownItComesForwardAndTakesTheKeyboard) {
+  const Calls forward{"window.show", "windows.activateApplication", "window.makeKey"};
+  launchOnly();
+  EXPECT_EQ(callsOf([this] { desk.loop.advance(500ms); }), forward);
+  EXPECT_TRUE(panel().view()->window()->isKeyWindow());
+  desk.tray.leftClick();
+  EXPECT_FALSE(panel().view()->window()->isKeyWindow());
+  EXPECT_EQ(callsOf([this] { desk.tray.leftClick(); }), forward);
+  EXPECT_EQ(desk.screen.windowCount(), 1U);
+}
+
+TEST_F(PanelTest, TheRepresentedObjectIsKept) {
+  launch();
+  panel().setRepresentedObject(7);
+  EXPECT_EQ(std::any_cast<int>(panel().representedObject()), 7);
+}
+
+}  // namespace
+}  // namespace presentation
