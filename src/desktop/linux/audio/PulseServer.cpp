@@ -1,0 +1,208 @@
+#include "desktop/linux/audio/PulseServer.h"
+
+#include <pulse/error.h>
+#include <pulse/introspect.h>
+#include <pulse/operation.h>
+
+#include <memory>
+#include <mutex>
+#include <tuple>
+#include <utility>
+
+#include "desktop/linux/audio/AudioLog.h"
+
+namespace linux_desktop {
+
+namespace {
+
+struct Release {
+  void operator()(pa_operation* operation) const { pa_operation_unref(operation); }
+};
+using Operation = std::unique_ptr<pa_operation, Release>;
+
+constexpr const char* kSilence =
+    "the sound server does not answer; not waiting for it until it does";
+
+// A request is not sent when less than this is left of its deadline.
+constexpr std::chrono::milliseconds kLeastForRequest{100};
+// What PipeWire's front has to notice that we hung up; it takes less than a millisecond.
+constexpr std::chrono::milliseconds kForHangUp{25};
+
+// A request for which setSinkMuted() waits. Its callback can only run while the context lives.
+struct Request {
+  PulseLoop& loop;
+  std::optional<int> error = std::nullopt;  // once answered; PA_OK is success
+
+  static void answered(pa_context* context, int success, void* self) {
+    auto& request = *static_cast<Request*>(self);
+    request.error = success != 0 ? PA_OK : pa_context_errno(context);
+    request.loop.wakeWaiter();
+  }
+};
+
+PulseServer::Answer answerFor(int error) {
+  switch (error) {
+    case PA_OK:
+      return PulseServer::Answer::Done;
+    case PA_ERR_NOENTITY:
+      return PulseServer::Answer::NoSuchSink;
+    default:
+      qCWarning(audioLog, "the sound server refused to mute: %s", pa_strerror(error));
+      return PulseServer::Answer::Refused;
+  }
+}
+
+}  // namespace
+
+PulseServer::PulseServer(Callbacks callbacks)
+    : callbacks_(std::move(callbacks)),
+      connection_(loop_, {.ready = [this](pa_context& context) { mirror_.follow(context); },
+                          .lost = [this](int error) { lost(error); }}),
+      mirror_({.complete = [this] { copyComplete(); },
+               .unanswered =
+                   [this] {
+                     connection_.drop();
+                     lost(PA_ERR_TIMEOUT);
+                   }}) {}
+
+void PulseServer::connect() {
+  const std::lock_guard lock(loop_);
+  begin();
+}
+
+bool PulseServer::reachable(Deadline deadline) {
+  const std::lock_guard lock(loop_);
+  return awaitCopy(deadline);
+}
+
+std::optional<Sink> PulseServer::defaultSink() {
+  const std::lock_guard lock(loop_);
+  std::optional<Sink> sink = mirror_.sinks().defaultSink();
+  // A name that is not listed is a change whose other half is on its way.
+  if (!sink && (mirror_.sinks().empty() || mirror_.sinks().defaultName().empty())) {
+    report(Trouble::NoDevice, "the sound server has no output device");
+  } else if (sink && trouble_ == Trouble::NoDevice) {
+    trouble_ = Trouble::None;
+  }
+  return sink;
+}
+
+std::optional<Sink> PulseServer::sink(platform::AudioObjectID id) {
+  const std::lock_guard lock(loop_);
+  return mirror_.sinks().find(id);
+}
+
+PulseServer::Answer PulseServer::setSinkMuted(platform::AudioObjectID id, bool muted,
+                                              Deadline deadline) {
+  const std::lock_guard lock(loop_);
+  if (!awaitCopy(deadline) || !awaitSignOfLife(deadline - kLeastForRequest)) {
+    return Answer::NotRunning;
+  }
+  const std::optional<Sink> sink = mirror_.sinks().find(id);
+  return sink ? requestMute(sink->index, muted, deadline) : Answer::NoSuchSink;
+}
+
+void PulseServer::begin() {
+  if (connection_.state() != PulseConnection::State::Down) return;
+  callbacks_.attempting();
+  connection_.begin();
+}
+
+bool PulseServer::awaitCopy(Deadline deadline) {
+  if (mirror_.current()) return true;
+  if (silent_) return false;
+  begin();
+  const bool settled = loop_.waitUntil(deadline, [this] {
+    return mirror_.current() || connection_.state() == PulseConnection::State::Down;
+  });
+  if (!settled) fellSilent();
+  return mirror_.current();
+}
+
+bool PulseServer::awaitSignOfLife(Deadline deadline) {
+  if (silent_) return false;
+  signOfLife_ = SignOfLife::Awaited;
+  const Operation question(
+      pa_context_get_server_info(connection_.context(), &PulseServer::signOfLife, this));
+  const bool settled =
+      loop_.waitUntil(deadline, [this] { return signOfLife_ != SignOfLife::Awaited; });
+  if (!settled) fellSilent();
+  return signOfLife_ == SignOfLife::Given;
+}
+
+PulseServer::Answer PulseServer::requestMute(std::uint32_t index, bool muted, Deadline deadline) {
+  Request request{loop_};
+  const Operation operation(pa_context_set_sink_mute_by_index(
+      connection_.context(), index, muted ? 1 : 0, &Request::answered, &request));
+  const bool settled = loop_.waitUntil(
+      deadline - kForHangUp, [&] { return request.error || connection_.context() == nullptr; });
+  if (!settled) {
+    fellSilent();
+    hangUp();
+    std::ignore = loop_.waitUntil(deadline, [] { return false; });
+  }
+  if (!request.error) return Answer::NotRunning;
+  if (request.error == PA_OK) mirror_.noteMuted(index, muted);
+  return answerFor(*request.error);
+}
+
+// So that what the server has not read yet is lost. The new connection tells when it answers.
+void PulseServer::hangUp() {
+  connection_.drop();
+  mirror_.forget();
+  signOfLife_ = SignOfLife::NotAsked;
+  begin();
+}
+
+// Without `info` libpulse has given the question up: whoever comes next may ask anew.
+void PulseServer::signOfLife(pa_context* /*context*/, const pa_server_info* info, void* self) {
+  auto& server = *static_cast<PulseServer*>(self);
+  server.signOfLife_ = info != nullptr ? SignOfLife::Given : SignOfLife::NotAsked;
+  server.silent_ = false;
+  if (info != nullptr) {
+    server.mirror_.noteServer(*info);
+    server.answersAgain();
+  }
+  server.loop_.wakeWaiter();
+}
+
+void PulseServer::copyComplete() {
+  silent_ = false;
+  answersAgain();
+  callbacks_.up();
+  loop_.wakeWaiter();
+}
+
+void PulseServer::lost(int error) {
+  const bool hadOne = mirror_.current();
+  mirror_.forget();
+  signOfLife_ = SignOfLife::NotAsked;
+  silent_ = false;
+  if (error == PA_ERR_TIMEOUT) {
+    report(Trouble::Silent, kSilence);
+  } else {
+    const std::string text = hadOne ? "the sound server is gone: " : "no sound server to talk to: ";
+    report(Trouble::NoServer, text + pa_strerror(error));
+  }
+  callbacks_.down();
+  loop_.wakeWaiter();
+}
+
+void PulseServer::fellSilent() {
+  silent_ = true;
+  report(Trouble::Silent, kSilence);
+}
+
+void PulseServer::answersAgain() {
+  if (trouble_ != Trouble::NoServer && trouble_ != Trouble::Silent) return;
+  trouble_ = Trouble::None;
+  qCInfo(audioLog, "the sound server answers");
+}
+
+void PulseServer::report(Trouble trouble, const std::string& text) {
+  if (trouble_ == trouble) return;
+  trouble_ = trouble;
+  qCWarning(audioLog, "%s", text.c_str());
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "desktop/linux/audio/PulseConnection.h"
+#include "desktop/linux/audio/PulseLoop.h"
+#include "desktop/linux/audio/PulseMirror.h"
+#include "desktop/linux/audio/SinkTable.h"
+#include "platform/coreaudio/AudioObject.h"
+
+namespace linux_desktop {
+
+/// The sound server as the main thread sees it: a copy to read and requests with a bound.
+///
+/// A server that once let a deadline pass counts as silent: until it answers again, or libpulse
+/// gives the open question up after 30 seconds, nothing waits for it. Each kind of trouble is
+/// reported once, until it is over.
+///
+/// Main thread only. A call never waits beyond the deadline that it is given.
+class PulseServer {
+ public:
+  using Deadline = PulseLoop::Deadline;
+  enum class Answer { Done, NotRunning, NoSuchSink, Refused };
+
+  struct Callbacks {
+    std::function<void()> attempting;  // in the calling thread, before each attempt to connect
+    std::function<void()> up;          // on the loop's thread, as is the next; must not call back
+    std::function<void()> down;
+  };
+
+  explicit PulseServer(Callbacks callbacks);
+  ~PulseServer() { loop_.stop(); }
+  PulseServer(const PulseServer&) = delete;
+  PulseServer& operator=(const PulseServer&) = delete;
+
+  /// Starts to connect, if not connected, and returns at once.
+  void connect();
+
+  /// Whether there is a copy to read; where there is none, connects and waits for it.
+  [[nodiscard]] bool reachable(Deadline deadline);
+  [[nodiscard]] std::optional<Sink> defaultSink();
+  [[nodiscard]] std::optional<Sink> sink(platform::AudioObjectID id);
+
+  /// Done once the server has confirmed it; the copy shows it then.
+  ///
+  /// Nothing is ever sent twice, and nothing takes effect after NotRunning was returned, but for
+  /// one case. PulseAudio (16.1) carries out what lies in its queue when it wakes, even if the
+  /// client has hung up, and libpulse has no way to take a request back. Hence the server is first
+  /// asked for a sign of life and gets the request right after its answer, within the same
+  /// deadline: a server that hangs never gets it at all. What remains is a server that stops in
+  /// the microseconds between the two. PipeWire (0.3.65) answers the sign of life in its
+  /// PulseAudio front, and drops the request when the client hangs up, also where only the engine
+  /// behind the front hangs; the front is given its moment to notice before this returns.
+  [[nodiscard]] Answer setSinkMuted(platform::AudioObjectID id, bool muted, Deadline deadline);
+
+ private:
+  enum class Trouble { None, NoServer, Silent, NoDevice };
+  enum class SignOfLife { NotAsked, Awaited, Given };
+
+  // All with the loop's lock.
+  void begin();
+  bool awaitCopy(Deadline deadline);
+  bool awaitSignOfLife(Deadline deadline);
+  Answer requestMute(std::uint32_t index, bool muted, Deadline deadline);
+  void hangUp();
+
+  static void signOfLife(pa_context* context, const pa_server_info* info, void* self);
+  void copyComplete();
+  void lost(int error);
+
+  void fellSilent();
+  void answersAgain();
+  void report(Trouble trouble, const std::string& text);
+
+  Callbacks callbacks_;
+  PulseLoop loop_;
+  PulseConnection connection_;
+  PulseMirror mirror_;
+  SignOfLife signOfLife_ = SignOfLife::NotAsked;
+  bool silent_ = false;
+  Trouble trouble_ = Trouble::None;  // the last one reported that is not over
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <compare>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace linux_desktop {
+
+/// Says when a new socket of the user's sound server appears:
+/// $PULSE_RUNTIME_PATH/native or $XDG_RUNTIME_DIR/pulse/native. Asleep in between, and without any
+/// watch while stopped. Where neither variable is set, or a server is only reached over the
+/// network, nothing is watched. Main thread, which runs an event loop.
+class SocketWatch : public QObject {
+ public:
+  /// `appeared` is called from the event loop.
+  explicit SocketWatch(std::function<void()> appeared);
+
+  /// Notes the socket that is about to be tried: that one does not count as new.
+  void attempting() { tried_ = present(); }
+  /// A socket that came since attempting() counts.
+  void start();
+  void stop();
+
+ private:
+  // Tells a socket from its successor at the same path.
+  struct Identity {
+    dev_t device;
+    ino_t inode;
+    std::int64_t seconds, nanoseconds;
+    auto operator<=>(const Identity&) const = default;
+  };
+
+  [[nodiscard]] std::optional<Identity> present() const;
+  void look();
+
+  std::function<void()> appeared_;
+  QString directory_;  // empty: nothing to watch
+  std::optional<Identity> tried_;
+  std::unique_ptr<QFileSystemWatcher> watcher_;
+  QTimer settle_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,308 @@
+#include "desktop/linux/audio/PulseAudioObjects.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+#include <QCoreApplication>
+#include <fstream>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/PrivateHome.h"
+#include "desktop/harness/SoundServer.h"
+#include "desktop/harness/Until.h"
+
+namespace {
+
+using harness::SoundServer;
+using linux_desktop::PulseAudioObjects;
+using platform::AudioObjectID;
+using platform::OSStatus;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr platform::AudioObjectPropertyAddress kDefaultOutput{
+    platform::kAudioHardwarePropertyDefaultOutputDevice, platform::kAudioObjectPropertyScopeGlobal,
+    platform::kAudioObjectPropertyElementMain};
+constexpr platform::AudioObjectPropertyAddress kMute{platform::kAudioDevicePropertyMute,
+                                                     platform::kAudioDevicePropertyScopeOutput,
+                                                     platform::kAudioObjectPropertyElementMain};
+
+// What the room prints by default, line by line. Also from the thread of the loop.
+class Warnings {
+ public:
+  Warnings() { previous_ = qInstallMessageHandler(&Warnings::take); }
+  ~Warnings() { qInstallMessageHandler(previous_); }
+  Warnings(const Warnings&) = delete;
+  Warnings& operator=(const Warnings&) = delete;
+
+  static std::vector<std::string> lines() {
+    const std::lock_guard lock(mutex_);
+    return lines_;
+  }
+  static void clear() {
+    const std::lock_guard lock(mutex_);
+    lines_.clear();
+  }
+
+ private:
+  static void take(QtMsgType, const QMessageLogContext& context, const QString& text) {
+    const std::lock_guard lock(mutex_);
+    lines_.push_back(std::string(context.category) + ": " + text.toStdString());
+  }
+
+  static inline std::mutex mutex_;
+  static inline std::vector<std::string> lines_;
+  QtMessageHandler previous_ = nullptr;
+};
+
+class PulseAudioObjectsTest : public testing::TestWithParam<SoundServer::Kind> {
+ protected:
+  PulseAudioObjectsTest() {
+    Warnings::clear();
+    for (const auto& [name, value] : home_.environment()) qputenv(name.c_str(), value.c_str());
+    qunsetenv("PULSE_SERVER");
+    qunsetenv("DISPLAY");
+  }
+
+  [[nodiscard]] SoundServer serve(std::vector<std::string> sinks = {"out1"},
+                                  SoundServer::Start start = SoundServer::Start::Now) const {
+    return {GetParam(), home_.environment(), std::move(sinks), start};
+  }
+
+  static AudioObjectID defaultOutput(const PulseAudioObjects& objects) {
+    std::uint32_t id = 0;
+    const OSStatus status =
+        objects.propertyData(platform::kAudioObjectSystemObject, kDefaultOutput, id);
+    return status == platform::noErr ? id : 0;
+  }
+  static std::optional<std::uint32_t> mute(const PulseAudioObjects& objects, AudioObjectID device) {
+    std::uint32_t value = 7;
+    const OSStatus status = objects.propertyData(device, kMute, value);
+    return status == platform::noErr ? std::optional(value) : std::nullopt;
+  }
+  // For what the copy learns from the server by itself.
+  static bool soon(const std::function<bool()>& fact) {
+    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
+  }
+  [[nodiscard]] static std::vector<std::string> warnings() { return Warnings::lines(); }
+
+  Warnings captured_;
+  harness::PrivateHome home_;
+};
+
+INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseAudioObjectsTest,
+                         testing::Values(SoundServer::Kind::PulseAudio,
+                                         SoundServer::Kind::PipeWire),
+                         testing::PrintToStringParamName());
+
+TEST_P(PulseAudioObjectsTest, WritingMutesTheSinkAndReadingFollowsIt) {
+  SoundServer server = serve();
+  PulseAudioObjects objects;
+  const AudioObjectID device = defaultOutput(objects);
+  ASSERT_GT(device, platform::kAudioObjectSystemObject)
+      << "the first call waits for the connection";
+  bool settable = false;
+  EXPECT_EQ(objects.isPropertySettable(device, kMute, settable), platform::noErr);
+  EXPECT_TRUE(settable);
+
+  for (const std::uint32_t value : {1U, 1U, 0U, 1U}) {
+    EXPECT_EQ(objects.setPropertyData(device, kMute, value), platform::noErr);
+    EXPECT_EQ(mute(objects, device), value) << "at once";
+    EXPECT_EQ(server.sinkMuted("out1"), value == 1);
+  }
+  server.pactl({"set-sink-mute", "out1", "0"});
+  EXPECT_TRUE(soon([&] { return mute(objects, device) == 0U; })) << "changed by a stranger";
+  EXPECT_THAT(warnings(), IsEmpty());
+}
+
+TEST_P(PulseAudioObjectsTest, OnlyTheTwoAddressesExist) {
+  SoundServer server = serve();
+  PulseAudioObjects objects;
+  const AudioObjectID device = defaultOutput(objects);
+  platform::AudioObjectPropertyAddress wrongScope = kMute;
+  wrongScope.mScope = platform::kAudioObjectPropertyScopeGlobal;
+  const struct {
+    AudioObjectID object;
+    platform::AudioObjectPropertyAddress address;
+    OSStatus writing;
+  } rows[] = {
+      {platform::kAudioObjectSystemObject, kMute, platform::kAudioHardwareUnknownPropertyError},
+      {device, kDefaultOutput, platform::kAudioHardwareUnknownPropertyError},
+      {device, wrongScope, platform::kAudioHardwareUnknownPropertyError},
+      {device + 1000, kMute, platform::kAudioHardwareBadObjectError},
+  };
+  for (const auto& row : rows) {
+    std::uint32_t value = 7;
+    EXPECT_FALSE(objects.hasProperty(row.object, row.address));
+    EXPECT_EQ(objects.propertyData(row.object, row.address, value), row.writing);
+    EXPECT_EQ(value, 7U) << "only written on success";
+    EXPECT_EQ(objects.setPropertyData(row.object, row.address, 1), row.writing);
+  }
+  EXPECT_EQ(objects.setPropertyData(platform::kAudioObjectSystemObject, kDefaultOutput, device),
+            platform::kAudioHardwareIllegalOperationError);
+  EXPECT_FALSE(server.sinkMuted("out1"));
+}
+
+TEST_P(PulseAudioObjectsTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
+  SoundServer server = serve();
+  PulseAudioObjects objects;
+  const AudioObjectID first = defaultOutput(objects);
+  ASSERT_EQ(objects.setPropertyData(first, kMute, 1), platform::noErr);
+
+  std::string module = server.addSink("out2");
+  server.pactl({"set-default-sink", "out2"});
+  ASSERT_TRUE(soon([&] { return defaultOutput(objects) > first; }));
+  const AudioObjectID second = defaultOutput(objects);
+  EXPECT_EQ(mute(objects, second), 0U);
+  EXPECT_EQ(objects.setPropertyData(first, kMute, 0), platform::noErr) << "it is still there";
+  EXPECT_EQ(objects.setPropertyData(second, kMute, 1), platform::noErr);
+  EXPECT_FALSE(server.sinkMuted("out1"));
+  EXPECT_TRUE(server.sinkMuted("out2"));
+
+  server.removeSink(module);
+  ASSERT_TRUE(soon([&] { return defaultOutput(objects) == first; })) << "unplugged";
+  EXPECT_TRUE(soon([&] { return !mute(objects, second); }));
+  EXPECT_EQ(objects.setPropertyData(second, kMute, 1), platform::kAudioHardwareBadObjectError);
+
+  module = server.addSink("out2");
+  server.pactl({"set-default-sink", "out2"});
+  ASSERT_TRUE(soon([&] { return defaultOutput(objects) > second; })) << "plugged in again";
+  EXPECT_THAT(warnings(), IsEmpty());
+}
+
+TEST_P(PulseAudioObjectsTest, WithoutADeviceTheDefaultIsAbsentUnlessTheServerOffersADummy) {
+  SoundServer server = serve({});
+  PulseAudioObjects objects;
+  if (GetParam() == SoundServer::Kind::PipeWire) {
+    ASSERT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
+    EXPECT_EQ(objects.setPropertyData(defaultOutput(objects), kMute, 1), platform::noErr);
+    EXPECT_TRUE(server.sinkMuted("auto_null"));
+    return;
+  }
+  for (int time = 0; time < 2; ++time) {
+    std::uint32_t id = 0;
+    EXPECT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));
+    EXPECT_EQ(objects.propertyData(platform::kAudioObjectSystemObject, kDefaultOutput, id),
+              platform::kAudioHardwareUnknownPropertyError);
+  }
+  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("calmdeck.audio: ")));
+  server.addSink("late");
+  EXPECT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
+}
+
+TEST_P(PulseAudioObjectsTest, WithoutAServerEveryCallSaysSoUntilItsSocketAppears) {
+  SoundServer server = serve({"out1"}, SoundServer::Start::Later);
+  PulseAudioObjects objects;
+  bool settable = true;
+  std::uint32_t id = 0;
+  EXPECT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));
+  EXPECT_EQ(objects.propertyData(platform::kAudioObjectSystemObject, kDefaultOutput, id),
+            platform::kAudioHardwareNotRunningError);
+  EXPECT_EQ(objects.isPropertySettable(2, kMute, settable),
+            platform::kAudioHardwareNotRunningError);
+  EXPECT_EQ(objects.setPropertyData(2, kMute, 1), platform::kAudioHardwareNotRunningError);
+  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("no sound server")));
+  QCoreApplication::processEvents();  // now nobody calls, and the watch is all there is
+
+  server.start();
+  EXPECT_TRUE(soon([&] {
+    return server.pactl({"list", "clients"}).find("\"Calmdeck\"") != std::string::npos;
+  })) << "without a call";
+  EXPECT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
+}
+
+TEST_P(PulseAudioObjectsTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
+  SoundServer server = serve();
+  PulseAudioObjects objects;
+  const AudioObjectID device = defaultOutput(objects);
+  server.stop();
+  EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
+  // A thousand more would take minutes, were the second to wait again.
+  for (int time = 0; time < 1000; ++time) {
+    ASSERT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
+  }
+  EXPECT_EQ(mute(objects, device), 0U) << "reads go on from memory";
+  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("does not answer")));
+
+  server.cont();
+  EXPECT_FALSE(server.sinkMuted("out1")) << "what was given up must not happen";
+  ASSERT_TRUE(soon([&] { return objects.setPropertyData(device, kMute, 0) == platform::noErr; }));
+  EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::noErr) << "the same device";
+  EXPECT_TRUE(server.sinkMuted("out1"));
+}
+
+TEST_P(PulseAudioObjectsTest, AServerThatHangsAtOurStartDelaysNothingButOneCall) {
+  SoundServer server = serve();
+  server.stop();
+  PulseAudioObjects objects;
+  EXPECT_THAT(warnings(), IsEmpty()) << "starting does not wait";
+  for (int time = 0; time < 1000; ++time) {
+    ASSERT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));
+  }
+  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("does not answer")));
+  server.cont();
+  EXPECT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
+}
+
+TEST_P(PulseAudioObjectsTest, AKilledServerIsMetAgainWithNewIds) {
+  SoundServer server = serve();
+  PulseAudioObjects objects;
+  const AudioObjectID device = defaultOutput(objects);
+  server.kill();
+  EXPECT_TRUE(soon([&] { return defaultOutput(objects) == 0; }));
+  EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
+  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("is gone"))) << "one line, whatever is called";
+
+  server.start();
+  EXPECT_TRUE(soon([&] { return defaultOutput(objects) > device; }));
+  EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareBadObjectError);
+  EXPECT_EQ(objects.setPropertyData(defaultOutput(objects), kMute, 1), platform::noErr);
+  EXPECT_TRUE(server.sinkMuted("out1"));
+}
+
+TEST_P(PulseAudioObjectsTest, AServerThatDiesWhileACallWaitsEndsTheWait) {
+  SoundServer server = serve();
+  PulseAudioObjects objects;
+  const AudioObjectID device = defaultOutput(objects);
+  server.stop();
+  EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
+  server.kill();
+  ASSERT_TRUE(soon([&] { return !mute(objects, device); }));
+  server.start();
+  EXPECT_TRUE(soon([&] { return defaultOutput(objects) > device; }));
+}
+
+using PipeWireEngineTest = PulseAudioObjectsTest;
+INSTANTIATE_TEST_SUITE_P(OnPipeWire, PipeWireEngineTest,
+                         testing::Values(SoundServer::Kind::PipeWire),
+                         testing::PrintToStringParamName());
+
+// The front still answers questions from its own memory, so that the sign of life does not tell.
+TEST_P(PipeWireEngineTest, AHungEngineBehindALivingFrontIsNotToldLateEither) {
+  SoundServer server = serve();
+  PulseAudioObjects objects;
+  const AudioObjectID device = defaultOutput(objects);
+  server.stopEngine();
+  EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
+  for (int time = 0; time < 1000; ++time) {
+    ASSERT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
+  }
+  server.contEngine();
+  EXPECT_FALSE(server.sinkMuted("out1"));
+  ASSERT_TRUE(soon([&] { return defaultOutput(objects) == device; })) << "the server is the same";
+  EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::noErr);
+  EXPECT_TRUE(server.sinkMuted("out1"));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  const QCoreApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,4 @@
+set x ¬
+ to get ¬ 
+ "é≠"
+x does not equal x

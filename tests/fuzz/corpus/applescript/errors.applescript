@@ -1,0 +1,3 @@
+tell application "System Events"
+set owner of 3 to missing value
+end if

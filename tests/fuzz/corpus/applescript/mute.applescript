@@ -1,0 +1,2 @@
+    set volume input volume 0
+    display notification "Mic muted"

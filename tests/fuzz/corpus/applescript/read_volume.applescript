@@ -1,0 +1,3 @@
+    tell application "System Events"
+        set storedInputLevel to input volume of (get volume settings)
+    end tell
