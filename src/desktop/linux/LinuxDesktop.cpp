@@ -1,0 +1,106 @@
+#include "desktop/linux/LinuxDesktop.h"
+
+#include <xcb/xcb.h>
+
+#include <QApplication>
+#include <QDBusConnection>
+
+#include "desktop/linux/audio/PulseAudioObjects.h"
+#include "desktop/linux/defaults/SettingsFile.h"
+#include "desktop/linux/loop/QtMainLoop.h"
+#include "desktop/linux/process/BusName.h"
+#include "desktop/linux/process/ProcessLog.h"
+#include "desktop/linux/process/StandardOutputStream.h"
+#include "desktop/linux/process/TerminationSignals.h"
+#include "desktop/linux/process/UserSession.h"
+#include "desktop/linux/tray/TrayStatusBar.h"
+#include "desktop/linux/ui/QtWindows.h"
+
+namespace linux_desktop {
+namespace {
+
+/// Qt ends the process by an abort where it finds no display, so that is looked at first.
+bool isDisplayReachable() {
+  if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+      qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    return true;
+  }
+  xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+  const bool reachable = xcb_connection_has_error(connection) == 0;
+  xcb_disconnect(connection);
+  return reachable;
+}
+
+}  // namespace
+
+/// What there is one of in the process, whatever the program goes on to do.
+struct LinuxDesktop::Process {
+  Process(int& argc, char** argv) : application(argc, argv) {
+    QApplication::setApplicationName(QStringLiteral("calmdeck"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Calmdeck"));
+    QApplication::setDesktopFileName(QStringLiteral("org.calmdeck.Calmdeck"));
+    QApplication::setQuitOnLastWindowClosed(false);
+  }
+
+  QApplication application;
+  UserSession session;
+};
+
+struct LinuxDesktop::Services {
+  QtMainLoop loop;
+  StandardOutputStream output;
+  SettingsFile settings;
+  TrayStatusBar tray;
+  QtWindows windows{loop};
+  PulseAudioObjects audio;
+  TerminationSignals signals_{[this] { loop.terminate(); }};
+};
+
+std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, char** argv) {
+  if (!isDisplayReachable()) {
+    qCWarning(lcProcess, "no display can be reached (DISPLAY is \"%s\")",
+              qgetenv("DISPLAY").data());
+    return 1;
+  }
+  auto process = std::make_unique<Process>(argc, argv);
+  switch (process->session.claim()) {
+    case SingleInstance::Claim::HandedOver:
+      return 0;
+    case SingleInstance::Claim::Unanswered:
+      return 1;
+    case SingleInstance::Claim::First:
+      break;
+  }
+  return std::unique_ptr<LinuxDesktop>(new LinuxDesktop(std::move(process)));
+}
+
+LinuxDesktop::LinuxDesktop(std::unique_ptr<Process> process)
+    : process_(std::move(process)), services_(std::make_unique<Services>()) {
+  requestBusName(QDBusConnection::sessionBus());
+}
+
+LinuxDesktop::~LinuxDesktop() = default;
+
+platform::port::MainLoop& LinuxDesktop::mainLoop() {
+  return services_->loop;
+}
+platform::port::StandardOutput& LinuxDesktop::standardOutput() {
+  return services_->output;
+}
+platform::port::DefaultsStore& LinuxDesktop::defaults() {
+  return services_->settings;
+}
+platform::port::Session& LinuxDesktop::session() {
+  return process_->session;
+}
+platform::port::Windows& LinuxDesktop::windows() {
+  return services_->windows;
+}
+platform::port::StatusBar& LinuxDesktop::statusBar() {
+  return services_->tray;
+}
+platform::port::AudioObjects* LinuxDesktop::audioObjects() {
+  return &services_->audio;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,97 @@
+#include "desktop/linux/loop/QtMainLoop.h"
+
+#include <QTimer>
+#include <utility>
+
+#include "platform/foundation/ProgrammingError.h"
+
+namespace linux_desktop {
+namespace {
+
+std::chrono::milliseconds roundedUp(platform::Duration delay) {
+  return std::max(std::chrono::ceil<std::chrono::milliseconds>(delay),
+                  std::chrono::milliseconds::zero());
+}
+
+void startOnce(QTimer& timer, platform::Duration delay) {
+  timer.setSingleShot(true);
+  timer.setTimerType(Qt::PreciseTimer);
+  timer.start(roundedUp(delay));
+}
+
+class OneShot final : public platform::port::MainLoop::Timer {
+ public:
+  OneShot(platform::Duration delay, platform::port::MainLoop::Work fire) {
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, std::move(fire));
+    startOnce(timer_, delay);
+  }
+
+ private:
+  QTimer timer_;
+};
+
+}  // namespace
+
+/// An event loop that is known to those who may end it for as long as it runs.
+class QtMainLoop::Nested {
+ public:
+  explicit Nested(std::vector<QEventLoop*>& stack) : stack_(stack) { stack_.push_back(&loop_); }
+  ~Nested() { stack_.pop_back(); }
+  Nested(const Nested&) = delete;
+  Nested& operator=(const Nested&) = delete;
+
+  [[nodiscard]] QEventLoop& loop() { return loop_; }
+
+ private:
+  std::vector<QEventLoop*>& stack_;
+  QEventLoop loop_;
+};
+
+void QtMainLoop::post(Work work) {
+  QMetaObject::invokeMethod(&receiver_, std::move(work), Qt::QueuedConnection);
+}
+
+std::unique_ptr<platform::port::MainLoop::Timer> QtMainLoop::startTimer(platform::Duration delay,
+                                                                        Work fire) {
+  return std::make_unique<OneShot>(delay, std::move(fire));
+}
+
+void QtMainLoop::run() {
+  if (terminated_) return;
+  Nested nested(runs_);
+  nested.loop().exec();
+}
+
+void QtMainLoop::stop() {
+  if (terminated_) return;
+  if (runs_.empty()) platform::programmingError("MainLoop::stop without a run to end");
+  runs_.back()->quit();
+}
+
+void QtMainLoop::sleep(platform::Duration duration) {
+  const platform::MonotonicTime end = now() + duration;
+  Nested nested(sleeps_);
+  QTimer wakeUp;
+  QObject::connect(&wakeUp, &QTimer::timeout, &nested.loop(), &QEventLoop::quit);
+  // A second round only if the timer was early by the fraction that the two clocks are apart.
+  while (!terminated_ && now() < end) {
+    startOnce(wakeUp, end - now());
+    nested.loop().exec();
+  }
+}
+
+platform::MonotonicTime QtMainLoop::now() const {
+  return std::chrono::steady_clock::now();
+}
+
+platform::WallTime QtMainLoop::wallClock() const {
+  return std::chrono::system_clock::now();
+}
+
+void QtMainLoop::terminate() {
+  terminated_ = true;
+  for (QEventLoop* loop : runs_) loop->quit();
+  for (QEventLoop* loop : sleeps_) loop->quit();
+}
+
+}  // namespace linux_desktop

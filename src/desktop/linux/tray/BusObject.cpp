@@ -1,0 +1,74 @@
+#include "desktop/linux/tray/BusObject.h"
+
+#include <QDBusVariant>
+
+#include "desktop/linux/tray/TrayLog.h"
+
+namespace linux_desktop {
+namespace {
+
+const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
+
+}  // namespace
+
+BusObject::BusObject(const QDBusConnection& connection, const QString& path, BusInterface interface,
+                     std::function<void(const QString& caller)> called)
+    : connection_(connection),
+      path_(path),
+      interface_(std::move(interface)),
+      called_(std::move(called)) {
+  if (!connection_.registerVirtualObject(path_, this))
+    qCWarning(trayLog, "the bus object %s cannot be offered", qUtf8Printable(path_));
+}
+
+BusObject::~BusObject() {
+  connection_.unregisterObject(path_);
+}
+
+void BusObject::emitSignal(const QString& name, const QVariantList& arguments) const {
+  QDBusMessage signal = QDBusMessage::createSignal(path_, interface_.name, name);
+  signal.setArguments(arguments);
+  connection_.send(signal);
+}
+
+QString BusObject::introspect(const QString& /*path*/) const {
+  return interface_.description;
+}
+
+bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
+  const QString asked = message.interface();
+  const bool aboutProperties = asked == kProperties;
+  if (!aboutProperties && asked != interface_.name && !asked.isEmpty()) return false;
+  qCDebug(trayLog) << "from" << message.service() << ":" << message.member() << message.arguments();
+  if (called_) called_(message.service());
+  const QDBusMessage reply = aboutProperties ? answerAboutProperties(message) : answer(message);
+  if (message.isReplyRequired()) connection.send(reply);
+  return true;
+}
+
+QDBusMessage BusObject::answer(const QDBusMessage& call) const {
+  const auto method = interface_.methods.find(call.member());
+  if (method == interface_.methods.end())
+    return call.createErrorReply(QDBusError::UnknownMethod, "No such method: " + call.member());
+  return call.createReply(method->second(call));
+}
+
+QDBusMessage BusObject::answerAboutProperties(const QDBusMessage& call) const {
+  const QVariantList arguments = call.arguments();
+  if (call.member() == "GetAll") return call.createReply(allProperties());
+  if (call.member() != "Get" || arguments.size() != 2)
+    return call.createErrorReply(QDBusError::PropertyReadOnly, "Properties can only be read");
+  const auto property = interface_.properties.find(arguments[1].toString());
+  if (property == interface_.properties.end())
+    return call.createErrorReply(QDBusError::UnknownProperty,
+                                 "No such property: " + arguments[1].toString());
+  return call.createReply(QVariant::fromValue(QDBusVariant(property->second())));
+}
+
+QVariantMap BusObject::allProperties() const {
+  QVariantMap all;
+  for (const auto& [name, read] : interface_.properties) all.insert(name, read());
+  return all;
+}
+
+}  // namespace linux_desktop

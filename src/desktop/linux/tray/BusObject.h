@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <functional>
+#include <map>
+
+namespace linux_desktop {
+
+/// What one interface of ours offers on the bus, as tables.
+struct BusInterface {
+  /// Returns the reply's arguments.
+  using Method = std::function<QVariantList(const QDBusMessage& call)>;
+  using Property = std::function<QVariant()>;
+
+  QString name;
+  /// The <interface> element that introspection shows.
+  QString description;
+  std::map<QString, Method> methods;
+  std::map<QString, Property> properties;
+};
+
+/// One object on the bus that answers for one interface and for its read-only properties. It is
+/// there as long as it lives. Main thread only.
+///
+/// QtDBus could export a QObject by itself, but then a property's reader never learns who asked,
+/// and who asks is how we come to know the program that shows our icon.
+class BusObject final : public QDBusVirtualObject {
+ public:
+  /// `called` is told the bus name of the caller before each call that is answered.
+  BusObject(const QDBusConnection& connection, const QString& path, BusInterface interface,
+            std::function<void(const QString& caller)> called = {});
+  ~BusObject() override;
+  BusObject(const BusObject&) = delete;
+  BusObject& operator=(const BusObject&) = delete;
+
+  void emitSignal(const QString& name, const QVariantList& arguments = {}) const;
+
+  QString introspect(const QString& path) const override;
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+ private:
+  [[nodiscard]] QDBusMessage answer(const QDBusMessage& call) const;
+  [[nodiscard]] QDBusMessage answerAboutProperties(const QDBusMessage& call) const;
+  [[nodiscard]] QVariantMap allProperties() const;
+
+  QDBusConnection connection_;
+  QString path_;
+  BusInterface interface_;
+  std::function<void(const QString&)> called_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+
+#include "desktop/linux/tray/BusObject.h"
+#include "desktop/linux/tray/DBusMenuTypes.h"
+#include "desktop/linux/tray/MenuEntry.h"
+#include "desktop/linux/tray/MenuOpening.h"
+
+namespace linux_desktop {
+
+/// The menu as a panel sees it (com.canonical.dbusmenu, version 3): a flat list under one root. The
+/// panel draws it and tells what happens to it. Item n of the list has the id n + 1.
+class DBusMenu {
+ public:
+  static constexpr const char* kPath = "/StatusNotifierItem/Menu";
+
+  /// `opening` outlives the menu.
+  DBusMenu(const QDBusConnection& connection, MenuOpening& opening);
+
+  /// Replaces the list, and says so to a panel that may be showing it.
+  void setEntries(MenuEntries entries);
+
+ private:
+  [[nodiscard]] BusInterface makeInterface();
+  [[nodiscard]] QVariantList getLayout(const QDBusMessage& call) const;
+  [[nodiscard]] QVariantList getGroupProperties(const QDBusMessage& call) const;
+  [[nodiscard]] QVariantList getProperty(const QDBusMessage& call) const;
+  [[nodiscard]] QVariantList eventGroup(const QDBusMessage& call);
+  [[nodiscard]] QVariantList aboutToShowGroup(const QDBusMessage& call);
+  /// True when the panel must ask for the list again.
+  bool aboutToShow(int id, MenuOpening::Sign sign);
+  void handleEvent(int id, const QString& name);
+
+  [[nodiscard]] bool knows(int id) const;
+  [[nodiscard]] QVariantMap propertiesOf(int id) const;
+  [[nodiscard]] LayoutItem layoutOf(int id, int depth) const;
+
+  MenuOpening& opening_;
+  MenuEntries entries_;
+  uint revision_ = 1;
+  BusObject object_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QIcon>
+#include <map>
+
+#include "desktop/linux/tray/IconPixmap.h"
+
+namespace platform {
+class NSImage;
+}
+
+namespace linux_desktop {
+
+/// One picture in every size that panels show, for both tray protocols.
+struct StatusImage {
+  QIcon icon;
+  IconPixmaps pixmaps;
+};
+
+/// Status pictures rendered from SVG, each once: changing the icon back and forth costs nothing.
+class StatusImages {
+ public:
+  /// Fully transparent for null and for what is no SVG (then with one warning). The result lives
+  /// as long as this object. Main thread only.
+  [[nodiscard]] const StatusImage& rendered(const platform::NSImage* image);
+
+ private:
+  /// By the image's bytes, which stay where they are as long as the process lives.
+  std::map<const char*, StatusImage> rendered_;
+};
+
+}  // namespace linux_desktop

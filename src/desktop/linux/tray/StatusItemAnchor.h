@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <functional>
+#include <optional>
+
+namespace linux_desktop {
+
+/// Where a status item is, in Qt's own coordinates of the whole desktop.
+struct Anchor {
+  /// On the item: where the pointer was at the last click on it, or the middle of its icon.
+  QPoint point;
+  /// The panel that holds the item, where it is known.
+  std::optional<QRect> panelGeometry;
+};
+
+/// What windows need of a status item. The tray's port::StatusItemPeer implements it too. Main
+/// thread only.
+class StatusItemAnchor {
+ public:
+  virtual ~StatusItemAnchor() = default;
+
+  /// Whether a host shows the item now, so that the user can find it again.
+  [[nodiscard]] virtual bool isShown() const = 0;
+  /// Means something only while the item is shown.
+  [[nodiscard]] virtual Anchor anchor() const = 0;
+
+  /// Where the item is not shown, a window stands in for it: the user asked there for the item's
+  /// menu. The peer reports a RightMouseUp, and the menu that is opened next pops up at `at`.
+  virtual void menuRequested(QPoint at) = 0;
+
+  /// `activated` is called at each sign that the user acts on the item: a click or its menu. It
+  /// comes before the item's client is told. An empty function: nobody is called.
+  virtual void setActivationObserver(std::function<void()> activated) = 0;
+};
+
+}  // namespace linux_desktop

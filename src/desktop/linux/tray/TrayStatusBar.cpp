@@ -1,0 +1,126 @@
+#include "desktop/linux/tray/TrayStatusBar.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "desktop/linux/tray/TrayLog.h"
+#include "desktop/linux/tray/TrayStatusItem.h"
+
+namespace linux_desktop {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A panel that starts offers both protocols, the old one often first. Its icon would flash there,
+/// and QSystemTrayIcon might wait for a panel that is still busy with its start.
+constexpr auto kSettling = 300ms;
+
+/// How long a tray of the old protocol may take to take an icon in.
+constexpr auto kPatience = 500ms;
+
+using State = WatcherConnection::State;
+
+}  // namespace
+
+TrayStatusBar::TrayStatusBar() : bus_(QDBusConnection::sessionBus()), watcher_(bus_) {
+  settling_.setSingleShot(true);
+  settling_.setInterval(kSettling);
+  connect(&settling_, &QTimer::timeout, this, &TrayStatusBar::followTrays);
+  connect(&watcher_, &WatcherConnection::watcherAppeared, this, &TrayStatusBar::registerItems);
+  connect(&watcher_, &WatcherConnection::stateChanged, this, &TrayStatusBar::followSoon);
+  connect(&selection_, &TraySelection::changed, this, &TrayStatusBar::followSoon);
+  connect(&selection_, &TraySelection::docked, this, &TrayStatusBar::followTrays);
+  patience_.setSingleShot(true);
+  patience_.setInterval(kPatience);
+  connect(&patience_, &QTimer::timeout, this, &TrayStatusBar::sayThatThereIsNone);
+  anchor_.setIconGeometry([this] {
+    const auto shown = std::ranges::find_if(
+        items_, [](const TrayStatusItem* item) { return !item->geometry().isEmpty(); });
+    return shown == items_.end() ? QRect() : (*shown)->geometry();
+  });
+}
+
+TrayStatusBar::~TrayStatusBar() = default;
+
+std::unique_ptr<platform::port::StatusItemPeer> TrayStatusBar::createStatusItem(
+    platform::port::StatusItemClient& client) {
+  auto item = std::make_unique<TrayStatusItem>(*this, client);
+  items_.push_back(item.get());
+  if (!watcher_.owner().isEmpty()) item->registerWith(watcher_.owner());
+  // After the caller has given the item its picture.
+  QMetaObject::invokeMethod(this, &TrayStatusBar::followTrays, Qt::QueuedConnection);
+  return item;
+}
+
+void TrayStatusBar::forget(const TrayStatusItem& item) {
+  std::erase(items_, &item);
+}
+
+void TrayStatusBar::registerItems() {
+  anchor_.forgetPointer();
+  shownBy(watcher_.owner());
+  for (TrayStatusItem* item : items_) item->registerWith(watcher_.owner());
+}
+
+bool TrayStatusBar::wantsXEmbed() const {
+  const State state = watcher_.state();
+  return selection_.isOwned() && (state == State::NoWatcher || state == State::NoHost);
+}
+
+/// What goes is followed at once, and so is what the very first look finds.
+void TrayStatusBar::followSoon() {
+  const bool mayBeStarting = saidNone_ || hasTray_;
+  if (wantsXEmbed() && mayBeStarting)
+    settling_.start();
+  else
+    followTrays();
+}
+
+void TrayStatusBar::followTrays() {
+  if (watcher_.state() == State::Asking) return;
+  settling_.stop();
+  patience_.stop();
+  const bool xembed = wantsXEmbed();
+  for (TrayStatusItem* item : items_) item->useXEmbed(xembed);
+  setHasTray(watcher_.state() == State::Ready || (xembed && selection_.isDocked()));
+  if (hasTray_) return;
+  if (xembed)
+    patience_.start();
+  else
+    sayThatThereIsNone();
+}
+
+void TrayStatusBar::setHasTray(bool hasTray) {
+  if (hasTray == hasTray_) return;
+  hasTray_ = hasTray;
+  emit hasTrayChanged(hasTray_);
+}
+
+void TrayStatusBar::sayThatThereIsNone() {
+  if (std::exchange(saidNone_, true)) return;
+  const bool hangs = wantsXEmbed() || watcher_.state() == State::Silent;
+  qCWarning(trayLog,
+            "%s: the icon appears once one is there; until then the panel opens as a window",
+            hangs ? "the tray does not answer" : "no tray is running");
+}
+
+void TrayStatusBar::shownBy(const QString& host) {
+  if (host == host_ || host.isEmpty()) return;
+  host_ = host;
+  QDBusMessage call =
+      QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                     "org.freedesktop.DBus", "GetConnectionUnixProcessID");
+  call.setArguments({host});
+  auto* reply = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, host] {
+    reply->deleteLater();
+    const QDBusPendingReply<uint> pid = *reply;
+    if (host == host_ && !pid.isError()) anchor_.setHostProcess(pid.value());
+  });
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QTimer>
+#include <memory>
+#include <vector>
+
+#include "desktop/linux/tray/StatusImages.h"
+#include "desktop/linux/tray/TrayAnchor.h"
+#include "desktop/linux/tray/TraySelection.h"
+#include "desktop/linux/tray/WatcherConnection.h"
+#include "platform/port/StatusBar.h"
+
+namespace linux_desktop {
+
+class TrayStatusItem;
+
+/// The tray, by either of its protocols: StatusNotifierItem where a host draws such items, the old
+/// X11 one (XEmbed) where there is only that. Follows trays that come, go and restart. Needs a
+/// QApplication, lives on the main thread, and never waits for a tray.
+class TrayStatusBar : public QObject, public platform::port::StatusBar {
+  Q_OBJECT
+
+ public:
+  TrayStatusBar();
+  ~TrayStatusBar() override;
+  TrayStatusBar(const TrayStatusBar&) = delete;
+  TrayStatusBar& operator=(const TrayStatusBar&) = delete;
+
+  [[nodiscard]] std::unique_ptr<platform::port::StatusItemPeer> createStatusItem(
+      platform::port::StatusItemClient& client) override;
+  [[nodiscard]] bool itemsHaveButtons() const override { return true; }
+
+  /// Whether an icon of ours is on the screen and can be clicked, as far as the trays tell. False
+  /// while that is not known yet, and while the tray does not answer.
+  [[nodiscard]] bool hasTray() const { return hasTray_; }
+  [[nodiscard]] const TrayAnchor& anchor() const { return anchor_; }
+
+ signals:
+  void hasTrayChanged(bool hasTray);
+
+ private:
+  friend class TrayStatusItem;
+  [[nodiscard]] StatusImages& images() { return images_; }
+  [[nodiscard]] bool hasBus() const { return bus_.isConnected(); }
+  void rememberPointer() { anchor_.rememberPointer(); }
+  void shownBy(const QString& host);
+  void forget(const TrayStatusItem& item);
+
+  void registerItems();
+  void followTrays();
+  void followSoon();
+  [[nodiscard]] bool wantsXEmbed() const;
+  void setHasTray(bool hasTray);
+  void sayThatThereIsNone();
+
+  QDBusConnection bus_;
+  StatusImages images_;
+  TrayAnchor anchor_;
+  WatcherConnection watcher_;
+  TraySelection selection_;
+  QTimer settling_;
+  QTimer patience_;
+  QString host_;  // the bus name of the program that draws our icon
+  std::vector<TrayStatusItem*> items_;
+  bool hasTray_ = false;
+  bool saidNone_ = false;
+};
+
+}  // namespace linux_desktop

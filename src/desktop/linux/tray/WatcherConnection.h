@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <cstdint>
+
+namespace linux_desktop {
+
+/// What is known of the desktop's StatusNotifierWatcher, kept current by the bus's own signals. A
+/// watcher that comes late, goes, restarts, stops answering or goes on again is an ordinary event.
+class WatcherConnection : public QObject {
+  Q_OBJECT
+
+ public:
+  enum class State : std::uint8_t {
+    Asking,     // no answer yet, and no half second has passed
+    NoWatcher,  // nobody owns the name, or there is no bus
+    Silent,     // it has owed an answer for half a second
+    NoHost,     // it answers, but nobody draws icons
+    Ready,      // icons are drawn
+  };
+
+  explicit WatcherConnection(const QDBusConnection& connection);
+
+  [[nodiscard]] State state() const { return state_; }
+  /// The watcher's own bus name, which is another after each restart; empty when there is none.
+  [[nodiscard]] const QString& owner() const { return owner_; }
+
+ signals:
+  void stateChanged();
+  /// There is a watcher that knows nothing of us yet.
+  void watcherAppeared();
+
+ private slots:
+  void hostAppeared();
+  void hostDisappeared();
+
+ private:
+  void lookForOwner();
+  void takeOwner(const QString& owner);
+  void askForHost();
+  void setState(State state);
+
+  QDBusConnection connection_;
+  QString owner_;
+  State state_ = State::Asking;
+  QTimer patience_;
+};
+
+}  // namespace linux_desktop

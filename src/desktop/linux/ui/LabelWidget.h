@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QLabel>
+#include <memory>
+
+#include "desktop/linux/ui/ViewWidget.h"
+#include "platform/appkit/NSTextField.h"
+
+namespace linux_desktop {
+
+/// A label in the desktop's font and the theme's colours.
+class LabelWidget final : public QLabel, public ViewWidget {
+ public:
+  LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent);
+
+  [[nodiscard]] QWidget& widget() override { return *this; }
+  [[nodiscard]] const platform::NSView& view() const override { return *field_; }
+  void viewDidChange(platform::ViewChange change) override;
+  void themeDidChange() override;
+
+ private:
+  std::shared_ptr<platform::NSTextField> field_;
+};
+
+}  // namespace linux_desktop

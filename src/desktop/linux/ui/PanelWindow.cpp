@@ -1,0 +1,130 @@
+#include "desktop/linux/ui/PanelWindow.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWindow>
+#include <utility>
+
+#include "desktop/linux/ui/MenuButton.h"
+#include "desktop/linux/ui/Theme.h"
+
+namespace linux_desktop {
+namespace {
+
+constexpr double kCornerRadius = 9;
+constexpr int kBorder = 1;
+constexpr int kMenuButtonMargin = 6;
+
+Qt::WindowFlags flagsFor(Chrome chrome) {
+  return isPopover(chrome) ? Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
+                           : Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                                 Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
+}
+
+}  // namespace
+
+PanelWindow::PanelWindow(Chrome chrome, const QString& title, Clock clock, PressObserver& presses,
+                         PanelObserver& observer)
+    : QWidget(nullptr, flagsFor(chrome)),
+      chrome_(chrome),
+      clock_(std::move(clock)),
+      presses_(presses),
+      observer_(observer) {
+  setWindowTitle(title);
+  setAccessibleName(title);
+  setAttribute(Qt::WA_TranslucentBackground, chrome == Chrome::RoundPopover);
+  auto* layout = std::make_unique<QVBoxLayout>(this).release();
+  const int margin = isPopover(chrome) ? kBorder : 0;
+  layout->setContentsMargins(margin, margin, margin, margin);
+  layout->setSpacing(0);
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+  if (chrome == Chrome::OrdinaryWithMenu) addMenuButton(*layout);
+  inner_ = std::make_unique<QVBoxLayout>().release();
+  layout->addLayout(inner_);
+}
+
+void PanelWindow::setContent(const std::shared_ptr<platform::NSView>& content) {
+  views_.reset();
+  if (content) views_ = std::make_unique<ViewTree>(content, *this, *inner_, clock_, presses_);
+}
+
+void PanelWindow::addMenuButton(QBoxLayout& layout) {
+  auto* button = std::make_unique<MenuButton>(this).release();
+  connect(button, &QToolButton::clicked, this,
+          [this, button] { observer_.menuRequested(button->menuPosition()); });
+  auto* row = std::make_unique<QHBoxLayout>().release();
+  row->setContentsMargins(kMenuButtonMargin, kMenuButtonMargin, kMenuButtonMargin, 0);
+  row->addStretch();
+  row->addWidget(button);
+  layout.addLayout(row);
+}
+
+bool PanelWindow::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate:
+      observer_.activeChanged(event->type() == QEvent::WindowActivate);
+      break;
+    case QEvent::PaletteChange:
+    case QEvent::StyleChange:
+    case QEvent::FontChange:
+    case QEvent::ApplicationFontChange:
+    case QEvent::ApplicationPaletteChange:
+      if (views_) views_->themeDidChange();
+      break;
+    default:
+      break;
+  }
+  return QWidget::event(event);
+}
+
+bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
+  const bool isPress = event->type() == QEvent::MouseButtonPress ||
+                       event->type() == QEvent::MouseButtonDblClick ||
+                       event->type() == QEvent::TouchBegin;
+  if (isPress && watched == windowHandle()) {
+    observer_.pressedInside(static_cast<QInputEvent*>(event)->timestamp());
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void PanelWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    observer_.closeRequested();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void PanelWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  observer_.closeRequested();
+}
+
+void PanelWindow::showEvent(QShowEvent* event) {
+  // Nothing is focused until the user reaches for the keyboard: a ring would be noise to a click.
+  setFocus(Qt::OtherFocusReason);
+  windowHandle()->installEventFilter(this);
+  if (views_) views_->resume();
+  QWidget::showEvent(event);
+}
+
+void PanelWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (isVisible()) observer_.resized();
+}
+
+void PanelWindow::paintEvent(QPaintEvent*) {
+  if (!isPopover(chrome_)) return;
+  const Theme theme(palette());
+  const double radius = chrome_ == Chrome::RoundPopover ? kCornerRadius : 0;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(theme.color(platform::NSSystemColor::Separator), kBorder));
+  painter.setBrush(theme.window());
+  const double half = kBorder / 2.0;
+  painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half), radius, radius);
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "desktop/linux/ui/ViewTree.h"
+
+namespace linux_desktop {
+
+/// What is around the content of a window.
+enum class Chrome {
+  Ordinary,          ///< the window manager's frame
+  OrdinaryWithMenu,  ///< the same, with a menu button above the content
+  Popover,           ///< our own thin border, in front of other windows
+  RoundPopover,      ///< the same with round corners; needs a compositing manager
+};
+
+[[nodiscard]] constexpr bool isPopover(Chrome chrome) {
+  return chrome == Chrome::Popover || chrome == Chrome::RoundPopover;
+}
+
+/// Told what happens to a window.
+class PanelObserver {
+ public:
+  virtual ~PanelObserver() = default;
+  /// The title bar's button or Escape; the window is still there.
+  virtual void closeRequested() = 0;
+  virtual void menuRequested(QPoint at) = 0;
+  virtual void activeChanged(bool active) = 0;
+  /// A button or a finger was pressed on it, at the window system's time in milliseconds.
+  virtual void pressedInside(quint64 time) = 0;
+  /// The content asked for another size and got it.
+  virtual void resized() = 0;
+};
+
+/// A window of ours as large as its content. Does nothing on its own account: it is closed, placed
+/// and activated by whoever observes it.
+class PanelWindow final : public QWidget {
+ public:
+  /// The observers outlive the window.
+  PanelWindow(Chrome chrome, const QString& title, Clock clock, PressObserver& presses,
+              PanelObserver& observer);
+
+  [[nodiscard]] Chrome chrome() const { return chrome_; }
+  /// What the window holds from now on; null: nothing.
+  void setContent(const std::shared_ptr<platform::NSView>& content);
+  /// The widgets of the content; null while there is none.
+  [[nodiscard]] ViewTree* views() { return views_.get(); }
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ protected:
+  bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void addMenuButton(QBoxLayout& layout);
+
+  Chrome chrome_;
+  Clock clock_;
+  PressObserver& presses_;
+  PanelObserver& observer_;
+  /// Where the content goes.
+  QBoxLayout* inner_;
+  std::unique_ptr<ViewTree> views_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,254 @@
+#include "desktop/linux/ui/QtWindowPeer.h"
+
+#include <QApplication>
+#include <QLayout>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/ui/ExposeWatch.h"
+#include "desktop/linux/ui/PopoverPlacement.h"
+#include "desktop/linux/ui/ScreenPixels.h"
+#include "desktop/linux/ui/XPanels.h"
+#include "desktop/linux/ui/XWindowHints.h"
+#include "platform/appkit/NSWindow.h"
+#include "platform/port/StatusBar.h"
+
+namespace linux_desktop {
+
+using platform::NSEvent;
+using platform::NSEventType;
+using platform::NSView;
+namespace port = platform::port;
+
+namespace {
+
+constexpr std::chrono::milliseconds kOwnPress{40};
+
+/// The server's time begins anew every 49 days.
+constexpr bool isNotBefore(xcb_timestamp_t time, xcb_timestamp_t other) {
+  return static_cast<std::int32_t>(time - other) >= 0;
+}
+
+class CallScope {
+ public:
+  explicit CallScope(int& calls) : calls_(calls) { ++calls_; }
+  ~CallScope() { --calls_; }
+  CallScope(const CallScope&) = delete;
+  CallScope& operator=(const CallScope&) = delete;
+
+ private:
+  int& calls_;
+};
+
+StatusItemAnchor* anchorOf(const port::Placement& placement) {
+  const auto* atItem = std::get_if<port::PlacedAtStatusItem>(&placement);
+  return atItem == nullptr ? nullptr : dynamic_cast<StatusItemAnchor*>(atItem->item);
+}
+
+}  // namespace
+
+QtWindowPeer::QtWindowPeer(platform::NSWindow& window, port::WindowClient& client,
+                           WindowServices& services)
+    : model_(window), client_(client), services_(services) {}
+
+QtWindowPeer::~QtWindowPeer() {
+  const CallScope scope(calls_);
+  hide();
+}
+
+// --- What the model asks ---
+
+void QtWindowPeer::show(const port::Placement& placement) {
+  const CallScope scope(calls_);
+  anchor_ = anchorOf(placement);
+  ensureWindow(chromeFor(anchor_));
+  window_->winId();
+  if (isPopover(window_->chrome())) place();
+  // Openbox 3.6 calls windows of other workspaces iconic; Qt believes it and would map it so.
+  window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+  if (!window_->isVisible()) {
+    if (services_.server) {
+      if (isPopover(window_->chrome())) keepOutOfTaskLists(*handle(), *services_.server);
+    }
+    window_->show();
+    if (services_.server) markAsAskedFor(*handle(), *services_.server);
+    watchOutside();
+  }
+  window_->raise();
+  std::erase(services_.shown, this);
+  services_.shown.push_back(this);
+}
+
+void QtWindowPeer::hide() {
+  const CallScope scope(calls_);
+  std::erase(services_.shown, this);
+  anchor_ = nullptr;
+  presses_.reset();
+  acts_.reset();
+  lastPressInside_.reset();
+  if (window_) window_->hide();
+}
+
+void QtWindowPeer::makeKey() {
+  const CallScope scope(calls_);
+  if (!window_ || !window_->isVisible()) return;
+  onceExposed(*handle(), [this] {
+    if (services_.server) {
+      activate(*handle(), *services_.server);
+    } else {
+      window_->activateWindow();
+    }
+  });
+}
+
+void QtWindowPeer::update(const std::vector<port::ChangedView>& changes) {
+  const CallScope scope(calls_);
+  const auto& content = model_.contentView();
+  const bool isOther = std::ranges::any_of(changes, [&content](const port::ChangedView& changed) {
+    return changed.view == content && includes(changed.change, platform::ViewChange::Subviews);
+  });
+  if (window_ && window_->views() != nullptr && !isOther) window_->views()->update(changes);
+  if (window_ && isOther) window_->setContent(content);
+}
+
+// --- Showing ---
+
+Chrome QtWindowPeer::chromeFor(const StatusItemAnchor* anchor) const {
+  if (model_.style() == platform::NSWindowStyle::Titled || anchor == nullptr) {
+    return Chrome::Ordinary;
+  }
+  if (!anchor->isShown()) return Chrome::OrdinaryWithMenu;
+  const bool round = services_.server && services_.server->isComposited();
+  return round ? Chrome::RoundPopover : Chrome::Popover;
+}
+
+void QtWindowPeer::ensureWindow(Chrome chrome) {
+  if (window_ && window_->chrome() == chrome) return;
+  presses_.reset();
+  acts_.reset();
+  const QString title =
+      model_.title().empty() ? QStringLiteral("Calmdeck") : QString::fromStdString(model_.title());
+  PressObserver& presses = *this;
+  PanelObserver& observer = *this;
+  window_ = std::make_unique<PanelWindow>(chrome, title, services_.clock, presses, observer);
+  window_->setContent(model_.contentView());
+}
+
+void QtWindowPeer::place() {
+  Anchor anchor = anchor_->anchor();
+  const QScreen* screen = QGuiApplication::screenAt(anchor.point);
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  std::vector<DesktopPanel> panels;
+  if (services_.server) {
+    for (const DesktopPanel& panel : panelsOn(*services_.server)) {
+      panels.push_back({fromPixels(panel.geometry, *screen), fromPixels(panel.reserved, *screen)});
+    }
+  }
+  const QSize size = window_->layout()->totalSizeHint();
+  window_->move(placePopover(anchor, size, screen->geometry(), panels).topLeft());
+}
+
+void QtWindowPeer::resized() {
+  if (anchor_ != nullptr && isPopover(window_->chrome())) place();
+}
+
+QWindow* QtWindowPeer::handle() const {
+  return window_ ? window_->windowHandle() : nullptr;
+}
+
+// --- What the user does outside ---
+
+void QtWindowPeer::watchOutside() {
+  if (!isPopover(window_->chrome())) return;
+  acts_ = std::make_shared<OutsideActs>(
+      services_.clock, [this] { report([this] { client_.userActedElsewhere(); }); });
+  anchor_->setActivationObserver([weak = std::weak_ptr(acts_)] {
+    if (const auto acts = weak.lock()) acts->itemActivated();
+  });
+  auto server = XServer::connect();
+  if (!server) return;
+  presses_ = std::make_unique<OutsidePresses>(
+      std::move(server),
+      [this](QPoint onRoot, xcb_timestamp_t time) { pressedSomewhere(onRoot, time); });
+}
+
+bool QtWindowPeer::isOurs(QPoint onRoot) const {
+  const auto own = services_.server->geometry(static_cast<xcb_window_t>(window_->winId()));
+  return own && own->contains(onRoot);
+}
+
+bool QtWindowPeer::isOnPanel(QPoint onRoot) const {
+  return std::ranges::any_of(panelsOn(*services_.server), [onRoot](const DesktopPanel& panel) {
+    return panel.geometry.contains(onRoot);
+  });
+}
+
+void QtWindowPeer::pressedSomewhere(QPoint onRoot, xcb_timestamp_t time) {
+  if (services_.alerts > 0 || QApplication::activePopupWidget() != nullptr) return;
+  if (isOurs(onRoot)) return;
+  // The pointer may have left the window since: then Qt has the press, or gets it within this time.
+  QTimer::singleShot(kOwnPress, &context_, [this, time, onPanel = isOnPanel(onRoot)] {
+    if (!acts_ || (lastPressInside_ && isNotBefore(*lastPressInside_, time))) return;
+    if (onPanel) {
+      acts_->pressedOnPanel();
+    } else {
+      acts_->pressedElsewhere();
+    }
+  });
+}
+
+void QtWindowPeer::pressedInside(quint64 time) {
+  lastPressInside_ = static_cast<xcb_timestamp_t>(time);
+}
+
+void QtWindowPeer::alertDidEnd() {
+  if (presses_) presses_->discardPending();
+}
+
+void QtWindowPeer::activeChanged(bool active) {
+  if (active) {
+    report([this] { client_.windowDidBecomeKey(); });
+    return;
+  }
+  report([this] { client_.windowDidResignKey(); });
+  const bool ours = services_.alerts > 0 || QApplication::activePopupWidget() != nullptr;
+  if (!ours && window_->isVisible() && acts_) acts_->lostKeyboard();
+}
+
+// --- Reports ---
+
+void QtWindowPeer::report(std::function<void()> what) {
+  if (calls_ > 0) {
+    QMetaObject::invokeMethod(&context_, std::move(what), Qt::QueuedConnection);
+  } else {
+    what();
+  }
+}
+
+NSEvent QtWindowPeer::eventAt(NSEventType type, QPointF inWindow) const {
+  return {type, {inWindow.x(), window_->height() - inWindow.y()}};
+}
+
+void QtWindowPeer::pressed(NSView& view, QPointF inWindow) {
+  report(
+      [this, &view, keep = view.shared_from_this(),
+       event = eventAt(NSEventType::LeftMouseDown, inWindow)] { client_.mouseDown(view, event); });
+}
+
+void QtWindowPeer::released(NSView& view, QPointF inWindow) {
+  report([this, &view, keep = view.shared_from_this(),
+          event = eventAt(NSEventType::LeftMouseUp, inWindow)] { client_.mouseUp(view, event); });
+}
+
+void QtWindowPeer::closeRequested() {
+  report([this] { client_.windowShouldClose(); });
+}
+
+void QtWindowPeer::menuRequested(QPoint at) {
+  if (anchor_ != nullptr) anchor_->menuRequested(at);
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "desktop/linux/tray/StatusItemAnchor.h"
+#include "desktop/linux/ui/OutsideActs.h"
+#include "desktop/linux/ui/OutsidePresses.h"
+#include "desktop/linux/ui/PanelWindow.h"
+#include "desktop/linux/ui/WindowServices.h"
+#include "platform/port/Windows.h"
+
+namespace platform {
+class NSWindow;
+}
+
+namespace linux_desktop {
+
+/// A window of the model on the screen: a popover at the status item, or an ordinary window where
+/// no item is shown or the model wants one with a title.
+class QtWindowPeer final : public platform::port::WindowPeer,
+                           private PressObserver,
+                           private PanelObserver {
+ public:
+  /// All outlive the peer.
+  QtWindowPeer(platform::NSWindow& window, platform::port::WindowClient& client,
+               WindowServices& services);
+  ~QtWindowPeer() override;
+  QtWindowPeer(const QtWindowPeer&) = delete;
+  QtWindowPeer& operator=(const QtWindowPeer&) = delete;
+
+  void show(const platform::port::Placement& placement) override;
+  void hide() override;
+  void makeKey() override;
+  void update(const std::vector<platform::port::ChangedView>& changes) override;
+
+  /// The native window, for alerts that stand in front of it; null before the first time.
+  [[nodiscard]] QWindow* handle() const;
+  /// An alert was answered: presses up to now were for it.
+  void alertDidEnd();
+
+ private:
+  void pressed(platform::NSView& view, QPointF inWindow) override;
+  void released(platform::NSView& view, QPointF inWindow) override;
+  void closeRequested() override;
+  void menuRequested(QPoint at) override;
+  void activeChanged(bool active) override;
+  void pressedInside(quint64 time) override;
+  void resized() override;
+
+  [[nodiscard]] Chrome chromeFor(const StatusItemAnchor* anchor) const;
+  void ensureWindow(Chrome chrome);
+  void place();
+  void watchOutside();
+  void pressedSomewhere(QPoint onRoot, xcb_timestamp_t time);
+  [[nodiscard]] bool isOurs(QPoint onRoot) const;
+  [[nodiscard]] bool isOnPanel(QPoint onRoot) const;
+  void report(std::function<void()> what);
+  [[nodiscard]] platform::NSEvent eventAt(platform::NSEventType type, QPointF inWindow) const;
+
+  platform::NSWindow& model_;
+  platform::port::WindowClient& client_;
+  WindowServices& services_;
+  /// Where the window is shown at; null while it is hidden.
+  StatusItemAnchor* anchor_ = nullptr;
+  std::unique_ptr<PanelWindow> window_;
+  std::shared_ptr<OutsideActs> acts_;
+  std::unique_ptr<OutsidePresses> presses_;
+  std::optional<xcb_timestamp_t> lastPressInside_;
+  /// How many calls of the model are on the stack: reports wait until there is none.
+  int calls_ = 0;
+  /// Reports that wait are dropped with it.
+  QObject context_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "desktop/linux/ui/LayerAccessibility.h"
+#include "desktop/linux/ui/WindowServices.h"
+#include "platform/port/MainLoop.h"
+#include "platform/port/Windows.h"
+
+namespace linux_desktop {
+
+/// Windows and alerts as Qt widgets. Needs the QApplication; one at a time.
+class QtWindows final : public platform::port::Windows {
+ public:
+  /// `loop` is for its clock and outlives this, as this does its peers.
+  explicit QtWindows(const platform::port::MainLoop& loop);
+
+  [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createWindow(
+      platform::NSWindow& window, platform::port::WindowClient& client) override;
+  [[nodiscard]] std::unique_ptr<AlertPeer> showAlert(
+      const platform::NSAlert& alert, std::function<void(std::size_t button)> answered) override;
+  void activateApplication() override;
+
+ private:
+  WindowServices services_;
+  LayerAccessibility accessibility_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,136 @@
+#include "desktop/linux/ui/Theme.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace linux_desktop {
+
+using platform::NSColor;
+using platform::NSSystemColor;
+using platform::NSTextStyle;
+
+namespace {
+
+double linear(double channel) {
+  return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor& color) {
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+         0.0722 * linear(color.blueF());
+}
+
+QColor mixed(const QColor& from, const QColor& to, double share) {
+  const auto channel = [share](double a, double b) {
+    return static_cast<float>(a + (b - a) * share);
+  };
+  return QColor::fromRgbF(channel(from.redF(), to.redF()), channel(from.greenF(), to.greenF()),
+                          channel(from.blueF(), to.blueF()));
+}
+
+QColor withLightness(const QColor& color, double lightness) {
+  const QColor hsl = color.toHsl();
+  return QColor::fromHslF(std::max(hsl.hslHueF(), 0.0F), hsl.hslSaturationF(),
+                          static_cast<float>(std::clamp(lightness, 0.0, 1.0)))
+      .toRgb();
+}
+
+/// `color`, lighter or darker by as little as makes `fits` true; itself where nothing does.
+template <typename Fits>
+QColor nearest(const QColor& color, const Fits& fits) {
+  constexpr double kStep = 0.01;
+  const double lightness = color.toHsl().lightnessF();
+  for (double distance = 0; distance <= 1; distance += kStep) {
+    for (const double candidate : {lightness - distance, lightness + distance}) {
+      const QColor result = withLightness(color, candidate);
+      if (fits(result)) return result;
+    }
+  }
+  return color;
+}
+
+struct StyleRow {
+  NSTextStyle style;
+  double scale;
+  QFont::Weight weight;
+};
+
+constexpr std::array kStyles{
+    StyleRow{NSTextStyle::Body, 1.0, QFont::Normal},
+    StyleRow{NSTextStyle::Title, 1.3, QFont::DemiBold},
+    StyleRow{NSTextStyle::Headline, 1.0, QFont::DemiBold},
+    StyleRow{NSTextStyle::Caption, 0.9, QFont::Normal},
+};
+
+}  // namespace
+
+double contrast(const QColor& one, const QColor& other) {
+  const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+  return (light + 0.05) / (dark + 0.05);
+}
+
+QColor Theme::color(const NSColor& color) const {
+  if (const auto system = color.systemColor()) return this->system(*system);
+  const NSColor::RGBA rgba = color.rgba().value_or(NSColor::RGBA{});
+  return QColor::fromRgbF(static_cast<float>(rgba.red), static_cast<float>(rgba.green),
+                          static_cast<float>(rgba.blue), static_cast<float>(rgba.alpha));
+}
+
+QColor Theme::system(NSSystemColor color) const {
+  switch (color) {
+    case NSSystemColor::Label:
+      return text();
+    case NSSystemColor::SecondaryLabel:
+      return secondaryText();
+    case NSSystemColor::Separator:
+      return mixed(window(), text(), 0.18);
+    case NSSystemColor::WindowBackground:
+      return window();
+    case NSSystemColor::ControlAccent:
+      return accent();
+  }
+  return text();
+}
+
+QColor Theme::text() const {
+  return palette_.color(QPalette::Active, QPalette::WindowText);
+}
+
+QColor Theme::secondaryText() const {
+  constexpr double kStep = 0.05;
+  for (double share = 0.35; share > 0; share -= kStep) {
+    const QColor candidate = mixed(text(), window(), share);
+    if (contrast(candidate, window()) >= kTextContrast) return candidate;
+  }
+  return text();
+}
+
+// White shapes stand on the accent, and it stands on the window.
+QColor Theme::accent() const {
+  const QColor highlight = palette_.color(QPalette::Active, QPalette::Highlight);
+  return nearest(highlight, [this](const QColor& candidate) {
+    return contrast(candidate, Qt::white) >= kShapeContrast &&
+           contrast(candidate, window()) >= kShapeContrast;
+  });
+}
+
+QColor Theme::focusRing() const {
+  const QColor highlight = palette_.color(QPalette::Active, QPalette::Highlight);
+  return nearest(highlight, [this](const QColor& candidate) {
+    return contrast(candidate, window()) >= kShapeContrast;
+  });
+}
+
+QFont fontFor(NSTextStyle style, QFont base) {
+  const auto* row = std::ranges::find(kStyles, style, &StyleRow::style);
+  if (base.pixelSize() > 0) {
+    base.setPixelSize(static_cast<int>(std::lround(base.pixelSize() * row->scale)));
+  } else {
+    base.setPointSizeF(base.pointSizeF() * row->scale);
+  }
+  base.setWeight(row->weight);
+  return base;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+#include "platform/appkit/NSColor.h"
+#include "platform/appkit/NSTextField.h"
+
+namespace linux_desktop {
+
+/// The contrast of two opaque colours as WCAG 2 defines it: from 1 (none) to 21.
+[[nodiscard]] double contrast(const QColor& one, const QColor& other);
+
+/// What text, and what shapes that mean something, must keep to what is behind them (WCAG 2, AA).
+inline constexpr double kTextContrast = 4.5;
+inline constexpr double kShapeContrast = 3.0;
+
+/// The desktop's palette and font in the model's terms. A value: made anew for each painting, so
+/// that it is never older than the theme.
+class Theme {
+ public:
+  explicit Theme(const QPalette& palette) : palette_(palette) {}
+
+  [[nodiscard]] QColor color(const platform::NSColor& color) const;
+
+  /// The rings around focused controls.
+  [[nodiscard]] QColor focusRing() const;
+  [[nodiscard]] QColor window() const { return palette_.color(QPalette::Active, QPalette::Window); }
+
+ private:
+  [[nodiscard]] QColor system(platform::NSSystemColor color) const;
+  [[nodiscard]] QColor text() const;
+  [[nodiscard]] QColor secondaryText() const;
+  [[nodiscard]] QColor accent() const;
+
+  QPalette palette_;
+};
+
+/// `base`, the desktop's own font, in the size and weight of `style`.
+[[nodiscard]] QFont fontFor(platform::NSTextStyle style, QFont base);
+
+}  // namespace linux_desktop

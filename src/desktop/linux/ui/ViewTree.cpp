@@ -1,0 +1,178 @@
+#include "desktop/linux/ui/ViewTree.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/ui/ImageWidget.h"
+#include "desktop/linux/ui/LabelWidget.h"
+#include "desktop/linux/ui/OverhangItem.h"
+#include "desktop/linux/ui/SeparatorWidget.h"
+#include "platform/appkit/NSStackView.h"
+
+namespace linux_desktop {
+
+using platform::NSStackView;
+using platform::NSView;
+using platform::NSViewKind;
+using platform::ViewChange;
+
+namespace {
+
+constexpr std::chrono::milliseconds kFrame{16};
+
+bool isHiddenInTree(const NSView& view) {
+  for (const NSView* at = &view; at != nullptr; at = at->superview()) {
+    if (at->isHidden()) return true;
+  }
+  return false;
+}
+
+bool fills(const NSView& view) {
+  const auto* stack = dynamic_cast<const NSStackView*>(&view);
+  return stack != nullptr && stack->fills();
+}
+
+bool isRow(const QBoxLayout& layout) {
+  return layout.direction() == QBoxLayout::LeftToRight;
+}
+
+/// Whether `view` is painted by the widget of a view above it.
+bool isInsideCustomView(const NSView& view) {
+  return view.superview() != nullptr && view.superview()->kind() == NSViewKind::Custom;
+}
+
+}  // namespace
+
+struct ViewTree::KindRow {
+  NSViewKind kind;
+  void (ViewTree::*add)(const std::shared_ptr<NSView>& view, QBoxLayout& layout);
+};
+
+const ViewTree::KindRow ViewTree::kKinds[] = {
+    {NSViewKind::Custom, &ViewTree::addLayers},
+    {NSViewKind::Stack, &ViewTree::addStack},
+    {NSViewKind::Label, &ViewTree::addWidget<LabelWidget, platform::NSTextField>},
+    {NSViewKind::Image, &ViewTree::addWidget<ImageWidget, platform::NSImageView>},
+    {NSViewKind::Separator, &ViewTree::addWidget<SeparatorWidget, NSView>},
+};
+
+ViewTree::ViewTree(std::shared_ptr<NSView> root, QWidget& host, QBoxLayout& layout, Clock clock,
+                   PressObserver& presses)
+    : root_(std::move(root)),
+      host_(host),
+      layout_(layout),
+      clock_(std::move(clock)),
+      presses_(presses) {
+  frames_.setTimerType(Qt::PreciseTimer);
+  frames_.setInterval(kFrame);
+  QObject::connect(&frames_, &QTimer::timeout, &frames_, [this] { step(); });
+  build();
+}
+
+// --- Building ---
+
+void ViewTree::build() {
+  while (layout_.count() > 0) const std::unique_ptr<QLayoutItem> gone(layout_.takeAt(0));
+  layers_.clear();
+  widgets_.clear();
+  add(root_, layout_);
+  readVisibility();
+}
+
+void ViewTree::add(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
+  const auto* row = std::ranges::find(kKinds, view->kind(), &KindRow::kind);
+  (this->*row->add)(view, layout);
+  const int index = layout.count() - 1;
+  layout.setStretch(index, fills(*view) ? 1 : 0);
+  if (isRow(layout)) layout.itemAt(index)->setAlignment(Qt::AlignVCenter);
+}
+
+void ViewTree::addStack(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
+  const auto& stack = static_cast<const NSStackView&>(*view);
+  const auto direction = stack.orientation() == NSStackView::Orientation::Horizontal
+                             ? QBoxLayout::LeftToRight
+                             : QBoxLayout::TopToBottom;
+  auto inner = std::make_unique<QBoxLayout>(direction);
+  const NSStackView::Insets& insets = stack.edgeInsets();
+  inner->setContentsMargins(qRound(insets.left), qRound(insets.top), qRound(insets.right),
+                            qRound(insets.bottom));
+  inner->setSpacing(qRound(stack.spacing()));
+  QBoxLayout& column = *inner;
+  layout.addLayout(inner.release());
+  for (const auto& child : stack.subviews()) add(child, column);
+}
+
+void ViewTree::addLayers(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
+  auto widget = std::make_unique<LayerWidget>(view, clock_, presses_, &host_);
+  layers_.push_back(widget.get());
+  place(std::move(widget), layout);
+}
+
+template <class Widget, class View>
+void ViewTree::addWidget(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
+  place(std::make_unique<Widget>(std::static_pointer_cast<View>(view), &host_), layout);
+}
+
+void ViewTree::place(std::unique_ptr<ViewWidget> widget, QBoxLayout& layout) {
+  readCommon(*widget);
+  layout.addItem(std::make_unique<OverhangItem>(&widget->widget(), widget->overhang()).release());
+  widgets_.push_back(std::move(widget));
+}
+
+// --- Keeping up ---
+
+void ViewTree::update(const std::vector<platform::port::ChangedView>& changes) {
+  const auto isRebuild = [](const platform::port::ChangedView& changed) {
+    return includes(changed.change, ViewChange::Subviews) &&
+           changed.view->kind() != NSViewKind::Custom && !isInsideCustomView(*changed.view);
+  };
+  if (std::ranges::any_of(changes, isRebuild)) {
+    build();
+    return;
+  }
+  bool visibility = false;
+  for (const auto& [view, change] : changes) {
+    visibility = visibility || includes(change, ViewChange::Hidden);
+    ViewWidget* widget = widgetOf(*view);
+    if (widget == nullptr) continue;
+    if (includes(change, ViewChange::Attributes)) readCommon(*widget);
+    widget->viewDidChange(change);
+  }
+  if (visibility) readVisibility();
+  step();
+}
+
+ViewWidget* ViewTree::widgetOf(const NSView& view) const {
+  for (const NSView* at = &view; at != nullptr; at = at->superview()) {
+    const auto found =
+        std::ranges::find_if(widgets_, [at](const auto& widget) { return &widget->view() == at; });
+    if (found != widgets_.end()) return found->get();
+  }
+  return nullptr;
+}
+
+void ViewTree::readCommon(ViewWidget& widget) const {
+  widget.widget().setAccessibleName(QString::fromStdString(widget.view().accessibilityLabel()));
+  widget.widget().setAccessibleDescription(
+      QString::fromStdString(widget.view().accessibilityHelp()));
+}
+
+void ViewTree::readVisibility() {
+  for (const auto& widget : widgets_) widget->widget().setVisible(!isHiddenInTree(widget->view()));
+}
+
+void ViewTree::themeDidChange() {
+  for (const auto& widget : widgets_) widget->themeDidChange();
+}
+
+void ViewTree::step() {
+  bool animating = false;
+  for (LayerWidget* layer : layers_) animating = layer->step() || animating;
+  if (!animating || !host_.isVisible()) {
+    frames_.stop();
+  } else if (!frames_.isActive()) {
+    frames_.start();
+  }
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWidget>
+
+#include "platform/appkit/NSView.h"
+
+namespace linux_desktop {
+
+/// What stands on the screen for one view of the model. Each is a widget as well.
+class ViewWidget {
+ public:
+  virtual ~ViewWidget() = default;
+
+  [[nodiscard]] virtual QWidget& widget() = 0;
+  [[nodiscard]] virtual const platform::NSView& view() const = 0;
+  /// The view, or one that is painted with it, changed: read the model again.
+  virtual void viewDidChange(platform::ViewChange change) = 0;
+  /// The desktop's palette or font changed.
+  virtual void themeDidChange() = 0;
+  /// How far the widget reaches beyond the view on each side, for what is painted there. Layouts
+  /// place the view and let neighbours have this room too.
+  [[nodiscard]] virtual int overhang() const { return 0; }
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "desktop/linux/ui/LayerWidget.h"
+#include "desktop/linux/ui/XServer.h"
+
+namespace linux_desktop {
+
+class QtWindowPeer;
+
+/// What the windows of one QtWindows share.
+struct WindowServices {
+  Clock clock;
+  /// Null where the interface is not on an X server.
+  std::unique_ptr<XServer> server;
+  /// How many alerts wait for their answer.
+  int alerts = 0;
+  /// The peers that are on the screen, the one shown last at the end.
+  std::vector<QtWindowPeer*> shown;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,116 @@
+#include "desktop/linux/ui/XServer.h"
+
+#include <QGuiApplication>
+#include <algorithm>
+
+#include "desktop/linux/ui/UiLog.h"
+
+namespace linux_desktop {
+namespace {
+
+constexpr std::uint32_t kLongestProperty = 1U << 20;
+
+xcb_screen_t* screenOf(xcb_connection_t* connection, int number) {
+  xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+  for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
+  return screens.data;
+}
+
+std::vector<std::uint32_t> numbersIn(const XReply<xcb_get_property_reply_t>& reply) {
+  if (!reply || reply->format != 32) return {};
+  const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  const auto count = static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) / 4;
+  return {values, values + count};
+}
+
+}  // namespace
+
+std::unique_ptr<XServer> XServer::connect() {
+  if (QGuiApplication::platformName() != QLatin1String("xcb")) return nullptr;
+  int screen = 0;
+  Connection connection(xcb_connect(nullptr, &screen));
+  if (xcb_connection_has_error(connection.get()) != 0) {
+    qCWarning(lcUi) << "no second connection to the X server; the panel is placed without it";
+    return nullptr;
+  }
+  return std::unique_ptr<XServer>(new XServer(std::move(connection), screen));
+}
+
+XServer::XServer(Connection connection, int screen)
+    : connection_(std::move(connection)), screen_(screen) {
+  const xcb_screen_t* info = screenOf(get(), screen);
+  root_ = info->root;
+  own_ = xcb_generate_id(get());
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_create_window(get(), XCB_COPY_FROM_PARENT, own_, root_, -1, -1, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+}
+
+xcb_atom_t XServer::atom(std::string_view name) {
+  const std::string key(name);
+  if (const auto known = atoms_.find(key); known != atoms_.end()) return known->second;
+  const auto cookie = xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(key.size()), key.data());
+  const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(get(), cookie, nullptr));
+  const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+  atoms_.emplace(key, atom);
+  return atom;
+}
+
+std::vector<std::uint32_t> XServer::numbers(xcb_window_t window, std::string_view property) {
+  return numbersOf(std::span(&window, 1), property).front();
+}
+
+std::vector<std::vector<std::uint32_t>> XServer::numbersOf(std::span<const xcb_window_t> windows,
+                                                           std::string_view property) {
+  const xcb_atom_t name = atom(property);
+  std::vector<xcb_get_property_cookie_t> cookies;
+  for (const xcb_window_t window : windows) {
+    cookies.push_back(
+        xcb_get_property(get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestProperty));
+  }
+  std::vector<std::vector<std::uint32_t>> results;
+  for (const auto& cookie : cookies) {
+    xcb_generic_error_t* error = nullptr;
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(get(), cookie, &error));
+    const XReply<xcb_generic_error_t> gone(error);
+    results.push_back(numbersIn(reply));
+  }
+  return results;
+}
+
+std::optional<QRect> XServer::geometry(xcb_window_t window) {
+  const auto sizeCookie = xcb_get_geometry(get(), window);
+  const auto placeCookie = xcb_translate_coordinates(get(), window, root_, 0, 0);
+  xcb_generic_error_t* error = nullptr;
+  const XReply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(get(), sizeCookie, &error));
+  const XReply<xcb_generic_error_t> firstError(error);
+  error = nullptr;
+  const XReply<xcb_translate_coordinates_reply_t> place(
+      xcb_translate_coordinates_reply(get(), placeCookie, &error));
+  const XReply<xcb_generic_error_t> secondError(error);
+  if (!size || !place) return std::nullopt;
+  return QRect(place->dst_x, place->dst_y, size->width, size->height);
+}
+
+bool XServer::isComposited() {
+  // EWMH 1.5: the compositing manager of a screen owns this selection.
+  const auto cookie =
+      xcb_get_selection_owner(get(), atom("_NET_WM_CM_S" + std::to_string(screen_)));
+  const XReply<xcb_get_selection_owner_reply_t> reply(
+      xcb_get_selection_owner_reply(get(), cookie, nullptr));
+  return reply && reply->owner != XCB_NONE;
+}
+
+xcb_timestamp_t XServer::time() {
+  // Adding nothing to a property changes nothing, but is announced with the time.
+  xcb_change_property(get(), XCB_PROP_MODE_APPEND, own_, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
+                      nullptr);
+  xcb_flush(get());
+  while (const XReply<xcb_generic_event_t> event{xcb_wait_for_event(get())}) {
+    if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) continue;
+    return reinterpret_cast<const xcb_property_notify_event_t*>(event.get())->time;
+  }
+  return XCB_CURRENT_TIME;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <QRect>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace linux_desktop {
+
+struct FreeReply {
+  void operator()(void* memory) const { std::free(memory); }
+};
+/// What xcb hands out.
+template <class T>
+using XReply = std::unique_ptr<T, FreeReply>;
+
+/// A connection of our own to the X server that the interface is on. Its questions wait for the
+/// server's answer. A window that is gone answers nothing. Main thread only.
+class XServer {
+ public:
+  /// Null where the interface is not on an X server, or that cannot be reached.
+  [[nodiscard]] static std::unique_ptr<XServer> connect();
+
+  [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
+  [[nodiscard]] xcb_window_t root() const { return root_; }
+  [[nodiscard]] xcb_atom_t atom(std::string_view name);
+
+  /// The items of a property of 32-bit numbers.
+  [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, std::string_view property);
+  /// The same of many windows, in one round trip.
+  [[nodiscard]] std::vector<std::vector<std::uint32_t>> numbersOf(
+      std::span<const xcb_window_t> windows, std::string_view property);
+  /// Where a window is on the root window, in pixels, without what a window manager adds to it.
+  [[nodiscard]] std::optional<QRect> geometry(xcb_window_t window);
+  /// Whether windows may be translucent and round now.
+  [[nodiscard]] bool isComposited();
+  /// The server's time now.
+  [[nodiscard]] xcb_timestamp_t time();
+
+ private:
+  struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+  };
+  using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
+
+  XServer(Connection connection, int screen);
+
+  Connection connection_;
+  int screen_;
+  xcb_window_t root_ = XCB_NONE;
+  xcb_window_t own_ = XCB_NONE;
+  std::unordered_map<std::string, xcb_atom_t> atoms_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,126 @@
+#include "desktop/tray/TrayDesk.h"
+
+#include <signal.h>
+
+#include <algorithm>
+#include <chrono>
+#include <set>
+#include <sstream>
+
+using harness::Rect;
+using namespace std::chrono_literals;
+
+namespace {
+
+harness::DeskOptions optionsFor(harness::Panel panel, bool sessionBus) {
+  harness::DeskOptions options;
+  options.windowManager = harness::WindowManager::Openbox;
+  options.panel = panel;
+  options.sessionBus = sessionBus;
+  return options;
+}
+
+/// Viewable top-levels: panels draw menus in windows that no window manager knows.
+std::set<std::uint32_t> viewable(const harness::XDesk& desk) {
+  std::set<std::uint32_t> windows;
+  for (const harness::WindowInfo& window : desk.windows().all())
+    if (window.viewable) windows.insert(window.id);
+  return windows;
+}
+
+}  // namespace
+
+TrayDesk::TrayDesk(harness::Panel panel, bool sessionBus)
+    : panel_(panel), desk_(optionsFor(panel, sessionBus)) {}
+
+void TrayDesk::freezePanel() {
+  desk_.panel().freeze();
+  if (const auto pid = watcherProcess(); pid && *pid != desk_.panel().pid()) {
+    ::kill(*pid, SIGSTOP);
+    alsoFrozen_ = pid;
+  }
+}
+
+void TrayDesk::thawPanel() {
+  desk_.panel().thaw();
+  if (const auto pid = std::exchange(alsoFrozen_, std::nullopt)) ::kill(*pid, SIGCONT);
+}
+
+std::optional<pid_t> TrayDesk::watcherProcess() {
+  const auto reply = desk_.bus().call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                      "org.freedesktop.DBus.GetConnectionUnixProcessID",
+                                      {"string:org.kde.StatusNotifierWatcher"});
+  const auto number = reply ? reply->rfind("uint32 ") : std::string::npos;
+  if (number == std::string::npos) return std::nullopt;
+  return std::stoi(reply->substr(number + sizeof("uint32")));
+}
+
+void TrayDesk::startProbe(const std::vector<std::string>& arguments) {
+  std::vector<std::string> argv{TRAY_PROBE};
+  argv.insert(argv.end(), arguments.begin(), arguments.end());
+  probe_ = desk_.start(std::move(argv));
+  ASSERT_TRUE(says("up"));
+}
+
+testing::AssertionResult TrayDesk::says(const std::string& text) {
+  if (probe_->waitForLine("^" + text + "$")) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "no \"" << text << "\" in:\n"
+                                     << probe_->output() << probe_->errorOutput();
+}
+
+std::string TrayDesk::reports() const {
+  std::istringstream lines(probe_->output());
+  std::string all;
+  for (std::string line; std::getline(lines, line);) {
+    const bool report =
+        line == "left" || line == "right" || line == "closed" || line.starts_with("chosen");
+    if (report) all += (all.empty() ? "" : " ") + line;
+  }
+  return all;
+}
+
+std::optional<Rect> TrayDesk::areaOf(std::uint32_t colour) const {
+  const harness::Image image = desk_.screen().whole();
+  Rect area{image.width, image.height, 0, 0};
+  int right = 0;
+  int bottom = 0;
+  for (int y = 0; y < image.height; ++y) {
+    for (int x = 0; x < image.width; ++x) {
+      if (image.at(x, y) != colour) continue;
+      area.x = std::min(area.x, x);
+      area.y = std::min(area.y, y);
+      right = std::max(right, x + 1);
+      bottom = std::max(bottom, y + 1);
+    }
+  }
+  area.width = right - area.x;
+  area.height = bottom - area.y;
+  constexpr int kLeast = 12;  // less is an icon that a panel is still drawing
+  if (area.width < kLeast || area.height < kLeast) return std::nullopt;
+  return area;
+}
+
+std::optional<Rect> TrayDesk::icon(std::uint32_t colour) {
+  std::optional<Rect> area;
+  const auto inPlace = [&] {
+    const std::optional<Rect> before = std::exchange(area, areaOf(colour));
+    return area && area == before;
+  };
+  if (!desk_.until(inPlace)) area.reset();
+  if (area) icon_ = *area;
+  return area;
+}
+
+void TrayDesk::click(harness::Button button) {
+  desk_.input().click(icon_.centreX(), icon_.centreY(), button);
+}
+
+testing::AssertionResult TrayDesk::openMenu() {
+  const std::set<std::uint32_t> before = viewable(desk_);
+  click(harness::Button::Right);
+  const auto opened = [&] { return !std::ranges::includes(before, viewable(desk_)); };
+  if (!desk_.until(opened)) return testing::AssertionFailure() << "no menu opened";
+  [[maybe_unused]] const auto drawn =
+      desk_.screen().settled(desk_.x().screenArea(), 200ms, harness::kPatience);
+  return testing::AssertionSuccess();
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/XDesk.h"
+
+/// A desktop with one panel and the probe, which prints what its status item is told.
+class TrayDesk {
+ public:
+  explicit TrayDesk(harness::Panel panel, bool sessionBus = true);
+
+  [[nodiscard]] harness::XDesk& desk() { return desk_; }
+  /// Starts the panel, again or at last.
+  void startPanel() { desk_.startPanel(panel_); }
+  /// Stops the panel, and the process of its tray where that is another (xfce4-panel).
+  void freezePanel();
+  void thawPanel();
+
+  /// Returns once the probe runs.
+  void startProbe(const std::vector<std::string>& arguments = {});
+  [[nodiscard]] harness::Process& probe() { return *probe_; }
+  /// Waits for the next line of the probe that is exactly `text`.
+  [[nodiscard]] testing::AssertionResult says(const std::string& text);
+  /// What the status item was told so far, joined with spaces; without the rest of what it prints.
+  [[nodiscard]] std::string reports() const;
+
+  /// Waits until the icon shows in this colour and gives its area.
+  std::optional<harness::Rect> icon(std::uint32_t colour = kSquare);
+  /// Clicks where icon() found it last.
+  void click(harness::Button button);
+  /// Clicks with the right button and waits until the menu can be used.
+  [[nodiscard]] testing::AssertionResult openMenu();
+
+  static constexpr std::uint32_t kSquare = 0xFF00FF;
+  static constexpr std::uint32_t kDisc = 0x00FF00;
+
+ private:
+  [[nodiscard]] std::optional<harness::Rect> areaOf(std::uint32_t colour) const;
+
+  [[nodiscard]] std::optional<pid_t> watcherProcess();
+
+  harness::Panel panel_;
+  harness::XDesk desk_;
+  std::unique_ptr<harness::Process> probe_;
+  harness::Rect icon_;
+  std::optional<pid_t> alsoFrozen_;
+};

@@ -1,0 +1,169 @@
+#include "desktop/linux/ui/LayerPainter.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+#include "desktop/ui/UiTest.h"
+#include "platform/appkit/NSAnimationContext.h"
+
+namespace linux_desktop {
+namespace {
+
+using platform::NSColor;
+using platform::NSView;
+using ui_test::make;
+using ui_test::UiTest;
+using namespace std::chrono_literals;
+
+constexpr QPointF kLowerLeft{10, 40};
+
+/// A picture in which the lower left corner of the painted view is at kLowerLeft.
+struct Picture {
+  QImage image;
+  double ratio;
+
+  /// The colour at a point of the view, y up.
+  [[nodiscard]] QColor at(double x, double y) const {
+    return image.pixelColor(static_cast<int>((kLowerLeft.x() + x) * ratio),
+                            static_cast<int>((kLowerLeft.y() - y) * ratio));
+  }
+};
+
+Picture paint(const NSView& view, platform::MonotonicTime time, double ratio = 1) {
+  QImage image(QSize(80, 60) * ratio, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(ratio);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  QPalette palette;
+  palette.setColor(QPalette::Window, Qt::white);
+  const Theme theme(palette);
+  LayerPainter(painter, theme, time).paint(view, kLowerLeft);
+  return {image, ratio};
+}
+
+std::shared_ptr<NSView> layered(platform::NSRect frame, NSColor fill) {
+  auto view = std::make_shared<NSView>();
+  view->setFrame(frame);
+  view->setWantsLayer(true);
+  view->layer()->setBackgroundColor(fill);
+  return view;
+}
+
+const NSColor kRed{NSColor::RGBA{1, 0, 0, 1}};
+const NSColor kGreen{NSColor::RGBA{0, 1, 0, 1}};
+const NSColor kBlue{NSColor::RGBA{0, 0, 1, 1}};
+
+class LayerPainterTest : public UiTest {};
+
+TEST_F(LayerPainterTest, BorderLiesInsideTheEdgeAtAnyScale) {
+  const auto view = layered({0, 0, 30, 20}, kRed);
+  view->layer()->setBorderWidth(3);
+  view->layer()->setBorderColor(kGreen);
+  for (const double ratio : {1.0, 1.5, 2.0}) {
+    const Picture picture = paint(*view, {}, ratio);
+    EXPECT_EQ(picture.at(1, 10), QColor(Qt::green)) << ratio;
+    EXPECT_EQ(picture.at(28.5, 10), QColor(Qt::green)) << ratio;
+    EXPECT_EQ(picture.at(15, 19), QColor(Qt::green)) << ratio;
+    EXPECT_EQ(picture.at(15, 10), QColor(Qt::red)) << ratio;
+    EXPECT_EQ(picture.at(4, 10), QColor(Qt::red)) << ratio;
+    EXPECT_EQ(picture.at(-1, 10), QColor(Qt::white)) << ratio;
+    EXPECT_EQ(picture.at(31, 10), QColor(Qt::white)) << ratio;
+  }
+}
+
+TEST_F(LayerPainterTest, BorderAsWideAsHalfTheViewFillsItWithoutFringe) {
+  const auto view = layered({0, 0, 34, 16}, kRed);
+  view->layer()->setCornerRadius(8);
+  view->layer()->setBorderWidth(8);
+  view->layer()->setBorderColor(kGreen);
+  const Picture picture = paint(*view, {}, 2);
+  EXPECT_EQ(picture.at(17, 8), QColor(Qt::green));
+  for (int y = 0; y < picture.image.height(); ++y) {
+    for (int x = 0; x < picture.image.width(); ++x) {
+      const QColor color = picture.image.pixelColor(x, y);
+      // White edges blend to green by losing red; a fringe of the fill would have red over blue.
+      ASSERT_NEAR(color.red(), color.blue(), 2) << x << ", " << y;
+    }
+  }
+}
+
+TEST_F(LayerPainterTest, CornersAreRoundAndSubviewsStandOnTheirLowerLeft) {
+  const auto view = layered({0, 0, 40, 30}, kRed);
+  view->layer()->setCornerRadius(10);
+  view->addSubview(layered({2, 12, 6, 4}, kBlue));
+  const Picture picture = paint(*view, {});
+  EXPECT_EQ(picture.at(0.5, 0.5), QColor(Qt::white));
+  EXPECT_EQ(picture.at(39, 29), QColor(Qt::white));
+  EXPECT_EQ(picture.at(3, 13), QColor(Qt::blue));
+  EXPECT_EQ(picture.at(3, 17.5), QColor(Qt::red));
+  view->subviews().front()->setHidden(true);
+  EXPECT_EQ(paint(*view, {}).at(3, 13), QColor(Qt::red));
+}
+
+TEST_F(LayerPainterTest, ContentScaleEnlargesFromTheLowerLeft) {
+  const auto view = layered({0, 0, 20, 10}, kRed);
+  view->setContentScale(1.5);
+  const Picture picture = paint(*view, {});
+  EXPECT_EQ(picture.at(29, 14), QColor(Qt::red));
+  EXPECT_EQ(picture.at(31, 7), QColor(Qt::white));
+}
+
+TEST_F(LayerPainterTest, ShadowFallsBelowAndFadesOut) {
+  const auto view = layered({0, 0, 20, 20}, kRed);
+  platform::NSShadow shadow;
+  shadow.setShadowOffset({0, -6});
+  shadow.setShadowBlurRadius(4);
+  view->setShadow(shadow);
+  const Picture picture = paint(*view, {});
+  const int near = picture.at(10, -3).lightness();
+  const int edge = picture.at(10, -7).lightness();
+  EXPECT_LT(near, 60);
+  EXPECT_GT(edge, near);
+  EXPECT_LT(edge, 255);
+  EXPECT_EQ(picture.at(10, -15), QColor(Qt::white));
+  EXPECT_EQ(picture.at(10, 23), QColor(Qt::white));
+  EXPECT_EQ(picture.at(10, 10), QColor(Qt::red));
+}
+
+TEST_F(LayerPainterTest, MaskCutsSubviewsOffAtTheEdge) {
+  const auto view = layered({0, 0, 20, 20}, kRed);
+  view->addSubview(layered({10, 10, 20, 4}, kBlue));
+  EXPECT_EQ(paint(*view, {}).at(25, 12), QColor(Qt::blue));
+  view->layer()->setMasksToBounds(true);
+  EXPECT_EQ(paint(*view, {}).at(25, 12), QColor(Qt::white));
+  EXPECT_EQ(paint(*view, {}).at(15, 12), QColor(Qt::blue));
+}
+
+TEST_F(LayerPainterTest, SwitchIsPaintedFromWhereTheSlideIs) {
+  const auto toggle = make<controls::CToggleButton>({});
+  toggle->setBackColor(NSColor::whiteColor());
+  toggle->setOutlineColor(kBlue);
+  toggle->setFillColor(kGreen);
+  toggle->setToggleColor(kRed);
+  toggle->setHasToggleBorder(false);
+  toggle->layoutSubtreeIfNeeded();
+  const Picture off = paint(*toggle, loop.now());
+  EXPECT_EQ(off.at(8, 8), QColor(Qt::red));
+  EXPECT_EQ(off.at(32.5, 8), QColor(Qt::blue));
+  EXPECT_EQ(off.at(25, 8), QColor(Qt::white));
+  EXPECT_EQ(off.at(33.5, 15.5), QColor(Qt::white)) << "a view without a layer has no look";
+
+  const platform::MonotonicTime before = loop.now();
+  toggle->setIsOn(true);
+  const platform::MonotonicTime after = loop.now();
+  const Picture start = paint(*toggle, before);
+  EXPECT_EQ(start.at(6, 8), QColor(Qt::red));
+  // The knob's middle travels from 8 to 26; the default curve has it at 22 to 23 by half time.
+  const Picture middle = paint(*toggle, before + 150ms);
+  EXPECT_EQ(middle.at(22, 8), QColor(Qt::red));
+  EXPECT_NE(middle.at(8, 8), QColor(Qt::red));
+  EXPECT_NE(middle.at(31, 8), QColor(Qt::red));
+  const Picture end = paint(*toggle, after + 300ms);
+  EXPECT_EQ(end.at(26, 8), QColor(Qt::red));
+  EXPECT_EQ(end.at(10, 8), QColor(Qt::green));
+  EXPECT_EQ(end.at(17, 14), QColor(Qt::green));
+}
+
+}  // namespace
+}  // namespace linux_desktop

@@ -1,0 +1,88 @@
+#include "desktop/linux/ui/PopoverPlacement.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace linux_desktop {
+namespace {
+
+constexpr QSize kSize{300, 400};
+constexpr QRect kMonitor{0, 0, 1280, 720};
+constexpr QRect kSecond{1280, 0, 1024, 600};
+
+const DesktopPanel kTop{{0, 0, 1280, 30}, {0, 0, 1280, 30}};
+const DesktopPanel kBottom{{0, 680, 1280, 40}, {0, 680, 1280, 40}};
+const DesktopPanel kLeft{{0, 0, 48, 720}, {0, 0, 48, 720}};
+const DesktopPanel kRight{{1240, 0, 40, 720}, {1240, 0, 40, 720}};
+const DesktopPanel kHiding{{0, 690, 1280, 30}, {}};
+// Its strut speaks of the whole screen, down to the taller first monitor's lower edge.
+const DesktopPanel kSecondBottom{{1280, 570, 1024, 30}, {1280, 570, 1024, 150}};
+const DesktopPanel kSecondLeft{{1280, 0, 40, 600}, {0, 0, 1320, 600}};
+
+struct Row {
+  const char* name;
+  Anchor anchor;
+  QRect monitor;
+  std::vector<DesktopPanel> panels;
+  QPoint expected;
+};
+
+TEST(PopoverPlacementTest, StandsBesideThePanelAtTheItemAndInsideTheMonitor) {
+  const std::array rows{
+      Row{"top, in the middle", {{600, 15}, {}}, kMonitor, {kTop}, {450, 34}},
+      Row{"top, at the right end", {{1270, 15}, {}}, kMonitor, {kTop}, {976, 34}},
+      Row{"top, at the left end", {{5, 15}, {}}, kMonitor, {kTop}, {4, 34}},
+      Row{"bottom", {{1200, 700}, {}}, kMonitor, {kBottom}, {976, 276}},
+      Row{"left", {{20, 300}, {}}, kMonitor, {kLeft}, {52, 100}},
+      Row{"left, at the lower end", {{20, 715}, {}}, kMonitor, {kLeft}, {52, 316}},
+      Row{"right", {{1260, 20}, {}}, kMonitor, {kRight}, {936, 4}},
+      Row{"two panels, item in the lower one",
+          {{1270, 700}, {}},
+          kMonitor,
+          {kTop, kBottom},
+          {976, 276}},
+      Row{"corner of two panels belongs to the one that is under it",
+          {{20, 700}, {}},
+          kMonitor,
+          {kBottom, kRight},
+          {4, 276}},
+      Row{"a panel that hides itself is not covered",
+          {{640, 705}, {}},
+          kMonitor,
+          {kHiding},
+          {490, 286}},
+      Row{"the tray knows its panel, its window is not listed",
+          {{1100, 10}, QRect(0, 0, 1280, 24)},
+          kMonitor,
+          {},
+          {950, 28}},
+      Row{"nothing known: the nearest edge", {{1200, 5}, {}}, kMonitor, {}, {976, 4}},
+      Row{"second monitor, shorter",
+          {{2290, 580}, {}},
+          kSecond,
+          {kTop, kSecondBottom},
+          {2000, 166}},
+      Row{"second monitor, inner edge", {{1300, 300}, {}}, kSecond, {kSecondLeft}, {1324, 100}},
+  };
+  for (const Row& row : rows) {
+    const QRect placed = placePopover(row.anchor, kSize, row.monitor, row.panels);
+    EXPECT_EQ(placed, QRect(row.expected, kSize))
+        << row.name << ": " << placed.x() << ", " << placed.y();
+    EXPECT_TRUE(row.monitor.contains(placed)) << row.name;
+  }
+}
+
+TEST(PopoverPlacementTest, WhatIsTooLargeBeginsAtTheUpperLeft) {
+  const QRect placed = placePopover({{600, 700}, {}}, {2000, 900}, kMonitor, {kBottom});
+  EXPECT_EQ(placed.topLeft(), QPoint(4, 4));
+}
+
+TEST(PopoverPlacementTest, APanelTakesRoomFromItsOwnMonitorOnly) {
+  EXPECT_EQ(usableArea(kMonitor, {kSecondLeft, kSecondBottom}), kMonitor);
+  EXPECT_EQ(usableArea(kSecond, {kSecondLeft}), QRect(1320, 0, 984, 600));
+  EXPECT_EQ(usableArea(kMonitor, {kTop, kLeft, kRight, kBottom}), QRect(48, 30, 1192, 650));
+}
+
+}  // namespace
+}  // namespace linux_desktop

@@ -1,0 +1,76 @@
+#include "desktop/linux/ui/QtAlert.h"
+
+#include <QAbstractButton>
+
+#include "desktop/ui/PanelTest.h"
+
+namespace linux_desktop {
+namespace {
+
+using ui_test::PanelTest;
+
+class QtAlertTest : public PanelTest {
+ protected:
+  QtAlertTest() {
+    alert.setMessageText("Fish & chips <b>?");
+    alert.addButtonWithTitle("Yes");
+    alert.addButtonWithTitle("Later");
+    alert.addButtonWithTitle("No");
+  }
+
+  void ask() {
+    peer = windows.showAlert(alert, [this](std::size_t button) {
+      answers.push_back(button);
+      peer.reset();
+    });
+    EXPECT_TRUE(until([] { return box() != nullptr && box()->isActiveWindow(); }));
+  }
+
+  static QMessageBox* box() {
+    return qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+  }
+
+  platform::NSAlert alert;
+  std::unique_ptr<platform::port::Windows::AlertPeer> peer;
+  std::vector<std::size_t> answers;
+};
+
+TEST_F(QtAlertTest, KeyboardAnswersWithTheFirstButtonAndEscapeWithTheLast) {
+  ask();
+  EXPECT_EQ(box()->windowTitle(), QStringLiteral("Calmdeck"));
+  EXPECT_EQ(box()->text(), QStringLiteral("Fish & chips <b>?"));
+  QTest::keyClick(box(), Qt::Key_Return);
+  EXPECT_EQ(answers, std::vector<std::size_t>{0});
+  ask();
+  QTest::keyClick(box(), Qt::Key_Escape);
+  EXPECT_EQ(answers, (std::vector<std::size_t>{0, 2}));
+  ask();
+  QTest::mouseClick(box()->buttons().at(1), Qt::LeftButton);
+  EXPECT_EQ(answers, (std::vector<std::size_t>{0, 2, 1}));
+  EXPECT_EQ(box(), nullptr);
+}
+
+TEST_F(QtAlertTest, OneThatIsTakenAwayAnswersNothing) {
+  ask();
+  peer.reset();
+  settle();
+  EXPECT_EQ(box(), nullptr);
+  EXPECT_TRUE(answers.empty());
+}
+
+TEST_F(QtAlertTest, PanelBehindItTakesNoInputAndIsNotLeft) {
+  show();
+  ask();
+  EXPECT_TRUE(until([this] { return !window->isKeyWindow(); }));
+  QTest::mouseClick(panel()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                    widgetOf(*first)->geometry().center());
+  EXPECT_FALSE(first->isOn());
+  EXPECT_EQ(actsElsewhere, 0);
+  QTest::keyClick(box(), Qt::Key_Return);
+  settle();
+  EXPECT_EQ(actsElsewhere, 0);
+  ASSERT_NE(panel(), nullptr);
+}
+
+}  // namespace
+}  // namespace linux_desktop

@@ -1,0 +1,158 @@
+#include "desktop/linux/ui/QtWindows.h"
+
+#include <QLabel>
+#include <QToolButton>
+
+#include "desktop/linux/ui/Theme.h"
+#include "desktop/ui/PanelTest.h"
+
+namespace linux_desktop {
+namespace {
+
+using ui_test::PanelTest;
+using namespace std::chrono_literals;
+
+/// Counts the events of one kind in the whole process while it lives.
+class EventCount final : public QObject {
+ public:
+  explicit EventCount(QEvent::Type type) : type_(type) { qApp->installEventFilter(this); }
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == type_) ++count;
+    return false;
+  }
+  int count = 0;
+
+ private:
+  QEvent::Type type_;
+};
+
+class QtWindowsTest : public PanelTest {};
+
+TEST_F(QtWindowsTest, PopoverStandsAtTheItemWithoutATitleBar) {
+  show();
+  const QRect screen = QApplication::primaryScreen()->geometry();
+  EXPECT_TRUE(panel()->windowFlags().testFlag(Qt::FramelessWindowHint));
+  EXPECT_TRUE(panel()->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  EXPECT_TRUE(screen.contains(panel()->geometry()));
+  EXPECT_GT(panel()->geometry().bottom(), screen.bottom() - 10);
+  EXPECT_LE(std::abs(panel()->geometry().center().x() - 500), 1);
+}
+
+TEST_F(QtWindowsTest, PopoverStaysAtItsPanelWhenItsContentShrinks) {
+  show();
+  const QRect before = panel()->geometry();
+  second->setHidden(true);
+  EXPECT_TRUE(until([&] { return panel()->height() < before.height(); }));
+  EXPECT_EQ(panel()->geometry().bottom(), before.bottom());
+  EXPECT_FALSE(widgetOf(*second)->isVisible());
+  second->setHidden(false);
+  EXPECT_TRUE(until([&] { return panel()->geometry() == before; }));
+}
+
+TEST_F(QtWindowsTest, WithoutATrayThePanelIsAWindowWithTheMenu) {
+  item.shown = false;
+  show();
+  EXPECT_FALSE(panel()->windowFlags().testFlag(Qt::FramelessWindowHint));
+  auto* button = panel()->findChild<QToolButton*>();
+  ASSERT_NE(button, nullptr);
+  EXPECT_EQ(button->accessibleName(), QStringLiteral("Menu"));
+  button->setFocus(Qt::TabFocusReason);
+  key(Qt::Key_Space);
+  EXPECT_EQ(item.menuRequests, 1);
+
+  window->orderOut();
+  item.shown = true;
+  show();
+  EXPECT_TRUE(panel()->windowFlags().testFlag(Qt::FramelessWindowHint));
+}
+
+TEST_F(QtWindowsTest, ViewsThatComeAndGoAreShown) {
+  show();
+  const auto third = ui_test::make<controls::CToggleButton>({});
+  content->addSubview(third);
+  EXPECT_TRUE(until([&] { return widgetOf(*third) != nullptr; }));
+  label->removeFromSuperview();
+  EXPECT_TRUE(until([&] { return widgetOf(*label) == nullptr; }));
+  EXPECT_NE(widgetOf(*first), nullptr);
+}
+
+TEST_F(QtWindowsTest, ChangesOfOneTurnReachTheScreenTogether) {
+  show();
+  settle();
+  const EventCount paints(QEvent::Paint);
+  for (int i = 0; i < 50; ++i) label->setStringValue("Sound " + std::to_string(i % 2));
+  label->setStringValue("Noise");
+  auto& shown = dynamic_cast<QLabel&>(*widgetOf(*label));
+  EXPECT_EQ(shown.text(), QStringLiteral("Sound"));
+  EXPECT_TRUE(until([&] { return shown.text() == QLatin1String("Noise"); }));
+  settle();
+  EXPECT_LT(paints.count, 20);
+}
+
+TEST_F(QtWindowsTest, SlideIsPaintedToItsEndAndThenNothingWakes) {
+  show();
+  QWidget& widget = *widgetOf(*first);
+  const QImage off = widget.grab().toImage();
+  {
+    const EventCount paints(QEvent::Paint);
+    first->setIsOn(true);
+    EXPECT_TRUE(until([&] { return !first->isAnimating(loop.now()); }));
+    loop.sleep(40ms);
+    EXPECT_GT(paints.count, 5);
+  }
+  EXPECT_NE(widget.grab().toImage(), off);
+  settle();
+  const EventCount timers(QEvent::Timer);
+  loop.sleep(100ms);
+  // The one of the sleep itself.
+  EXPECT_LE(timers.count, 1);
+}
+
+TEST_F(QtWindowsTest, SlideGoesOnWhileTheMainThreadSleeps) {
+  show();
+  first->setIsOn(true);
+  window->displayIfNeeded();
+  const EventCount paints(QEvent::Paint);
+  loop.sleep(200ms);
+  EXPECT_GT(paints.count, 3);
+}
+
+TEST_F(QtWindowsTest, ThemeChangesAtRunTimeAreFollowed) {
+  show();
+  const QPalette former = QApplication::palette();
+  const QSize size = panel()->size();
+  const QFont font = QApplication::font();
+  QPalette dark(QColor(40, 40, 44));
+  dark.setColor(QPalette::WindowText, QColor(245, 245, 245));
+  QApplication::setPalette(dark);
+  QFont larger = font;
+  larger.setPointSizeF(font.pointSizeF() * 2);
+  QApplication::setFont(larger);
+  EXPECT_TRUE(until([&] { return panel()->width() > size.width(); }));
+  const QColor text = widgetOf(*label)->palette().color(QPalette::WindowText);
+  EXPECT_GE(contrast(text, QColor(40, 40, 44)), kTextContrast);
+  QApplication::setFont(font);
+  QApplication::setPalette(former);
+}
+
+TEST_F(QtWindowsTest, LosingTheKeyboardToAnotherProgramIsAnActElsewhere) {
+  show();
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  EXPECT_TRUE(until([this] { return actsElsewhere == 1; }));
+  EXPECT_FALSE(window->isKeyWindow());
+}
+
+TEST_F(QtWindowsTest, AnOrdinaryWindowStaysWhenTheUserTurnsElsewhere) {
+  item.shown = false;
+  show();
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  EXPECT_TRUE(until([this] { return !window->isKeyWindow(); }));
+  EXPECT_EQ(actsElsewhere, 0);
+}
+
+}  // namespace
+}  // namespace linux_desktop

@@ -1,0 +1,79 @@
+#include "desktop/ui/UiTest.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+
+#include "platform/foundation/ProgrammingError.h"
+
+namespace ui_test {
+namespace {
+
+class QtEnvironment final : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static std::array<char, 8> name{"UiTest"};
+    static std::array<char*, 2> arguments{name.data(), nullptr};
+    static int count = 1;
+    application_ = std::make_unique<QApplication>(count, arguments.data());
+    QApplication::setStyle(QStringLiteral("Fusion"));
+  }
+  void TearDown() override { application_.reset(); }
+
+ private:
+  std::unique_ptr<QApplication> application_;
+};
+
+const ::testing::Environment* const kEnvironment =
+    ::testing::AddGlobalTestEnvironment(std::make_unique<QtEnvironment>().release());
+
+[[noreturn]] void absent() {
+  platform::programmingError("a service that the test does not have");
+}
+
+struct SilentSession final : platform::port::Session {
+  void setClient(platform::port::SessionClient*) override {}
+};
+
+}  // namespace
+
+std::optional<std::string_view> Description::attribute(std::string_view name) const {
+  const auto found = attributes_.find(name);
+  if (found == attributes_.end()) return std::nullopt;
+  return found->second;
+}
+
+struct UiTest::Desk final : platform::Desktop {
+  platform::port::MainLoop& mainLoop() override { return loop; }
+  platform::port::StandardOutput& standardOutput() override { absent(); }
+  platform::port::DefaultsStore& defaults() override { absent(); }
+  platform::port::Session& session() override { return silent; }
+  platform::port::Windows& windows() override { return qtWindows; }
+  platform::port::StatusBar& statusBar() override { absent(); }
+
+  SilentSession silent;
+  linux_desktop::QtMainLoop loop;
+  linux_desktop::QtWindows qtWindows{loop};
+  platform::Runtime runtime{*this};
+};
+
+UiTest::UiTest() : desk_(std::make_unique<Desk>()), loop(desk_->loop), windows(desk_->qtWindows) {}
+
+UiTest::~UiTest() {
+  settle();
+}
+
+bool UiTest::until(const std::function<bool()>& fact) {
+  const QDeadlineTimer patience(std::chrono::seconds(5));
+  while (!fact() && !patience.hasExpired()) {
+    QApplication::processEvents(QEventLoop::AllEvents, 20);
+  }
+  return fact();
+}
+
+void UiTest::settle() {
+  QApplication::processEvents();
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+}  // namespace ui_test

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "controls/CToggleButton.h"
+#include "desktop/linux/loop/QtMainLoop.h"
+#include "desktop/linux/ui/QtWindows.h"
+#include "desktop/linux/tray/StatusItemAnchor.h"
+#include "platform/Desktop.h"
+#include "platform/Runtime.h"
+#include "platform/appkit/NSStackView.h"
+#include "platform/appkit/NSWindow.h"
+
+namespace ui_test {
+
+using Attributes = std::map<std::string, std::string, std::less<>>;
+
+/// An object of an interface description that a test writes down.
+class Description final : public platform::NSCoder {
+ public:
+  explicit Description(Attributes attributes) : attributes_(std::move(attributes)) {}
+  [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const override;
+
+ private:
+  Attributes attributes_;
+};
+
+template <class View>
+std::shared_ptr<View> make(Attributes attributes = {}) {
+  return View::initWithCoder(Description(std::move(attributes)));
+}
+
+/// The status item of a test, shown or not.
+class TestStatusItem final : public platform::port::StatusItemPeer,
+                             public linux_desktop::StatusItemAnchor {
+ public:
+  void setImage(const platform::NSImage*) override {}
+  void openMenu(const platform::NSMenu&) override {}
+  [[nodiscard]] bool isShown() const override { return shown; }
+  [[nodiscard]] linux_desktop::Anchor anchor() const override { return {{500, 795}, {}}; }
+  void menuRequested(QPoint) override { ++menuRequests; }
+  void setActivationObserver(std::function<void()> activated) override {
+    observer = std::move(activated);
+  }
+
+  bool shown = true;
+  int menuRequests = 0;
+  std::function<void()> observer;
+};
+
+/// Windows and main loop of the Linux desktop, without a screen. Nothing else of a desktop exists.
+class UiTest : public ::testing::Test {
+ public:
+  UiTest();
+  ~UiTest() override;
+
+  /// Handles events until `fact` holds; false when it still does not after five seconds.
+  static bool until(const std::function<bool()>& fact);
+  /// Handles what has arrived.
+  static void settle();
+
+ private:
+  struct Desk;
+  std::unique_ptr<Desk> desk_;
+
+ protected:
+  linux_desktop::QtMainLoop& loop;
+  linux_desktop::QtWindows& windows;
+};
+
+}  // namespace ui_test
