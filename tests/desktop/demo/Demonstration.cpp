@@ -1,0 +1,153 @@
+#include "desktop/demo/Demonstration.h"
+
+#include <cstdint>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+namespace demo {
+
+using namespace std::chrono_literals;
+using harness::AccessibilityClient;
+using harness::Image;
+using harness::Rect;
+
+namespace {
+
+constexpr const char* kMasterSwitch = "Presentation mode";
+
+// The features that the demonstration switches on, by the names of their switches.
+constexpr const char* kFeatureSwitches[] = {"Speaker"};
+
+harness::DeskOptions everydayDesktop() {
+  harness::DeskOptions options;
+  options.windowManager = harness::WindowManager::Xfwm4;
+  options.panel = harness::Panel::XfcePanel;
+  options.notifications = harness::NotificationDaemon::Dunst;
+  options.icons = harness::DesktopIcons::Xfdesktop;
+  options.sound = harness::SoundServerKind::PulseAudio;
+  return options;
+}
+
+// A short name for a picture, so that a person can tell two of them apart.
+std::string fingerprint(const Image& image) {
+  std::uint32_t hash = 2166136261U;  // FNV-1a
+  for (const std::uint32_t pixel : image.pixels) hash = (hash ^ pixel) * 16777619U;
+  std::ostringstream text;
+  text << std::hex << hash;
+  return text.str();
+}
+
+void say(const std::string& text) {
+  std::cout << text << std::endl;
+}
+
+}  // namespace
+
+Demonstration::Demonstration(std::filesystem::path folder)
+    : folder_(std::filesystem::absolute(std::move(folder))),
+      desk_(everydayDesktop()),
+      reader_(desk_) {
+  std::filesystem::create_directories(folder_);
+}
+
+std::vector<Observation> Demonstration::observations() {
+  return {
+      {"default sink muted (pactl)",
+       [this] {
+         return desk_.sound().pactl({"get-sink-mute", "@DEFAULT_SINK@"}).substr(6);
+       }},
+      {"tray icon (fingerprint of its pixels)",
+       [this] { return fingerprint(desk_.screen().area(icon_)); }},
+  };
+}
+
+bool Demonstration::run() {
+  const auto until = [this](const std::function<bool()>& fact) { return desk_.until(fact); };
+  openWindows();
+  startProgram();
+  ObservationTable table(observations());
+  table.readBefore();
+  screenshot("1-before");
+
+  say("A click on the tray icon opens the panel; one on each feature's switch chooses it.");
+  openPanel();
+  for (const char* feature : kFeatureSwitches) clickSwitch(feature);
+  screenshot("2-panel");
+
+  say("A click on the master switch turns presentation mode on.");
+  clickSwitch(kMasterSwitch);
+  table.readOn(until);
+  screenshot("3-on");
+
+  say("Another click turns it off.");
+  clickSwitch(kMasterSwitch);
+  table.readOff(until);
+  screenshot("4-off");
+  closePanel();
+  endProgram();
+
+  std::cout << '\n' << table.text() << "\nScreenshots: " << folder_.string() << std::endl;
+  return table.allChangedAndReturned();
+}
+
+void Demonstration::openWindows() {
+  desk_.openWindow("Quarterly figures", {120, 90, 480, 260});
+  desk_.openWindow("Private letter", {520, 260, 420, 220});
+  desk_.openWindow("Second monitor", {1500, 150, 400, 220});
+}
+
+void Demonstration::startProgram() {
+  desk_.input().moveTo(640, 20);
+  program_ = desk_.startCalmdeck(AccessibilityClient::accessibleEnvironment());
+  const auto icon = desk_.trayIcon();
+  if (!icon) throw std::runtime_error("no tray icon appeared: " + program_->errorOutput());
+  icon_ = *icon;
+  // At launch the panel opens by itself. Whether it does is not what is shown here.
+  if (desk_.until([this] { return desk_.openPopover().has_value(); }, 3s)) closePanel();
+}
+
+void Demonstration::openPanel() {
+  if (desk_.openPopover()) return;
+  desk_.input().click(icon_.centreX(), icon_.centreY());
+  if (!desk_.until([this] { return desk_.openPopover().has_value(); }))
+    throw std::runtime_error("the panel did not open");
+}
+
+void Demonstration::closePanel() {
+  if (!desk_.openPopover()) return;
+  desk_.until([this] {
+    const auto panel = desk_.openPopover();
+    return !panel || desk_.windows().active() == panel->id;
+  });
+  desk_.input().key("Escape");
+  if (!desk_.until([this] { return !desk_.openPopover(); }))
+    throw std::runtime_error("the panel did not close");
+}
+
+void Demonstration::clickSwitch(const std::string& name) {
+  openPanel();
+  const auto found = reader_.await(name);
+  if (!found) throw std::runtime_error("the panel has no switch \"" + name + "\"");
+  const bool wasOn = found->is("checked");
+  desk_.input().click(found->area.centreX(), found->area.centreY());
+  const auto flipped = [&] {
+    const auto now = reader_.await(name, 0ms);
+    return now && now->is("checked") != wasOn;
+  };
+  if (!desk_.until(flipped)) throw std::runtime_error("the switch \"" + name + "\" did not flip");
+}
+
+void Demonstration::screenshot(const std::string& name) {
+  const Image image = desk_.screen().settled(desk_.x().screenArea(), 500ms, 5s);
+  harness::writePng(image, folder_ / (name + ".png"));
+}
+
+void Demonstration::endProgram() {
+  const harness::ProcessEnd end = program_->terminate(5s);
+  if (end != harness::ProcessEnd{0, 0})
+    throw std::runtime_error("Calmdeck did not end well: " + program_->errorOutput());
+}
+
+}  // namespace demo

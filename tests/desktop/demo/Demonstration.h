@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "desktop/demo/Observation.h"
+#include "desktop/harness/AccessibilityClient.h"
+#include "desktop/harness/XDesk.h"
+
+namespace demo {
+
+/// Calmdeck on a private desktop, worked with a mouse: the mode goes on and off, and what changed
+/// is read by foreign clients. Throws std::runtime_error when a step cannot be done.
+class Demonstration {
+ public:
+  /// Screenshots go to `folder`, which is made.
+  explicit Demonstration(std::filesystem::path folder);
+
+  /// Runs all of it and returns whether everything changed and returned; prints as it goes.
+  [[nodiscard]] bool run();
+
+ private:
+  [[nodiscard]] std::vector<Observation> observations();
+  void openWindows();
+  void startProgram();
+  void openPanel();
+  void closePanel();
+  /// One real click on the switch of this name; returns once it has the other state.
+  void clickSwitch(const std::string& name);
+  void screenshot(const std::string& name);
+  void endProgram();
+
+  std::filesystem::path folder_;
+  harness::XDesk desk_;
+  harness::AccessibilityClient reader_;
+  std::unique_ptr<harness::Process> program_;
+  harness::Rect icon_;
+};
+
+}  // namespace demo

@@ -1,0 +1,69 @@
+#include "desktop/harness/AccessibilityClient.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace harness {
+
+namespace {
+
+// Debian's own: its modules are not for an interpreter from elsewhere.
+constexpr const char* kPython = "/usr/bin/python3";
+constexpr const char* kScript = HARNESS_FOLDER "/accessibility.py";
+
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+std::optional<AccessibleElement> parsed(const std::string& line) {
+  const std::vector<std::string> fields = split(line, '\t');
+  if (fields.size() != 9) return std::nullopt;
+  const auto number = [&](std::size_t index) { return std::stoi(fields.at(index)); };
+  return AccessibleElement{
+      fields[0], fields[1], split(fields[2], ','), {number(3), number(4), number(5), number(6)},
+      fields[7], number(8)};
+}
+
+}  // namespace
+
+bool AccessibleElement::is(std::string_view state) const {
+  return std::find(states.begin(), states.end(), state) != states.end();
+}
+
+Environment AccessibilityClient::accessibleEnvironment() {
+  return {{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}};
+}
+
+std::vector<AccessibleElement> AccessibilityClient::elements() const {
+  std::vector<AccessibleElement> elements;
+  for (const std::string& line :
+       split(desk_.run({kPython, kScript, "tree", application_}).output, '\n')) {
+    if (auto element = parsed(line)) elements.push_back(std::move(*element));
+  }
+  return elements;
+}
+
+std::optional<AccessibleElement> AccessibilityClient::await(
+    const std::string& name, std::chrono::milliseconds patience) const {
+  std::optional<AccessibleElement> found;
+  desk_.until(
+      [&] {
+        for (AccessibleElement& element : elements()) {
+          if (element.name != name || !element.is("showing") || !element.is("focusable")) continue;
+          found = std::move(element);
+          return true;
+        }
+        return false;
+      },
+      patience);
+  return found;
+}
+
+bool AccessibilityClient::act(const AccessibleElement& element) const {
+  return desk_.run({kPython, kScript, "act", application_, element.role, element.name}).succeeded();
+}
+
+}  // namespace harness

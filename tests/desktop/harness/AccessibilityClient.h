@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/harness/XDesk.h"
+
+namespace harness {
+
+/// One element as a screen reader is told of it.
+struct AccessibleElement {
+  std::string role;                 // "push button", "check box", "toggle button", …
+  std::string name;                 // what the reader says
+  std::vector<std::string> states;  // "checked", "focused", "showing", …
+  Rect area;                        // in root coordinates
+  std::string description;
+  int depth = 0;
+
+  [[nodiscard]] bool is(std::string_view state) const;
+};
+
+/// A screen reader's view of the programs of a desktop. Start the program with
+/// accessibleEnvironment(); most toolkits tell nothing unless somebody listens.
+class AccessibilityClient {
+ public:
+  /// `application` is the name under which the program registers: that of its executable.
+  explicit AccessibilityClient(const XDesk& desk, std::string application = "calmdeck")
+      : desk_(desk), application_(std::move(application)) {}
+
+  [[nodiscard]] static Environment accessibleEnvironment();
+
+  /// Every element of the program, parents first; empty when it has not registered.
+  [[nodiscard]] std::vector<AccessibleElement> elements() const;
+  /// The first control of this name that shows, once there is one; a mere label does not count.
+  [[nodiscard]] std::optional<AccessibleElement> await(
+      const std::string& name, std::chrono::milliseconds patience = kPatience) const;
+  /// Does what the element does when it is activated, without a mouse or a key. False when there
+  /// is no such element or it refuses.
+  [[nodiscard]] bool act(const AccessibleElement& element) const;
+
+ private:
+  const XDesk& desk_;
+  std::string application_;
+};
+
+}  // namespace harness

@@ -1,0 +1,74 @@
+#include "desktop/harness/DesktopPrograms.h"
+
+#include <array>
+#include <fstream>
+
+namespace harness {
+
+namespace {
+
+// One row per value of the enumeration, in its order.
+template <class Kind, std::size_t Count>
+const DesktopProgram& rowOf(const std::array<DesktopProgram, Count>& table, Kind kind) {
+  return table.at(static_cast<std::size_t>(kind));
+}
+
+// The program behind a service file, for what lies in a folder that depends on the machine's kind.
+std::string programOfService(const std::string& serviceFile) {
+  std::ifstream file("/usr/share/dbus-1/services/" + serviceFile);
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("Exec=")) return line.substr(5, line.find(' ') - 5);
+  }
+  return serviceFile;  // not installed: starting it says so
+}
+
+}  // namespace
+
+const DesktopProgram& program(WindowManager kind) {
+  static const std::array<DesktopProgram, 5> table{{
+      {"", {}},
+      {"openbox", {"openbox", "--sm-disable"}},
+      {"xfwm4", {"xfwm4", "--sm-client-disable"}},
+      {"marco", {"marco", "--sm-disable", "--no-force-fullscreen"}},
+      // Its own bar would take the tray.
+      {"icewm", {"icewm"}, {}, "icewm/preferences", "ShowTaskBar=0\n"},
+  }};
+  return rowOf(table, kind);
+}
+
+const DesktopProgram& program(Panel kind) {
+  static const std::array<DesktopProgram, 5> table{{
+      {"", {}},
+      {"xfce4-panel", {"xfce4-panel", "--disable-wm-check", "--sm-client-disable"}},
+      {"tint2", {"tint2"}},
+      {"lxqt-panel", {"lxqt-panel"}},
+      {"mate-panel",
+       {"mate-panel", "--replace"},
+       {"org.mate.panel.applet.NotificationAreaAppletFactory"}},
+  }};
+  return rowOf(table, kind);
+}
+
+const DesktopProgram& program(NotificationDaemon kind) {
+  static const std::array<DesktopProgram, 3> table{{
+      {"", {}},
+      {"dunst", {"dunst"}},
+      {"xfce4-notifyd", {programOfService("org.xfce.xfce4-notifyd.Notifications.service")}},
+  }};
+  return rowOf(table, kind);
+}
+
+const DesktopProgram& program(DesktopIcons kind) {
+  static const std::array<DesktopProgram, 3> table{{
+      {"", {}},
+      {"xfdesktop4", {"xfdesktop", "--sm-client-disable"}},
+      {"pcmanfm", {"pcmanfm", "--desktop"}},
+  }};
+  return rowOf(table, kind);
+}
+
+bool hostsStatusNotifierItems(Panel kind) {
+  return kind != Panel::None && kind != Panel::Tint2;
+}
+
+}  // namespace harness

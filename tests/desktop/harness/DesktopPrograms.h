@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/PrivateHome.h"
+#include "desktop/harness/VncMonitors.h"
+
+namespace harness {
+
+enum class WindowManager : std::uint8_t { None, Openbox, Xfwm4, Marco, Icewm };
+enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
+enum class NotificationDaemon : std::uint8_t { None, Dunst, XfceNotifyd };
+enum class DesktopIcons : std::uint8_t { None, Xfdesktop, Pcmanfm };
+enum class Edge : std::uint8_t { Top, Bottom, Left, Right };
+
+/// Where a panel stands; it spans the whole edge and holds nothing but a tray. lxqt-panel refuses
+/// an edge at which another monitor begins.
+struct PanelPlace {
+  Edge edge = Edge::Bottom;
+  int monitor = 0;  // as XDesk counts them
+};
+
+/// A way to start one program of a desktop: a row of the tables in DesktopPrograms.cpp.
+struct DesktopProgram {
+  /// Also the name of the Debian package.
+  std::string name;
+  std::vector<std::string> argv;
+  /// Bus names that the program's parts are started by; see SessionBus.
+  std::vector<std::string> activatable = {};
+  /// A configuration file that it needs, relative to the configuration folder, and its text.
+  std::string configFile = {};
+  std::string configText = {};
+};
+
+[[nodiscard]] const DesktopProgram& program(WindowManager kind);
+[[nodiscard]] const DesktopProgram& program(Panel kind);
+[[nodiscard]] const DesktopProgram& program(NotificationDaemon kind);
+[[nodiscard]] const DesktopProgram& program(DesktopIcons kind);
+
+/// True when trays of this panel take StatusNotifierItems, false when only the old protocol.
+[[nodiscard]] bool hostsStatusNotifierItems(Panel kind);
+
+/// Writes the panel's configuration. `environment` must be that of the desktop with its session
+/// bus, since some panels keep their settings behind it.
+void configurePanel(Panel kind, const PanelPlace& place, const PrivateHome& home,
+                    const Environment& environment);
+
+}  // namespace harness

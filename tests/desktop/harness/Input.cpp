@@ -1,0 +1,99 @@
+#include "desktop/harness/Input.h"
+
+#include <xcb/xtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace harness {
+
+namespace {
+
+constexpr std::pair<std::string_view, xcb_keysym_t> kKeysyms[] = {
+    {"BackSpace", 0xff08}, {"Tab", 0xff09},    {"Return", 0xff0d},    {"Escape", 0xff1b},
+    {"Home", 0xff50},      {"Left", 0xff51},   {"Up", 0xff52},        {"Right", 0xff53},
+    {"Down", 0xff54},      {"End", 0xff57},    {"Menu", 0xff67},      {"Num_Lock", 0xff7f},
+    {"shift", 0xffe1},     {"ctrl", 0xffe3},   {"Caps_Lock", 0xffe5}, {"alt", 0xffe9},
+    {"super", 0xffeb},     {"Delete", 0xffff}, {"space", 0x20},       {"plus", 0x2b},
+};
+constexpr xcb_keysym_t kF1 = 0xffbe;
+
+xcb_keysym_t keysymOf(std::string_view name) {
+  for (const auto& [known, keysym] : kKeysyms) {
+    if (known == name) return keysym;
+  }
+  if (name.size() > 1 && name.front() == 'F')
+    return kF1 + static_cast<xcb_keysym_t>(std::stoi(std::string(name.substr(1)))) - 1;
+  if (name.size() != 1) throw std::runtime_error("unknown key " + std::string(name));
+  return static_cast<unsigned char>(name.front());
+}
+
+std::vector<std::string> parts(std::string_view chord) {
+  std::vector<std::string> names;
+  for (std::size_t start = 0; start <= chord.size();) {
+    const std::size_t end = std::min(chord.find('+', start), chord.size());
+    names.emplace_back(chord.substr(start, end - start));
+    start = end + 1;
+  }
+  return names;
+}
+
+}  // namespace
+
+void Input::fake(std::uint8_t type, std::uint8_t detail, int x, int y) const {
+  xcb_test_fake_input(x_.get(), type, detail, XCB_CURRENT_TIME, x_.root(),
+                      static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+  // The answer tells that the server has come past the event.
+  const XReply<xcb_get_input_focus_reply_t> passed(
+      xcb_get_input_focus_reply(x_.get(), xcb_get_input_focus(x_.get()), nullptr));
+}
+
+void Input::moveTo(int x, int y) const {
+  fake(XCB_MOTION_NOTIFY, 0, x, y);
+}
+
+void Input::press(Button button) const {
+  fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
+}
+
+void Input::release(Button button) const {
+  fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
+}
+
+void Input::click(int x, int y, Button button) const {
+  moveTo(x, y);
+  press(button);
+  release(button);
+}
+
+void Input::key(std::string_view chord) const {
+  const std::vector<std::string> names = parts(chord);
+  for (const std::string& name : names) keyDown(name);
+  std::for_each(names.rbegin(), names.rend(), [this](const std::string& name) { keyUp(name); });
+}
+
+void Input::keyDown(std::string_view name) const {
+  fake(XCB_KEY_PRESS, keycode(name));
+}
+
+void Input::keyUp(std::string_view name) const {
+  fake(XCB_KEY_RELEASE, keycode(name));
+}
+
+std::uint8_t Input::keycode(std::string_view name) const {
+  const xcb_keysym_t wanted = keysymOf(name);
+  const xcb_setup_t* setup = xcb_get_setup(x_.get());
+  const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
+  const auto cookie = xcb_get_keyboard_mapping(x_.get(), setup->min_keycode, count);
+  const XReply<xcb_get_keyboard_mapping_reply_t> map(
+      xcb_get_keyboard_mapping_reply(x_.get(), cookie, nullptr));
+  const xcb_keysym_t* keysyms = map ? xcb_get_keyboard_mapping_keysyms(map.get()) : nullptr;
+  for (unsigned code = 0; map && code < count; ++code) {
+    if (keysyms[std::size_t{code} * map->keysyms_per_keycode] == wanted)
+      return static_cast<std::uint8_t>(setup->min_keycode + code);
+  }
+  throw std::runtime_error("no key makes " + std::string(name));
+}
+
+}  // namespace harness

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/harness/XConnection.h"
+
+namespace harness {
+
+enum class Button : std::uint8_t { Left = 1, Middle = 2, Right = 3, WheelUp = 4, WheelDown = 5 };
+
+/// A mouse and a keyboard: what they do goes through the server like a real device's events, grabs
+/// included. Each call returns once the server has taken it; what programs make of it comes later.
+class Input {
+ public:
+  explicit Input(const XConnection& x) : x_(x) {}
+
+  void moveTo(int x, int y) const;
+  void press(Button button) const;
+  void release(Button button) const;
+  void click(int x, int y, Button button = Button::Left) const;
+
+  /// Keys by the X names of a few (`Tab`, `space`, `Escape`, `F5`, `ctrl`, `shift`, `alt`,
+  /// `super`, …) or by their character, joined with `+`: pressed in this order, released in the
+  /// other. Throws std::runtime_error for a key that the layout lacks.
+  void key(std::string_view chord) const;
+  void keyDown(std::string_view name) const;
+  void keyUp(std::string_view name) const;
+
+ private:
+  void fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) const;
+  [[nodiscard]] std::uint8_t keycode(std::string_view name) const;
+
+  const XConnection& x_;
+};
+
+}  // namespace harness

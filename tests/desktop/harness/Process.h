@@ -1,0 +1,105 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/FileDescriptor.h"
+#include "desktop/harness/LineCapture.h"
+
+namespace harness {
+
+using Environment = std::map<std::string, std::string>;
+
+/// A copy of the test's own environment.
+[[nodiscard]] Environment ownEnvironment();
+
+/// How long a test waits for a fact before it gives up; generous, for a loaded machine under a
+/// sanitizer. Nothing in a passing test takes this long.
+inline constexpr std::chrono::milliseconds kPatience{20'000};
+
+/// How a child ended: by exit (signal is 0) or by a signal (code is -1).
+struct ProcessEnd {
+  int code = -1;
+  int signal = 0;
+  bool operator==(const ProcessEnd&) const = default;
+};
+
+/// What to start. The program is looked up in PATH when its name has no slash; no shell is
+/// involved. Standard input is /dev/null.
+struct Command {
+  std::vector<std::string> argv;
+  Environment environment = ownEnvironment();
+  std::filesystem::path workingDirectory = {};  // empty: the test's own
+};
+
+/// A child process with both of its output streams captured.
+///
+/// The child leads a process group of its own and dies with the test, however that ends. The
+/// destructor ends the whole group: SIGTERM (and SIGCONT, should it be stopped), a second of grace,
+/// then SIGKILL. Descendants in the group get SIGKILL once the child's end is seen. Use from one
+/// thread, the one that started it.
+class Process {
+ public:
+  /// Returns once the program runs; throws std::runtime_error, naming it, when it cannot be run.
+  explicit Process(const Command& command);
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  [[nodiscard]] pid_t pid() const { return pid_; }
+  [[nodiscard]] bool running();
+
+  /// Sends `number` to the child itself; does nothing after its end has been seen.
+  void signal(int number);
+  /// Stops the child and returns when it has stopped, or has died instead.
+  void freeze();
+  void thaw();
+  /// SIGKILL to the whole group, and waits for the child's end.
+  void kill();
+  /// SIGTERM to the whole group, SIGKILL when it has not ended after `grace`.
+  ProcessEnd terminate(std::chrono::milliseconds grace = std::chrono::seconds(1));
+
+  /// Absent when the child still runs after `patience`. From its return on, the captured output
+  /// is complete.
+  std::optional<ProcessEnd> waitForExit(std::chrono::milliseconds patience = kPatience);
+
+  /// The next line of `stream` in which the ECMAScript `pattern` matches; each call goes on behind
+  /// the line that the one before returned. Absent when the time or the stream ends first.
+  std::optional<std::string> waitForLine(const std::string& pattern,
+                                         std::chrono::milliseconds patience = kPatience,
+                                         Stream stream = Stream::Output);
+
+  /// Everything written so far.
+  [[nodiscard]] std::string output() const { return capture_->text(Stream::Output); }
+  [[nodiscard]] std::string errorOutput() const { return capture_->text(Stream::Error); }
+
+ private:
+  void signalGroup(int number);
+  void reap();
+
+  pid_t pid_ = -1;
+  FileDescriptor pidDescriptor_;
+  std::optional<LineCapture> capture_;
+  std::optional<ProcessEnd> end_;
+};
+
+/// What a program that ran to its end left behind.
+struct RunResult {
+  ProcessEnd end;
+  std::string output;
+  std::string errorOutput;
+  [[nodiscard]] bool succeeded() const { return end == ProcessEnd{0, 0}; }
+};
+
+/// Runs a program to its end. Throws std::runtime_error when it cannot be run or is still running
+/// after `patience`.
+[[nodiscard]] RunResult runToEnd(const Command& command,
+                                 std::chrono::milliseconds patience = kPatience);
+
+}  // namespace harness

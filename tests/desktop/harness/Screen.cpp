@@ -1,0 +1,110 @@
+#include "desktop/harness/Screen.h"
+
+#include <png.h>
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+
+namespace harness {
+
+namespace {
+
+std::size_t indexOf(int width, int x, int y) {
+  return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+         static_cast<std::size_t>(x);
+}
+
+Rect cut(const Rect& area, const Rect& limit) {
+  const int x = std::max(area.x, limit.x);
+  const int y = std::max(area.y, limit.y);
+  return {x, y, std::max(0, std::min(area.right(), limit.right()) - x),
+          std::max(0, std::min(area.bottom(), limit.bottom()) - y)};
+}
+
+}  // namespace
+
+std::uint32_t Image::at(int x, int y) const {
+  return pixels.at(indexOf(width, x, y));
+}
+
+Image Image::part(const Rect& area) const {
+  const Rect inside = cut(area, {0, 0, width, height});
+  Image result{inside.width, inside.height, {}};
+  for (int y = inside.y; y < inside.bottom(); ++y) {
+    for (int x = inside.x; x < inside.right(); ++x) result.pixels.push_back(at(x, y));
+  }
+  return result;
+}
+
+std::optional<Rect> changedArea(const Image& before, const Image& after) {
+  if (before.width != after.width || before.height != after.height)
+    throw std::runtime_error("images of different sizes");
+  int left = before.width;
+  int top = before.height;
+  int right = -1;
+  int bottom = -1;
+  for (int y = 0; y < before.height; ++y) {
+    for (int x = 0; x < before.width; ++x) {
+      if (before.at(x, y) == after.at(x, y)) continue;
+      left = std::min(left, x);
+      right = std::max(right, x);
+      top = std::min(top, y);
+      bottom = y;
+    }
+  }
+  if (right < 0) return std::nullopt;
+  return Rect{left, top, right - left + 1, bottom - top + 1};
+}
+
+void writePng(const Image& image, const std::filesystem::path& path) {
+  std::vector<std::uint8_t> rows;
+  rows.reserve(image.pixels.size() * 3);
+  for (const std::uint32_t pixel : image.pixels) {
+    for (const unsigned shift : {16U, 8U, 0U})
+      rows.push_back(static_cast<std::uint8_t>(pixel >> shift & 0xffU));
+  }
+  png_image header{};
+  header.version = PNG_IMAGE_VERSION;
+  header.width = static_cast<png_uint_32>(image.width);
+  header.height = static_cast<png_uint_32>(image.height);
+  header.format = PNG_FORMAT_RGB;
+  if (png_image_write_to_file(&header, path.c_str(), 0, rows.data(), 0, nullptr) == 0)
+    throw std::runtime_error("cannot write " + path.string() + ": " + header.message);
+}
+
+Image Screen::area(const Rect& wanted) const {
+  const Rect inside = cut(wanted, x_.screenArea());
+  const auto cookie = xcb_get_image(
+      x_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, x_.root(), static_cast<std::int16_t>(inside.x),
+      static_cast<std::int16_t>(inside.y), static_cast<std::uint16_t>(inside.width),
+      static_cast<std::uint16_t>(inside.height), ~0U);
+  const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x_.get(), cookie, nullptr));
+  const std::size_t count = indexOf(inside.width, 0, inside.height);
+  if (!reply || static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) < 4 * count)
+    throw std::runtime_error("the screen cannot be read");
+  Image image{inside.width, inside.height, std::vector<std::uint32_t>(count)};
+  std::memcpy(image.pixels.data(), xcb_get_image_data(reply.get()), 4 * count);
+  for (std::uint32_t& pixel : image.pixels) pixel &= 0xffffffU;
+  return image;
+}
+
+Image Screen::settled(const Rect& wanted, std::chrono::milliseconds calm,
+                      std::chrono::milliseconds patience) const {
+  using Clock = std::chrono::steady_clock;
+  Image last = area(wanted);
+  Clock::time_point since = Clock::now();
+  x_.waitUntil(
+      [&] {
+        Image now = area(wanted);
+        if (now != last) {
+          last = std::move(now);
+          since = Clock::now();
+        }
+        return Clock::now() - since >= calm;
+      },
+      patience);
+  return last;
+}
+
+}  // namespace harness

@@ -1,0 +1,101 @@
+#include "desktop/harness/SessionBus.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace harness {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kServiceFolder = "/usr/share/dbus-1/services";
+
+// Services that programs of every desktop lean on and that show nothing by themselves.
+constexpr const char* kAlwaysActivatable[] = {"org.a11y.Bus", "org.xfce.Xfconf", "ca.desrt.dconf"};
+
+std::string busConfiguration(const fs::path& socket, const fs::path& services) {
+  return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path=)" +
+         socket.string() + R"(</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>)" +
+         services.string() + R"(</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+}
+
+// Packages name their service files freely, so that the name inside the file counts.
+bool offers(const fs::path& serviceFile, std::string_view name) {
+  std::ifstream file(serviceFile);
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("Name=") && std::string_view(line).substr(5) == name) return true;
+  }
+  return false;
+}
+
+void offerServices(const fs::path& folder, const std::vector<std::string>& wanted) {
+  std::vector<std::string> names(std::begin(kAlwaysActivatable), std::end(kAlwaysActivatable));
+  names.insert(names.end(), wanted.begin(), wanted.end());
+  fs::create_directories(folder);
+  if (!fs::exists(kServiceFolder)) return;
+  for (const fs::directory_entry& file : fs::directory_iterator(kServiceFolder)) {
+    for (const std::string& name : names) {
+      if (offers(file.path(), name)) fs::copy_file(file, folder / file.path().filename());
+    }
+  }
+}
+
+}  // namespace
+
+SessionBus::SessionBus(const PrivateHome& home, const Environment& environment,
+                       const std::vector<std::string>& activatable)
+    : environment_(environment) {
+  const fs::path services = home.runtime() / "bus-services";
+  offerServices(services, activatable);
+  const fs::path configuration = home.runtime() / "bus.conf";
+  std::ofstream(configuration) << busConfiguration(home.runtime() / "bus", services);
+  process_ = std::make_unique<Process>(
+      Command{{"dbus-daemon", "--nofork", "--nopidfile", "--print-address",
+               "--config-file=" + configuration.string()},
+              environment});
+  const std::optional<std::string> address = process_->waitForLine("^unix:");
+  if (!address) throw std::runtime_error("no session bus: " + process_->errorOutput());
+  address_ = *address;
+  environment_["DBUS_SESSION_BUS_ADDRESS"] = address_;
+}
+
+bool SessionBus::hasOwner(const std::string& name) const {
+  const auto reply = call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                          "org.freedesktop.DBus.NameHasOwner", {"string:" + name});
+  return reply && reply->find("true") != std::string::npos;
+}
+
+std::optional<std::string> SessionBus::call(const std::string& service, const std::string& path,
+                                            const std::string& method,
+                                            const std::vector<std::string>& arguments) const {
+  Command command{{"dbus-send", "--session", "--print-reply=literal", "--reply-timeout=2000",
+                   "--dest=" + service, path, method},
+                  environment_};
+  command.argv.insert(command.argv.end(), arguments.begin(), arguments.end());
+  const RunResult result = runToEnd(command);
+  return result.succeeded() ? std::optional(result.output) : std::nullopt;
+}
+
+std::optional<std::string> SessionBus::property(const std::string& service, const std::string& path,
+                                                const std::string& interface,
+                                                const std::string& name) const {
+  return call(service, path, "org.freedesktop.DBus.Properties.Get",
+              {"string:" + interface, "string:" + name});
+}
+
+}  // namespace harness

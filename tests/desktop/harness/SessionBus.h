@@ -1,0 +1,45 @@
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/harness/PrivateHome.h"
+
+namespace harness {
+
+/// A private session bus. It starts a service by itself only if a service file of that name was
+/// asked for, so that no daemon of the machine turns up uninvited.
+class SessionBus {
+ public:
+  /// `environment` is what started services inherit. `activatable` are bus names whose service
+  /// files, as their packages installed them, this bus may use. Returns when the bus listens.
+  SessionBus(const PrivateHome& home, const Environment& environment,
+             const std::vector<std::string>& activatable);
+
+  [[nodiscard]] const std::string& address() const { return address_; }
+  [[nodiscard]] Process& process() { return *process_; }
+
+  [[nodiscard]] bool hasOwner(const std::string& name) const;
+  /// Calls a method and gives the reply as dbus-send prints it; absent on an error or when the
+  /// answer takes longer than two seconds. `arguments` in dbus-send's form (`string:x`). A service
+  /// that does not run is started if it can be.
+  [[nodiscard]] std::optional<std::string> call(const std::string& service, const std::string& path,
+                                                const std::string& method,
+                                                const std::vector<std::string>& arguments) const;
+  /// A property, likewise.
+  [[nodiscard]] std::optional<std::string> property(const std::string& service,
+                                                    const std::string& path,
+                                                    const std::string& interface,
+                                                    const std::string& name) const;
+
+ private:
+  Environment environment_;
+  std::unique_ptr<Process> process_;
+  std::string address_;
+};
+
+}  // namespace harness

@@ -1,0 +1,169 @@
+#include "desktop/harness/SoundServer.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "desktop/harness/Until.h"
+
+namespace harness {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+namespace {
+
+void throwUnless(bool fact, const std::string& complaint) {
+  if (!fact) throw std::runtime_error(complaint);
+}
+
+// A socket that a dead server left behind refuses.
+bool isListening(const fs::path& socket) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string path = socket.string();
+  throwUnless(path.size() < sizeof address.sun_path, "too long for a socket: " + path);
+  std::ranges::copy(path, address.sun_path);
+  const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  return ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
+}  // namespace
+
+SoundServer::SoundServer(Kind kind, const Environment& environment, std::vector<std::string> sinks,
+                         Start start)
+    : kind_(kind),
+      sinks_(std::move(sinks)),
+      runtime_(environment.at("XDG_RUNTIME_DIR")),
+      environment_(environment) {
+  environment_["LC_ALL"] = "C.UTF-8";  // pactl translates
+  if (start == Start::Now) this->start();
+}
+
+SoundServer::~SoundServer() {
+  kill();
+}
+
+void SoundServer::start() {
+  if (kind_ == Kind::PulseAudio) {
+    startPulseAudio();
+  } else {
+    startPipeWire();
+  }
+}
+
+Process& SoundServer::launch(std::vector<std::string> argv) {
+  processes_.push_back(std::make_unique<Process>(Command{std::move(argv), environment_, runtime_}));
+  return *processes_.back();
+}
+
+void SoundServer::startPulseAudio() {
+  std::vector<std::string> argv{"pulseaudio",
+                                "-n",
+                                "--daemonize=no",
+                                "--exit-idle-time=-1",
+                                "--use-pid-file=no",
+                                "--log-target=stderr",
+                                "-L",
+                                "module-native-protocol-unix"};
+  for (const std::string& sink : sinks_) {
+    argv.insert(argv.end(), {"-L", "module-null-sink sink_name=" + sink});
+  }
+  front_ = &launch(std::move(argv));
+  awaitAnswers();
+}
+
+// The order counts: each of them gives up, or misses its peers, without the one before.
+void SoundServer::startPipeWire() {
+  Process& bus = launch({"dbus-daemon", "--session", "--nofork", "--print-address"});
+  const auto address = bus.waitForLine("^unix:");
+  throwUnless(address.has_value(), "dbus-daemon: " + bus.errorOutput());
+  environment_["DBUS_SESSION_BUS_ADDRESS"] = *address;
+  engine_ = &launch({"pipewire"});
+  throwUnless(until([&] { return isListening(runtime_ / "pipewire-0"); }),
+              "pipewire: " + engine_->errorOutput());
+  launch({"wireplumber"});
+  front_ = &launch({"pipewire-pulse"});
+  awaitAnswers();
+  for (const std::string& sink : sinks_) addSink(sink);
+  // Refused until the session manager offers its settings.
+  throwUnless(sinks_.empty() || until([&] {
+                return runPactl({"set-default-sink", sinks_.front()}).succeeded();
+              }),
+              "PipeWire takes no default sink");
+  const std::string wanted = sinks_.empty() ? "auto_null" : sinks_.front();
+  throwUnless(until([&] { return pactl({"get-default-sink"}) == wanted; }),
+              "PipeWire never made " + wanted + " its default");
+}
+
+void SoundServer::awaitAnswers() {
+  throwUnless(until([&] { return !front_->running() || runPactl({"info"}).succeeded(); }) &&
+                  front_->running(),
+              "the sound server did not start: " + front_->errorOutput());
+}
+
+void SoundServer::stop() {
+  front_->freeze();
+}
+void SoundServer::cont() {
+  front_->thaw();
+}
+void SoundServer::stopEngine() {
+  engine_->freeze();
+}
+void SoundServer::contEngine() {
+  engine_->thaw();
+}
+
+void SoundServer::kill() {
+  while (!processes_.empty()) {  // the clients before what they lean on
+    processes_.back()->kill();
+    processes_.pop_back();
+  }
+  front_ = engine_ = nullptr;
+}
+
+void SoundServer::restart() {
+  kill();
+  start();
+}
+
+RunResult SoundServer::runPactl(const std::vector<std::string>& arguments) const {
+  std::vector<std::string> argv{"pactl"};
+  argv.insert(argv.end(), arguments.begin(), arguments.end());
+  return runToEnd({argv, environment_});
+}
+
+std::string SoundServer::pactl(const std::vector<std::string>& arguments) {
+  RunResult result = runPactl(arguments);
+  throwUnless(result.succeeded(), "pactl " + arguments.front() + ": " + result.errorOutput);
+  if (result.output.ends_with('\n')) result.output.pop_back();
+  return result.output;
+}
+
+bool SoundServer::sinkMuted(const std::string& sink) const {
+  const RunResult result = runPactl({"get-sink-mute", sink});
+  throwUnless(result.succeeded(), "pactl get-sink-mute " + sink + ": " + result.errorOutput);
+  return result.output == "Mute: yes\n";
+}
+
+std::string SoundServer::addSink(const std::string& sink) {
+  std::vector<std::string> arguments{"load-module", "module-null-sink", "sink_name=" + sink};
+  // From 1.4 on a PipeWire null sink that has never run keeps telling its old mute.
+  if (kind_ == Kind::PipeWire) arguments.emplace_back("node.always-process=true");
+  std::string module = pactl(arguments);
+  throwUnless(until([&] {
+                return runPactl({"get-sink-mute", sink}).succeeded();
+              }),
+              "the sink " + sink + " never came");
+  return module;
+}
+
+std::ostream& operator<<(std::ostream& stream, SoundServerKind kind) {
+  return stream << (kind == SoundServerKind::PulseAudio ? "PulseAudio" : "PipeWire");
+}
+
+}  // namespace harness

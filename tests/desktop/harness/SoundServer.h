@@ -1,0 +1,73 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/Process.h"
+
+namespace harness {
+
+enum class SoundServerKind { PulseAudio, PipeWire };
+
+/// For the names of parameterised tests.
+std::ostream& operator<<(std::ostream& stream, SoundServerKind kind);
+
+/// A private sound server with null sinks: PulseAudio, or PipeWire with its session manager, its
+/// PulseAudio front and a bus of its own. Ends with the object.
+class SoundServer {
+ public:
+  using Kind = SoundServerKind;
+  enum class Start { Now, Later };
+
+  /// Serves the clients whose runtime folder and home are those of `environment`, of a
+  /// PrivateHome say. With Start::Now it is up when this returns. Without `sinks` PulseAudio has
+  /// no output device at all, PipeWire its dummy "auto_null". Throws std::runtime_error, with what
+  /// the program said, when it cannot start.
+  SoundServer(Kind kind, const Environment& environment, std::vector<std::string> sinks = {"out1"},
+              Start start = Start::Now);
+  ~SoundServer();
+  SoundServer(const SoundServer&) = delete;
+  SoundServer& operator=(const SoundServer&) = delete;
+
+  [[nodiscard]] Kind kind() const { return kind_; }
+
+  /// Returns when pactl gets answers and every sink is there, the first one as the default.
+  void start();
+  /// SIGSTOP to the process that clients talk to; returns when it has stopped.
+  void stop();
+  void cont();
+  /// PipeWire only: the same to the daemon behind the front.
+  void stopEngine();
+  void contEngine();
+  /// SIGKILL to all of the server.
+  void kill();
+  void restart();
+
+  /// Runs pactl with these arguments and returns its standard output without the last newline.
+  /// Throws std::runtime_error with what pactl said when it fails.
+  std::string pactl(const std::vector<std::string>& arguments);
+  [[nodiscard]] bool sinkMuted(const std::string& sink) const;
+  /// Adds a null sink and returns when it is listed; the result is for removeSink().
+  std::string addSink(const std::string& sink);
+  void removeSink(const std::string& module) { pactl({"unload-module", module}); }
+
+ private:
+  [[nodiscard]] RunResult runPactl(const std::vector<std::string>& arguments) const;
+  Process& launch(std::vector<std::string> argv);
+  void startPulseAudio();
+  void startPipeWire();
+  void awaitAnswers();
+
+  Kind kind_;
+  std::vector<std::string> sinks_;
+  std::filesystem::path runtime_;
+  Environment environment_;
+  std::vector<std::unique_ptr<Process>> processes_;  // in the order of their start
+  Process* front_ = nullptr;
+  Process* engine_ = nullptr;
+};
+
+}  // namespace harness

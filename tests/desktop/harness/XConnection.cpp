@@ -1,0 +1,113 @@
+#include "desktop/harness/XConnection.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+namespace harness {
+
+XConnection::XConnection(const std::string& display)
+    : connection_(xcb_connect(display.c_str(), nullptr)) {
+  if (xcb_connection_has_error(connection_) != 0) {
+    xcb_disconnect(connection_);
+    throw std::runtime_error("no X server at " + display);
+  }
+  root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+  const std::array<std::uint32_t, 1> events{XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY |
+                                            XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                            XCB_EVENT_MASK_PROPERTY_CHANGE};
+  xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, events.data());
+  xcb_flush(connection_);
+}
+
+XConnection::~XConnection() {
+  xcb_disconnect(connection_);
+}
+
+Rect XConnection::screenArea() const {
+  const XReply<xcb_get_geometry_reply_t> reply(
+      xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, root_), nullptr));
+  return reply ? Rect{0, 0, reply->width, reply->height} : Rect{};
+}
+
+xcb_atom_t XConnection::atom(std::string_view name) const {
+  if (const auto known = atoms_.find(name); known != atoms_.end()) return known->second;
+  const auto cookie =
+      xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
+  const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
+  const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+  atoms_.emplace(name, atom);
+  return atom;
+}
+
+std::string XConnection::atomName(xcb_atom_t atom) const {
+  const XReply<xcb_get_atom_name_reply_t> reply(
+      xcb_get_atom_name_reply(connection_, xcb_get_atom_name(connection_, atom), nullptr));
+  if (!reply) return {};
+  return {xcb_get_atom_name_name(reply.get()),
+          static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))};
+}
+
+XReply<xcb_get_property_reply_t> XConnection::property(xcb_window_t window,
+                                                       std::string_view name) const {
+  constexpr std::uint32_t kLongest = 1U << 16U;
+  const auto cookie =
+      xcb_get_property(connection_, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, kLongest);
+  return XReply<xcb_get_property_reply_t>(xcb_get_property_reply(connection_, cookie, nullptr));
+}
+
+std::vector<std::uint32_t> XConnection::numbers(xcb_window_t window, std::string_view name) const {
+  const auto reply = property(window, name);
+  if (!reply || reply->format != 32) return {};
+  const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {first, first + reply->value_len};
+}
+
+std::optional<std::uint32_t> XConnection::number(xcb_window_t window, std::string_view name) const {
+  const std::vector<std::uint32_t> all = numbers(window, name);
+  return all.empty() ? std::nullopt : std::optional(all.front());
+}
+
+std::string XConnection::text(xcb_window_t window, std::string_view name) const {
+  const auto reply = property(window, name);
+  if (!reply || reply->format != 8) return {};
+  return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
+}
+
+void XConnection::askWindowManager(xcb_window_t window, std::string_view message,
+                                   const std::vector<std::uint32_t>& data) const {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = atom(message);
+  std::copy_n(data.begin(), std::min<std::size_t>(data.size(), 5), std::begin(event.data.data32));
+  xcb_send_event(connection_, 0, root_,
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(connection_);
+}
+
+bool XConnection::waitUntil(const std::function<bool()>& fact,
+                            std::chrono::milliseconds patience) const {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (!fact()) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    waitForEvent(std::chrono::milliseconds(25));
+  }
+  return true;
+}
+
+void XConnection::waitForEvent(std::chrono::milliseconds patience) const {
+  xcb_flush(connection_);
+  bool seen = false;
+  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) seen = true;
+  if (seen) return;
+  const bool alive = xcb_connection_has_error(connection_) == 0;
+  pollfd wait{alive ? xcb_get_file_descriptor(connection_) : -1, POLLIN, 0};
+  ::poll(&wait, 1, static_cast<int>(patience.count()));
+}
+
+}  // namespace harness

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/harness/VncMonitors.h"
+
+namespace harness {
+
+/// What xcb hands out is freed with free().
+struct FreeReply {
+  void operator()(void* memory) const { std::free(memory); }
+};
+template <class Reply>
+using XReply = std::unique_ptr<Reply, FreeReply>;
+
+/// A connection of the test's own to an X server, as any foreign client has it. One thread.
+class XConnection {
+ public:
+  /// Throws std::runtime_error when the server cannot be reached.
+  explicit XConnection(const std::string& display);
+  ~XConnection();
+  XConnection(const XConnection&) = delete;
+  XConnection& operator=(const XConnection&) = delete;
+
+  [[nodiscard]] xcb_connection_t* get() const { return connection_; }
+  [[nodiscard]] xcb_window_t root() const { return root_; }
+  [[nodiscard]] Rect screenArea() const;
+  [[nodiscard]] xcb_atom_t atom(std::string_view name) const;
+  [[nodiscard]] std::string atomName(xcb_atom_t atom) const;
+
+  /// A property of 32-bit items; empty when it is absent or the window is gone.
+  [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window,
+                                                   std::string_view property) const;
+  [[nodiscard]] std::optional<std::uint32_t> number(xcb_window_t window,
+                                                    std::string_view property) const;
+  /// A property of bytes, with the null bytes inside it.
+  [[nodiscard]] std::string text(xcb_window_t window, std::string_view property) const;
+
+  /// Sends a client message about `window` to the root, as a pager does.
+  void askWindowManager(xcb_window_t window, std::string_view message,
+                        const std::vector<std::uint32_t>& data) const;
+
+  /// True as soon as `fact` holds; false when it still does not after `patience`. Looked at anew
+  /// whenever the server tells of a change of a window or of the root, and every 25 ms for what
+  /// no event tells.
+  bool waitUntil(const std::function<bool()>& fact, std::chrono::milliseconds patience) const;
+
+ private:
+  void waitForEvent(std::chrono::milliseconds patience) const;
+  [[nodiscard]] XReply<xcb_get_property_reply_t> property(xcb_window_t window,
+                                                          std::string_view name) const;
+
+  xcb_connection_t* connection_;
+  xcb_window_t root_ = XCB_NONE;
+  mutable std::map<std::string, xcb_atom_t, std::less<>> atoms_;
+};
+
+}  // namespace harness

@@ -1,0 +1,203 @@
+#include "desktop/harness/XDesk.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "desktop/harness/WindowManagerProbe.h"
+
+namespace harness {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr const char* kNotifications = "org.freedesktop.Notifications";
+constexpr const char* kWatcher = "org.kde.StatusNotifierWatcher";
+
+bool touches(const Rect& area, const Rect& monitor, Edge edge) {
+  const bool lies = area.width > area.height;
+  switch (edge) {
+    case Edge::Top:
+      return lies && area.y == monitor.y;
+    case Edge::Bottom:
+      return lies && area.bottom() == monitor.bottom();
+    case Edge::Left:
+      return !lies && area.x == monitor.x;
+    case Edge::Right:
+      return !lies && area.right() == monitor.right();
+  }
+  return false;
+}
+
+// icewm cuts its own bar off even an icon window.
+bool nearlyCovers(const Rect& area, const Rect& monitor) {
+  constexpr int kThickestBar = 48;
+  return area.x <= monitor.x && area.y <= monitor.y && area.right() >= monitor.right() &&
+         area.bottom() >= monitor.bottom() - kThickestBar;
+}
+
+bool traySelectionOwned(const XConnection& x) {
+  const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+      x.get(), xcb_get_selection_owner(x.get(), x.atom("_NET_SYSTEM_TRAY_S0")), nullptr));
+  return reply && reply->owner != XCB_NONE;
+}
+
+}  // namespace
+
+XDesk::XDesk(const DeskOptions& options) : environment_(home_.environment()) {
+  for (const auto& [name, value] : options.environment) environment_[name] = value;
+  server_ = std::make_unique<XServer>(home_.runtime(), environment_, options.monitors);
+  environment_["DISPLAY"] = server_->display();
+  x_ = std::make_unique<XConnection>(server_->display());
+  screen_ = std::make_unique<Screen>(*x_);
+  windows_ = std::make_unique<WindowList>(*x_);
+  input_ = std::make_unique<Input>(*x_);
+  if (options.sessionBus) {
+    std::vector<std::string> activatable = options.activatable;
+    for (const Panel kind : {Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel, Panel::MatePanel}) {
+      const std::vector<std::string>& parts = program(kind).activatable;
+      activatable.insert(activatable.end(), parts.begin(), parts.end());
+    }
+    bus_ = std::make_unique<SessionBus>(home_, environment_, activatable);
+    environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_->address();
+  } else {
+    environment_["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent";
+  }
+  if (options.sound) sound_ = std::make_unique<SoundServer>(*options.sound, environment_);
+  startWindowManager(options.windowManager);
+  startIcons(options.icons);
+  startNotifications(options.notifications);
+  startPanel(options.panel, options.panelPlace);
+}
+
+XDesk::~XDesk() = default;
+
+void XDesk::require(bool ready, const std::string& name,
+                    const std::unique_ptr<Process>& process) const {
+  if (!ready) throw std::runtime_error(name + " did not become ready: " + process->errorOutput());
+}
+
+Rect XDesk::monitor(int number) const {
+  return server_->monitors().at(static_cast<std::size_t>(number));
+}
+
+void XDesk::startWindowManager(WindowManager kind) {
+  windowManager_.reset();
+  if (kind == WindowManager::None) return;
+  const DesktopProgram& row = program(kind);
+  if (!row.configFile.empty()) home_.writeConfig(row.configFile, row.configText);
+  windowManager_ = start(row.argv);
+  require(windowManagerTakesWindows(*x_, kPatience), row.name, windowManager_);
+}
+
+void XDesk::startNotifications(NotificationDaemon kind) {
+  notifications_.reset();
+  if (kind == NotificationDaemon::None) return;
+  const DesktopProgram& row = program(kind);
+  notifications_ = start(row.argv);
+  require(until([&] { return bus_->hasOwner(kNotifications); }), row.name, notifications_);
+}
+
+void XDesk::startIcons(DesktopIcons kind) {
+  icons_.reset();
+  if (kind == DesktopIcons::None) return;
+  const DesktopProgram& row = program(kind);
+  icons_ = start(row.argv);
+  const auto allCovered = [&] {
+    const std::vector<WindowInfo> windows = windows_->all();
+    return std::ranges::all_of(server_->monitors(), [&](const Rect& monitor) {
+      return std::ranges::any_of(windows, [&](const WindowInfo& window) {
+        return window.viewable && window.type == "DESKTOP" && nearlyCovers(window.area, monitor);
+      });
+    });
+  };
+  require(until(allCovered), row.name, icons_);
+  [[maybe_unused]] const Image painted = screen_->settled(x_->screenArea(), 400ms, kPatience);
+}
+
+bool XDesk::trayHostReady(Panel kind) const {
+  if (!hostsStatusNotifierItems(kind)) return traySelectionOwned(*x_);
+  if (!bus_) return true;
+  const auto host = bus_->property(kWatcher, "/StatusNotifierWatcher", kWatcher,
+                                   "IsStatusNotifierHostRegistered");
+  return host && host->find("true") != std::string::npos;
+}
+
+void XDesk::startPanel(Panel kind, const PanelPlace& place) {
+  panel_.reset();
+  if (kind == Panel::None) return;
+  const DesktopProgram& row = program(kind);
+  configurePanel(kind, place, home_, environment_);
+  panel_ = start(row.argv);
+  const Rect onMonitor = monitor(place.monitor);
+  const auto standing = [&] {
+    return std::ranges::any_of(panelAreas(), [&](const Rect& area) {
+      return onMonitor.intersects(area) && touches(area, onMonitor, place.edge);
+    });
+  };
+  require(until(standing) && until([&] { return trayHostReady(kind); }), row.name, panel_);
+  for (const Rect& area : panelAreas())
+    [[maybe_unused]] const Image painted = screen_->settled(area, 200ms, kPatience);
+}
+
+std::vector<Rect> XDesk::panelAreas() const {
+  std::vector<Rect> areas;
+  for (const WindowInfo& window : windows_->all()) {
+    if (window.viewable && window.type == "DOCK") areas.push_back(window.area);
+  }
+  return areas;
+}
+
+std::unique_ptr<Process> XDesk::start(std::vector<std::string> argv,
+                                      const Environment& extra) const {
+  Command command{std::move(argv), environment_, home_.home()};
+  for (const auto& [name, value] : extra) command.environment[name] = value;
+  return std::make_unique<Process>(command);
+}
+
+RunResult XDesk::run(std::vector<std::string> argv) const {
+  return runToEnd({std::move(argv), environment_, home_.home()});
+}
+
+std::unique_ptr<Process> XDesk::startCalmdeck(const Environment& extra,
+                                              const std::vector<std::string>& arguments) {
+  iconFinder_.emplace(*screen_, panelAreas());
+  std::vector<std::string> argv{CALMDECK_PROGRAM};
+  argv.insert(argv.end(), arguments.begin(), arguments.end());
+  return start(std::move(argv), extra);
+}
+
+std::optional<Rect> XDesk::trayIcon(std::chrono::milliseconds patience) const {
+  return iconFinder_ ? iconFinder_->find(patience) : std::nullopt;
+}
+
+std::optional<WindowInfo> XDesk::openPopover() const {
+  constexpr int kLargestIcon = 64;  // an icon in an old tray is a window of the program, too
+  return windows_->findViewable([](const WindowInfo& window) {
+    return ofClass("calmdeck")(window) && window.area.height > kLargestIcon;
+  });
+}
+
+WindowInfo XDesk::openWindow(const std::string& title, const Rect& area) {
+  const std::string geometry = std::to_string(area.width) + "x" + std::to_string(area.height) +
+                               "+" + std::to_string(area.x) + "+" + std::to_string(area.y);
+  windowPrograms_.push_back(
+      start({"xmessage", "-title", title, "-geometry", geometry, "-buttons", "", title}));
+  const bool managedToo = windowManager_ != nullptr;
+  const auto test = [&](const WindowInfo& window) {
+    return window.name == title && (window.managed || !managedToo);
+  };
+  const std::optional<WindowInfo> window = awaitWindow(test);
+  require(window.has_value(), "xmessage", windowPrograms_.back());
+  return *window;
+}
+
+std::optional<WindowInfo> XDesk::awaitWindow(const WindowTest& test,
+                                             std::chrono::milliseconds patience) const {
+  std::optional<WindowInfo> window;
+  until([&] { return (window = windows_->findViewable(test)).has_value(); }, patience);
+  return window;
+}
+
+}  // namespace harness

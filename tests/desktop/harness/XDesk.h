@@ -1,0 +1,126 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/DesktopPrograms.h"
+#include "desktop/harness/Input.h"
+#include "desktop/harness/PrivateHome.h"
+#include "desktop/harness/Process.h"
+#include "desktop/harness/Screen.h"
+#include "desktop/harness/SessionBus.h"
+#include "desktop/harness/SoundServer.h"
+#include "desktop/harness/TrayIconFinder.h"
+#include "desktop/harness/WindowList.h"
+#include "desktop/harness/XConnection.h"
+#include "desktop/harness/XServer.h"
+
+namespace harness {
+
+/// What a private desktop consists of. The defaults: an X server and a bus, nothing else.
+struct DeskOptions {
+  WindowManager windowManager = WindowManager::None;
+  Panel panel = Panel::None;
+  PanelPlace panelPlace = {};
+  NotificationDaemon notifications = NotificationDaemon::None;
+  DesktopIcons icons = DesktopIcons::None;
+  std::optional<SoundServerKind> sound = {};
+  /// Two of different sizes, side by side.
+  std::vector<Rect> monitors = {{0, 0, 1280, 720}, {1280, 0, 1024, 600}};
+  bool sessionBus = true;
+  /// More bus names whose installed services the bus may start.
+  std::vector<std::string> activatable = {};
+  /// Added to what every program of this desktop inherits.
+  Environment environment = {};
+};
+
+/// A private desktop for one test: own X server, session bus, home and runtime folder, and real
+/// programs on it. The constructor returns when all that was asked for is ready, each by a fact
+/// that can be seen from outside; it throws std::runtime_error, naming the program, when one is
+/// not. The destructor leaves no process and no file. The test talks to the program as a stranger
+/// does: pixels, windows, input, the bus.
+class XDesk {
+ public:
+  explicit XDesk(const DeskOptions& options = {});
+  ~XDesk();
+  XDesk(const XDesk&) = delete;
+  XDesk& operator=(const XDesk&) = delete;
+
+  [[nodiscard]] const PrivateHome& home() const { return home_; }
+  [[nodiscard]] const Environment& environment() const { return environment_; }
+  [[nodiscard]] XServer& server() { return *server_; }
+  [[nodiscard]] const XConnection& x() const { return *x_; }
+  [[nodiscard]] const Screen& screen() const { return *screen_; }
+  [[nodiscard]] const WindowList& windows() const { return *windows_; }
+  [[nodiscard]] const Input& input() const { return *input_; }
+  /// These abort the test when the desktop was made without them.
+  [[nodiscard]] SessionBus& bus() { return *bus_; }
+  [[nodiscard]] SoundServer& sound() { return *sound_; }
+  [[nodiscard]] Process& windowManager() { return *windowManager_; }
+  [[nodiscard]] Process& panel() { return *panel_; }
+  [[nodiscard]] Process& notifications() { return *notifications_; }
+  [[nodiscard]] Process& icons() { return *icons_; }
+
+  /// Each ends the one that ran and returns when the new one is ready.
+  void startWindowManager(WindowManager kind);
+  void startPanel(Panel kind, const PanelPlace& place = {});
+  void startNotifications(NotificationDaemon kind);
+  void startIcons(DesktopIcons kind);
+  void stopPanel() { panel_.reset(); }
+  /// The areas of all panels, in root coordinates.
+  [[nodiscard]] std::vector<Rect> panelAreas() const;
+
+  /// Starts any program on this desktop.
+  [[nodiscard]] std::unique_ptr<Process> start(std::vector<std::string> argv,
+                                               const Environment& extra = {}) const;
+  /// Runs one to its end.
+  [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
+  /// Starts Calmdeck as built in this tree; remembers how the panels looked, for trayIcon().
+  [[nodiscard]] std::unique_ptr<Process> startCalmdeck(
+      const Environment& extra = {}, const std::vector<std::string>& arguments = {});
+  /// Where the icon of the Calmdeck that was started last shows.
+  [[nodiscard]] std::optional<Rect> trayIcon(std::chrono::milliseconds patience = kPatience) const;
+  /// Calmdeck's panel while it is on the screen; looked for once.
+  [[nodiscard]] std::optional<WindowInfo> openPopover() const;
+
+  /// A foreign program's ordinary window with some text, ready when it is on the screen (and
+  /// managed, where there is a window manager). It lasts as long as the desktop.
+  WindowInfo openWindow(const std::string& title, const Rect& area);
+
+  /// True as soon as `fact` holds; see XConnection::waitUntil().
+  bool until(const std::function<bool()>& fact,
+             std::chrono::milliseconds patience = kPatience) const {
+    return x_->waitUntil(fact, patience);
+  }
+  /// The viewable window for which `test` holds, once there is one.
+  [[nodiscard]] std::optional<WindowInfo> awaitWindow(
+      const WindowTest& test, std::chrono::milliseconds patience = kPatience) const;
+  void screenshot(const std::filesystem::path& path) const { writePng(screen_->whole(), path); }
+
+ private:
+  [[nodiscard]] Rect monitor(int number) const;
+  [[nodiscard]] bool trayHostReady(Panel kind) const;
+  void require(bool ready, const std::string& name, const std::unique_ptr<Process>& process) const;
+
+  PrivateHome home_;  // first: its destructor sweeps up after all the others
+  Environment environment_;
+  std::unique_ptr<XServer> server_;
+  std::unique_ptr<XConnection> x_;
+  std::unique_ptr<Screen> screen_;
+  std::unique_ptr<WindowList> windows_;
+  std::unique_ptr<Input> input_;
+  std::unique_ptr<SessionBus> bus_;
+  std::unique_ptr<SoundServer> sound_;
+  std::unique_ptr<Process> windowManager_;
+  std::unique_ptr<Process> notifications_;
+  std::unique_ptr<Process> icons_;
+  std::unique_ptr<Process> panel_;
+  std::vector<std::unique_ptr<Process>> windowPrograms_;
+  std::optional<TrayIconFinder> iconFinder_;
+};
+
+}  // namespace harness

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/Process.h"
+#include "desktop/harness/VncMonitors.h"
+
+namespace harness {
+
+/// An X server without a screen, on a display number that is nobody else's, whose monitors can be
+/// plugged and unplugged.
+class XServer {
+ public:
+  /// `folder` takes the server's socket. Returns when clients can connect and the monitors are
+  /// as wanted.
+  XServer(const std::filesystem::path& folder, const Environment& environment,
+          const std::vector<Rect>& monitors);
+
+  /// As DISPLAY has it.
+  [[nodiscard]] const std::string& display() const { return display_; }
+  [[nodiscard]] Process& process() { return *process_; }
+
+  /// Returns once RandR reports exactly these monitors.
+  void setMonitors(const std::vector<Rect>& monitors);
+  /// What RandR reports now.
+  [[nodiscard]] std::vector<Rect> monitors() const;
+
+ private:
+  [[nodiscard]] bool start(const Environment& environment, const std::vector<Rect>& monitors);
+
+  std::string rfbSocket_;
+  std::unique_ptr<Process> process_;
+  std::string display_;
+};
+
+}  // namespace harness
