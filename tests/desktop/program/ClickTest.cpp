@@ -1,3 +1,5 @@
+#include <ostream>
+
 #include "desktop/program/ProgramDesk.h"
 
 using harness::DeskOptions;
@@ -21,6 +23,11 @@ constexpr Everyday kDesktops[] = {
     {"LxqtPanelPipeWire", WindowManager::Openbox, Panel::LxqtPanel, SoundServerKind::PipeWire},
     {"MatePanelPulseAudio", WindowManager::Marco, Panel::MatePanel, SoundServerKind::PulseAudio},
 };
+
+// What a test runner lists the case under.
+void PrintTo(const Everyday& row, std::ostream* stream) {
+  *stream << row.name;
+}
 
 class ClickTest : public testing::TestWithParam<Everyday> {
  protected:

@@ -1,11 +1,11 @@
-#include <algorithm>
+#include <ostream>
+#include <tuple>
 
 #include "desktop/program/ProgramDesk.h"
 
 using harness::DeskOptions;
 using harness::Edge;
 using harness::Panel;
-using harness::PanelPlace;
 using harness::Rect;
 using harness::WindowManager;
 
@@ -17,6 +17,11 @@ struct Place {
   Edge edge;
   int monitor;
 };
+
+// What a test runner lists the case under.
+void PrintTo(const Place& row, std::ostream* stream) {
+  *stream << row.name;
+}
 
 class PlacementTest : public testing::TestWithParam<Place> {
  protected:
