@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QThreadPool>
 
 #include "desktop/linux/audio/PulseAudioObjects.h"
 #include "desktop/linux/defaults/SettingsFile.h"
@@ -40,6 +41,8 @@ struct LinuxDesktop::Process {
     QApplication::setApplicationDisplayName(QStringLiteral("Calmdeck"));
     QApplication::setDesktopFileName(QStringLiteral("org.calmdeck.Calmdeck"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // Threads that Qt has drawn a picture with would wake after half a minute, only to end.
+    QThreadPool::globalInstance()->setExpiryTimeout(-1);
   }
 
   QApplication application;
