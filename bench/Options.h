@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "desktop/harness/DesktopPrograms.h"
+
+namespace bench {
+
+/// How much is measured. A count of 0 leaves that measure out.
+struct Options {
+  int starts = 11;
+  int switches = 31;
+  std::chrono::seconds idle{60};
+  int clicks = 1'000;
+  int toggles = 10'000;
+  int icons = 10'000;
+  harness::Panel panel = harness::Panel::XfcePanel;
+};
+
+/// Reads `--name number` and `--panel xfce4-panel|tint2`. Throws std::runtime_error with the usage
+/// for anything else.
+[[nodiscard]] Options optionsOf(int argc, char** argv);
+
+}  // namespace bench

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <string>
+
+struct pa_context;
+struct pa_threaded_mainloop;
+
+namespace bench {
+
+using Clock = std::chrono::steady_clock;
+
+/// Sees when a sink is muted or not, as the sound server tells its subscribers; and mutes it by one
+/// call, which is as fast as anybody can. Both over one connection that is open already.
+class SinkWatch {
+ public:
+  /// Connects to the server that this process's environment names. Throws std::runtime_error when
+  /// it does not answer or has no such sink.
+  explicit SinkWatch(std::string sink);
+  ~SinkWatch();
+  SinkWatch(const SinkWatch&) = delete;
+  SinkWatch& operator=(const SinkWatch&) = delete;
+
+  [[nodiscard]] bool muted() const;
+  /// Returns when the request is on its way.
+  void request(bool muted);
+  /// When it was seen to be so. Throws std::runtime_error when it is not within twenty seconds.
+  [[nodiscard]] Clock::time_point await(bool muted);
+
+ private:
+  void ask();
+  void saw(bool muted);
+
+  struct StopLoop {
+    void operator()(pa_threaded_mainloop* loop) const;
+  };
+  struct Disconnect {
+    void operator()(pa_context* context) const;
+  };
+
+  std::string sink_;
+  mutable std::mutex access_;
+  std::condition_variable changed_;
+  bool known_ = false;
+  bool muted_ = false;
+  Clock::time_point since_;
+  std::unique_ptr<pa_threaded_mainloop, StopLoop> loop_;
+  std::unique_ptr<pa_context, Disconnect> context_;
+};
+
+}  // namespace bench

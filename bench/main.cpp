@@ -1,0 +1,38 @@
+#include <exception>
+#include <iostream>
+
+#include "bench/GrowthMeasure.h"
+#include "bench/IdleMeasure.h"
+#include "bench/Options.h"
+#include "bench/Report.h"
+#include "bench/StartMeasure.h"
+#include "bench/SwitchMeasure.h"
+
+/// calmdeck-bench: measures what Calmdeck promises on private desktops, and prints one table.
+int main(int argc, char** argv) {
+  try {
+    const bench::Options options = bench::optionsOf(argc, argv);
+    const struct {
+      bool wanted;
+      void (*measure)(const bench::Options&, bench::Report&);
+    } measures[] = {
+        {options.toggles > 0, bench::measureToggleGrowth},
+        {options.starts > 0, bench::measureStart},
+        {options.switches > 0, bench::measureSwitch},
+        {options.idle.count() > 0, bench::measureIdle},
+        {options.icons > 0, bench::measureIconGrowth},
+        {options.clicks > 0, bench::measureClickGrowth},
+    };
+    bench::Report report;
+    for (const auto& [wanted, measure] : measures) {
+      if (wanted) measure(options, report);
+      std::cerr << '.' << std::flush;
+    }
+    std::cerr << '\n';
+    std::cout << report.text();
+    return 0;
+  } catch (const std::exception& error) {
+    std::cerr << "The benchmark failed: " << error.what() << '\n';
+  }
+  return 1;
+}
