@@ -1,10 +1,8 @@
 #include "desktop/tray/TrayDesk.h"
 
-#include <signal.h>
-
 #include <algorithm>
 #include <chrono>
-#include <set>
+#include <csignal>
 #include <sstream>
 
 using harness::Rect;
@@ -116,11 +114,18 @@ void TrayDesk::click(harness::Button button) {
 }
 
 testing::AssertionResult TrayDesk::openMenu() {
-  const std::set<std::uint32_t> before = viewable(desk_);
+  withoutMenu_ = viewable(desk_);
   click(harness::Button::Right);
-  const auto opened = [&] { return !std::ranges::includes(before, viewable(desk_)); };
+  const auto opened = [&] { return !std::ranges::includes(withoutMenu_, viewable(desk_)); };
   if (!desk_.until(opened)) return testing::AssertionFailure() << "no menu opened";
   [[maybe_unused]] const auto drawn =
       desk_.screen().settled(desk_.x().screenArea(), 200ms, harness::kPatience);
+  return testing::AssertionSuccess();
+}
+
+testing::AssertionResult TrayDesk::escapeMenu() {
+  desk_.input().key("Escape");
+  const auto gone = [&] { return std::ranges::includes(withoutMenu_, viewable(desk_)); };
+  if (!desk_.until(gone)) return testing::AssertionFailure() << "the menu stayed";
   return testing::AssertionSuccess();
 }

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ class TrayDesk {
   void click(harness::Button button);
   /// Clicks with the right button and waits until the menu can be used.
   [[nodiscard]] testing::AssertionResult openMenu();
+  /// Presses Escape and waits until the menu is gone.
+  [[nodiscard]] testing::AssertionResult escapeMenu();
 
   static constexpr std::uint32_t kSquare = 0xFF00FF;
   static constexpr std::uint32_t kDisc = 0x00FF00;
@@ -48,5 +51,6 @@ class TrayDesk {
   harness::XDesk desk_;
   std::unique_ptr<harness::Process> probe_;
   harness::Rect icon_;
+  std::set<std::uint32_t> withoutMenu_;  // the windows on the screen before the menu opened
   std::optional<pid_t> alsoFrozen_;
 };

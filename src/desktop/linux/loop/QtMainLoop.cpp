@@ -48,7 +48,8 @@ class QtMainLoop::Nested {
 };
 
 void QtMainLoop::post(Work work) {
-  QMetaObject::invokeMethod(&receiver_, std::move(work), Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      &receiver_, [work = std::move(work)] { work(); }, Qt::QueuedConnection);
 }
 
 std::unique_ptr<platform::port::MainLoop::Timer> QtMainLoop::startTimer(platform::Duration delay,

@@ -8,8 +8,8 @@
 
 namespace linux_desktop {
 
-/// The main loop on Qt's. Needs the application object and outlives nothing that it was handed:
-/// work that was posted or is due later is dropped with it.
+/// The main loop on Qt's. Needs the application object. Work that was posted or is due later is
+/// dropped with it.
 class QtMainLoop final : public platform::port::MainLoop {
  public:
   QtMainLoop() = default;
@@ -24,9 +24,8 @@ class QtMainLoop final : public platform::port::MainLoop {
   [[nodiscard]] platform::MonotonicTime now() const override;
   [[nodiscard]] platform::WallTime wallClock() const override;
 
-  /// The program is being ended from outside: every `run` and `sleep` on the stack returns once the
-  /// current event is done, and later ones return at once.
-  void terminate();
+  /// Ends sleeps early too: the program may be ended from outside, by a signal.
+  void terminate() override;
 
  private:
   class Nested;

@@ -1,6 +1,7 @@
 #include "desktop/linux/tray/BusObject.h"
 
 #include <QDBusVariant>
+#include <utility>
 
 #include "desktop/linux/tray/TrayLog.h"
 
@@ -11,10 +12,10 @@ const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 
 }  // namespace
 
-BusObject::BusObject(const QDBusConnection& connection, const QString& path, BusInterface interface,
+BusObject::BusObject(QDBusConnection connection, QString path, BusInterface interface,
                      std::function<void(const QString& caller)> called)
-    : connection_(connection),
-      path_(path),
+    : connection_(std::move(connection)),
+      path_(std::move(path)),
       interface_(std::move(interface)),
       called_(std::move(called)) {
   if (!connection_.registerVirtualObject(path_, this))

@@ -29,7 +29,7 @@ struct BusInterface {
 class BusObject final : public QDBusVirtualObject {
  public:
   /// `called` is told the bus name of the caller before each call that is answered.
-  BusObject(const QDBusConnection& connection, const QString& path, BusInterface interface,
+  BusObject(QDBusConnection connection, QString path, BusInterface interface,
             std::function<void(const QString& caller)> called = {});
   ~BusObject() override;
   BusObject(const BusObject&) = delete;
@@ -37,7 +37,7 @@ class BusObject final : public QDBusVirtualObject {
 
   void emitSignal(const QString& name, const QVariantList& arguments = {}) const;
 
-  QString introspect(const QString& path) const override;
+  [[nodiscard]] QString introspect(const QString& path) const override;
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:

@@ -1,6 +1,5 @@
 #include "desktop/linux/tray/MenuOpening.h"
 
-#include <QMetaObject>
 #include <chrono>
 #include <utility>
 
@@ -77,8 +76,7 @@ void MenuOpening::reportEnd(std::optional<std::size_t> chosen) {
 }
 
 void MenuOpening::reportEndLater(std::optional<std::size_t> chosen) {
-  QMetaObject::invokeMethod(
-      &later_, [this, chosen] { reportEnd(chosen); }, Qt::QueuedConnection);
+  QTimer::singleShot(0, &later_, [this, chosen] { reportEnd(chosen); });
 }
 
 }  // namespace linux_desktop

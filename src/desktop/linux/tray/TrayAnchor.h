@@ -18,7 +18,6 @@ class TrayAnchor {
  public:
   /// The best that is known now. Asks the X server.
   [[nodiscard]] Anchor anchor() const;
-  [[nodiscard]] QPoint anchorPoint() const { return anchor().point; }
 
   // For the tray itself.
   /// The pointer is on the icon now.

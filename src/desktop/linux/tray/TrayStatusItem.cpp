@@ -14,11 +14,17 @@ QString freshConnectionName() {
 
 }  // namespace
 
+void ObservedClient::statusItemClicked(platform::NSEventType type) {
+  // A copy: the observer may put another in its place.
+  if (const std::function<void()> clicked = clicked_) clicked();
+  client_.statusItemClicked(type);
+}
+
 TrayStatusItem::TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemClient& client)
     : bar_(bar),
       client_(client),
       image_(&bar.images().rendered(nullptr)),
-      opening_(client),
+      opening_(client_),
       ownMenu_(opening_),
       connection_(bar.hasBus() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus,
                                                                freshConnectionName())
@@ -49,12 +55,11 @@ void TrayStatusItem::setImage(const platform::NSImage* image) {
 void TrayStatusItem::openMenu(const platform::NSMenu& menu) {
   const MenuEntries entries = entriesOf(menu);
   if (busMenu_) busMenu_->setEntries(entries);
-  const bool draw = drawsMenu_ || !opening_.inProgress();
-  drawsMenu_ = false;
+  std::optional<QPoint> place = std::exchange(menuPlace_, std::nullopt);
+  // When no panel waits for the menu either, the application opens it by itself.
+  if (!place && !opening_.inProgress()) place = anchor().point;
   opening_.attach();
-  const QPoint place =
-      std::exchange(menuPlace_, std::nullopt).value_or(bar_.anchor().anchorPoint());
-  if (draw) ownMenu_.popUp(entries, place);
+  if (place) ownMenu_.popUp(entries, *place);
 }
 
 bool TrayStatusItem::isShown() const {
@@ -67,12 +72,7 @@ Anchor TrayStatusItem::anchor() const {
 
 void TrayStatusItem::menuRequested(QPoint at) {
   menuPlace_ = at;
-  drawsMenu_ = true;
   opening_.begin(MenuOpening::Sign::Asked);
-}
-
-void TrayStatusItem::tellObserver() const {
-  if (activationObserver_) activationObserver_();
 }
 
 void TrayStatusItem::registerWith(const QString& watcher) {
@@ -94,17 +94,14 @@ QRect TrayStatusItem::geometry() const {
 
 void TrayStatusItem::activated() {
   bar_.rememberPointer();
-  tellObserver();
-  opening_
-      .end();  // xfce4-panel keeps the closing to itself; a menu that is still open takes clicks
+  // xfce4-panel keeps the closing of a menu to itself. While one is open it takes the clicks.
+  opening_.end();
   client_.statusItemClicked(platform::NSEventType::LeftMouseUp);
 }
 
 void TrayStatusItem::menuAsked() {
   bar_.rememberPointer();
-  tellObserver();
-  drawsMenu_ = true;
-  opening_.begin(MenuOpening::Sign::Asked);
+  menuRequested(anchor().point);
 }
 
 }  // namespace linux_desktop

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QPoint>
+#include <cstddef>
 #include <functional>
-#include <memory>
 #include <optional>
 
 #include "desktop/linux/tray/DBusMenu.h"
@@ -17,6 +18,21 @@
 namespace linux_desktop {
 
 class TrayStatusBar;
+
+/// The item's client, with somebody who is told of the clicks first.
+class ObservedClient final : public platform::port::StatusItemClient {
+ public:
+  explicit ObservedClient(platform::port::StatusItemClient& client) : client_(client) {}
+  void setObserver(std::function<void()> clicked) { clicked_ = std::move(clicked); }
+
+  void statusItemClicked(platform::NSEventType type) override;
+  void menuItemChosen(std::size_t index) override { client_.menuItemChosen(index); }
+  void menuDidClose() override { client_.menuDidClose(); }
+
+ private:
+  platform::port::StatusItemClient& client_;
+  std::function<void()> clicked_;
+};
 
 /// One icon, shown by whichever tray there is.
 class TrayStatusItem final : public platform::port::StatusItemPeer, public StatusItemAnchor {
@@ -33,7 +49,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   [[nodiscard]] Anchor anchor() const override;
   void menuRequested(QPoint at) override;
   void setActivationObserver(std::function<void()> activated) override {
-    activationObserver_ = std::move(activated);
+    client_.setObserver(std::move(activated));
   }
 
   /// Makes the item known to a watcher that does not know it.
@@ -46,16 +62,13 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
  private:
   void activated();
   void menuAsked();
-  void tellObserver() const;
 
   TrayStatusBar& bar_;
-  platform::port::StatusItemClient& client_;
+  ObservedClient client_;
   const StatusImage* image_;
   MenuOpening opening_;
   OwnMenu ownMenu_;
-  bool drawsMenu_ = false;           // the menu in progress is drawn by us
-  std::optional<QPoint> menuPlace_;  // where a window asked for it
-  std::function<void()> activationObserver_;
+  std::optional<QPoint> menuPlace_;  // where we are to draw the menu that was asked for, if we are
 
   /// The item's own: hosts drop an icon when the connection that offered it ends.
   QDBusConnection connection_;

@@ -7,6 +7,7 @@
 #include <QDBusVariant>
 #include <chrono>
 #include <climits>
+#include <utility>
 
 #include "desktop/linux/tray/TrayLog.h"
 
@@ -22,7 +23,8 @@ const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 }  // namespace
 
-WatcherConnection::WatcherConnection(const QDBusConnection& connection) : connection_(connection) {
+WatcherConnection::WatcherConnection(QDBusConnection connection)
+    : connection_(std::move(connection)) {
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);
   connect(&patience_, &QTimer::timeout, this, [this] {

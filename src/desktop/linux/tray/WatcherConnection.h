@@ -22,7 +22,7 @@ class WatcherConnection : public QObject {
     Ready,      // icons are drawn
   };
 
-  explicit WatcherConnection(const QDBusConnection& connection);
+  explicit WatcherConnection(QDBusConnection connection);
 
   [[nodiscard]] State state() const { return state_; }
   /// The watcher's own bus name, which is another after each restart; empty when there is none.
@@ -33,11 +33,10 @@ class WatcherConnection : public QObject {
   /// There is a watcher that knows nothing of us yet.
   void watcherAppeared();
 
- private slots:
-  void hostAppeared();
-  void hostDisappeared();
-
  private:
+  Q_SLOT void hostAppeared();
+  Q_SLOT void hostDisappeared();
+
   void lookForOwner();
   void takeOwner(const QString& owner);
   void askForHost();

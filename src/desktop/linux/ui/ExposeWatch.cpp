@@ -36,7 +36,8 @@ void onceExposed(QWindow& window, std::function<void()> exposed) {
   if (window.isExposed()) {
     exposed();
   } else {
-    std::make_unique<ExposeWatch>(window, std::move(exposed)).release();
+    // The window owns it.
+    static_cast<void>(std::make_unique<ExposeWatch>(window, std::move(exposed)).release());
   }
 }
 

@@ -74,6 +74,8 @@ QtAlert::~QtAlert() {
   box_->hide();
   // Its own event may be what destroys us.
   box_.release()->deleteLater();
+  // Not every window manager gives the keyboard back to the window that the alert took it from.
+  if (services_.alerts == 0 && !services_.shown.empty()) services_.shown.back()->makeKey();
 }
 
 void QtAlert::finish(std::size_t button) {

@@ -39,9 +39,10 @@ QColor withLightness(const QColor& color, double lightness) {
 /// `color`, lighter or darker by as little as makes `fits` true; itself where nothing does.
 template <typename Fits>
 QColor nearest(const QColor& color, const Fits& fits) {
-  constexpr double kStep = 0.01;
+  constexpr int kSteps = 100;
   const double lightness = color.toHsl().lightnessF();
-  for (double distance = 0; distance <= 1; distance += kStep) {
+  for (int step = 0; step <= kSteps; ++step) {
+    const double distance = static_cast<double>(step) / kSteps;
     for (const double candidate : {lightness - distance, lightness + distance}) {
       const QColor result = withLightness(color, candidate);
       if (fits(result)) return result;
@@ -66,7 +67,7 @@ constexpr std::array kStyles{
 }  // namespace
 
 double contrast(const QColor& one, const QColor& other) {
-  const auto [dark, light] = std::minmax(luminance(one), luminance(other));
+  const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
   return (light + 0.05) / (dark + 0.05);
 }
 
@@ -98,8 +99,7 @@ QColor Theme::text() const {
 }
 
 QColor Theme::secondaryText() const {
-  constexpr double kStep = 0.05;
-  for (double share = 0.35; share > 0; share -= kStep) {
+  for (const double share : {0.35, 0.3, 0.25, 0.2, 0.15, 0.1, 0.05}) {
     const QColor candidate = mixed(text(), window(), share);
     if (contrast(candidate, window()) >= kTextContrast) return candidate;
   }

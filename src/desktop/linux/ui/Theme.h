@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QPalette>
+#include <utility>
 
 #include "platform/appkit/NSColor.h"
 #include "platform/appkit/NSTextField.h"
@@ -20,7 +21,7 @@ inline constexpr double kShapeContrast = 3.0;
 /// that it is never older than the theme.
 class Theme {
  public:
-  explicit Theme(const QPalette& palette) : palette_(palette) {}
+  explicit Theme(QPalette palette) : palette_(std::move(palette)) {}
 
   [[nodiscard]] QColor color(const platform::NSColor& color) const;
 
