@@ -86,7 +86,11 @@ void SoundServer::startPipeWire() {
   throwUnless(until([&] { return isListening(runtime_ / "pipewire-0"); }),
               "pipewire: " + engine_->errorOutput());
   launch({"wireplumber"});
-  front_ = &launch({"pipewire-pulse"});
+  // Now and then pipewire-pulse 0.3 ends without a word while the session manager is starting too.
+  for (int attempt = 0; attempt < 3 && (front_ == nullptr || !front_->running()); ++attempt) {
+    front_ = &launch({"pipewire-pulse"});
+    until([this] { return !front_->running() || runPactl({"info"}).succeeded(); });
+  }
   awaitAnswers();
   for (const std::string& sink : sinks_) addSink(sink);
   // Refused until the session manager offers its settings.
