@@ -9,8 +9,8 @@
 
 #include "controls/CToggleButton.h"
 #include "desktop/linux/loop/QtMainLoop.h"
-#include "desktop/linux/ui/QtWindows.h"
 #include "desktop/linux/tray/StatusItemAnchor.h"
+#include "desktop/linux/ui/QtWindows.h"
 #include "platform/Desktop.h"
 #include "platform/Runtime.h"
 #include "platform/appkit/NSStackView.h"
