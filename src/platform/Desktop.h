@@ -3,11 +3,17 @@
 #include "platform/port/AudioObjects.h"
 #include "platform/port/Automation.h"
 #include "platform/port/DefaultsStore.h"
+#include "platform/port/DesktopPictures.h"
 #include "platform/port/MainLoop.h"
+#include "platform/port/RunningApplications.h"
+#include "platform/port/Screens.h"
 #include "platform/port/Session.h"
+#include "platform/port/Spaces.h"
 #include "platform/port/StandardOutput.h"
 #include "platform/port/StatusBar.h"
+#include "platform/port/SystemServices.h"
 #include "platform/port/UpdateService.h"
+#include "platform/port/WindowList.h"
 #include "platform/port/Windows.h"
 
 namespace platform {
@@ -28,10 +34,18 @@ class Desktop {
   virtual port::Session& session() = 0;
   virtual port::Windows& windows() = 0;
   virtual port::StatusBar& statusBar() = 0;
+  virtual port::Screens& screens() = 0;
+  [[nodiscard]] virtual port::SystemVersion systemVersion() const = 0;
 
   virtual port::AudioObjects* audioObjects() { return nullptr; }
   virtual port::Automation* automation() { return nullptr; }
   virtual port::UpdateService* updates() { return nullptr; }
+  virtual port::Spaces* spaces() { return nullptr; }
+  virtual port::RunningApplications* runningApplications() { return nullptr; }
+  virtual port::DesktopPictures* desktopPictures() { return nullptr; }
+  virtual port::WindowList* windowList() { return nullptr; }
+  virtual port::ForeignPreferences* foreignPreferences() { return nullptr; }
+  virtual port::DistributedNotifications* distributedNotifications() { return nullptr; }
 };
 
 }  // namespace platform

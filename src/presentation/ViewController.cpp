@@ -6,46 +6,51 @@
 #include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSImage.h"
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "settings/SettingsKeys.h"
 
 namespace presentation {
 
 using controls::CToggleButton;
+using platform::DispatchQueue;
 using platform::NSUserDefaults;
 
 namespace {
 
 constexpr std::int64_t kMasterIndex = 99;
 constexpr std::int64_t kWallpaperIndex = 55;
+constexpr double kCoverDelay = 1;
 constexpr const char* kModeOnImage = "logo-active-small";
 constexpr const char* kModeOffImage = "logo-initial-small";
 
 }  // namespace
 
-/// One feature of the mode: its switch, where that is kept, and what it does. A feature without
-/// operations is kept and restored, and there is nothing to call for it.
+/// One feature of the mode: its switch, where that is kept, and what flipping it does while the
+/// mode is on.
 struct ViewController::Feature {
   std::int64_t index;
   std::weak_ptr<CToggleButton> ViewController::*outlet;
   std::string_view key;
-  void (ViewController::*turnOn)();
-  void (ViewController::*turnOff)();
+  Operation turnOn;
+  Operation turnOff;
 
   static const std::array<Feature, 5> all;
 };
 
 const std::array<ViewController::Feature, 5> ViewController::Feature::all{{
     {11, &ViewController::toggleButtonHideDesktopIcons, settings::kUserdefaultsToggleDesktopIcons,
-     nullptr, nullptr},
+     &ViewController::doHideDesktopIcon, &ViewController::doShowDesktopIcon},
     {22, &ViewController::toggleButtonDisableNotifications, settings::kUserdefaultsToggleDnd,
-     nullptr, nullptr},
+     &ViewController::turnOnDoNotDisturb, &ViewController::turnOffDoNotDisturb},
     {33, &ViewController::toggleButtonHideActiveApps, settings::kUserdefaultsToggleHideActiveApps,
-     nullptr, nullptr},
+     &ViewController::hideAllApps, &ViewController::showAllHiddenApps},
     {44, &ViewController::toggleButtonTurnOffSpeaker, settings::kUserdefaultsToggleSpeakerOff,
      &ViewController::muteSpeaker, &ViewController::unmuteSpeaker},
     {kWallpaperIndex, &ViewController::toggleButtonChangeWallpaper,
-     settings::kUserdefaultsToggleWallpaper, nullptr, nullptr},
+     settings::kUserdefaultsToggleWallpaper, &ViewController::applyWallpaperAndRefresh,
+     &ViewController::restoreWallpapersAndRefresh},
 }};
 
 // --- Life cycle ---
@@ -116,8 +121,7 @@ void ViewController::btnToggleClickedWithNotification(
   const Feature* feature = featureWithIndex(*index);
   if (feature == nullptr) return;
   if (toggle(&ViewController::toggleButtonPresentationMode).isOn()) {
-    const auto operation = *isOn ? feature->turnOn : feature->turnOff;
-    if (operation != nullptr) (this->*operation)();
+    (this->*(*isOn ? feature->turnOn : feature->turnOff))();
   }
   NSUserDefaults::standardUserDefaults().setBool(*isOn, feature->key);
 }
@@ -147,12 +151,49 @@ void ViewController::togglePresentationMode() {
 
 void ViewController::startPresentationMode() {
   showMode(kModeOnImage);
-  if (toggle(&ViewController::toggleButtonTurnOffSpeaker).isOn()) muteSpeaker();
+  const bool coversIcons = isOn(&ViewController::toggleButtonHideDesktopIcons);
+  if (isOn(&ViewController::toggleButtonChangeWallpaper)) {
+    applySelectedWallpaper();
+    if (coversIcons) deferCoverUpdate(&ViewController::doHideDesktopIcon);
+  } else if (coversIcons) {
+    doHideDesktopIcon();
+  }
+  if (isOn(&ViewController::toggleButtonDisableNotifications)) turnOnDoNotDisturb();
+  if (isOn(&ViewController::toggleButtonHideActiveApps)) hideAllApps();
+  if (isOn(&ViewController::toggleButtonTurnOffSpeaker)) muteSpeaker();
 }
 
 void ViewController::stopPresentationMode() {
   showMode(kModeOffImage);
-  if (toggle(&ViewController::toggleButtonTurnOffSpeaker).isOn()) unmuteSpeaker();
+  if (isOn(&ViewController::toggleButtonHideDesktopIcons)) doShowDesktopIcon();
+  if (isOn(&ViewController::toggleButtonChangeWallpaper)) restoreOldWallpapers();
+  if (isOn(&ViewController::toggleButtonDisableNotifications)) turnOffDoNotDisturb();
+  if (isOn(&ViewController::toggleButtonHideActiveApps)) showAllHiddenApps();
+  if (isOn(&ViewController::toggleButtonTurnOffSpeaker)) unmuteSpeaker();
+}
+
+void ViewController::applyWallpaperAndRefresh() {
+  applySelectedWallpaper();
+  if (isOn(&ViewController::toggleButtonHideDesktopIcons)) {
+    deferCoverUpdate(&ViewController::spaceChange);
+  }
+}
+
+void ViewController::restoreWallpapersAndRefresh() {
+  restoreOldWallpapers();
+  if (isOn(&ViewController::toggleButtonHideDesktopIcons)) {
+    deferCoverUpdate(&ViewController::spaceChange);
+  }
+}
+
+void ViewController::deferCoverUpdate(Operation operation) {
+  const auto self = std::static_pointer_cast<ViewController>(shared_from_this());
+  DispatchQueue::globalQueue().async([self, operation] {
+    DispatchQueue::mainQueue().async([self, operation] {
+      platform::NSRunLoop::mainRunLoop().sleep(kCoverDelay);
+      ((*self).*operation)();
+    });
+  });
 }
 
 void ViewController::showMode(const char* imageName) {
@@ -165,6 +206,13 @@ const platform::ClassDescription& ViewController::classDescription() const {
   static constexpr std::array messages{
       platform::message<&ViewController::btnToggleClickedWithNotification>(
           "btnToggleClickedWithNotification:"),
+      platform::message<&ViewController::hideAllApps>("hideAllApps"),
+      platform::message<&ViewController::showAllHiddenApps>("showAllHiddenApps"),
+      platform::message<&ViewController::doHideDesktopIcon>("doHideDesktopIcon"),
+      platform::message<&ViewController::doShowDesktopIcon>("doShowDesktopIcon"),
+      platform::message<&ViewController::spaceChange>("spaceChange"),
+      platform::message<&ViewController::screenChangedWithNotification>(
+          "screenChangedWithNotification:"),
   };
   static constexpr std::array outlets{
       platform::outlet<&ViewController::toggleButtonPresentationMode>(

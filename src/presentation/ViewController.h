@@ -3,11 +3,17 @@
 #include <any>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "controls/CToggleButton.h"
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"
+#include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/foundation/NSTimer.h"
+#include "presentation/BGWindow.h"
 #include "presentation/PanelHost.h"
 
 namespace presentation {
@@ -53,6 +59,50 @@ class ViewController final : public platform::NSViewController {
   /// entries "isOn" (Bool) and "index" (integer) is ignored.
   void btnToggleClickedWithNotification(const platform::NSNotification& notification);
 
+  // --- Desktop icons (DesktopCovers.cpp) ---
+  /// Puts a cover on every screen and follows changes of the space and of the screens.
+  void doHideDesktopIcon();
+  /// Takes all covers down and follows no more.
+  void doShowDesktopIcon();
+  /// Gives each cover the picture of its screen. While the feature's switch is off: does nothing.
+  void spaceChange();
+  void screenChangedWithNotification(const platform::NSNotification& notification);
+  /// In the order of the window list, each of the capture's size in pixels.
+  [[nodiscard]] static std::vector<std::shared_ptr<platform::NSImage>> captureDesktopPictures();
+  /// The new cover, already among `transWindow`.
+  std::shared_ptr<BGWindow> makeCoverWindow(const platform::NSScreen& screen);
+  /// The covers; cover i was made for screen i.
+  [[nodiscard]] const std::vector<std::shared_ptr<BGWindow>>& transWindow() const {
+    return transWindow_;
+  }
+
+  // --- Do Not Disturb (DoNotDisturb.cpp) ---
+  void turnOnDoNotDisturb();
+  void turnOffDoNotDisturb();
+
+  // --- Other applications (HidingApplications.cpp) ---
+  /// Hides every regular application but Finder, at once and again after the current event.
+  void hideAllApps();
+  /// Shows every regular application that is hidden, whoever hid it.
+  void showAllHiddenApps();
+
+  // --- Wallpaper (WallpaperSwap.cpp) ---
+  /// One remembered desktop picture; both are set.
+  struct structScreenUrl {
+    std::shared_ptr<platform::NSScreen> screen;
+    std::optional<platform::NSURL> url;
+  };
+  /// Remembers every screen's picture, then shows the chosen one, if there is one, on every screen.
+  void applySelectedWallpaper();
+  /// Puts the remembered pictures back and forgets them.
+  void restoreOldWallpapers();
+  /// Keeps the screen's scaling. A refusal is one line on standard output.
+  static void setWallpaper(const std::string& path, const platform::NSScreen& screen);
+  /// What `restoreOldWallpapers` would put back.
+  [[nodiscard]] const std::vector<structScreenUrl>& oldWallpaperUrl() const {
+    return oldWallpaperUrl_;
+  }
+
   // --- Speaker (SpeakerMute.cpp) ---
   void muteSpeaker();
   void unmuteSpeaker();
@@ -66,6 +116,16 @@ class ViewController final : public platform::NSViewController {
   [[nodiscard]] controls::CToggleButton& toggle(
       std::weak_ptr<controls::CToggleButton> ViewController::*outlet) const;
 
+  using Operation = void (ViewController::*)();
+
+  void applyWallpaperAndRefresh();
+  void restoreWallpapersAndRefresh();
+  /// Runs the operation a second after the current event, of which the main thread sleeps: time for
+  /// the desktop to show a new wallpaper.
+  void deferCoverUpdate(Operation operation);
+  [[nodiscard]] bool isOn(std::weak_ptr<controls::CToggleButton> ViewController::*outlet) const {
+    return toggle(outlet).isOn();
+  }
   void restoreFeatureSwitches();
   void startPresentationMode();
   void stopPresentationMode();
@@ -74,6 +134,9 @@ class ViewController final : public platform::NSViewController {
   void refuseWallpaper();
 
   std::function<PanelHost&()> host_;
+  std::vector<structScreenUrl> oldWallpaperUrl_;
+  std::shared_ptr<platform::NSTimer> timerScreenChanged_;
+  std::vector<std::shared_ptr<BGWindow>> transWindow_;
 };
 
 }  // namespace presentation

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "platform/Runtime.h"
+#include "platform/appkit/NSScreen.h"
 #include "platform/appkit/NSStoryboard.h"
+#include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSRunLoop.h"
 
 namespace platform {
@@ -78,6 +80,13 @@ void NSApplication::activateIgnoringOtherApps(bool ignoreOtherApps) {
 void NSApplication::applicationShouldReopen() {
   NSRunLoop::mainRunLoop().deliver(
       [this] { applicationDelegate().applicationShouldHandleReopen(); });
+}
+
+void NSApplication::screenParametersDidChange() {
+  NSRunLoop::mainRunLoop().deliver([] {
+    NSNotificationCenter::defaultCenter().postNotificationName(
+        NSApplicationDidChangeScreenParametersNotification);
+  });
 }
 
 const ClassDescription& NSApplication::classDescription() const {

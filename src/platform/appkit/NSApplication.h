@@ -7,6 +7,7 @@
 
 #include "platform/appkit/NSEvent.h"
 #include "platform/foundation/NSObject.h"
+#include "platform/port/Screens.h"
 #include "platform/port/Session.h"
 
 namespace platform {
@@ -23,7 +24,9 @@ class NSApplicationDelegate {
 };
 
 /// The application: its delegate, its events and the end of the responder chain. Main thread only.
-class NSApplication final : public NSObject, private port::SessionClient {
+class NSApplication final : public NSObject,
+                            private port::SessionClient,
+                            private port::ScreensClient {
  public:
   NSApplication();
   ~NSApplication() override;
@@ -59,6 +62,7 @@ class NSApplication final : public NSObject, private port::SessionClient {
 
  private:
   void applicationShouldReopen() override;
+  void screenParametersDidChange() override;
   [[nodiscard]] NSApplicationDelegate& applicationDelegate();
 
   std::shared_ptr<NSObject> delegate_;

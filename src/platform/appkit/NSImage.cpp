@@ -17,6 +17,15 @@ struct NamedImages {
 NSImage::NSImage(std::string name, std::string_view bytes)
     : name_(std::move(name)), bytes_(bytes) {}
 
+std::shared_ptr<NSImage> NSImage::initWithCGImage(CGImage capture, NSSize size) {
+  auto image = std::make_shared<NSImage>("", "");
+  const NSSize pixels{static_cast<double>(capture->pixelWidth()),
+                      static_cast<double>(capture->pixelHeight())};
+  image->size_ = size == NSSize{} ? pixels : size;
+  image->capture_ = std::move(capture);
+  return image;
+}
+
 std::shared_ptr<NSImage> NSImage::imageNamed(std::string_view name) {
   auto& images = Runtime::current().instance<NamedImages>()->images;
   if (const auto found = images.find(name); found != images.end()) return found->second;

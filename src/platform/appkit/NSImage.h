@@ -4,26 +4,35 @@
 #include <string>
 #include <string_view>
 
+#include "platform/coregraphics/CGWindow.h"
 #include "platform/foundation/NSObject.h"
 
 namespace platform {
 
-/// A named picture of the application's resources, kept as the bytes of its file (SVG). Immutable;
-/// the desktop renders it at the sizes that it needs.
+/// A picture: a named one of the application's resources, kept as the bytes of its file (SVG),
+/// which the desktop renders at the sizes that it needs; or a capture. Immutable.
 class NSImage final : public NSObject {
  public:
   NSImage(std::string name, std::string_view bytes);
+  /// `size` in points; (0, 0) takes the capture's size in pixels.
+  [[nodiscard]] static std::shared_ptr<NSImage> initWithCGImage(CGImage capture, NSSize size);
 
   /// The image resource of that name, the same object each time; null when there is none.
   [[nodiscard]] static std::shared_ptr<NSImage> imageNamed(std::string_view name);
 
   [[nodiscard]] const std::string& name() const { return name_; }
-  /// The SVG text. Lives as long as the process.
+  /// In points; (0, 0) for a resource, which has no size of its own.
+  [[nodiscard]] NSSize size() const { return size_; }
+  /// Null for a resource.
+  [[nodiscard]] const CGImage& capture() const { return capture_; }
+  /// The SVG text; empty for a capture. Lives as long as the process.
   [[nodiscard]] std::string_view bytes() const { return bytes_; }
 
  private:
   std::string name_;
   std::string_view bytes_;
+  CGImage capture_;
+  NSSize size_;
 };
 
 }  // namespace platform

@@ -7,6 +7,13 @@ std::shared_ptr<NSImageView> NSImageView::initWithCoder(const NSCoder& coder) {
   return view->decode(coder) ? view : nullptr;
 }
 
+std::shared_ptr<NSImageView> NSImageView::initWithFrame(NSRect frame) {
+  auto view = std::make_shared<NSImageView>();
+  view->setFrame(frame);
+  view->size_ = {frame.width, frame.height};
+  return view;
+}
+
 bool NSImageView::decode(const NSCoder& coder) {
   if (!NSView::decode(coder)) return false;
   if (const auto name = coder.attribute("image")) {

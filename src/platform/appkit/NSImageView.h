@@ -10,6 +10,8 @@ class NSImageView final : public NSView {
  public:
   [[nodiscard]] static std::shared_ptr<NSImageView> initWithCoder(const NSCoder& coder);
 
+  [[nodiscard]] static std::shared_ptr<NSImageView> initWithFrame(NSRect frame);
+
   [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Image; }
   [[nodiscard]] const std::shared_ptr<NSImage>& image() const { return image_; }
   void setImage(std::shared_ptr<NSImage> image);

@@ -25,7 +25,7 @@ void NSPopover::showRelativeToRect(NSRect, NSView& view, NSRectEdge) {
 void NSPopover::performClose(NSObject*) {
   if (!isShown()) return;
   controller_->viewWillDisappear();
-  window_->orderOut();
+  window_->orderOut(nullptr);
   controller_->viewDidDisappear();
 }
 

@@ -6,8 +6,15 @@
 #include "platform/Runtime.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSRunLoop.h"
+#include "platform/foundation/ProgrammingError.h"
 
 namespace platform {
+
+NSWindow::NSWindow(NSRect contentRect, NSWindowStyle style, NSBackingStoreType, bool,
+                   const NSScreen& screen)
+    : style_(style),
+      frame_{screen.frame().x + contentRect.x, screen.frame().y + contentRect.y, contentRect.width,
+             contentRect.height} {}
 
 NSWindow::~NSWindow() {
   peer_.reset();
@@ -28,13 +35,18 @@ void NSWindow::show(const port::Placement& placement) {
     // A new peer reads the whole model, so nothing that changed before is news to it.
     peer_ = Runtime::current().desktop().windows().createWindow(*this, *this);
     changes_.clear();
+    frameChanged_ = false;
   }
   displayIfNeeded();
   visible_ = true;
   peer_->show(placement);
 }
 
-void NSWindow::orderOut() {
+void NSWindow::orderBack(NSObject*) {
+  show(port::PlacedAtFrame{.behind = true});
+}
+
+void NSWindow::orderOut(NSObject*) {
   if (!visible_) return;
   visible_ = false;
   key_ = false;
@@ -45,9 +57,17 @@ void NSWindow::makeKeyWindow() {
   if (visible_) peer_->makeKey();
 }
 
+void NSWindow::setFrame(NSRect frame, bool display, bool animate) {
+  if (display || animate) programmingError("a window's frame changes with the next display only");
+  if (frame == frame_) return;
+  frame_ = frame;
+  frameChanged_ = true;
+  displaySoon();
+}
+
 void NSWindow::displayIfNeeded() {
-  if (!peer_ || changes_.empty()) return;
-  peer_->update(std::exchange(changes_, {}));
+  if (!peer_ || (changes_.empty() && !frameChanged_)) return;
+  peer_->update(std::exchange(changes_, {}), std::exchange(frameChanged_, false));
 }
 
 void NSWindow::viewDidChange(NSView& view, ViewChange change) {
@@ -58,6 +78,10 @@ void NSWindow::viewDidChange(NSView& view, ViewChange change) {
     return;
   }
   changes_.push_back({std::static_pointer_cast<NSView>(view.shared_from_this()), change});
+  displaySoon();
+}
+
+void NSWindow::displaySoon() {
   if (std::exchange(displayScheduled_, true)) return;
   NSRunLoop::mainRunLoop().beforeWaiting([weak = weak_from_this()] {
     if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) {

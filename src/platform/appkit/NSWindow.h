@@ -5,16 +5,28 @@
 #include <string>
 #include <vector>
 
+#include "platform/appkit/NSScreen.h"
 #include "platform/appkit/NSView.h"
+#include "platform/coregraphics/CGWindow.h"
 #include "platform/port/Windows.h"
 
 namespace platform {
 
 /// What a window looks like around its content.
 enum class NSWindowStyle {
+  Borderless,  ///< nothing; it does not take the keyboard
   Titled,
   Popover,  ///< floats at what it belongs to, without a title bar
 };
+
+/// Which spaces a window is on, with the platform's numbers.
+enum class NSWindowCollectionBehavior { Default = 0, CanJoinAllSpaces = 1 };
+/// How a window comes and goes, with the platform's numbers.
+enum class NSWindowAnimationBehavior { Default = 0, None = 2 };
+/// How a window's pixels are kept, with the platform's number.
+enum class NSBackingStoreType { Buffered = 2 };
+
+class NSWindowController;
 
 /// Told what the user does with a window.
 class NSWindowDelegate {
@@ -26,9 +38,13 @@ class NSWindowDelegate {
 
 /// A window: a tree of views that is shown on a screen as a whole. It has a peer of the desktop
 /// from the first time it is shown. Changes of its views reach the peer once a turn of the loop.
-class NSWindow final : public NSObject, private ViewHost, private port::WindowClient {
+class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
  public:
   explicit NSWindow(NSWindowStyle style) : style_(style) {}
+  /// A window with that content rectangle, relative to `screen`'s lower left corner. Pixels are
+  /// always buffered, and a peer always made only when it is needed (`defer`).
+  NSWindow(NSRect contentRect, NSWindowStyle style, NSBackingStoreType backing, bool defer,
+           const NSScreen& screen);
   ~NSWindow() override;
 
   [[nodiscard]] NSWindowStyle style() const { return style_; }
@@ -39,10 +55,47 @@ class NSWindow final : public NSObject, private ViewHost, private port::WindowCl
   /// Not owned; outlives its being set.
   void setDelegate(NSWindowDelegate* delegate) { delegate_ = delegate; }
 
+  // --- Where and how it is shown ---
+  /// In points, in the coordinates of all screens. Means something for a borderless window.
+  [[nodiscard]] const NSRect& frame() const { return frame_; }
+  /// `display`: redraws at once. `animate`: moves there visibly. Neither is asked for by anyone;
+  /// true is a programming error.
+  void setFrame(NSRect frame, bool display, bool animate);
+  [[nodiscard]] NSWindowCollectionBehavior collectionBehavior() const { return spaces_; }
+  void setCollectionBehavior(NSWindowCollectionBehavior behavior) { spaces_ = behavior; }
+  [[nodiscard]] CGWindowLevel level() const { return level_; }
+  void setLevel(CGWindowLevel level) { level_ = level; }
+  /// Whether hiding the application hides the window too.
+  [[nodiscard]] bool canHide() const { return canHide_; }
+  void setCanHide(bool can) { canHide_ = can; }
+  [[nodiscard]] bool isExcludedFromWindowsMenu() const { return excludedFromWindowsMenu_; }
+  void setExcludedFromWindowsMenu(bool excluded) { excludedFromWindowsMenu_ = excluded; }
+  [[nodiscard]] bool hidesOnDeactivate() const { return hidesOnDeactivate_; }
+  void setHidesOnDeactivate(bool hides) { hidesOnDeactivate_ = hides; }
+  /// Whether the platform opens the window again at the next launch.
+  [[nodiscard]] bool isRestorable() const { return restorable_; }
+  void setRestorable(bool restorable) { restorable_ = restorable; }
+  [[nodiscard]] NSWindowAnimationBehavior animationBehavior() const { return animation_; }
+  void setAnimationBehavior(NSWindowAnimationBehavior behavior) { animation_ = behavior; }
+  [[nodiscard]] virtual bool acceptsFirstResponder() const { return true; }
+  /// The layer keeps neither cursor rectangles nor a queue of events for a window, so both find
+  /// nothing to discard; a desktop is never asked to keep any.
+  void discardCursorRects() {}
+  void discardEventsMatchingMask(NSEventMask) {}
+  /// Null when the window has none.
+  [[nodiscard]] std::shared_ptr<NSWindowController> windowController() const {
+    return controller_.lock();
+  }
+  void setWindowController(const std::shared_ptr<NSWindowController>& controller) {
+    controller_ = controller;
+  }
+
   [[nodiscard]] bool isVisible() const { return visible_; }
   [[nodiscard]] bool isKeyWindow() const { return key_; }
   void show(const port::Placement& placement);
-  void orderOut();
+  /// Shows the window behind the others of its level.
+  void orderBack(NSObject* sender);
+  void orderOut(NSObject* sender);
   /// Asks the desktop for the keyboard.
   void makeKeyWindow();
   /// Sends what has changed to the peer now rather than at the end of the turn.
@@ -61,12 +114,24 @@ class NSWindow final : public NSObject, private ViewHost, private port::WindowCl
   static void sendMouseEvent(NSView& view, const NSEvent& event,
                              void (NSView::*handler)(const NSEvent&));
 
+  void displaySoon();
+
   NSWindowStyle style_;
+  NSRect frame_;
+  CGWindowLevel level_ = CGWindowLevelForKey(CGWindowLevelKey::Normal);
+  NSWindowCollectionBehavior spaces_ = NSWindowCollectionBehavior::Default;
+  NSWindowAnimationBehavior animation_ = NSWindowAnimationBehavior::Default;
+  std::weak_ptr<NSWindowController> controller_;
   std::string title_;
   std::shared_ptr<NSView> contentView_;
   NSWindowDelegate* delegate_ = nullptr;
   std::unique_ptr<port::WindowPeer> peer_;
   std::vector<port::ChangedView> changes_;
+  bool frameChanged_ = false;
+  bool canHide_ = true;
+  bool excludedFromWindowsMenu_ = false;
+  bool hidesOnDeactivate_ = false;
+  bool restorable_ = true;
   bool displayScheduled_ = false;
   bool visible_ = false;
   bool key_ = false;

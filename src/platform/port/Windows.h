@@ -26,7 +26,12 @@ struct PlacedByDesktop {};
 struct PlacedAtStatusItem {
   StatusItemPeer* item = nullptr;
 };
-using Placement = std::variant<PlacedByDesktop, PlacedAtStatusItem>;
+/// At the window's own frame and level.
+struct PlacedAtFrame {
+  /// Behind the windows of its level, else in front of them.
+  bool behind = false;
+};
+using Placement = std::variant<PlacedByDesktop, PlacedAtStatusItem, PlacedAtFrame>;
 
 /// What a window's peer reports, on the main thread and never from inside a call of the peer.
 class WindowClient {
@@ -59,12 +64,15 @@ class WindowPeer {
   virtual ~WindowPeer() = default;
 
   /// Puts the window on the screen, in front of the application's others. Shown again: moves it.
+  /// A borderless window appears once it has content: at no moment is it seen empty.
   virtual void show(const Placement& placement) = 0;
   virtual void hide() = 0;
   /// Asks for the keyboard; the desktop may refuse.
   virtual void makeKey() = 0;
-  /// The model changed. Comes once a turn of the loop at most, with each view once.
-  virtual void update(const std::vector<ChangedView>& changes) = 0;
+  /// The window's frame or its views changed. Comes once a turn of the loop at most, with each view
+  /// once; what it tells reaches the screen as a whole. A content view that was replaced is among
+  /// the changes.
+  virtual void update(const std::vector<ChangedView>& changes, bool frameChanged) = 0;
 };
 
 /// Windows and alerts.

@@ -1,0 +1,64 @@
+#include "platform/appkit/NSWorkspace.h"
+
+#include "platform/Runtime.h"
+#include "platform/foundation/NSRunLoop.h"
+
+namespace platform {
+namespace {
+
+Desktop& desktop() {
+  return Runtime::current().desktop();
+}
+
+}  // namespace
+
+NSWorkspace::NSWorkspace() : notificationCenter_(std::make_shared<NSNotificationCenter>()) {
+  if (port::Spaces* spaces = desktop().spaces()) spaces->setClient(this);
+}
+
+NSWorkspace::~NSWorkspace() {
+  if (port::Spaces* spaces = desktop().spaces()) spaces->setClient(nullptr);
+}
+
+NSWorkspace& NSWorkspace::sharedWorkspace() {
+  return *Runtime::current().instance<NSWorkspace>();
+}
+
+void NSWorkspace::activeSpaceDidChange() {
+  NSRunLoop::mainRunLoop().deliver([this] {
+    notificationCenter_->postNotificationName(NSWorkspaceActiveSpaceDidChangeNotification);
+  });
+}
+
+std::vector<std::shared_ptr<NSRunningApplication>> NSWorkspace::runningApplications() const {
+  std::vector<std::shared_ptr<NSRunningApplication>> applications;
+  const port::RunningApplications* service = desktop().runningApplications();
+  if (service == nullptr) return applications;
+  for (port::ApplicationInfo& info : service->runningApplications()) {
+    applications.push_back(std::make_shared<NSRunningApplication>(std::move(info)));
+  }
+  return applications;
+}
+
+std::optional<NSURL> NSWorkspace::desktopImageURLForScreen(const NSScreen& screen) const {
+  const port::DesktopPictures* service = desktop().desktopPictures();
+  const auto path = service == nullptr ? std::nullopt : service->path(screen.id());
+  if (!path) return std::nullopt;
+  return NSURL::fileURLWithPath(*path);
+}
+
+std::optional<Dictionary> NSWorkspace::desktopImageOptionsForScreen(const NSScreen& screen) const {
+  const port::DesktopPictures* service = desktop().desktopPictures();
+  return service == nullptr ? std::nullopt : service->options(screen.id());
+}
+
+std::optional<NSError> NSWorkspace::setDesktopImageURL(const NSURL& url, const NSScreen& screen,
+                                                       const Dictionary& options) {
+  port::DesktopPictures* service = desktop().desktopPictures();
+  if (service == nullptr) return NSError{"This desktop offers no way to set its picture."};
+  auto reason = service->set(url.path(), screen.id(), options);
+  if (!reason) return std::nullopt;
+  return NSError{std::move(*reason)};
+}
+
+}  // namespace platform

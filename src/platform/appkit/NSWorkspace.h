@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/appkit/NSRunningApplication.h"
+#include "platform/appkit/NSScreen.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "platform/foundation/NSURL.h"
+#include "platform/port/Spaces.h"
+
+namespace platform {
+
+/// Posted to the workspace's own notification center when the user went to another space.
+inline constexpr const char* NSWorkspaceActiveSpaceDidChangeNotification =
+    "NSWorkspaceActiveSpaceDidChangeNotification";
+
+/// Why a request to the workspace was refused.
+struct NSError {
+  std::string localizedDescription;
+};
+
+/// What is on the desktop besides ourselves: applications, desktop pictures, spaces. Main thread
+/// only. What the desktop has no service for is empty, and setting it fails.
+class NSWorkspace final : public NSObject, private port::SpacesClient {
+ public:
+  NSWorkspace();
+  ~NSWorkspace() override;
+
+  [[nodiscard]] static NSWorkspace& sharedWorkspace();
+
+  /// Where the notifications of the workspace are posted.
+  [[nodiscard]] NSNotificationCenter& notificationCenter() { return *notificationCenter_; }
+
+  [[nodiscard]] std::vector<std::shared_ptr<NSRunningApplication>> runningApplications() const;
+
+  [[nodiscard]] std::optional<NSURL> desktopImageURLForScreen(const NSScreen& screen) const;
+  [[nodiscard]] std::optional<Dictionary> desktopImageOptionsForScreen(
+      const NSScreen& screen) const;
+  /// None on success.
+  [[nodiscard]] std::optional<NSError> setDesktopImageURL(const NSURL& url, const NSScreen& screen,
+                                                          const Dictionary& options);
+
+ private:
+  void activeSpaceDidChange() override;
+
+  std::shared_ptr<NSNotificationCenter> notificationCenter_;
+};
+
+}  // namespace platform
