@@ -5,9 +5,11 @@
 #include <vector>
 
 #include "desktop/simulated/CallLog.h"
+#include "desktop/simulated/SimulatedApplications.h"
 #include "desktop/simulated/SimulatedAudioObjects.h"
 #include "desktop/simulated/SimulatedAutomation.h"
 #include "desktop/simulated/SimulatedMainLoop.h"
+#include "desktop/simulated/SimulatedScreens.h"
 #include "desktop/simulated/SimulatedStatusBar.h"
 #include "desktop/simulated/SimulatedWindows.h"
 #include "platform/Desktop.h"
@@ -61,6 +63,16 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedSession& session() override { return userSession; }
   SimulatedWindows& windows() override { return screen; }
   SimulatedStatusBar& statusBar() override { return tray; }
+  SimulatedScreens& screens() override { return displays; }
+  [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return version; }
+  SimulatedSpaces* spaces() override { return &workspaces; }
+  SimulatedApplications* runningApplications() override {
+    return hasApplications ? &applications : nullptr;
+  }
+  SimulatedDesktopPictures* desktopPictures() override { return hasPictures ? &pictures : nullptr; }
+  SimulatedWindowList* windowList() override { return hasWindowList ? &windowsOnScreen : nullptr; }
+  SimulatedForeignPreferences* foreignPreferences() override { return &preferences; }
+  SimulatedDistributedNotifications* distributedNotifications() override { return &messages; }
   SimulatedAudioObjects* audioObjects() override { return hasAudio ? &audio : nullptr; }
   SimulatedAutomation* automation() override { return hasAutomation ? &scripts : nullptr; }
   SimulatedUpdates* updates() override { return hasUpdates ? &updateService : nullptr; }
@@ -78,11 +90,22 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedAudioObjects audio{log};
   SimulatedAutomation scripts{log};
   SimulatedUpdates updateService;
+  SimulatedScreens displays;
+  SimulatedSpaces workspaces;
+  SimulatedApplications applications{log};
+  SimulatedDesktopPictures pictures{log};
+  SimulatedWindowList windowsOnScreen;
+  SimulatedForeignPreferences preferences{log};
+  SimulatedDistributedNotifications messages{log};
+  platform::port::SystemVersion version{12, 0, 0};
 
   // Levers: which optional services there are.
   bool hasAudio = true;
   bool hasAutomation = true;
   bool hasUpdates = true;
+  bool hasApplications = true;
+  bool hasPictures = true;
+  bool hasWindowList = true;
 };
 
 }  // namespace simulated

@@ -38,7 +38,9 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
       }
     });
   }
-  void update(const std::vector<platform::port::ChangedView>&) override { ++windows_.updates_; }
+  void update(const std::vector<platform::port::ChangedView>&, bool) override {
+    ++windows_.updates_;
+  }
 
   platform::port::WindowClient& client;
   platform::NSWindow& window;
@@ -106,6 +108,14 @@ void SimulatedWindows::escape() {
 std::size_t SimulatedWindows::visibleWindowCount() const {
   return static_cast<std::size_t>(
       std::ranges::count_if(windows_, [](const Window* window) { return window->visible; }));
+}
+
+std::vector<platform::NSWindow*> SimulatedWindows::visibleWindows() const {
+  std::vector<platform::NSWindow*> visible;
+  for (const Window* window : windows_) {
+    if (window->visible) visible.push_back(&window->window);
+  }
+  return visible;
 }
 
 }  // namespace simulated

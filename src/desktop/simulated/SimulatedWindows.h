@@ -43,6 +43,8 @@ class SimulatedWindows final : public platform::port::Windows {
   // --- What is there ---
   [[nodiscard]] std::size_t windowCount() const { return windows_.size(); }
   [[nodiscard]] std::size_t visibleWindowCount() const;
+  /// The windows on the screen, the first shown first.
+  [[nodiscard]] std::vector<platform::NSWindow*> visibleWindows() const;
   /// How often changes of the model reached a window.
   [[nodiscard]] int updates() const { return updates_; }
 
