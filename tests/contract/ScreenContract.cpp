@@ -75,7 +75,7 @@ TEST_P(DesktopContract, AWindowIsOnTheScreenFromShowToHide) {
     EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
     reports.during([&] { peer->show(platform::port::PlacedByDesktop{}); });
     reports.during([&] { peer->makeKey(); });
-    reports.during([&] { peer->update({{model.view, platform::ViewChange::Layer}}); });
+    reports.during([&] { peer->update({{model.view, platform::ViewChange::Layer}}, false); });
     reports.during([&] { peer->hide(); });
     EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
   }

@@ -16,6 +16,8 @@
 #include "desktop/linux/process/UserSession.h"
 #include "desktop/linux/tray/TrayStatusBar.h"
 #include "desktop/linux/ui/QtWindows.h"
+#include "desktop/linux/windowsystem/PlainWindowSystem.h"
+#include "desktop/linux/x11/X11WindowSystem.h"
 
 namespace linux_desktop {
 namespace {
@@ -30,6 +32,12 @@ bool isDisplayReachable() {
   const bool reachable = xcb_connection_has_error(connection) == 0;
   xcb_disconnect(connection);
   return reachable;
+}
+
+/// By what the interface is on.
+std::unique_ptr<WindowSystem> openWindowSystem() {
+  if (auto x11 = X11WindowSystem::open()) return x11;
+  return std::make_unique<PlainWindowSystem>();
 }
 
 }  // namespace
@@ -54,7 +62,8 @@ struct LinuxDesktop::Services {
   StandardOutputStream output;
   SettingsFile settings;
   TrayStatusBar tray;
-  QtWindows windows{loop};
+  std::unique_ptr<WindowSystem> windowSystem = openWindowSystem();
+  QtWindows windows{loop, windowSystem->covers()};
   PulseAudioObjects audio;
   TerminationSignals signals_{[this] { loop.terminate(); }};
 };
@@ -102,8 +111,24 @@ platform::port::Windows& LinuxDesktop::windows() {
 platform::port::StatusBar& LinuxDesktop::statusBar() {
   return services_->tray;
 }
+platform::port::Screens& LinuxDesktop::screens() {
+  return services_->windowSystem->screens();
+}
+platform::port::SystemVersion LinuxDesktop::systemVersion() const {
+  // Notifications are silenced by a script from this version on, and ours ends at the daemon.
+  return {12, 0, 0};
+}
 platform::port::AudioObjects* LinuxDesktop::audioObjects() {
   return &services_->audio;
+}
+platform::port::Spaces* LinuxDesktop::spaces() {
+  return services_->windowSystem->spaces();
+}
+platform::port::RunningApplications* LinuxDesktop::runningApplications() {
+  return services_->windowSystem->runningApplications();
+}
+platform::port::WindowList* LinuxDesktop::windowList() {
+  return services_->windowSystem->windowList();
 }
 
 }  // namespace linux_desktop

@@ -11,9 +11,9 @@ namespace linux_desktop {
 /// for the settings. One a process.
 class LinuxDesktop final : public platform::Desktop {
  public:
-  /// How this start of the program goes on: with a desktop, or, where there is nothing for it to do,
-  /// by ending with an exit status. That is 0 when the program runs already and has been told to
-  /// show itself; 1, after one line on standard error, when it hangs or there is no display.
+  /// How this start of the program goes on: with a desktop, or, where there is nothing for it to
+  /// do, by ending with an exit status. That is 0 when the program runs already and has been told
+  /// to show itself; 1, after one line on standard error, when it hangs or there is no display.
   [[nodiscard]] static std::variant<std::unique_ptr<LinuxDesktop>, int> open(int& argc,
                                                                              char** argv);
   ~LinuxDesktop() override;
@@ -24,7 +24,12 @@ class LinuxDesktop final : public platform::Desktop {
   platform::port::Session& session() override;
   platform::port::Windows& windows() override;
   platform::port::StatusBar& statusBar() override;
+  platform::port::Screens& screens() override;
+  [[nodiscard]] platform::port::SystemVersion systemVersion() const override;
   platform::port::AudioObjects* audioObjects() override;
+  platform::port::Spaces* spaces() override;
+  platform::port::RunningApplications* runningApplications() override;
+  platform::port::WindowList* windowList() override;
 
  private:
   struct Process;

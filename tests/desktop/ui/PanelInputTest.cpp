@@ -56,7 +56,7 @@ TEST_F(PanelInputTest, PressIsReleasedWhenThePanelGoesOrTheFocusMovesOn) {
   key(Qt::Key_Tab);
   EXPECT_TRUE(first->isOn());
   QTest::mousePress(widgetOf(*second), Qt::LeftButton);
-  window->orderOut();
+  window->orderOut(nullptr);
   EXPECT_FALSE(second->isOn()) << "nothing is reported from inside a call";
   EXPECT_TRUE(until([this] { return second->isOn(); }));
 }

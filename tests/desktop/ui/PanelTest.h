@@ -20,7 +20,7 @@ class PanelTest : public UiTest, public platform::NSWindowDelegate {
     window->setContentView(content);
     window->setDelegate(this);
   }
-  ~PanelTest() override { window->orderOut(); }
+  ~PanelTest() override { window->orderOut(nullptr); }
 
   void windowShouldClose() override { ++closes; }
   void userActedElsewhere() override { ++actsElsewhere; }

@@ -60,7 +60,7 @@ TEST_F(QtWindowsTest, WithoutATrayThePanelIsAWindowWithTheMenu) {
   key(Qt::Key_Space);
   EXPECT_EQ(item.menuRequests, 1);
 
-  window->orderOut();
+  window->orderOut(nullptr);
   item.shown = true;
   show();
   EXPECT_TRUE(panel()->windowFlags().testFlag(Qt::FramelessWindowHint));

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 
+#include "desktop/linux/windowsystem/QtScreens.h"
 #include "platform/foundation/ProgrammingError.h"
 
 namespace ui_test {
@@ -50,8 +51,11 @@ struct UiTest::Desk final : platform::Desktop {
   platform::port::Session& session() override { return silent; }
   platform::port::Windows& windows() override { return qtWindows; }
   platform::port::StatusBar& statusBar() override { absent(); }
+  platform::port::Screens& screens() override { return qtScreens; }
+  [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return {}; }
 
   SilentSession silent;
+  linux_desktop::QtScreens qtScreens;
   linux_desktop::QtMainLoop loop;
   linux_desktop::QtWindows qtWindows{loop};
   platform::Runtime runtime{*this};

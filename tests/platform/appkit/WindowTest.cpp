@@ -57,7 +57,7 @@ TEST_F(WindowTest, ChangesAreShownBeforeASleepAndBeforeAShow) {
   desk.loop.at(durationOf(0.5), [this] { EXPECT_EQ(desk.screen.updates(), 1); });
   NSRunLoop::mainRunLoop().sleep(1);
   EXPECT_EQ(desk.screen.updates(), 1);
-  window->orderOut();
+  window->orderOut(nullptr);
   view->setHidden(false);
   window->show(port::PlacedByDesktop{});
   EXPECT_EQ(desk.screen.updates(), 2);
@@ -97,12 +97,12 @@ TEST_F(WindowTest, AWindowThatGoesLeavesItsViewsAlone) {
 
 TEST_F(WindowTest, OnlyAVisibleWindowAsksForTheKeyboard) {
   window->makeKeyWindow();
-  window->orderOut();
+  window->orderOut(nullptr);
   show();
   window->makeKeyWindow();
   desk.loop.settle();
   EXPECT_TRUE(window->isKeyWindow());
-  window->orderOut();
+  window->orderOut(nullptr);
   EXPECT_FALSE(window->isKeyWindow());
   window->makeKeyWindow();
   EXPECT_EQ(desk.log.calls(), (Calls{"window.show", "window.makeKey", "window.hide"}));

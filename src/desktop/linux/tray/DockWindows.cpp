@@ -11,7 +11,7 @@
 #include <span>
 #include <string_view>
 
-#include "desktop/linux/tray/XcbReply.h"
+#include "desktop/linux/x11/XReply.h"
 
 namespace linux_desktop {
 namespace {
@@ -30,7 +30,7 @@ Atoms internAtoms(xcb_connection_t* x) {
                                kAtomNames[i].data());
   Atoms atoms{};
   for (std::size_t i = 0; i < AtomCount; ++i) {
-    const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, asked[i], nullptr));
+    const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, asked[i], nullptr));
     if (reply) atoms[i] = reply->atom;
   }
   return atoms;
@@ -42,7 +42,7 @@ xcb_get_property_cookie_t ask(xcb_connection_t* x, xcb_window_t window, xcb_atom
 }
 
 std::vector<std::uint32_t> answer(xcb_connection_t* x, xcb_get_property_cookie_t asked) {
-  const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(x, asked, nullptr));
+  const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(x, asked, nullptr));
   if (!reply || reply->format != 32) return {};
   const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
   return {first, first + reply->value_len};
@@ -73,8 +73,8 @@ std::optional<DockWindow> answer(xcb_connection_t* x, const Question& asked,
                                  std::optional<xcb_atom_t> type) {
   const auto types = answer(x, asked.type);
   const auto pid = answer(x, asked.pid);
-  const XcbReply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(x, asked.size, nullptr));
-  const XcbReply<xcb_translate_coordinates_reply_t> place(
+  const XReply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(x, asked.size, nullptr));
+  const XReply<xcb_translate_coordinates_reply_t> place(
       xcb_translate_coordinates_reply(x, asked.place, nullptr));
   if (type && std::ranges::find(types, *type) == types.end()) return std::nullopt;
   if (!size || !place) return std::nullopt;
@@ -97,7 +97,7 @@ std::vector<DockWindow> look(xcb_connection_t* x, xcb_window_t root,
 }
 
 std::vector<std::uint32_t> childrenOf(xcb_connection_t* x, xcb_window_t window) {
-  const XcbReply<xcb_query_tree_reply_t> tree(
+  const XReply<xcb_query_tree_reply_t> tree(
       xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
   if (!tree) return {};
   const std::span children(xcb_query_tree_children(tree.get()), tree->children_len);

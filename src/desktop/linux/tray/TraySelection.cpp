@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 #include <string>
 
-#include "desktop/linux/tray/XcbReply.h"
+#include "desktop/linux/x11/XReply.h"
 
 namespace linux_desktop {
 namespace {
@@ -27,7 +27,7 @@ Screen defaultScreen(xcb_connection_t* connection) {
 xcb_atom_t intern(xcb_connection_t* connection, const std::string& name) {
   const auto asked =
       xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-  const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, asked, nullptr));
+  const XReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, asked, nullptr));
   return atom ? atom->atom : XCB_NONE;
 }
 
@@ -44,7 +44,7 @@ TraySelection::TraySelection() : connection_(connectionOfQt()) {
   selection_ = intern(connection_, "_NET_SYSTEM_TRAY_S" + std::to_string(screen.number));
   xembed_ = intern(connection_, "_XEMBED");
   askForChanges(screen.root);
-  const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+  const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
       connection_, xcb_get_selection_owner(connection_, selection_), nullptr));
   if (owner) owner_ = owner->owner;
 }

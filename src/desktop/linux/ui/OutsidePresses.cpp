@@ -53,7 +53,7 @@ void OutsidePresses::select() {
 void OutsidePresses::read() {
   std::optional<xcb_timestamp_t> time;
   std::optional<QPoint> place;
-  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(server_->get())}) {
+  while (const auto event = server_->nextEvent()) {
     const auto press = timeOfPress(*event);
     if (!press) continue;
     time = press;
@@ -85,7 +85,7 @@ std::optional<QPoint> OutsidePresses::pointer() const {
 void OutsidePresses::discardPending() {
   // Once the server has answered, what it sent before has arrived.
   static_cast<void>(pointer());
-  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(server_->get())}) continue;
+  while (const auto event = server_->nextEvent()) continue;
 }
 
 }  // namespace linux_desktop

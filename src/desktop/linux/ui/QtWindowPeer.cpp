@@ -104,7 +104,7 @@ void QtWindowPeer::makeKey() {
   });
 }
 
-void QtWindowPeer::update(const std::vector<port::ChangedView>& changes) {
+void QtWindowPeer::update(const std::vector<port::ChangedView>& changes, bool) {
   const CallScope scope(calls_);
   const auto& content = model_.contentView();
   const bool isOther = std::ranges::any_of(changes, [&content](const port::ChangedView& changed) {

@@ -34,7 +34,7 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void show(const platform::port::Placement& placement) override;
   void hide() override;
   void makeKey() override;
-  void update(const std::vector<platform::port::ChangedView>& changes) override;
+  void update(const std::vector<platform::port::ChangedView>& changes, bool frameChanged) override;
 
   /// The native window, for alerts that stand in front of it; null before the first time.
   [[nodiscard]] QWindow* handle() const;

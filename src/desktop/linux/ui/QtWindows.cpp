@@ -5,20 +5,38 @@
 
 #include "desktop/linux/ui/QtAlert.h"
 #include "desktop/linux/ui/QtWindowPeer.h"
+#include "platform/appkit/NSWindow.h"
 
 namespace linux_desktop {
+namespace {
 
-QtWindows::QtWindows(const platform::port::MainLoop& loop)
+/// Stands in for a cover where there can be none.
+class NeverShown final : public platform::port::WindowPeer {
+ public:
+  void show(const platform::port::Placement&) override {}
+  void hide() override {}
+  void makeKey() override {}
+  void update(const std::vector<platform::port::ChangedView>&, bool) override {}
+};
+
+}  // namespace
+
+QtWindows::QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers)
     : services_{.clock = [&loop] { return loop.now(); },
                 .server = XServer::connect(),
                 .alerts = 0,
-                .shown = {}} {
+                .shown = {}},
+      covers_(covers) {
   // The program lives in the tray, with and without windows.
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
 std::unique_ptr<platform::port::WindowPeer> QtWindows::createWindow(
     platform::NSWindow& window, platform::port::WindowClient& client) {
+  if (window.level() < CGWindowLevelForKey(platform::CGWindowLevelKey::Normal)) {
+    if (covers_ == nullptr) return std::make_unique<NeverShown>();
+    return covers_->createCover(window, client);
+  }
   return std::make_unique<QtWindowPeer>(window, client, services_);
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop/linux/ui/LayerAccessibility.h"
 #include "desktop/linux/ui/WindowServices.h"
+#include "desktop/linux/windowsystem/CoverWindows.h"
 #include "platform/port/MainLoop.h"
 #include "platform/port/Windows.h"
 
@@ -10,8 +11,9 @@ namespace linux_desktop {
 /// Windows and alerts as Qt widgets. Needs the QApplication; one at a time.
 class QtWindows final : public platform::port::Windows {
  public:
-  /// `loop` is for its clock and outlives this, as this does its peers.
-  explicit QtWindows(const platform::port::MainLoop& loop);
+  /// `loop` is for its clock. `covers` makes the windows below all others; null: they never come to
+  /// the screen. Both outlive this, as this does its peers.
+  explicit QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers = nullptr);
 
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createWindow(
       platform::NSWindow& window, platform::port::WindowClient& client) override;
@@ -21,6 +23,7 @@ class QtWindows final : public platform::port::Windows {
 
  private:
   WindowServices services_;
+  CoverWindows* covers_;
   LayerAccessibility accessibility_;
 };
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "desktop/linux/ui/LayerWidget.h"
-#include "desktop/linux/ui/XServer.h"
+#include "desktop/linux/x11/XServer.h"
 
 namespace linux_desktop {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "desktop/linux/ui/PopoverPlacement.h"
-#include "desktop/linux/ui/XServer.h"
+#include "desktop/linux/x11/XServer.h"
 
 namespace linux_desktop {
 

@@ -2,7 +2,7 @@
 
 #include <QWindow>
 
-#include "desktop/linux/ui/XServer.h"
+#include "desktop/linux/x11/XServer.h"
 
 namespace linux_desktop {
 

@@ -1,9 +1,9 @@
-#include "desktop/linux/ui/XServer.h"
+#include "desktop/linux/x11/XServer.h"
 
 #include <QGuiApplication>
 #include <algorithm>
 
-#include "desktop/linux/ui/UiLog.h"
+#include "desktop/linux/x11/XLog.h"
 
 namespace linux_desktop {
 namespace {
@@ -30,7 +30,7 @@ std::unique_ptr<XServer> XServer::connect() {
   int screen = 0;
   Connection connection(xcb_connect(nullptr, &screen));
   if (xcb_connection_has_error(connection.get()) != 0) {
-    qCWarning(lcUi) << "no second connection to the X server; the panel is placed without it";
+    qCWarning(lcX11) << "no second connection to the X server; the program goes on without it";
     return nullptr;
   }
   return std::unique_ptr<XServer>(new XServer(std::move(connection), screen));
@@ -106,11 +106,21 @@ xcb_timestamp_t XServer::time() {
   xcb_change_property(get(), XCB_PROP_MODE_APPEND, own_, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
                       nullptr);
   xcb_flush(get());
-  while (const XReply<xcb_generic_event_t> event{xcb_wait_for_event(get())}) {
-    if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) continue;
-    return reinterpret_cast<const xcb_property_notify_event_t*>(event.get())->time;
+  while (XReply<xcb_generic_event_t> event{xcb_wait_for_event(get())}) {
+    const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+    if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY && change->window == own_) {
+      return change->time;
+    }
+    kept_.push_back(std::move(event));
   }
   return XCB_CURRENT_TIME;
+}
+
+XReply<xcb_generic_event_t> XServer::nextEvent() {
+  if (kept_.empty()) return XReply<xcb_generic_event_t>(xcb_poll_for_event(get()));
+  XReply<xcb_generic_event_t> event = std::move(kept_.front());
+  kept_.pop_front();
+  return event;
 }
 
 }  // namespace linux_desktop

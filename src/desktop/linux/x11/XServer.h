@@ -3,7 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <QRect>
-#include <cstdlib>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <span>
@@ -12,14 +12,9 @@
 #include <unordered_map>
 #include <vector>
 
-namespace linux_desktop {
+#include "desktop/linux/x11/XReply.h"
 
-struct FreeReply {
-  void operator()(void* memory) const { std::free(memory); }
-};
-/// What xcb hands out.
-template <class T>
-using XReply = std::unique_ptr<T, FreeReply>;
+namespace linux_desktop {
 
 /// A connection of our own to the X server that the interface is on. Its questions wait for the
 /// server's answer. A window that is gone answers nothing. Main thread only.
@@ -41,8 +36,11 @@ class XServer {
   [[nodiscard]] std::optional<QRect> geometry(xcb_window_t window);
   /// Whether windows may be translucent and round now.
   [[nodiscard]] bool isComposited();
-  /// The server's time now.
+  /// The server's time now. Events that arrive meanwhile are kept for `nextEvent`.
   [[nodiscard]] xcb_timestamp_t time();
+
+  /// The next event or error that has arrived, in the order of arrival; null when there is none.
+  [[nodiscard]] XReply<xcb_generic_event_t> nextEvent();
 
  private:
   struct Disconnect {
@@ -57,6 +55,7 @@ class XServer {
   xcb_window_t root_ = XCB_NONE;
   xcb_window_t own_ = XCB_NONE;
   std::unordered_map<std::string, xcb_atom_t> atoms_;
+  std::deque<XReply<xcb_generic_event_t>> kept_;
 };
 
 }  // namespace linux_desktop

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "desktop/linux/windowsystem/CoverWindows.h"
+#include "platform/port/RunningApplications.h"
+#include "platform/port/Screens.h"
+#include "platform/port/Spaces.h"
+#include "platform/port/WindowList.h"
+
+namespace linux_desktop {
+
+/// What each window system does in its own way, behind one seam; everything else of the desktop is
+/// shared. A null pointer: this window system cannot do it, and has said so in one line.
+class WindowSystem {
+ public:
+  virtual ~WindowSystem() = default;
+
+  virtual platform::port::Screens& screens() = 0;
+  virtual CoverWindows* covers() { return nullptr; }
+  virtual platform::port::WindowList* windowList() { return nullptr; }
+  virtual platform::port::Spaces* spaces() { return nullptr; }
+  virtual platform::port::RunningApplications* runningApplications() { return nullptr; }
+};
+
+}  // namespace linux_desktop

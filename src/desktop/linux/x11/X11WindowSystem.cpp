@@ -1,0 +1,15 @@
+#include "desktop/linux/x11/X11WindowSystem.h"
+
+#include <utility>
+
+namespace linux_desktop {
+
+std::unique_ptr<X11WindowSystem> X11WindowSystem::open() {
+  auto server = XServer::connect();
+  if (!server) return nullptr;
+  return std::unique_ptr<X11WindowSystem>(new X11WindowSystem(std::move(server)));
+}
+
+X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server) : server_(std::move(server)) {}
+
+}  // namespace linux_desktop

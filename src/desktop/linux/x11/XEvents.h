@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <functional>
+#include <list>
+#include <memory>
+
+#include "desktop/linux/x11/XServer.h"
+
+namespace linux_desktop {
+
+/// Hands the events of one connection to those who asked for them. Wakes the program only for what
+/// somebody watches. Main thread only; outlives its watches.
+class XEvents {
+ public:
+  using Handler = std::function<void(const xcb_generic_event_t& event)>;
+
+  /// Ends its watch when it goes, also from inside its own handler.
+  class Watch {
+   public:
+    virtual ~Watch() = default;
+  };
+
+  /// `server` outlives this and is read by nobody else.
+  explicit XEvents(XServer& server);
+  XEvents(const XEvents&) = delete;
+  XEvents& operator=(const XEvents&) = delete;
+
+  [[nodiscard]] XServer& server() const { return server_; }
+
+  /// Events about `window` of the kinds in `mask` (XCB_EVENT_MASK_...). Several may watch one
+  /// window; each gets what any of them asked for, so a handler looks at the type. A window that is
+  /// gone sends nothing more.
+  [[nodiscard]] std::unique_ptr<Watch> watch(xcb_window_t window, std::uint32_t mask,
+                                             Handler handler);
+  /// The event of an extension with this number (its first event plus the kind). Selecting it at
+  /// the server is the caller's affair.
+  [[nodiscard]] std::unique_ptr<Watch> watchExtension(std::uint8_t responseType, Handler handler);
+
+  /// Hands out what has arrived already. Comes by itself before the program waits.
+  void dispatch();
+
+ private:
+  struct Entry;
+  class Subscription;
+  using Entries = std::list<std::shared_ptr<Entry>>;
+
+  std::unique_ptr<Watch> add(std::shared_ptr<Entry> entry);
+  void select(xcb_window_t window);
+  void deliver(const xcb_generic_event_t& event);
+
+  XServer& server_;
+  Entries entries_;
+  QSocketNotifier notifier_;
+  QObject context_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,7 @@
+#include "desktop/linux/x11/XLog.h"
+
+namespace linux_desktop {
+
+Q_LOGGING_CATEGORY(lcX11, "calmdeck.x11", QtWarningMsg)
+
+}  // namespace linux_desktop
