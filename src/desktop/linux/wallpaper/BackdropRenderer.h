@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QImage>
+#include <QRect>
+
+#include "desktop/linux/wallpaper/Backdrop.h"
+#include "desktop/linux/windowsystem/Monitor.h"
+
+namespace linux_desktop {
+
+/// Where a desktop's layout differs from another's.
+struct BackdropLayout {
+  /// The rectangle around all monitors.
+  QRect desktop;
+  bool tilesFromDesktopOrigin = false;
+  bool spansByZooming = true;
+};
+
+/// The backdrop as the desktop draws it on `monitor`, opaque and of the monitor's size in pixels.
+/// Where the picture cannot be read the colours are all there is.
+[[nodiscard]] QImage renderBackdrop(const Backdrop& backdrop, const Monitor& monitor,
+                                    const BackdropLayout& layout);
+
+}  // namespace linux_desktop

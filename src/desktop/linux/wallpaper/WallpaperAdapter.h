@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "desktop/linux/wallpaper/Backdrop.h"
+#include "desktop/linux/windowsystem/Monitor.h"
+#include "platform/foundation/Value.h"
+
+namespace linux_desktop {
+
+/// One desktop's way of keeping the picture behind everything. One adapter a desktop; the table in
+/// WallpaperTable.h lists them. Main thread only; no operation takes longer than half a second, and
+/// where a desktop does not answer in that time it counts as a failure.
+class WallpaperAdapter {
+ public:
+  virtual ~WallpaperAdapter() = default;
+
+  /// What the monitor has been told to show on the present workspace. None when nobody knows or the
+  /// desktop does not answer.
+  [[nodiscard]] virtual std::optional<Backdrop> backdrop(const Monitor& monitor) = 0;
+
+  /// All that `restore` takes to put the monitor back as it is now, on every workspace: style,
+  /// colours, slide show, keys that are absent. None when the desktop does not answer.
+  [[nodiscard]] virtual std::optional<platform::Dictionary> state(const Monitor& monitor) = 0;
+
+  /// Shows the picture on that monitor on every workspace, with the monitor's own scaling (zoomed
+  /// where it shows no picture now). `file` is absolute and was found to be a picture that this
+  /// process can read. On failure nothing has changed and the reason comes back, in one line.
+  [[nodiscard]] virtual std::optional<std::string> show(const Monitor& monitor,
+                                                        const QString& file) = 0;
+
+  /// Puts back exactly what `state` told. The reason on failure.
+  [[nodiscard]] virtual std::optional<std::string> restore(const Monitor& monitor,
+                                                           const platform::Dictionary& state) = 0;
+
+  /// `changed` is called when what a monitor has been told to show may have become another, by
+  /// anybody. Empty: nothing is watched.
+  virtual void setChanged(std::function<void()> changed) = 0;
+
+  /// How this desktop lays its tiles: from the corner of the whole desktop rather than from each
+  /// monitor's own.
+  [[nodiscard]] virtual bool tilesFromDesktopOrigin() const { return false; }
+  /// Whether a spanned picture covers the whole desktop, the rest cut off, rather than fit inside.
+  [[nodiscard]] virtual bool spansByZooming() const { return true; }
+};
+
+}  // namespace linux_desktop
