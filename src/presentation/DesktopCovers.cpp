@@ -8,6 +8,7 @@
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/coregraphics/CGWindow.h"
 #include "platform/foundation/Print.h"
+#include "platform/foundation/UserInfoText.h"
 #include "presentation/BGWindow.h"
 #include "presentation/ViewController.h"
 
@@ -128,9 +129,7 @@ void ViewController::screenChangedWithNotification(const platform::NSNotificatio
     timerScreenChanged_->invalidate();
     timerScreenChanged_.reset();
   }
-  platform::print(notification.userInfo()
-                      ? "Optional(" + platform::description(*notification.userInfo()) + ")"
-                      : "nil");
+  platform::print(platform::userInfoText(notification.userInfo()));
   platform::print("userInfo");
   platform::print("userinfo *****");
   const auto screens = NSScreen::screens();

@@ -19,6 +19,11 @@ enum class Capability {
   ClickView,       ///< click
   ClickItem,       ///< isItemThere, clickItem
   AnswerAlert,     ///< answerAlert
+  Monitors,        ///< setMonitors
+  Spaces,          ///< goToSpace, and the port's spaces
+  WindowList,      ///< the port's window list
+  Pictures,        ///< makePicture, and the port's desktop pictures
+  Applications,    ///< openApplication, isApplicationSeen, and the port's running applications
 };
 
 /// A desktop under test, and the hands and eyes that a case needs to judge it. They are those of
@@ -55,6 +60,18 @@ class ContractDesk {
   [[nodiscard]] virtual bool isItemThere() = 0;
   virtual void clickItem(platform::NSEventType type) = 0;
   virtual void answerAlert(std::size_t button) = 0;
+
+  /// A monitor of each of these sizes in pixels, side by side with their upper edges in line; the
+  /// first is the primary one.
+  virtual void setMonitors(const std::vector<platform::NSSize>& sizes) = 0;
+  /// The user goes to that space; the first is 0, and there are two at least.
+  virtual void goToSpace(std::uint32_t space) = 0;
+  /// The path of a picture file, a new one each time.
+  [[nodiscard]] virtual std::string makePicture() = 0;
+  /// Another program starts with an ordinary window, which has come when this returns.
+  virtual void openApplication(const std::string& title) = 0;
+  /// Whether the window of the program that was opened last is on the screen.
+  [[nodiscard]] virtual bool isApplicationSeen() = 0;
 };
 
 /// A desktop that the suite runs against.

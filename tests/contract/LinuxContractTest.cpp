@@ -73,10 +73,14 @@ class LinuxContractDesk final : public ContractDesk {
   ~LinuxContractDesk() override {
     desktop_.reset();
     if (sink_) setOutputDevice(false);
+    if (monitorsChanged_) x_.server().setMonitors(harness::DeskOptions{}.monitors);
   }
 
   [[nodiscard]] platform::Desktop& desktop() override { return *desktop_; }
-  [[nodiscard]] std::optional<std::string> lacks(Capability) const override { return std::nullopt; }
+  [[nodiscard]] std::optional<std::string> lacks(Capability capability) const override {
+    if (isThere(capability)) return std::nullopt;
+    return "the desktop lacks the service";
+  }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& fact) override {
     auto& loop = desktop_->mainLoop();
@@ -134,7 +138,49 @@ class LinuxContractDesk final : public ContractDesk {
     x_.input().key("space");
   }
 
+  void setMonitors(const std::vector<platform::NSSize>& sizes) override {
+    std::vector<Rect> monitors;
+    for (const auto& [width, height] : sizes) {
+      monitors.push_back({monitors.empty() ? 0 : monitors.back().right(), 0,
+                          static_cast<int>(width), static_cast<int>(height)});
+    }
+    if (monitors == x_.server().monitors()) return;
+    x_.server().setMonitors(monitors);
+    monitorsChanged_ = true;
+  }
+  void goToSpace(std::uint32_t space) override {
+    x_.x().askWindowManager(x_.x().root(), "_NET_CURRENT_DESKTOP", {space, XCB_CURRENT_TIME});
+  }
+  [[nodiscard]] std::string makePicture() override {
+    static int last = 0;
+    const auto path = x_.home().home() / ("picture " + std::to_string(++last) + ".png");
+    x_.screenshot(path);
+    return path;
+  }
+  void openApplication(const std::string& title) override {
+    application_ = x_.openWindow(title, {100, 100, 300, 200}).id;
+  }
+  [[nodiscard]] bool isApplicationSeen() override {
+    const auto window = x_.windows().info(application_);
+    return window && window->viewable;
+  }
+
  private:
+  [[nodiscard]] bool isThere(Capability capability) const {
+    switch (capability) {
+      case Capability::Spaces:
+        return desktop_->spaces() != nullptr;
+      case Capability::WindowList:
+        return desktop_->windowList() != nullptr;
+      case Capability::Pictures:
+        return desktop_->desktopPictures() != nullptr;
+      case Capability::Applications:
+        return desktop_->runningApplications() != nullptr;
+      default:
+        return true;
+    }
+  }
+
   void start() {
     auto opened = LinuxDesktop::open(argc_, argv_);
     if (const int* status = std::get_if<int>(&opened)) {
@@ -167,6 +213,8 @@ class LinuxContractDesk final : public ContractDesk {
   std::optional<harness::TrayIconFinder> icon_;
   std::optional<Rect> place_;
   std::optional<std::string> sink_;
+  xcb_window_t application_ = XCB_NONE;
+  bool monitorsChanged_ = false;
   std::unique_ptr<LinuxDesktop> desktop_;
 };
 

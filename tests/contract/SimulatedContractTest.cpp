@@ -11,6 +11,8 @@ constexpr platform::AudioObjectPropertyAddress kMute{platform::kAudioDevicePrope
 
 class SimulatedContractDesk final : public ContractDesk {
  public:
+  SimulatedContractDesk() { setMonitors({{1280, 720}, {1024, 600}}); }
+
   [[nodiscard]] platform::Desktop& desktop() override { return *desk_; }
   [[nodiscard]] std::optional<std::string> lacks(Capability) const override { return std::nullopt; }
 
@@ -51,11 +53,42 @@ class SimulatedContractDesk final : public ContractDesk {
   }
   void answerAlert(std::size_t button) override { desk_->screen.answerAlert(button); }
 
+  void setMonitors(const std::vector<platform::NSSize>& sizes) override {
+    desk_->displays.list.clear();
+    desk_->windowsOnScreen.list.emplace();
+    double right = 0;
+    for (const auto& [width, height] : sizes) {
+      const std::string id = "M" + std::to_string(desk_->displays.list.size());
+      desk_->displays.list.push_back(
+          {id, {right, sizes.front().height - height, width, height}, 1});
+      desk_->pictures.pictures.try_emplace(id, "/pictures/" + id);
+      desk_->pictures.pictureOptions.try_emplace(id, platform::Dictionary{{"scaling", 3}});
+      desk_->windowsOnScreen.addDesktopPicture(
+          static_cast<std::uint32_t>(desk_->displays.list.size()), id,
+          static_cast<std::size_t>(width), static_cast<std::size_t>(height));
+      right += width;
+    }
+    desk_->displays.changed();
+  }
+  void goToSpace(std::uint32_t) override { desk_->workspaces.changed(); }
+  [[nodiscard]] std::string makePicture() override {
+    return "/pictures/new " + std::to_string(++lastPicture_);
+  }
+  void openApplication(const std::string& title) override {
+    desk_->applications.list.push_back(
+        {++lastApplication_, title, platform::NSApplicationActivationPolicy::Regular});
+  }
+  [[nodiscard]] bool isApplicationSeen() override {
+    return !desk_->applications.hidden.contains(lastApplication_);
+  }
+
  private:
   std::unique_ptr<simulated::SimulatedDesktop> desk_ =
       std::make_unique<simulated::SimulatedDesktop>();
   std::optional<platform::AudioObjectID> device_;
   platform::AudioObjectID lastDevice_ = 41;
+  platform::port::ApplicationId lastApplication_ = 0;
+  int lastPicture_ = 0;
 };
 
 INSTANTIATE_TEST_SUITE_P(Simulated, DesktopContract,

@@ -2,6 +2,7 @@
 
 #include "app/Classes.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSBundle.h"
 #include "resources/Resources.h"
 
@@ -20,6 +21,11 @@ void ApplicationTest::makeRuntime() {
 }
 
 void ApplicationTest::TearDown() {
+  // Only covers follow the desktop; for the rest of its life the panel hears of its switches alone.
+  if (desk.screen.coverCount() == 0) {
+    EXPECT_EQ(platform::NSWorkspace::sharedWorkspace().notificationCenter().observerCount(), 0U);
+    EXPECT_LE(platform::NSNotificationCenter::defaultCenter().observerCount(), 1U);
+  }
   runtime_.reset();
   EXPECT_EQ(desk.leftBehind(), std::vector<std::string>{});
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <set>
 #include <string>
@@ -26,14 +27,14 @@ class SimulatedApplications final : public platform::port::RunningApplications {
   }
   bool hide(Id application) override {
     log_.add("applications.hide " + std::to_string(application));
-    if (obstinate.contains(application)) return false;
+    if (!runs(application) || obstinate.contains(application)) return false;
     hidden.insert(application);
     return true;
   }
   bool unhide(Id application) override {
     log_.add("applications.unhide " + std::to_string(application));
     hidden.erase(application);
-    return true;
+    return runs(application);
   }
 
   std::vector<platform::port::ApplicationInfo> list;
@@ -42,6 +43,10 @@ class SimulatedApplications final : public platform::port::RunningApplications {
   std::set<Id> obstinate;
 
  private:
+  [[nodiscard]] bool runs(Id application) const {
+    return std::ranges::find(list, application, &platform::port::ApplicationInfo::id) != list.end();
+  }
+
   CallLog& log_;
 };
 
@@ -51,16 +56,20 @@ class SimulatedForeignPreferences final : public platform::port::ForeignPreferen
 
   void set(std::string_view key, std::optional<platform::Value> value,
            std::string_view application) override {
-    log_.add("preferences.set " + std::string(application) + " " + std::string(key));
+    log_.add((value ? "preferences.set " : "preferences.remove ") + std::string(application) + " " +
+             std::string(key));
     values.erase(std::string(key));
     if (value) values.emplace(key, *value);
   }
   bool synchronize(std::string_view application) override {
     log_.add("preferences.synchronize " + std::string(application));
+    if (synchronizes) stored = values;
     return synchronizes;
   }
 
+  /// As they were set, and as of the last synchronizing that worked.
   platform::Dictionary values;
+  platform::Dictionary stored;
   bool synchronizes = true;
 
  private:

@@ -65,14 +65,18 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedStatusBar& statusBar() override { return tray; }
   SimulatedScreens& screens() override { return displays; }
   [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return version; }
-  SimulatedSpaces* spaces() override { return &workspaces; }
+  SimulatedSpaces* spaces() override { return hasSpaces ? &workspaces : nullptr; }
   SimulatedApplications* runningApplications() override {
     return hasApplications ? &applications : nullptr;
   }
   SimulatedDesktopPictures* desktopPictures() override { return hasPictures ? &pictures : nullptr; }
   SimulatedWindowList* windowList() override { return hasWindowList ? &windowsOnScreen : nullptr; }
-  SimulatedForeignPreferences* foreignPreferences() override { return &preferences; }
-  SimulatedDistributedNotifications* distributedNotifications() override { return &messages; }
+  SimulatedForeignPreferences* foreignPreferences() override {
+    return hasPreferences ? &preferences : nullptr;
+  }
+  SimulatedDistributedNotifications* distributedNotifications() override {
+    return hasPreferences ? &messages : nullptr;
+  }
   SimulatedAudioObjects* audioObjects() override { return hasAudio ? &audio : nullptr; }
   SimulatedAutomation* automation() override { return hasAutomation ? &scripts : nullptr; }
   SimulatedUpdates* updates() override { return hasUpdates ? &updateService : nullptr; }
@@ -94,7 +98,7 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedSpaces workspaces;
   SimulatedApplications applications{log};
   SimulatedDesktopPictures pictures{log};
-  SimulatedWindowList windowsOnScreen;
+  SimulatedWindowList windowsOnScreen{log};
   SimulatedForeignPreferences preferences{log};
   SimulatedDistributedNotifications messages{log};
   platform::port::SystemVersion version{12, 0, 0};
@@ -106,6 +110,9 @@ class SimulatedDesktop final : public platform::Desktop {
   bool hasApplications = true;
   bool hasPictures = true;
   bool hasWindowList = true;
+  bool hasSpaces = true;
+  /// Preferences of other programs, and messages to them.
+  bool hasPreferences = true;
 };
 
 }  // namespace simulated

@@ -12,6 +12,7 @@ std::optional<T> find(const std::map<std::string, T>& map, const std::string& ke
 }  // namespace
 
 std::shared_ptr<const platform::port::Capture> SimulatedWindowList::capture(std::uint32_t window) {
+  log_.add("windowList.capture " + std::to_string(window));
   const auto found = captures.find(window);
   return found == captures.end() ? nullptr : found->second;
 }

@@ -26,6 +26,7 @@ class SimulatedScreens final : public platform::port::Screens {
   void changed() {
     if (client_ != nullptr) client_->screenParametersDidChange();
   }
+  [[nodiscard]] bool hasClient() const { return client_ != nullptr; }
 
  private:
   platform::port::ScreensClient* client_ = nullptr;
@@ -34,9 +35,11 @@ class SimulatedScreens final : public platform::port::Screens {
 class SimulatedSpaces final : public platform::port::Spaces {
  public:
   void setClient(platform::port::SpacesClient* client) override { client_ = client; }
+  /// The user goes to another space.
   void changed() {
     if (client_ != nullptr) client_->activeSpaceDidChange();
   }
+  [[nodiscard]] bool hasClient() const { return client_ != nullptr; }
 
  private:
   platform::port::SpacesClient* client_ = nullptr;
@@ -60,6 +63,8 @@ class SimulatedCapture final : public platform::port::Capture {
 /// Window descriptions as a list, and what their windows show.
 class SimulatedWindowList final : public platform::port::WindowList {
  public:
+  explicit SimulatedWindowList(CallLog& log) : log_(log) {}
+
   [[nodiscard]] std::optional<std::vector<platform::Dictionary>> windowsOnScreen() const override {
     return list;
   }
@@ -69,9 +74,12 @@ class SimulatedWindowList final : public platform::port::WindowList {
   /// None: the list cannot be had.
   std::optional<std::vector<platform::Dictionary>> list{std::in_place};
   std::map<std::uint32_t, std::shared_ptr<const SimulatedCapture>> captures;
-  /// A window with a screen's desktop picture.
+  /// A window with a screen's desktop picture, behind those that are listed.
   void addDesktopPicture(std::uint32_t window, std::string content, std::size_t width,
                          std::size_t height);
+
+ private:
+  CallLog& log_;
 };
 
 /// Desktop pictures as paths. A screen that is not in `pictures` reports none.

@@ -1,19 +1,38 @@
 #include "desktop/simulated/SimulatedWindows.h"
 
 #include <algorithm>
+#include <sstream>
 
+#include "desktop/simulated/SimulatedScreens.h"
 #include "platform/appkit/NSAlert.h"
+#include "platform/appkit/NSImageView.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/ProgrammingError.h"
 
 namespace simulated {
 
 using platform::NSEventType;
+using platform::NSWindow;
+
+namespace {
+
+/// "0 0 1280 720 showing sea"
+std::string look(const NSWindow& window) {
+  const platform::NSRect& frame = window.frame();
+  std::ostringstream text;
+  text << frame.x << ' ' << frame.y << ' ' << frame.width << ' ' << frame.height;
+  if (!window.contentView()) return text.str() + " empty";
+  const auto* view = dynamic_cast<const platform::NSImageView*>(window.contentView().get());
+  if (view == nullptr || !view->image()) return text.str();
+  const auto* capture = dynamic_cast<const SimulatedCapture*>(view->image()->capture().get());
+  return text.str() + " showing " + (capture == nullptr ? "nothing" : capture->content());
+}
+
+}  // namespace
 
 class SimulatedWindows::Window final : public platform::port::WindowPeer {
  public:
-  Window(SimulatedWindows& windows, platform::NSWindow& model,
-         platform::port::WindowClient& windowClient)
+  Window(SimulatedWindows& windows, NSWindow& model, platform::port::WindowClient& windowClient)
       : client(windowClient), window(model), windows_(windows) {
     windows_.windows_.push_back(this);
   }
@@ -21,13 +40,21 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
 
-  void show(const platform::port::Placement&) override {
-    windows_.log_.add("window.show");
-    visible = true;
+  void show(const platform::port::Placement& placement) override {
+    const auto* atFrame = std::get_if<platform::port::PlacedAtFrame>(&placement);
+    std::string call = "window.show";
+    if (atFrame != nullptr) {
+      call += (atFrame->behind ? " behind at level " : " in front at level ") +
+              std::to_string(window.level()) + ", " + look(window);
+    }
+    windows_.log_.add(std::move(call));
+    isAtFrame_ = atFrame != nullptr;
+    isShown_ = true;
+    hasContent_ = window.contentView() != nullptr;
   }
   void hide() override {
     windows_.log_.add("window.hide");
-    visible = false;
+    isShown_ = false;
   }
   void makeKey() override {
     windows_.log_.add("window.makeKey");
@@ -40,14 +67,22 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
   }
   void update(const std::vector<platform::port::ChangedView>&, bool) override {
     ++windows_.updates_;
+    hasContent_ = window.contentView() != nullptr;
+    if (isAtFrame_) windows_.log_.add("window.update " + look(window));
+  }
+  [[nodiscard]] bool isAtFrame() const { return isShown_ && isAtFrame_; }
+  [[nodiscard]] bool isVisible() const {
+    return isShown_ && (hasContent_ || window.style() != platform::NSWindowStyle::Borderless);
   }
 
   platform::port::WindowClient& client;
-  platform::NSWindow& window;
-  bool visible = false;
+  NSWindow& window;
 
  private:
   SimulatedWindows& windows_;
+  bool isShown_ = false;
+  bool isAtFrame_ = false;
+  bool hasContent_ = false;
 };
 
 class SimulatedWindows::Alert final : public AlertPeer {
@@ -65,7 +100,7 @@ class SimulatedWindows::Alert final : public AlertPeer {
 };
 
 std::unique_ptr<platform::port::WindowPeer> SimulatedWindows::createWindow(
-    platform::NSWindow& window, platform::port::WindowClient& client) {
+    NSWindow& window, platform::port::WindowClient& client) {
   return std::make_unique<Window>(*this, window, client);
 }
 
@@ -80,7 +115,7 @@ std::unique_ptr<platform::port::Windows::AlertPeer> SimulatedWindows::showAlert(
 
 SimulatedWindows::Window& SimulatedWindows::windowOf(platform::NSView& view) {
   for (Window* window : windows_) {
-    if (view.window() == &window->window && window->visible) return *window;
+    if (view.window() == &window->window && window->isVisible()) return *window;
   }
   platform::programmingError("the user can press only what is shown");
 }
@@ -95,25 +130,29 @@ void SimulatedWindows::release(platform::NSView& view) {
 
 void SimulatedWindows::actElsewhere() {
   for (Window* window : std::vector(windows_)) {
-    if (window->visible) window->client.userActedElsewhere();
+    if (window->isVisible()) window->client.userActedElsewhere();
   }
 }
 
 void SimulatedWindows::escape() {
   for (Window* window : std::vector(windows_)) {
-    if (window->visible) window->client.windowShouldClose();
+    if (window->isVisible()) window->client.windowShouldClose();
   }
 }
 
 std::size_t SimulatedWindows::visibleWindowCount() const {
   return static_cast<std::size_t>(
-      std::ranges::count_if(windows_, [](const Window* window) { return window->visible; }));
+      std::ranges::count_if(windows_, [](const Window* window) { return window->isVisible(); }));
 }
 
-std::vector<platform::NSWindow*> SimulatedWindows::visibleWindows() const {
-  std::vector<platform::NSWindow*> visible;
+std::size_t SimulatedWindows::coverCount() const {
+  return static_cast<std::size_t>(std::ranges::count_if(windows_, &Window::isAtFrame));
+}
+
+std::vector<NSWindow*> SimulatedWindows::visibleWindows() const {
+  std::vector<NSWindow*> visible;
   for (const Window* window : windows_) {
-    if (window->visible) visible.push_back(&window->window);
+    if (window->isVisible()) visible.push_back(&window->window);
   }
   return visible;
 }

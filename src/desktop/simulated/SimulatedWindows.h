@@ -11,6 +11,9 @@
 namespace simulated {
 
 /// Windows and alerts that nobody sees. What is pressed is a view of the model.
+///
+/// A window at its own frame is logged with what it looks like at that moment, "empty" or with the
+/// text of its picture: "window.show behind at level -20, 0 0 1280 720 empty".
 class SimulatedWindows final : public platform::port::Windows {
  public:
   SimulatedWindows(CallLog& log, SimulatedMainLoop& loop) : log_(log), loop_(loop) {}
@@ -43,8 +46,11 @@ class SimulatedWindows final : public platform::port::Windows {
   // --- What is there ---
   [[nodiscard]] std::size_t windowCount() const { return windows_.size(); }
   [[nodiscard]] std::size_t visibleWindowCount() const;
-  /// The windows on the screen, the first shown first.
+  /// The windows on the screen, the first made first. A borderless one is there once its peer knows
+  /// of content.
   [[nodiscard]] std::vector<platform::NSWindow*> visibleWindows() const;
+  /// Windows that are shown at their own frame, seen or not.
+  [[nodiscard]] std::size_t coverCount() const;
   /// How often changes of the model reached a window.
   [[nodiscard]] int updates() const { return updates_; }
 

@@ -20,8 +20,10 @@ Desktop& desktop() {
 
 NSApplication::NSApplication() {
   desktop().session().setClient(this);
+  desktop().screens().setClient(this);
 }
 NSApplication::~NSApplication() {
+  desktop().screens().setClient(nullptr);
   desktop().session().setClient(nullptr);
 }
 

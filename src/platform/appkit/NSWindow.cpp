@@ -25,8 +25,15 @@ void NSWindow::setContentView(std::shared_ptr<NSView> view) {
   if (contentView_) contentView_->setHost(nullptr);
   contentView_ = std::move(view);
   if (!contentView_) return;
+  fillWithContent();
   contentView_->setHost(this);
   viewDidChange(*contentView_, ViewChange::Subviews);
+}
+
+void NSWindow::fillWithContent() {
+  if (contentView_ && style_ == NSWindowStyle::Borderless) {
+    contentView_->setFrame({0, 0, frame_.width, frame_.height});
+  }
 }
 
 void NSWindow::show(const port::Placement& placement) {
@@ -62,6 +69,7 @@ void NSWindow::setFrame(NSRect frame, bool display, bool animate) {
   if (frame == frame_) return;
   frame_ = frame;
   frameChanged_ = true;
+  fillWithContent();
   displaySoon();
 }
 

@@ -51,6 +51,7 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   [[nodiscard]] const std::string& title() const { return title_; }
   void setTitle(std::string title) { title_ = std::move(title); }
   [[nodiscard]] const std::shared_ptr<NSView>& contentView() const { return contentView_; }
+  /// A borderless window's content view fills it, now and when its frame changes.
   void setContentView(std::shared_ptr<NSView> view);
   /// Not owned; outlives its being set.
   void setDelegate(NSWindowDelegate* delegate) { delegate_ = delegate; }
@@ -114,6 +115,7 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   static void sendMouseEvent(NSView& view, const NSEvent& event,
                              void (NSView::*handler)(const NSEvent&));
 
+  void fillWithContent();
   void displaySoon();
 
   NSWindowStyle style_;

@@ -26,9 +26,14 @@ void NSRunLoop::deliver(Work event) {
 }
 
 void NSRunLoop::enqueue(Work work) {
-  mainLoop().post([weak = weak_from_this(), work = std::move(work)]() mutable {
-    if (const auto self = weak.lock()) static_cast<NSRunLoop&>(*self).deliver(std::move(work));
-  });
+  queued_.push_back(std::move(work));
+  mainLoop().post(guarded(&NSRunLoop::deliverQueued));
+}
+
+void NSRunLoop::deliverQueued() {
+  Work work = std::move(queued_.front());
+  queued_.pop_front();
+  deliver(std::move(work));
 }
 
 void NSRunLoop::beforeWaiting(Work work) {

@@ -50,12 +50,15 @@ class NSRunLoop final : public NSObject {
 
  private:
   [[nodiscard]] bool isHolding() const { return sleeping_ || !held_.empty(); }
+  void deliverQueued();
   void scheduleRelease();
   void releaseOne();
   void flushBeforeWaiting();
   /// `function` on this run loop, unless it is gone by then.
   [[nodiscard]] Work guarded(void (NSRunLoop::*function)());
 
+  // Here rather than in the desktop's queue, which outlives what the work keeps alive.
+  std::deque<Work> queued_;
   std::deque<Work> held_;
   std::vector<Work> beforeWaiting_;
   std::map<TimerId, std::unique_ptr<port::MainLoop::Timer>> timers_;

@@ -95,6 +95,24 @@ TEST_F(WindowTest, AWindowThatGoesLeavesItsViewsAlone) {
   EXPECT_EQ(desk.screen.updates(), 0);
 }
 
+TEST_F(WindowTest, ContentFillsABorderlessWindowWhereverItGoes) {
+  const auto screen = std::make_shared<NSScreen>(port::ScreenInfo{"B", {1280, 120, 1024, 600}, 1});
+  window = std::make_shared<NSWindow>(NSRect{10, 20, 300, 200}, NSWindowStyle::Borderless,
+                                      NSBackingStoreType::Buffered, true, *screen);
+  EXPECT_EQ(window->frame(), (NSRect{1290, 140, 300, 200}));
+  view->setFrame({7, 7, 7, 7});
+  window->setContentView(view);
+  EXPECT_EQ(view->frame(), (NSRect{0, 0, 300, 200}));
+  window->orderBack(nullptr);
+  window->setFrame({0, 0, 640, 480}, false, false);
+  window->setFrame({0, 0, 640, 480}, false, false);
+  EXPECT_EQ(view->frame(), (NSRect{0, 0, 640, 480}));
+  EXPECT_EQ(desk.screen.updates(), 0);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.updates(), 1);
+  EXPECT_EQ(desk.log.calls("window.update"), (Calls{"window.update 0 0 640 480"}));
+}
+
 TEST_F(WindowTest, OnlyAVisibleWindowAsksForTheKeyboard) {
   window->makeKeyWindow();
   window->orderOut(nullptr);

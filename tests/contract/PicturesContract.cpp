@@ -1,0 +1,115 @@
+#include <map>
+#include <set>
+
+#include "contract/DesktopContract.h"
+#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSWindow.h"
+
+namespace contract {
+namespace {
+
+using namespace platform;
+
+/// The numbers of the desktop's pictures, in the order of the list.
+std::vector<std::uint32_t> picturesIn(const std::vector<Dictionary>& windows) {
+  std::vector<std::uint32_t> numbers;
+  for (const Dictionary& window : windows) {
+    const auto name = valueOf<std::string>(window, "kCGWindowName");
+    if (valueOf<std::string>(window, "kCGWindowOwnerName") != "Dock" || !name ||
+        !name->starts_with("Desktop Picture")) {
+      continue;
+    }
+    const auto number = valueOf<std::int64_t>(window, "kCGWindowNumber");
+    EXPECT_TRUE(number && *number >= 0 && *number <= UINT32_MAX) << *name;
+    numbers.push_back(static_cast<std::uint32_t>(number.value_or(0)));
+  }
+  return numbers;
+}
+
+TEST_P(DesktopContract, EveryScreenHasADesktopPictureOfItsPixels) {
+  if (!has(Capability::WindowList)) return;
+  auto& list = *desk().desktop().windowList();
+  const auto screens = desk().desktop().screens().screens();
+  const auto windows = list.windowsOnScreen();
+  ASSERT_TRUE(windows);
+  const auto numbers = picturesIn(*windows);
+  ASSERT_EQ(numbers.size(), screens.size());
+  EXPECT_EQ(std::set(numbers.begin(), numbers.end()).size(), screens.size());
+  for (std::size_t i = 0; i < screens.size(); ++i) {
+    const auto capture = list.capture(numbers[i]);
+    ASSERT_TRUE(capture) << i;
+    const double scale = screens[i].backingScaleFactor;
+    EXPECT_EQ(static_cast<double>(capture->pixelWidth()), screens[i].frame.width * scale);
+    EXPECT_EQ(static_cast<double>(capture->pixelHeight()), screens[i].frame.height * scale);
+  }
+}
+
+TEST_P(DesktopContract, AWindowThatIsNotThereCannotBeCaptured) {
+  if (!has(Capability::WindowList)) return;
+  EXPECT_EQ(desk().desktop().windowList()->capture(UINT32_MAX), nullptr);
+}
+
+TEST_P(DesktopContract, ACoverIsSeenOnceItHasAPictureAndUntilItIsHidden) {
+  if (!has(Capability::WindowList) || !has(Capability::VisibleWindows)) return;
+  const Runtime runtime(desk().desktop());
+  auto& list = *desk().desktop().windowList();
+  const auto windows = list.windowsOnScreen();
+  ASSERT_TRUE(windows);
+  const auto numbers = picturesIn(*windows);
+  ASSERT_FALSE(numbers.empty());
+  const auto screen = NSScreen::screens().front();
+  const auto cover = std::make_shared<NSWindow>(
+      NSRect{0, 0, screen->frame().width, screen->frame().height}, NSWindowStyle::Borderless,
+      NSBackingStoreType::Buffered, true, *screen);
+  cover->setLevel(CGWindowLevelForKey(CGWindowLevelKey::BackstopMenu));
+  cover->orderBack(nullptr);
+  const auto timer = loop().startTimer(std::chrono::milliseconds(100), note("a while"));
+  EXPECT_TRUE(desk().runUntil([this] { return !order.empty(); }));
+  EXPECT_EQ(desk().visibleWindows(), 0U);
+  for (int round = 0; round < 2; ++round) {
+    const auto view = NSImageView::initWithFrame(screen->frame());
+    view->setImage(NSImage::initWithCGImage(list.capture(numbers.front()), {0, 0}));
+    cover->setContentView(view);
+    EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
+  }
+  cover->orderOut(nullptr);
+  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
+}
+
+TEST_P(DesktopContract, APictureThatIsSetIsToldAndTheOldOneComesBack) {
+  if (!has(Capability::Pictures)) return;
+  auto& pictures = *desk().desktop().desktopPictures();
+  const auto screens = desk().desktop().screens().screens();
+  std::map<port::ScreenId, std::string> old;
+  std::map<port::ScreenId, Dictionary> options;
+  for (const port::ScreenInfo& screen : screens) {
+    const auto path = pictures.path(screen.id);
+    ASSERT_TRUE(path) << screen.id;
+    EXPECT_TRUE(path->starts_with('/')) << *path;
+    old.emplace(screen.id, *path);
+    options.emplace(screen.id, pictures.options(screen.id).value_or(Dictionary{}));
+  }
+  const std::string picture = desk().makePicture();
+  for (const port::ScreenInfo& screen : screens) {
+    EXPECT_EQ(pictures.set(picture, screen.id, options[screen.id]), std::nullopt) << screen.id;
+  }
+  for (const port::ScreenInfo& screen : screens) {
+    EXPECT_TRUE(desk().runUntil([&] { return pictures.path(screen.id) == picture; })) << screen.id;
+  }
+  for (const port::ScreenInfo& screen : screens) {
+    const Dictionary present = pictures.options(screen.id).value_or(Dictionary{});
+    EXPECT_EQ(pictures.set(old[screen.id], screen.id, present), std::nullopt) << screen.id;
+  }
+  for (const port::ScreenInfo& screen : screens) {
+    EXPECT_TRUE(desk().runUntil([&] { return pictures.path(screen.id) == old[screen.id]; }));
+  }
+}
+
+TEST_P(DesktopContract, AnUnknownScreenHasNoPicture) {
+  if (!has(Capability::Pictures)) return;
+  EXPECT_EQ(desk().desktop().desktopPictures()->path("no such screen"), std::nullopt);
+  EXPECT_EQ(desk().desktop().desktopPictures()->options("no such screen"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace contract

@@ -1,0 +1,394 @@
+#include <gmock/gmock.h>
+
+#include "platform/appkit/NSWindowController.h"
+#include "presentation/CoversTest.h"
+
+namespace presentation {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::Dictionary;
+using platform::port::ScreenInfo;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const ScreenInfo kLeft{"A", {0, 0, 1280, 720}, 1};
+const ScreenInfo kRight{"B", {1280, 120, 1024, 600}, 1};
+const ScreenInfo kThird{"C", {2304, 0, 800, 600}, 1};
+const Calls kLines{"nil", "userInfo", "userinfo *****"};
+
+class DesktopCoversTest : public CoversTest {
+ protected:
+  DesktopCoversTest() {
+    desk.displays.list = {kLeft, kRight};
+    addPicture(kRight, "right");
+    addPicture(kLeft, "left");
+  }
+  /// Screens came or went.
+  void setScreens(std::vector<ScreenInfo> screens) {
+    desk.displays.list = std::move(screens);
+    desk.displays.changed();
+    desk.loop.settle();
+  }
+  [[nodiscard]] static std::size_t observers() {
+    return platform::NSWorkspace::sharedWorkspace().notificationCenter().observerCount();
+  }
+};
+
+// --- Covers and their pictures ---
+
+TEST_F(DesktopCoversTest, EveryScreenGetsACoverBehindAllAndThenItsPicture) {
+  launchCovering();
+  EXPECT_EQ(
+      callsOf([this] { clickMaster(); }),
+      (Calls{"statusItem.setImage logo-active-small",
+             "window.show behind at level -20, 0 0 1280 720 empty",
+             "window.show behind at level -20, 1280 120 1024 600 empty", "windowList.capture 1",
+             "windowList.capture 2", "window.update 0 0 1280 720 showing left",
+             "window.update 1280 120 1024 600 showing right"}));
+  EXPECT_EQ(callsOf([this] { clickMaster(); }),
+            (Calls{"statusItem.setImage logo-initial-small", "window.hide", "window.hide"}));
+  EXPECT_THAT(panel().transWindow(), IsEmpty());
+  EXPECT_EQ(desk.screen.windowCount(), 1U);  // the panel's
+  EXPECT_EQ(observers(), 0U);
+  EXPECT_THAT(desk.output.lines, IsEmpty());
+}
+
+TEST_F(DesktopCoversTest, ACoverStaysOutOfTheUsersWay) {
+  launchCovering();
+  clickMaster();
+  ASSERT_EQ(panel().transWindow().size(), 2U);
+  for (const auto& cover : panel().transWindow()) {
+    EXPECT_EQ(cover->style(), platform::NSWindowStyle::Borderless);
+    EXPECT_EQ(cover->collectionBehavior(), platform::NSWindowCollectionBehavior::CanJoinAllSpaces);
+    EXPECT_LT(cover->level(), platform::CGWindowLevelForKey(platform::CGWindowLevelKey::Normal));
+    EXPECT_EQ(cover->animationBehavior(), platform::NSWindowAnimationBehavior::None);
+    EXPECT_FALSE(cover->canHide());
+    EXPECT_TRUE(cover->isExcludedFromWindowsMenu());
+    EXPECT_FALSE(cover->hidesOnDeactivate());
+    EXPECT_FALSE(cover->isRestorable());
+    EXPECT_FALSE(cover->acceptsFirstResponder());
+    EXPECT_FALSE(cover->isKeyWindow());
+  }
+  const platform::NSView& content = *panel().transWindow()[1]->contentView();
+  EXPECT_EQ(content.frame(), (platform::NSRect{0, 0, 1024, 600}));
+}
+
+struct Picture {
+  const char* name;
+  std::size_t width;
+  std::size_t height;
+};
+struct MatchRow {
+  const char* name;
+  std::vector<ScreenInfo> screens;
+  std::vector<Picture> pictures;
+  std::vector<std::string> shown;  ///< by cover; empty for none
+};
+
+const MatchRow kMatches[] = {
+    {"same size: in the order of the captures",
+     {{"A", {0, 0, 800, 600}, 1}, {"B", {800, 0, 800, 600}, 1}},
+     {{"first", 800, 600}, {"second", 800, 600}, {"third", 800, 600}},
+     {"first", "second"}},
+    {"double density takes twice the points",
+     {{"A", {0, 0, 1440, 900}, 2}},
+     {{"points", 1440, 900}, {"pixels", 2880, 1800}},
+     {"pixels"}},
+    {"a dense screen and a large one want the same",
+     {{"A", {0, 0, 1440, 900}, 2}, {"B", {1440, 0, 2880, 1800}, 1}},
+     {{"first", 2880, 1800}, {"second", 2880, 1800}},
+     {"first", "second"}},
+    {"other densities take the points",
+     {{"A", {0, 0, 1200, 800}, 1.5},
+      {"B", {1200, 0, 1000, 500}, 3},
+      {"C", {2200, 0, 640, 480}, 1.9999999},
+      {"D", {2840, 0, 640, 400}, 1.25}},
+     {{"A", 1800, 1200},
+      {"a", 1200, 800},
+      {"B", 3000, 1500},
+      {"b", 1000, 500},
+      {"C", 1280, 960},
+      {"c", 640, 480},
+      {"D", 800, 500}},
+     {"a", "b", "c", ""}},
+    {"exactly, or not at all",
+     {{"A", {0, 0, 800, 600}, 1}, {"B", {800, 0, 1366.5, 768}, 1}},
+     {{"turned", 600, 800},
+      {"wide", 801, 600},
+      {"low", 800, 599},
+      {"close", 1366, 768},
+      {"none", 0, 0}},
+     {"", ""}},
+    {"a screen without one takes none from the next",
+     {{"A", {0, 0, 640, 480}, 1}, {"B", {640, 0, 800, 600}, 1}},
+     {{"b", 800, 600}},
+     {"", "b"}},
+    {"no pictures", {{"A", {0, 0, 800, 600}, 1}}, {}, {""}},
+};
+
+TEST_F(DesktopCoversTest, APictureBelongsToTheScreenOfItsSize) {
+  launchCovering();
+  for (const MatchRow& row : kMatches) {
+    SCOPED_TRACE(row.name);
+    desk.displays.list = row.screens;
+    clearPictures();
+    for (const Picture& picture : row.pictures) {
+      addPicture(picture.name, picture.width, picture.height);
+    }
+    clickMaster();
+    EXPECT_EQ(shown(), row.shown);
+    clickMaster();
+  }
+}
+
+TEST_F(DesktopCoversTest, OnlyDesktopPicturesAreCaptured) {
+  const auto window = [](const platform::Value& owner, const platform::Value& name,
+                         const platform::Value& number) {
+    return Dictionary{
+        {"kCGWindowOwnerName", owner}, {"kCGWindowName", name}, {"kCGWindowNumber", number}};
+  };
+  const auto without = [&](const char* key) {
+    Dictionary description = window("Dock", "Desktop Picture", 7);
+    description.erase(key);
+    return description;
+  };
+  launchCovering();
+  clickMaster();
+  const std::string name = "Desktop Picture";
+  desk.windowsOnScreen.list = {
+      Dictionary{},
+      without("kCGWindowOwnerName"),
+      without("kCGWindowName"),
+      without("kCGWindowNumber"),
+      window("dock", name, 7),
+      window("Dock ", name, 7),
+      window("Finder", name, 7),
+      window(7, name, 7),
+      window("Dock", "desktop picture", 7),
+      window("Dock", "A Desktop Picture", 7),
+      window("Dock", "Desktop Pictur", 7),
+      window("Dock", "", 7),
+      window("Dock", 7, 7),
+      window("Dock", name, -1),
+      window("Dock", name, std::int64_t{4294967296}),
+      window("Dock", name, 7.5),
+      window("Dock", name, "7"),
+      window("Dock", name, true),
+      // And these are:
+      window("Dock", name, std::int64_t{4294967295}),
+      window("Dock", "Desktop Pictures of mine", 0),
+  };
+  EXPECT_EQ(callsOf([this] { changeSpace(); }, "windowList"),
+            (Calls{"windowList.capture 4294967295", "windowList.capture 0"}));
+  EXPECT_THAT(shown(), ElementsAre("left", "right"));
+}
+
+TEST_F(DesktopCoversTest, WhatCannotBeCapturedLeavesThatCoverAsItWas) {
+  launchCovering();
+  desk.windowsOnScreen.captures.erase(1);  // the right one
+  clickMaster();
+  EXPECT_THAT(shown(), ElementsAre("left", ""));
+  clearPictures();
+  addPicture(kRight, "right at last");
+  changeSpace();
+  EXPECT_THAT(shown(), ElementsAre("left", "right at last"));
+  for (const bool hasList : {false, true}) {
+    desk.windowsOnScreen.list.reset();
+    desk.hasWindowList = hasList;
+    changeSpace();
+    EXPECT_THAT(shown(), ElementsAre("left", "right at last"));
+  }
+  EXPECT_THAT(desk.output.lines, IsEmpty());
+}
+
+TEST_F(DesktopCoversTest, WithoutAWindowListTheCoversAreThereAndEmpty) {
+  desk.hasWindowList = false;
+  desk.hasSpaces = false;
+  launchCovering();
+  clickMaster();
+  EXPECT_THAT(shown(), ElementsAre("", ""));
+  EXPECT_EQ(desk.screen.coverCount(), 2U);
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 1U);  // nobody sees an empty one
+  clickMaster();
+  EXPECT_EQ(desk.screen.coverCount(), 0U);
+}
+
+// --- Another space ---
+
+TEST_F(DesktopCoversTest, AnotherSpaceChangesEveryPictureAtOnceWhileCoversAreUp) {
+  launchCovering();
+  clickMaster();
+  clearPictures();
+  addPicture(kLeft, "left 2");
+  addPicture(kRight, "right 2");
+  const Calls refresh{"windowList.capture 1", "windowList.capture 2",
+                      "window.update 0 0 1280 720 showing left 2",
+                      "window.update 1280 120 1024 600 showing right 2"};
+  EXPECT_EQ(callsOf([this] { changeSpace(); }), refresh);
+  clickMaster();
+  EXPECT_THAT(callsOf([this] { changeSpace(); }), IsEmpty());
+}
+
+// --- Other screens ---
+
+TEST_F(DesktopCoversTest, ANewScreenIsCoveredAtOnceAndFilledASecondLater) {
+  desk.displays.list = {kLeft};
+  launchCovering();
+  clickMaster();
+  addPicture(kThird, "third");
+  desk.log.clear();
+  setScreens({kLeft, kRight, kThird});
+  EXPECT_EQ(desk.output.lines, kLines);
+  EXPECT_THAT(desk.log.calls(),
+              ElementsAre("window.show behind at level -20, 1280 120 1024 600 empty",
+                          "window.show behind at level -20, 2304 0 800 600 empty"));
+  desk.loop.advance(1s - 1ns);
+  EXPECT_THAT(shown(), ElementsAre("left", "", ""));
+  desk.loop.advance(1ns);
+  EXPECT_THAT(shown(), ElementsAre("left", "right", "third"));
+}
+
+TEST_F(DesktopCoversTest, ChangesInQuickSuccessionLeadToOneRefresh) {
+  launchCovering();
+  clickMaster();
+  desk.log.clear();
+  for (int i = 0; i < 3; ++i) {
+    setScreens({kLeft, kRight});
+    desk.loop.advance(900ms);
+  }
+  EXPECT_THAT(desk.log.calls(), IsEmpty());
+  EXPECT_EQ(desk.output.lines.size(), 9U);
+  desk.loop.advance(100ms - 1ns);
+  EXPECT_THAT(desk.log.calls(), IsEmpty());
+  desk.loop.advance(1h);
+  EXPECT_THAT(desk.log.calls("windowList"),
+              ElementsAre("windowList.capture 1", "windowList.capture 2"));
+  // The next change starts anew.
+  desk.log.clear();
+  setScreens({kLeft, kRight});
+  desk.loop.advance(1s);
+  EXPECT_EQ(desk.log.calls("windowList").size(), 2U);
+}
+
+TEST_F(DesktopCoversTest, AUserInfoIsPrinted) {
+  launchCovering();
+  clickMaster();
+  platform::NSNotificationCenter::defaultCenter().postNotificationName(
+      platform::NSApplicationDidChangeScreenParametersNotification, nullptr,
+      Dictionary{{"screens", 2}});
+  EXPECT_THAT(desk.output.lines,
+              ElementsAre("Optional([AnyHashable(\"screens\"): 2])", kLines[1], kLines[2]));
+}
+
+TEST_F(DesktopCoversTest, ACoverOutlivesItsScreenUntilAllAreTakenDown) {
+  launchCovering();
+  clickMaster();
+  setScreens({kLeft});
+  desk.loop.advance(1s);
+  EXPECT_EQ(desk.screen.coverCount(), 2U);
+  EXPECT_THAT(shown(), ElementsAre("left", "right"));
+  desk.log.clear();
+  setScreens({kLeft, kRight});
+  EXPECT_THAT(desk.log.calls("window.show"), IsEmpty());
+  setScreens({kLeft});
+  clickMaster();
+  EXPECT_EQ(desk.screen.coverCount(), 0U);
+}
+
+TEST_F(DesktopCoversTest, AnotherOrderMovesEachCoverTogetherWithItsPicture) {
+  launchCovering();
+  clickMaster();
+  desk.log.clear();
+  setScreens({kRight, kLeft});
+  desk.loop.advance(1s);
+  EXPECT_THAT(desk.log.calls("window."),
+              ElementsAre("window.update 1280 120 1024 600 showing right",
+                          "window.update 0 0 1280 720 showing left"));
+}
+
+TEST_F(DesktopCoversTest, AScreenWithoutItsPictureDoesNotMoveItsCover) {
+  launchCovering();
+  clickMaster();
+  desk.log.clear();
+  setScreens({{"A", {0, 0, 1920, 1080}, 1}, kRight});
+  desk.loop.advance(1s);
+  EXPECT_THAT(desk.log.calls("window."),
+              ElementsAre("window.update 1280 120 1024 600 showing right"));
+  EXPECT_EQ(panel().transWindow()[0]->frame(), kLeft.frame);
+}
+
+TEST_F(DesktopCoversTest, AScreenThatHasNoCoverYetIsPassedOver) {
+  desk.displays.list = {kLeft};
+  launchCovering();
+  clickMaster();
+  desk.displays.list = {kLeft, kRight};  // nobody has been told yet
+  changeSpace();
+  EXPECT_THAT(shown(), ElementsAre("left"));
+}
+
+// --- Up twice, and down ---
+
+TEST_F(DesktopCoversTest, CoveringTwiceMakesTwoOfEachAndOneDownTakesAll) {
+  launchCovering();
+  clickMaster();
+  desk.log.clear();
+  post(11, true);
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.coverCount(), 4U);
+  EXPECT_THAT(shown(), ElementsAre("left", "right", "", ""));
+  EXPECT_EQ(observers(), 2U);
+  EXPECT_EQ(callsOf([this] { changeSpace(); }, "windowList").size(), 4U);
+  EXPECT_THAT(callsOf([this] { clickMaster(); }, "window.hide").size(), 4U);
+  EXPECT_EQ(observers(), 0U);
+}
+
+TEST_F(DesktopCoversTest, ATimerThatOutlivesTheCoversHarmsNobody) {
+  launchCovering();
+  clickMaster();
+  setScreens({kLeft, kRight, kThird});
+  clickMaster();
+  EXPECT_THAT(callsOf([this] { desk.loop.advance(1s); }, "window."), IsEmpty());
+  // With the feature off it does not even look.
+  clickMaster();
+  setScreens({kLeft, kRight});
+  click(panel().toggleButtonHideDesktopIcons);
+  EXPECT_THAT(callsOf([this] { desk.loop.advance(1s); }), IsEmpty());
+}
+
+TEST_F(DesktopCoversTest, ATimerThatOutlivesTheCoversFillsTheNextOnes) {
+  launchCovering();
+  clickMaster();
+  setScreens({kLeft, kRight});
+  clickMaster();
+  clearPictures();
+  clickMaster();
+  EXPECT_THAT(shown(), Each(""));
+  addPicture(kLeft, "late");
+  desk.loop.advance(1s);
+  EXPECT_THAT(shown(), ElementsAre("late", ""));
+}
+
+TEST_F(DesktopCoversTest, AControllerLetsGoOfACoverThatGoesDown) {
+  launchCovering();
+  clickMaster();
+  const auto cover = panel().transWindow()[0];
+  const auto controller = std::make_shared<platform::NSWindowController>();
+  controller->setWindow(cover);
+  cover->setWindowController(controller);
+  clickMaster();
+  EXPECT_EQ(controller->window(), nullptr);
+  EXPECT_FALSE(cover->isVisible());
+}
+
+TEST_F(DesktopCoversTest, TheEndOfTheProgramTakesCoversAndTimerAlong) {
+  launchCovering();
+  clickMaster();
+  setScreens({kLeft, kRight, kThird});
+  desk.tray.rightClick();
+  desk.loop.terminate();
+}
+
+}  // namespace
+}  // namespace presentation

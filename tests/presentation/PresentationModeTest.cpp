@@ -1,0 +1,195 @@
+#include <gmock/gmock.h>
+
+#include "presentation/CoversTest.h"
+
+namespace presentation {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::Value;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr platform::AudioObjectID kSpeakers = 42;
+
+/// The ways to start and stop the mode.
+enum class Road { Click, Shortcut };
+
+/// Everything that the mode acts on, one of each.
+class PresentationModeTest : public CoversTest, public ::testing::WithParamInterface<Road> {
+ protected:
+  PresentationModeTest() {
+    desk.audio.addOutputDevice(kSpeakers);
+    desk.audio.setDefaultOutputDevice(kSpeakers);
+    desk.applications.list = {{7, "Mail", platform::NSApplicationActivationPolicy::Regular}};
+    desk.pictures.pictures = {{"A", "/old.png"}};
+    desk.settings.values.emplace(settings::kUserdefaultsSelectedWallpaper, "/new.png");
+    addPicture("sea", 1280, 720);
+    auto& process =
+        desk.scripts.addApplication("System Events").add("application process", "ControlCenter");
+    process.add("menu bar", "").add("menu bar item", "Focus");
+    checkbox = &process.add("window", "").add("checkbox", "Do Not Disturb");
+    checkbox->properties.emplace("value", 0);
+    checkbox->onClick = [](simulated::SimulatedScriptObject& self) {
+      self.properties.insert_or_assign("value", self.properties.at("value") == Value(1) ? 0 : 1);
+    };
+  }
+  void launchWithEverything() {
+    launchWith({settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleDnd,
+                settings::kUserdefaultsToggleHideActiveApps,
+                settings::kUserdefaultsToggleSpeakerOff, settings::kUserdefaultsToggleWallpaper});
+  }
+  void go(Road road) {
+    if (road == Road::Click) {
+      clickMaster();
+      return;
+    }
+    panel().togglePresentationMode();
+    desk.loop.settle();
+  }
+
+  simulated::SimulatedScriptObject* checkbox = nullptr;
+};
+
+const Calls kEverythingOn{"statusItem.setImage logo-active-small",
+                          "pictures.set A /new.png",
+                          "automation.keyCode 53",
+                          "applications.hide 7",
+                          "audio.set 42 mute 1",
+                          "applications.hide 7",
+                          "window.show behind at level -20, 0 0 1280 720 empty",
+                          "windowList.capture 1",
+                          "window.update 0 0 1280 720 showing sea"};
+const Calls kEverythingOff{"statusItem.setImage logo-initial-small",
+                           "window.hide",
+                           "pictures.set A /old.png",
+                           "automation.keyCode 53",
+                           "applications.unhide 7",
+                           "audio.set 42 mute 0"};
+
+INSTANTIATE_TEST_SUITE_P(Roads, PresentationModeTest,
+                         ::testing::Values(Road::Click, Road::Shortcut), [](const auto& road) {
+                           return road.param == Road::Click ? "Click" : "Shortcut";
+                         });
+
+TEST_P(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrder) {
+  launchWithEverything();
+  const auto stored = desk.settings.values;
+  for (int round = 1; round <= 2; ++round) {
+    const auto start = desk.loop.now();
+    EXPECT_EQ(callsOf([this] { go(GetParam()); }), kEverythingOn);
+    EXPECT_EQ(desk.loop.now() - start, 1s);
+    EXPECT_EQ(checkbox->properties.at("value"), Value(1));
+    EXPECT_EQ(callsOf([this] { go(GetParam()); }), kEverythingOff);
+    EXPECT_EQ(checkbox->properties.at("value"), Value(0));
+  }
+  EXPECT_THAT(desk.loop.sleeps(), ElementsAre(1s, 1s));
+  EXPECT_EQ(desk.settings.values, stored);
+}
+
+TEST_P(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
+  launchWith(
+      {settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleHideActiveApps});
+  EXPECT_THAT(callsOf([this] { go(GetParam()); }),
+              ElementsAre(kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty",
+                          "windowList.capture 1", "applications.hide 7",
+                          "window.update 0 0 1280 720 showing sea", "applications.hide 7"));
+  EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
+}
+
+TEST_P(PresentationModeTest, WhatHappensInTheSecondBeforeTheCoversComesAfterThem) {
+  launchWithEverything();
+  desk.loop.at(500ms, [this] {
+    const auto master = panel().toggleButtonPresentationMode.lock();
+    desk.screen.press(*master);
+    desk.screen.release(*master);
+  });
+  go(GetParam());
+  // The stop was kept until the covers were there to be taken down.
+  EXPECT_FALSE(panel().toggleButtonPresentationMode.lock()->isOn());
+  Calls both = kEverythingOn;
+  both.insert(both.end(), kEverythingOff.begin(), kEverythingOff.end());
+  EXPECT_EQ(desk.log.calls(), both);
+  EXPECT_EQ(desk.screen.coverCount(), 0U);
+}
+
+TEST_P(PresentationModeTest, TheTwoRoadsMeetInOneState) {
+  launchWithEverything();
+  const Road other = GetParam() == Road::Click ? Road::Shortcut : Road::Click;
+  EXPECT_EQ(callsOf([this] { go(GetParam()); }), kEverythingOn);
+  EXPECT_EQ(callsOf([&] { go(other); }), kEverythingOff);
+  EXPECT_FALSE(panel().toggleButtonPresentationMode.lock()->isOn());
+}
+
+TEST_P(PresentationModeTest, NothingThatFailsTurnsASwitch) {
+  desk.hasAudio = desk.hasAutomation = desk.hasApplications = false;
+  desk.hasPictures = desk.hasWindowList = desk.hasSpaces = false;
+  launchWithEverything();
+  EXPECT_EQ(callsOf([this] { go(GetParam()); }),
+            (Calls{kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty"}));
+  EXPECT_EQ(callsOf([this] { go(GetParam()); }), (Calls{kEverythingOff[0], "window.hide"}));
+  for (const auto& outlet :
+       {panel().toggleButtonHideDesktopIcons, panel().toggleButtonDisableNotifications,
+        panel().toggleButtonHideActiveApps, panel().toggleButtonTurnOffSpeaker,
+        panel().toggleButtonChangeWallpaper}) {
+    EXPECT_TRUE(outlet.lock()->isOn());
+  }
+}
+
+TEST_P(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) {
+  launchWithEverything();
+  go(GetParam());
+  relaunch();
+  EXPECT_FALSE(panel().toggleButtonPresentationMode.lock()->isOn());
+  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  EXPECT_TRUE(desk.applications.isHidden(7));
+  EXPECT_EQ(desk.audio.isMuted(kSpeakers), std::optional(true));
+  EXPECT_EQ(desk.pictures.pictures["A"], "/new.png");
+  EXPECT_EQ(checkbox->properties.at("value"), Value(1));
+  EXPECT_THAT(desk.log.calls("pictures"), IsEmpty());
+}
+
+TEST_P(PresentationModeTest, AnEndBeforeOrDuringTheSecondLeavesNothing) {
+  launchWithEverything();
+  desk.loop.at(500ms, [this] { desk.loop.terminate(); });
+  go(GetParam());
+  relaunch();
+  go(GetParam());
+  const auto wallpaper = panel().toggleButtonChangeWallpaper.lock();
+  desk.screen.press(*wallpaper);
+  desk.screen.release(*wallpaper);  // the refresh waits, and so do the covers
+}
+
+// --- Switches while the mode is on ---
+
+TEST_P(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) {
+  launchWith({settings::kUserdefaultsToggleDesktopIcons});
+  go(GetParam());
+  for (const char* path : {"/new.png", "/old.png"}) {
+    clearPictures();
+    addPicture(path, 1280, 720);
+    desk.loop.at(1s - 1ns, [this] { EXPECT_THAT(desk.log.calls("windowList"), IsEmpty()); });
+    EXPECT_THAT(callsOf([this] { click(panel().toggleButtonChangeWallpaper); }),
+                ElementsAre(std::string("pictures.set A ") + path,
+                            "defaults.set kUserdefaultsToggleWallpaper", "windowList.capture 1",
+                            std::string("window.update 0 0 1280 720 showing ") + path));
+  }
+  EXPECT_THAT(desk.loop.sleeps(), ElementsAre(1s, 1s));
+}
+
+TEST_P(PresentationModeTest, CoversComeAtOnceWhenOnlyTheirSwitchIsTurned) {
+  launchWith({settings::kUserdefaultsToggleWallpaper});
+  go(GetParam());
+  EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
+  const std::string stored = "defaults.set kUserdefaultsToggleDesktopIcons";
+  EXPECT_THAT(callsOf([this] { click(panel().toggleButtonHideDesktopIcons); }),
+              ElementsAre(kEverythingOn[6], kEverythingOn[7], stored, kEverythingOn[8]));
+  EXPECT_THAT(callsOf([this] { click(panel().toggleButtonHideDesktopIcons); }),
+              ElementsAre("window.hide", stored));
+  EXPECT_THAT(callsOf([this] { go(GetParam()); }),
+              ElementsAre(kEverythingOff[0], kEverythingOff[2]));
+  EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace presentation

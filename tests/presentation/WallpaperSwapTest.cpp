@@ -1,0 +1,167 @@
+#include <gmock/gmock.h>
+
+#include "presentation/FeatureTest.h"
+
+namespace presentation {
+namespace {
+
+using platform::Dictionary;
+using platform::NSURL;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Pictures = std::map<std::string, std::string>;
+
+const Pictures kOld{{"A", "/old/a.png"}, {"B", "/old/b.png"}};
+
+class WallpaperSwapTest : public FeatureTest {
+ protected:
+  WallpaperSwapTest() {
+    desk.displays.list = {{"B", {1280, 0, 1024, 600}, 1}, {"A", {0, 0, 1280, 720}, 2}};
+    desk.pictures.pictures = kOld;
+  }
+  void choose(const std::string& path) {
+    desk.settings.values.insert_or_assign(std::string(settings::kUserdefaultsSelectedWallpaper),
+                                          path);
+  }
+  void launchSwapping() { launchWith({settings::kUserdefaultsToggleWallpaper}); }
+  /// What is remembered: "screen path".
+  [[nodiscard]] Calls remembered() {
+    Calls records;
+    for (const auto& record : panel().oldWallpaperUrl()) {
+      records.push_back(record.screen->id() + " " + record.url->path());
+    }
+    return records;
+  }
+};
+
+TEST_F(WallpaperSwapTest, EveryScreenShowsTheChosenPictureAndGetsItsOwnBack) {
+  choose("/new.png");
+  launchSwapping();
+  EXPECT_THAT(remembered(), IsEmpty());
+  EXPECT_EQ(callsOf([this] { clickMaster(); }, "pictures"),
+            (Calls{"pictures.set B /new.png", "pictures.set A /new.png"}));
+  EXPECT_THAT(remembered(), ElementsAre("B /old/b.png", "A /old/a.png"));
+  EXPECT_EQ(callsOf([this] { clickMaster(); }, "pictures"),
+            (Calls{"pictures.set B /old/b.png", "pictures.set A /old/a.png"}));
+  EXPECT_EQ(desk.pictures.pictures, kOld);
+  EXPECT_THAT(remembered(), IsEmpty());
+  panel().restoreOldWallpapers();
+  EXPECT_EQ(desk.pictures.pictures, kOld);
+  EXPECT_THAT(desk.output.lines, IsEmpty());
+}
+
+TEST_F(WallpaperSwapTest, AScreenWithoutAPictureKeepsTheChosenOne) {
+  choose("/new.png");
+  desk.pictures.pictures.erase("B");
+  launchSwapping();
+  clickMaster();
+  EXPECT_THAT(remembered(), ElementsAre("A /old/a.png"));
+  clickMaster();
+  EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", "/old/a.png"}, {"B", "/new.png"}}));
+}
+
+TEST_F(WallpaperSwapTest, WithoutAChosenPictureTheSameOnesAreSetAgain) {
+  for (const platform::Value& stored :
+       {platform::Value(7), platform::Value(platform::Array{"/new.png"})}) {
+    desk.settings.values.insert_or_assign(std::string(settings::kUserdefaultsSelectedWallpaper),
+                                          stored);
+    relaunch();
+    desk.settings.values.insert_or_assign(std::string(settings::kUserdefaultsToggleWallpaper),
+                                          true);
+    relaunch();
+    EXPECT_THAT(callsOf([this] { panel().togglePresentationMode(); }, "pictures"), IsEmpty());
+    EXPECT_THAT(remembered(), ElementsAre("B /old/b.png", "A /old/a.png"));
+    EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }, "pictures"),
+              (Calls{"pictures.set B /old/b.png", "pictures.set A /old/a.png"}));
+  }
+}
+
+TEST_F(WallpaperSwapTest, ScalingAndFillSurviveBothWays) {
+  const Dictionary fitted{{"scaling", 3}, {"fill", "#102030"}};
+  const Dictionary cropped{{"clipping", true}};
+  choose("/new.png");
+  desk.pictures.pictureOptions = {{"A", fitted}};
+  launchSwapping();
+  clickMaster();
+  EXPECT_EQ(desk.pictures.pictureOptions,
+            (std::map<std::string, Dictionary>{{"A", fitted}, {"B", {}}}));
+  // The user changes them during the mode: each set takes those of its moment.
+  desk.pictures.pictureOptions["B"] = cropped;
+  clickMaster();
+  EXPECT_EQ(desk.pictures.pictureOptions,
+            (std::map<std::string, Dictionary>{{"A", fitted}, {"B", cropped}}));
+}
+
+TEST_F(WallpaperSwapTest, ARefusalIsOneLineAndTheOthersGoOn) {
+  choose("/new.png");
+  desk.pictures.refusals["B"] = "The picture cannot be read.";
+  launchSwapping();
+  clickMaster();
+  EXPECT_THAT(desk.output.lines, ElementsAre("The picture cannot be read."));
+  EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", "/new.png"}, {"B", "/old/b.png"}}));
+  desk.pictures.refusals = {{"B", "No such screen."}};
+  clickMaster();
+  EXPECT_THAT(desk.output.lines, ElementsAre("The picture cannot be read.", "No such screen."));
+  EXPECT_EQ(desk.pictures.pictures, kOld);
+  EXPECT_THAT(remembered(), IsEmpty());
+  EXPECT_TRUE(panel().toggleButtonChangeWallpaper.lock()->isOn());
+}
+
+TEST_F(WallpaperSwapTest, APathIsTakenAsItIs) {
+  const std::string odd = "/My Pictures/100%20 caf\xc3\xa9 #1?.png";
+  choose(odd);
+  desk.pictures.pictures["A"] = "/old/%41 ~b;%.png";
+  launchSwapping();
+  clickMaster();
+  EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", odd}, {"B", odd}}));
+  clickMaster();
+  EXPECT_EQ(desk.pictures.pictures["A"], "/old/%41 ~b;%.png");
+  EXPECT_EQ(NSURL::fileURLWithPath(odd).path(), odd);
+}
+
+TEST_F(WallpaperSwapTest, TheRecordsNameTheScreensOfTheirMoment) {
+  choose("/new.png");
+  launchSwapping();
+  clickMaster();
+  desk.displays.list = {{"C", {0, 0, 800, 600}, 1}, {"A", {800, 0, 1280, 720}, 1}};
+  desk.pictures.pictures["C"] = "/old/c.png";
+  EXPECT_EQ(callsOf([this] { clickMaster(); }, "pictures"),
+            (Calls{"pictures.set B /old/b.png", "pictures.set A /old/a.png"}));
+}
+
+TEST_F(WallpaperSwapTest, ASecondSwapForgetsTheFirst) {
+  choose("/new.png");
+  launchSwapping();
+  clickMaster();
+  choose("/newer.png");
+  post(55, true);
+  EXPECT_THAT(remembered(), ElementsAre("B /new.png", "A /new.png"));
+  clickMaster();
+  EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", "/new.png"}, {"B", "/new.png"}}));
+}
+
+TEST_F(WallpaperSwapTest, TheSwitchSwapsWhileTheModeIsOn) {
+  choose("/new.png");
+  launch();
+  clickMaster();
+  const std::string stored = "defaults.set kUserdefaultsToggleWallpaper";
+  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonChangeWallpaper); }),
+            (Calls{"pictures.set B /new.png", "pictures.set A /new.png", stored}));
+  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonChangeWallpaper); }),
+            (Calls{"pictures.set B /old/b.png", "pictures.set A /old/a.png", stored}));
+  EXPECT_THAT(callsOf([this] { clickMaster(); }, "pictures"), IsEmpty());
+  EXPECT_TRUE(desk.loop.sleeps().empty());
+}
+
+TEST_F(WallpaperSwapTest, ADesktopWithoutPicturesSaysSoForEachScreen) {
+  choose("/new.png");
+  desk.hasPictures = false;
+  launchSwapping();
+  clickMaster();
+  const std::string line = "This desktop offers no way to set its picture.";
+  EXPECT_THAT(desk.output.lines, ElementsAre(line, line));
+  EXPECT_THAT(remembered(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace presentation
