@@ -64,8 +64,7 @@ class XEvents::Subscription final : public Watch {
       : events_(events), entry_(std::move(entry)) {}
   ~Subscription() override {
     entry_->ended = true;
-    events_.entries_.remove(entry_);
-    if (entry_->window != XCB_NONE) events_.select(entry_->window);
+    events_.remove(entry_);
   }
   Subscription(const Subscription&) = delete;
   Subscription& operator=(const Subscription&) = delete;
@@ -97,17 +96,22 @@ std::unique_ptr<XEvents::Watch> XEvents::watchExtension(std::uint8_t responseTyp
 }
 
 std::unique_ptr<XEvents::Watch> XEvents::add(std::shared_ptr<Entry> entry) {
-  entries_.push_back(entry);
+  entries_[entry->window].push_back(entry);
   return std::make_unique<Subscription>(*this, std::move(entry));
+}
+
+void XEvents::remove(const std::shared_ptr<Entry>& entry) {
+  const auto found = entries_.find(entry->window);
+  std::erase(found->second, entry);
+  if (entry->window != XCB_NONE) select(entry->window);
+  if (found->second.empty()) entries_.erase(found);
 }
 
 void XEvents::select(xcb_window_t window) {
   std::uint32_t mask = 0;
-  for (const auto& entry : entries_) {
-    if (entry->window == window) mask |= entry->mask;
-  }
+  for (const auto& entry : entries_[window]) mask |= entry->mask;
+  // Goes out before the program waits, with all else.
   xcb_change_window_attributes(server_.get(), window, XCB_CW_EVENT_MASK, &mask);
-  xcb_flush(server_.get());
 }
 
 void XEvents::dispatch() {
@@ -124,10 +128,12 @@ void XEvents::deliver(const xcb_generic_event_t& event) {
     return;
   }
   const xcb_window_t window = windowOf(event, type);
+  const auto found = entries_.find(window);
+  if (found == entries_.end()) return;
   // Handlers come and go while others run.
-  const Entries entries = entries_;
+  const Entries entries = found->second;
   for (const auto& entry : entries) {
-    if (entry->ended || entry->window != window) continue;
+    if (entry->ended) continue;
     if (window == XCB_NONE && entry->type != type) continue;
     entry->handler(event);
   }

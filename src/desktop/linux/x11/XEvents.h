@@ -3,8 +3,9 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <functional>
-#include <list>
 #include <memory>
+#include <unordered_map>
+#include <vector>
 
 #include "desktop/linux/x11/XServer.h"
 
@@ -44,14 +45,16 @@ class XEvents {
  private:
   struct Entry;
   class Subscription;
-  using Entries = std::list<std::shared_ptr<Entry>>;
+  using Entries = std::vector<std::shared_ptr<Entry>>;
 
   std::unique_ptr<Watch> add(std::shared_ptr<Entry> entry);
+  void remove(const std::shared_ptr<Entry>& entry);
   void select(xcb_window_t window);
   void deliver(const xcb_generic_event_t& event);
 
   XServer& server_;
-  Entries entries_;
+  /// By window; those of extensions under none.
+  std::unordered_map<xcb_window_t, Entries> entries_;
   QSocketNotifier notifier_;
   QObject context_;
 };

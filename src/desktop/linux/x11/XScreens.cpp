@@ -30,12 +30,14 @@ XScreens::XScreens(XEvents& events) : events_(events) {
   QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { settled(); });
   watchRandr();
   // A monitor that is set on a virtual server shows only by the root window's own event.
-  watches_.push_back(events_.watch(events_.server().root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                                   [this](const xcb_generic_event_t& event) {
-                                     if ((event.response_type & 0x7f) == XCB_CONFIGURE_NOTIFY) {
-                                       settling_.start();
-                                     }
-                                   }));
+  watches_.push_back(events_.watch(
+      events_.server().root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+      [this](const xcb_generic_event_t& event) {
+        if ((event.response_type & 0x7f) != XCB_CONFIGURE_NOTIFY) return;
+        // Others may watch its children, too.
+        const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+        if (change.window == change.event) settling_.start();
+      }));
   monitors_ = read();
 }
 

@@ -46,6 +46,10 @@ XServer::XServer(Connection connection, int screen)
                     XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
 }
 
+const xcb_screen_t& XServer::screen() const {
+  return *screenOf(get(), screen_);
+}
+
 xcb_atom_t XServer::atom(std::string_view name) {
   const std::string key(name);
   if (const auto known = atoms_.find(key); known != atoms_.end()) return known->second;

@@ -25,6 +25,8 @@ class XServer {
 
   [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
   [[nodiscard]] xcb_window_t root() const { return root_; }
+  /// How the screen of the root window is made: its depth, its colours.
+  [[nodiscard]] const xcb_screen_t& screen() const;
   [[nodiscard]] xcb_atom_t atom(std::string_view name);
 
   /// The items of a property of 32-bit numbers.

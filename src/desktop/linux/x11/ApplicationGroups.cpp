@@ -1,0 +1,95 @@
+#include "desktop/linux/x11/ApplicationGroups.h"
+
+#include <QCoreApplication>
+#include <QSysInfo>
+#include <algorithm>
+#include <unordered_map>
+
+namespace linux_desktop {
+namespace {
+
+using WindowIndex = std::unordered_map<xcb_window_t, const ClientWindow*>;
+
+/// Dialogs of dialogs of dialogs; ends windows that are dialogs of each other.
+constexpr int kDeepestDialog = 8;
+
+std::string lowerCase(std::string text) {
+  std::ranges::transform(text, text.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return text;
+}
+
+bool isOurs(const ClientWindow& window) {
+  static const std::string machine = QSysInfo::machineHostName().toStdString();
+  const bool ownProcess = window.pid && *window.pid == QCoreApplication::applicationPid() &&
+                          (window.machine.empty() || window.machine == machine);
+  return ownProcess || lowerCase(window.className) == "calmdeck";
+}
+
+/// The process comes late: in a sandbox the number is an inner one, and terminals share one.
+std::string keyOf(const ClientWindow& window) {
+  if (!window.gtkApplicationId.empty()) return "gtk " + window.gtkApplicationId;
+  const std::string at = "@" + window.machine;
+  if (!window.className.empty()) return "class " + lowerCase(window.className) + at;
+  if (window.leader != XCB_NONE) return "leader " + std::to_string(window.leader);
+  if (window.pid) return "process " + std::to_string(*window.pid) + at;
+  return "window " + std::to_string(window.id);
+}
+
+/// The window that this one is a dialog of, in the end; itself when it is none.
+const ClientWindow& leaderOf(const ClientWindow& window, const WindowIndex& index) {
+  const ClientWindow* leader = &window;
+  for (int i = 0; i < kDeepestDialog; ++i) {
+    const auto parent = index.find(leader->transientFor);
+    if (parent == index.end()) break;
+    leader = parent->second;
+  }
+  return *leader;
+}
+
+/// What hiding took away is brought back, whatever its program has made of it since.
+bool isOrdinary(const ClientWindow& window) {
+  return window.kind == ClientKind::Normal || window.kind == ClientKind::Dialog ||
+         window.isHidden();
+}
+
+void add(const ClientWindow& window, const ClientWindow& leader, ApplicationGroup& group) {
+  if (window.kind == ClientKind::Furniture || !isOrdinary(leader)) {
+    group.accessories.push_back(&window);
+  } else if (&leader != &window) {
+    group.followers.push_back({&window, &leader});
+  } else {
+    group.windows.push_back(&window);
+  }
+}
+
+}  // namespace
+
+bool ApplicationGroup::isHidden() const {
+  return std::ranges::any_of(windows, &ClientWindow::isHidden) ||
+         std::ranges::any_of(followers,
+                             [](const Follower& follower) { return follower.window->isHidden(); });
+}
+
+bool ApplicationGroup::isVisible() const {
+  return !std::ranges::all_of(windows, &ClientWindow::minimised);
+}
+
+std::vector<ApplicationGroup> applicationsOf(const ClientList& list) {
+  WindowIndex index;
+  for (const ClientWindow& window : list.windows) index.emplace(window.id, &window);
+  std::vector<ApplicationGroup> groups;
+  std::unordered_map<std::string, std::size_t> places;
+  for (const ClientWindow& window : list.windows) {
+    const ClientWindow& leader = leaderOf(window, index);
+    if (isOurs(window) || isOurs(leader)) continue;
+    std::string key = keyOf(leader);
+    const auto [place, isNew] = places.emplace(key, groups.size());
+    if (isNew) groups.push_back({.key = std::move(key)});
+    add(window, leader, groups[place->second]);
+  }
+  return groups;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "desktop/linux/x11/ClientWindows.h"
+
+namespace linux_desktop {
+
+/// An application as its windows tell of it. Points into the list that it was made of.
+struct ApplicationGroup {
+  struct Follower {
+    const ClientWindow* window;
+    const ClientWindow* leader;
+  };
+
+  /// The same for the same application in every list while it runs.
+  std::string key;
+  /// In the window manager's order: those of its own right,
+  std::vector<const ClientWindow*> windows = {};
+  /// the dialogs that go with them,
+  std::vector<Follower> followers = {};
+  /// and those that are never touched.
+  std::vector<const ClientWindow*> accessories = {};
+
+  [[nodiscard]] const ClientWindow& first() const {
+    return *(windows.empty() ? accessories.front() : windows.front());
+  }
+  /// Some window was hidden and is so still.
+  [[nodiscard]] bool isHidden() const;
+  /// Some window could be hidden.
+  [[nodiscard]] bool isVisible() const;
+};
+
+/// The applications but for ourselves, in the order of their oldest windows.
+[[nodiscard]] std::vector<ApplicationGroup> applicationsOf(const ClientList& list);
+
+}  // namespace linux_desktop

@@ -1,0 +1,166 @@
+#include "desktop/linux/x11/ClientWindows.h"
+
+#include <array>
+
+namespace linux_desktop {
+namespace {
+
+/// What is read of the root window.
+enum RootProperty : std::size_t {
+  kList,
+  kStacking,
+  kActive,
+  kCurrentDesktop,
+  kSupported,
+  kCheck,
+  kOrder,
+  kRootProperties
+};
+constexpr std::array<ClientAtom, kRootProperties> kOfRoot{
+    ClientAtom::ClientList,     ClientAtom::ClientListStacking, ClientAtom::ActiveWindow,
+    ClientAtom::CurrentDesktop, ClientAtom::Supported,          ClientAtom::SupportingWmCheck,
+    ClientAtom::HiddenOrder};
+
+/// What is read of each window, beside those that the X protocol itself names.
+enum WindowProperty : std::size_t {
+  kState,
+  kType,
+  kMark,
+  kDesktop,
+  kPid,
+  kLeader,
+  kMachine,
+  kGtkId,
+  kTransientFor,
+  kClass,
+  kWindowProperties
+};
+constexpr std::array<ClientAtom, kTransientFor> kOfWindow{
+    ClientAtom::State,         ClientAtom::WindowType,
+    ClientAtom::HiddenMark,    ClientAtom::Desktop,
+    ClientAtom::Pid,           ClientAtom::ClientLeader,
+    ClientAtom::ClientMachine, ClientAtom::GtkApplicationId};
+
+std::vector<xcb_window_t> listIn(const ClientPropertyValue& value) {
+  const auto items = value.numbers();
+  return {items.begin(), items.end()};
+}
+
+}  // namespace
+
+std::vector<xcb_window_t> ClientList::knownOrder() const {
+  std::unordered_set<xcb_window_t> broughtForward;
+  for (const ClientWindow& window : windows) {
+    if (window.mark && !window.isHidden()) broughtForward.insert(window.id);
+  }
+  std::vector<xcb_window_t> order = rememberedOrder;
+  std::erase_if(order, [&](xcb_window_t window) { return broughtForward.contains(window); });
+  return order;
+}
+
+ClientList ClientWindows::read() const {
+  std::vector<ClientProperty> questions;
+  for (const ClientAtom name : kOfRoot) questions.push_back({server_.root(), atoms_[name]});
+  const auto root = askFor(server_, questions);
+  const std::vector<xcb_window_t> ids = listIn(root[kList]);
+  const xcb_window_t check = root[kCheck].number().value_or(XCB_NONE);
+
+  // A window manager that died may have left its lists behind, but not its own window.
+  questions = {{check, atoms_[ClientAtom::SupportingWmCheck]}, {check, atoms_[ClientAtom::WmName]}};
+  const std::size_t first = questions.size();
+  for (const xcb_window_t id : ids) {
+    for (const ClientAtom name : kOfWindow) questions.push_back({id, atoms_[name]});
+    questions.push_back({id, XCB_ATOM_WM_TRANSIENT_FOR});
+    questions.push_back({id, XCB_ATOM_WM_CLASS});
+  }
+  const auto values = askFor(server_, questions);
+
+  ClientList list;
+  if (check == XCB_NONE || values[0].number() != check) return list;
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    const auto of = std::span(values).subspan(first + i * kWindowProperties, kWindowProperties);
+    list.windows.push_back(windowOf(ids[i], of));
+  }
+  list.stacking = listIn(root[kStacking]);
+  list.rememberedOrder = listIn(root[kOrder]);
+  list.active = root[kActive].number().value_or(XCB_NONE);
+  list.currentDesktop = root[kCurrentDesktop].number().value_or(0);
+  list.windowManager = values[1].text();
+  if (list.windowManager.empty()) list.windowManager = "unnamed";
+  list.canMinimise = root[kSupported].contains(atoms_[ClientAtom::ActionMinimize]);
+  list.canRestack = root[kSupported].contains(atoms_[ClientAtom::RestackWindow]);
+  return list;
+}
+
+ClientWindow ClientWindows::windowOf(xcb_window_t id,
+                                     std::span<const ClientPropertyValue> values) const {
+  ClientWindow window;
+  window.id = id;
+  window.kind = kindOf(values[kType].numbers());
+  if (window.kind != ClientKind::Furniture &&
+      values[kState].contains(atoms_[ClientAtom::StateSkipTaskbar])) {
+    window.kind = ClientKind::Accessory;
+  }
+  window.minimised = values[kState].contains(atoms_[ClientAtom::StateHidden]);
+  if (const auto mark = values[kMark].number()) {
+    window.mark = *mark == 0 ? HiddenMark::BroughtForward : HiddenMark::Hidden;
+  }
+  window.transientFor = values[kTransientFor].number().value_or(XCB_NONE);
+  window.desktop = values[kDesktop].number();
+  window.pid = values[kPid].number();
+  window.leader = values[kLeader].number().value_or(XCB_NONE);
+  window.gtkApplicationId = values[kGtkId].text();
+  window.machine = values[kMachine].text();
+  const std::vector<std::string> names = values[kClass].texts();
+  if (!names.empty()) window.instance = names[0];
+  if (names.size() > 1) window.className = names[1];
+  return window;
+}
+
+ClientKind ClientWindows::kindOf(std::span<const std::uint32_t> types) const {
+  // The first that is known counts; toolkits put their own kinds before it.
+  for (const xcb_atom_t type : types) {
+    if (type == atoms_[ClientAtom::NormalType]) return ClientKind::Normal;
+    if (type == atoms_[ClientAtom::DialogType]) return ClientKind::Dialog;
+    for (const ClientAtom furniture : {ClientAtom::DesktopType, ClientAtom::DockType,
+                                       ClientAtom::NotificationType, ClientAtom::SplashType}) {
+      if (type == atoms_[furniture]) return ClientKind::Furniture;
+    }
+  }
+  return types.empty() ? ClientKind::Normal : ClientKind::Accessory;
+}
+
+std::unordered_set<xcb_window_t> ClientWindows::minimisedOf(
+    std::span<const xcb_window_t> windows) const {
+  std::vector<ClientProperty> questions;
+  for (const xcb_window_t id : windows) questions.push_back({id, atoms_[ClientAtom::State]});
+  const auto states = askFor(server_, questions);
+  std::unordered_set<xcb_window_t> minimised;
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    if (states[i].contains(atoms_[ClientAtom::StateHidden])) minimised.insert(windows[i]);
+  }
+  return minimised;
+}
+
+ClientWindows::Places ClientWindows::placesOf(std::span<const xcb_window_t> windows) const {
+  std::vector<ClientProperty> questions{{server_.root(), atoms_[ClientAtom::ClientListStacking]},
+                                        {server_.root(), atoms_[ClientAtom::ActiveWindow]}};
+  const std::size_t first = questions.size();
+  for (const xcb_window_t id : windows) {
+    questions.push_back({id, atoms_[ClientAtom::Desktop]});
+    questions.push_back({id, atoms_[ClientAtom::State]});
+  }
+  const auto values = askFor(server_, questions);
+  Places places;
+  places.stacking = listIn(values[0]);
+  places.active = values[1].number().value_or(XCB_NONE);
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    const auto& desktop = values[first + 2 * i];
+    const auto& state = values[first + 2 * i + 1];
+    if (const auto number = desktop.number()) places.desktops.emplace(windows[i], *number);
+    if (state.contains(atoms_[ClientAtom::StateHidden])) places.minimised.insert(windows[i]);
+  }
+  return places;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "desktop/linux/x11/ClientAtoms.h"
+#include "desktop/linux/x11/ClientProperties.h"
+
+namespace linux_desktop {
+
+/// What a window is to its application.
+enum class ClientKind {
+  /// Normal, or without a type.
+  Normal,
+  Dialog,
+  /// Palettes and the like, and whatever keeps itself out of the task bar.
+  Accessory,
+  /// Desktop, panel, notification, splash screen.
+  Furniture
+};
+
+/// Whether hiding took a window away, as its mark says.
+enum class HiddenMark : std::uint32_t { BroughtForward = 0, Hidden = 1 };
+
+/// A window that the window manager looks after, as it was when the list was read.
+struct ClientWindow {
+  xcb_window_t id = XCB_NONE;
+  ClientKind kind = ClientKind::Normal;
+  /// Minimised, by whomever.
+  bool minimised = false;
+  std::optional<HiddenMark> mark;
+  /// The window that it is a dialog of; that one need not be a client.
+  xcb_window_t transientFor = XCB_NONE;
+  std::optional<std::uint32_t> desktop;
+  std::optional<std::uint32_t> pid;
+  xcb_window_t leader = XCB_NONE;
+  std::string gtkApplicationId;
+  std::string instance;
+  std::string className;
+  std::string machine;
+
+  /// Hiding took it away, and it is away still.
+  [[nodiscard]] bool isHidden() const { return mark == HiddenMark::Hidden && minimised; }
+};
+
+/// All that hiding and showing has to know, of one moment.
+struct ClientList {
+  /// In the window manager's order: the oldest first.
+  std::vector<ClientWindow> windows;
+  /// Bottom to top.
+  std::vector<xcb_window_t> stacking;
+  /// The stacking order from before windows were hidden; empty when none are.
+  std::vector<xcb_window_t> rememberedOrder;
+  xcb_window_t active = XCB_NONE;
+  std::uint32_t currentDesktop = 0;
+  /// Empty while no window manager runs.
+  std::string windowManager;
+  bool canMinimise = false;
+  bool canRestack = false;
+
+  /// The remembered order without the windows that were brought forward since.
+  [[nodiscard]] std::vector<xcb_window_t> knownOrder() const;
+};
+
+/// The windows of other programs and our own, as the window manager lists them.
+class ClientWindows {
+ public:
+  /// `server` outlives this.
+  explicit ClientWindows(XServer& server) : server_(server), atoms_(server) {}
+
+  [[nodiscard]] XServer& server() const { return server_; }
+  [[nodiscard]] const ClientAtoms& atoms() const { return atoms_; }
+
+  /// Two round trips, however many windows there are.
+  [[nodiscard]] ClientList read() const;
+  /// Which of these are minimised now. One round trip; none for no windows.
+  [[nodiscard]] std::unordered_set<xcb_window_t> minimisedOf(
+      std::span<const xcb_window_t> windows) const;
+
+  /// Where windows are, of one moment.
+  struct Places {
+    std::vector<xcb_window_t> stacking;
+    xcb_window_t active = XCB_NONE;
+    std::unordered_map<xcb_window_t, std::uint32_t> desktops;
+    std::unordered_set<xcb_window_t> minimised;
+  };
+  /// One round trip.
+  [[nodiscard]] Places placesOf(std::span<const xcb_window_t> windows) const;
+
+ private:
+  [[nodiscard]] ClientKind kindOf(std::span<const std::uint32_t> types) const;
+  [[nodiscard]] ClientWindow windowOf(xcb_window_t id,
+                                      std::span<const ClientPropertyValue> values) const;
+
+  XServer& server_;
+  ClientAtoms atoms_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,142 @@
+#include "desktop/linux/x11/CoverKeeper.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace linux_desktop {
+namespace {
+
+/// Two programs that each want to be on top do not keep the server busy.
+constexpr std::chrono::milliseconds kBetweenLooks{50};
+
+/// Whether icons stand above the cover where it is. A cover that is not on the screen is not under
+/// anything.
+bool isUnderIcons(const WindowStack& stack, const CoverSurface& cover) {
+  const auto own =
+      std::ranges::find(stack.desktopWindows, cover.window(), &WindowStack::DesktopWindow::window);
+  if (own == stack.desktopWindows.end()) return false;
+  const WindowStack::DesktopWindow* icons = stack.iconsOn(cover.area());
+  return icons != nullptr && icons->level > own->level;
+}
+
+}  // namespace
+
+CoverKeeper::CoverKeeper(XEvents& events) : events_(events), server_(events.server()) {
+  nextLook_.setSingleShot(true);
+  QObject::connect(&nextLook_, &QTimer::timeout, &nextLook_, [this] { look(); });
+}
+
+CoverKeeper::Manager CoverKeeper::readManager() {
+  // EWMH 1.5: a window manager that lives has a window whose property names itself.
+  const auto check = server_.numbers(server_.root(), "_NET_SUPPORTING_WM_CHECK");
+  if (check.empty()) return Manager::None;
+  if (server_.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") != check) return Manager::None;
+  const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
+  const bool takes = std::ranges::count(supported, server_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")) > 0;
+  return takes ? Manager::TakesDesktopWindows : Manager::Other;
+}
+
+CoverStand CoverKeeper::standFor(const QRect& area) {
+  manager_ = readManager();
+  return standFor(WindowStack::read(server_), area);
+}
+
+CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) const {
+  const bool managed = manager_ == Manager::TakesDesktopWindows;
+  // A window manager that knows no desktop windows takes icons for an ordinary window.
+  const auto* icons = manager_ == Manager::Other ? nullptr : stack.iconsOn(area);
+  if (icons == nullptr) return {managed, XCB_NONE, XCB_NONE};
+  return {managed, icons->window, stack.topLevels[icons->level].window};
+}
+
+void CoverKeeper::add(KeptCover& cover) {
+  covers_.push_back(&cover);
+  if (covers_.size() > 1) return;
+  watch_ = events_.watch(server_.root(),
+                         XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE,
+                         [this](const xcb_generic_event_t& event) { handle(event); });
+}
+
+void CoverKeeper::remove(KeptCover& cover) {
+  std::erase(covers_, &cover);
+  if (!covers_.empty()) return;
+  watch_.reset();
+  nextLook_.stop();
+  known_.clear();
+}
+
+void CoverKeeper::handle(const xcb_generic_event_t& event) {
+  switch (event.response_type & 0x7f) {
+    case XCB_PROPERTY_NOTIFY:
+      handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event).atom);
+      break;
+    case XCB_CIRCULATE_NOTIFY:
+      lookSoon();
+      break;
+    case XCB_MAP_NOTIFY:
+      // Icons of a program that has just come. Managed ones show in the list of clients.
+      if (manager_ != Manager::TakesDesktopWindows) lookSoon();
+      [[fallthrough]];
+    case XCB_CONFIGURE_NOTIFY:
+    case XCB_UNMAP_NOTIFY:
+    case XCB_DESTROY_NOTIFY:
+    case XCB_REPARENT_NOTIFY:
+      // All of these have the window at one place.
+      if (concernsUs(reinterpret_cast<const xcb_map_notify_event_t&>(event).window)) lookSoon();
+      break;
+    default:
+      break;
+  }
+}
+
+void CoverKeeper::handleProperty(xcb_atom_t property) {
+  if (property == server_.atom("_NET_SUPPORTING_WM_CHECK") ||
+      property == server_.atom("_NET_SUPPORTED")) {
+    managerChanged_ = true;
+    lookSoon();
+  } else if (property == server_.atom("_NET_CLIENT_LIST") ||
+             property == server_.atom("_NET_CLIENT_LIST_STACKING")) {
+    lookSoon();
+  }
+}
+
+bool CoverKeeper::concernsUs(xcb_window_t window) const {
+  return known_.contains(window) || std::ranges::any_of(covers_, [window](KeptCover* cover) {
+           return cover->surface() != nullptr && cover->surface()->window() == window;
+         });
+}
+
+void CoverKeeper::lookSoon() {
+  if (nextLook_.isActive()) return;
+  const auto passed = std::chrono::milliseconds(sinceLook_.isValid() ? sinceLook_.elapsed()
+                                                                     : kBetweenLooks.count());
+  nextLook_.start(std::max(kBetweenLooks - passed, std::chrono::milliseconds(0)));
+}
+
+void CoverKeeper::look() {
+  sinceLook_.start();
+  if (managerChanged_) manager_ = readManager();
+  managerChanged_ = false;
+  const WindowStack stack = WindowStack::read(server_);
+  known_.clear();
+  for (const WindowStack::DesktopWindow& window : stack.desktopWindows) {
+    known_.insert({window.window, stack.topLevels[window.level].window});
+  }
+  for (KeptCover* cover : std::vector(covers_)) look(stack, *cover);
+}
+
+void CoverKeeper::look(const WindowStack& stack, KeptCover& cover) {
+  CoverSurface* surface = cover.surface();
+  if (surface == nullptr) return;
+  CoverStand wanted = standFor(stack, surface->area());
+  // Without a window manager a window stands where the last one left it.
+  if (manager_ == Manager::None) wanted.managed = surface->stand().managed;
+  if (wanted.managed != surface->stand().managed) {
+    cover.remake(wanted);
+    return;
+  }
+  if (wanted != surface->stand()) surface->follow(wanted);
+  if (isUnderIcons(stack, *surface)) surface->restack(wanted);
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "desktop/linux/x11/CoverSurface.h"
+#include "desktop/linux/x11/WindowStack.h"
+#include "desktop/linux/x11/XEvents.h"
+
+namespace linux_desktop {
+
+/// A cover that is to stay where it belongs. What the keeper asks of it.
+class KeptCover {
+ public:
+  virtual ~KeptCover() = default;
+  /// Null while it is not up.
+  [[nodiscard]] virtual CoverSurface* surface() = 0;
+  /// Puts up another window in its place, with the same picture: what a window manager does with a
+  /// window is decided when that comes.
+  virtual void remake(const CoverStand& stand) = 0;
+};
+
+/// Keeps covers above the icon windows while window managers, icon programs and users move things.
+/// Watches only while it has a cover, and looks only when icons, covers or the window manager may
+/// have changed, twenty times a second at most. Main thread only.
+class CoverKeeper {
+ public:
+  /// Outlives this, as this does its covers.
+  explicit CoverKeeper(XEvents& events);
+  CoverKeeper(const CoverKeeper&) = delete;
+  CoverKeeper& operator=(const CoverKeeper&) = delete;
+
+  /// How a cover for `area` has to be made now.
+  [[nodiscard]] CoverStand standFor(const QRect& area);
+
+  void add(KeptCover& cover);
+  void remove(KeptCover& cover);
+
+ private:
+  enum class Manager { None, TakesDesktopWindows, Other };
+
+  [[nodiscard]] Manager readManager();
+  [[nodiscard]] CoverStand standFor(const WindowStack& stack, const QRect& area) const;
+  void handle(const xcb_generic_event_t& event);
+  void handleProperty(xcb_atom_t property);
+  [[nodiscard]] bool concernsUs(xcb_window_t window) const;
+  void lookSoon();
+  void look();
+  void look(const WindowStack& stack, KeptCover& cover);
+
+  XEvents& events_;
+  XServer& server_;
+  Manager manager_ = Manager::None;
+  bool managerChanged_ = false;
+  std::vector<KeptCover*> covers_;
+  /// The covers' and the icon windows' own windows and their top levels, when last looked at.
+  std::set<xcb_window_t> known_;
+  std::unique_ptr<XEvents::Watch> watch_;
+  QElapsedTimer sinceLook_;
+  QTimer nextLook_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,56 @@
+#include "desktop/linux/x11/HiddenWatch.h"
+
+#include <chrono>
+#include <vector>
+
+namespace linux_desktop {
+
+HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
+    : events_(events), clients_(clients), requests_(clients) {}
+
+void HiddenWatch::follow(const ClientList& list) {
+  hidden_.clear();
+  for (const ClientWindow& window : list.windows) {
+    if (window.isHidden()) hidden_.insert(window.id);
+    if (window.mark == HiddenMark::Hidden && window.id == list.active) expectBack(window.id);
+  }
+  if (hidden_.empty()) {
+    root_.reset();
+  } else if (!root_) {
+    watchRoot();
+  }
+}
+
+void HiddenWatch::watchRoot() {
+  root_ = events_.watch(clients_.server().root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
+                        [this](const xcb_generic_event_t& event) {
+                          if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
+                          const auto& change =
+                              reinterpret_cast<const xcb_property_notify_event_t&>(event);
+                          if (change.atom == clients_.atoms()[ClientAtom::ActiveWindow])
+                            activeWindowChanged();
+                        });
+}
+
+void HiddenWatch::pause() {
+  root_.reset();
+  back_.reset();
+}
+
+void HiddenWatch::activeWindowChanged() {
+  const xcb_window_t active = clients_.placesOf({}).active;
+  if (hidden_.contains(active)) expectBack(active);
+}
+
+void HiddenWatch::expectBack(xcb_window_t active) {
+  constexpr std::chrono::milliseconds kPatience{500};
+  back_ = std::make_unique<HiddenStateWait>(events_, clients_);
+  back_->start({active}, false, kPatience, [this, active](const std::vector<xcb_window_t>& left) {
+    if (!left.empty()) return;
+    hidden_.erase(active);
+    requests_.mark(active, HiddenMark::BroughtForward);
+    requests_.send();
+  });
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,45 @@
+#include "desktop/linux/x11/RootPicture.h"
+
+namespace linux_desktop {
+namespace {
+
+/// Fewer points than these prove nothing.
+constexpr std::size_t kEnough = 16;
+
+}  // namespace
+
+std::optional<ForeignPixmap> RootPicture::pixmap() const {
+  const auto ids = server_.numbers(server_.root(), "_XROOTPMAP_ID");
+  if (ids.empty() || ids.front() == XCB_NONE) return std::nullopt;
+  const auto ofPixmap = xcb_get_geometry(server_.get(), ids.front());
+  const auto ofRoot = xcb_get_geometry(server_.get(), server_.root());
+  xcb_generic_error_t* error = nullptr;
+  const XReply<xcb_get_geometry_reply_t> size(
+      xcb_get_geometry_reply(server_.get(), ofPixmap, &error));
+  const XReply<xcb_generic_error_t> gone(error);
+  const XReply<xcb_get_geometry_reply_t> whole(
+      xcb_get_geometry_reply(server_.get(), ofRoot, nullptr));
+  if (!size || !whole || size->width != whole->width || size->height != whole->height) {
+    return std::nullopt;
+  }
+  return ForeignPixmap{ids.front(), size->depth};
+}
+
+RootPicture::Verdict RootPicture::judge(const ForeignPixmap& pixmap, const Monitor& monitor,
+                                        const DesktopSight& sight) {
+  const auto known = findings_.find(monitor.name);
+  const bool sameIcons = known != findings_.end() && known->second.monitor == monitor &&
+                         known->second.iconWindow == sight.iconWindow;
+  // A desktop that draws into the pixmap again draws its own window a moment later.
+  if (sameIcons && known->second.right && known->second.pixmap == pixmap.id) return Verdict::Right;
+  if (sight.seen() < kEnough) {
+    if (!sameIcons) return Verdict::Unknown;
+    return known->second.right ? Verdict::Right : Verdict::Wrong;
+  }
+  const auto points = samplePoints(monitor.pixels);
+  const bool right = agreement(sight.samples, samplesOf(server_, pixmap.id, points)).isLikely();
+  findings_.insert_or_assign(monitor.name, Finding{pixmap.id, sight.iconWindow, monitor, right});
+  return right ? Verdict::Right : Verdict::Wrong;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,148 @@
+#include "desktop/linux/x11/WindowStack.h"
+
+#include <algorithm>
+
+namespace linux_desktop {
+namespace {
+
+/// Window managers put an icon window into one frame or two.
+constexpr int kLevelsBelowTop = 2;
+
+struct Candidate {
+  xcb_window_t window;
+  std::size_t level;
+};
+
+bool isOurs(const XServer& server, xcb_window_t window) {
+  const xcb_setup_t* setup = xcb_get_setup(server.get());
+  return (window & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
+std::vector<std::vector<xcb_window_t>> childrenOf(XServer& server,
+                                                  const std::vector<xcb_window_t>& parents) {
+  std::vector<xcb_query_tree_cookie_t> cookies;
+  for (const xcb_window_t parent : parents) cookies.push_back(xcb_query_tree(server.get(), parent));
+  std::vector<std::vector<xcb_window_t>> results;
+  for (const auto& cookie : cookies) {
+    xcb_generic_error_t* error = nullptr;
+    const XReply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(server.get(), cookie, &error));
+    const XReply<xcb_generic_error_t> gone(error);
+    results.emplace_back();
+    if (!reply) continue;
+    const xcb_window_t* children = xcb_query_tree_children(reply.get());
+    results.back().assign(children, children + xcb_query_tree_children_length(reply.get()));
+  }
+  return results;
+}
+
+/// Null for a window that is gone or not on the screen.
+std::vector<XReply<xcb_get_window_attributes_reply_t>> shownAmong(
+    XServer& server, const std::vector<xcb_window_t>& windows) {
+  std::vector<xcb_get_window_attributes_cookie_t> cookies;
+  for (const xcb_window_t window : windows) {
+    cookies.push_back(xcb_get_window_attributes(server.get(), window));
+  }
+  std::vector<XReply<xcb_get_window_attributes_reply_t>> results;
+  for (const auto& cookie : cookies) {
+    xcb_generic_error_t* error = nullptr;
+    XReply<xcb_get_window_attributes_reply_t> reply(
+        xcb_get_window_attributes_reply(server.get(), cookie, &error));
+    const XReply<xcb_generic_error_t> gone(error);
+    const bool shown = reply && reply->map_state == XCB_MAP_STATE_VIEWABLE &&
+                       reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
+    results.push_back(shown ? std::move(reply) : nullptr);
+  }
+  return results;
+}
+
+std::vector<WindowStack::TopLevel> topLevelsOf(XServer& server) {
+  const std::vector<xcb_window_t> windows = childrenOf(server, {server.root()}).front();
+  std::vector<xcb_get_geometry_cookie_t> cookies;
+  for (const xcb_window_t window : windows) {
+    cookies.push_back(xcb_get_geometry(server.get(), window));
+  }
+  const auto shown = shownAmong(server, windows);
+  std::vector<WindowStack::TopLevel> topLevels;
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    xcb_generic_error_t* error = nullptr;
+    const XReply<xcb_get_geometry_reply_t> place(
+        xcb_get_geometry_reply(server.get(), cookies[i], &error));
+    const XReply<xcb_generic_error_t> gone(error);
+    if (!place || !shown[i]) continue;
+    const int borders = 2 * place->border_width;
+    topLevels.push_back({windows[i],
+                         QRect(place->x, place->y, place->width + borders, place->height + borders),
+                         shown[i]->override_redirect != 0});
+  }
+  return topLevels;
+}
+
+/// Moves those of the type DESKTOP from `candidates` to `found`, and drops what has another type:
+/// that is a client, and holds no others.
+void takeDesktopWindows(XServer& server, std::vector<Candidate>& candidates,
+                        std::vector<Candidate>& found) {
+  std::vector<xcb_window_t> windows;
+  for (const Candidate& candidate : candidates) windows.push_back(candidate.window);
+  const auto types = server.numbersOf(windows, "_NET_WM_WINDOW_TYPE");
+  const xcb_atom_t desktop = server.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+  std::vector<Candidate> untyped;
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    if (types[i].empty()) untyped.push_back(candidates[i]);
+    if (std::ranges::count(types[i], desktop) > 0) found.push_back(candidates[i]);
+  }
+  candidates = std::move(untyped);
+}
+
+std::vector<Candidate> below(XServer& server, const std::vector<Candidate>& parents) {
+  std::vector<xcb_window_t> windows;
+  for (const Candidate& parent : parents) windows.push_back(parent.window);
+  const auto children = childrenOf(server, windows);
+  std::vector<Candidate> result;
+  for (std::size_t i = 0; i < parents.size(); ++i) {
+    for (const xcb_window_t child : children[i]) result.push_back({child, parents[i].level});
+  }
+  return result;
+}
+
+std::vector<WindowStack::DesktopWindow> shownDesktopWindows(XServer& server,
+                                                            const std::vector<Candidate>& found) {
+  std::vector<xcb_window_t> windows;
+  for (const Candidate& candidate : found) windows.push_back(candidate.window);
+  const auto shown = shownAmong(server, windows);
+  std::vector<WindowStack::DesktopWindow> result;
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    const auto area = shown[i] ? server.geometry(windows[i]) : std::nullopt;
+    if (area) result.push_back({windows[i], *area, found[i].level, isOurs(server, windows[i])});
+  }
+  std::ranges::stable_sort(result, {}, &WindowStack::DesktopWindow::level);
+  return result;
+}
+
+}  // namespace
+
+WindowStack WindowStack::read(XServer& server) {
+  WindowStack stack;
+  stack.topLevels = topLevelsOf(server);
+  std::vector<Candidate> candidates;
+  for (std::size_t i = 0; i < stack.topLevels.size(); ++i) {
+    candidates.push_back({stack.topLevels[i].window, i});
+  }
+  std::vector<Candidate> found;
+  takeDesktopWindows(server, candidates, found);
+  for (int level = 0; level < kLevelsBelowTop; ++level) {
+    candidates = below(server, candidates);
+    takeDesktopWindows(server, candidates, found);
+  }
+  stack.desktopWindows = shownDesktopWindows(server, found);
+  return stack;
+}
+
+const WindowStack::DesktopWindow* WindowStack::iconsOn(const QRect& area) const {
+  const DesktopWindow* topmost = nullptr;
+  for (const DesktopWindow& window : desktopWindows) {
+    if (!window.ours && window.area.intersects(area)) topmost = &window;
+  }
+  return topmost;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,212 @@
+#include "desktop/linux/x11/XApplications.h"
+
+#include <QGuiApplication>
+#include <QMetaObject>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/x11/ShowOperation.h"
+#include "desktop/linux/x11/XLog.h"
+
+namespace linux_desktop {
+namespace {
+
+using platform::NSApplicationActivationPolicy;
+using platform::port::ApplicationInfo;
+
+constexpr XApplications::Id kOurselves = 1;
+
+WindowSet hiddenIn(const ClientList& list) {
+  WindowSet hidden;
+  for (const ClientWindow& window : list.windows) {
+    if (window.isHidden()) hidden.insert(window.id);
+  }
+  return hidden;
+}
+
+/// The order to remember: as it is, but for windows that are hidden already, of which it is known
+/// better where they were.
+WindowOrder orderToRemember(const ClientList& list) {
+  return orderPutBack(list.stacking, hiddenIn(list), list.knownOrder());
+}
+
+}  // namespace
+
+XApplications::XApplications(XEvents& events)
+    : events_(events), clients_(events.server()), watch_(events, clients_), lastId_(kOurselves) {}
+
+std::unique_ptr<XApplications::Moment> XApplications::read() const {
+  auto moment = std::make_unique<Moment>();
+  moment->list = clients_.read();
+  std::map<std::string, Id> ids;
+  for (ApplicationGroup& group : applicationsOf(moment->list)) {
+    const auto known = ids_.find(group.key);
+    const Id id = known == ids_.end() ? ++lastId_ : known->second;
+    ids.emplace(group.key, id);
+    moment->inOrder.push_back(id);
+    moment->applications.emplace(id, std::move(group));
+  }
+  // While one window manager takes over from another, nothing is listed and all goes on running.
+  if (!moment->list.windowManager.empty()) ids_ = std::move(ids);
+  if (!operation_) watch_.follow(moment->list);
+  return moment;
+}
+
+const XApplications::Moment& XApplications::now() const {
+  if (!std::exchange(isFresh_, true)) {
+    moment_ = read();
+    queueEndOfTurn();
+  }
+  return *moment_;
+}
+
+std::vector<ApplicationInfo> XApplications::runningApplications() const {
+  const Moment& moment = now();
+  if (moment.list.windowManager.empty()) {
+    warnOnce("no window manager: windows of other programs cannot be hidden");
+  }
+  std::vector<ApplicationInfo> infos{{kOurselves,
+                                      QGuiApplication::applicationDisplayName().toStdString(),
+                                      NSApplicationActivationPolicy::Accessory}};
+  for (const Id id : moment.inOrder) {
+    const ApplicationGroup& group = moment.applications.at(id);
+    infos.push_back({id, names_.nameOf(group.key, group.first()),
+                     group.windows.empty() ? NSApplicationActivationPolicy::Accessory
+                                           : NSApplicationActivationPolicy::Regular});
+  }
+  return infos;
+}
+
+std::optional<XApplications::Wish> XApplications::wishFor(Id application) const {
+  for (const Wishes* wishes : {&wishes_, &underWay_}) {
+    if (const auto found = wishes->find(application); found != wishes->end()) return found->second;
+  }
+  return std::nullopt;
+}
+
+bool XApplications::isHidden(Id application) const {
+  const Moment& moment = now();
+  const auto found = moment.applications.find(application);
+  if (found == moment.applications.end()) return false;
+  const auto wish = wishFor(application);
+  if (wish == Wish::Show) return false;
+  return found->second.isHidden() || (wish == Wish::Hide && found->second.isVisible());
+}
+
+bool XApplications::hide(Id application) {
+  if (!latest().list.canMinimise) {
+    warnOnce("this window manager cannot minimise: windows of other programs stay visible");
+    return false;
+  }
+  return wish(application, Wish::Hide);
+}
+
+bool XApplications::unhide(Id application) {
+  return wish(application, Wish::Show);
+}
+
+bool XApplications::wish(Id application, Wish wish) {
+  const auto& applications = latest().applications;
+  const auto found = applications.find(application);
+  if (found == applications.end() || found->second.windows.empty()) return false;
+  wishes_[application] = wish;
+  queueEndOfTurn();
+  return true;
+}
+
+void XApplications::queueEndOfTurn() const {
+  if (std::exchange(turnEnds_, true)) return;
+  QMetaObject::invokeMethod(
+      &context_, [self = const_cast<XApplications*>(this)] { self->endTurn(); },
+      Qt::QueuedConnection);
+}
+
+void XApplications::endTurn() {
+  turnEnds_ = false;
+  if (!operation_) carryOut();
+  isFresh_ = false;
+}
+
+void XApplications::carryOut() {
+  while (!wishes_.empty() && !startHiding() && !startShowing()) {
+  }
+}
+
+std::vector<const ApplicationGroup*> XApplications::take(Wish wish, const Moment& moment) {
+  std::vector<const ApplicationGroup*> taken;
+  std::erase_if(wishes_, [&](const auto& waiting) {
+    if (waiting.second != wish) return false;
+    const auto found = moment.applications.find(waiting.first);
+    if (found != moment.applications.end()) {
+      taken.push_back(&found->second);
+      underWay_.insert(waiting);
+    }
+    return true;
+  });
+  return taken;
+}
+
+bool XApplications::startHiding() {
+  const Moment& moment = now();
+  HideOperation::Plan plan;
+  for (const ApplicationGroup* group : take(Wish::Hide, moment)) {
+    for (const ClientWindow* window : group->windows) {
+      if (!window->minimised) plan.windows.push_back(window->id);
+    }
+    for (const auto& [window, leader] : group->followers) {
+      if (!window->minimised && !leader->minimised) plan.followers.push_back(window->id);
+    }
+  }
+  if (plan.windows.empty()) {
+    underWay_.clear();
+    return false;
+  }
+  plan.order = orderToRemember(moment.list);
+  watch_.pause();
+  operation_ =
+      std::make_unique<HideOperation>(events_, clients_, std::move(plan), [this] { finished(); });
+  return true;
+}
+
+bool XApplications::startShowing() {
+  const Moment& moment = now();
+  ShowOperation::Plan plan;
+  for (const ApplicationGroup* group : take(Wish::Show, moment)) {
+    for (const ClientWindow* window : group->windows) {
+      if (window->isHidden()) plan.windows.push_back(window->id);
+    }
+    for (const auto& follower : group->followers) {
+      if (follower.window->isHidden()) plan.windows.push_back(follower.window->id);
+    }
+  }
+  if (plan.windows.empty()) {
+    underWay_.clear();
+    return false;
+  }
+  plan.before = moment.list;
+  watch_.pause();
+  operation_ =
+      std::make_unique<ShowOperation>(events_, clients_, std::move(plan), [this] { finished(); });
+  return true;
+}
+
+void XApplications::finished() {
+  // The operation calls this from inside itself.
+  QMetaObject::invokeMethod(
+      &context_,
+      [this] {
+        operation_.reset();
+        underWay_.clear();
+        isFresh_ = false;
+        watch_.resume();
+        // Also for the watch, which has to know what is hidden now.
+        now();
+      },
+      Qt::QueuedConnection);
+}
+
+void XApplications::warnOnce(const char* line) const {
+  if (!std::exchange(warned_, true)) qCWarning(lcX11, "%s", line);
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QObject>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/linux/x11/ApplicationGroups.h"
+#include "desktop/linux/x11/ApplicationNames.h"
+#include "desktop/linux/x11/HiddenWatch.h"
+#include "desktop/linux/x11/HideOperation.h"
+#include "platform/port/RunningApplications.h"
+
+namespace linux_desktop {
+
+/// The running applications of an X11 desktop: those that have windows, and ourselves.
+///
+/// Hidden windows are minimised and carry a mark, `_CALMDECK_HIDDEN`; the root window keeps the
+/// stacking order from before, `_CALMDECK_ORDER`. Both outlive this process, so that the next one
+/// can show what this one hid.
+class XApplications final : public platform::port::RunningApplications {
+ public:
+  using Id = platform::port::ApplicationId;
+
+  /// `events` outlives this.
+  explicit XApplications(XEvents& events);
+
+  [[nodiscard]] std::vector<platform::port::ApplicationInfo> runningApplications() const override;
+  [[nodiscard]] bool isHidden(Id application) const override;
+  bool hide(Id application) override;
+  bool unhide(Id application) override;
+
+ private:
+  enum class Wish { Hide, Show };
+  using Wishes = std::map<Id, Wish>;
+  /// One reading of the window manager's list; what hangs on it points into it.
+  struct Moment {
+    ClientList list;
+    std::map<Id, ApplicationGroup> applications;
+    std::vector<Id> inOrder;
+  };
+
+  /// Read in this turn of the loop.
+  const Moment& now() const;
+  /// Read at some time.
+  const Moment& latest() const { return moment_ ? *moment_ : now(); }
+  std::unique_ptr<Moment> read() const;
+  [[nodiscard]] std::optional<Wish> wishFor(Id application) const;
+  bool wish(Id application, Wish wish);
+  void queueEndOfTurn() const;
+  void endTurn();
+  void carryOut();
+  /// Takes the wishes of that kind out of the waiting ones.
+  std::vector<const ApplicationGroup*> take(Wish wish, const Moment& moment);
+  [[nodiscard]] bool startHiding();
+  [[nodiscard]] bool startShowing();
+  void finished();
+  void warnOnce(const char* line) const;
+
+  XEvents& events_;
+  ClientWindows clients_;
+  mutable HiddenWatch watch_;
+  mutable ApplicationNames names_;
+  mutable std::map<std::string, Id> ids_;
+  mutable Id lastId_;
+  mutable std::unique_ptr<Moment> moment_;
+  mutable bool isFresh_ = false;
+  mutable bool turnEnds_ = false;
+  mutable bool warned_ = false;
+  /// What was asked for and not begun, and what is under way: one operation at a time, so that the
+  /// last wish is also the last request.
+  Wishes wishes_;
+  Wishes underWay_;
+  std::unique_ptr<HiddenOperation> operation_;
+  mutable QObject context_;
+};
+
+}  // namespace linux_desktop

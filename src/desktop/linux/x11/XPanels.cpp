@@ -1,0 +1,89 @@
+#include "desktop/linux/x11/XPanels.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+namespace linux_desktop {
+namespace {
+
+/// EWMH 1.5, _NET_WM_STRUT_PARTIAL: the four widths, then where along its edge each begins and
+/// ends.
+enum Strut { Left, Right, Top, Bottom, Widths };
+constexpr std::size_t kPartialItems = 12;
+
+/// The strip that a strut speaks of, on a root window of size `root`.
+QRect stripOf(std::vector<std::uint32_t> strut, QSize root) {
+  if (strut.size() < Widths) return {};
+  if (strut.size() < kPartialItems) {
+    const auto w = static_cast<std::uint32_t>(root.width());
+    const auto h = static_cast<std::uint32_t>(root.height());
+    strut.resize(Widths);
+    strut.insert(strut.end(), {0, h - 1, 0, h - 1, 0, w - 1, 0, w - 1});
+  }
+  const auto at = [&strut](std::size_t index) { return static_cast<int>(strut[index]); };
+  for (const std::size_t side : {Left, Right, Top, Bottom}) {
+    if (at(side) == 0) continue;
+    const int begin = at(Widths + 2 * side);
+    const int length = at(Widths + 2 * side + 1) - begin + 1;
+    const std::array<QRect, Widths> strips{
+        QRect(0, begin, at(side), length), QRect(root.width() - at(side), begin, at(side), length),
+        QRect(begin, 0, length, at(side)),
+        QRect(begin, root.height() - at(side), length, at(side))};
+    return strips[side];
+  }
+  return {};
+}
+
+std::vector<xcb_window_t> childrenOf(xcb_window_t window, XServer& server) {
+  const XReply<xcb_query_tree_reply_t> tree(
+      xcb_query_tree_reply(server.get(), xcb_query_tree(server.get(), window), nullptr));
+  if (!tree) return {};
+  const std::span children(xcb_query_tree_children(tree.get()), tree->children_len);
+  return {children.begin(), children.end()};
+}
+
+/// Without a window manager nobody keeps the list, and panels are the root's children.
+std::vector<xcb_window_t> candidates(XServer& server) {
+  const std::vector<xcb_window_t> managed = server.numbers(server.root(), "_NET_CLIENT_LIST");
+  return managed.empty() ? childrenOf(server.root(), server) : managed;
+}
+
+}  // namespace
+
+std::vector<XPanel> panelsOn(XServer& server) {
+  const auto root = server.geometry(server.root());
+  if (!root) return {};
+  const std::vector<xcb_window_t> windows = candidates(server);
+  const auto types = server.numbersOf(windows, "_NET_WM_WINDOW_TYPE");
+  const auto partial = server.numbersOf(windows, "_NET_WM_STRUT_PARTIAL");
+  const auto whole = server.numbersOf(windows, "_NET_WM_STRUT");
+  const auto pids = server.numbersOf(windows, "_NET_WM_PID");
+  const xcb_atom_t dock = server.atom("_NET_WM_WINDOW_TYPE_DOCK");
+  std::vector<XPanel> panels;
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    const QRect strip = stripOf(partial[i].empty() ? whole[i] : partial[i], root->size());
+    if (strip.isEmpty() && std::ranges::find(types[i], dock) == types[i].end()) continue;
+    const auto geometry = server.geometry(windows[i]);
+    if (geometry)
+      panels.push_back({windows[i], *geometry, strip, pids[i].empty() ? 0 : pids[i][0]});
+  }
+  return panels;
+}
+
+std::optional<QRect> partDrawnBy(std::uint32_t pid, const XPanel& panel, XServer& server) {
+  constexpr int kDepth = 4;
+  std::vector<xcb_window_t> level{panel.window};
+  for (int depth = 0; depth < kDepth && !level.empty(); ++depth) {
+    std::vector<xcb_window_t> next;
+    for (const xcb_window_t window : level)
+      std::ranges::copy(childrenOf(window, server), std::back_inserter(next));
+    const auto pids = server.numbersOf(next, "_NET_WM_PID");
+    for (std::size_t i = 0; i < next.size(); ++i)
+      if (!pids[i].empty() && pids[i][0] == pid) return server.geometry(next[i]);
+    level = std::move(next);
+  }
+  return std::nullopt;
+}
+
+}  // namespace linux_desktop

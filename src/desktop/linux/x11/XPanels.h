@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "desktop/linux/x11/XServer.h"
+
+namespace linux_desktop {
+
+/// A panel of the desktop as its window says: what is a dock or keeps a part of the screen free.
+/// Rectangles are in pixels of the root window.
+struct XPanel {
+  xcb_window_t window = XCB_NONE;
+  QRect geometry;
+  /// What the panel keeps free of windows; empty for one that hides itself or floats.
+  QRect reserved;
+  /// What the window says of its process; 0 where it says nothing.
+  std::uint32_t pid = 0;
+};
+
+/// The panels as they stand now: five round trips and one more for each panel.
+[[nodiscard]] std::vector<XPanel> panelsOn(XServer& server);
+
+/// The part of the panel that another process draws: xfce4-panel and mate-panel run their tray
+/// that way. Absent when that process has no window inside the panel.
+[[nodiscard]] std::optional<QRect> partDrawnBy(std::uint32_t pid, const XPanel& panel,
+                                               XServer& server);
+
+}  // namespace linux_desktop

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QImage>
+#include <QRect>
+#include <memory>
+
+#include "desktop/linux/x11/XServer.h"
+#include "platform/port/WindowList.h"
+
+namespace linux_desktop {
+
+/// A pixmap of somebody else, which may be gone at any time.
+struct ForeignPixmap {
+  xcb_pixmap_t id = XCB_NONE;
+  std::uint8_t depth = 0;
+};
+
+/// A picture that the X server holds, ready to be a window's background. Nothing of it is kept in
+/// this process. Given back to the server when the last one lets go of it; a window that has it as
+/// its background keeps showing it. The server connection outlives it.
+class XPicture final : public platform::port::Capture {
+ public:
+  // Each gives null where the server does not take the picture: no memory, a screen whose colours
+  // are not known here, or a source that is gone.
+
+  /// Opaque; transparency is ignored.
+  [[nodiscard]] static std::shared_ptr<const XPicture> fromImage(XServer& server,
+                                                                 const QImage& image);
+  /// The part `area` of a pixmap that holds all of it.
+  [[nodiscard]] static std::shared_ptr<const XPicture> fromPixmap(XServer& server,
+                                                                  const ForeignPixmap& source,
+                                                                  const QRect& area);
+  /// One colour everywhere, as the root window's pixels have it. Takes the memory of one pixel.
+  [[nodiscard]] static std::shared_ptr<const XPicture> solid(XServer& server, std::uint32_t pixel,
+                                                             QSize size);
+
+  ~XPicture() override;
+  XPicture(const XPicture&) = delete;
+  XPicture& operator=(const XPicture&) = delete;
+
+  [[nodiscard]] std::size_t pixelWidth() const override {
+    return static_cast<std::size_t>(size_.width());
+  }
+  [[nodiscard]] std::size_t pixelHeight() const override {
+    return static_cast<std::size_t>(size_.height());
+  }
+  [[nodiscard]] QSize size() const { return size_; }
+  /// Of the root window's depth. A background that is repeated gives the whole picture.
+  [[nodiscard]] xcb_pixmap_t pixmap() const { return pixmap_; }
+
+ private:
+  XPicture(XServer& server, QSize size, QSize held);
+
+  [[nodiscard]] bool put(const QImage& image) const;
+  [[nodiscard]] bool copy(const ForeignPixmap& source, const QRect& area) const;
+  [[nodiscard]] bool convert(const ForeignPixmap& source, const QRect& area) const;
+  [[nodiscard]] bool succeeded(xcb_void_cookie_t request) const;
+
+  XServer& server_;
+  QSize size_;
+  xcb_pixmap_t pixmap_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,124 @@
+// A program with nothing but the running applications. Reads commands from the fifo that it is
+// given, a line each; the words of one line are carried out in one turn of the loop:
+//   hide, show    as the mode does when it starts and stops
+//   list          a line for each application: "app <id> <policy> <hidden> <name>"
+//   cost          "cost <requests> <round trips>" of the X connection since the last time
+// Ends each line's work with "done".
+
+#include <fcntl.h>
+
+#include <QApplication>
+#include <QSocketNotifier>
+#include <cstdio>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "desktop/applications/RoundTripCount.h"
+#include "desktop/harness/FileDescriptor.h"
+#include "desktop/linux/loop/QtMainLoop.h"
+#include "desktop/linux/x11/XApplications.h"
+
+namespace {
+
+using linux_desktop::XApplications;
+using platform::NSApplicationActivationPolicy;
+using platform::port::ApplicationInfo;
+
+void say(const std::string& line) {
+  std::puts(line.c_str());
+  std::fflush(stdout);
+}
+
+class Probe {
+ public:
+  Probe(linux_desktop::XServer& server, const char* fifo)
+      : server_(server), fifo_(::open(fifo, O_RDWR | O_NONBLOCK | O_CLOEXEC)) {
+    countRoundTripsOf(server.get());
+    notifier_ = std::make_unique<QSocketNotifier>(fifo_.get(), QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                     [this] { read(); });
+  }
+
+ private:
+  void read() {
+    char byte = 0;
+    while (::read(fifo_.get(), &byte, 1) == 1) {
+      if (byte != '\n') {
+        line_ += byte;
+        continue;
+      }
+      std::istringstream words(std::exchange(line_, {}));
+      for (std::string word; words >> word;) obey(word);
+      loop_.post([] { say("done"); });
+    }
+  }
+
+  void obey(const std::string& word) {
+    if (word == "hide") hide();
+    if (word == "show") show();
+    if (word == "list") list();
+    if (word == "cost") sayCost();
+  }
+
+  std::vector<ApplicationInfo> regular() {
+    auto infos = applications_.runningApplications();
+    std::erase_if(infos, [](const ApplicationInfo& info) {
+      return info.activationPolicy != NSApplicationActivationPolicy::Regular;
+    });
+    return infos;
+  }
+
+  void hide() {
+    const auto infos = regular();
+    const auto pass = [this, infos] {
+      for (const ApplicationInfo& info : infos) {
+        if (!applications_.hide(info.id)) say("refused");
+      }
+    };
+    pass();
+    loop_.post(pass);
+  }
+
+  void show() {
+    for (const ApplicationInfo& info : regular()) {
+      if (applications_.isHidden(info.id)) applications_.unhide(info.id);
+    }
+  }
+
+  void list() {
+    for (const ApplicationInfo& info : applications_.runningApplications()) {
+      const bool isRegular = info.activationPolicy == NSApplicationActivationPolicy::Regular;
+      say("app " + std::to_string(info.id) + (isRegular ? " regular" : " accessory") +
+          (applications_.isHidden(info.id) ? " hidden " : " shown ") +
+          info.localizedName.value_or("-"));
+    }
+  }
+
+  void sayCost() {
+    const unsigned sequence = xcb_no_operation(server_.get()).sequence;
+    say("cost " + std::to_string(sequence - std::exchange(sequence_, sequence)) + " " +
+        std::to_string(takeRoundTripCount()));
+  }
+
+  linux_desktop::XServer& server_;
+  linux_desktop::XEvents events_{server_};
+  XApplications applications_{events_};
+  linux_desktop::QtMainLoop loop_;
+  harness::FileDescriptor fifo_;
+  std::unique_ptr<QSocketNotifier> notifier_;
+  std::string line_;
+  unsigned sequence_ = 0;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationDisplayName(QStringLiteral("Probe"));
+  const auto server = linux_desktop::XServer::connect();
+  if (!server || argc < 2) return 1;
+  const Probe probe(*server, argv[1]);
+  say("up");
+  return QApplication::exec();
+}

@@ -1,0 +1,149 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "desktop/applications/ApplicationsDesk.h"
+
+using harness::Stream;
+using harness::WindowManager;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+std::string nameOf(const testing::TestParamInfo<WindowManager>& info) {
+  static const std::map<WindowManager, std::string> names = {{WindowManager::Openbox, "Openbox"},
+                                                             {WindowManager::Xfwm4, "Xfwm4"},
+                                                             {WindowManager::Marco, "Marco"},
+                                                             {WindowManager::Icewm, "Icewm"}};
+  return names.at(info.param);
+}
+
+class HidingTest : public testing::TestWithParam<WindowManager> {
+ protected:
+  ApplicationsDesk desk{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(EachWindowManager, HidingTest,
+                         testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
+                                         WindowManager::Marco, WindowManager::Icewm),
+                         nameOf);
+
+TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {
+  const auto letter = desk.openProgram("letter", {100, 100, 300, 200});
+  const auto elsewhere = desk.openProgram("elsewhere", {150, 150, 300, 200});
+  desk.moveToWorkspace(elsewhere, 1);
+  const auto drawing = desk.open({.name = "drawing", .className = "Draw"});
+  const auto clock = desk.open({.name = "clock", .state = "SKIP_TASKBAR"});
+  const auto dialog =
+      desk.open({.name = "dialog", .className = "Draw", .type = "DIALOG", .transientFor = drawing});
+  const auto memo = desk.openProgram("memo", {200, 200, 300, 200});
+  desk.activate(letter);
+  desk.activate(clock);
+  const std::vector<xcb_window_t> hidden{letter, elsewhere, drawing, memo};
+  const std::vector<xcb_window_t> all{letter, elsewhere, drawing, clock, dialog, memo};
+  const auto order = desk.stacking(all);
+  ASSERT_EQ(order.size(), all.size());
+
+  desk.startProbe();
+  desk.tell("hide");
+  ASSERT_TRUE(desk.allMinimised(hidden));
+  EXPECT_TRUE(desk.desk().until([&] { return !desk.desk().windows().info(dialog)->viewable; }));
+  EXPECT_TRUE(desk.desk().windows().info(clock)->viewable);
+  EXPECT_FALSE(desk.isMinimised(clock) || desk.isMarked(clock));
+
+  desk.activate(clock);
+  desk.tell("show");
+  ASSERT_TRUE(desk.allShown(hidden));
+  EXPECT_TRUE(desk.desk().until([&] { return desk.desk().windows().info(dialog)->viewable; }));
+  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(all) == order; }));
+  EXPECT_THAT(desk.stacking(all), testing::ElementsAreArray(order));
+  EXPECT_TRUE(desk.desk().until([&] { return desk.desk().windows().active() == clock; }));
+  EXPECT_TRUE(desk.desk().until([&] { return desk.workspace(elsewhere) == 1; }));
+  EXPECT_EQ(desk.currentWorkspace(), 0U);
+  EXPECT_TRUE(desk.desk().x().numbers(desk.desk().x().root(), "_CALMDECK_ORDER").empty());
+}
+
+TEST_P(HidingTest, OnlyWhatHidingTookAwayComesBack) {
+  const auto minimisedBefore = desk.open({.name = "minimised before", .className = "A"});
+  const auto forward = desk.open({.name = "brought forward", .className = "B"});
+  const auto putAway = desk.open({.name = "brought forward and put away", .className = "C"});
+  const auto quiet = desk.open({.name = "quiet", .className = "D"});
+  desk.minimise(minimisedBefore);
+
+  desk.startProbe();
+  desk.tell("hide");
+  ASSERT_TRUE(desk.allMinimised({forward, putAway, quiet}));
+  EXPECT_FALSE(desk.isMarked(minimisedBefore));
+  ASSERT_TRUE(desk.desk().until([&] { return desk.desk().windows().active() != putAway; }));
+  desk.activate(putAway);
+  ASSERT_TRUE(
+      desk.desk().until([&] { return desk.desk().x().number(putAway, "_CALMDECK_HIDDEN") == 0U; }));
+  desk.activate(forward);
+  ASSERT_TRUE(desk.desk().until([&] { return !desk.isMinimised(forward); }));
+  desk.minimise(putAway);
+
+  desk.tell("show");
+  ASSERT_TRUE(desk.allShown({quiet, forward}));
+  EXPECT_TRUE(desk.isMinimised(minimisedBefore));
+  EXPECT_TRUE(desk.isMinimised(putAway));
+  EXPECT_EQ(desk.stacking({forward, quiet}).back(), forward);
+}
+
+TEST_P(HidingTest, TheNextProcessShowsWhatTheOneBeforeHid) {
+  const auto first = desk.openProgram("first", {100, 100, 300, 200});
+  const auto second = desk.openProgram("second", {150, 150, 300, 200});
+  const auto third = desk.openProgram("third", {200, 200, 300, 200});
+  const std::vector<xcb_window_t> all{first, second, third};
+  const auto order = desk.stacking(all);
+  desk.startProbe();
+  desk.tell("hide");
+  ASSERT_TRUE(desk.allMinimised(all));
+  desk.probe().kill();
+
+  desk.startProbe();
+  ASSERT_THAT(desk.list(), testing::Contains(HasSubstr(" regular hidden Xmessage")));
+  desk.tell("show");
+  ASSERT_TRUE(desk.allShown(all));
+  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(all) == order; }));
+  EXPECT_THAT(desk.stacking(all), testing::ElementsAreArray(order));
+}
+
+TEST_P(HidingTest, TheLastWishPrevails) {
+  const auto windows = desk.openMany(20);
+  desk.startProbe();
+  for (const char* commands : {"hide show", "hide", "show", "hide"}) desk.tell(commands);
+  ASSERT_TRUE(desk.allMinimised(windows));
+  for (const char* commands : {"show", "hide", "show hide", "show"}) desk.tell(commands);
+  ASSERT_TRUE(desk.allShown(windows));
+}
+
+TEST_P(HidingTest, ManyWindowsCostAFewRoundTrips) {
+  constexpr int kWindows = 200;
+  const auto windows = desk.openMany(kWindows);
+  ASSERT_EQ(desk.stacking(windows).size(), windows.size());
+  const auto order = desk.stacking(windows);
+  desk.startProbe();
+  ASSERT_EQ(desk.list().size(), 11U);
+  [[maybe_unused]] const auto before = desk.cost();
+  desk.tell("hide");
+  ASSERT_TRUE(desk.allMinimised(windows));
+  desk.tell("list");
+  const auto hiding = desk.cost();
+  desk.tell("show");
+  ASSERT_TRUE(desk.allShown(windows));
+  desk.tell("list");
+  const auto showing = desk.cost();
+  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(windows) == order; }));
+
+  // Each window is read a few times, watched, asked and marked.
+  EXPECT_LT(hiding.requests, 60 * kWindows);
+  EXPECT_LT(showing.requests, 60 * kWindows);
+  EXPECT_LT(hiding.roundTrips, 20);
+  EXPECT_LT(showing.roundTrips, 20);
+  std::cout << "hide " << hiding.requests << " requests, " << hiding.roundTrips
+            << " round trips; show " << showing.requests << ", " << showing.roundTrips << "\n";
+}
+
+}  // namespace

@@ -1,0 +1,287 @@
+#include "desktop/x11/CoverDesk.h"
+
+#include <xcb/randr.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace cover_test {
+
+using namespace std::chrono_literals;
+using harness::kPatience;
+
+namespace {
+
+constexpr const char* kCoverClass = "calmdeck-cover";
+constexpr Rect kFrontArea{500, 250, 300, 150};
+/// Frame and shadow of a window.
+constexpr int kAroundWindow = 60;
+constexpr int kThickestBar = 48;
+constexpr auto kCalm = 300ms;
+
+Rect grown(const Rect& area, int by) {
+  return {area.x - by, area.y - by, area.width + 2 * by, area.height + 2 * by};
+}
+
+/// No two places of it look alike, and the monitors differ.
+Image picture(int width, int height, std::uint32_t blue) {
+  Image image{width, height, {}};
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const auto red = static_cast<std::uint32_t>(255 * x / width);
+      const auto green = static_cast<std::uint32_t>(255 * y / height);
+      image.pixels.push_back(red << 16 | green << 8 | blue);
+    }
+  }
+  return image;
+}
+
+std::string text(const Rect& area) {
+  return std::to_string(area.width) + "x" + std::to_string(area.height) + "+" +
+         std::to_string(area.x) + "+" + std::to_string(area.y);
+}
+
+bool liesOn(const Rect& cover, const Rect& monitor) {
+  return cover.x == monitor.x && cover.y == monitor.y && cover.width == monitor.width &&
+         cover.height <= monitor.height && cover.height >= monitor.height - kThickestBar;
+}
+
+}  // namespace
+
+CoverDesk::CoverDesk(const CoverDeskOptions& options)
+    : desk_({.windowManager = options.windowManager,
+             .environment = {{"GSETTINGS_BACKEND", "keyfile"}}}) {
+  std::filesystem::create_directories(desk_.home().home() / "Desktop");
+  writePng(picture(1280, 720, 40), desk_.home().home() / "left.png");
+  writePng(picture(1024, 600, 200), desk_.home().home() / "right.png");
+  if (!options.composited) stopCompositing();
+  configure(options.icons);
+  desk_.startIcons(options.icons);
+  bare_ = desk_.screen().settled(desk_.x().screenArea(), kCalm, kPatience);
+  if (options.icons != DesktopIcons::None) placeIcons();
+  front_ = desk_.openWindow("front", kFrontArea);
+  [[maybe_unused]] const Image drawn =
+      desk_.screen().settled(desk_.x().screenArea(), kCalm, kPatience);
+  front_ = desk_.windows().info(front_.id).value();
+  frontPixels_ = desk_.screen().area(front_.area);
+}
+
+void CoverDesk::configure(DesktopIcons kind) const {
+  if (kind == DesktopIcons::Xfdesktop) configureXfce();
+  if (kind == DesktopIcons::Pcmanfm) configurePcmanfm();
+  if (kind == DesktopIcons::PcmanfmQt) configurePcmanfmQt();
+  if (kind == DesktopIcons::Caja) configureMate();
+}
+
+void CoverDesk::setXfce(const std::string& channel, const std::string& key, const std::string& type,
+                        const std::string& value) const {
+  const auto done =
+      desk_.run({"xfconf-query", "-c", channel, "-p", key, "-n", "-t", type, "-s", value});
+  if (!done.succeeded()) throw std::runtime_error("xfconf-query: " + done.errorOutput);
+}
+
+void CoverDesk::stopCompositing() const {
+  setXfce("xfwm4", "/general/use_compositing", "bool", "false");
+  const harness::XConnection& x = desk_.x();
+  const auto isComposited = [&] {
+    const harness::XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        x.get(), xcb_get_selection_owner(x.get(), x.atom("_NET_WM_CM_S0")), nullptr));
+    return reply && reply->owner != XCB_NONE;
+  };
+  if (!desk_.until([&] { return !isComposited(); })) throw std::runtime_error("still composited");
+}
+
+void CoverDesk::changeWallpaper() const {
+  setXfce("xfce4-desktop", "/backdrop/screen0/monitorVNC-0/workspace0/last-image", "string",
+          desk_.home().home() / "right.png");
+}
+
+void CoverDesk::configureXfce() const {
+  const auto write = [this](const std::string& key, const std::string& type,
+                            const std::string& value) {
+    setXfce("xfce4-desktop", key, type, value);
+  };
+  constexpr std::array kMonitors{std::pair{"VNC-0", "left.png"}, std::pair{"VNC-1", "right.png"}};
+  for (const auto& [name, file] : kMonitors) {
+    const std::string key = std::string("/backdrop/screen0/monitor") + name + "/workspace0/";
+    write(key + "last-image", "string", desk_.home().home() / file);
+    write(key + "image-style", "int", "3");
+  }
+  for (const char* icon : {"home", "filesystem", "trash", "removable"}) {
+    write(std::string("/desktop-icons/file-icons/show-") + icon, "bool", "false");
+  }
+}
+
+void CoverDesk::configurePcmanfm() const {
+  constexpr std::array kColours{"#204060", "#604020"};
+  for (std::size_t i = 0; i < kColours.size(); ++i) {
+    desk_.home().writeConfig("pcmanfm/default/desktop-items-" + std::to_string(i) + ".conf",
+                             std::string("[*]\nwallpaper_mode=color\ndesktop_bg=") + kColours[i] +
+                                 "\ndesktop_fg=#ffffff\nshow_documents=0\nshow_trash=0\n"
+                                 "show_mounts=0\n");
+  }
+}
+
+void CoverDesk::configurePcmanfmQt() const {
+  desk_.home().writeConfig("pcmanfm-qt/lxqt/settings.conf",
+                           "[Desktop]\nWallpaperMode=none\nBgColor=#305070\n"
+                           "DesktopShortcuts=@Invalid()\n");
+}
+
+void CoverDesk::configureMate() const {
+  desk_.home().writeConfig("glib-2.0/settings/keyfile",
+                           "[org/mate/background]\npicture-filename='" +
+                               (desk_.home().home() / "left.png").string() +
+                               "'\npicture-options='zoom'\nbackground-fade=false\n"
+                               "[org/mate/caja/desktop]\ncomputer-icon-visible=false\n"
+                               "home-icon-visible=false\ntrash-icon-visible=false\n"
+                               "volumes-visible=false\n");
+}
+
+void CoverDesk::placeIcons() {
+  std::ofstream(desk_.home().home() / "Desktop/a note.txt") << "note\n";
+  const Rect all = desk_.x().screenArea();
+  const auto shown = [&] { return changedArea(bare_, desk_.screen().area(all)).has_value(); };
+  if (!desk_.until(shown)) throw std::runtime_error("no icon came");
+  icons_ = changedArea(bare_, desk_.screen().settled(all, kCalm, kPatience));
+}
+
+void CoverDesk::startProbe(const std::vector<std::string>& arguments) {
+  std::vector<std::string> argv{COVER_PROBE};
+  argv.insert(argv.end(), arguments.begin(), arguments.end());
+  probe_ = desk_.start(argv);
+  ASSERT_TRUE(probe_->waitForLine("^up$")) << probe_->errorOutput();
+  ASSERT_TRUE(desk_.until([&] { return everyMonitorIsCovered(); })) << probe_->errorOutput();
+}
+
+std::vector<WindowInfo> CoverDesk::covers() const {
+  std::vector<WindowInfo> found = desk_.windows().all();
+  std::erase_if(found, [](const WindowInfo& window) {
+    return window.className != kCoverClass || !window.viewable;
+  });
+  return found;
+}
+
+std::vector<WindowInfo> CoverDesk::iconWindows() const {
+  std::vector<WindowInfo> found = desk_.windows().all();
+  std::erase_if(found, [](const WindowInfo& window) {
+    return window.className == kCoverClass || !window.viewable || window.type != "DESKTOP";
+  });
+  return found;
+}
+
+bool CoverDesk::everyMonitorIsCovered() {
+  const std::vector<WindowInfo> windows = covers();
+  const std::vector<Rect> monitors = desk_.server().monitors();
+  return windows.size() == monitors.size() &&
+         std::ranges::all_of(monitors, [&](const Rect& monitor) {
+           return std::ranges::any_of(
+               windows, [&](const WindowInfo& window) { return liesOn(window.area, monitor); });
+         });
+}
+
+std::string CoverDesk::compare(const Image& now, bool frontShows) const {
+  const Rect around = grown(front_.area, kAroundWindow);
+  const Rect screen = desk_.x().screenArea();
+  std::size_t wrong = 0;
+  Rect first;
+  for (int y = 0; y < screen.height; ++y) {
+    for (int x = 0; x < screen.width; ++x) {
+      if ((frontShows && around.contains(x, y)) || now.at(x, y) == bare_.at(x, y)) continue;
+      if (wrong++ == 0) first = {x, y, 1, 1};
+    }
+  }
+  if (wrong > 0) return std::to_string(wrong) + " pixels differ, the first at " + text(first);
+  if (frontShows && now.part(front_.area) != frontPixels_) return "the window above is hidden";
+  return {};
+}
+
+std::string CoverDesk::fault() const {
+  return compare(desk_.screen().whole(), true);
+}
+
+std::string CoverDesk::faultWithoutFront() const {
+  return compare(desk_.screen().whole(), false);
+}
+
+std::string CoverDesk::faultAfterAWhile(bool frontShows) const {
+  std::string last;
+  desk_.until([&] { return (last = compare(desk_.screen().whole(), frontShows)).empty(); }, 5s);
+  return last;
+}
+
+Image CoverDesk::rootPicture(const Rect& monitor) const {
+  const auto pixmap = desk_.x().number(desk_.x().root(), "_XROOTPMAP_ID");
+  if (!pixmap) return {};
+  const harness::XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
+      desk_.x().get(),
+      xcb_get_image(desk_.x().get(), XCB_IMAGE_FORMAT_Z_PIXMAP, *pixmap,
+                    static_cast<std::int16_t>(monitor.x), static_cast<std::int16_t>(monitor.y),
+                    static_cast<std::uint16_t>(monitor.width),
+                    static_cast<std::uint16_t>(monitor.height), ~0U),
+      nullptr));
+  const auto count =
+      static_cast<std::size_t>(monitor.width) * static_cast<std::size_t>(monitor.height);
+  if (!reply || static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) < 4 * count) {
+    return {};
+  }
+  Image image{monitor.width, monitor.height, std::vector<std::uint32_t>(count)};
+  std::memcpy(image.pixels.data(), xcb_get_image_data(reply.get()), 4 * count);
+  for (std::uint32_t& pixel : image.pixels) pixel &= 0xffffffU;
+  return image;
+}
+
+void CoverDesk::setRootPicture(std::uint32_t colour) {
+  const harness::XConnection& x = desk_.x();
+  const Rect all = x.screenArea();
+  auto pixmap = x.number(x.root(), "_XROOTPMAP_ID").value_or(XCB_NONE);
+  if (pixmap == XCB_NONE) {
+    pixmap = xcb_generate_id(x.get());
+    xcb_create_pixmap(x.get(), 24, pixmap, x.root(), static_cast<std::uint16_t>(all.width),
+                      static_cast<std::uint16_t>(all.height));
+  }
+  const xcb_gcontext_t context = xcb_generate_id(x.get());
+  xcb_create_gc(x.get(), context, pixmap, XCB_GC_FOREGROUND, &colour);
+  const xcb_rectangle_t area{0, 0, static_cast<std::uint16_t>(all.width),
+                             static_cast<std::uint16_t>(all.height)};
+  xcb_poly_fill_rectangle(x.get(), pixmap, context, 1, &area);
+  xcb_free_gc(x.get(), context);
+  xcb_change_window_attributes(x.get(), x.root(), XCB_CW_BACK_PIXMAP, &pixmap);
+  xcb_clear_area(x.get(), 0, x.root(), 0, 0, 0, 0);
+  xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, x.root(), x.atom("_XROOTPMAP_ID"),
+                      XCB_ATOM_PIXMAP, 32, 1, &pixmap);
+  xcb_flush(x.get());
+}
+
+void CoverDesk::swapPrimary() const {
+  const harness::XConnection& x = desk_.x();
+  const harness::XReply<xcb_randr_get_monitors_reply_t> reply(
+      xcb_randr_get_monitors_reply(x.get(), xcb_randr_get_monitors(x.get(), x.root(), 1), nullptr));
+  if (!reply) return;
+  auto info = xcb_randr_get_monitors_monitors_iterator(reply.get());
+  for (; info.rem > 0; xcb_randr_monitor_info_next(&info)) {
+    if (info.data->primary != 0 || info.data->x == 0) continue;
+    xcb_randr_set_output_primary(x.get(), x.root(), *xcb_randr_monitor_info_outputs(info.data));
+    xcb_flush(x.get());
+    return;
+  }
+}
+
+void CoverDesk::goToWorkspace(std::uint32_t number) {
+  const harness::XConnection& x = desk_.x();
+  x.askWindowManager(x.root(), "_NET_CURRENT_DESKTOP", {number, 0});
+  EXPECT_TRUE(desk_.until([&] { return x.number(x.root(), "_NET_CURRENT_DESKTOP") == number; }));
+}
+
+void CoverDesk::showDesktop(bool on) {
+  const harness::XConnection& x = desk_.x();
+  x.askWindowManager(x.root(), "_NET_SHOWING_DESKTOP", {on ? 1U : 0U});
+  EXPECT_TRUE(
+      desk_.until([&] { return x.number(x.root(), "_NET_SHOWING_DESKTOP") == (on ? 1U : 0U); }));
+}
+
+}  // namespace cover_test

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/XDesk.h"
+
+namespace cover_test {
+
+using harness::DesktopIcons;
+using harness::Image;
+using harness::Process;
+using harness::Rect;
+using harness::WindowInfo;
+using harness::WindowManager;
+
+struct CoverDeskOptions {
+  WindowManager windowManager = WindowManager::None;
+  DesktopIcons icons = DesktopIcons::None;
+  /// False: xfwm4 is told not to composite, as it does by itself.
+  bool composited = true;
+};
+
+/// Two monitors with a wallpaper and icons on them, an ordinary window above, and a program that
+/// covers the icons.
+class CoverDesk {
+ public:
+  explicit CoverDesk(const CoverDeskOptions& options);
+
+  [[nodiscard]] harness::XDesk& desk() { return desk_; }
+  [[nodiscard]] Process& probe() { return *probe_; }
+
+  /// Returns once the probe has said that its covers are up and each monitor has one.
+  void startProbe(const std::vector<std::string>& arguments = {});
+  /// On the screen now, in no particular order.
+  [[nodiscard]] std::vector<WindowInfo> covers() const;
+  /// Exactly one cover a monitor, as large as it; icewm's may be a little less.
+  [[nodiscard]] bool everyMonitorIsCovered();
+  /// Windows of icons, the covers not among them.
+  [[nodiscard]] std::vector<WindowInfo> iconWindows() const;
+
+  /// Where icons are and the covers are to hide them, as they were before; empty where there were
+  /// none.
+  [[nodiscard]] std::optional<Rect> icons() const { return icons_; }
+  [[nodiscard]] const WindowInfo& front() const { return front_; }
+
+  /// What the eye finds wrong on the monitors: "" when they show the desktop without icons to the
+  /// pixel, with the ordinary window above it as it was.
+  [[nodiscard]] std::string fault() const;
+  /// The same where the ordinary window is not on the screen.
+  [[nodiscard]] std::string faultWithoutFront() const;
+  /// Waits until the fault is gone; what remained else.
+  [[nodiscard]] std::string faultAfterAWhile(bool frontShows = true) const;
+
+  /// Shows another picture on the first monitor, where xfdesktop draws it.
+  void changeWallpaper() const;
+  /// The part of the root window's picture that the monitor has; no pixels where there is none.
+  [[nodiscard]] Image rootPicture(const Rect& monitor) const;
+  /// Makes a pixmap of one colour and says that it is the root's picture, as desktops do.
+  void setRootPicture(std::uint32_t colour);
+
+  /// The monitor that is not the primary one becomes it.
+  void swapPrimary() const;
+  void goToWorkspace(std::uint32_t number);
+  void showDesktop(bool on);
+
+ private:
+  void configure(DesktopIcons kind) const;
+  void configureXfce() const;
+  void setXfce(const std::string& channel, const std::string& key, const std::string& type,
+               const std::string& value) const;
+  void configurePcmanfm() const;
+  void configurePcmanfmQt() const;
+  void configureMate() const;
+  void stopCompositing() const;
+  void placeIcons();
+  [[nodiscard]] std::string compare(const Image& now, bool frontShows) const;
+
+  harness::XDesk desk_;
+  /// Without icons and windows.
+  Image bare_;
+  std::optional<Rect> icons_;
+  WindowInfo front_;
+  Image frontPixels_;
+  std::unique_ptr<Process> probe_;
+};
+
+}  // namespace cover_test

@@ -1,0 +1,191 @@
+// What a cover shows, and when.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <csignal>
+#include <string>
+
+#include "desktop/x11/CoverDesk.h"
+
+namespace cover_test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kRed = 0xff0000;
+constexpr std::uint32_t kGreen = 0x00ff00;
+constexpr std::uint32_t kBlue = 0x0000ff;
+/// As another program may scale the same picture.
+constexpr std::uint32_t kAlmostBlue = 0x0808f4;
+
+/// Whether both monitors show that colour somewhere clear of windows.
+bool bothShow(CoverDesk& covers, std::uint32_t colour) {
+  return covers.desk().screen().pixel(200, 600) == colour &&
+         covers.desk().screen().pixel(1280 + 700, 500) == colour;
+}
+
+TEST(CoverPicture, TheBareRootsColourIsCopiedWhereNothingElseIsKnown) {
+  CoverDesk covers({.windowManager = WindowManager::Openbox});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+}
+
+TEST(CoverPicture, WithoutAWindowManagerTheCoverIsAboveTheIconsAndBelowTheWindows) {
+  CoverDesk covers({.icons = DesktopIcons::Pcmanfm});
+  ASSERT_TRUE(covers.icons().has_value());
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+
+  covers.desk().startWindowManager(WindowManager::Openbox);
+  const auto isManaged = [](const WindowInfo& cover) { return cover.managed; };
+  EXPECT_TRUE(covers.desk().until([&] {
+    return covers.everyMonitorIsCovered() && std::ranges::all_of(covers.covers(), isManaged);
+  })) << "a window manager that comes takes over";
+}
+
+TEST(CoverPicture, WhatTheDesktopWasToldIsDrawnUntilItDrawsItItself) {
+  CoverDesk covers({.windowManager = WindowManager::Openbox});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe({"--told"}));
+  ASSERT_TRUE(covers.desk().until([&] { return bothShow(covers, kRed); }));
+
+  covers.setRootPicture(kGreen);
+  ASSERT_TRUE(covers.probe().waitForLine("^space$"));
+  EXPECT_TRUE(bothShow(covers, kRed)) << "not what was told, and nothing of it can be seen";
+
+  covers.probe().signal(SIGUSR1);
+  EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, kBlue); })) << "told, not drawn";
+
+  covers.setRootPicture(kAlmostBlue);
+  EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, kAlmostBlue); }))
+      << "drawn, in the same pixmap as before: its own pixels are the truth";
+}
+
+TEST(CoverPicture, CoversGoAndComeBack) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  ASSERT_EQ(covers.faultAfterAWhile(), "");
+  covers.probe().signal(SIGUSR2);
+  EXPECT_TRUE(covers.desk().until([&] { return covers.covers().empty(); }));
+  EXPECT_TRUE(covers.desk().until([&] { return !covers.fault().empty(); })) << "the icons show";
+  covers.probe().signal(SIGUSR2);
+  EXPECT_TRUE(covers.desk().until([&] { return covers.everyMonitorIsCovered(); }));
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+  covers.probe().kill();
+  EXPECT_TRUE(covers.desk().until([&] { return covers.covers().empty(); }))
+      << "covers end with their program";
+}
+
+/// Whether each monitor shows what the desktop draws there, icons aside, and the windows above.
+bool showsRootPictures(CoverDesk& covers) {
+  return std::ranges::all_of(covers.desk().server().monitors(), [&](const Rect& monitor) {
+    Image seen = covers.desk().screen().area(monitor);
+    const Image drawn = covers.rootPicture(monitor);
+    if (seen.pixels.size() != drawn.pixels.size()) return false;
+    for (int y = 0; y < seen.height; ++y) {
+      for (int x = 0; x < seen.width; ++x) {
+        const bool isWindow = Rect{400, 150, 500, 350}.contains(monitor.x + x, monitor.y + y);
+        if (!isWindow && seen.at(x, y) != drawn.at(x, y)) return false;
+      }
+    }
+    return true;
+  });
+}
+
+/// Looks at the same points over and over, as fast as the server answers.
+class Watcher {
+ public:
+  explicit Watcher(CoverDesk& covers) : covers_(covers), before_(look()) {}
+
+  /// Until `fact` holds and a little longer. The number of looks at which something was another
+  /// colour than at first.
+  int unlikeLooks(const std::function<bool()>& fact) {
+    int unlike = 0;
+    const auto isSame = [&] {
+      if (look() != before_) ++unlike;
+      return fact();
+    };
+    EXPECT_TRUE(covers_.desk().until(isSame));
+    const auto end = std::chrono::steady_clock::now() + 500ms;
+    while (std::chrono::steady_clock::now() < end) {
+      if (look() != before_) ++unlike;
+    }
+    return unlike;
+  }
+
+ private:
+  [[nodiscard]] std::vector<std::uint32_t> look() const {
+    std::vector<std::uint32_t> colours;
+    for (const Rect& monitor : {Rect{0, 0, 1280, 720}, Rect{1280, 0, 1024, 600}}) {
+      for (const int part : {1, 5, 9}) {
+        colours.push_back(covers_.desk().screen().pixel(monitor.x + monitor.width * part / 10,
+                                                        monitor.bottom() - 8 * part));
+      }
+    }
+    return colours;
+  }
+
+  CoverDesk& covers_;
+  std::vector<std::uint32_t> before_;
+};
+
+TEST(CoverPicture, NothingFlashesWhileCoversComeAndGo) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  Watcher watcher(covers);
+  const std::unique_ptr<Process> probe = covers.desk().start({COVER_PROBE});
+  EXPECT_EQ(watcher.unlikeLooks([&] { return covers.everyMonitorIsCovered(); }), 0);
+  probe->signal(SIGUSR2);
+  EXPECT_EQ(watcher.unlikeLooks([&] { return covers.covers().empty(); }), 0);
+}
+
+TEST(CoverPicture, AnotherPrimaryMonitorDisturbsNothing) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  ASSERT_EQ(covers.faultAfterAWhile(), "");
+  Watcher watcher(covers);
+  covers.swapPrimary();
+  const auto isRefreshed = [&] {
+    return covers.probe().output().find("refreshed") != std::string::npos;
+  };
+  EXPECT_EQ(watcher.unlikeLooks(isRefreshed), 0);
+  EXPECT_TRUE(covers.everyMonitorIsCovered());
+  EXPECT_TRUE(showsRootPictures(covers));
+}
+
+/// With a compositor and without.
+class CoverWallpaper : public testing::TestWithParam<bool> {};
+
+TEST_P(CoverWallpaper, ANewOneIsFollowedAndShownToThePixel) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4,
+                    .icons = DesktopIcons::Xfdesktop,
+                    .composited = GetParam()});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  const Rect monitor = covers.desk().server().monitors().front();
+  const Image before = covers.rootPicture(monitor);
+  covers.changeWallpaper();
+  ASSERT_TRUE(covers.desk().until([&] { return covers.rootPicture(monitor) != before; }));
+  EXPECT_TRUE(covers.desk().until([&] { return showsRootPictures(covers); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(On, CoverWallpaper, testing::Bool(), [](const auto& row) {
+  return row.param ? "Composited" : "NotComposited";
+});
+
+TEST(CoverPicture, CoversFollowTheMonitors) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  const std::vector<std::vector<Rect>> layouts{
+      {{0, 0, 1280, 720}},                                             // one gone
+      {{0, 0, 1280, 720}, {1280, 0, 800, 600}},                        // back, in another size
+      {{0, 0, 1280, 720}, {1280, 0, 800, 600}, {2080, 0, 640, 480}}};  // and one more
+  for (const auto& layout : layouts) {
+    covers.desk().server().setMonitors(layout);
+    ASSERT_TRUE(covers.probe().waitForLine("^refreshed$"));
+    EXPECT_TRUE(covers.desk().until([&] { return showsRootPictures(covers); }))
+        << layout.size() << " monitors";
+  }
+  EXPECT_TRUE(covers.everyMonitorIsCovered());
+}
+
+}  // namespace
+}  // namespace cover_test

@@ -1,0 +1,210 @@
+// A program with nothing but covers: one a screen, refreshed as spaces and screens change. Says
+// each thing that it was told in a line. With "--told" it knows of a backdrop, plain red, which
+// SIGUSR1 turns blue. SIGUSR2 takes the covers down, or puts them up again.
+
+#include <sys/signalfd.h>
+
+#include <QApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+#include "desktop/linux/loop/QtMainLoop.h"
+#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/x11/X11WindowSystem.h"
+#include "platform/Desktop.h"
+#include "platform/Runtime.h"
+#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSWindow.h"
+#include "platform/foundation/ProgrammingError.h"
+
+namespace {
+
+using linux_desktop::Backdrop;
+using linux_desktop::Monitor;
+using linux_desktop::X11WindowSystem;
+
+void say(const std::string& line) {
+  std::puts(line.c_str());
+  std::fflush(stdout);
+}
+
+[[noreturn]] void absent() {
+  platform::programmingError("a service that covers do not need");
+}
+
+class CoversOnly final : public platform::port::Windows {
+ public:
+  explicit CoversOnly(X11WindowSystem& x) : x_(x) {}
+
+  std::unique_ptr<platform::port::WindowPeer> createWindow(
+      platform::NSWindow& window, platform::port::WindowClient& client) override {
+    return x_.covers()->createCover(window, client);
+  }
+  std::unique_ptr<AlertPeer> showAlert(const platform::NSAlert&,
+                                       std::function<void(std::size_t)>) override {
+    absent();
+  }
+  void activateApplication() override {}
+
+ private:
+  X11WindowSystem& x_;
+};
+
+struct SilentSession final : platform::port::Session {
+  void setClient(platform::port::SessionClient*) override {}
+};
+
+class Desk final : public platform::Desktop {
+ public:
+  explicit Desk(X11WindowSystem& x) : x_(x), windows_(x) {}
+
+  platform::port::MainLoop& mainLoop() override { return loop_; }
+  platform::port::StandardOutput& standardOutput() override { absent(); }
+  platform::port::DefaultsStore& defaults() override { absent(); }
+  platform::port::Session& session() override { return session_; }
+  platform::port::Windows& windows() override { return windows_; }
+  platform::port::StatusBar& statusBar() override { absent(); }
+  platform::port::Screens& screens() override { return x_.screens(); }
+  [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return {}; }
+  platform::port::WindowList* windowList() override { return x_.windowList(); }
+
+ private:
+  X11WindowSystem& x_;
+  linux_desktop::QtMainLoop loop_;
+  CoversOnly windows_;
+  SilentSession session_;
+};
+
+/// A desktop that was told one plain colour for all monitors.
+class PlainBackdrop final : public linux_desktop::BackdropSource {
+ public:
+  std::optional<Backdrop> backdrop(const Monitor&) override { return backdrop_; }
+  QImage render(const Backdrop& backdrop, const Monitor& monitor) override {
+    QImage image(monitor.pixels.size(), QImage::Format_RGB32);
+    image.fill(backdrop.primary);
+    return image;
+  }
+  void setChanged(std::function<void()> changed) override { changed_ = std::move(changed); }
+
+  void turnBlue() {
+    backdrop_.primary = Qt::blue;
+    if (changed_) changed_();
+  }
+
+ private:
+  Backdrop backdrop_{.file = {}, .primary = Qt::red};
+  std::function<void()> changed_;
+};
+
+class Probe final : private platform::port::SpacesClient, private platform::port::ScreensClient {
+ public:
+  explicit Probe(X11WindowSystem& x) : x_(x) {
+    afterScreenChange_.setSingleShot(true);
+    afterScreenChange_.setInterval(std::chrono::seconds(1));
+    QObject::connect(&afterScreenChange_, &QTimer::timeout, &afterScreenChange_, [this] {
+      refresh();
+      say("refreshed");
+    });
+    x_.spaces()->setClient(this);
+    x_.screens().setClient(this);
+    putUp();
+  }
+  ~Probe() override {
+    x_.spaces()->setClient(nullptr);
+    x_.screens().setClient(nullptr);
+  }
+  Probe(const Probe&) = delete;
+  Probe& operator=(const Probe&) = delete;
+
+  void toggle() {
+    if (covers_.empty()) {
+      putUp();
+      return;
+    }
+    for (const auto& cover : covers_) cover->orderOut(nullptr);
+    covers_.clear();
+    say("down");
+  }
+
+ private:
+  void activeSpaceDidChange() override {
+    say("space");
+    refresh();
+  }
+  void screenParametersDidChange() override {
+    say("screens " + std::to_string(x_.screens().screens().size()));
+    makeCovers();
+    afterScreenChange_.start();
+  }
+
+  void putUp() {
+    makeCovers();
+    refresh();
+    say("up");
+  }
+  void makeCovers() {
+    const auto screens = platform::NSScreen::screens();
+    while (covers_.size() < screens.size()) {
+      const platform::NSScreen& screen = *screens[covers_.size()];
+      const platform::NSRect area{0, 0, screen.frame().width, screen.frame().height};
+      covers_.push_back(std::make_shared<platform::NSWindow>(
+          area, platform::NSWindowStyle::Borderless, platform::NSBackingStoreType::Buffered, true,
+          screen));
+      covers_.back()->setLevel(CGWindowLevelForKey(platform::CGWindowLevelKey::BackstopMenu));
+      covers_.back()->orderBack(nullptr);
+    }
+  }
+  void refresh() {
+    const auto screens = platform::NSScreen::screens();
+    for (std::size_t i = 0; i < std::min(screens.size(), covers_.size()); ++i) {
+      const auto capture = platform::CGWindowListCreateImage(static_cast<std::uint32_t>(i + 1));
+      if (!capture) continue;
+      const auto view = platform::NSImageView::initWithFrame(screens[i]->frame());
+      view->setImage(platform::NSImage::initWithCGImage(capture, {0, 0}));
+      covers_[i]->setFrame(screens[i]->frame(), false, false);
+      covers_[i]->setContentView(view);
+      covers_[i]->displayIfNeeded();
+    }
+  }
+
+  X11WindowSystem& x_;
+  std::vector<std::shared_ptr<platform::NSWindow>> covers_;
+  QTimer afterScreenChange_;
+};
+
+linux_desktop::FileDescriptor signalsAsReads() {
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, SIGUSR1);
+  sigaddset(&set, SIGUSR2);
+  ::sigprocmask(SIG_BLOCK, &set, nullptr);
+  return linux_desktop::FileDescriptor(::signalfd(-1, &set, SFD_CLOEXEC));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const linux_desktop::FileDescriptor incoming = signalsAsReads();
+  const QApplication application(argc, argv);
+  const auto x = X11WindowSystem::open();
+  if (!x) return 1;
+  PlainBackdrop backdrop;
+  if (QApplication::arguments().contains(QLatin1String("--told"))) x->setBackdrops(&backdrop);
+  Desk desk(*x);
+  const platform::Runtime runtime(desk);
+  Probe probe(*x);
+  QSocketNotifier notifier(incoming.get(), QSocketNotifier::Read);
+  QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
+    signalfd_siginfo info{};
+    if (::read(incoming.get(), &info, sizeof info) != sizeof info) return;
+    if (info.ssi_signo == SIGUSR1) backdrop.turnBlue();
+    if (info.ssi_signo == SIGUSR2) probe.toggle();
+  });
+  const int status = QApplication::exec();
+  x->setBackdrops(nullptr);
+  return status;
+}

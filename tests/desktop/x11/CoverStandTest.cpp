@@ -1,0 +1,115 @@
+// Covers stay above the icons and below the windows, whatever happens on the desktop.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <string>
+
+#include "desktop/x11/CoverDesk.h"
+
+namespace cover_test {
+namespace {
+
+using testing::IsSupersetOf;
+
+struct Surroundings {
+  std::string name;
+  WindowManager windowManager;
+  DesktopIcons icons;
+  bool composited = true;
+};
+
+void PrintTo(const Surroundings& value, std::ostream* out) {
+  *out << value.name;
+}
+
+std::vector<Surroundings> allSurroundings() {
+  return {{"XfceWithCompositor", WindowManager::Xfwm4, DesktopIcons::Xfdesktop},
+          {"XfceWithoutCompositor", WindowManager::Xfwm4, DesktopIcons::Xfdesktop, false},
+          {"Mate", WindowManager::Marco, DesktopIcons::Caja},
+          {"Openbox", WindowManager::Openbox, DesktopIcons::Pcmanfm},
+          {"OpenboxWithQtIcons", WindowManager::Openbox, DesktopIcons::PcmanfmQt},
+          {"Icewm", WindowManager::Icewm, DesktopIcons::Pcmanfm}};
+}
+
+class CoverStand : public testing::TestWithParam<Surroundings> {
+ public:
+  CoverDesk covers{{.windowManager = GetParam().windowManager,
+                    .icons = GetParam().icons,
+                    .composited = GetParam().composited}};
+  harness::XDesk& desk = covers.desk();
+
+  void SetUp() override {
+    ASSERT_TRUE(covers.icons().has_value());
+    ASSERT_NE(covers.fault(), "") << "the icons show while there is no cover";
+    ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+    ASSERT_EQ(covers.faultAfterAWhile(), "");
+  }
+};
+
+TEST_P(CoverStand, CoversAreNoWindowsOfTheUserAndSwallowClicks) {
+  for (const WindowInfo& cover : covers.covers()) {
+    EXPECT_EQ(cover.type, "DESKTOP");
+    EXPECT_THAT(cover.states, IsSupersetOf({"BELOW", "SKIP_TASKBAR", "SKIP_PAGER"}));
+    EXPECT_NE(desk.windows().active(), cover.id);
+  }
+  desk.windows().activate(covers.front().id);
+  ASSERT_TRUE(desk.until([&] { return desk.windows().active() == covers.front().id; }));
+  const std::size_t windows = desk.windows().all().size();
+  for (const auto button : {harness::Button::Left, harness::Button::Right}) {
+    desk.input().click(100, 600, button);
+    desk.input().click(1280 + 400, 300, button);
+    desk.input().click(covers.icons()->centreX(), covers.icons()->centreY(), button);
+  }
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+  EXPECT_EQ(desk.windows().active(), covers.front().id);
+  EXPECT_EQ(desk.windows().all().size(), windows);
+}
+
+TEST_P(CoverStand, IconsThatAreRaisedComeNoHigherThanTheCover) {
+  for (const WindowInfo& icons : covers.iconWindows()) {
+    desk.windows().activate(icons.id);
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(desk.x().get(), icons.id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    desk.x().askWindowManager(icons.id, "_NET_RESTACK_WINDOW", {2, 0, XCB_STACK_MODE_ABOVE});
+  }
+  [[maybe_unused]] const Image done = desk.screen().settled(
+      desk.x().screenArea(), std::chrono::milliseconds(300), harness::kPatience);
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+  desk.windows().activate(covers.front().id);
+  EXPECT_EQ(covers.faultAfterAWhile(), "") << "with the window active again";
+}
+
+TEST_P(CoverStand, WorkspacesAndAShownDesktopKeepTheIconsCovered) {
+  covers.goToWorkspace(1);
+  EXPECT_EQ(covers.faultAfterAWhile(false), "") << "on the other workspace";
+  covers.goToWorkspace(0);
+  EXPECT_EQ(covers.faultAfterAWhile(), "") << "and back";
+  covers.showDesktop(true);
+  EXPECT_EQ(covers.faultAfterAWhile(false), "") << "while the desktop is shown";
+  covers.showDesktop(false);
+  EXPECT_EQ(covers.faultAfterAWhile(), "") << "and the windows again";
+}
+
+TEST_P(CoverStand, IconsThatStartAnewComeUnderTheCover) {
+  const std::size_t count = covers.iconWindows().size();
+  desk.startIcons(DesktopIcons::None);
+  ASSERT_TRUE(desk.until([&] { return covers.iconWindows().empty(); }));
+  desk.startIcons(GetParam().icons);
+  ASSERT_TRUE(desk.until([&] { return covers.iconWindows().size() == count; }));
+  [[maybe_unused]] const Image drawn = desk.screen().settled(
+      desk.x().screenArea(), std::chrono::milliseconds(400), harness::kPatience);
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+}
+
+TEST_P(CoverStand, AnotherWindowManagerFindsTheCoverWhereItBelongs) {
+  desk.startWindowManager(GetParam().windowManager);
+  ASSERT_TRUE(desk.until([&] { return covers.everyMonitorIsCovered(); }));
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(On, CoverStand, testing::ValuesIn(allSurroundings()),
+                         [](const auto& row) { return row.param.name; });
+
+}  // namespace
+}  // namespace cover_test
