@@ -1,0 +1,75 @@
+#include "desktop/linux/automation/LinuxAutomation.h"
+
+namespace linux_desktop {
+
+using platform::Dictionary;
+using platform::Value;
+using platform::port::ScriptError;
+using platform::port::ScriptObject;
+using platform::port::ScriptResult;
+
+namespace {
+
+constexpr std::string_view kSystemEvents = "System Events";
+constexpr std::int64_t kEscape = 53;
+
+constexpr int kNotUnderstood = -1708;
+constexpr int kNoSuchObject = -1728;
+constexpr int kServiceFailed = -10000;
+
+}  // namespace
+
+LinuxAutomation::LinuxAutomation(DoNotDisturbSwitch& doNotDisturb)
+    : doNotDisturb_(doNotDisturb),
+      systemEvents_(std::make_shared<ScriptElement>("application \"System Events\"")) {
+  addFocusMenu(systemEvents_->add("application process", "ControlCenter"));
+}
+
+void LinuxAutomation::addFocusMenu(ScriptElement& controlCenter) {
+  controlCenter.add("menu bar", "").add("menu bar item", "Focus").onClick =
+      [this]() -> std::optional<ScriptError> {
+    isFocusMenuOpen_ = true;
+    return std::nullopt;
+  };
+  addDoNotDisturb(controlCenter.add("window", "", [this] { return isFocusMenuOpen_; }));
+}
+
+void LinuxAutomation::addDoNotDisturb(ScriptElement& focusWindow) {
+  ScriptElement& checkbox =
+      focusWindow.add("checkbox", "Do Not Disturb", [this] { return doNotDisturb_.exists(); });
+  checkbox.value = [this]() -> ScriptResult<Value> {
+    return Value(std::int64_t{doNotDisturb_.isOn() ? 1 : 0});
+  };
+  checkbox.onClick = [this]() -> std::optional<ScriptError> {
+    if (doNotDisturb_.set(!doNotDisturb_.isOn())) return std::nullopt;
+    return ScriptError{kServiceFailed, "Do Not Disturb can’t be switched."};
+  };
+}
+
+ScriptResult<std::shared_ptr<ScriptObject>> LinuxAutomation::application(std::string_view name) {
+  if (name == kSystemEvents) return systemEvents_;
+  return ScriptError{kNoSuchObject, "Can’t get application \"" + std::string(name) + "\"."};
+}
+
+std::optional<ScriptError> LinuxAutomation::keyCode(std::int64_t code) {
+  if (code != kEscape) {
+    return ScriptError{kServiceFailed,
+                       "Key code " + std::to_string(code) + " can’t be pressed on this desktop."};
+  }
+  isFocusMenuOpen_ = false;
+  return std::nullopt;
+}
+
+ScriptResult<Dictionary> LinuxAutomation::volumeSettings() {
+  return ScriptError{kNotUnderstood, "The volume settings can’t be read on this desktop."};
+}
+
+std::optional<ScriptError> LinuxAutomation::setInputVolume(int /*level*/) {
+  return ScriptError{kNotUnderstood, "The input volume can’t be set on this desktop."};
+}
+
+std::optional<ScriptError> LinuxAutomation::displayNotification(std::string_view /*text*/) {
+  return ScriptError{kNotUnderstood, "Notifications can’t be displayed on this desktop."};
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+
+#include "desktop/linux/automation/ScriptElement.h"
+#include "desktop/linux/notifications/DoNotDisturbSwitch.h"
+#include "platform/port/Automation.h"
+
+namespace linux_desktop {
+
+/// What scripts can do on Linux: under "System Events", the Focus menu of the process
+/// "ControlCenter" with the checkbox "Do Not Disturb", which is that of the desktop. The menu is on
+/// no screen; it only is open or closed. A menu whose checkbox is missing has nothing to switch.
+class LinuxAutomation final : public platform::port::Automation {
+ public:
+  using Error = platform::port::ScriptError;
+  template <typename T>
+  using Result = platform::port::ScriptResult<T>;
+
+  /// `doNotDisturb` must outlive this.
+  explicit LinuxAutomation(DoNotDisturbSwitch& doNotDisturb);
+  LinuxAutomation(const LinuxAutomation&) = delete;
+  LinuxAutomation& operator=(const LinuxAutomation&) = delete;
+
+  [[nodiscard]] Result<std::shared_ptr<platform::port::ScriptObject>> application(
+      std::string_view name) override;
+  /// Only Escape, which closes the menu.
+  [[nodiscard]] std::optional<Error> keyCode(std::int64_t code) override;
+  /// The microphone and messages are out of the reach of scripts: -1708.
+  [[nodiscard]] Result<platform::Dictionary> volumeSettings() override;
+  [[nodiscard]] std::optional<Error> setInputVolume(int level) override;
+  [[nodiscard]] std::optional<Error> displayNotification(std::string_view text) override;
+
+ private:
+  void addFocusMenu(ScriptElement& controlCenter);
+  void addDoNotDisturb(ScriptElement& focusWindow);
+
+  DoNotDisturbSwitch& doNotDisturb_;
+  std::shared_ptr<ScriptElement> systemEvents_;
+  bool isFocusMenuOpen_ = false;
+};
+
+}  // namespace linux_desktop

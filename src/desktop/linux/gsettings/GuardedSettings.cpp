@@ -1,0 +1,162 @@
+#include "desktop/linux/gsettings/GuardedSettings.h"
+
+#include <gio/gio.h>
+
+#include <algorithm>
+#include <chrono>
+#include <future>
+#include <thread>
+#include <utility>
+
+#include "desktop/linux/gsettings/GSettingsLog.h"
+
+namespace linux_desktop {
+namespace {
+
+constexpr std::chrono::milliseconds kLongestFlush{500};
+
+struct Unref {
+  void operator()(GSettings* settings) const { g_object_unref(settings); }
+  void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
+  void operator()(GVariant* value) const { g_variant_unref(value); }
+  void operator()(char* text) const { g_free(text); }
+};
+using Schema = std::unique_ptr<GSettingsSchema, Unref>;
+using Variant = std::unique_ptr<GVariant, Unref>;
+using Text = std::unique_ptr<char, Unref>;
+
+Schema schemaNamed(const std::string& name) {
+  GSettingsSchemaSource* installed = g_settings_schema_source_get_default();
+  if (installed == nullptr) return nullptr;
+  return Schema(g_settings_schema_source_lookup(installed, name.c_str(), 1));
+}
+
+/// Without the module for a real store GLib keeps settings in memory, and says nothing of it.
+bool isKeptInMemory(GSettings* settings) {
+  GObject* backend = nullptr;
+  g_object_get(settings, "backend", &backend, nullptr);
+  const std::string type = G_OBJECT_TYPE_NAME(backend);
+  g_object_unref(backend);
+  return type == "GMemorySettingsBackend";
+}
+
+}  // namespace
+
+struct GuardedSettings::Glib {
+  std::unique_ptr<GSettings, Unref> settings;
+  std::function<void(const std::string&)> changed;
+  gulong watch = 0;
+
+  static void tell(GSettings* /*settings*/, char* key, gpointer self) {
+    const auto changed = static_cast<Glib*>(self)->changed;
+    if (changed) changed(key);
+  }
+};
+
+std::unique_ptr<GuardedSettings> GuardedSettings::open(const std::string& schema,
+                                                       std::vector<std::string> keys) {
+  const Schema found = schemaNamed(schema);
+  if (!found) return nullptr;
+  for (const std::string& key : keys) {
+    if (g_settings_schema_has_key(found.get(), key.c_str()) != 0) continue;
+    qCWarning(lcGSettings, "%s has no key %s", schema.c_str(), key.c_str());
+    return nullptr;
+  }
+  auto glib = std::make_unique<Glib>();
+  glib->settings.reset(g_settings_new_full(found.get(), nullptr, nullptr));
+  if (isKeptInMemory(glib->settings.get())) {
+    qCWarning(lcGSettings, "%s is kept in memory only: the module for dconf is not installed",
+              schema.c_str());
+    return nullptr;
+  }
+  return std::unique_ptr<GuardedSettings>(new GuardedSettings(std::move(glib), std::move(keys)));
+}
+
+GuardedSettings::GuardedSettings(std::unique_ptr<Glib> glib, std::vector<std::string> keys)
+    : glib_(std::move(glib)), keys_(std::move(keys)) {}
+
+GuardedSettings::~GuardedSettings() {
+  setChanged({});
+}
+
+void GuardedSettings::require(const std::string& key) const {
+  if (std::ranges::find(keys_, key) != keys_.end()) return;
+  qFatal("GuardedSettings: the key %s was not named when the schema was opened", key.c_str());
+}
+
+std::optional<std::string> GuardedSettings::text(const std::string& key) const {
+  require(key);
+  const Variant value(g_settings_get_value(glib_->settings.get(), key.c_str()));
+  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING) == 0) return std::nullopt;
+  return std::string(g_variant_get_string(value.get(), nullptr));
+}
+
+std::optional<bool> GuardedSettings::flag(const std::string& key) const {
+  require(key);
+  const Variant value(g_settings_get_value(glib_->settings.get(), key.c_str()));
+  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN) == 0) return std::nullopt;
+  return g_variant_get_boolean(value.get()) != 0;
+}
+
+bool GuardedSettings::isWritable(const std::string& key) const {
+  require(key);
+  return g_settings_is_writable(glib_->settings.get(), key.c_str()) != 0;
+}
+
+std::optional<std::string> GuardedSettings::userValue(const std::string& key) const {
+  require(key);
+  const Variant value(g_settings_get_user_value(glib_->settings.get(), key.c_str()));
+  if (!value) return std::nullopt;
+  const Text printed(g_variant_print(value.get(), 1));
+  return std::string(printed.get());
+}
+
+bool GuardedSettings::setText(const std::string& key, const std::string& value) {
+  // A string would have to be text for GLib, and it ends the process over what is not.
+  if (!text(key) || g_utf8_validate(value.c_str(), -1, nullptr) == 0) return false;
+  return g_settings_set_string(glib_->settings.get(), key.c_str(), value.c_str()) != 0;
+}
+
+bool GuardedSettings::setFlag(const std::string& key, bool value) {
+  if (!flag(key)) return false;
+  return g_settings_set_boolean(glib_->settings.get(), key.c_str(), value ? 1 : 0) != 0;
+}
+
+bool GuardedSettings::setUserValue(const std::string& key,
+                                   const std::optional<std::string>& value) {
+  if (!isWritable(key)) return false;
+  if (!value) {
+    g_settings_reset(glib_->settings.get(), key.c_str());
+    return true;
+  }
+  const Variant now(g_settings_get_value(glib_->settings.get(), key.c_str()));
+  const Variant wanted(
+      g_variant_parse(g_variant_get_type(now.get()), value->c_str(), nullptr, nullptr, nullptr));
+  return wanted && g_settings_set_value(glib_->settings.get(), key.c_str(), wanted.get()) != 0;
+}
+
+bool GuardedSettings::flush() {
+  // GLib's own wait has no end, so it goes to a thread that may be left behind.
+  std::promise<void> done;
+  const std::future<void> stored = done.get_future();
+  std::thread([promise = std::move(done)]() mutable {
+    g_settings_sync();
+    promise.set_value();
+  }).detach();
+  return stored.wait_for(kLongestFlush) == std::future_status::ready;
+}
+
+void GuardedSettings::setChanged(std::function<void(const std::string& key)> changed) {
+  GSettings* settings = glib_->settings.get();
+  glib_->changed = std::move(changed);
+  const bool watched = glib_->watch != 0;
+  if (static_cast<bool>(glib_->changed) == watched) return;
+  if (watched) {
+    g_signal_handler_disconnect(settings, std::exchange(glib_->watch, 0));
+    return;
+  }
+  glib_->watch = g_signal_connect_data(settings, "changed", G_CALLBACK(Glib::tell), glib_.get(),
+                                       nullptr, static_cast<GConnectFlags>(0));
+}
+
+}  // namespace linux_desktop

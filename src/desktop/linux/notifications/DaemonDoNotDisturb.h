@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+#include <memory>
+
+#include "desktop/linux/notifications/DoNotDisturbAdapter.h"
+#include "desktop/linux/notifications/DoNotDisturbSwitch.h"
+#include "desktop/linux/notifications/NotificationDaemon.h"
+
+namespace linux_desktop {
+
+/// Do Not Disturb of whatever shows notifications at the time. While nothing does but something can
+/// be started, or while it has not said yet who it is, the wish is kept and carried out when it
+/// appears. A wish for quiet also is when it is restarted, until anybody switches it off.
+class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
+  Q_OBJECT
+
+ public:
+  explicit DaemonDoNotDisturb(QDBusConnection bus);
+
+  [[nodiscard]] bool exists() override;
+  [[nodiscard]] bool isOn() override;
+  [[nodiscard]] bool set(bool on) override;
+
+ private:
+  void followDaemon();
+  void follow(std::unique_ptr<DoNotDisturbAdapter> adapter);
+  [[nodiscard]] QString obstacle() const;
+
+  NotificationDaemon daemon_;
+  std::unique_ptr<DoNotDisturbAdapter> adapter_;
+  QString whyNoAdapter_;
+  bool wish_ = false;
+  bool wishIsOwed_ = false;  // clicked while there was nobody to tell
+  bool complained_ = false;
+};
+
+}  // namespace linux_desktop

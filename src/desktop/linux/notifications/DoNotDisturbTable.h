@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+#include <memory>
+#include <variant>
+
+#include "desktop/linux/notifications/DoNotDisturbAdapter.h"
+#include "desktop/linux/notifications/NotificationDaemon.h"
+
+namespace linux_desktop {
+
+/// What switches this daemon, or why nothing does, as a sentence without a full stop. A new kind of
+/// daemon is a file and a row in the table behind this.
+[[nodiscard]] std::variant<std::unique_ptr<DoNotDisturbAdapter>, QString> adapterFor(
+    const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
+
+}  // namespace linux_desktop

@@ -1,0 +1,126 @@
+#include "desktop/linux/notifications/NotificationDaemon.h"
+
+#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/notifications/BusQuestion.h"
+#include "desktop/linux/notifications/NotificationsLog.h"
+
+namespace linux_desktop {
+namespace {
+
+const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");
+const QString kNotificationsPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString kBus = QStringLiteral("org.freedesktop.DBus");
+const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
+
+QString textAt(const QDBusMessage& answer, qsizetype position) {
+  return answer.arguments().value(position).toString();
+}
+
+}  // namespace
+
+NotificationDaemon::NotificationDaemon(QDBusConnection bus) : bus_(std::move(bus)) {
+  if (!bus_.isConnected()) {
+    state_ = State::None;
+    return;
+  }
+  auto* owners =
+      new QDBusServiceWatcher(kNotifications, bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
+  connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString&, const QString&, const QString& owner) { takeOwner(owner); });
+  bus_.connect({}, kBusPath, kBus, "ActivatableServicesChanged", this, SLOT(startableChanged()));
+  lookForOwner();
+}
+
+void NotificationDaemon::settle() {
+  while (state_ == State::Asking && open_) open_->waitForFinished();
+}
+
+void NotificationDaemon::lookForOwner() {
+  identity_.patience = QDeadlineTimer(kBusPatience);
+  // A change of owner that comes first knows better, and makes this one void.
+  question(busCall(kBus, kBusPath, kBus, "GetNameOwner", {kNotifications}),
+           [this](const QDBusMessage& answer) {
+             takeOwner(isError(answer) ? QString() : textAt(answer, 0));
+           });
+}
+
+void NotificationDaemon::takeOwner(const QString& owner) {
+  if (!owner.isEmpty() && owner == identity_.owner) return;
+  qCDebug(lcNotifications) << "notifications are shown by" << owner;
+  ++owners_;
+  identity_ = {};
+  identity_.owner = owner;
+  identity_.patience = QDeadlineTimer(kBusPatience);
+  setState(State::Asking);
+  owner.isEmpty() ? askWhatCanBeStarted() : askForInformation();
+}
+
+void NotificationDaemon::askWhatCanBeStarted() {
+  question(busCall(kBus, kBusPath, kBus, "ListActivatableNames"),
+           [this](const QDBusMessage& answer) {
+             canBeStarted_ = answer.arguments().value(0).toStringList().contains(kNotifications);
+             setState(State::None);
+           });
+}
+
+void NotificationDaemon::startableChanged() {
+  if (state_ == State::None) takeOwner({});
+}
+
+void NotificationDaemon::askForInformation() {
+  askDaemon("GetServerInformation", &NotificationDaemon::takeInformation);
+}
+
+void NotificationDaemon::takeInformation(const QDBusMessage& answer) {
+  if (ranOut(answer)) return fallSilent(&NotificationDaemon::askForInformation);
+  identity_.name = textAt(answer, 0);
+  identity_.vendor = textAt(answer, 1);
+  identity_.version = textAt(answer, 2);
+  askForCapabilities();
+}
+
+void NotificationDaemon::askForCapabilities() {
+  askDaemon("GetCapabilities", &NotificationDaemon::takeCapabilities);
+}
+
+void NotificationDaemon::takeCapabilities(const QDBusMessage& answer) {
+  if (ranOut(answer)) return fallSilent(&NotificationDaemon::askForCapabilities);
+  identity_.capabilities = answer.arguments().value(0).toStringList();
+  setState(State::Known);
+}
+
+/// Asks once more, without a limit: the answer of a daemon that hangs tells that it goes on.
+void NotificationDaemon::fallSilent(void (NotificationDaemon::*again)()) {
+  qCWarning(lcNotifications,
+            "what shows notifications does not answer; it will be switched when it does");
+  setState(State::Silent);
+  (this->*again)();
+}
+
+void NotificationDaemon::askDaemon(const QString& method,
+                                   void (NotificationDaemon::*take)(const QDBusMessage&)) {
+  question(busCall(identity_.owner, kNotificationsPath, kNotifications, method),
+           [this, take](const QDBusMessage& answer) { (this->*take)(answer); });
+}
+
+void NotificationDaemon::question(const QDBusMessage& call,
+                                  std::function<void(const QDBusMessage&)> answered) {
+  const int left = std::max(1, static_cast<int>(identity_.patience.remainingTime()));
+  open_ = ask(
+      bus_, call, this,
+      [this, asked = owners_, answered = std::move(answered)](const QDBusMessage& answer) {
+        if (asked == owners_) answered(answer);
+      },
+      state_ == State::Silent ? kNoLimit : left);
+}
+
+void NotificationDaemon::setState(State state) {
+  state_ = state;
+  emit changed();
+}
+
+}  // namespace linux_desktop

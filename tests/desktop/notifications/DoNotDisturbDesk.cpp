@@ -1,0 +1,105 @@
+#include "DoNotDisturbDesk.h"
+
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+using harness::NotificationDaemon;
+
+namespace {
+
+constexpr const char* kProbe = "org.calmdeck.Probe";
+
+// What reads the state, and what sets it when "true" or "false" is added.
+std::vector<std::string> reader(NotificationDaemon kind) {
+  switch (kind) {
+    case NotificationDaemon::XfceNotifyd:
+      return {"xfconf-query", "-c", "xfce4-notifyd", "-p", "/do-not-disturb"};
+    case NotificationDaemon::Dunst:
+      return {"dunstctl", "is-paused"};
+    case NotificationDaemon::Mate:
+      return {"gsettings", "get", "org.mate.NotificationDaemon", "do-not-disturb"};
+    default:
+      return {"sed", "-n", "s/^doNotDisturb=//p"};
+  }
+}
+
+std::vector<std::string> writer(NotificationDaemon kind) {
+  switch (kind) {
+    case NotificationDaemon::XfceNotifyd:
+      return {"xfconf-query", "-c", "xfce4-notifyd", "-p", "/do-not-disturb",
+              "-n",           "-t", "bool",          "-s"};
+    case NotificationDaemon::Dunst:
+      return {"dunstctl", "set-paused"};
+    default:
+      return {"gsettings", "set", "org.mate.NotificationDaemon", "do-not-disturb"};
+  }
+}
+
+}  // namespace
+
+void DoNotDisturbDesk::startProbe() {
+  probe_ = desk_.start({DO_NOT_DISTURB_PROBE});
+  if (!desk_.until([&] { return desk_.bus().hasOwner(kProbe); })) {
+    throw std::runtime_error("the probe did not start: " + probe_->errorOutput());
+  }
+}
+
+bool DoNotDisturbDesk::turn(const std::string& onOrOff) {
+  return desk_.bus().call(kProbe, "/", std::string(kProbe) + "." + onOrOff, {}).has_value();
+}
+
+bool DoNotDisturbDesk::scriptFailed(int number) {
+  const std::string line = "NSAppleScriptErrorNumber = \"" + std::to_string(number) + "\"";
+  return probe_->waitForLine(line).has_value();
+}
+
+void DoNotDisturbDesk::quitProbe() {
+  if (probe_->terminate(harness::kPatience).signal != 0) {
+    throw std::runtime_error("the probe did not end by itself: " + probe_->errorOutput());
+  }
+}
+
+int DoNotDisturbDesk::complaints(const std::string& topic) const {
+  std::istringstream lines(probe_->errorOutput());
+  int count = 0;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find(topic) != std::string::npos) ++count;
+  }
+  return count;
+}
+
+std::optional<bool> DoNotDisturbDesk::isOn(NotificationDaemon kind) const {
+  std::vector<std::string> command = reader(kind);
+  if (kind == NotificationDaemon::Lxqt) {
+    command.push_back(desk_.home().config() / "lxqt/notifications.conf");
+  }
+  const std::string answer = desk_.run(command).output;
+  if (answer == "true\n") return true;
+  if (answer == "false\n") return false;
+  return std::nullopt;
+}
+
+bool DoNotDisturbDesk::becomes(NotificationDaemon kind, bool on) const {
+  return desk_.until([&] { return isOn(kind) == on; });
+}
+
+void DoNotDisturbDesk::switchByHand(NotificationDaemon kind, bool on) const {
+  const std::string value = on ? "true" : "false";
+  if (kind == NotificationDaemon::Lxqt) {
+    desk_.home().writeConfig("lxqt/notifications.conf", "[General]\ndoNotDisturb=" + value + "\n");
+    return;
+  }
+  std::vector<std::string> command = writer(kind);
+  command.push_back(value);
+  if (!desk_.run(command).succeeded()) throw std::runtime_error("cannot run " + command.front());
+}
+
+void DoNotDisturbDesk::offerDunst() {
+  std::ofstream(desk_.home().runtime() / "bus-services/notifications.service")
+      << "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/usr/bin/dunst\n";
+  if (!desk_.bus().call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig", {})) {
+    throw std::runtime_error("the bus does not read its services again");
+  }
+}
