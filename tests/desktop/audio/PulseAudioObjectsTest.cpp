@@ -181,7 +181,7 @@ TEST_P(PulseAudioObjectsTest, WithoutADeviceTheDefaultIsAbsentUnlessTheServerOff
   if (GetParam() == SoundServer::Kind::PipeWire) {
     ASSERT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
     EXPECT_EQ(objects.setPropertyData(defaultOutput(objects), kMute, 1), platform::noErr);
-    EXPECT_TRUE(server.sinkMuted("auto_null"));
+    EXPECT_TRUE(soon([&] { return server.sinkMuted("auto_null"); }));
     return;
   }
   for (int time = 0; time < 2; ++time) {

@@ -29,7 +29,9 @@ const DesktopProgram& program(WindowManager kind) {
       {"", {}},
       {"openbox", {"openbox", "--sm-disable"}},
       {"xfwm4", {"xfwm4", "--sm-client-disable"}},
-      {"marco", {"marco", "--sm-disable", "--no-force-fullscreen"}},
+      // The compositing of marco 1.27 shows the last step of a panel's entrance only when something
+      // else changes.
+      {"marco", {"marco", "--sm-disable", "--no-force-fullscreen", "--no-composite"}},
       // Its own bar would take the tray.
       {"icewm", {"icewm"}, {}, "icewm/preferences", "ShowTaskBar=0\n"},
   }};
@@ -50,19 +52,25 @@ const DesktopProgram& program(Panel kind) {
 }
 
 const DesktopProgram& program(NotificationDaemon kind) {
-  static const std::array<DesktopProgram, 3> table{{
+  static const std::array<DesktopProgram, 6> table{{
       {"", {}},
       {"dunst", {"dunst"}},
       {"xfce4-notifyd", {programOfService("org.xfce.xfce4-notifyd.Notifications.service")}},
+      {"mate-notification-daemon",
+       {programOfService("org.freedesktop.mate.Notifications.service")}},
+      {"lxqt-notificationd", {"lxqt-notificationd"}},
+      {"notification-daemon", {"/usr/lib/notification-daemon/notification-daemon"}},
   }};
   return rowOf(table, kind);
 }
 
 const DesktopProgram& program(DesktopIcons kind) {
-  static const std::array<DesktopProgram, 3> table{{
+  static const std::array<DesktopProgram, 5> table{{
       {"", {}},
       {"xfdesktop4", {"xfdesktop", "--sm-client-disable"}},
       {"pcmanfm", {"pcmanfm", "--desktop"}},
+      {"caja", {"caja", "--no-default-window", "--force-desktop", "--sm-client-disable"}},
+      {"pcmanfm-qt", {"pcmanfm-qt", "--desktop", "--profile", "lxqt"}},
   }};
   return rowOf(table, kind);
 }

@@ -11,8 +11,15 @@ namespace harness {
 
 enum class WindowManager : std::uint8_t { None, Openbox, Xfwm4, Marco, Icewm };
 enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
-enum class NotificationDaemon : std::uint8_t { None, Dunst, XfceNotifyd };
-enum class DesktopIcons : std::uint8_t { None, Xfdesktop, Pcmanfm };
+enum class NotificationDaemon : std::uint8_t {
+  None,
+  Dunst,
+  XfceNotifyd,
+  Mate,
+  Lxqt,
+  Plain,  // has no Do Not Disturb
+};
+enum class DesktopIcons : std::uint8_t { None, Xfdesktop, Pcmanfm, Caja, PcmanfmQt };
 enum class Edge : std::uint8_t { Top, Bottom, Left, Right };
 
 /// Where a panel stands; it spans the whole edge and holds nothing but a tray. lxqt-panel refuses

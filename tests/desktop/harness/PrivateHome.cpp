@@ -19,8 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kInherited[] = {"PATH",         "LD_LIBRARY_PATH", "TZ",
-                                      "ASAN_OPTIONS", "LSAN_OPTIONS",    "UBSAN_OPTIONS"};
+constexpr const char* kInherited[] = {"PATH",         "LC_ALL",       "LD_LIBRARY_PATH", "TZ",
+                                      "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
 
 std::string wholeFile(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -83,7 +83,6 @@ Environment PrivateHome::environment() const {
       {"XDG_DATA_HOME", home() / ".local/share"},
       {"XDG_STATE_HOME", home() / ".local/state"},
       {"XDG_RUNTIME_DIR", runtime()},
-      {"LANG", "C.UTF-8"},
       {"LIBGL_ALWAYS_SOFTWARE", "1"},
       // No peer needs the accessibility bus; what is tested asks for it by itself.
       {"NO_AT_BRIDGE", "1"},

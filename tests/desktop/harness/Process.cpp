@@ -63,7 +63,8 @@ struct Launch {
   sigset_t none;
   sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
-  ::signal(SIGPIPE, SIG_DFL);
+  // A test under nohup must not hand on what it ignores.
+  for (const int number : {SIGPIPE, SIGHUP, SIGINT, SIGTERM}) ::signal(number, SIG_DFL);
   ::setpgid(0, 0);
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (::getppid() != launch.parent) ::_exit(127);  // the test died before the line above
@@ -109,6 +110,7 @@ Environment ownEnvironment() {
       environment[assignment.substr(0, equals)] = assignment.substr(equals + 1);
     }
   }
+  environment["LC_ALL"] = "C.UTF-8";
   return environment;
 }
 
@@ -166,6 +168,15 @@ void Process::freeze() {
 
 void Process::thaw() {
   signal(SIGCONT);
+}
+
+void Process::freezeGroup() {
+  signalGroup(SIGSTOP);
+  freeze();
+}
+
+void Process::thawGroup() {
+  signalGroup(SIGCONT);
 }
 
 void Process::kill() {

@@ -16,7 +16,8 @@ namespace harness {
 
 using Environment = std::map<std::string, std::string>;
 
-/// A copy of the test's own environment.
+/// A copy of the test's own environment, but with English and UTF-8 as the language: programs
+/// translate what they say, and Qt complains of another encoding.
 [[nodiscard]] Environment ownEnvironment();
 
 /// How long a test waits for a fact before it gives up; generous, for a loaded machine under a
@@ -60,6 +61,9 @@ class Process {
   /// Stops the child and returns when it has stopped, or has died instead.
   void freeze();
   void thaw();
+  /// The same for the whole group: programs run parts of themselves in further processes.
+  void freezeGroup();
+  void thawGroup();
   /// SIGKILL to the whole group, and waits for the child's end.
   void kill();
   /// SIGTERM to the whole group, SIGKILL when it has not ended after `grace`.

@@ -39,7 +39,6 @@ SoundServer::SoundServer(Kind kind, const Environment& environment, std::vector<
       sinks_(std::move(sinks)),
       runtime_(environment.at("XDG_RUNTIME_DIR")),
       environment_(environment) {
-  environment_["LC_ALL"] = "C.UTF-8";  // pactl translates
   if (start == Start::Now) this->start();
 }
 
@@ -101,6 +100,8 @@ void SoundServer::startPipeWire() {
   const std::string wanted = sinks_.empty() ? "auto_null" : sinks_.front();
   throwUnless(until([&] { return pactl({"get-default-sink"}) == wanted; }),
               "PipeWire never made " + wanted + " its default");
+  // See addSink(); this one runs while something plays.
+  if (sinks_.empty()) launch({"pacat", "--raw", "--device=" + wanted, "/dev/zero"});
 }
 
 void SoundServer::awaitAnswers() {

@@ -198,7 +198,11 @@ void setVncMonitors(const std::string& rfbSocket, const std::vector<Rect>& monit
   client.handshake();
   std::vector<std::uint32_t> ids = client.screens();
   std::uint32_t invented = 1000;
-  while (ids.size() < monitors.size()) ids.push_back(invented++);
+  while (ids.size() < monitors.size()) {
+    // It may have been invented for a monitor that is still there.
+    if (std::ranges::find(ids, invented) == ids.end()) ids.push_back(invented);
+    ++invented;
+  }
   client.setLayout(monitors, ids);
 }
 

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <csignal>
 #include <ostream>
 #include <tuple>
 
@@ -22,9 +21,6 @@ DeskOptions deskWith(Panel panel, SoundServerKind sound) {
 
 class PanelFaultsTest : public testing::TestWithParam<Panel> {
  protected:
-  /// To all its processes: xfce4-panel runs its tray in one of its own.
-  void signalPanel(int number) { ::kill(-program.desk().panel().pid(), number); }
-
   ProgramDesk program{deskWith(GetParam(), SoundServerKind::PulseAudio)};
 };
 
@@ -34,12 +30,12 @@ INSTANTIATE_TEST_SUITE_P(EachPanel, PanelFaultsTest,
                          });
 
 TEST_P(PanelFaultsTest, APanelThatHangsBeforeTheStartHoldsNothingUp) {
-  signalPanel(SIGSTOP);
+  program.desk().panel().freezeGroup();
   ASSERT_TRUE(program.start());
   EXPECT_TRUE(program.muteByTheMode());
   ASSERT_TRUE(program.program().waitForLine("does not answer", harness::kPatience, Stream::Error));
   EXPECT_THAT(program.complaints("tray"), SizeIs(1));
-  signalPanel(SIGCONT);
+  program.desk().panel().thawGroup();
   ASSERT_TRUE(program.desk().trayIcon());
 }
 

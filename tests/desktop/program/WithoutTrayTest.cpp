@@ -12,6 +12,14 @@ namespace {
 
 class WithoutTrayTest : public testing::Test {
  protected:
+  /// As a screen reader finds them below the button.
+  [[nodiscard]] std::vector<std::string> itemsOfTheMenu() {
+    std::vector<std::string> names;
+    for (const auto& element : AccessibilityClient(program.desk()).elements())
+      if (element.role == "menu item" && element.is("showing")) names.push_back(element.name);
+    return names;
+  }
+
   ProgramDesk program{
       DeskOptions{.windowManager = WindowManager::Openbox, .sound = SoundServerKind::PulseAudio}};
 };
@@ -36,10 +44,23 @@ TEST_F(WithoutTrayTest, ThePanelIsAnOrdinaryWindowWithTheMenuInIt) {
   ASSERT_TRUE(menu);
   program.desk().input().click(menu->area.centreX(), menu->area.centreY());
   ASSERT_TRUE(program.says("Right click!"));
-  ASSERT_TRUE(program.desk().awaitWindow([&](const harness::WindowInfo& shown) {
-    return harness::ofClass("calmdeck")(shown) && shown.id != window->id;
-  }));
-  for (const char* key : {"Down", "Return"}) program.desk().input().key(key);
+  const auto shown = program.desk().awaitWindow([&](const harness::WindowInfo& popup) {
+    return harness::ofClass("calmdeck")(popup) && popup.id != window->id;
+  });
+  ASSERT_TRUE(shown);
+  EXPECT_GE(shown->area.y, menu->area.bottom()) << "it drops down from its button";
+  const auto master = reader.await(ProgramDesk::kMaster);
+  ASSERT_TRUE(master);
+  EXPECT_FALSE(shown->area.intersects(master->area));
+  program.desk().input().key("Escape");
+  ASSERT_TRUE(program.desk().until([&] { return itemsOfTheMenu().empty(); }));
+
+  // And all of it from the keyboard.
+  program.desk().input().key("F10");
+  ASSERT_TRUE(program.says("Right click!"));
+  ASSERT_TRUE(program.desk().until([&] { return !itemsOfTheMenu().empty(); }));
+  EXPECT_THAT(itemsOfTheMenu(), testing::Contains("Quit"));
+  for (const char* key : {"Up", "Return"}) program.desk().input().key(key);
   EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
   EXPECT_TRUE(program.sinkMuted(true));
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <sstream>
 
 using harness::Rect;
@@ -30,28 +29,6 @@ std::set<std::uint32_t> viewable(const harness::XDesk& desk) {
 
 TrayDesk::TrayDesk(harness::Panel panel, bool sessionBus)
     : panel_(panel), desk_(optionsFor(panel, sessionBus)) {}
-
-void TrayDesk::freezePanel() {
-  desk_.panel().freeze();
-  if (const auto pid = watcherProcess(); pid && *pid != desk_.panel().pid()) {
-    ::kill(*pid, SIGSTOP);
-    alsoFrozen_ = pid;
-  }
-}
-
-void TrayDesk::thawPanel() {
-  desk_.panel().thaw();
-  if (const auto pid = std::exchange(alsoFrozen_, std::nullopt)) ::kill(*pid, SIGCONT);
-}
-
-std::optional<pid_t> TrayDesk::watcherProcess() {
-  const auto reply = desk_.bus().call("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                      "org.freedesktop.DBus.GetConnectionUnixProcessID",
-                                      {"string:org.kde.StatusNotifierWatcher"});
-  const auto number = reply ? reply->rfind("uint32 ") : std::string::npos;
-  if (number == std::string::npos) return std::nullopt;
-  return std::stoi(reply->substr(number + sizeof("uint32")));
-}
 
 void TrayDesk::startProbe(const std::vector<std::string>& arguments) {
   std::vector<std::string> argv{TRAY_PROBE};

@@ -18,9 +18,6 @@ class TrayDesk {
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
   /// Starts the panel, again or at last.
   void startPanel() { desk_.startPanel(panel_); }
-  /// Stops the panel, and the process of its tray where that is another (xfce4-panel).
-  void freezePanel();
-  void thawPanel();
 
   /// Returns once the probe runs.
   void startProbe(const std::vector<std::string>& arguments = {});
@@ -45,12 +42,9 @@ class TrayDesk {
  private:
   [[nodiscard]] std::optional<harness::Rect> areaOf(std::uint32_t colour) const;
 
-  [[nodiscard]] std::optional<pid_t> watcherProcess();
-
   harness::Panel panel_;
   harness::XDesk desk_;
   std::unique_ptr<harness::Process> probe_;
   harness::Rect icon_;
   std::set<std::uint32_t> withoutMenu_;  // the windows on the screen before the menu opened
-  std::optional<pid_t> alsoFrozen_;
 };

@@ -108,12 +108,12 @@ TEST_P(TrayTest, APanelThatComesLateDiesAndRestartsShowsTheIconEachTime) {
 
 TEST_P(TrayTest, AHungPanelKeepsNobodyWaitingAndShowsTheIconOnceItGoesOn) {
   TrayDesk tray(GetParam());
-  tray.freezePanel();
+  tray.desk().panel().freezeGroup();
   tray.startProbe({"--anchor"});
   ASSERT_TRUE(tray.probe().waitForLine("does not answer", harness::kPatience, Stream::Error));
   EXPECT_TRUE(tray.probe().waitForLine("^anchor ")) << "its loop does not turn";
   EXPECT_THAT(tray.probe().output(), Not(HasSubstr("tray: yes")));
-  tray.thawPanel();
+  tray.desk().panel().thawGroup();
   ASSERT_TRUE(tray.says("tray: yes"));
   ASSERT_TRUE(tray.icon());
   tray.click(Button::Left);

@@ -43,7 +43,7 @@ class TestStatusItem final : public platform::port::StatusItemPeer,
   void openMenu(const platform::NSMenu&) override {}
   [[nodiscard]] bool isShown() const override { return shown; }
   [[nodiscard]] linux_desktop::Anchor anchor() const override { return {{500, 795}, {}}; }
-  void menuRequested(QPoint) override { ++menuRequests; }
+  void menuRequested(QWidget&) override { ++menuRequests; }
   void setActivationObserver(std::function<void()> activated) override {
     observer = std::move(activated);
   }

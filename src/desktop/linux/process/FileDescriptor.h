@@ -13,17 +13,21 @@ class FileDescriptor {
   explicit FileDescriptor(int number) : number_(number) {}
   FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-    std::swap(number_, other.number_);
+    if (this != &other) {
+      reset();
+      number_ = std::exchange(other.number_, -1);
+    }
     return *this;
   }
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
+  ~FileDescriptor() { reset(); }
 
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   [[nodiscard]] int get() const { return number_; }
+  void reset() {
+    if (number_ >= 0) ::close(std::exchange(number_, -1));
+  }
 
  private:
   int number_ = -1;

@@ -10,6 +10,28 @@ namespace {
 
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 
+QString described(const BusInterface::Types& types, const char* direction) {
+  QString text;
+  for (const QString& type : types)
+    text += QStringLiteral("<arg type=\"%1\"%2/>").arg(type, QLatin1String(direction));
+  return text;
+}
+
+/// The <interface> element that introspection shows.
+QString described(const BusInterface& interface) {
+  QString text = QStringLiteral("<interface name=\"%1\">\n").arg(interface.name);
+  for (const auto& [name, property] : interface.properties)
+    text += QStringLiteral("<property name=\"%1\" type=\"%2\" access=\"read\"/>\n")
+                .arg(name, property.type);
+  for (const auto& [name, method] : interface.methods)
+    text += QStringLiteral("<method name=\"%1\">%2%3</method>\n")
+                .arg(name, described(method.taken, " direction=\"in\""),
+                     described(method.returned, " direction=\"out\""));
+  for (const auto& [name, types] : interface.emitted)
+    text += QStringLiteral("<signal name=\"%1\">%2</signal>\n").arg(name, described(types, ""));
+  return text + QStringLiteral("</interface>\n");
+}
+
 }  // namespace
 
 BusObject::BusObject(QDBusConnection connection, QString path, BusInterface interface,
@@ -33,7 +55,7 @@ void BusObject::emitSignal(const QString& name, const QVariantList& arguments) c
 }
 
 QString BusObject::introspect(const QString& /*path*/) const {
-  return interface_.description;
+  return described(interface_);
 }
 
 bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
@@ -51,7 +73,7 @@ QDBusMessage BusObject::answer(const QDBusMessage& call) const {
   const auto method = interface_.methods.find(call.member());
   if (method == interface_.methods.end())
     return call.createErrorReply(QDBusError::UnknownMethod, "No such method: " + call.member());
-  return call.createReply(method->second(call));
+  return call.createReply(method->second.answer(call));
 }
 
 QDBusMessage BusObject::answerAboutProperties(const QDBusMessage& call) const {
@@ -63,12 +85,12 @@ QDBusMessage BusObject::answerAboutProperties(const QDBusMessage& call) const {
   if (property == interface_.properties.end())
     return call.createErrorReply(QDBusError::UnknownProperty,
                                  "No such property: " + arguments[1].toString());
-  return call.createReply(QVariant::fromValue(QDBusVariant(property->second())));
+  return call.createReply(QVariant::fromValue(QDBusVariant(property->second.read())));
 }
 
 QVariantMap BusObject::allProperties() const {
   QVariantMap all;
-  for (const auto& [name, read] : interface_.properties) all.insert(name, read());
+  for (const auto& [name, property] : interface_.properties) all.insert(name, property.read());
   return all;
 }
 

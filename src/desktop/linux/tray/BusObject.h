@@ -5,20 +5,30 @@
 #include <QDBusVirtualObject>
 #include <functional>
 #include <map>
+#include <vector>
 
 namespace linux_desktop {
 
-/// What one interface of ours offers on the bus, as tables.
+/// What one interface of ours offers on the bus, as tables. Types are D-Bus signatures, one for
+/// each argument.
 struct BusInterface {
-  /// Returns the reply's arguments.
-  using Method = std::function<QVariantList(const QDBusMessage& call)>;
-  using Property = std::function<QVariant()>;
+  using Types = std::vector<QString>;
+  struct Method {
+    Types taken;
+    Types returned;
+    /// Returns the reply's arguments.
+    std::function<QVariantList(const QDBusMessage& call)> answer;
+  };
+  struct Property {
+    QString type;
+    std::function<QVariant()> read;
+  };
 
   QString name;
-  /// The <interface> element that introspection shows.
-  QString description;
   std::map<QString, Method> methods;
   std::map<QString, Property> properties;
+  /// Those that may be emitted, with their arguments.
+  std::map<QString, Types> emitted;
 };
 
 /// One object on the bus that answers for one interface and for its read-only properties. It is

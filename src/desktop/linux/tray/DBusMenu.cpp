@@ -11,62 +11,6 @@ constexpr int kRoot = 0;
 /// open. So a menu of another length is whole from its second opening on.
 const MenuEntries kExpected(3, MenuEntry{QString(10, QChar(0x2003)), false});
 
-const QString kDescription = QStringLiteral(R"xml(<interface name="com.canonical.dbusmenu">
-  <property name="Version" type="u" access="read"/>
-  <property name="TextDirection" type="s" access="read"/>
-  <property name="Status" type="s" access="read"/>
-  <property name="IconThemePath" type="as" access="read"/>
-  <method name="GetLayout">
-    <arg type="i" name="parentId" direction="in"/>
-    <arg type="i" name="recursionDepth" direction="in"/>
-    <arg type="as" name="propertyNames" direction="in"/>
-    <arg type="u" name="revision" direction="out"/>
-    <arg type="(ia{sv}av)" name="layout" direction="out"/>
-  </method>
-  <method name="GetGroupProperties">
-    <arg type="ai" name="ids" direction="in"/>
-    <arg type="as" name="propertyNames" direction="in"/>
-    <arg type="a(ia{sv})" name="properties" direction="out"/>
-  </method>
-  <method name="GetProperty">
-    <arg type="i" name="id" direction="in"/>
-    <arg type="s" name="name" direction="in"/>
-    <arg type="v" name="value" direction="out"/>
-  </method>
-  <method name="Event">
-    <arg type="i" name="id" direction="in"/>
-    <arg type="s" name="eventId" direction="in"/>
-    <arg type="v" name="data" direction="in"/>
-    <arg type="u" name="timestamp" direction="in"/>
-  </method>
-  <method name="EventGroup">
-    <arg type="a(isvu)" name="events" direction="in"/>
-    <arg type="ai" name="idErrors" direction="out"/>
-  </method>
-  <method name="AboutToShow">
-    <arg type="i" name="id" direction="in"/>
-    <arg type="b" name="needUpdate" direction="out"/>
-  </method>
-  <method name="AboutToShowGroup">
-    <arg type="ai" name="ids" direction="in"/>
-    <arg type="ai" name="updatesNeeded" direction="out"/>
-    <arg type="ai" name="idErrors" direction="out"/>
-  </method>
-  <signal name="ItemsPropertiesUpdated">
-    <arg type="a(ia{sv})" name="updatedProps"/>
-    <arg type="a(ias)" name="removedProps"/>
-  </signal>
-  <signal name="LayoutUpdated">
-    <arg type="u" name="revision"/>
-    <arg type="i" name="parent"/>
-  </signal>
-  <signal name="ItemActivationRequested">
-    <arg type="i" name="id"/>
-    <arg type="u" name="timestamp"/>
-  </signal>
-</interface>
-)xml");
-
 template <class T>
 T argument(const QDBusMessage& call, int index) {
   return qdbus_cast<T>(call.arguments().value(index));
@@ -87,21 +31,25 @@ BusInterface DBusMenu::makeInterface() {
   const auto aboutToShowOne = [this](const QDBusMessage& call) {
     return QVariantList{aboutToShow(argument<int>(call, 0), MenuOpening::Sign::AboutToShow)};
   };
-  return {.name = "com.canonical.dbusmenu",
-          .description = kDescription,
-          .methods = {{"GetLayout", [this](const auto& call) { return getLayout(call); }},
-                      {"GetGroupProperties",
-                       [this](const auto& call) { return getGroupProperties(call); }},
-                      {"GetProperty", [this](const auto& call) { return getProperty(call); }},
-                      {"Event", event},
-                      {"EventGroup", [this](const auto& call) { return eventGroup(call); }},
-                      {"AboutToShow", aboutToShowOne},
-                      {"AboutToShowGroup",
-                       [this](const auto& call) { return aboutToShowGroup(call); }}},
-          .properties = {{"Version", [] { return QVariant(3U); }},
-                         {"TextDirection", [] { return QVariant("ltr"); }},
-                         {"Status", [] { return QVariant("normal"); }},
-                         {"IconThemePath", [] { return QVariant(QStringList()); }}}};
+  const auto by = [this](auto member) {
+    return [this, member](const QDBusMessage& call) { return (this->*member)(call); };
+  };
+  return {
+      .name = "com.canonical.dbusmenu",
+      .methods = {{"GetLayout", {{"i", "i", "as"}, {"u", "(ia{sv}av)"}, by(&DBusMenu::getLayout)}},
+                  {"GetGroupProperties",
+                   {{"ai", "as"}, {"a(ia{sv})"}, by(&DBusMenu::getGroupProperties)}},
+                  {"GetProperty", {{"i", "s"}, {"v"}, by(&DBusMenu::getProperty)}},
+                  {"Event", {{"i", "s", "v", "u"}, {}, event}},
+                  {"EventGroup", {{"a(isvu)"}, {"ai"}, by(&DBusMenu::eventGroup)}},
+                  {"AboutToShow", {{"i"}, {"b"}, aboutToShowOne}},
+                  {"AboutToShowGroup", {{"ai"}, {"ai", "ai"}, by(&DBusMenu::aboutToShowGroup)}}},
+      .properties = {{"Version", {"u", [] { return QVariant(3U); }}},
+                     {"TextDirection", {"s", [] { return QVariant("ltr"); }}},
+                     {"Status", {"s", [] { return QVariant("normal"); }}},
+                     {"IconThemePath", {"as", [] { return QVariant(QStringList()); }}}},
+      .emitted = {{"ItemsPropertiesUpdated", {"a(ia{sv})", "a(ias)"}},
+                  {"LayoutUpdated", {"u", "i"}}}};
 }
 
 void DBusMenu::setEntries(MenuEntries entries) {

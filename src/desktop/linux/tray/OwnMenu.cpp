@@ -1,26 +1,29 @@
 #include "desktop/linux/tray/OwnMenu.h"
 
+#include <memory>
+
 namespace linux_desktop {
 
-OwnMenu::OwnMenu(MenuOpening& opening) : opening_(opening) {
-  // A menu hides before it tells what was chosen; the closing is to come after the choice.
-  QObject::connect(
-      &menu_, &QMenu::aboutToHide, &menu_,
-      [this] {
-        if (!menu_.isVisible()) opening_.end();
-      },
-      Qt::QueuedConnection);
+OwnMenu::~OwnMenu() {
+  const std::unique_ptr<QMenu> last(menu_);
+  if (last) last->disconnect(&context_);
 }
 
-void OwnMenu::popUp(const MenuEntries& entries, const QPoint& at) {
-  menu_.clear();
+void OwnMenu::popUp(const MenuEntries& entries, const MenuPlace& place) {
+  if (menu_) menu_->close();
+  menu_ = std::make_unique<QMenu>(place.owner).release();
+  menu_->setAttribute(Qt::WA_DeleteOnClose);
   for (std::size_t index = 0; index < entries.size(); ++index) {
-    QAction* action = menu_.addAction(QString(entries[index].title).replace('&', "&&"));
+    QAction* action = menu_->addAction(QString(entries[index].title).replace('&', "&&"));
     action->setEnabled(entries[index].enabled);
-    QObject::connect(action, &QAction::triggered, &menu_,
+    QObject::connect(action, &QAction::triggered, &context_,
                      [this, index] { opening_.choose(index); });
   }
-  menu_.popup(at);
+  // A menu hides before it tells what was chosen; the closing is to come after the choice.
+  QObject::connect(menu_, &QObject::destroyed, &context_, [this] {
+    if (!menu_) opening_.end();
+  });
+  menu_->popup(place.at);
 }
 
 }  // namespace linux_desktop

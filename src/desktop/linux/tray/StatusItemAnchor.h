@@ -5,6 +5,8 @@
 #include <functional>
 #include <optional>
 
+class QWidget;
+
 namespace linux_desktop {
 
 /// Where a status item is, in Qt's own coordinates of the whole desktop.
@@ -27,8 +29,9 @@ class StatusItemAnchor {
   [[nodiscard]] virtual Anchor anchor() const = 0;
 
   /// Where the item is not shown, a window stands in for it: the user asked there for the item's
-  /// menu. The peer reports a RightMouseUp, and the menu that is opened next pops up at `at`.
-  virtual void menuRequested(QPoint at) = 0;
+  /// menu. The peer reports a RightMouseUp, and the menu that is opened next drops down from
+  /// `button` and is its child.
+  virtual void menuRequested(QWidget& button) = 0;
 
   /// `activated` is called at each sign that the user acts on the item: a click or its menu. It
   /// comes before the item's client is told. An empty function: nobody is called.

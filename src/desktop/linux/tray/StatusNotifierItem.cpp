@@ -11,55 +11,16 @@
 namespace linux_desktop {
 namespace {
 
-const QString kInterface = QStringLiteral("org.kde.StatusNotifierItem");
+BusInterface::Property text(const char* value) {
+  return {"s", [value] { return QVariant(value); }};
+}
 
-const QString kDescription = QStringLiteral(R"xml(<interface name="org.kde.StatusNotifierItem">
-  <property name="Category" type="s" access="read"/>
-  <property name="Id" type="s" access="read"/>
-  <property name="Title" type="s" access="read"/>
-  <property name="Status" type="s" access="read"/>
-  <property name="WindowId" type="i" access="read"/>
-  <property name="IconThemePath" type="s" access="read"/>
-  <property name="Menu" type="o" access="read"/>
-  <property name="ItemIsMenu" type="b" access="read"/>
-  <property name="IconName" type="s" access="read"/>
-  <property name="IconPixmap" type="a(iiay)" access="read"/>
-  <property name="OverlayIconName" type="s" access="read"/>
-  <property name="OverlayIconPixmap" type="a(iiay)" access="read"/>
-  <property name="AttentionIconName" type="s" access="read"/>
-  <property name="AttentionIconPixmap" type="a(iiay)" access="read"/>
-  <property name="AttentionMovieName" type="s" access="read"/>
-  <property name="ToolTip" type="(sa(iiay)ss)" access="read"/>
-  <method name="ContextMenu">
-    <arg name="x" type="i" direction="in"/>
-    <arg name="y" type="i" direction="in"/>
-  </method>
-  <method name="Activate">
-    <arg name="x" type="i" direction="in"/>
-    <arg name="y" type="i" direction="in"/>
-  </method>
-  <method name="SecondaryActivate">
-    <arg name="x" type="i" direction="in"/>
-    <arg name="y" type="i" direction="in"/>
-  </method>
-  <method name="Scroll">
-    <arg name="delta" type="i" direction="in"/>
-    <arg name="orientation" type="s" direction="in"/>
-  </method>
-  <method name="ProvideXdgActivationToken">
-    <arg name="token" type="s" direction="in"/>
-  </method>
-  <signal name="NewTitle"/>
-  <signal name="NewIcon"/>
-  <signal name="NewAttentionIcon"/>
-  <signal name="NewOverlayIcon"/>
-  <signal name="NewToolTip"/>
-  <signal name="NewStatus"><arg name="status" type="s"/></signal>
-</interface>
-)xml");
+BusInterface::Property pixmaps(std::function<IconPixmaps()> read) {
+  return {"a(iiay)", [read = std::move(read)] { return QVariant::fromValue(read()); }};
+}
 
-BusInterface::Property constant(const QVariant& value) {
-  return [value] { return value; };
+BusInterface::Property constant(const char* type, const QVariant& value) {
+  return {type, [value] { return value; }};
 }
 
 }  // namespace
@@ -77,32 +38,33 @@ BusInterface StatusNotifierItem::makeInterface() {
     };
   };
   const auto ignore = [](const QDBusMessage&) { return QVariantList(); };
-  const auto pixmaps = [this] { return image_ == nullptr ? IconPixmaps() : image_->pixmaps; };
-  const QVariant noPixmaps = QVariant::fromValue(IconPixmaps());
-  return {
-      .name = kInterface,
-      .description = kDescription,
-      .methods = {{"Activate", reporting(reports_.activated)},
-                  {"ContextMenu", reporting(reports_.menuAsked)},
-                  {"SecondaryActivate", ignore},
-                  {"Scroll", ignore},
-                  {"ProvideXdgActivationToken", ignore}},
-      .properties = {{"Category", constant("ApplicationStatus")},
-                     {"Id", constant("calmdeck")},
-                     {"Title", constant("Calmdeck")},
-                     {"Status", constant("Active")},
-                     {"WindowId", constant(0)},
-                     {"IconThemePath", constant("")},
-                     {"Menu", constant(QVariant::fromValue(QDBusObjectPath(DBusMenu::kPath)))},
-                     {"ItemIsMenu", constant(false)},
-                     {"IconName", constant("")},
-                     {"IconPixmap", [pixmaps] { return QVariant::fromValue(pixmaps()); }},
-                     {"OverlayIconName", constant("")},
-                     {"OverlayIconPixmap", constant(noPixmaps)},
-                     {"AttentionIconName", constant("")},
-                     {"AttentionIconPixmap", constant(noPixmaps)},
-                     {"AttentionMovieName", constant("")},
-                     {"ToolTip", constant(QVariant::fromValue(ToolTip{{}, {}, "Calmdeck", {}}))}}};
+  const auto ours = [this] { return image_ == nullptr ? IconPixmaps() : image_->pixmaps; };
+  const auto none = [] { return IconPixmaps(); };
+  const QDBusObjectPath menu(DBusMenu::kPath);
+  return {.name = "org.kde.StatusNotifierItem",
+          .methods = {{"Activate", {{"i", "i"}, {}, reporting(reports_.activated)}},
+                      {"ContextMenu", {{"i", "i"}, {}, reporting(reports_.menuAsked)}},
+                      {"SecondaryActivate", {{"i", "i"}, {}, ignore}},
+                      {"Scroll", {{"i", "s"}, {}, ignore}},
+                      {"ProvideXdgActivationToken", {{"s"}, {}, ignore}}},
+          .properties = {{"Category", text("ApplicationStatus")},
+                         {"Id", text("calmdeck")},
+                         {"Title", text("Calmdeck")},
+                         {"Status", text("Active")},
+                         {"WindowId", constant("i", 0)},
+                         {"IconThemePath", text("")},
+                         {"Menu", constant("o", QVariant::fromValue(menu))},
+                         {"ItemIsMenu", constant("b", false)},
+                         {"IconName", text("")},
+                         {"IconPixmap", pixmaps(ours)},
+                         {"OverlayIconName", text("")},
+                         {"OverlayIconPixmap", pixmaps(none)},
+                         {"AttentionIconName", text("")},
+                         {"AttentionIconPixmap", pixmaps(none)},
+                         {"AttentionMovieName", text("")},
+                         {"ToolTip", constant("(sa(iiay)ss)", QVariant::fromValue(ToolTip{
+                                                                  {}, {}, "Calmdeck", {}}))}},
+          .emitted = {{"NewIcon", {}}}};
 }
 
 void StatusNotifierItem::report(const std::function<void()>& what) {

@@ -5,14 +5,17 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "desktop/linux/x11/ScreenPixels.h"
+
 namespace linux_desktop {
 namespace {
 
-std::optional<QRect> panelAt(const QPoint& point, const std::vector<DockWindow>& docks) {
-  const auto at = std::ranges::find_if(
-      docks, [&](const DockWindow& dock) { return dock.geometry.contains(point); });
-  if (at == docks.end()) return std::nullopt;
-  return at->geometry;
+/// In Qt's coordinates, as `point`.
+std::optional<QRect> panelAt(const QPoint& point, const std::vector<XPanel>& panels) {
+  for (const XPanel& panel : panels)
+    if (const QRect geometry = fromPixels(panel.geometry); geometry.contains(point))
+      return geometry;
+  return std::nullopt;
 }
 
 /// The middle of the end at which panels have their tray by default: the far one in reading
@@ -28,42 +31,47 @@ QPoint trayEnd(const QRect& panel) {
 
 void TrayAnchor::rememberPointer() {
   const QPoint point = QCursor::pos();
-  click_ = Click{point, panelAt(point, dockWindows()).has_value()};
+  click_ = Click{point, panelAt(point, panels()).has_value()};
 }
 
 Anchor TrayAnchor::anchor() const {
-  const std::vector<DockWindow> docks = dockWindows();
-  if (const auto known = atLastClick(docks)) return *known;
-  if (const auto known = atIcon(docks)) return *known;
-  if (const auto guess = fromPanels(docks)) return *guess;
+  const Panels now = panels();
+  if (const auto known = atLastClick(now)) return *known;
+  if (const auto known = atIcon(now)) return *known;
+  if (const auto guess = fromPanels(now)) return *guess;
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   return {QGuiApplication::isRightToLeft() ? screen.topLeft() : screen.topRight(), std::nullopt};
 }
 
-std::optional<Anchor> TrayAnchor::atLastClick(const std::vector<DockWindow>& docks) const {
+TrayAnchor::Panels TrayAnchor::panels() const {
+  return server_ ? panelsOn(*server_) : Panels{};
+}
+
+std::optional<Anchor> TrayAnchor::atLastClick(const Panels& panels) const {
   if (!click_ || QGuiApplication::screenAt(click_->point) == nullptr) return std::nullopt;
-  const auto panel = panelAt(click_->point, docks);
+  const auto panel = panelAt(click_->point, panels);
   if (click_->onPanel && !panel) return std::nullopt;  // the panel has moved since
   return Anchor{click_->point, panel};
 }
 
-std::optional<Anchor> TrayAnchor::atIcon(const std::vector<DockWindow>& docks) const {
+std::optional<Anchor> TrayAnchor::atIcon(const Panels& panels) const {
   const QRect icon = iconGeometry_ ? iconGeometry_() : QRect();
   if (icon.isEmpty()) return std::nullopt;
-  return Anchor{icon.center(), panelAt(icon.center(), docks)};
+  return Anchor{icon.center(), panelAt(icon.center(), panels)};
 }
 
-std::optional<Anchor> TrayAnchor::fromPanels(const std::vector<DockWindow>& docks) const {
-  for (const DockWindow& dock : docks)
-    if (const auto tray = hostPid_ == 0 ? std::nullopt : partDrawnBy(hostPid_, dock))
-      return Anchor{tray->center(), dock.geometry};
-  const auto isHost = [this](const DockWindow& dock) {
-    return hostPid_ != 0 && dock.pid == hostPid_;
+std::optional<Anchor> TrayAnchor::fromPanels(const Panels& panels) const {
+  for (const XPanel& panel : panels)
+    if (const auto tray = hostPid_ == 0 ? std::nullopt : partDrawnBy(hostPid_, panel, *server_))
+      return Anchor{fromPixels(*tray).center(), fromPixels(panel.geometry)};
+  const auto isHost = [this](const XPanel& panel) {
+    return hostPid_ != 0 && panel.pid == hostPid_;
   };
-  auto panel = std::ranges::find_if(docks, isHost);
-  if (panel == docks.end()) panel = docks.begin();
-  if (panel == docks.end()) return std::nullopt;
-  return Anchor{trayEnd(panel->geometry), panel->geometry};
+  auto panel = std::ranges::find_if(panels, isHost);
+  if (panel == panels.end()) panel = panels.begin();
+  if (panel == panels.end()) return std::nullopt;
+  const QRect geometry = fromPixels(panel->geometry);
+  return Anchor{trayEnd(geometry), geometry};
 }
 
 }  // namespace linux_desktop

@@ -4,16 +4,17 @@
 #include <QRect>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
-#include <vector>
 
-#include "desktop/linux/tray/DockWindows.h"
 #include "desktop/linux/tray/StatusItemAnchor.h"
+#include "desktop/linux/x11/XPanels.h"
 
 namespace linux_desktop {
 
 /// Where the icon is, as well as it can be known. Trays of today do not tell, so the pointer does,
 /// which is on the icon when it is clicked; before the first click it is a guess from the panels.
+/// Those are known on an X server only. Needs the QGuiApplication.
 class TrayAnchor {
  public:
   /// The best that is known now. Asks the X server.
@@ -35,10 +36,13 @@ class TrayAnchor {
     bool onPanel = false;
   };
 
-  [[nodiscard]] std::optional<Anchor> atLastClick(const std::vector<DockWindow>& docks) const;
-  [[nodiscard]] std::optional<Anchor> atIcon(const std::vector<DockWindow>& docks) const;
-  [[nodiscard]] std::optional<Anchor> fromPanels(const std::vector<DockWindow>& docks) const;
+  using Panels = std::vector<XPanel>;
+  [[nodiscard]] Panels panels() const;
+  [[nodiscard]] std::optional<Anchor> atLastClick(const Panels& panels) const;
+  [[nodiscard]] std::optional<Anchor> atIcon(const Panels& panels) const;
+  [[nodiscard]] std::optional<Anchor> fromPanels(const Panels& panels) const;
 
+  std::unique_ptr<XServer> server_ = XServer::connect();
   std::optional<Click> click_;
   std::uint32_t hostPid_ = 0;
   std::function<QRect()> iconGeometry_;

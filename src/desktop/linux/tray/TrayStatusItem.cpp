@@ -55,9 +55,9 @@ void TrayStatusItem::setImage(const platform::NSImage* image) {
 void TrayStatusItem::openMenu(const platform::NSMenu& menu) {
   const MenuEntries entries = entriesOf(menu);
   if (busMenu_) busMenu_->setEntries(entries);
-  std::optional<QPoint> place = std::exchange(menuPlace_, std::nullopt);
+  std::optional<MenuPlace> place = std::exchange(menuPlace_, std::nullopt);
   // When no panel waits for the menu either, the application opens it by itself.
-  if (!place && !opening_.inProgress()) place = anchor().point;
+  if (!place && !opening_.inProgress()) place = MenuPlace{anchor().point, {}};
   opening_.attach();
   if (place) ownMenu_.popUp(entries, *place);
 }
@@ -70,8 +70,12 @@ Anchor TrayStatusItem::anchor() const {
   return bar_.anchor().anchor();
 }
 
-void TrayStatusItem::menuRequested(QPoint at) {
-  menuPlace_ = at;
+void TrayStatusItem::menuRequested(QWidget& button) {
+  requestMenu({button.mapToGlobal(QPoint(0, button.height())), &button});
+}
+
+void TrayStatusItem::requestMenu(const MenuPlace& place) {
+  menuPlace_ = place;
   opening_.begin(MenuOpening::Sign::Asked);
 }
 
@@ -101,7 +105,7 @@ void TrayStatusItem::activated() {
 
 void TrayStatusItem::menuAsked() {
   bar_.rememberPointer();
-  menuRequested(anchor().point);
+  requestMenu({anchor().point, {}});
 }
 
 }  // namespace linux_desktop

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QPoint>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -47,7 +46,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
 
   [[nodiscard]] bool isShown() const override;
   [[nodiscard]] Anchor anchor() const override;
-  void menuRequested(QPoint at) override;
+  void menuRequested(QWidget& button) override;
   void setActivationObserver(std::function<void()> activated) override {
     client_.setObserver(std::move(activated));
   }
@@ -62,13 +61,14 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
  private:
   void activated();
   void menuAsked();
+  void requestMenu(const MenuPlace& place);
 
   TrayStatusBar& bar_;
   ObservedClient client_;
   const StatusImage* image_;
   MenuOpening opening_;
   OwnMenu ownMenu_;
-  std::optional<QPoint> menuPlace_;  // where we are to draw the menu that was asked for, if we are
+  std::optional<MenuPlace> menuPlace_;  // of the menu that was asked for, if we are to draw it
 
   /// The item's own: hosts drop an icon when the connection that offered it ends.
   QDBusConnection connection_;

@@ -2,8 +2,9 @@
 
 namespace linux_desktop {
 
-/// Tells assistive technology what LayerWidgets are: a switch is a named check box with a help text
-/// and a state, and can be pressed. Holds for as long as the object lives.
+/// Tells assistive technology what our widgets are: a LayerWidget that is a switch is a named check
+/// box with a help text and a state, and can be pressed; a MenuButton has its menu as a child while
+/// that is open. Holds for as long as the object lives.
 class LayerAccessibility {
  public:
   LayerAccessibility();

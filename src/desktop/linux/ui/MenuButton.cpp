@@ -1,34 +1,60 @@
 #include "desktop/linux/ui/MenuButton.h"
 
+#include <QKeyEvent>
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
 
 #include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {
+namespace {
+
+constexpr int kMargin = 7;
+constexpr int kSymbolWidth = 12;
+constexpr int kGap = 7;
+
+}  // namespace
 
 MenuButton::MenuButton(QWidget* parent) : QToolButton(parent) {
   setAutoRaise(true);
-  setFocusPolicy(Qt::StrongFocus);
-  setToolTip(QStringLiteral("Menu"));
-  setAccessibleName(QStringLiteral("Menu"));
+  setFocusPolicy(Qt::TabFocus);
+  setText(QStringLiteral("Menu"));
+  setAccessibleName(text());
+  setShortcut(Qt::Key_F10);
+}
+
+QSize MenuButton::sizeHint() const {
+  const int width = fontMetrics().horizontalAdvance(text());
+  return {2 * kMargin + kSymbolWidth + kGap + width, fontMetrics().height() + kMargin};
+}
+
+void MenuButton::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Down) {
+    click();
+  } else {
+    QToolButton::keyPressEvent(event);
+  }
 }
 
 void MenuButton::paintEvent(QPaintEvent*) {
   constexpr double kLine = 1.5;
-  constexpr double kDistance = 4.5;
-  constexpr double kHalfWidth = 6.5;
+  constexpr double kDistance = 4;
   QStylePainter painter(this);
   QStyleOptionToolButton option;
   initStyleOption(&option);
+  option.text.clear();
   painter.drawComplexControl(QStyle::CC_ToolButton, option);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(palette().color(QPalette::WindowText), kLine, Qt::SolidLine, Qt::RoundCap));
-  const QPointF middle = QRectF(rect()).center();
+  const QRect inside = rect().adjusted(kMargin, 0, -kMargin, 0);
+  const QRect symbol = QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter,
+                                           {kSymbolWidth, height()}, inside);
   for (const int row : {-1, 0, 1}) {
-    const QPointF at = middle + QPointF(0, row * kDistance);
-    painter.drawLine(at - QPointF(kHalfWidth, 0), at + QPointF(kHalfWidth, 0));
+    const double y = QRectF(symbol).center().y() + row * kDistance;
+    painter.drawLine(QPointF(symbol.left(), y), QPointF(symbol.right() + 1, y));
   }
+  painter.drawText(inside, static_cast<int>(Qt::AlignRight | Qt::AlignVCenter), text());
   if (hasFocus()) {
     painter.setPen(QPen(Theme(palette()).focusRing(), 2));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 4, 4);

@@ -4,15 +4,16 @@
 
 namespace linux_desktop {
 
-/// The button with three lines behind which a window keeps its menu.
+/// The button with three lines from which a window's menu drops down, a QMenu that is its child.
+/// F10 presses it, as it opens a menu bar elsewhere.
 class MenuButton final : public QToolButton {
  public:
   explicit MenuButton(QWidget* parent);
 
-  /// Where the menu pops up, in Qt's coordinates of the whole desktop.
-  [[nodiscard]] QPoint menuPosition() const { return mapToGlobal(rect().bottomLeft()); }
+  [[nodiscard]] QSize sizeHint() const override;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 };
 

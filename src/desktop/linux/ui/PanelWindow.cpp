@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kCornerRadius = 9;
 constexpr int kBorder = 1;
-constexpr int kMenuButtonMargin = 6;
+constexpr int kMenuRowMargin = 2;
 
 Qt::WindowFlags flagsFor(Chrome chrome) {
   return isPopover(chrome) ? Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
@@ -39,7 +39,7 @@ PanelWindow::PanelWindow(Chrome chrome, const QString& title, Clock clock, Press
   layout->setContentsMargins(margin, margin, margin, margin);
   layout->setSpacing(0);
   layout->setSizeConstraint(QLayout::SetFixedSize);
-  if (chrome == Chrome::OrdinaryWithMenu) addMenuButton(*layout);
+  if (chrome == Chrome::OrdinaryWithMenu) addMenuRow(*layout);
   inner_ = std::make_unique<QVBoxLayout>().release();
   layout->addLayout(inner_);
 }
@@ -49,15 +49,17 @@ void PanelWindow::setContent(const std::shared_ptr<platform::NSView>& content) {
   if (content) views_ = std::make_unique<ViewTree>(content, *this, *inner_, clock_, presses_);
 }
 
-void PanelWindow::addMenuButton(QBoxLayout& layout) {
+// Like a menu bar, so that the menu covers no switch when it drops down.
+void PanelWindow::addMenuRow(QBoxLayout& layout) {
   auto* button = std::make_unique<MenuButton>(this).release();
   connect(button, &QToolButton::clicked, this,
-          [this, button] { observer_.menuRequested(button->menuPosition()); });
+          [this, button] { observer_.menuRequested(*button); });
   auto* row = std::make_unique<QHBoxLayout>().release();
-  row->setContentsMargins(kMenuButtonMargin, kMenuButtonMargin, kMenuButtonMargin, 0);
-  row->addStretch();
+  row->setContentsMargins(kMenuRowMargin, kMenuRowMargin, kMenuRowMargin, kMenuRowMargin);
   row->addWidget(button);
+  row->addStretch();
   layout.addLayout(row);
+  layout.addSpacing(kBorder);
 }
 
 bool PanelWindow::event(QEvent* event) {
@@ -116,8 +118,13 @@ void PanelWindow::resizeEvent(QResizeEvent* event) {
 }
 
 void PanelWindow::paintEvent(QPaintEvent*) {
-  if (!isPopover(chrome_)) return;
   const Theme theme(palette());
+  if (chrome_ == Chrome::OrdinaryWithMenu) {
+    const QRect content = inner_->geometry();
+    QPainter(this).fillRect(0, content.top() - kBorder, width(), kBorder,
+                            theme.color(platform::NSSystemColor::Separator));
+  }
+  if (!isPopover(chrome_)) return;
   const double radius = chrome_ == Chrome::RoundPopover ? kCornerRadius : 0;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);

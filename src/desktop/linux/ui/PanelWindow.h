@@ -10,7 +10,7 @@ namespace linux_desktop {
 /// What is around the content of a window.
 enum class Chrome {
   Ordinary,          ///< the window manager's frame
-  OrdinaryWithMenu,  ///< the same, with a menu button above the content
+  OrdinaryWithMenu,  ///< the same, with a row for the menu above the content
   Popover,           ///< our own thin border, in front of other windows
   RoundPopover,      ///< the same with round corners; needs a compositing manager
 };
@@ -25,7 +25,8 @@ class PanelObserver {
   virtual ~PanelObserver() = default;
   /// The title bar's button or Escape; the window is still there.
   virtual void closeRequested() = 0;
-  virtual void menuRequested(QPoint at) = 0;
+  /// The user wants the menu that drops down from `button`.
+  virtual void menuRequested(QWidget& button) = 0;
   virtual void activeChanged(bool active) = 0;
   /// A button or a finger was pressed on it, at the window system's time in milliseconds.
   virtual void pressedInside(quint64 time) = 0;
@@ -58,7 +59,7 @@ class PanelWindow final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void addMenuButton(QBoxLayout& layout);
+  void addMenuRow(QBoxLayout& layout);
 
   Chrome chrome_;
   Clock clock_;

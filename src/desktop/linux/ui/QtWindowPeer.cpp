@@ -10,9 +10,9 @@
 
 #include "desktop/linux/ui/ExposeWatch.h"
 #include "desktop/linux/ui/PopoverPlacement.h"
-#include "desktop/linux/ui/ScreenPixels.h"
-#include "desktop/linux/ui/XPanels.h"
 #include "desktop/linux/ui/XWindowHints.h"
+#include "desktop/linux/x11/ScreenPixels.h"
+#include "desktop/linux/x11/XPanels.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/port/StatusBar.h"
 
@@ -143,7 +143,7 @@ void QtWindowPeer::place() {
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
   std::vector<DesktopPanel> panels;
   if (services_.server) {
-    for (const DesktopPanel& panel : panelsOn(*services_.server)) {
+    for (const XPanel& panel : panelsOn(*services_.server)) {
       panels.push_back({fromPixels(panel.geometry, *screen), fromPixels(panel.reserved, *screen)});
     }
   }
@@ -181,7 +181,7 @@ bool QtWindowPeer::isOurs(QPoint onRoot) const {
 }
 
 bool QtWindowPeer::isOnPanel(QPoint onRoot) const {
-  return std::ranges::any_of(panelsOn(*services_.server), [onRoot](const DesktopPanel& panel) {
+  return std::ranges::any_of(panelsOn(*services_.server), [onRoot](const XPanel& panel) {
     return panel.geometry.contains(onRoot);
   });
 }
@@ -247,8 +247,8 @@ void QtWindowPeer::closeRequested() {
   report([this] { client_.windowShouldClose(); });
 }
 
-void QtWindowPeer::menuRequested(QPoint at) {
-  if (anchor_ != nullptr) anchor_->menuRequested(at);
+void QtWindowPeer::menuRequested(QWidget& button) {
+  if (anchor_ != nullptr) anchor_->menuRequested(button);
 }
 
 }  // namespace linux_desktop

@@ -45,7 +45,7 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void pressed(platform::NSView& view, QPointF inWindow) override;
   void released(platform::NSView& view, QPointF inWindow) override;
   void closeRequested() override;
-  void menuRequested(QPoint at) override;
+  void menuRequested(QWidget& button) override;
   void activeChanged(bool active) override;
   void pressedInside(quint64 time) override;
   void resized() override;
