@@ -191,8 +191,9 @@ class LinuxContractDesk final : public ContractDesk {
 
   [[nodiscard]] std::vector<harness::WindowInfo> ownWindows() const {
     std::vector<harness::WindowInfo> own = x_.windows().all();
-    std::erase_if(own, [is = harness::ofClass(kProgram)](const harness::WindowInfo& window) {
-      return !window.viewable || !is(window);
+    std::erase_if(own, [](const harness::WindowInfo& window) {
+      // A panel, an alert or a cover: the class of each begins with the program's name.
+      return !window.viewable || !window.className.starts_with(kProgram);
     });
     return own;
   }
