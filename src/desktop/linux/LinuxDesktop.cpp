@@ -4,11 +4,14 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QScreen>
 #include <QThreadPool>
 
 #include "desktop/linux/audio/PulseAudioObjects.h"
+#include "desktop/linux/automation/LinuxAutomation.h"
 #include "desktop/linux/defaults/SettingsFile.h"
 #include "desktop/linux/loop/QtMainLoop.h"
+#include "desktop/linux/notifications/DaemonDoNotDisturb.h"
 #include "desktop/linux/process/BusName.h"
 #include "desktop/linux/process/ProcessLog.h"
 #include "desktop/linux/process/StandardOutputStream.h"
@@ -16,6 +19,7 @@
 #include "desktop/linux/process/UserSession.h"
 #include "desktop/linux/tray/TrayStatusBar.h"
 #include "desktop/linux/ui/QtWindows.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/windowsystem/PlainWindowSystem.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 
@@ -40,6 +44,36 @@ std::unique_ptr<WindowSystem> openWindowSystem() {
   return std::make_unique<PlainWindowSystem>();
 }
 
+std::vector<Monitor> monitorsOfQt() {
+  std::vector<Monitor> monitors;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    monitors.push_back({screen->name(), screen->geometry()});
+  }
+  return monitors;
+}
+
+/// The pictures of the desktop, which on an X server the covers show as well.
+class Wallpaper {
+ public:
+  explicit Wallpaper(WindowSystem& windowSystem)
+      : x11_(dynamic_cast<X11WindowSystem*>(&windowSystem)) {
+    if (x11_ != nullptr) x11_->setBackdrops(&pictures_);
+  }
+  ~Wallpaper() {
+    if (x11_ != nullptr) x11_->setBackdrops(nullptr);
+  }
+  Wallpaper(const Wallpaper&) = delete;
+  Wallpaper& operator=(const Wallpaper&) = delete;
+
+  [[nodiscard]] WallpaperPictures& pictures() { return pictures_; }
+
+ private:
+  X11WindowSystem* x11_;
+  WallpaperPictures pictures_{
+      [this] { return x11_ != nullptr ? x11_->monitors() : monitorsOfQt(); },
+      x11_ != nullptr ? &x11_->events() : nullptr};
+};
+
 }  // namespace
 
 /// What there is one of in the process, whatever the program goes on to do.
@@ -63,8 +97,11 @@ struct LinuxDesktop::Services {
   SettingsFile settings;
   TrayStatusBar tray;
   std::unique_ptr<WindowSystem> windowSystem = openWindowSystem();
+  Wallpaper wallpaper{*windowSystem};
   QtWindows windows{loop, windowSystem->covers()};
   PulseAudioObjects audio;
+  DaemonDoNotDisturb doNotDisturb{QDBusConnection::sessionBus()};
+  LinuxAutomation automation{doNotDisturb};
   TerminationSignals signals_{[this] { loop.terminate(); }};
 };
 
@@ -121,6 +158,9 @@ platform::port::SystemVersion LinuxDesktop::systemVersion() const {
 platform::port::AudioObjects* LinuxDesktop::audioObjects() {
   return &services_->audio;
 }
+platform::port::Automation* LinuxDesktop::automation() {
+  return &services_->automation;
+}
 platform::port::Spaces* LinuxDesktop::spaces() {
   return services_->windowSystem->spaces();
 }
@@ -129,6 +169,9 @@ platform::port::RunningApplications* LinuxDesktop::runningApplications() {
 }
 platform::port::WindowList* LinuxDesktop::windowList() {
   return services_->windowSystem->windowList();
+}
+platform::port::DesktopPictures* LinuxDesktop::desktopPictures() {
+  return &services_->wallpaper.pictures();
 }
 
 }  // namespace linux_desktop

@@ -27,9 +27,11 @@ class LinuxDesktop final : public platform::Desktop {
   platform::port::Screens& screens() override;
   [[nodiscard]] platform::port::SystemVersion systemVersion() const override;
   platform::port::AudioObjects* audioObjects() override;
+  platform::port::Automation* automation() override;
   platform::port::Spaces* spaces() override;
   platform::port::RunningApplications* runningApplications() override;
   platform::port::WindowList* windowList() override;
+  platform::port::DesktopPictures* desktopPictures() override;
 
  private:
   struct Process;

@@ -4,6 +4,7 @@
 #include <QRect>
 
 #include "desktop/linux/wallpaper/Backdrop.h"
+#include "desktop/linux/wallpaper/BackdropManner.h"
 #include "desktop/linux/windowsystem/Monitor.h"
 
 namespace linux_desktop {
@@ -14,6 +15,7 @@ struct BackdropLayout {
   QRect desktop;
   bool tilesFromDesktopOrigin = false;
   bool spansByZooming = true;
+  BackdropManner manner = {};
 };
 
 /// The backdrop as the desktop draws it on `monitor`, opaque and of the monitor's size in pixels.

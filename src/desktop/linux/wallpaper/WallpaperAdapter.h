@@ -5,10 +5,15 @@
 #include <string>
 
 #include "desktop/linux/wallpaper/Backdrop.h"
+#include "desktop/linux/wallpaper/BackdropManner.h"
 #include "desktop/linux/windowsystem/Monitor.h"
 #include "platform/foundation/Value.h"
 
 namespace linux_desktop {
+
+/// In a state, with the value true: the picture changes by itself, so that its path would not say
+/// what is shown.
+inline constexpr const char* kSlideShow = "slideShow";
 
 /// One desktop's way of keeping the picture behind everything. One adapter a desktop; the table in
 /// WallpaperTable.h lists them. Main thread only; no operation takes longer than half a second, and
@@ -31,7 +36,8 @@ class WallpaperAdapter {
   [[nodiscard]] virtual std::optional<std::string> show(const Monitor& monitor,
                                                         const QString& file) = 0;
 
-  /// Puts back exactly what `state` told. The reason on failure.
+  /// Puts back exactly what `state` told, maybe to another adapter of this desktop, also for a
+  /// monitor that has gone since where the desktop keeps settings for such. The reason on failure.
   [[nodiscard]] virtual std::optional<std::string> restore(const Monitor& monitor,
                                                            const platform::Dictionary& state) = 0;
 
@@ -44,6 +50,7 @@ class WallpaperAdapter {
   [[nodiscard]] virtual bool tilesFromDesktopOrigin() const { return false; }
   /// Whether a spanned picture covers the whole desktop, the rest cut off, rather than fit inside.
   [[nodiscard]] virtual bool spansByZooming() const { return true; }
+  [[nodiscard]] virtual BackdropManner manner() const { return {}; }
 };
 
 }  // namespace linux_desktop

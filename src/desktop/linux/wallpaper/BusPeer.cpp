@@ -1,0 +1,72 @@
+#include "desktop/linux/wallpaper/BusPeer.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <algorithm>
+
+namespace linux_desktop {
+namespace {
+
+QDBusMessage noAnswer(const QString& service) {
+  return QDBusMessage::createError(QDBusError::NoReply,
+                                   QStringLiteral("%1 does not answer").arg(service));
+}
+
+bool ranOut(const QDBusMessage& answer) {
+  const QString name = answer.errorName();
+  return name == QDBusError::errorString(QDBusError::NoReply) ||
+         name == QDBusError::errorString(QDBusError::Timeout) ||
+         name == QDBusError::errorString(QDBusError::TimedOut);
+}
+
+}  // namespace
+
+QDBusMessage BusPeer::method(const QString& path, const QString& interface, const QString& name,
+                             const QVariantList& arguments) const {
+  QDBusMessage message = QDBusMessage::createMethodCall(service_, path, interface, name);
+  message.setAutoStartService(false);
+  message.setArguments(arguments);
+  return message;
+}
+
+bool BusPeer::isHung() {
+  if (sign_ && sign_->isFinished()) sign_.reset();
+  return sign_.has_value();
+}
+
+QDBusMessage BusPeer::call(const QDBusMessage& method, const QDeadlineTimer& deadline) {
+  return callAll(std::span(&method, 1), deadline).front();
+}
+
+std::vector<QDBusMessage> BusPeer::callAll(std::span<const QDBusMessage> methods,
+                                           const QDeadlineTimer& deadline) {
+  const int left = static_cast<int>(deadline.remainingTime());
+  if (left <= 0 || isHung()) return {methods.size(), noAnswer(service_)};
+  std::vector<QDBusPendingCall> pending;
+  pending.reserve(methods.size());
+  for (const QDBusMessage& method : methods) {
+    pending.push_back(QDBusConnection::sessionBus().asyncCall(method, left));
+  }
+  std::vector<QDBusMessage> answers;
+  for (QDBusPendingCall& call : pending) {
+    call.waitForFinished();
+    const QDBusMessage answer = call.reply();
+    answers.push_back(ranOut(answer) ? noAnswer(service_) : answer);
+  }
+  if (std::ranges::any_of(answers, ranOut)) {
+    sign_ = QDBusConnection::sessionBus().asyncCall(method(
+        QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping")));
+  }
+  return answers;
+}
+
+void BusPeer::send(std::span<const QDBusMessage> methods) {
+  for (const QDBusMessage& method : methods) QDBusConnection::sessionBus().send(method);
+}
+
+std::string reasonOf(const QDBusMessage& error) {
+  const QString text = error.errorMessage().simplified();
+  return (text.isEmpty() ? error.errorName() : text).toStdString();
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDeadlineTimer>
+#include <QVariantList>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace linux_desktop {
+
+/// A service on the session bus that is asked and waited for, but never for long: an operation has
+/// half a second for all that it asks, and once that ran out the next ones fail at once until the
+/// service answers again. No service is started by being asked. Main thread only.
+class BusPeer {
+ public:
+  static constexpr int kLongestOperation = 500;  // ms
+
+  explicit BusPeer(QString service) : service_(std::move(service)) {}
+
+  /// The time of one operation, from now on.
+  [[nodiscard]] static QDeadlineTimer deadline() { return QDeadlineTimer(kLongestOperation); }
+
+  [[nodiscard]] QDBusMessage method(const QString& path, const QString& interface,
+                                    const QString& name, const QVariantList& arguments = {}) const;
+
+  /// The answer, or an error.
+  [[nodiscard]] QDBusMessage call(const QDBusMessage& method,
+                                  const QDeadlineTimer& deadline = BusPeer::deadline());
+  /// All of them on their way before the first is waited for; the answers in the same order.
+  [[nodiscard]] std::vector<QDBusMessage> callAll(
+      std::span<const QDBusMessage> methods, const QDeadlineTimer& deadline = BusPeer::deadline());
+  /// Sends them, in this order behind what went before, and looks at no answer.
+  static void send(std::span<const QDBusMessage> methods);
+
+ private:
+  [[nodiscard]] bool isHung();
+
+  QString service_;
+  /// Out since the service let a call run into its limit.
+  std::optional<QDBusPendingCall> sign_;
+};
+
+/// What went wrong, in one line.
+[[nodiscard]] std::string reasonOf(const QDBusMessage& error);
+
+}  // namespace linux_desktop

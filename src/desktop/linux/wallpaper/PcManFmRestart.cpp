@@ -1,0 +1,129 @@
+#include "desktop/linux/wallpaper/PcManFmRestart.h"
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <chrono>
+#include <utility>
+
+#include "desktop/linux/wallpaper/DesktopProcess.h"
+#include "desktop/linux/wallpaper/PcManFmSocket.h"
+#include "desktop/linux/wallpaper/SettingsText.h"
+#include "desktop/linux/wallpaper/WallpaperLog.h"
+
+namespace linux_desktop {
+namespace {
+
+/// What a loaded machine may take to end or to start the program.
+constexpr std::chrono::seconds kLimit{5};
+
+const QString kOff = QStringLiteral("--desktop-off");
+const QString kOn = QStringLiteral("--desktop");
+
+}  // namespace
+
+PcManFmRestart& PcManFmRestart::instance() {
+  const QString name = QStringLiteral("PcManFmRestart");
+  QObject* application = QCoreApplication::instance();
+  auto* present = application->findChild<QObject*>(name, Qt::FindDirectChildrenOnly);
+  if (present == nullptr) {
+    present = new PcManFmRestart(application);
+    present->setObjectName(name);
+  }
+  return *static_cast<PcManFmRestart*>(present);
+}
+
+PcManFmRestart::PcManFmRestart(QObject* parent) : QObject(parent) {
+  limit_.setSingleShot(true);
+  limit_.setInterval(kLimit);
+  QObject::connect(&limit_, &QTimer::timeout, this, [this] { giveUp(); });
+}
+
+void PcManFmRestart::found(qint64 pid) {
+  QByteArrayList commandLine = commandLineOf(pid);
+  if (phase_ == Phase::Ending || phase_ == Phase::Starting || commandLine.isEmpty()) return;
+  rest();
+  pid_ = pid;
+  commandLine_ = std::move(commandLine);
+}
+
+bool PcManFmRestart::watchEnd() {
+  const auto descriptor = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
+  if (descriptor < 0) return false;
+  // Readable when the process has ended.
+  end_.reset(new QSocketNotifier(descriptor, QSocketNotifier::Read));
+  QObject::connect(end_.get(), &QSocketNotifier::activated, this, [this] { ended(); });
+  QObject::connect(end_.get(), &QObject::destroyed, this, [descriptor] { ::close(descriptor); });
+  return true;
+}
+
+std::optional<std::string> PcManFmRestart::begin() {
+  again_ = phase_ == Phase::Starting;
+  if (phase_ == Phase::Ending || phase_ == Phase::Starting) return std::nullopt;
+  if (!watchEnd()) return "pcmanfm cannot be watched: it is not started again.";
+  if (auto reason = tellPcManFm({kOff})) {
+    rest();
+    return reason;
+  }
+  // Where it still has other windows it stays, and takes this.
+  static_cast<void>(tellPcManFm({kOn}));
+  phase_ = Phase::Ending;
+  limit_.start();
+  return std::nullopt;
+}
+
+void PcManFmRestart::ended() {
+  end_.release()->deleteLater();
+  for (const auto& [file, text] : std::exchange(texts_, {})) {
+    if (const auto reason = putSettingsText(file, text))
+      qCWarning(lcWallpaper, "%s", reason->c_str());
+  }
+  QProcess program;
+  program.setProgram(QFile::decodeName(commandLine_.first()));
+  QStringList arguments;
+  for (const QByteArray& word : commandLine_.mid(1)) arguments.push_back(QFile::decodeName(word));
+  program.setArguments(arguments);
+  program.setStandardInputFile(QProcess::nullDevice());
+  program.setStandardOutputFile(QProcess::nullDevice());
+  program.setStandardErrorFile(QProcess::nullDevice());
+  if (!program.startDetached(&pid_)) {
+    qCWarning(lcWallpaper).noquote() << "pcmanfm does not start again:" << program.errorString();
+    rest();
+    return;
+  }
+  phase_ = Phase::Starting;
+  limit_.start();
+  socket_ = std::make_unique<FileWatch>(QStringList{pcManFmSocket()}, [this] { started(); });
+  started();
+}
+
+void PcManFmRestart::started() {
+  if (phase_ != Phase::Starting || !QFile::exists(pcManFmSocket())) return;
+  phase_ = Phase::Drawing;
+  const bool again = std::exchange(again_, false);
+  // Not from inside the watch that this ends.
+  QTimer::singleShot(0, this, [this, again] {
+    socket_.reset();
+    const auto reason = again ? begin() : std::nullopt;
+    if (reason) qCWarning(lcWallpaper, "%s", reason->c_str());
+  });
+}
+
+void PcManFmRestart::giveUp() {
+  if (phase_ == Phase::Starting) qCWarning(lcWallpaper, "pcmanfm did not come back.");
+  rest();
+}
+
+void PcManFmRestart::rest() {
+  phase_ = Phase::Idle;
+  again_ = false;
+  texts_.clear();
+  limit_.stop();
+  end_.reset();
+  socket_.reset();
+}
+
+}  // namespace linux_desktop

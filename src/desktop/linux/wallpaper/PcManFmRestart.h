@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArrayList>
+#include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "desktop/linux/wallpaper/FileWatch.h"
+
+namespace linux_desktop {
+
+/// Has pcmanfm draw its desktop anew, which is when it reads what each monitor is to show. It ends
+/// with its last window, so it is started again as it was started first. Belongs to the
+/// application, since while there is no desktop window another adapter may be chosen. Main thread.
+class PcManFmRestart final : public QObject {
+ public:
+  /// The application's one.
+  [[nodiscard]] static PcManFmRestart& instance();
+  /// Whether the desktop window is away because of us.
+  [[nodiscard]] bool isUnderWay() const { return phase_ != Phase::Idle; }
+
+  /// How the process was started that owns the desktop window, or owned it last.
+  [[nodiscard]] const QByteArrayList& commandLine() const { return commandLine_; }
+  /// The desktop window is that of this process.
+  void found(qint64 pid);
+
+  /// Those who ask before the program is back share one restart. The reason when the program does
+  /// not take the order within half a second.
+  [[nodiscard]] std::optional<std::string> begin();
+  /// What a settings file is to hold when the program starts, should it save others as it ends.
+  void keep(const QString& file, const std::optional<QByteArray>& text) { texts_[file] = text; }
+
+ private:
+  enum class Phase { Idle, Ending, Starting, Drawing };
+
+  explicit PcManFmRestart(QObject* parent);
+  [[nodiscard]] bool watchEnd();
+  void ended();
+  void started();
+  void giveUp();
+  void rest();
+
+  Phase phase_ = Phase::Idle;
+  bool again_ = false;
+  std::map<QString, std::optional<QByteArray>> texts_;
+  qint64 pid_ = 0;
+  QByteArrayList commandLine_;
+  std::unique_ptr<QSocketNotifier> end_;
+  std::unique_ptr<FileWatch> socket_;
+  QTimer limit_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <xcb/xproto.h>
+
+#include <QString>
+#include <QStringList>
+
+namespace linux_desktop {
+
+class BusPeer;
+class XServer;
+
+/// What can be seen of who draws the desktop.
+struct RunningDesktop {
+  /// The lowest visible window of type DESKTOP that is not ours; XCB_NONE where there is none.
+  xcb_window_t window = XCB_NONE;
+  /// Of that window: the second part of WM_CLASS, and _NET_WM_PID or 0.
+  QString windowClass;
+  qint64 pid = 0;
+  /// The names that have an owner on the session bus.
+  QStringList busNames;
+  /// What XDG_CURRENT_DESKTOP lists; only ever a tie-break.
+  QStringList environment;
+
+  bool operator==(const RunningDesktop&) const = default;
+};
+
+/// The window alone, which is what changes when another program takes over; no bus call.
+[[nodiscard]] RunningDesktop lookAtDesktopWindow(XServer& server);
+
+/// Adds what is on the bus, which `bus` stands for, and in the environment.
+void lookAtBus(RunningDesktop& desktop, BusPeer& bus);
+
+}  // namespace linux_desktop

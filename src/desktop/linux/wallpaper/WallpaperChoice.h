@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDBusServiceWatcher>
+#include <functional>
+#include <memory>
+
+#include "desktop/linux/wallpaper/BusPeer.h"
+#include "desktop/linux/wallpaper/WallpaperTable.h"
+
+namespace linux_desktop {
+
+/// The adapter of the desktop that runs now. Looks again whenever it is asked, since the program
+/// that draws the desktop can start after us and be replaced: two or three questions to the X
+/// server, and one to the bus where it is another than before. Main thread only.
+class WallpaperChoice {
+ public:
+  /// `x11` is null where the interface is not on an X server, and outlives this otherwise.
+  WallpaperChoice(std::function<std::vector<Monitor>()> monitors, XEvents* x11);
+
+  struct Current {
+    const WallpaperRow* row = nullptr;
+    WallpaperAdapter* adapter = nullptr;
+  };
+  /// Null pointers where nobody's picture can be set.
+  [[nodiscard]] Current current();
+
+  /// Handed to every adapter that is chosen, and called as well when another one is chosen or a
+  /// program of the table comes or goes. Empty: nobody watches.
+  void setChanged(std::function<void()> changed);
+
+ private:
+  [[nodiscard]] bool isStillTheSame(const RunningDesktop& seen) const;
+  void choose(RunningDesktop seen);
+  void watchNames();
+
+  WallpaperSurroundings surroundings_;
+  BusPeer bus_{QStringLiteral("org.freedesktop.DBus")};
+  const WallpaperRow* row_ = nullptr;
+  std::unique_ptr<WallpaperAdapter> adapter_;
+  std::function<void()> changed_;
+  /// Only while somebody watches.
+  std::unique_ptr<QDBusServiceWatcher> names_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,79 @@
+#include "desktop/linux/wallpaper/WallpaperTable.h"
+
+#include <array>
+
+#include "desktop/linux/wallpaper/MateWallpaper.h"
+#include "desktop/linux/wallpaper/PcManFmQtWallpaper.h"
+#include "desktop/linux/wallpaper/PcManFmWallpaper.h"
+#include "desktop/linux/wallpaper/PlasmaWallpaper.h"
+#include "desktop/linux/wallpaper/RootWallpaper.h"
+#include "desktop/linux/wallpaper/XfceWallpaper.h"
+
+namespace linux_desktop {
+namespace {
+
+using Surroundings = WallpaperSurroundings;
+
+constexpr const char* kXfdesktop = "org.xfce.xfdesktop";
+constexpr const char* kCaja = "org.mate.Caja";
+constexpr const char* kPlasmashell = "org.kde.plasmashell";
+constexpr const char* kPcManFmQt = "org.pcmanfm.PCManFM";
+
+/// Who draws the desktop, by its window, and confirmed by its name on the bus.
+bool isDrawnBy(const Surroundings& surroundings, const char* windowClass, const char* name) {
+  return surroundings.desktop.windowClass == QLatin1String(windowClass) &&
+         surroundings.desktop.busNames.contains(QLatin1String(name));
+}
+
+/// For a desktop that no window shows: by its name on the bus, where the environment agrees.
+bool isRunningUnseen(const Surroundings& surroundings, const char* name, const char* environment) {
+  const RunningDesktop& desktop = surroundings.desktop;
+  return desktop.window == XCB_NONE && desktop.busNames.contains(QLatin1String(name)) &&
+         desktop.environment.contains(QLatin1String(environment), Qt::CaseInsensitive);
+}
+
+bool runsXfce(const Surroundings& surroundings) {
+  return isDrawnBy(surroundings, "Xfdesktop", kXfdesktop) ||
+         isRunningUnseen(surroundings, kXfdesktop, "XFCE");
+}
+
+bool runsMate(const Surroundings& surroundings) {
+  return isDrawnBy(surroundings, "Caja", kCaja) ||
+         // With the icons switched off the settings daemon draws the background.
+         isRunningUnseen(surroundings, "org.mate.SettingsDaemon", "MATE");
+}
+
+bool runsPlasma(const Surroundings& surroundings) {
+  return isDrawnBy(surroundings, "plasmashell", kPlasmashell) ||
+         isRunningUnseen(surroundings, kPlasmashell, "KDE");
+}
+
+bool runsLxqt(const Surroundings& surroundings) {
+  return isDrawnBy(surroundings, "pcmanfm-qt", kPcManFmQt);
+}
+
+template <class Adapter>
+std::unique_ptr<WallpaperAdapter> make(const Surroundings& surroundings) {
+  if constexpr (std::is_default_constructible_v<Adapter>) {
+    return std::make_unique<Adapter>();
+  } else {
+    return std::make_unique<Adapter>(surroundings);
+  }
+}
+
+constexpr std::array kTable{
+    WallpaperRow{"Xfce", kXfdesktop, &runsXfce, &make<XfceWallpaper>},
+    WallpaperRow{"MATE", kCaja, &runsMate, &MateWallpaper::make},
+    WallpaperRow{"Plasma", kPlasmashell, &runsPlasma, &make<PlasmaWallpaper>},
+    WallpaperRow{"LXQt", kPcManFmQt, &runsLxqt, &make<PcManFmQtWallpaper>},
+    WallpaperRow{"LXDE", "", &PcManFmWallpaper::runs, &make<PcManFmWallpaper>},
+    WallpaperRow{"the bare root window", "", &RootWallpaper::runs, &make<RootWallpaper>},
+};
+
+}  // namespace
+
+std::span<const WallpaperRow> wallpaperTable() {
+  return kTable;
+}
+
+}  // namespace linux_desktop

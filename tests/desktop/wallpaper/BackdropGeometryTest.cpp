@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+#include "desktop/linux/wallpaper/BackdropGeometry.h"
+#include "desktop/linux/wallpaper/BackdropRenderer.h"
+#include "desktop/linux/wallpaper/DesktopProcess.h"
+#include "desktop/linux/wallpaper/SettingsText.h"
+
+namespace linux_desktop {
+namespace {
+
+TEST(BackdropGeometry, EachStyleHasItsPlace) {
+  const QRect area(1280, 10, 1024, 600);
+  struct Row {
+    QSize picture;
+    BackdropStyle style;
+    SizeRounding rounding;
+    QRect place;
+  };
+  const Row rows[] = {
+      {{100, 101}, BackdropStyle::Centered, SizeRounding::Down, {1742, 259, 100, 101}},
+      {{2000, 700}, BackdropStyle::Centered, SizeRounding::Down, {792, -40, 2000, 700}},
+      {{1025, 601}, BackdropStyle::Centered, SizeRounding::Down, {1280, 10, 1025, 601}},
+      {{7, 9}, BackdropStyle::Stretched, SizeRounding::Down, area},
+      {{7, 9}, BackdropStyle::Tiled, SizeRounding::Down, {1280, 10, 7, 9}},
+      {{417, 311}, BackdropStyle::Fitted, SizeRounding::Down, {1390, 10, 804, 600}},
+      {{417, 311}, BackdropStyle::Fitted, SizeRounding::Up, {1389, 10, 805, 600}},
+      {{1531, 977}, BackdropStyle::Zoomed, SizeRounding::Down, {1280, -16, 1024, 653}},
+      {{1531, 977}, BackdropStyle::Zoomed, SizeRounding::Up, {1280, -17, 1024, 654}},
+      {{9000, 1}, BackdropStyle::Fitted, SizeRounding::Down, {1280, 309, 1024, 1}},
+      {{7, 9}, BackdropStyle::None, SizeRounding::Down, {}},
+      {{}, BackdropStyle::Zoomed, SizeRounding::Down, {}},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(placedPicture(row.picture, area, row.style, row.rounding), row.place)
+        << row.picture.width() << ' ' << static_cast<int>(row.style);
+  }
+}
+
+class BackdropRendererTest : public testing::Test {
+ protected:
+  QString save(const QImage& image, const char* name) const {
+    const QString path = folder_.filePath(QLatin1String(name));
+    EXPECT_TRUE(image.save(path));
+    return path;
+  }
+  QTemporaryDir folder_;
+  const Monitor left_{QStringLiteral("left"), {0, 0, 60, 40}};
+  const Monitor right_{QStringLiteral("right"), {60, 0, 50, 30}};
+  const BackdropLayout layout_{.desktop = {0, 0, 110, 40}};
+};
+
+TEST_F(BackdropRendererTest, UnreadablePictureLeavesTheColours) {
+  Backdrop backdrop{.file = folder_.filePath(QStringLiteral("absent.png")),
+                    .style = BackdropStyle::Zoomed,
+                    .shading = BackdropShading::Horizontal,
+                    .primary = Qt::black,
+                    .secondary = Qt::white};
+  const QImage image = renderBackdrop(backdrop, right_, layout_);
+  EXPECT_EQ(image.size(), right_.pixels.size());
+  EXPECT_LT(qRed(image.pixel(0, 15)), 6);
+  EXPECT_GT(qRed(image.pixel(49, 15)), 249);
+  BackdropLayout whole = layout_;
+  whole.manner.shadesWholeDesktop = true;
+  EXPECT_NEAR(qRed(renderBackdrop(backdrop, right_, whole).pixel(0, 0)), 255 * 60 / 110, 3);
+}
+
+TEST_F(BackdropRendererTest, TilesBeginWhereTheDesktopHasThem) {
+  QImage tile(20, 20, QImage::Format_RGB32);
+  tile.fill(Qt::white);
+  tile.setPixelColor(0, 0, Qt::red);
+  const Backdrop backdrop{.file = save(tile, "tile.png"), .style = BackdropStyle::Tiled};
+  BackdropLayout layout = layout_;
+  Monitor monitor = right_;
+  monitor.pixels.moveLeft(70);
+  EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(0, 20), QColor(Qt::red));
+  layout.tilesFromDesktopOrigin = true;
+  EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(10, 20), QColor(Qt::red));
+}
+
+TEST_F(BackdropRendererTest, SpannedPictureIsOneOverAllMonitors) {
+  QImage halves(110, 40, QImage::Format_RGB32);
+  halves.fill(Qt::red);
+  for (int x = 60; x < 110; ++x) {
+    for (int y = 0; y < 40; ++y) halves.setPixelColor(x, y, Qt::blue);
+  }
+  const Backdrop backdrop{
+      .file = save(halves, "halves.png"), .style = BackdropStyle::Zoomed, .spansMonitors = true};
+  EXPECT_EQ(renderBackdrop(backdrop, left_, layout_).pixelColor(59, 0), QColor(Qt::red));
+  EXPECT_EQ(renderBackdrop(backdrop, right_, layout_).pixelColor(0, 29), QColor(Qt::blue));
+}
+
+TEST_F(BackdropRendererTest, GrotesqueProportionsCostNoMemory) {
+  QImage thread(2, 20'000, QImage::Format_RGB32);
+  thread.fill(Qt::green);
+  const Monitor large{QStringLiteral("large"), {0, 0, 3840, 2160}};
+  const Backdrop backdrop{.file = save(thread, "thread.png"), .style = BackdropStyle::Zoomed};
+  const QImage image = renderBackdrop(backdrop, large, {.desktop = large.pixels});
+  EXPECT_EQ(image.pixelColor(1920, 1080), QColor(Qt::green));
+}
+
+TEST(SettingsText, OneValueChangesAndAllElseStays) {
+  const QByteArray text = "# mine\n[Other]\nkey=1\n[Desktop]\n key = a=b \nlast=2";
+  EXPECT_EQ(writtenValue(text, "Desktop", "key"), QByteArray("a=b"));
+  EXPECT_EQ(writtenValue(text, "Desktop", "none"), std::nullopt);
+  EXPECT_EQ(writtenValue(text, "None", "key"), std::nullopt);
+  EXPECT_EQ(withValue(text, "Desktop", "key", QByteArray("c")),
+            "# mine\n[Other]\nkey=1\n[Desktop]\nkey=c\nlast=2");
+  EXPECT_EQ(withValue(text, "Other", "key", std::nullopt),
+            "# mine\n[Other]\n[Desktop]\n key = a=b \nlast=2");
+  EXPECT_EQ(withValue("", "*", "key", QByteArray("c")), "[*]\nkey=c\n");
+}
+
+TEST(DesktopProcess, ProfileIsTheOneOfTheCommandLine) {
+  EXPECT_EQ(profileIn({"pcmanfm", "--desktop"}), QLatin1String("default"));
+  EXPECT_EQ(profileIn({"pcmanfm", "--desktop", "--profile", "LXDE"}), QLatin1String("LXDE"));
+  EXPECT_EQ(profileIn({"pcmanfm-qt", "--profile=lxqt"}), QLatin1String("lxqt"));
+  EXPECT_EQ(profileIn({"pcmanfm-qt", "-p"}), QLatin1String("default"));
+  EXPECT_EQ(profileIn({}), QLatin1String("default"));
+}
+
+}  // namespace
+}  // namespace linux_desktop

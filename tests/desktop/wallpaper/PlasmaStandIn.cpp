@@ -1,0 +1,84 @@
+// The part of plasmashell that its scripting reaches, for two screens side by side: it answers the
+// scripts that read and write without running them, and prints what each that writes was given. Its
+// argument is the picture on the second screen; the first one has a colour.
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QUrl>
+#include <array>
+#include <cstdio>
+
+namespace {
+
+class Shell final : public QDBusVirtualObject {
+ public:
+  [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+  bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
+    if (call.member() != QLatin1String("evaluateScript")) return false;
+    return bus.send(call.createReply(evaluate(call.arguments().value(0).toString())));
+  }
+
+ private:
+  QString evaluate(const QString& script) {
+    static const QRegularExpression wanted(QStringLiteral("const wanted = (\\{.*\\});"));
+    const QRegularExpressionMatch match = wanted.match(script);
+    return match.hasMatch() ? write(match.captured(1).toUtf8()) : read();
+  }
+
+  struct Screen {
+    int id;
+    int x;
+    QString plugin;
+    QString image;
+  };
+
+  [[nodiscard]] QString read() const {
+    QByteArray lines;
+    for (const Screen& screen : screens_) {
+      const QJsonObject line{{"id", screen.id},         {"x", screen.x},         {"y", 0},
+                             {"plugin", screen.plugin}, {"image", screen.image}, {"fill", "1"},
+                             {"color", "32,160,64"}};
+      lines += QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
+    }
+    return QString::fromUtf8(lines + "OK\n");
+  }
+
+  QString write(const QByteArray& wanted) {
+    std::puts(wanted.constData());
+    std::fflush(stdout);
+    const QJsonObject object = QJsonDocument::fromJson(wanted).object();
+    for (Screen& screen : screens_) {
+      if (screen.id != object["id"].toInt()) continue;
+      screen.plugin = object["plugin"].toString();
+      screen.image = object["image"].toString();
+      return QStringLiteral("OK\n");
+    }
+    return {};  // as after an exception
+  }
+
+  std::array<Screen, 3> screens_{{
+      {7, 0, QStringLiteral("org.kde.color"), QString()},
+      {9, 1280, QStringLiteral("org.kde.image"),
+       QUrl::fromLocalFile(QCoreApplication::arguments().at(1)).toString()},
+      {11, 4000, QStringLiteral("org.kde.slideshow"), QString()},
+  }};
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  Shell shell;
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  bus.registerVirtualObject(QStringLiteral("/PlasmaShell"), &shell);
+  if (!bus.registerService(QStringLiteral("org.kde.plasmashell"))) return 1;
+  std::puts("ready");
+  std::fflush(stdout);
+  return QCoreApplication::exec();
+}

@@ -1,0 +1,80 @@
+#include "desktop/wallpaper/WallpaperDesk.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace wallpaper_test {
+
+using harness::Rect;
+
+namespace {
+
+bool alike(std::uint32_t one, std::uint32_t other) {
+  constexpr int kLittle = 8;
+  for (const int shift : {0, 8, 16}) {
+    const auto part = [&](std::uint32_t colour) { return static_cast<int>(colour >> shift & 255); };
+    if (std::abs(part(one) - part(other)) > kLittle) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+WallpaperDesk::WallpaperDesk(const harness::DeskOptions& options)
+    : desk_(options), fifo_(desk_.home().runtime() / "probe") {
+  if (::mkfifo(fifo_.c_str(), 0600) != 0) throw std::runtime_error("no FIFO for the probe");
+  probe_ = desk_.start({WALLPAPER_PROBE, fifo_}, {{"QT_QPA_PLATFORM", "xcb"}});
+}
+
+std::string WallpaperDesk::ask(const std::vector<std::string>& fields) {
+  std::string order;
+  for (const std::string& field : fields) order += (order.empty() ? "" : "\t") + field;
+  std::ofstream(fifo_) << order << '\n';
+  const auto line = probe_->waitForLine("^[0-9]+\t");
+  if (!line) throw std::runtime_error("the probe is silent: " + probe_->errorOutput());
+  const std::size_t tab = line->find('\t');
+  took_ = std::chrono::milliseconds(std::stol(line->substr(0, tab)));
+  return line->substr(tab + 1);
+}
+
+std::string WallpaperDesk::picture(const std::string& name, std::uint32_t colour) const {
+  constexpr int kSide = 64;
+  const std::filesystem::path path = desk_.home().home() / name;
+  std::filesystem::create_directories(path.parent_path());
+  harness::writePng({kSide, kSide, std::vector<std::uint32_t>(kSide * kSide, colour)}, path);
+  return path;
+}
+
+std::uint32_t WallpaperDesk::middleOf(int monitor) {
+  const Rect area = desk_.server().monitors().at(static_cast<std::size_t>(monitor));
+  return desk_.screen().pixel(area.x + area.width / 2, area.y + area.height / 2);
+}
+
+bool WallpaperDesk::shows(int monitor, std::uint32_t colour) {
+  return desk_.until([&] { return alike(middleOf(monitor), colour); });
+}
+
+std::string WallpaperDesk::run(const std::vector<std::string>& argv) const {
+  const harness::RunResult result = desk_.run(argv);
+  EXPECT_TRUE(result.succeeded()) << argv.front() << ": " << result.errorOutput;
+  return result.output;
+}
+
+pid_t WallpaperDesk::ownerOf(const std::string& busName) {
+  const auto reply =
+      desk_.bus().call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                       "org.freedesktop.DBus.GetConnectionUnixProcessID", {"string:" + busName});
+  if (!reply) throw std::runtime_error("nobody owns " + busName);
+  std::istringstream text(*reply);
+  std::string type;
+  pid_t pid = 0;
+  text >> type >> pid;
+  return pid;
+}
+
+}  // namespace wallpaper_test

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/XDesk.h"
+
+namespace wallpaper_test {
+
+/// As the harness makes them.
+inline constexpr const char* kFirst = "VNC-0";
+inline constexpr const char* kSecond = "VNC-1";
+/// What the probe answers where there is nothing to tell: no path, or no reason to fail.
+inline constexpr const char* kNothing = "-";
+
+/// A private desktop with a process on it that sets and reads the desktop's pictures.
+class WallpaperDesk {
+ public:
+  explicit WallpaperDesk(const harness::DeskOptions& options);
+
+  [[nodiscard]] harness::XDesk& desk() { return desk_; }
+
+  [[nodiscard]] std::string path(const std::string& screen) { return ask({"path", screen}); }
+  /// The reason of a refusal, or nothing.
+  [[nodiscard]] std::string set(const std::string& screen, const std::string& path) {
+    return ask({"set", screen, path});
+  }
+  /// File, number of the style, whether it spans, colour; parted by tabs.
+  [[nodiscard]] std::string backdrop(const std::string& screen) {
+    return ask({"backdrop", screen});
+  }
+  /// Any order of the probe.
+  [[nodiscard]] std::string ask(const std::vector<std::string>& fields);
+  /// How long the last order took.
+  [[nodiscard]] std::chrono::milliseconds took() const { return took_; }
+
+  /// A picture of one colour in the desktop's home; the path.
+  [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const;
+  /// Waits until the middle of a monitor, counted from 0, has that colour, give or take a little.
+  [[nodiscard]] bool shows(int monitor, std::uint32_t colour);
+  [[nodiscard]] std::uint32_t middleOf(int monitor);
+
+  /// Standard output of a program, which must end well.
+  [[nodiscard]] std::string run(const std::vector<std::string>& argv) const;
+  /// The process that owns a name on the bus.
+  [[nodiscard]] pid_t ownerOf(const std::string& busName);
+
+ private:
+  harness::XDesk desk_;
+  std::filesystem::path fifo_;
+  std::unique_ptr<harness::Process> probe_;
+  std::chrono::milliseconds took_{0};
+};
+
+}  // namespace wallpaper_test

@@ -1,0 +1,105 @@
+// The desktop's pictures in a process of its own, told line by line through a FIFO what to do: the
+// session bus and the settings' store are one a process, and each test has its own. The fields of
+// an order are parted by tabs; its answer is one line, which begins with the milliseconds that it
+// took.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QGuiApplication>
+#include <QSocketNotifier>
+#include <array>
+#include <chrono>
+#include <iostream>
+#include <sstream>
+
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
+#include "desktop/linux/x11/XScreens.h"
+#include "platform/foundation/Value.h"
+
+namespace {
+
+using linux_desktop::Backdrop;
+using linux_desktop::WallpaperPictures;
+using Fields = std::vector<std::string>;
+
+struct Desk {
+  std::unique_ptr<linux_desktop::XServer> server = linux_desktop::XServer::connect();
+  linux_desktop::XEvents events{*server};
+  linux_desktop::XScreens screens{events};
+  WallpaperPictures pictures{[this] { return screens.monitors(); }, &events};
+  int changes = 0;
+};
+
+std::string told(const std::optional<std::string>& text) {
+  return text.value_or("-");
+}
+
+std::string describe(const Backdrop& backdrop) {
+  std::ostringstream line;
+  line << backdrop.file.toStdString() << '\t' << static_cast<int>(backdrop.style) << '\t'
+       << backdrop.spansMonitors << '\t' << backdrop.primary.name().toStdString();
+  return line.str();
+}
+
+std::string answer(Desk& desk, const Fields& fields) {
+  const std::string& order = fields.at(0);
+  if (order == "path") return told(desk.pictures.path(fields.at(1)));
+  if (order == "set") {
+    const auto options = desk.pictures.options(fields.at(1)).value_or(platform::Dictionary{});
+    return told(desk.pictures.set(fields.at(2), fields.at(1), options));
+  }
+  if (order == "backdrop") {
+    const auto* monitor = desk.screens.monitorNamed(fields.at(1));
+    const auto backdrop = desk.pictures.backdrop(*monitor);
+    return backdrop ? describe(*backdrop) : "-";
+  }
+  if (order == "render") {
+    const auto* monitor = desk.screens.monitorNamed(fields.at(1));
+    const auto backdrop = desk.pictures.backdrop(*monitor);
+    if (!backdrop) return "-";
+    return desk.pictures.render(*backdrop, *monitor).save(QString::fromStdString(fields.at(2)))
+               ? "saved"
+               : "not saved";
+  }
+  if (order == "screens") return std::to_string(desk.screens.monitors().size());
+  if (order == "watch") {
+    desk.pictures.setChanged([&desk] { ++desk.changes; });
+    return "watching";
+  }
+  if (order == "changes") return std::to_string(desk.changes);
+  return "unknown order";
+}
+
+void serve(Desk& desk, const std::string& order) {
+  std::istringstream parts(order);
+  Fields fields;
+  for (std::string field; std::getline(parts, field, '\t');) fields.push_back(field);
+  const auto start = std::chrono::steady_clock::now();
+  const std::string text = answer(desk, fields);
+  const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now() - start);
+  std::cout << took.count() << '\t' << text << std::endl;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const QGuiApplication application(argc, argv);
+  // For writing too, so that the end of one writer is not the end of the input.
+  const int fifo = ::open(argv[1], O_RDWR | O_CLOEXEC);
+  Desk desk;
+  QSocketNotifier input(fifo, QSocketNotifier::Read);
+  QObject::connect(&input, &QSocketNotifier::activated, [&] {
+    static std::string pending;
+    std::array<char, 4096> chunk{};
+    const auto length = ::read(fifo, chunk.data(), chunk.size());
+    if (length > 0) pending.append(chunk.data(), static_cast<std::size_t>(length));
+    for (auto end = pending.find('\n'); end != std::string::npos; end = pending.find('\n')) {
+      const std::string order = pending.substr(0, end);
+      pending.erase(0, end + 1);
+      serve(desk, order);
+    }
+  });
+  return QGuiApplication::exec();
+}

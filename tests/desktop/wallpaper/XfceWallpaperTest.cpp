@@ -1,0 +1,241 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+
+#include "desktop/wallpaper/WallpaperDesk.h"
+
+namespace wallpaper_test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kRed = 0xc02020;
+constexpr std::uint32_t kGreen = 0x20a040;
+constexpr std::uint32_t kBlue = 0x2040c0;
+constexpr std::uint32_t kYellow = 0xe0c020;
+
+class XfceDesk : public WallpaperDesk {
+ public:
+  XfceDesk()
+      : WallpaperDesk({.windowManager = harness::WindowManager::Xfwm4,
+                       .icons = harness::DesktopIcons::Xfdesktop}) {}
+
+  static std::string key(const std::string& screen, int workspace, const std::string& name) {
+    return "/backdrop/screen0/monitor" + screen + "/workspace" + std::to_string(workspace) + "/" +
+           name;
+  }
+  void write(const std::string& property, const std::string& type, const std::string& value) const {
+    (void)run(
+        {"xfconf-query", "-c", "xfce4-desktop", "-p", property, "-n", "-t", type, "-s", value});
+  }
+  /// A picture on every workspace.
+  void show(const std::string& screen, const std::string& file) const {
+    for (int i = 0; i < 4; ++i) write(key(screen, i, "last-image"), "string", file);
+  }
+  void style(const std::string& screen, const std::string& number) const {
+    for (int i = 0; i < 4; ++i) write(key(screen, i, "image-style"), "int", number);
+  }
+  [[nodiscard]] std::string value(const std::string& property) const {
+    std::string text = run({"xfconf-query", "-c", "xfce4-desktop", "-p", property});
+    return text.substr(0, text.size() - 1);
+  }
+  /// Every key and value of the whole channel.
+  [[nodiscard]] std::string dump() const {
+    return run({"xfconf-query", "-c", "xfce4-desktop", "-lv"});
+  }
+};
+
+/// What the desktop shows before the swap.
+struct Start {
+  const char* name;
+  void (*prepare)(XfceDesk& xfce);
+
+  friend std::ostream& operator<<(std::ostream& stream, const Start& start) {
+    return stream << start.name;
+  }
+};
+
+void startFromPictures(XfceDesk& xfce) {
+  xfce.show(kFirst, xfce.picture("one.png", kRed));
+  xfce.show(kSecond, xfce.picture("two.png", kGreen));
+  xfce.style(kSecond, "4");
+}
+
+void startFromSlideShow(XfceDesk& xfce) {
+  startFromPictures(xfce);
+  for (int i = 0; i < 4; ++i) {
+    xfce.write(XfceDesk::key(kFirst, i, "backdrop-cycle-enable"), "bool", "true");
+    xfce.write(XfceDesk::key(kFirst, i, "backdrop-cycle-timer"), "uint", "60");
+  }
+}
+
+void startFromColour(XfceDesk& xfce) {
+  startFromPictures(xfce);
+  xfce.style(kFirst, "0");
+  xfce.style(kSecond, "0");
+}
+
+void startFromNothing(XfceDesk& xfce) {
+  (void)xfce.run({"xfconf-query", "-c", "xfce4-desktop", "-p", "/backdrop", "-r", "-R"});
+}
+
+void startFromOnePictureAWorkspace(XfceDesk& xfce) {
+  startFromPictures(xfce);
+  xfce.write("/backdrop/single-workspace-mode", "bool", "false");
+  xfce.write(XfceDesk::key(kFirst, 1, "last-image"), "string", xfce.picture("b.png", kBlue));
+  xfce.write(XfceDesk::key(kSecond, 2, "image-style"), "int", "0");
+}
+
+class XfceWallpaperTest : public testing::TestWithParam<Start> {};
+
+TEST_P(XfceWallpaperTest, WholeStateComesBack) {
+  XfceDesk xfce;
+  ASSERT_TRUE(xfce.desk().until([&] { return xfce.middleOf(0) != 0; }));
+  GetParam().prepare(xfce);
+  const std::string chosen = xfce.picture("chosen.png", kYellow);
+  const harness::Rect middle{600, 300, 1300, 200};
+  const harness::Image before = xfce.desk().screen().settled(middle, 400ms, harness::kPatience);
+  const std::string dump = xfce.dump();
+  const std::vector<std::string> old{xfce.path(kFirst), xfce.path(kSecond)};
+
+  EXPECT_EQ(xfce.set(kFirst, chosen), kNothing);
+  EXPECT_EQ(xfce.set(kSecond, chosen), kNothing);
+  EXPECT_TRUE(xfce.shows(0, kYellow));
+  EXPECT_TRUE(xfce.shows(1, kYellow));
+  for (int workspace = 0; workspace < 4; ++workspace) {
+    EXPECT_EQ(xfce.value(XfceDesk::key(kSecond, workspace, "last-image")), chosen);
+  }
+
+  EXPECT_EQ(xfce.set(kFirst, old[0]), kNothing);
+  EXPECT_EQ(xfce.set(kSecond, old[1]), kNothing);
+  EXPECT_EQ(xfce.dump(), dump);
+  EXPECT_TRUE(xfce.desk().until([&] { return xfce.desk().screen().area(middle) == before; }));
+  EXPECT_EQ(xfce.dump(), dump);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    From, XfceWallpaperTest,
+    testing::Values(Start{"Pictures", startFromPictures}, Start{"SlideShow", startFromSlideShow},
+                    Start{"Colour", startFromColour}, Start{"AbsentKeys", startFromNothing},
+                    Start{"OnePictureAWorkspace", startFromOnePictureAWorkspace}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(XfceWallpaper, TellsThePictureOrAReservedPath) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  EXPECT_THAT(xfce.path(kFirst), testing::EndsWith("/one.png"));
+  EXPECT_THAT(xfce.path(kSecond), testing::EndsWith("/two.png"));
+  EXPECT_THAT(xfce.backdrop(kSecond), HasSubstr("/two.png\t4\t0\t#152233"));
+  EXPECT_EQ(xfce.path("HDMI-7"), kNothing);
+  xfce.style(kFirst, "0");
+  EXPECT_THAT(xfce.path(kFirst), StartsWith("/dev/null/"));
+  EXPECT_EQ(xfce.backdrop(kFirst), "\t0\t0\t#152233");
+}
+
+TEST(XfceWallpaper, AnyFileNameIsShown) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  std::uint32_t colour = 0x404040;
+  for (const char* name :
+       {"with blank.png", "per%20cent.png", "quo\"te's.png", "\xc3\xa4\xe5\xb1\xb1.png"}) {
+    const std::string path = xfce.picture(name, colour);
+    EXPECT_EQ(xfce.set(kFirst, path), kNothing);
+    EXPECT_EQ(xfce.value(XfceDesk::key(kFirst, 0, "last-image")), path);
+    EXPECT_TRUE(xfce.shows(0, colour)) << name;
+    EXPECT_EQ(xfce.path(kFirst), path);
+    colour += 0x202020;
+  }
+}
+
+TEST(XfceWallpaper, RefusedPicturesChangeNothing) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  const std::string dump = xfce.dump();
+  const std::string home = xfce.desk().home().home();
+  std::ofstream(home + "/text.png") << "no picture";
+  std::ofstream(home + "/huge.ppm") << "P6\n20000 14000\n255\n.";
+  const std::pair<std::string, const char*> rows[] = {
+      {home + "/missing.png", "does not exist"},
+      {home + "/text.png", "is not a picture"},
+      {home + "/huge.ppm", "too large"},
+      {home, "is not a file"},
+      {"relative.png", "not a whole path"},
+      {"/dev/null/desktop-picture/stale", "does not exist"},
+  };
+  for (const auto& [path, reason] : rows) {
+    EXPECT_THAT(xfce.set(kFirst, path), HasSubstr(reason)) << path;
+  }
+  EXPECT_THAT(xfce.set("HDMI-7", xfce.picture("good.png", kBlue)), HasSubstr("no screen HDMI-7"));
+  EXPECT_EQ(xfce.dump(), dump);
+}
+
+TEST(XfceWallpaper, UnpluggedMonitorGetsItsPictureBackToo) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  const std::string dump = xfce.dump();
+  const std::string chosen = xfce.picture("chosen.png", kYellow);
+  const std::vector<std::string> old{xfce.path(kFirst), xfce.path(kSecond)};
+  EXPECT_EQ(xfce.set(kFirst, chosen), kNothing);
+  EXPECT_EQ(xfce.set(kSecond, chosen), kNothing);
+  EXPECT_TRUE(xfce.shows(1, kYellow));
+  xfce.desk().server().setMonitors({xfce.desk().server().monitors().front()});
+  ASSERT_TRUE(xfce.desk().until([&] { return xfce.ask({"screens"}) == "1"; }));
+  EXPECT_EQ(xfce.set(kSecond, old[1]), kNothing);
+  EXPECT_EQ(xfce.set(kFirst, old[0]), kNothing);
+  EXPECT_TRUE(xfce.shows(0, kRed));
+  EXPECT_EQ(xfce.dump(), dump);
+}
+
+TEST(XfceWallpaper, HungSettingsServiceCostsHalfASecondOnce) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  const std::string dump = xfce.dump();
+  const std::string chosen = xfce.picture("chosen.png", kYellow);
+  ASSERT_NE(xfce.path(kFirst), kNothing);
+  const pid_t service = xfce.ownerOf("org.xfce.Xfconf");
+  ASSERT_GT(service, 0);
+  ::kill(service, SIGSTOP);
+  EXPECT_EQ(xfce.path(kFirst), kNothing);
+  EXPECT_LT(xfce.took(), 800ms);
+  EXPECT_THAT(xfce.set(kFirst, chosen), HasSubstr("does not answer"));
+  EXPECT_LT(xfce.took(), 200ms);
+  ::kill(service, SIGCONT);
+  EXPECT_TRUE(xfce.desk().until([&] { return xfce.path(kFirst) != kNothing; }));
+  EXPECT_EQ(xfce.dump(), dump);
+  EXPECT_EQ(xfce.set(kFirst, chosen), kNothing);
+  EXPECT_TRUE(xfce.shows(0, kYellow));
+}
+
+TEST(XfceWallpaper, ChangesAreToldOnceAndOnlyToThoseWhoWatch) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  const auto changes = [&] { return std::stoi(xfce.ask({"changes"})); };
+  EXPECT_NE(xfce.path(kFirst), kNothing);
+  EXPECT_EQ(changes(), 0);
+  EXPECT_EQ(xfce.ask({"watch"}), "watching");
+  xfce.write(XfceDesk::key(kFirst, 0, "last-image"), "string", xfce.picture("b.png", kBlue));
+  EXPECT_TRUE(xfce.desk().until([&] { return changes() == 1; }));
+  EXPECT_EQ(xfce.set(kFirst, xfce.picture("c.png", kYellow)), kNothing);
+  EXPECT_TRUE(xfce.desk().until([&] { return changes() >= 2; }));
+  EXPECT_LE(changes(), 3);
+}
+
+TEST(XfceWallpaper, DesktopThatStartsLaterOrIsReplacedIsFound) {
+  WallpaperDesk desk({.windowManager = harness::WindowManager::Xfwm4});
+  const std::string before = desk.path(kFirst);
+  const std::string chosen = desk.picture("chosen.png", kYellow);
+  for (int round = 0; round < 2; ++round) {
+    desk.desk().startIcons(harness::DesktopIcons::Xfdesktop);
+    EXPECT_TRUE(desk.desk().until([&] { return desk.path(kFirst) != before; }));
+    EXPECT_EQ(desk.set(kFirst, chosen), kNothing);
+    EXPECT_TRUE(desk.shows(0, kYellow));
+  }
+}
+
+}  // namespace
+}  // namespace wallpaper_test
