@@ -1,10 +1,16 @@
 #include "desktop/demo/Demonstration.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
+
+#include "desktop/harness/DesktopConfiguration.h"
+#include "desktop/harness/SoftPictures.h"
 
 namespace demo {
 
@@ -18,14 +24,18 @@ namespace {
 constexpr const char* kMasterSwitch = "Presentation mode";
 
 // The features that the demonstration switches on, by the names of their switches.
-constexpr const char* kFeatureSwitches[] = {"Speaker"};
+constexpr const char* kFeatureSwitches[] = {"Desktop icons", "Notifications", "Other applications",
+                                            "Speaker", "Wallpaper"};
+
+// Where xfdesktop puts its icons, and what of each monitor nothing else stands on.
+constexpr Rect kIconColumn{0, 0, 110, 480};
+constexpr Rect kBareSpots[] = {{780, 580, 40, 40}, {2150, 500, 40, 40}};
 
 harness::DeskOptions everydayDesktop() {
   harness::DeskOptions options;
   options.windowManager = harness::WindowManager::Xfwm4;
   options.panel = harness::Panel::XfcePanel;
   options.notifications = harness::NotificationDaemon::Dunst;
-  options.icons = harness::DesktopIcons::Xfdesktop;
   options.sound = harness::SoundServerKind::PulseAudio;
   return options;
 }
@@ -37,6 +47,19 @@ std::string fingerprint(const Image& image) {
   std::ostringstream text;
   text << std::hex << hash;
   return text.str();
+}
+
+// The colour in the middle, as "#rrggbb".
+std::string middleColour(const Image& image) {
+  std::ostringstream text;
+  text << '#' << std::hex << std::setfill('0') << std::setw(6)
+       << image.at(image.width / 2, image.height / 2);
+  return text.str();
+}
+
+std::string oneLine(std::string text) {
+  while (text.ends_with('\n')) text.pop_back();
+  return text;
 }
 
 void say(const std::string& text) {
@@ -58,13 +81,35 @@ std::vector<Observation> Demonstration::observations() {
        [this] {
          return desk_.sound().pactl({"get-sink-mute", "@DEFAULT_SINK@"}).substr(6);
        }},
+      {"Do Not Disturb (dunstctl is-paused)",
+       [this] {
+         return oneLine(desk_.run({"dunstctl", "is-paused"}).output);
+       }},
+      {"hidden windows of other applications (_NET_WM_STATE)", [this] { return hiddenWindows(); }},
+      {"desktop icons (edges where they stand)",
+       [this] {
+         return harness::showsIcons(desk_.screen().area(kIconColumn)) ? "seen" : "covered";
+       }},
+      {"picture on the first monitor (a pixel)",
+       [this] { return middleColour(desk_.screen().area(kBareSpots[0])); }},
+      {"picture on the second monitor (a pixel)",
+       [this] { return middleColour(desk_.screen().area(kBareSpots[1])); }},
       {"tray icon (fingerprint of its pixels)",
        [this] { return fingerprint(desk_.screen().area(icon_)); }},
   };
 }
 
+std::string Demonstration::hiddenWindows() const {
+  const auto hidden = std::ranges::count_if(windows_, [this](const harness::WindowInfo& window) {
+    const auto now = desk_.windows().info(window.id);
+    return now && now->has("HIDDEN");
+  });
+  return std::to_string(hidden) + " of " + std::to_string(windows_.size());
+}
+
 bool Demonstration::run() {
   const auto until = [this](const std::function<bool()>& fact) { return desk_.until(fact); };
+  furnishDesktop();
   openWindows();
   startProgram();
   ObservationTable table(observations());
@@ -92,10 +137,27 @@ bool Demonstration::run() {
   return table.allChangedAndReturned();
 }
 
+void Demonstration::furnishDesktop() {
+  const std::filesystem::path home = desk_.home().home();
+  harness::writePng(harness::dusk(1280, 720), home / "dusk.png");
+  harness::writePng(harness::meadow(1600, 900), home / "meadow.png");
+  std::filesystem::create_directories(home / "Desktop");
+  for (const char* name : {"Salaries.ods", "Draft letter.txt"}) {
+    std::ofstream(home / "Desktop" / name) << name << '\n';
+  }
+  harness::configureIcons(desk_, harness::DesktopIcons::Xfdesktop,
+                          {{.picture = home / "dusk.png"}, {.picture = home / "dusk.png"}});
+  desk_.home().writeConfig("calmdeck/settings.json", "{\"kUserdefaultsSelectedWallpaper\": \"" +
+                                                         (home / "meadow.png").string() + "\"}\n");
+  desk_.startIcons(harness::DesktopIcons::Xfdesktop);
+  if (!desk_.until([this] { return harness::showsIcons(desk_.screen().area(kIconColumn)); }))
+    throw std::runtime_error("no icons appeared on the desktop");
+}
+
 void Demonstration::openWindows() {
-  desk_.openWindow("Quarterly figures", {120, 90, 480, 260});
-  desk_.openWindow("Private letter", {520, 260, 420, 220});
-  desk_.openWindow("Second monitor", {1500, 150, 400, 220});
+  windows_.push_back(desk_.openWindow("Quarterly figures", {160, 90, 480, 260}));
+  windows_.push_back(desk_.openWindow("Private letter", {520, 260, 420, 220}));
+  windows_.push_back(desk_.openWindow("Second monitor", {1500, 150, 400, 220}));
 }
 
 void Demonstration::startProgram() {

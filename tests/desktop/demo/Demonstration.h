@@ -22,6 +22,9 @@ class Demonstration {
 
  private:
   [[nodiscard]] std::vector<Observation> observations();
+  [[nodiscard]] std::string hiddenWindows() const;
+  /// A picture and files on the desktop, so that there is something to cover and to swap.
+  void furnishDesktop();
   void openWindows();
   void startProgram();
   void openPanel();
@@ -35,6 +38,7 @@ class Demonstration {
   harness::XDesk desk_;
   harness::AccessibilityClient reader_;
   std::unique_ptr<harness::Process> program_;
+  std::vector<harness::WindowInfo> windows_;
   harness::Rect icon_;
 };
 
