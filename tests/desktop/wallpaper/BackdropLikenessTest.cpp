@@ -88,7 +88,11 @@ const Desktop kDesktops[] = {
      writePcManFmQt,
      already},
     {"Xfce", DesktopIcons::Xfdesktop, {"1", "2", "3", "4", "5", "6", "0"}, nothing, showXfce},
-    {"Mate", DesktopIcons::Caja, {"centered", "stretched", "spanned"}, nothing, showMate},
+    {"Mate",
+     DesktopIcons::Caja,
+     {"wallpaper", "centered", "scaled", "stretched", "spanned"},
+     nothing,
+     showMate},
 };
 
 struct Look {

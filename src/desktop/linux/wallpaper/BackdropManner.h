@@ -16,6 +16,8 @@ struct BackdropManner {
   bool decodesAtSize = false;
   /// A shading runs over all monitors at once rather than over each.
   bool shadesWholeDesktop = false;
+  /// A tile that is larger than the last monitor is cut to its size, around the middle.
+  bool cutsTilesToLastMonitor = false;
 };
 
 }  // namespace linux_desktop

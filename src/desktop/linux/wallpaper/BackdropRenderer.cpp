@@ -25,6 +25,13 @@ BackdropStyle styleOf(const Backdrop& backdrop, const BackdropLayout& layout) {
   return fits ? BackdropStyle::Fitted : backdrop.style;
 }
 
+QImage tileOf(const QImage& picture, const BackdropLayout& layout) {
+  if (!layout.manner.cutsTilesToLastMonitor) return picture;
+  const QSize size = picture.size().boundedTo(layout.lastMonitor);
+  return picture.copy((picture.width() - size.width()) / 2, (picture.height() - size.height()) / 2,
+                      size.width(), size.height());
+}
+
 void drawTiles(QPainter& painter, const QImage& tile, const QPoint& origin, const QRect& area) {
   QBrush brush(tile);
   brush.setTransform(QTransform::fromTranslate(origin.x(), origin.y()));
@@ -63,7 +70,7 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
   if (picture.isNull()) return;
   const QRect place = placeOf(original.isEmpty() ? picture.size() : original);
   if (style == BackdropStyle::Tiled) {
-    drawTiles(painter, picture, place.topLeft(), monitor.pixels);
+    drawTiles(painter, tileOf(picture, layout), place.topLeft(), monitor.pixels);
   } else {
     drawScaled(painter, picture, place);
   }

@@ -16,6 +16,7 @@ struct BackdropLayout {
   bool tilesFromDesktopOrigin = false;
   bool spansByZooming = true;
   BackdropManner manner = {};
+  QSize lastMonitor = {};
 };
 
 /// The backdrop as the desktop draws it on `monitor`, opaque and of the monitor's size in pixels.

@@ -28,7 +28,8 @@ class MateWallpaper final : public WallpaperAdapter {
   [[nodiscard]] bool tilesFromDesktopOrigin() const override { return true; }
   [[nodiscard]] bool spansByZooming() const override { return false; }
   [[nodiscard]] BackdropManner manner() const override {
-    return {.rounding = SizeRounding::Nearest, .turnsUpright = true, .shadesWholeDesktop = true};
+    return {
+        .rounding = SizeRounding::Nearest, .turnsUpright = true, .cutsTilesToLastMonitor = true};
   }
 
  private:

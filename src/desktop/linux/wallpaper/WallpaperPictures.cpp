@@ -94,7 +94,10 @@ std::optional<Backdrop> WallpaperPictures::backdrop(const Monitor& monitor) {
 
 QImage WallpaperPictures::render(const Backdrop& backdrop, const Monitor& monitor) {
   BackdropLayout layout;
-  for (const Monitor& each : monitors_()) layout.desktop |= each.pixels;
+  for (const Monitor& each : monitors_()) {
+    layout.desktop |= each.pixels;
+    layout.lastMonitor = each.pixels.size();
+  }
   if (const WallpaperAdapter* adapter = choice_.current().adapter) {
     layout.tilesFromDesktopOrigin = adapter->tilesFromDesktopOrigin();
     layout.spansByZooming = adapter->spansByZooming();
