@@ -5,26 +5,15 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "desktop/harness/DoNotDisturbState.h"
+
 using harness::NotificationDaemon;
 
 namespace {
 
 constexpr const char* kProbe = "org.calmdeck.Probe";
 
-// What reads the state, and what sets it when "true" or "false" is added.
-std::vector<std::string> reader(NotificationDaemon kind) {
-  switch (kind) {
-    case NotificationDaemon::XfceNotifyd:
-      return {"xfconf-query", "-c", "xfce4-notifyd", "-p", "/do-not-disturb"};
-    case NotificationDaemon::Dunst:
-      return {"dunstctl", "is-paused"};
-    case NotificationDaemon::Mate:
-      return {"gsettings", "get", "org.mate.NotificationDaemon", "do-not-disturb"};
-    default:
-      return {"sed", "-n", "s/^doNotDisturb=//p"};
-  }
-}
-
+// What sets the state when "true" or "false" is added.
 std::vector<std::string> writer(NotificationDaemon kind) {
   switch (kind) {
     case NotificationDaemon::XfceNotifyd:
@@ -71,14 +60,7 @@ int DoNotDisturbDesk::complaints(const std::string& topic) const {
 }
 
 std::optional<bool> DoNotDisturbDesk::isOn(NotificationDaemon kind) const {
-  std::vector<std::string> command = reader(kind);
-  if (kind == NotificationDaemon::Lxqt) {
-    command.push_back(desk_.home().config() / "lxqt/notifications.conf");
-  }
-  const std::string answer = desk_.run(command).output;
-  if (answer == "true\n") return true;
-  if (answer == "false\n") return false;
-  return std::nullopt;
+  return harness::doNotDisturb(desk_, kind);
 }
 
 bool DoNotDisturbDesk::becomes(NotificationDaemon kind, bool on) const {

@@ -41,8 +41,13 @@ class Shell final : public QDBusVirtualObject {
   [[nodiscard]] QString read() const {
     QByteArray lines;
     for (const Screen& screen : screens_) {
-      const QJsonObject line{{"id", screen.id},         {"x", screen.x},         {"y", 0},
-                             {"plugin", screen.plugin}, {"image", screen.image}, {"fill", "1"},
+      const QJsonObject line{{"id", screen.id},
+                             {"x", screen.x},
+                             {"y", 0},
+                             {"plugin", screen.plugin},
+                             {"image", screen.image},
+                             {"shown", screen.image},
+                             {"fill", "1"},
                              {"color", "32,160,64"}};
       lines += QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
     }

@@ -3,11 +3,12 @@
 #include <xcb/randr.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+
+#include "desktop/harness/DesktopConfiguration.h"
 
 namespace cover_test {
 
@@ -53,9 +54,7 @@ bool liesOn(const Rect& cover, const Rect& monitor) {
 }  // namespace
 
 CoverDesk::CoverDesk(const CoverDeskOptions& options)
-    : desk_({.windowManager = options.windowManager,
-             .environment = {{"GSETTINGS_BACKEND", "keyfile"}}}) {
-  std::filesystem::create_directories(desk_.home().home() / "Desktop");
+    : desk_({.windowManager = options.windowManager}) {
   writePng(picture(1280, 720, 40), desk_.home().home() / "left.png");
   writePng(picture(1024, 600, 200), desk_.home().home() / "right.png");
   if (!options.composited) stopCompositing();
@@ -71,21 +70,19 @@ CoverDesk::CoverDesk(const CoverDeskOptions& options)
 }
 
 void CoverDesk::configure(DesktopIcons kind) const {
-  if (kind == DesktopIcons::Xfdesktop) configureXfce();
-  if (kind == DesktopIcons::Pcmanfm) configurePcmanfm();
-  if (kind == DesktopIcons::PcmanfmQt) configurePcmanfmQt();
-  if (kind == DesktopIcons::Caja) configureMate();
-}
-
-void CoverDesk::setXfce(const std::string& channel, const std::string& key, const std::string& type,
-                        const std::string& value) const {
-  const auto done =
-      desk_.run({"xfconf-query", "-c", channel, "-p", key, "-n", "-t", type, "-s", value});
-  if (!done.succeeded()) throw std::runtime_error("xfconf-query: " + done.errorOutput);
+  // Most draw a picture; the two of the file managers show that a colour is found as well.
+  const bool isColour = kind == DesktopIcons::Pcmanfm || kind == DesktopIcons::PcmanfmQt;
+  const std::filesystem::path home = desk_.home().home();
+  if (isColour) {
+    harness::configureIcons(desk_, kind, {{.colour = "#204060"}, {.colour = "#604020"}});
+  } else {
+    harness::configureIcons(desk_, kind,
+                            {{.picture = home / "left.png"}, {.picture = home / "right.png"}});
+  }
 }
 
 void CoverDesk::stopCompositing() const {
-  setXfce("xfwm4", "/general/use_compositing", "bool", "false");
+  harness::setXfconf(desk_, "xfwm4", "/general/use_compositing", "bool", "false");
   const harness::XConnection& x = desk_.x();
   const auto isComposited = [&] {
     const harness::XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
@@ -96,50 +93,8 @@ void CoverDesk::stopCompositing() const {
 }
 
 void CoverDesk::changeWallpaper() const {
-  setXfce("xfce4-desktop", "/backdrop/screen0/monitorVNC-0/workspace0/last-image", "string",
-          desk_.home().home() / "right.png");
-}
-
-void CoverDesk::configureXfce() const {
-  const auto write = [this](const std::string& key, const std::string& type,
-                            const std::string& value) {
-    setXfce("xfce4-desktop", key, type, value);
-  };
-  constexpr std::array kMonitors{std::pair{"VNC-0", "left.png"}, std::pair{"VNC-1", "right.png"}};
-  for (const auto& [name, file] : kMonitors) {
-    const std::string key = std::string("/backdrop/screen0/monitor") + name + "/workspace0/";
-    write(key + "last-image", "string", desk_.home().home() / file);
-    write(key + "image-style", "int", "3");
-  }
-  for (const char* icon : {"home", "filesystem", "trash", "removable"}) {
-    write(std::string("/desktop-icons/file-icons/show-") + icon, "bool", "false");
-  }
-}
-
-void CoverDesk::configurePcmanfm() const {
-  constexpr std::array kColours{"#204060", "#604020"};
-  for (std::size_t i = 0; i < kColours.size(); ++i) {
-    desk_.home().writeConfig("pcmanfm/default/desktop-items-" + std::to_string(i) + ".conf",
-                             std::string("[*]\nwallpaper_mode=color\ndesktop_bg=") + kColours[i] +
-                                 "\ndesktop_fg=#ffffff\nshow_documents=0\nshow_trash=0\n"
-                                 "show_mounts=0\n");
-  }
-}
-
-void CoverDesk::configurePcmanfmQt() const {
-  desk_.home().writeConfig("pcmanfm-qt/lxqt/settings.conf",
-                           "[Desktop]\nWallpaperMode=none\nBgColor=#305070\n"
-                           "DesktopShortcuts=@Invalid()\n");
-}
-
-void CoverDesk::configureMate() const {
-  desk_.home().writeConfig("glib-2.0/settings/keyfile",
-                           "[org/mate/background]\npicture-filename='" +
-                               (desk_.home().home() / "left.png").string() +
-                               "'\npicture-options='zoom'\nbackground-fade=false\n"
-                               "[org/mate/caja/desktop]\ncomputer-icon-visible=false\n"
-                               "home-icon-visible=false\ntrash-icon-visible=false\n"
-                               "volumes-visible=false\n");
+  harness::setXfconf(desk_, "xfce4-desktop", "/backdrop/screen0/monitorVNC-0/workspace0/last-image",
+                     "string", desk_.home().home() / "right.png");
 }
 
 void CoverDesk::placeIcons() {

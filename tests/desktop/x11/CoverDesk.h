@@ -71,12 +71,6 @@ class CoverDesk {
 
  private:
   void configure(DesktopIcons kind) const;
-  void configureXfce() const;
-  void setXfce(const std::string& channel, const std::string& key, const std::string& type,
-               const std::string& value) const;
-  void configurePcmanfm() const;
-  void configurePcmanfmQt() const;
-  void configureMate() const;
   void stopCompositing() const;
   void placeIcons();
   [[nodiscard]] std::string compare(const Image& now, bool frontShows) const;

@@ -76,6 +76,8 @@ std::optional<std::string> PcManFmRestart::begin() {
 }
 
 void PcManFmRestart::ended() {
+  // What it watches stays readable, and it is not deleted before the loop comes round.
+  end_->setEnabled(false);
   end_.release()->deleteLater();
   for (const auto& [file, text] : std::exchange(texts_, {})) {
     if (const auto reason = putSettingsText(file, text))

@@ -1,0 +1,128 @@
+#include "desktop/harness/DesktopConfiguration.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace harness {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Backdrops = std::vector<MonitorBackdrop>;
+
+constexpr const char* kPcmanfmQtFile = "pcmanfm-qt/lxqt/settings.conf";
+constexpr const char* kXfceChannel = "xfce4-desktop";
+
+std::string pcmanfmFile(std::size_t monitor) {
+  return "pcmanfm/default/desktop-items-" + std::to_string(monitor) + ".conf";
+}
+
+std::string output(const XDesk& desk, std::vector<std::string> argv) {
+  const std::string name = argv.front();
+  const RunResult done = desk.run(std::move(argv));
+  if (!done.succeeded()) throw std::runtime_error(name + ": " + done.errorOutput);
+  return done.output;
+}
+
+void configureXfce(const XDesk& desk, const Backdrops& backdrops) {
+  for (std::size_t i = 0; i < backdrops.size(); ++i) {
+    const std::string key = "/backdrop/screen0/monitorVNC-" + std::to_string(i) + "/workspace0/";
+    const bool hasPicture = !backdrops[i].picture.empty();
+    setXfconf(desk, kXfceChannel, key + "image-style", "int", hasPicture ? "3" : "0");
+    if (hasPicture)
+      setXfconf(desk, kXfceChannel, key + "last-image", "string", backdrops[i].picture);
+  }
+  for (const char* icon : {"home", "filesystem", "trash", "removable"}) {
+    setXfconf(desk, kXfceChannel, std::string("/desktop-icons/file-icons/show-") + icon, "bool",
+              "false");
+  }
+}
+
+void configureMate(const XDesk& desk, const MonitorBackdrop& backdrop) {
+  const auto set = [&](const char* schema, const std::string& key, const std::string& value) {
+    (void)output(desk, {"gsettings", "set", schema, key, value});
+  };
+  constexpr const char* kBackground = "org.mate.background";
+  set(kBackground, "picture-filename", backdrop.picture);
+  set(kBackground, "picture-options", "zoom");
+  set(kBackground, "primary-color", backdrop.colour);
+  set(kBackground, "color-shading-type", "solid");
+  set(kBackground, "background-fade", "false");
+  for (const char* icon :
+       {"computer-icon-visible", "home-icon-visible", "trash-icon-visible", "volumes-visible"})
+    set("org.mate.caja.desktop", icon, "false");
+}
+
+void configurePcmanfm(const XDesk& desk, const Backdrops& backdrops) {
+  for (std::size_t i = 0; i < backdrops.size(); ++i) {
+    const fs::path& picture = backdrops[i].picture;
+    const std::string shown = picture.empty() ? "color" : "stretch\nwallpaper=" + picture.string();
+    desk.home().writeConfig(pcmanfmFile(i), "[*]\nwallpaper_mode=" + shown +
+                                                "\ndesktop_bg=" + backdrops[i].colour +
+                                                "\ndesktop_fg=#ffffff\nshow_documents=0\n"
+                                                "show_trash=0\nshow_mounts=0\n");
+  }
+}
+
+void configurePcmanfmQt(const XDesk& desk, const MonitorBackdrop& backdrop) {
+  const std::string shown =
+      backdrop.picture.empty()
+          ? "WallpaperMode=none\n"
+          : "WallpaperMode=stretch\nWallpaper=" + backdrop.picture.string() + "\n";
+  desk.home().writeConfig(kPcmanfmQtFile, "[Desktop]\n" + shown + "BgColor=" + backdrop.colour +
+                                              "\nDesktopShortcuts=@Invalid()\n");
+}
+
+std::string fileOrAbsent(const XDesk& desk, const std::string& name) {
+  std::ifstream file(desk.home().config() / name);
+  if (!file) return name + " is absent\n";
+  return name + "\n" + std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+}  // namespace
+
+void setXfconf(const XDesk& desk, const std::string& channel, const std::string& key,
+               const std::string& type, const std::string& value) {
+  (void)output(desk, {"xfconf-query", "-c", channel, "-p", key, "-n", "-t", type, "-s", value});
+}
+
+void configureIcons(const XDesk& desk, DesktopIcons kind, const Backdrops& backdrops) {
+  fs::create_directories(desk.home().home() / "Desktop");
+  switch (kind) {
+    case DesktopIcons::None:
+      break;
+    case DesktopIcons::Xfdesktop:
+      configureXfce(desk, backdrops);
+      break;
+    case DesktopIcons::Pcmanfm:
+      configurePcmanfm(desk, backdrops);
+      break;
+    case DesktopIcons::Caja:
+      configureMate(desk, backdrops.at(0));
+      break;
+    case DesktopIcons::PcmanfmQt:
+      configurePcmanfmQt(desk, backdrops.at(0));
+      break;
+  }
+}
+
+std::string backdropSettings(const XDesk& desk, DesktopIcons kind) {
+  switch (kind) {
+    case DesktopIcons::None:
+      break;
+    case DesktopIcons::Xfdesktop:
+      return output(desk, {"xfconf-query", "-c", kXfceChannel, "-lv"});
+    case DesktopIcons::Pcmanfm:
+      return fileOrAbsent(desk, pcmanfmFile(0)) + fileOrAbsent(desk, pcmanfmFile(1));
+    case DesktopIcons::Caja:
+      return output(desk, {"dconf", "dump", "/org/mate/desktop/"}) +
+             output(desk, {"gsettings", "list-recursively", "org.mate.background"});
+    case DesktopIcons::PcmanfmQt:
+      return fileOrAbsent(desk, kPcmanfmQtFile);
+  }
+  return {};
+}
+
+}  // namespace harness

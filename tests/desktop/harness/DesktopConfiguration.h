@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/XDesk.h"
+
+namespace harness {
+
+/// What a monitor shows behind its icons: a picture over the whole of it, or where there is none a
+/// colour.
+struct MonitorBackdrop {
+  std::filesystem::path picture = {};
+  std::string colour = "#305070";
+};
+
+/// Tells a program that draws icons, before it starts, what to show behind them on each monitor,
+/// and to show no icons but of what lies in the desktop folder, which is made. Programs that know
+/// only one backdrop take the first monitor's. Throws std::runtime_error when a settings client
+/// refuses.
+void configureIcons(const XDesk& desk, DesktopIcons kind,
+                    const std::vector<MonitorBackdrop>& backdrops);
+
+/// Sets one key with xfconf-query, making it where it is absent.
+void setXfconf(const XDesk& desk, const std::string& channel, const std::string& key,
+               const std::string& type, const std::string& value);
+
+/// All that the icon program's desktop keeps of its backdrops, absent keys and files told from
+/// empty ones: as xfconf-query, dconf and the configuration files have it.
+[[nodiscard]] std::string backdropSettings(const XDesk& desk, DesktopIcons kind);
+
+}  // namespace harness
