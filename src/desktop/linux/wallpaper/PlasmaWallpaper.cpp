@@ -1,11 +1,12 @@
 #include "desktop/linux/wallpaper/PlasmaWallpaper.h"
 
-#include <QFileInfo>
 #include <QJsonDocument>
+#include <QStandardPaths>
 #include <QStringList>
 #include <QUrl>
 #include <array>
 
+#include "desktop/linux/wallpaper/PlasmaPicture.h"
 #include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {
@@ -14,12 +15,17 @@ namespace {
 using platform::Dictionary;
 
 const QString kPicturePlugin = QStringLiteral("org.kde.image");
+const QString kSlideShowPlugin = QStringLiteral("org.kde.slideshow");
 const QString kColourPlugin = QStringLiteral("org.kde.color");
 constexpr std::array kTexts{"plugin", "image"};
 
 // A script that throws ends without an error, so each says when it has come to its end. A desktop
-// of another activity or of a screen that has gone has no screen.
+// of another activity or of a screen that has gone has no screen. A slide show notes which picture
+// is on.
 const QString kRead = QStringLiteral(R"(
+const setting = (group, key) => String(ConfigFile("kdeglobals", group).readEntry(key));
+const look = setting("KDE", "LookAndFeelPackage");
+const window = setting("Colors:Window", "BackgroundNormal");
 for (const d of desktops()) {
   if (d.screen < 0) continue;
   const g = screenGeometry(d.screen);
@@ -29,8 +35,9 @@ for (const d of desktops()) {
   };
   print(JSON.stringify({id: d.id, x: g.x, y: g.y, plugin: d.wallpaperPlugin,
                         image: read("org.kde.image", "Image"),
-                        fill: read("org.kde.image", "FillMode"),
-                        color: read(d.wallpaperPlugin, "Color")}) + "\n");
+                        shown: read(d.wallpaperPlugin, "Image"),
+                        fill: read(d.wallpaperPlugin, "FillMode"),
+                        color: read(d.wallpaperPlugin, "Color"), look, window}) + "\n");
 }
 print("OK\n");
 )");
@@ -62,6 +69,14 @@ QColor colourOf(const QString& text) {
   return {parts[0].toInt(), parts[1].toInt(), parts[2].toInt()};
 }
 
+// Windows darker than this grey are dark to Plasma. Its colours are light where none are set.
+constexpr int kDarkestLightGrey = 192;
+
+PlasmaLook lookOf(const QString& package, const QString& window) {
+  const bool isDark = !window.isEmpty() && qGray(colourOf(window).rgb()) < kDarkestLightGrey;
+  return {package.isEmpty() ? QStringLiteral("org.kde.breeze.desktop") : package, isDark};
+}
+
 }  // namespace
 
 std::optional<std::vector<QByteArray>> PlasmaWallpaper::evaluate(const QString& script,
@@ -81,7 +96,8 @@ std::optional<std::vector<QByteArray>> PlasmaWallpaper::evaluate(const QString& 
 
 std::optional<QJsonObject> PlasmaWallpaper::read(const Monitor& monitor,
                                                  const QDeadlineTimer& deadline) {
-  for (const QByteArray& line : evaluate(kRead, deadline).value_or(std::vector<QByteArray>())) {
+  lastRead_ = evaluate(kRead, deadline);
+  for (const QByteArray& line : lastRead_.value_or(std::vector<QByteArray>())) {
     const QJsonObject desktop = QJsonDocument::fromJson(line).object();
     const QPoint corner(desktop[QLatin1String("x")].toInt(), desktop[QLatin1String("y")].toInt());
     if (!desktop.isEmpty() && corner == monitor.pixels.topLeft()) return desktop;
@@ -100,6 +116,20 @@ std::optional<std::string> PlasmaWallpaper::write(const QJsonObject& wanted,
   return std::nullopt;
 }
 
+void PlasmaWallpaper::setChanged(std::function<void()> changed) {
+  changed_ = std::move(changed);
+  file_.reset();
+  if (!changed_) return;
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+  file_.emplace(QStringList(folder + QStringLiteral("/plasma-org.kde.plasma.desktop-appletsrc")),
+                [this] { fileChanged(); });
+}
+
+void PlasmaWallpaper::fileChanged() {
+  const auto now = evaluate(kRead, BusPeer::deadline());
+  if (now && now != lastRead_ && changed_) changed_();
+}
+
 std::optional<Backdrop> PlasmaWallpaper::backdrop(const Monitor& monitor) {
   const auto desktop = read(monitor, BusPeer::deadline());
   if (!desktop) return std::nullopt;
@@ -107,12 +137,13 @@ std::optional<Backdrop> PlasmaWallpaper::backdrop(const Monitor& monitor) {
   Backdrop backdrop;
   backdrop.primary = colourOf(text("color"));
   if (text("plugin") == kColourPlugin) return backdrop;
-  const QString image = text("image");
-  backdrop.file = image.startsWith(QLatin1Char('/')) ? image : QUrl(image).toLocalFile();
+  const QString image = text("shown");
+  const bool isKnown =
+      text("plugin") == kPicturePlugin || (text("plugin") == kSlideShowPlugin && !image.isEmpty());
+  if (!isKnown) return std::nullopt;
+  backdrop.file = plasmaPicture(image, monitor.pixels.size(), lookOf(text("look"), text("window")));
   backdrop.style = styleOf(text("fill"));
-  // A folder holds one picture in many sizes, of which Plasma takes one.
-  const bool isOnePicture = text("plugin") == kPicturePlugin && QFileInfo(backdrop.file).isFile();
-  return isOnePicture ? std::optional(backdrop) : std::nullopt;
+  return backdrop.file.isEmpty() ? std::nullopt : std::optional(backdrop);
 }
 
 std::optional<Dictionary> PlasmaWallpaper::state(const Monitor& monitor) {
@@ -122,6 +153,7 @@ std::optional<Dictionary> PlasmaWallpaper::state(const Monitor& monitor) {
   for (const char* key : kTexts) {
     state.emplace(key, desktop->value(QLatin1String(key)).toString().toStdString());
   }
+  if (desktop->value(QLatin1String("plugin")) == kSlideShowPlugin) state.emplace(kSlideShow, true);
   return state;
 }
 

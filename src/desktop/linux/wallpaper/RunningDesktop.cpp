@@ -27,8 +27,7 @@ QString classOf(const XServer& server, xcb_window_t window) {
 
 }  // namespace
 
-RunningDesktop lookAtDesktopWindow(XServer& server) {
-  const WindowStack stack = WindowStack::read(server);
+RunningDesktop lookAtDesktopWindow(XServer& server, const WindowStack& stack) {
   const auto lowest =
       std::ranges::find(stack.desktopWindows, false, &WindowStack::DesktopWindow::ours);
   RunningDesktop desktop;

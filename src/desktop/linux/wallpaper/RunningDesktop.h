@@ -9,6 +9,7 @@ namespace linux_desktop {
 
 class BusPeer;
 class XServer;
+struct WindowStack;
 
 /// What can be seen of who draws the desktop.
 struct RunningDesktop {
@@ -26,7 +27,7 @@ struct RunningDesktop {
 };
 
 /// The window alone, which is what changes when another program takes over; no bus call.
-[[nodiscard]] RunningDesktop lookAtDesktopWindow(XServer& server);
+[[nodiscard]] RunningDesktop lookAtDesktopWindow(XServer& server, const WindowStack& stack);
 
 /// Adds what is on the bus, which `bus` stands for, and in the environment.
 void lookAtBus(RunningDesktop& desktop, BusPeer& bus);

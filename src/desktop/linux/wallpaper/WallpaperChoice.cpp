@@ -19,7 +19,8 @@ bool WallpaperChoice::isStillTheSame(const RunningDesktop& seen) const {
 
 WallpaperChoice::Current WallpaperChoice::current() {
   RunningDesktop seen;
-  if (surroundings_.x11 != nullptr) seen = lookAtDesktopWindow(surroundings_.x11->server());
+  if (XEvents* x11 = surroundings_.x11)
+    seen = lookAtDesktopWindow(x11->server(), x11->stack().now());
   if (!isStillTheSame(seen)) {
     lookAtBus(seen, bus_);
     choose(std::move(seen));

@@ -55,6 +55,10 @@ void HideRequests::restack(xcb_window_t window, xcb_window_t sibling) {
   message(window, ClientAtom::RestackWindow, {kFromPager, sibling, mode});
 }
 
+void HideRequests::raise(xcb_window_t window) {
+  message(window, ClientAtom::RestackWindow, {kFromPager, XCB_NONE, XCB_STACK_MODE_ABOVE});
+}
+
 void HideRequests::mark(xcb_window_t window, HiddenMark mark) {
   const auto value = static_cast<std::uint32_t>(mark);
   xcb_change_property(clients_.server().get(), XCB_PROP_MODE_REPLACE, window,

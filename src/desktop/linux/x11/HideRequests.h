@@ -21,6 +21,7 @@ class HideRequests {
   void moveToDesktop(xcb_window_t window, std::uint32_t desktop);
   /// Right above `sibling`; below everything when that is none.
   void restack(xcb_window_t window, xcb_window_t sibling);
+  void raise(xcb_window_t window);
 
   /// The marks stay on the windows, and the order on the root window, when this process ends.
   void mark(xcb_window_t window, HiddenMark mark);

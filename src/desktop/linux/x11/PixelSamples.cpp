@@ -25,6 +25,21 @@ bool areClose(std::uint32_t one, std::uint32_t other, int tolerance) {
   return true;
 }
 
+/// Each of its parts is the median of that of the samples, of which there is at least one.
+std::uint32_t middleColour(const Samples& samples) {
+  std::uint32_t colour = 0;
+  for (int shift = 0; shift < 24; shift += 8) {
+    std::vector<std::uint32_t> part;
+    for (const auto& sample : samples) {
+      if (sample) part.push_back((*sample >> shift) & 0xff);
+    }
+    const auto middle = part.begin() + static_cast<std::ptrdiff_t>(part.size() / 2);
+    std::ranges::nth_element(part, middle);
+    colour |= *middle << shift;
+  }
+  return colour;
+}
+
 /// The part of `area` where nothing hides the icons, or the root window if there are none.
 QRegion uncovered(XServer& server, const WindowStack& stack,
                   const WindowStack::DesktopWindow* icons, const QRect& area) {
@@ -112,11 +127,13 @@ std::optional<std::uint32_t> DesktopSight::usual() const {
   const auto most =
       std::ranges::max_element(counts, {}, [](const auto& entry) { return entry.second; });
   if (most == counts.end()) return std::nullopt;
-  return most->first;
+  // In a photograph hardly a colour comes twice, and one that does is an icon's.
+  constexpr std::size_t kLeastShare = 4;
+  if (static_cast<std::size_t>(most->second) * kLeastShare >= seen()) return most->first;
+  return middleColour(samples);
 }
 
-DesktopSight lookAtDesktop(XServer& server, const QRect& monitor) {
-  const WindowStack stack = WindowStack::read(server);
+DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack, const QRect& monitor) {
   const WindowStack::DesktopWindow* icons = stack.iconsOn(monitor);
   const QRegion open = uncovered(server, stack, icons, monitor);
   const xcb_window_t window = icons != nullptr ? icons->window : server.root();

@@ -45,9 +45,10 @@ struct DesktopSight {
   Samples samples;
 
   [[nodiscard]] std::size_t seen() const;
-  /// The colour seen most often.
+  /// The colour seen most often; where none is seen often, one in the middle of all.
   [[nodiscard]] std::optional<std::uint32_t> usual() const;
 };
-[[nodiscard]] DesktopSight lookAtDesktop(XServer& server, const QRect& monitor);
+[[nodiscard]] DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack,
+                                         const QRect& monitor);
 
 }  // namespace linux_desktop

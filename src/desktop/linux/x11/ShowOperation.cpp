@@ -119,9 +119,16 @@ void ShowOperation::putBackOrder(const ClientWindows::Places& now, const WindowS
     if (window.minimised && !shown.contains(window.id)) off.insert(window.id);
   }
   std::erase_if(current, [&](xcb_window_t window) { return off.contains(window); });
-  const WindowOrder wanted = orderPutBack(current, shown, plan_.before.knownOrder());
-  for (const Restacking& move : restackings(current, shown, wanted)) {
-    requests_.restack(move.window, move.sibling);
+  const WindowOrder known = plan_.before.knownOrder();
+  const WindowOrder wanted = orderPutBack(current, shown, known);
+  const std::vector<Restacking> moves = restackings(current, shown, wanted);
+  for (const Restacking& move : moves) requests_.restack(move.window, move.sibling);
+  if (moves.empty()) return;
+  // To KWin, "above that one" is the very top where that one is no ordinary window.
+  const auto last = std::ranges::find_if(
+      wanted.rbegin(), wanted.rend(), [&](xcb_window_t window) { return shown.contains(window); });
+  for (auto newer = last.base(); newer != wanted.end(); ++newer) {
+    if (std::ranges::find(known, *newer) == known.end()) requests_.raise(*newer);
   }
 }
 

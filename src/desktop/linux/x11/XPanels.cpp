@@ -43,18 +43,29 @@ std::vector<xcb_window_t> childrenOf(xcb_window_t window, XServer& server) {
   return {children.begin(), children.end()};
 }
 
-/// Without a window manager nobody keeps the list, and panels are the root's children.
-std::vector<xcb_window_t> candidates(XServer& server) {
-  const std::vector<xcb_window_t> managed = server.numbers(server.root(), "_NET_CLIENT_LIST");
-  return managed.empty() ? childrenOf(server.root(), server) : managed;
+bool isOnScreen(xcb_window_t window, XServer& server) {
+  const XReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+      server.get(), xcb_get_window_attributes(server.get(), window), nullptr));
+  return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
-}  // namespace
+/// What is at most so many levels under the root: IceWM has its bar in two frames.
+std::vector<xcb_window_t> topWindows(XServer& server) {
+  constexpr int kLevels = 3;
+  std::vector<xcb_window_t> windows;
+  std::vector<xcb_window_t> level{server.root()};
+  for (int depth = 0; depth < kLevels; ++depth) {
+    std::vector<xcb_window_t> next;
+    for (const xcb_window_t window : level)
+      std::ranges::copy(childrenOf(window, server), std::back_inserter(next));
+    windows.insert(windows.end(), next.begin(), next.end());
+    level = std::move(next);
+  }
+  return windows;
+}
 
-std::vector<XPanel> panelsOn(XServer& server) {
-  const auto root = server.geometry(server.root());
-  if (!root) return {};
-  const std::vector<xcb_window_t> windows = candidates(server);
+std::vector<XPanel> panelsAmong(const std::vector<xcb_window_t>& windows, const QSize& root,
+                                XServer& server) {
   const auto types = server.numbersOf(windows, "_NET_WM_WINDOW_TYPE");
   const auto partial = server.numbersOf(windows, "_NET_WM_STRUT_PARTIAL");
   const auto whole = server.numbersOf(windows, "_NET_WM_STRUT");
@@ -62,13 +73,24 @@ std::vector<XPanel> panelsOn(XServer& server) {
   const xcb_atom_t dock = server.atom("_NET_WM_WINDOW_TYPE_DOCK");
   std::vector<XPanel> panels;
   for (std::size_t i = 0; i < windows.size(); ++i) {
-    const QRect strip = stripOf(partial[i].empty() ? whole[i] : partial[i], root->size());
+    const QRect strip = stripOf(partial[i].empty() ? whole[i] : partial[i], root);
     if (strip.isEmpty() && std::ranges::find(types[i], dock) == types[i].end()) continue;
     const auto geometry = server.geometry(windows[i]);
-    if (geometry)
+    if (geometry && isOnScreen(windows[i], server))
       panels.push_back({windows[i], *geometry, strip, pids[i].empty() ? 0 : pids[i][0]});
   }
   return panels;
+}
+
+}  // namespace
+
+std::vector<XPanel> panelsOn(XServer& server) {
+  const auto root = server.geometry(server.root());
+  if (!root) return {};
+  const auto managed = server.numbers(server.root(), "_NET_CLIENT_LIST");
+  std::vector<XPanel> panels = panelsAmong(managed, root->size(), server);
+  // i3 and IceWM do not list their own bars, and without a window manager nobody keeps the list.
+  return panels.empty() ? panelsAmong(topWindows(server), root->size(), server) : panels;
 }
 
 std::optional<QRect> partDrawnBy(std::uint32_t pid, const XPanel& panel, XServer& server) {

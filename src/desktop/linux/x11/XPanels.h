@@ -18,7 +18,8 @@ struct XPanel {
   std::uint32_t pid = 0;
 };
 
-/// The panels as they stand now: five round trips and one more for each panel.
+/// The panels as they stand now: five round trips and two more for each panel; where the window
+/// manager lists none, one more for each window of the upper levels.
 [[nodiscard]] std::vector<XPanel> panelsOn(XServer& server);
 
 /// The part of the panel that another process draws: xfce4-panel and mate-panel run their tray
