@@ -10,6 +10,10 @@ namespace bench {
 using namespace std::chrono_literals;
 using harness::AccessibilityClient;
 
+void liveOn(const harness::XDesk& desk) {
+  for (const auto& [name, value] : desk.environment()) ::setenv(name.c_str(), value.c_str(), 1);
+}
+
 std::unique_ptr<harness::XDesk> openDesk(harness::Panel panel) {
   harness::DeskOptions options;
   options.windowManager = harness::WindowManager::Xfwm4;
@@ -17,7 +21,7 @@ std::unique_ptr<harness::XDesk> openDesk(harness::Panel panel) {
   options.sound = harness::SoundServerKind::PulseAudio;
   options.monitors = {{0, 0, 1280, 720}};
   auto desk = std::make_unique<harness::XDesk>(options);
-  for (const auto& [name, value] : desk->environment()) ::setenv(name.c_str(), value.c_str(), 1);
+  liveOn(*desk);
   return desk;
 }
 
@@ -43,6 +47,10 @@ void DeskProgram::openPanel() {
   require(icon.has_value(), "there is a tray icon");
   desk_.input().click(icon->centreX(), icon->centreY());
   awaitPanel();
+}
+
+void DeskProgram::ensurePanel() {
+  if (!desk_.openPopover()) openPanel();
 }
 
 void DeskProgram::closePanel() {
@@ -72,9 +80,15 @@ void DeskProgram::end() {
 
 // --- ReadyProgram ---
 
-ReadyProgram::ReadyProgram(harness::XDesk& desk) {
+ReadyProgram::ReadyProgram(harness::XDesk& desk) : desk_(desk) {
   chooseSpeaker(desk);
   program_ = std::make_unique<DeskProgram>(desk);
+  program_->awaitPanel();
+}
+
+void ReadyProgram::restart(const harness::Environment& extra) {
+  program_->end();
+  program_ = std::make_unique<DeskProgram>(desk_, extra);
   program_->awaitPanel();
 }
 

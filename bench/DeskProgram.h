@@ -10,8 +10,12 @@ namespace bench {
 
 using Clock = std::chrono::steady_clock;
 
-/// A desktop with one monitor, xfwm4, this panel and PulseAudio with a sink "out1"; the bench's own
-/// environment becomes that of the desktop, for its client of the sound server.
+/// The bench's own environment becomes that of the desktop, for its clients of the sound server and
+/// the bus.
+void liveOn(const harness::XDesk& desk);
+
+/// A desktop with one monitor, xfwm4, this panel and PulseAudio with a sink "out1"; the bench
+/// lives on it.
 [[nodiscard]] std::unique_ptr<harness::XDesk> openDesk(harness::Panel panel);
 
 /// Calmdeck's panel on a desktop, used with mouse and keyboard alone. Everything throws
@@ -26,6 +30,8 @@ class DeskProgram {
   /// The panel opens by itself at launch; returns once it has the keyboard.
   void awaitPanel();
   void openPanel();
+  /// Opens it if it has closed.
+  void ensurePanel();
   /// By the Escape key; the pointer goes where nothing is.
   void closePanel();
   /// Where the panel's upper left corner is.
@@ -48,6 +54,9 @@ class ReadyProgram {
  public:
   explicit ReadyProgram(harness::XDesk& desk);
 
+  /// Ends the program and starts it anew with this added to its environment.
+  void restart(const harness::Environment& extra);
+
   [[nodiscard]] DeskProgram& program() { return *program_; }
   /// A click on the master switch of the open panel; when the button was let go.
   Clock::time_point clickMaster() { return program_->click(master_.x, master_.y); }
@@ -55,6 +64,7 @@ class ReadyProgram {
  private:
   void chooseSpeaker(harness::XDesk& desk);
 
+  harness::XDesk& desk_;
   harness::Rect master_;  // its middle, as from the panel's corner
   std::unique_ptr<DeskProgram> program_;
 };

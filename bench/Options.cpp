@@ -1,6 +1,8 @@
 #include "bench/Options.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -11,7 +13,8 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: calmdeck-bench [--starts N] [--switches N] [--idle SECONDS] [--clicks N]\n"
-    "                      [--toggles N] [--icons N] [--panel xfce4-panel|tint2]";
+    "                      [--toggles N] [--icons N] [--modes N] [--windows N]\n"
+    "                      [--panel xfce4-panel|tint2]";
 
 int number(std::string_view text) {
   int value = 0;
@@ -27,6 +30,30 @@ harness::Panel panel(std::string_view name) {
   throw std::runtime_error(kUsage);
 }
 
+struct Setter {
+  std::string_view name;
+  void (*set)(Options& options, std::string_view value);
+};
+
+template <int Options::*count>
+void setCount(Options& options, std::string_view value) {
+  options.*count = number(value);
+}
+
+constexpr Setter kSetters[] = {
+    {"--starts", setCount<&Options::starts>},
+    {"--switches", setCount<&Options::switches>},
+    {"--clicks", setCount<&Options::clicks>},
+    {"--toggles", setCount<&Options::toggles>},
+    {"--icons", setCount<&Options::icons>},
+    {"--modes", setCount<&Options::modes>},
+    {"--windows",
+     [](Options& options, std::string_view value) { options.windows = {number(value)}; }},
+    {"--idle", [](Options& options,
+                  std::string_view value) { options.idle = std::chrono::seconds(number(value)); }},
+    {"--panel", [](Options& options, std::string_view value) { options.panel = panel(value); }},
+};
+
 }  // namespace
 
 Options optionsOf(int argc, char** argv) {
@@ -35,24 +62,9 @@ Options optionsOf(int argc, char** argv) {
   if (words.size() % 2 != 0) throw std::runtime_error(kUsage);
   for (std::size_t i = 0; i < words.size(); i += 2) {
     const std::string_view name = words[i];
-    const std::string_view value = words[i + 1];
-    if (name == "--starts") {
-      options.starts = number(value);
-    } else if (name == "--switches") {
-      options.switches = number(value);
-    } else if (name == "--idle") {
-      options.idle = std::chrono::seconds(number(value));
-    } else if (name == "--clicks") {
-      options.clicks = number(value);
-    } else if (name == "--toggles") {
-      options.toggles = number(value);
-    } else if (name == "--icons") {
-      options.icons = number(value);
-    } else if (name == "--panel") {
-      options.panel = panel(value);
-    } else {
-      throw std::runtime_error(kUsage);
-    }
+    const auto found = std::ranges::find(kSetters, name, &Setter::name);
+    if (found == std::end(kSetters)) throw std::runtime_error(kUsage);
+    found->set(options, words[i + 1]);
   }
   return options;
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <string>
+#include <vector>
 
 #include "desktop/harness/DesktopPrograms.h"
 
@@ -15,11 +16,14 @@ struct Options {
   int clicks = 1'000;
   int toggles = 10'000;
   int icons = 10'000;
+  /// How often the mode is switched on and off, and how many windows other programs then have.
+  int modes = 5;
+  std::vector<int> windows{10, 50, 200};
   harness::Panel panel = harness::Panel::XfcePanel;
 };
 
-/// Reads `--name number` and `--panel xfce4-panel|tint2`. Throws std::runtime_error with the usage
-/// for anything else.
+/// Reads `--name number` and `--panel xfce4-panel|tint2`; one `--windows` takes the place of all.
+/// Throws std::runtime_error with the usage for anything else.
 [[nodiscard]] Options optionsOf(int argc, char** argv);
 
 }  // namespace bench

@@ -43,6 +43,14 @@ void Report::count(const std::string& measure, double ours, const std::string& u
   rows_.push_back({measure, figure.str(), "none", "", aim});
 }
 
+void Report::figure(const std::string& measure, const std::vector<double>& ours,
+                    const std::string& unit) {
+  if (ours.size() > 1) return rows_.push_back({measure, spread(ours, unit), "", "", ""});
+  std::ostringstream figure;
+  figure << std::setprecision(4) << ours.at(0) << ' ' << unit;
+  rows_.push_back({measure, figure.str(), "", "", ""});
+}
+
 std::string Report::text() const {
   std::vector<std::vector<std::string>> lines{{"measure", "ours", "floor", "ratio", "aim"}};
   lines.insert(lines.end(), rows_.begin(), rows_.end());

@@ -18,6 +18,9 @@ class Report {
   void count(const std::string& measure, double ours, const std::string& unit,
              const std::string& aim);
 
+  /// Figures that nothing is compared with.
+  void figure(const std::string& measure, const std::vector<double>& ours, const std::string& unit);
+
   /// measure | ours | floor | ratio | aim; a comparison shows medians, and the least and the
   /// greatest in parentheses.
   [[nodiscard]] std::string text() const;

@@ -3,6 +3,7 @@
 
 #include "bench/GrowthMeasure.h"
 #include "bench/IdleMeasure.h"
+#include "bench/ModeMeasure.h"
 #include "bench/Options.h"
 #include "bench/Report.h"
 #include "bench/StartMeasure.h"
@@ -22,6 +23,8 @@ int main(int argc, char** argv) {
         {options.idle.count() > 0, bench::measureIdle},
         {options.icons > 0, bench::measureIconGrowth},
         {options.clicks > 0, bench::measureClickGrowth},
+        {options.modes > 0, bench::measureMode},
+        {options.modes > 0, bench::measureCovers},
     };
     bench::Report report;
     for (const auto& [wanted, measure] : measures) {

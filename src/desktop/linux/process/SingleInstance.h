@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QLocalServer>
 #include <chrono>
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "desktop/linux/process/FileDescriptor.h"
 #include "desktop/linux/process/RuntimeFolder.h"
+#include "desktop/linux/process/ShowRequests.h"
 
 namespace linux_desktop {
 
@@ -39,14 +38,11 @@ class SingleInstance {
   enum class Lock { Taken, Held, Impossible };
 
   [[nodiscard]] Lock takeLock();
-  void listen();
-  void accept();
-  void answer(QLocalSocket& caller);
 
   std::function<void()> showRequested_;
   std::optional<std::filesystem::path> folder_;
   FileDescriptor lock_;
-  std::unique_ptr<QLocalServer> server_;
+  std::optional<ShowRequests> requests_;
 };
 
 }  // namespace linux_desktop

@@ -87,6 +87,8 @@ void StatusNotifierItem::announceImage() {
 }
 
 void StatusNotifierItem::registerWith(const QString& watcher) {
+  // Hosts read the image that there is once they know the item.
+  announced_ = image_;
   QDBusMessage call =
       QDBusMessage::createMethodCall(watcher, "/StatusNotifierWatcher",
                                      "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierItem");

@@ -14,6 +14,7 @@ struct SoftShadow {
 
 /// A rounded rectangle of `size` in `color`, blurred by a Gaussian with the standard deviation
 /// `deviation`; its top left corner is at (reach, reach) of the image. All lengths in pixels.
+/// The last few are kept: asking again costs nothing. Main thread only.
 [[nodiscard]] SoftShadow softShadow(QSizeF size, double cornerRadius, double deviation,
                                     const QColor& color);
 

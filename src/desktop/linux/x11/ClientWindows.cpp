@@ -1,5 +1,6 @@
 #include "desktop/linux/x11/ClientWindows.h"
 
+#include <algorithm>
 #include <array>
 
 namespace linux_desktop {
@@ -46,6 +47,20 @@ std::vector<xcb_window_t> listIn(const ClientPropertyValue& value) {
   return {items.begin(), items.end()};
 }
 
+std::optional<HiddenMark> markIn(const ClientPropertyValue& value) {
+  const auto mark = value.number();
+  if (!mark) return std::nullopt;
+  return *mark == 0 ? HiddenMark::BroughtForward : HiddenMark::Hidden;
+}
+
+/// What changes from one moment to the next.
+void takeRoot(std::span<const ClientPropertyValue> root, ClientList& list) {
+  list.stacking = listIn(root[kStacking]);
+  list.rememberedOrder = listIn(root[kOrder]);
+  list.active = root[kActive].number().value_or(XCB_NONE);
+  list.currentDesktop = root[kCurrentDesktop].number().value_or(0);
+}
+
 }  // namespace
 
 std::vector<xcb_window_t> ClientList::knownOrder() const {
@@ -59,8 +74,7 @@ std::vector<xcb_window_t> ClientList::knownOrder() const {
 }
 
 ClientList ClientWindows::read() const {
-  std::vector<ClientProperty> questions;
-  for (const ClientAtom name : kOfRoot) questions.push_back({server_.root(), atoms_[name]});
+  std::vector<ClientProperty> questions = rootQuestions();
   const auto root = askFor(server_, questions);
   const std::vector<xcb_window_t> ids = listIn(root[kList]);
   const xcb_window_t check = root[kCheck].number().value_or(XCB_NONE);
@@ -81,15 +95,38 @@ ClientList ClientWindows::read() const {
     const auto of = std::span(values).subspan(first + i * kWindowProperties, kWindowProperties);
     list.windows.push_back(windowOf(ids[i], of));
   }
-  list.stacking = listIn(root[kStacking]);
-  list.rememberedOrder = listIn(root[kOrder]);
-  list.active = root[kActive].number().value_or(XCB_NONE);
-  list.currentDesktop = root[kCurrentDesktop].number().value_or(0);
+  takeRoot(root, list);
   list.windowManager = values[1].text();
   if (list.windowManager.empty()) list.windowManager = "unnamed";
   list.canMinimise = root[kSupported].contains(atoms_[ClientAtom::ActionMinimize]);
   list.canRestack = root[kSupported].contains(atoms_[ClientAtom::RestackWindow]);
   return list;
+}
+
+bool ClientWindows::refresh(ClientList& list) const {
+  std::vector<ClientProperty> questions = rootQuestions();
+  const std::size_t first = questions.size();
+  for (const ClientWindow& window : list.windows) {
+    questions.push_back({window.id, atoms_[ClientAtom::State]});
+    questions.push_back({window.id, atoms_[ClientAtom::HiddenMark]});
+  }
+  const auto values = askFor(server_, questions);
+  if (!std::ranges::equal(values[kList].numbers(), list.windows, {}, {}, &ClientWindow::id)) {
+    return false;
+  }
+  takeRoot(values, list);
+  for (std::size_t i = 0; i < list.windows.size(); ++i) {
+    ClientWindow& window = list.windows[i];
+    window.minimised = values[first + 2 * i].contains(atoms_[ClientAtom::StateHidden]);
+    window.mark = markIn(values[first + 2 * i + 1]);
+  }
+  return true;
+}
+
+std::vector<ClientProperty> ClientWindows::rootQuestions() const {
+  std::vector<ClientProperty> questions;
+  for (const ClientAtom name : kOfRoot) questions.push_back({server_.root(), atoms_[name]});
+  return questions;
 }
 
 ClientWindow ClientWindows::windowOf(xcb_window_t id,
@@ -102,9 +139,7 @@ ClientWindow ClientWindows::windowOf(xcb_window_t id,
     window.kind = ClientKind::Accessory;
   }
   window.minimised = values[kState].contains(atoms_[ClientAtom::StateHidden]);
-  if (const auto mark = values[kMark].number()) {
-    window.mark = *mark == 0 ? HiddenMark::BroughtForward : HiddenMark::Hidden;
-  }
+  window.mark = markIn(values[kMark]);
   window.transientFor = values[kTransientFor].number().value_or(XCB_NONE);
   window.desktop = values[kDesktop].number();
   window.pid = values[kPid].number();

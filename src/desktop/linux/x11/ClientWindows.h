@@ -78,6 +78,10 @@ class ClientWindows {
 
   /// Two round trips, however many windows there are.
   [[nodiscard]] ClientList read() const;
+  /// Reads anew what hiding and showing change: which windows are minimised and marked, their order
+  /// and which one is active. False, with nothing changed, when other windows are listed by now.
+  /// One round trip.
+  [[nodiscard]] bool refresh(ClientList& list) const;
   /// Which of these are minimised now. One round trip; none for no windows.
   [[nodiscard]] std::unordered_set<xcb_window_t> minimisedOf(
       std::span<const xcb_window_t> windows) const;
@@ -93,6 +97,7 @@ class ClientWindows {
   [[nodiscard]] Places placesOf(std::span<const xcb_window_t> windows) const;
 
  private:
+  [[nodiscard]] std::vector<ClientProperty> rootQuestions() const;
   [[nodiscard]] ClientKind kindOf(std::span<const std::uint32_t> types) const;
   [[nodiscard]] ClientWindow windowOf(xcb_window_t id,
                                       std::span<const ClientPropertyValue> values) const;

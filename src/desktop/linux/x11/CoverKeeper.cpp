@@ -38,7 +38,7 @@ CoverKeeper::Manager CoverKeeper::readManager() {
 
 CoverStand CoverKeeper::standFor(const QRect& area) {
   manager_ = readManager();
-  return standFor(WindowStack::read(server_), area);
+  return standFor(events_.stack().now(), area);
 }
 
 CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) const {

@@ -11,8 +11,10 @@ HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
 void HiddenWatch::follow(const ClientList& list) {
   hidden_.clear();
   for (const ClientWindow& window : list.windows) {
-    if (window.isHidden()) hidden_.insert(window.id);
-    if (window.mark == HiddenMark::Hidden && window.id == list.active) expectBack(window.id);
+    if (window.mark != HiddenMark::Hidden) continue;
+    // Also one that is back already: that it is active may be told only now.
+    hidden_.insert(window.id);
+    if (window.id == list.active) expectBack(window.id);
   }
   if (hidden_.empty()) {
     root_.reset();

@@ -126,7 +126,7 @@ bool MonitorPictures::isRight(const ForeignPixmap& root, const Monitor& monitor,
 std::shared_ptr<const XPicture> MonitorPictures::picture(const Monitor& monitor) {
   XServer& server = events_.server();
   Drawing drawing(backdrops_, monitor);
-  const DesktopSight sight = lookAtDesktop(server, monitor.pixels);
+  const DesktopSight sight = lookAtDesktop(server, events_.stack().now(), monitor.pixels);
   const auto root = root_.pixmap();
   if (root && !isAwaited(monitor, drawing) && isRight(*root, monitor, sight, drawing)) {
     if (auto picture = XPicture::fromPixmap(server, *root, monitor.pixels)) return picture;

@@ -55,6 +55,19 @@ std::vector<XReply<xcb_get_window_attributes_reply_t>> shownAmong(
   return results;
 }
 
+/// None for a window that is gone or lies deeper than window managers put one.
+xcb_window_t topLevelOf(XServer& server, xcb_window_t window) {
+  for (int level = 0; level <= kLevelsBelowTop; ++level) {
+    xcb_generic_error_t* error = nullptr;
+    const XReply<xcb_query_tree_reply_t> reply(
+        xcb_query_tree_reply(server.get(), xcb_query_tree(server.get(), window), &error));
+    const XReply<xcb_generic_error_t> gone(error);
+    if (!reply || reply->parent == server.root()) return reply ? window : XCB_NONE;
+    window = reply->parent;
+  }
+  return XCB_NONE;
+}
+
 std::vector<WindowStack::TopLevel> topLevelsOf(XServer& server) {
   const std::vector<xcb_window_t> windows = childrenOf(server, {server.root()}).front();
   std::vector<xcb_get_geometry_cookie_t> cookies;
@@ -93,6 +106,23 @@ void takeDesktopWindows(XServer& server, std::vector<Candidate>& candidates,
   candidates = std::move(untyped);
 }
 
+/// The windows of type DESKTOP that the window manager lists, wherever in a frame they are. Frames
+/// hold a dozen windows each, which makes looking through them dear.
+std::vector<Candidate> listedDesktopWindows(XServer& server, const std::vector<xcb_window_t>& list,
+                                            const std::vector<WindowStack::TopLevel>& topLevels) {
+  const auto types = server.numbersOf(list, "_NET_WM_WINDOW_TYPE");
+  const xcb_atom_t desktop = server.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+  std::vector<Candidate> found;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (std::ranges::count(types[i], desktop) == 0) continue;
+    const auto level =
+        std::ranges::find(topLevels, topLevelOf(server, list[i]), &WindowStack::TopLevel::window);
+    if (level == topLevels.end()) continue;
+    found.push_back({list[i], static_cast<std::size_t>(level - topLevels.begin())});
+  }
+  return found;
+}
+
 std::vector<Candidate> below(XServer& server, const std::vector<Candidate>& parents) {
   std::vector<xcb_window_t> windows;
   for (const Candidate& parent : parents) windows.push_back(parent.window);
@@ -129,7 +159,11 @@ WindowStack WindowStack::read(XServer& server) {
   }
   std::vector<Candidate> found;
   takeDesktopWindows(server, candidates, found);
-  for (int level = 0; level < kLevelsBelowTop; ++level) {
+  const std::vector<xcb_window_t> list = server.numbers(server.root(), "_NET_CLIENT_LIST");
+  for (const Candidate& listed : listedDesktopWindows(server, list, stack.topLevels)) {
+    if (std::ranges::count(found, listed.window, &Candidate::window) == 0) found.push_back(listed);
+  }
+  for (int level = 0; list.empty() && level < kLevelsBelowTop; ++level) {
     candidates = below(server, candidates);
     takeDesktopWindows(server, candidates, found);
   }

@@ -197,10 +197,15 @@ void XApplications::finished() {
       [this] {
         operation_.reset();
         underWay_.clear();
-        isFresh_ = false;
         watch_.resume();
-        // Also for the watch, which has to know what is hidden now.
-        now();
+        // For the watch, which has to know what is hidden now, and for the wishes that wait.
+        isFresh_ = clients_.refresh(moment_->list);
+        if (!isFresh_) {
+          now();
+          return;
+        }
+        watch_.follow(moment_->list);
+        queueEndOfTurn();
       },
       Qt::QueuedConnection);
 }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+
+struct _GDBusConnection;
+
+namespace bench {
+
+/// Asks dunst over the bus whether it keeps its peace, over a connection that is open already.
+class PauseWatch {
+ public:
+  /// The bus is the one that this process's environment names. Throws std::runtime_error when it
+  /// cannot be reached.
+  PauseWatch();
+
+  /// Throws std::runtime_error when dunst does not say.
+  [[nodiscard]] bool isPaused() const;
+
+ private:
+  struct Release {
+    void operator()(_GDBusConnection* connection) const;
+  };
+  std::unique_ptr<_GDBusConnection, Release> connection_;
+};
+
+}  // namespace bench
