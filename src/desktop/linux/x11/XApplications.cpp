@@ -109,6 +109,8 @@ bool XApplications::wish(Id application, Wish wish) {
   const auto& applications = latest().applications;
   const auto found = applications.find(application);
   if (found == applications.end() || found->second.windows.empty()) return false;
+  // The same once more, while it is under way, must not undo what the user did meanwhile.
+  if (wishFor(application) == wish) return true;
   wishes_[application] = wish;
   queueEndOfTurn();
   return true;
