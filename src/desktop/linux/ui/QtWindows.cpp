@@ -31,6 +31,11 @@ QtWindows::QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers)
   QApplication::setQuitOnLastWindowClosed(false);
 }
 
+QtWindows::~QtWindows() {
+  // An alert that was answered last waits for a turn of the loop that may not come any more.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 std::unique_ptr<platform::port::WindowPeer> QtWindows::createWindow(
     platform::NSWindow& window, platform::port::WindowClient& client) {
   if (window.level() < CGWindowLevelForKey(platform::CGWindowLevelKey::Normal)) {

@@ -14,6 +14,9 @@ class QtWindows final : public platform::port::Windows {
   /// `loop` is for its clock. `covers` makes the windows below all others; null: they never come to
   /// the screen. Both outlive this, as this does its peers.
   explicit QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers = nullptr);
+  ~QtWindows() override;
+  QtWindows(const QtWindows&) = delete;
+  QtWindows& operator=(const QtWindows&) = delete;
 
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createWindow(
       platform::NSWindow& window, platform::port::WindowClient& client) override;
