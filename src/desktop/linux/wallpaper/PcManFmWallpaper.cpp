@@ -109,7 +109,7 @@ std::optional<Backdrop> PcManFmWallpaper::backdrop(const Monitor& monitor) {
   Backdrop backdrop;
   const QColor colour(QString::fromLatin1(valueIn(text, "desktop_bg")));
   backdrop.primary = backdrop.secondary = colour.isValid() ? colour : QColor(Qt::black);
-  const StyleRow& row = styleNamed(valueIn(text, kMode));
+  const StyleRow row = styleNamed(valueIn(text, kMode));
   backdrop.file = fileIn(text);
   if (row.style == BackdropStyle::None || backdrop.file.isEmpty()) {
     backdrop.file.clear();
