@@ -15,18 +15,10 @@ namespace {
 
 constexpr int kPrograms = 10;
 
-harness::DeskOptions everydayDesktop() {
-  harness::DeskOptions options;
-  options.windowManager = harness::WindowManager::Xfwm4;
-  options.panel = harness::Panel::XfcePanel;
-  options.notifications = harness::NotificationDaemon::Dunst;
-  options.sound = harness::SoundServerKind::PulseAudio;
-  return options;
-}
-
 }  // namespace
 
-ModeDesk::ModeDesk(int windows) : desk_(std::make_unique<harness::XDesk>(everydayDesktop())) {
+ModeDesk::ModeDesk(int windows)
+    : desk_(std::make_unique<harness::XDesk>(harness::everydayDesktop())) {
   liveOn(*desk_);
   furnish();
   others_ = std::make_unique<harness::XConnection>(desk_->server().display());

@@ -31,15 +31,6 @@ constexpr const char* kFeatureSwitches[] = {"Desktop icons", "Notifications", "O
 constexpr Rect kIconColumn{0, 0, 110, 480};
 constexpr Rect kBareSpots[] = {{780, 580, 40, 40}, {2150, 500, 40, 40}};
 
-harness::DeskOptions everydayDesktop() {
-  harness::DeskOptions options;
-  options.windowManager = harness::WindowManager::Xfwm4;
-  options.panel = harness::Panel::XfcePanel;
-  options.notifications = harness::NotificationDaemon::Dunst;
-  options.sound = harness::SoundServerKind::PulseAudio;
-  return options;
-}
-
 // A short name for a picture, so that a person can tell two of them apart.
 std::string fingerprint(const Image& image) {
   std::uint32_t hash = 2166136261U;  // FNV-1a
@@ -70,7 +61,7 @@ void say(const std::string& text) {
 
 Demonstration::Demonstration(std::filesystem::path folder)
     : folder_(std::filesystem::absolute(std::move(folder))),
-      desk_(everydayDesktop()),
+      desk_(harness::everydayDesktop()),
       reader_(desk_) {
   std::filesystem::create_directories(folder_);
 }

@@ -88,6 +88,13 @@ void setXfconf(const XDesk& desk, const std::string& channel, const std::string&
   (void)output(desk, {"xfconf-query", "-c", channel, "-p", key, "-n", "-t", type, "-s", value});
 }
 
+DeskOptions everydayDesktop() {
+  return {.windowManager = WindowManager::Xfwm4,
+          .panel = Panel::XfcePanel,
+          .notifications = NotificationDaemon::Dunst,
+          .sound = SoundServerKind::PulseAudio};
+}
+
 void configureIcons(const XDesk& desk, DesktopIcons kind, const Backdrops& backdrops) {
   fs::create_directories(desk.home().home() / "Desktop");
   switch (kind) {

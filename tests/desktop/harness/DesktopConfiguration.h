@@ -8,6 +8,9 @@
 
 namespace harness {
 
+/// xfwm4, a panel, dunst and PulseAudio; the icons are for whoever has configured them to start.
+[[nodiscard]] DeskOptions everydayDesktop();
+
 /// What a monitor shows behind its icons: a picture over the whole of it, or where there is none a
 /// colour.
 struct MonitorBackdrop {

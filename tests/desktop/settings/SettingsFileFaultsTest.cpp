@@ -18,7 +18,9 @@ namespace fs = std::filesystem;
 using linux_desktop::SettingsFile;
 using platform::Value;
 
-/// The settings stand on a file system of 64 KiB, which only this process sees.
+/// The settings stand on a file system of 64 KiB, which only this process sees. Mounting takes a
+/// privilege that not every machine gives, containers least of all; the cases say so and are left
+/// out.
 class SmallDisk : public SettingsFixture {
  protected:
   void SetUp() override {

@@ -44,6 +44,18 @@ class LxqtDesk : public FileManagerDesk {
     desk().startIcons(harness::DesktopIcons::PcmanfmQt);
     ASSERT_TRUE(desk().until([&] { return path(kFirst) != kNothing; }));
   }
+  /// Both monitors show a yellow picture, which the desktop has as `backdrop`, and then what they
+  /// showed when `old` was told.
+  void swapAndBack(const std::vector<std::string>& old, std::uint32_t before,
+                   const std::string& backdropMeanwhile) {
+    const std::string chosen = picture("chosen.png", kYellow);
+    for (const char* screen : {kFirst, kSecond}) EXPECT_EQ(set(screen, chosen), kNothing);
+    for (const int monitor : {0, 1}) EXPECT_TRUE(shows(monitor, kYellow));
+    EXPECT_THAT(backdrop(kSecond), HasSubstr(backdropMeanwhile));
+    EXPECT_EQ(set(kFirst, old[0]), kNothing);
+    EXPECT_EQ(set(kSecond, old[1]), kNothing);
+    for (const int monitor : {0, 1}) EXPECT_TRUE(shows(monitor, before));
+  }
 };
 
 TEST(LxqtWallpaper, PictureAndFileComeBack) {
@@ -52,17 +64,9 @@ TEST(LxqtWallpaper, PictureAndFileComeBack) {
                              "\nWallpaperMode=zoom\n\n[Other]\nkept=true\n";
   lxqt.startWith(before);
   ASSERT_TRUE(lxqt.shows(0, kRed));
-  const std::string chosen = lxqt.picture("chosen.png", kYellow);
   const std::vector<std::string> old{lxqt.path(kFirst), lxqt.path(kSecond)};
   EXPECT_THAT(old[0], testing::EndsWith("/old.png"));
-  for (const char* screen : {kFirst, kSecond}) EXPECT_EQ(lxqt.set(screen, chosen), kNothing);
-  EXPECT_TRUE(lxqt.shows(0, kYellow));
-  EXPECT_TRUE(lxqt.shows(1, kYellow));
-  EXPECT_THAT(lxqt.backdrop(kSecond), HasSubstr("/chosen.png\t5\t1\t"));
-  EXPECT_EQ(lxqt.set(kFirst, old[0]), kNothing);
-  EXPECT_EQ(lxqt.set(kSecond, old[1]), kNothing);
-  EXPECT_TRUE(lxqt.shows(0, kRed));
-  EXPECT_TRUE(lxqt.shows(1, kRed));
+  lxqt.swapAndBack(old, kRed, "/chosen.png\t5\t1\t");
   EXPECT_EQ(lxqt.read(kLxqt), before);
 }
 
@@ -76,15 +80,7 @@ TEST(LxqtWallpaper, ColourAndAbsentFileComeBack) {
     ASSERT_TRUE(lxqt.shows(1, colour));
     const std::vector<std::string> old{lxqt.path(kFirst), lxqt.path(kSecond)};
     EXPECT_THAT(old[0], StartsWith("/dev/null/"));
-    const std::string chosen = lxqt.picture("chosen.png", kYellow);
-    for (const char* screen : {kFirst, kSecond}) EXPECT_EQ(lxqt.set(screen, chosen), kNothing);
-    EXPECT_TRUE(lxqt.shows(0, kYellow));
-    EXPECT_TRUE(lxqt.shows(1, kYellow));
-    EXPECT_THAT(lxqt.backdrop(kSecond), HasSubstr("/chosen.png\t3\t1\t"));
-    EXPECT_EQ(lxqt.set(kFirst, old[0]), kNothing);
-    EXPECT_EQ(lxqt.set(kSecond, old[1]), kNothing);
-    EXPECT_TRUE(lxqt.shows(0, colour));
-    EXPECT_TRUE(lxqt.shows(1, colour));
+    lxqt.swapAndBack(old, colour, "/chosen.png\t3\t1\t");
     EXPECT_EQ(lxqt.read(kLxqt), before);
     EXPECT_EQ(lxqt.path(kFirst), old[0]);
     EXPECT_EQ(std::filesystem::exists(lxqt.desk().home().config() / kLxqt), hasFile);
