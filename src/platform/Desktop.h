@@ -1,9 +1,13 @@
 #pragma once
 
+#include <string>
+
 #include "platform/port/AudioObjects.h"
 #include "platform/port/Automation.h"
 #include "platform/port/DefaultsStore.h"
 #include "platform/port/DesktopPictures.h"
+#include "platform/port/HotKeys.h"
+#include "platform/port/LoginItems.h"
 #include "platform/port/MainLoop.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
@@ -36,9 +40,13 @@ class Desktop {
   virtual port::StatusBar& statusBar() = 0;
   virtual port::Screens& screens() = 0;
   [[nodiscard]] virtual port::SystemVersion systemVersion() const = 0;
+  /// The absolute path of the file that starts the program anew, free of links.
+  [[nodiscard]] virtual std::string bundlePath() const = 0;
 
   virtual port::AudioObjects* audioObjects() { return nullptr; }
   virtual port::Automation* automation() { return nullptr; }
+  virtual port::HotKeys* hotKeys() { return nullptr; }
+  virtual port::LoginItems* loginItems() { return nullptr; }
   virtual port::UpdateService* updates() { return nullptr; }
   virtual port::Spaces* spaces() { return nullptr; }
   virtual port::RunningApplications* runningApplications() { return nullptr; }

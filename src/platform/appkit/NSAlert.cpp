@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/Runtime.h"
+#include "platform/appkit/NSWindowController.h"
 #include "platform/foundation/NSRunLoop.h"
 
 namespace platform {
@@ -20,6 +21,17 @@ int NSAlert::runModal() const {
   });
   desktop.mainLoop().run();
   return kFirstButtonReturn + static_cast<int>(*answer);
+}
+
+void NSAlert::beginSheetModalForWindow(NSWindow& window,
+                                       std::function<void(int response)> completionHandler) const {
+  if (!window.isVisible()) {
+    if (const auto controller = window.windowController())
+      controller->showWindow(nullptr);
+    else
+      window.show(port::PlacedByDesktop{});
+  }
+  window.beginSheet(*this, std::move(completionHandler));
 }
 
 }  // namespace platform

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace platform {
+
+class NSWindow;
 
 /// How serious an alert is, with the platform's numbers.
 enum class NSAlertStyle { Warning = 0, Informational = 1, Critical = 2 };
@@ -24,6 +27,11 @@ class NSAlert {
 
   /// Shows the alert and handles events until it is answered.
   int runModal() const;
+  /// Puts a copy of the alert on `window` and returns at once; several wait for each other. A
+  /// window that is off the screen is shown first, by its controller if it has one.
+  /// `completionHandler`, which may be empty, gets what `runModal` would return.
+  void beginSheetModalForWindow(NSWindow& window,
+                                std::function<void(int response)> completionHandler) const;
 
  private:
   std::string messageText_;

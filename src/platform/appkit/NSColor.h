@@ -30,10 +30,12 @@ class NSColor {
   constexpr NSColor(RGBA rgba) : storage_(rgba) {}
   constexpr NSColor(NSSystemColor color) : storage_(color) {}
 
-  // The platform's named greys, by its white values.
+  // The platform's named colours; the greys by its white values.
   [[nodiscard]] static constexpr NSColor blackColor() { return white(0); }
   [[nodiscard]] static constexpr NSColor whiteColor() { return white(1); }
   [[nodiscard]] static constexpr NSColor lightGrayColor() { return white(2.0 / 3); }
+  [[nodiscard]] static constexpr NSColor grayColor() { return white(0.5); }
+  [[nodiscard]] static constexpr NSColor blueColor() { return RGBA{0, 0, 1, 1}; }
 
   [[nodiscard]] constexpr NSColor colorWithAlphaComponent(double alpha) const {
     NSColor color = *this;

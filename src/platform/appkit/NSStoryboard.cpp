@@ -6,9 +6,13 @@
 #include <pugixml.hpp>
 #include <set>
 
+#include "platform/appkit/NSBox.h"
+#include "platform/appkit/NSButton.h"
 #include "platform/appkit/NSImageView.h"
 #include "platform/appkit/NSStackView.h"
 #include "platform/appkit/NSTextField.h"
+#include "platform/appkit/NSViewController.h"
+#include "platform/appkit/NSWindowController.h"
 #include "platform/foundation/ClassRegistry.h"
 #include "platform/foundation/ProgrammingError.h"
 
@@ -22,6 +26,10 @@ std::shared_ptr<NSObject> make(const NSCoder& coder) {
   return T::initWithCoder(coder);
 }
 
+std::shared_ptr<NSObject> makeCheckbox(const NSCoder& coder) {
+  return NSButton::checkboxWithCoder(coder);
+}
+
 /// Elements that stand for a class of the layer. Any other element names its class itself.
 struct ElementRow {
   std::string_view element;
@@ -31,7 +39,8 @@ struct ElementRow {
 constexpr ElementRow kElements[] = {
     {"view", &make<NSView>},           {"stackView", &make<NSStackView>},
     {"textField", &make<NSTextField>}, {"imageView", &make<NSImageView>},
-    {"separator", &make<NSSeparator>},
+    {"separator", &make<NSSeparator>}, {"button", &make<NSButton>},
+    {"checkbox", &makeCheckbox},       {"box", &make<NSBox>},
 };
 
 ClassRegistry::Maker makerOf(const pugi::xml_node& node) {
@@ -105,6 +114,10 @@ class ViewBuilder {
     }
     if (const char* id = node.attribute("id").as_string(nullptr)) remember(node, id, view);
     for (const pugi::xml_node& child : node.children()) addChild(*view, child);
+    if (view->kind() == NSViewKind::Box && view->subviews().size() != 1)
+      problems_.push_back(problem(node, "not one view in a box"));
+    if (const auto button = std::dynamic_pointer_cast<NSButton>(view))
+      if (!button->action().empty()) buttons_.emplace_back(node, button);
     return view;
   }
 
@@ -115,6 +128,15 @@ class ViewBuilder {
       problems_.push_back(problem(node, "an outlet without destination"));
     } else if (!owner.connectOutlet(property, found->second)) {
       problems_.push_back(problem(node, "no outlet '" + std::string(property) + "' of that class"));
+    }
+  }
+
+  /// Makes `owner` the target of every button that was built.
+  void connectActions(NSObject& owner) {
+    for (const auto& [node, button] : buttons_) {
+      button->setTarget(owner.shared_from_this());
+      if (!owner.respondsToSelector(button->action()))
+        problems_.push_back(problem(node, "no message '" + button->action() + "' of that class"));
     }
   }
 
@@ -137,9 +159,11 @@ class ViewBuilder {
 
   Problems& problems_;
   std::map<std::string, std::shared_ptr<NSView>, std::less<>> views_;
+  std::vector<std::pair<pugi::xml_node, std::shared_ptr<NSButton>>> buttons_;
 };
 
-/// The one view of a controller's description, with the controller's outlets connected.
+/// The one view of a controller's description, with the controller's outlets and actions
+/// connected.
 std::shared_ptr<NSView> loadView(NSViewController& controller, const pugi::xml_node& node,
                                  Problems& problems) {
   ViewBuilder builder(problems);
@@ -153,6 +177,7 @@ std::shared_ptr<NSView> loadView(NSViewController& controller, const pugi::xml_n
       view = builder.build(child);
   }
   if (!view) problems.push_back(problem(node, "no view of a controller"));
+  builder.connectActions(controller);
   for (const OutletRow& row : controller.classDescription().outlets) {
     const std::string name(row.name);
     if (!node.find_child_by_attribute("outlet", "property", name.c_str()))
@@ -161,22 +186,59 @@ std::shared_ptr<NSView> loadView(NSViewController& controller, const pugi::xml_n
   return view;
 }
 
-void checkScene(const pugi::xml_node& scene, Problems& problems) {
-  const pugi::xml_node node = scene.child("viewController");
-  if (!node) {
-    problems.push_back(problem(scene, "no view controller"));
-    return;
-  }
-  const std::shared_ptr<NSObject> object = makeObject(node, problems);
-  if (!object) return;
-  if (const auto controller = std::dynamic_pointer_cast<NSViewController>(object))
-    static_cast<void>(loadView(*controller, node, problems));
-  else
-    problems.push_back(problem(node, "a class that is no view controller"));
-}
-
 void failOn(const Problems& problems) {
   if (!problems.empty()) programmingError("storyboard: " + problems.front());
+}
+
+/// Keeps the description alive for controllers whose views are not loaded yet.
+using Document = std::shared_ptr<const void>;
+
+template <typename Controller>
+std::shared_ptr<Controller> makeController(const pugi::xml_node& node, std::string_view what,
+                                           Problems& problems) {
+  const std::shared_ptr<NSObject> object = makeObject(node, problems);
+  auto controller = std::dynamic_pointer_cast<Controller>(object);
+  if (object && !controller)
+    problems.push_back(problem(node, "a class that is no " + std::string(what)));
+  return controller;
+}
+
+std::shared_ptr<NSViewController> makeViewController(const pugi::xml_node& node,
+                                                     const Document& document, Problems& problems) {
+  auto controller = makeController<NSViewController>(node, "view controller", problems);
+  if (!controller) return nullptr;
+  controller->setLoader([document, node](NSViewController& owner) {
+    Problems found;
+    std::shared_ptr<NSView> view = loadView(owner, node, found);
+    failOn(found);
+    return view;
+  });
+  return controller;
+}
+
+std::shared_ptr<NSWindowController> makeWindowController(const pugi::xml_node& node,
+                                                         const Document& document,
+                                                         Problems& problems) {
+  auto controller = makeController<NSWindowController>(node, "window controller", problems);
+  if (!controller) return nullptr;
+  controller->setLoader([document, node] {
+    Problems found;
+    auto content = makeViewController(node.child("viewController"), document, found);
+    failOn(found);
+    return content;
+  });
+  return controller;
+}
+
+void checkScene(const pugi::xml_node& scene, Problems& problems) {
+  const pugi::xml_node window = scene.child("windowController");
+  if (window) static_cast<void>(makeWindowController(window, nullptr, problems));
+  const pugi::xml_node holder = window ? window : scene;
+  const pugi::xml_node content = holder.child("viewController");
+  if (!content)
+    problems.push_back(problem(holder, "no view controller"));
+  else if (const auto controller = makeViewController(content, nullptr, problems))
+    static_cast<void>(loadView(*controller, content, problems));
 }
 
 }  // namespace
@@ -205,23 +267,20 @@ NSStoryboard::NSStoryboard(std::string_view text) {
 
 NSStoryboard::~NSStoryboard() = default;
 
-std::shared_ptr<NSViewController> NSStoryboard::instantiateControllerWithIdentifier(
+std::shared_ptr<NSObject> NSStoryboard::instantiateControllerWithIdentifier(
     std::string_view identifier) {
   failOn(document_->problems);
   const pugi::xml_node scene = document_->root().find_child_by_attribute(
       "scene", "identifier", std::string(identifier).c_str());
-  const pugi::xml_node node = scene.child("viewController");
-  if (!node) programmingError("storyboard: no scene '" + std::string(identifier) + "'");
   Problems problems;
-  auto controller = std::dynamic_pointer_cast<NSViewController>(makeObject(node, problems));
+  std::shared_ptr<NSObject> controller;
+  if (const pugi::xml_node window = scene.child("windowController"))
+    controller = makeWindowController(window, document_, problems);
+  else if (const pugi::xml_node view = scene.child("viewController"))
+    controller = makeViewController(view, document_, problems);
+  else
+    programmingError("storyboard: no scene '" + std::string(identifier) + "'");
   failOn(problems);
-  if (!controller) programmingError("storyboard: a scene's class is no view controller");
-  controller->setLoader([document = document_, node](NSViewController& owner) {
-    Problems found;
-    std::shared_ptr<NSView> view = loadView(owner, node, found);
-    failOn(found);
-    return view;
-  });
   return controller;
 }
 

@@ -5,15 +5,15 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/appkit/NSViewController.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSObject.h"
 
 namespace platform {
 
-/// An interface description: scenes, each a view controller with its tree of views, connected by
-/// name. docs/storyboard.md tells how one is written. It is compiled into the program, so whatever
-/// is wrong with it is a programming error; `problems` finds all of that ahead of time.
+/// An interface description: scenes, each a view controller with its tree of views, on its own or
+/// in a window, connected by name. docs/storyboard.md tells how one is written. It is compiled into
+/// the program, so whatever is wrong with it is a programming error; `problems` finds all of that
+/// ahead of time.
 class NSStoryboard final : public NSObject {
  public:
   /// The resource `name`.storyboard of `bundle`, of the main bundle when that is null.
@@ -22,8 +22,9 @@ class NSStoryboard final : public NSObject {
   explicit NSStoryboard(std::string_view text);
   ~NSStoryboard() override;
 
-  /// A new controller of the scene. Its view loads when it is first asked for.
-  [[nodiscard]] std::shared_ptr<NSViewController> instantiateControllerWithIdentifier(
+  /// A new controller of the scene: an NSViewController or an NSWindowController. Its view or its
+  /// window loads when it is first asked for.
+  [[nodiscard]] std::shared_ptr<NSObject> instantiateControllerWithIdentifier(
       std::string_view identifier);
   /// A new object of the class that the description names as the application's delegate.
   [[nodiscard]] std::shared_ptr<NSObject> instantiateApplicationDelegate();

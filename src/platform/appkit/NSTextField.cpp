@@ -17,6 +17,16 @@ constexpr StyleRow kStyles[] = {
     {"caption", NSTextStyle::Caption},
 };
 
+struct ContentRow {
+  std::string_view name;
+  NSTextContent content;
+};
+
+constexpr ContentRow kContents[] = {
+    {"text", NSTextContent::Text},
+    {"filePath", NSTextContent::FilePath},
+};
+
 }  // namespace
 
 std::shared_ptr<NSTextField> NSTextField::initWithCoder(const NSCoder& coder) {
@@ -31,6 +41,11 @@ bool NSTextField::decode(const NSCoder& coder) {
     const auto* row = std::ranges::find(kStyles, *name, &StyleRow::name);
     if (row == std::end(kStyles)) return false;
     textStyle_ = row->style;
+  }
+  if (const auto name = coder.attribute("content")) {
+    const auto* row = std::ranges::find(kContents, *name, &ContentRow::name);
+    if (row == std::end(kContents)) return false;
+    content_ = row->content;
   }
   if (const auto text = coder.attribute("textColor")) {
     const auto color = attributeFromText<NSColor>(*text);

@@ -26,6 +26,9 @@ enum class NSViewKind {
   Label,
   Image,
   Separator,
+  Button,
+  Checkbox,
+  Box,  ///< a frame around its one subview
 };
 
 /// A rectangle of a window: a node of the observable model that a window's peer shows.

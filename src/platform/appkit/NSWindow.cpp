@@ -5,6 +5,7 @@
 
 #include "platform/Runtime.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSWindowController.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/ProgrammingError.h"
 
@@ -17,6 +18,7 @@ NSWindow::NSWindow(NSRect contentRect, NSWindowStyle style, NSBackingStoreType, 
              contentRect.height} {}
 
 NSWindow::~NSWindow() {
+  sheetPeer_.reset();
   peer_.reset();
   if (contentView_) contentView_->setHost(nullptr);
 }
@@ -47,6 +49,7 @@ void NSWindow::show(const port::Placement& placement) {
   displayIfNeeded();
   visible_ = true;
   peer_->show(placement);
+  if (!sheets_.empty()) showSheetSoon();
 }
 
 void NSWindow::orderBack(NSObject*) {
@@ -57,6 +60,7 @@ void NSWindow::orderOut(NSObject*) {
   if (!visible_) return;
   visible_ = false;
   key_ = false;
+  sheetPeer_.reset();
   peer_->hide();
 }
 
@@ -99,6 +103,45 @@ void NSWindow::displaySoon() {
   });
 }
 
+// --- Sheets ---
+
+void NSWindow::beginSheet(const NSAlert& alert,
+                          std::function<void(int response)> completionHandler) {
+  sheets_.push_back({alert, std::move(completionHandler)});
+  showSheetSoon();
+}
+
+// Not at once: a window that is about to close would flash the sheet.
+void NSWindow::showSheetSoon() {
+  NSRunLoop::mainRunLoop().beforeWaiting([weak = weak_from_this()] {
+    if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) self->showFirstSheet();
+  });
+}
+
+void NSWindow::showFirstSheet() {
+  if (!visible_ || sheetPeer_ || sheets_.empty()) return;
+  const auto answered = [weak = weak_from_this()](std::size_t button) {
+    // Later, because the sheet's peer is still reporting.
+    NSRunLoop::mainRunLoop().enqueue([weak, button] {
+      if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) {
+        self->endFirstSheet(button);
+      }
+    });
+  };
+  sheetPeer_ =
+      Runtime::current().desktop().windows().showSheet(sheets_.front().alert, *peer_, answered);
+}
+
+void NSWindow::endFirstSheet(std::size_t button) {
+  const Sheet ended = std::move(sheets_.front());
+  sheets_.pop_front();
+  sheetPeer_.reset();
+  if (!sheets_.empty()) showSheetSoon();
+  if (ended.completionHandler) {
+    ended.completionHandler(NSAlert::kFirstButtonReturn + static_cast<int>(button));
+  }
+}
+
 // --- Reports of the peer ---
 
 void NSWindow::deliver(std::function<void(NSWindow& self)> report) {
@@ -117,7 +160,7 @@ void NSWindow::windowDidResignKey() {
 
 void NSWindow::windowShouldClose() {
   deliver([](NSWindow& self) {
-    if (self.delegate_ != nullptr) self.delegate_->windowShouldClose();
+    if (self.delegate_ != nullptr && !self.sheetPeer_) self.delegate_->windowShouldClose();
   });
 }
 
@@ -133,6 +176,14 @@ void NSWindow::mouseDown(NSView& view, const NSEvent& event) {
 
 void NSWindow::mouseUp(NSView& view, const NSEvent& event) {
   sendMouseEvent(view, event, &NSView::mouseUp);
+}
+
+void NSWindow::keyDown(const NSEvent& event) {
+  NSApplication::sharedApplication().sendEvent(event, [weak = weak_from_this(), event] {
+    const auto self = std::static_pointer_cast<NSWindow>(weak.lock());
+    if (!self) return;
+    if (const auto controller = self->windowController()) controller->keyDown(event);
+  });
 }
 
 void NSWindow::sendMouseEvent(NSView& view, const NSEvent& event,

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSScreen.h"
 #include "platform/appkit/NSView.h"
 #include "platform/coregraphics/CGWindow.h"
@@ -102,6 +104,11 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   /// Sends what has changed to the peer now rather than at the end of the turn.
   void displayIfNeeded();
 
+  /// Shows a copy of `alert` on the window once the sheets that came before have been answered. A
+  /// sheet is on the screen only while its window is, and the user cannot close the window then.
+  /// `completionHandler` gets the number of the chosen button, see NSAlert. For NSAlert.
+  void beginSheet(const NSAlert& alert, std::function<void(int response)> completionHandler);
+
  private:
   void viewDidChange(NSView& view, ViewChange change) override;
   [[nodiscard]] NSWindow* window() override { return this; }
@@ -111,12 +118,21 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   void userActedElsewhere() override;
   void mouseDown(NSView& view, const NSEvent& event) override;
   void mouseUp(NSView& view, const NSEvent& event) override;
+  void keyDown(const NSEvent& event) override;
   void deliver(std::function<void(NSWindow& self)> report);
   static void sendMouseEvent(NSView& view, const NSEvent& event,
                              void (NSView::*handler)(const NSEvent&));
 
   void fillWithContent();
   void displaySoon();
+  void showSheetSoon();
+  void showFirstSheet();
+  void endFirstSheet(std::size_t button);
+
+  struct Sheet {
+    NSAlert alert;
+    std::function<void(int response)> completionHandler;
+  };
 
   NSWindowStyle style_;
   NSRect frame_;
@@ -128,6 +144,9 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   std::shared_ptr<NSView> contentView_;
   NSWindowDelegate* delegate_ = nullptr;
   std::unique_ptr<port::WindowPeer> peer_;
+  /// What is not answered yet, the oldest first, and the peer of the first while it is shown.
+  std::deque<Sheet> sheets_;
+  std::unique_ptr<port::Windows::ModalPeer> sheetPeer_;
   std::vector<port::ChangedView> changes_;
   bool frameChanged_ = false;
   bool canHide_ = true;

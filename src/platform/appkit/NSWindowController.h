@@ -1,19 +1,60 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 
+#include "platform/appkit/NSViewController.h"
 #include "platform/appkit/NSWindow.h"
+#include "platform/foundation/NSCoder.h"
 
 namespace platform {
 
-/// Owns a window for the sake of whoever opens it.
-class NSWindowController : public NSObject {
+/// Owns a window for the sake of whoever opens it. One that an interface description speaks of is
+/// titled, has a controller of what is in it, loads the first time that it is asked for, and is
+/// kept when the user closes it.
+class NSWindowController : public NSObject, private NSWindowDelegate {
  public:
-  [[nodiscard]] const std::shared_ptr<NSWindow>& window() const { return window_; }
+  NSWindowController() = default;
+  ~NSWindowController() override;
+
+  /// Makes the controller of the window's content. Set by the storyboard.
+  using Loader = std::function<std::shared_ptr<NSViewController>()>;
+  void setLoader(Loader loader) { loader_ = std::move(loader); }
+
+  /// Null when there is neither a window nor a loader.
+  [[nodiscard]] const std::shared_ptr<NSWindow>& window();
   void setWindow(std::shared_ptr<NSWindow> window) { window_ = std::move(window); }
+  /// Null before the window has loaded.
+  [[nodiscard]] const std::shared_ptr<NSViewController>& contentViewController() const {
+    return content_;
+  }
+
+  /// Shows the window in front of the application's others and asks for the keyboard. The content
+  /// is told that it appears, unless the window is on the screen already. For a window with
+  /// content of a description. `sender` is not used.
+  void showWindow(NSObject* sender);
+  /// Takes the window off the screen, as the user does who closes it. Closed already: does nothing.
+  void close();
+
+  /// Once, when the window and what is in it have loaded.
+  virtual void windowDidLoad() {}
+  /// A key press that no control of the window took. The base handling lets it be.
+  virtual void keyDown(const NSEvent&) {}
+
+ protected:
+  /// Takes the controller's own attributes from an interface description.
+  [[nodiscard]] virtual bool decode(const NSCoder& coder);
 
  private:
+  void loadWindow();
+  void windowShouldClose() override { close(); }
+  void userActedElsewhere() override {}
+
+  Loader loader_;
+  std::string title_;
   std::shared_ptr<NSWindow> window_;
+  std::shared_ptr<NSViewController> content_;
 };
 
 }  // namespace platform

@@ -12,7 +12,7 @@ enum class ViewChange : std::uint32_t {
   Layer = 1,       ///< the look of its layer, or its shadow
   Frame = 2,       ///< where it is or how large
   Subviews = 4,    ///< views were added to it or taken from it
-  Content = 8,     ///< its text, image, title or state
+  Content = 8,     ///< its text, image, title, state or border
   Hidden = 16,     ///< whether it is hidden
   Attributes = 32  ///< what assistive technology is told of it, or whether it is enabled
 };

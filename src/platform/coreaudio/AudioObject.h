@@ -4,19 +4,12 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/foundation/OSStatus.h"
+
 namespace platform {
 
-using OSStatus = std::int32_t;
 using AudioObjectID = std::uint32_t;
 
-/// A four-character code as the platform packs it: the first character in the high byte.
-[[nodiscard]] consteval std::uint32_t fourCharCode(const char (&text)[5]) {
-  std::uint32_t code = 0;
-  for (int i = 0; i < 4; ++i) code = code << 8 | static_cast<unsigned char>(text[i]);
-  return code;
-}
-
-inline constexpr OSStatus noErr = 0;
 // The status codes of the audio hardware services; each is a four-character code.
 inline constexpr OSStatus kAudioHardwareNotRunningError =
     static_cast<OSStatus>(fourCharCode("stop"));

@@ -8,6 +8,10 @@ NSBundle& NSBundle::mainBundle() {
   return *Runtime::current().instance<NSBundle>();
 }
 
+std::string NSBundle::bundlePath() const {
+  return Runtime::current().desktop().bundlePath();
+}
+
 void NSBundle::addResource(std::string fileName, std::string_view bytes) {
   resources_.insert_or_assign(std::move(fileName), bytes);
 }

@@ -14,6 +14,9 @@ class NSBundle final : public NSObject {
  public:
   [[nodiscard]] static NSBundle& mainBundle();
 
+  /// Where the application is: what a desktop starts in order to start the application.
+  [[nodiscard]] std::string bundlePath() const;
+
   /// `bytes` outlive the process's use of them. Called by whoever makes the Runtime.
   void addResource(std::string fileName, std::string_view bytes);
   /// The bytes of the resource file `name`.`type`, if there is one.

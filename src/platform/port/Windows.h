@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <variant>
 #include <vector>
 
@@ -10,6 +12,7 @@
 
 namespace platform {
 class NSAlert;
+class NSOpenPanel;
 class NSView;
 class NSWindow;
 }  // namespace platform
@@ -40,15 +43,21 @@ class WindowClient {
 
   virtual void windowDidBecomeKey() = 0;
   virtual void windowDidResignKey() = 0;
-  /// The user wants the window closed: the title bar's button, Escape. The window is still there.
+  /// The user wants the window closed: the title bar's button, or Escape in a popover. The
+  /// window is still there.
   virtual void windowShouldClose() = 0;
   /// The user pressed a button outside the window, or turned to another program. Once for each such
-  /// act; a click on the window's own status item is none, and neither is one in an alert.
+  /// act; a click on the window's own status item is none, and neither is one in an alert that the
+  /// window waits for.
   virtual void userActedElsewhere() = 0;
   /// A press and a release of the main button on `view`; a release always follows its press. Keys
   /// and assistive technology that flip a control report both, on the control.
   virtual void mouseDown(NSView& view, const NSEvent& event) = 0;
   virtual void mouseUp(NSView& view, const NSEvent& event) = 0;
+  /// A key press in a titled window; none for a modifier key alone. What the controls of the window
+  /// need without Control, Option and Command stays theirs and is not reported: Tab and Shift-Tab,
+  /// and Space and Return on a control that they act on. Repeats of a held key are not reported.
+  virtual void keyDown(const NSEvent& event) = 0;
 };
 
 /// One view that changed, and how.
@@ -67,7 +76,7 @@ class WindowPeer {
   /// A borderless window appears once it has content: at no moment is it seen empty.
   virtual void show(const Placement& placement) = 0;
   virtual void hide() = 0;
-  /// Asks for the keyboard; the desktop may refuse.
+  /// Asks for the keyboard; the desktop may refuse. A shown window comes to the front.
   virtual void makeKey() = 0;
   /// The window's frame or its views changed. Comes once a turn of the loop at most, with each view
   /// once; what it tells reaches the screen as a whole. A content view that was replaced is among
@@ -84,15 +93,24 @@ class Windows {
   [[nodiscard]] virtual std::unique_ptr<WindowPeer> createWindow(NSWindow& window,
                                                                  WindowClient& client) = 0;
 
-  /// An alert on the screen. Destroying it takes it away unanswered.
-  class AlertPeer {
+  /// Something on the screen that the user must answer. Destroying it takes it away unanswered.
+  class ModalPeer {
    public:
-    virtual ~AlertPeer() = default;
+    virtual ~ModalPeer() = default;
   };
   /// Shows `alert` in front of all windows of the application, which take no input until it is
   /// answered. `answered` gets the index of the chosen button, once, later.
-  [[nodiscard]] virtual std::unique_ptr<AlertPeer> showAlert(
+  [[nodiscard]] virtual std::unique_ptr<ModalPeer> showAlert(
       const NSAlert& alert, std::function<void(std::size_t button)> answered) = 0;
+  /// Shows `alert` on `window`, which takes no input until it is answered; the application's other
+  /// windows do. `window` is shown.
+  [[nodiscard]] virtual std::unique_ptr<ModalPeer> showSheet(
+      const NSAlert& alert, WindowPeer& window,
+      std::function<void(std::size_t button)> answered) = 0;
+  /// Lets the user choose a file, as the panel says. `answered` gets its absolute path, or none
+  /// when the user chose nothing; once, later. The application's windows take no input meanwhile.
+  [[nodiscard]] virtual std::unique_ptr<ModalPeer> showOpenPanel(
+      const NSOpenPanel& panel, std::function<void(std::optional<std::string> path)> answered) = 0;
 
   /// Brings the application to the foreground; the desktop may refuse.
   virtual void activateApplication() = 0;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/appkit/NSView.h"
+
+namespace platform {
+
+/// A frame around a view, with rounded corners. Holds one subview.
+class NSBox final : public NSView {
+ public:
+  [[nodiscard]] static std::shared_ptr<NSBox> initWithCoder(const NSCoder& coder);
+
+  [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Box; }
+  [[nodiscard]] const NSColor& borderColor() const { return borderColor_; }
+  void setBorderColor(NSColor color);
+  [[nodiscard]] NSAccessibilityRole accessibilityRole() const override {
+    return NSAccessibilityRole::Group;
+  }
+
+ protected:
+  [[nodiscard]] bool decode(const NSCoder& coder) override;
+
+ private:
+  NSColor borderColor_ = NSSystemColor::Separator;
+};
+
+}  // namespace platform

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/appkit/NSView.h"
+
+namespace platform {
+
+/// Whether a control with a state is on, with the platform's numbers.
+enum class NSControlStateValue { Off = 0, On = 1 };
+
+/// A push button or a checkbox. A click, a key on it or assistive technology comes as a press and a
+/// release; the release of a checkbox flips its state. Then the action is sent.
+class NSButton final : public NSView {
+ public:
+  [[nodiscard]] static std::shared_ptr<NSButton> initWithCoder(const NSCoder& coder);
+  [[nodiscard]] static std::shared_ptr<NSButton> checkboxWithCoder(const NSCoder& coder);
+
+  [[nodiscard]] NSViewKind kind() const override { return kind_; }
+  [[nodiscard]] const std::string& title() const { return title_; }
+  void setTitle(std::string title);
+  /// Always Off for a push button.
+  [[nodiscard]] NSControlStateValue state() const { return state_; }
+  /// Does not send the action.
+  void setState(NSControlStateValue state);
+
+  [[nodiscard]] const SEL& action() const { return action_; }
+  void setAction(SEL action) { action_ = std::move(action); }
+  /// Null, as at first: the action travels the responder chain.
+  void setTarget(const std::shared_ptr<NSObject>& target) { target_ = target; }
+
+  void mouseUp(const NSEvent& event) override;
+  [[nodiscard]] bool acceptsFirstResponder() const override { return true; }
+  [[nodiscard]] NSAccessibilityRole accessibilityRole() const override;
+  [[nodiscard]] std::optional<bool> accessibilityValue() const override;
+
+ protected:
+  [[nodiscard]] bool decode(const NSCoder& coder) override;
+
+ private:
+  NSViewKind kind_ = NSViewKind::Button;
+  std::string title_;
+  NSControlStateValue state_ = NSControlStateValue::Off;
+  SEL action_;
+  std::weak_ptr<NSObject> target_;
+};
+
+}  // namespace platform

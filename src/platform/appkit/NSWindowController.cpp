@@ -1,0 +1,49 @@
+#include "platform/appkit/NSWindowController.h"
+
+#include "platform/foundation/ProgrammingError.h"
+
+namespace platform {
+
+NSWindowController::~NSWindowController() {
+  if (content_ && window_) window_->setDelegate(nullptr);
+}
+
+bool NSWindowController::decode(const NSCoder& coder) {
+  if (const auto title = coder.attribute("title")) title_ = *title;
+  return true;
+}
+
+const std::shared_ptr<NSWindow>& NSWindowController::window() {
+  if (!window_ && loader_) loadWindow();
+  return window_;
+}
+
+void NSWindowController::loadWindow() {
+  window_ = std::make_shared<NSWindow>(NSWindowStyle::Titled);
+  window_->setTitle(title_);
+  window_->setDelegate(this);
+  window_->setWindowController(std::static_pointer_cast<NSWindowController>(shared_from_this()));
+  content_ = loader_();
+  window_->setContentView(content_->view());
+  windowDidLoad();
+}
+
+void NSWindowController::showWindow(NSObject*) {
+  if (!window() || !content_) programmingError("a window controller has no window to show");
+  NSWindow& shown = *window_;
+  if (!shown.isVisible()) {
+    content_->viewWillAppear();
+    shown.show(port::PlacedByDesktop{});
+    content_->viewDidAppear();
+  }
+  shown.makeKeyWindow();
+}
+
+void NSWindowController::close() {
+  if (!content_ || !window_ || !window_->isVisible()) return;
+  content_->viewWillDisappear();
+  window_->orderOut(nullptr);
+  content_->viewDidDisappear();
+}
+
+}  // namespace platform
