@@ -46,8 +46,8 @@ void ApplicationTest::relaunch() {
   launch();
 }
 
-void ApplicationTest::click(const std::weak_ptr<controls::CToggleButton>& toggle) {
-  const auto view = toggle.lock();
+void ApplicationTest::click(const std::weak_ptr<platform::NSView>& control) {
+  const auto view = control.lock();
   ASSERT_TRUE(view);
   desk.screen.press(*view);
   desk.screen.release(*view);

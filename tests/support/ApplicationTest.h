@@ -28,7 +28,7 @@ class ApplicationTest : public ::testing::Test {
   void relaunch();
 
   /// Press and release, and all that follows at once.
-  void click(const std::weak_ptr<controls::CToggleButton>& toggle);
+  void click(const std::weak_ptr<platform::NSView>& control);
   [[nodiscard]] presentation::ViewController& panel() { return *app::sharedViewController(); }
   [[nodiscard]] app::AppDelegate& delegate() { return *app::sharedAppDelegate(); }
 

@@ -69,8 +69,9 @@ ScriptResult<platform::Dictionary> SimulatedAutomation::volumeSettings() {
 
 std::optional<ScriptError> SimulatedAutomation::setInputVolume(int level) {
   log_.add("automation.setInputVolume " + std::to_string(level));
-  if (!failure) volume.insert_or_assign("input volume", level);
-  return failure;
+  if (failure) return failure;
+  if (!setInputVolumeFailure) volume.insert_or_assign("input volume", level);
+  return setInputVolumeFailure;
 }
 
 std::optional<ScriptError> SimulatedAutomation::displayNotification(std::string_view text) {

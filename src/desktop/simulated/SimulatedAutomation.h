@@ -62,6 +62,8 @@ class SimulatedAutomation final : public platform::port::Automation {
   platform::Dictionary volume{{"input volume", 100}};
   /// While set, every operation fails with it.
   std::optional<Error> failure;
+  /// While set, the input volume cannot be set.
+  std::optional<Error> setInputVolumeFailure;
 
  private:
   CallLog& log_;

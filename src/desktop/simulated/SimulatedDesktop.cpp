@@ -26,6 +26,10 @@ std::vector<std::string> SimulatedDesktop::leftBehind() const {
   if (screen.windowCount() != 0) left.push_back(std::to_string(screen.windowCount()) + " windows");
   if (!screen.alerts().empty()) left.push_back(std::to_string(screen.alerts().size()) + " alerts");
   if (tray.hasItem()) left.emplace_back("a status item");
+  for (const auto& [keyCode, modifiers] : keys.held()) {
+    left.push_back("the hot key " + std::to_string(keyCode) + " " + std::to_string(modifiers));
+  }
+  if (keys.hasClient()) left.emplace_back("a client of the hot keys");
   if (displays.hasClient()) left.emplace_back("a client of the screens");
   if (workspaces.hasClient()) left.emplace_back("a client of the spaces");
   return left;

@@ -8,6 +8,8 @@
 #include "desktop/simulated/SimulatedApplications.h"
 #include "desktop/simulated/SimulatedAudioObjects.h"
 #include "desktop/simulated/SimulatedAutomation.h"
+#include "desktop/simulated/SimulatedHotKeys.h"
+#include "desktop/simulated/SimulatedLoginItems.h"
 #include "desktop/simulated/SimulatedMainLoop.h"
 #include "desktop/simulated/SimulatedScreens.h"
 #include "desktop/simulated/SimulatedStatusBar.h"
@@ -65,6 +67,8 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedStatusBar& statusBar() override { return tray; }
   SimulatedScreens& screens() override { return displays; }
   [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return version; }
+  [[nodiscard]] std::string bundlePath() const override { return programPath; }
+  SimulatedLoginItems* loginItems() override { return hasLoginItems ? &startedAtLogin : nullptr; }
   SimulatedSpaces* spaces() override { return hasSpaces ? &workspaces : nullptr; }
   SimulatedApplications* runningApplications() override {
     return hasApplications ? &applications : nullptr;
@@ -79,6 +83,7 @@ class SimulatedDesktop final : public platform::Desktop {
   }
   SimulatedAudioObjects* audioObjects() override { return hasAudio ? &audio : nullptr; }
   SimulatedAutomation* automation() override { return hasAutomation ? &scripts : nullptr; }
+  SimulatedHotKeys* hotKeys() override { return hasHotKeys ? &keys : nullptr; }
   SimulatedUpdates* updates() override { return hasUpdates ? &updateService : nullptr; }
 
   /// What the program has not given back, a line each. Empty once its Runtime is gone, or it leaks.
@@ -93,6 +98,8 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedStatusBar tray{log};
   SimulatedAudioObjects audio{log};
   SimulatedAutomation scripts{log};
+  SimulatedLoginItems startedAtLogin{log};
+  SimulatedHotKeys keys{log};
   SimulatedUpdates updateService;
   SimulatedScreens displays;
   SimulatedSpaces workspaces;
@@ -102,11 +109,14 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedForeignPreferences preferences{log};
   SimulatedDistributedNotifications messages{log};
   platform::port::SystemVersion version{12, 0, 0};
+  std::string programPath = "/programs/calmdeck";
 
   // Levers: which optional services there are.
   bool hasAudio = true;
   bool hasAutomation = true;
+  bool hasHotKeys = true;
   bool hasUpdates = true;
+  bool hasLoginItems = true;
   bool hasApplications = true;
   bool hasPictures = true;
   bool hasWindowList = true;

@@ -6,6 +6,7 @@
 #include "desktop/simulated/SimulatedScreens.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSOpenPanel.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/ProgrammingError.h"
 
@@ -36,7 +37,10 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
       : client(windowClient), window(model), windows_(windows) {
     windows_.windows_.push_back(this);
   }
-  ~Window() override { std::erase(windows_.windows_, this); }
+  ~Window() override {
+    std::erase(windows_.windows_, this);
+    if (windows_.keyWindow_ == this) windows_.keyWindow_ = nullptr;
+  }
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
 
@@ -58,6 +62,7 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
   }
   void makeKey() override {
     windows_.log_.add("window.makeKey");
+    windows_.keyWindow_ = this;
     // Reports never come from inside a call of the peer.
     windows_.loop_.post([&windows = windows_, this] {
       if (std::ranges::find(windows.windows_, this) != windows.windows_.end()) {
@@ -85,7 +90,7 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
   bool hasContent_ = false;
 };
 
-class SimulatedWindows::Alert final : public AlertPeer {
+class SimulatedWindows::Alert final : public ModalPeer {
  public:
   explicit Alert(SimulatedWindows& windows) : windows_(windows) {}
   ~Alert() override {
@@ -99,18 +104,61 @@ class SimulatedWindows::Alert final : public AlertPeer {
   SimulatedWindows& windows_;
 };
 
+class SimulatedWindows::OpenPanel final : public ModalPeer {
+ public:
+  explicit OpenPanel(SimulatedWindows& windows) : windows_(windows) {}
+  ~OpenPanel() override {
+    windows_.panel_.reset();
+    windows_.chosen_ = nullptr;
+  }
+  OpenPanel(const OpenPanel&) = delete;
+  OpenPanel& operator=(const OpenPanel&) = delete;
+
+ private:
+  SimulatedWindows& windows_;
+};
+
 std::unique_ptr<platform::port::WindowPeer> SimulatedWindows::createWindow(
     NSWindow& window, platform::port::WindowClient& client) {
   return std::make_unique<Window>(*this, window, client);
 }
 
-std::unique_ptr<platform::port::Windows::AlertPeer> SimulatedWindows::showAlert(
+std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::showAlert(
     const platform::NSAlert& alert, std::function<void(std::size_t)> answered) {
   log_.add("windows.showAlert " + alert.messageText());
+  return addAlert(alert, false, std::move(answered));
+}
+
+std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::showSheet(
+    const platform::NSAlert& alert, platform::port::WindowPeer&,
+    std::function<void(std::size_t)> answered) {
+  log_.add("windows.showSheet " + alert.messageText());
+  return addAlert(alert, true, std::move(answered));
+}
+
+std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::addAlert(
+    const platform::NSAlert& alert, bool isSheet, std::function<void(std::size_t)> answered) {
   alerts_.push_back(
-      {alert.messageText(), static_cast<int>(alert.alertStyle()), alert.buttonTitles()});
+      {alert.messageText(), static_cast<int>(alert.alertStyle()), alert.buttonTitles(), isSheet});
   answered_.push_back(std::move(answered));
   return std::make_unique<Alert>(*this);
+}
+
+std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::showOpenPanel(
+    const platform::NSOpenPanel& panel,
+    std::function<void(std::optional<std::string>)> answered) {
+  log_.add("windows.showOpenPanel " + panel.message());
+  panel_ = ShownPanel{panel.message(), panel.prompt(), panel.allowedFileTypes(),
+                      panel.canChooseFiles(), panel.canChooseDirectories()};
+  chosen_ = std::move(answered);
+  return std::make_unique<OpenPanel>(*this);
+}
+
+void SimulatedWindows::pressKey(const platform::NSEvent& event) {
+  if (keyWindow_ == nullptr || !keyWindow_->isVisible()) {
+    platform::programmingError("no window has the keyboard");
+  }
+  keyWindow_->client.keyDown(event);
 }
 
 SimulatedWindows::Window& SimulatedWindows::windowOf(platform::NSView& view) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,14 +21,22 @@ class SimulatedWindows final : public platform::port::Windows {
 
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createWindow(
       platform::NSWindow& window, platform::port::WindowClient& client) override;
-  [[nodiscard]] std::unique_ptr<AlertPeer> showAlert(
+  [[nodiscard]] std::unique_ptr<ModalPeer> showAlert(
       const platform::NSAlert& alert, std::function<void(std::size_t)> answered) override;
+  [[nodiscard]] std::unique_ptr<ModalPeer> showSheet(
+      const platform::NSAlert& alert, platform::port::WindowPeer& window,
+      std::function<void(std::size_t)> answered) override;
+  [[nodiscard]] std::unique_ptr<ModalPeer> showOpenPanel(
+      const platform::NSOpenPanel& panel,
+      std::function<void(std::optional<std::string>)> answered) override;
   void activateApplication() override { log_.add("windows.activateApplication"); }
 
   // --- Levers: the user ---
   /// Press and release of the main button on a view, in the window that it is in.
   void press(platform::NSView& view);
   void release(platform::NSView& view);
+  /// The user presses a key in the window that the application made key last.
+  void pressKey(const platform::NSEvent& event);
   /// The user acts outside every window.
   void actElsewhere();
   /// The user wants every window closed.
@@ -38,10 +47,24 @@ class SimulatedWindows final : public platform::port::Windows {
     std::string message;
     int style;
     std::vector<std::string> buttons;
+    /// On one window, rather than in front of all.
+    bool isSheet = false;
     bool operator==(const ShownAlert&) const = default;
   };
   [[nodiscard]] const std::vector<ShownAlert>& alerts() const { return alerts_; }
   void answerAlert(std::size_t button) { answered_.back()(button); }
+
+  /// An open panel on the screen.
+  struct ShownPanel {
+    std::string message;
+    std::string prompt;
+    std::vector<std::string> types;
+    bool files;
+    bool directories;
+  };
+  [[nodiscard]] const std::optional<ShownPanel>& openPanel() const { return panel_; }
+  /// The user chooses a file there, or nothing.
+  void answerOpenPanel(std::optional<std::string> path) { chosen_(std::move(path)); }
 
   // --- What is there ---
   [[nodiscard]] std::size_t windowCount() const { return windows_.size(); }
@@ -57,6 +80,9 @@ class SimulatedWindows final : public platform::port::Windows {
  private:
   class Window;
   class Alert;
+  class OpenPanel;
+  [[nodiscard]] std::unique_ptr<ModalPeer> addAlert(const platform::NSAlert& alert, bool isSheet,
+                                                    std::function<void(std::size_t)> answered);
   [[nodiscard]] Window& windowOf(platform::NSView& view);
 
   CallLog& log_;
@@ -64,6 +90,10 @@ class SimulatedWindows final : public platform::port::Windows {
   std::vector<Window*> windows_;
   std::vector<ShownAlert> alerts_;
   std::vector<std::function<void(std::size_t)>> answered_;
+  std::optional<ShownPanel> panel_;
+  std::function<void(std::optional<std::string>)> chosen_;
+  /// The window that was made key last; null when it went.
+  Window* keyWindow_ = nullptr;
   int updates_ = 0;
 };
 

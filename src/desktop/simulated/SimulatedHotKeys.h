@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+
+#include "desktop/simulated/CallLog.h"
+#include "platform/port/HotKeys.h"
+
+namespace simulated {
+
+/// A keyboard's combinations as a table of who holds them.
+class SimulatedHotKeys final : public platform::port::HotKeys {
+ public:
+  /// The two numbers of the port: a virtual key code and a modifier mask.
+  struct Combination {
+    std::uint32_t keyCode = 0;
+    std::uint32_t modifiers = 0;
+    auto operator<=>(const Combination&) const = default;
+  };
+
+  explicit SimulatedHotKeys(CallLog& log) : log_(log) {}
+
+  void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
+  [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
+                                                  std::uint32_t keyCode,
+                                                  std::uint32_t modifiers) override;
+  void unregisterHotKey(platform::port::HotKeyNumber number) override;
+
+  // --- Levers ---
+  /// What other programs hold.
+  std::set<Combination> heldByOthers;
+  /// What this keyboard cannot make.
+  std::set<Combination> impossible;
+  /// The user presses a combination, and lets go of it. Nothing happens when nobody holds it.
+  void press(Combination combination);
+  void release(Combination combination);
+  /// What this program holds.
+  [[nodiscard]] std::set<Combination> held() const;
+  [[nodiscard]] bool hasClient() const { return client_ != nullptr; }
+
+ private:
+  /// 0 when it is not ours.
+  [[nodiscard]] platform::port::HotKeyNumber numberOf(Combination combination) const;
+
+  CallLog& log_;
+  platform::port::HotKeysClient* client_ = nullptr;
+  std::map<platform::port::HotKeyNumber, Combination> registered_;
+};
+
+}  // namespace simulated
