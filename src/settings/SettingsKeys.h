@@ -19,7 +19,7 @@ inline constexpr std::string_view kUserdefaultsToggleWallpaper = "kUserdefaultsT
 inline constexpr std::string_view kUserdefaultsSelectedWallpaper = "kUserdefaultsSelectedWallpaper";
 
 // A shortcut is a pair: the key's text (String) and the modifier list (Array of integers, see
-// ModifierList.h). Absent: no shortcut.
+// hotkeys/ModifierFlags.h). Absent: no shortcut.
 inline constexpr std::string_view kuserdefault_ToggleAppShortcut = "kuserdefault_ToggleAppShortcut";
 inline constexpr std::string_view kuserdefault_ToggleAppFlag = "kuserdefault_ToggleAppFlag";
 inline constexpr std::string_view kuserdefault_MuteMicShortcut = "kuserdefault_MuteMicShortcut";
