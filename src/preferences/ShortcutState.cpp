@@ -1,0 +1,49 @@
+#include "preferences/ShortcutState.h"
+
+#include "platform/Runtime.h"
+#include "platform/foundation/NSUserDefaults.h"
+
+namespace preferences {
+
+using platform::NSUserDefaults;
+
+namespace {
+
+/// The list that `stored` is, if it is an Array of nothing but integers.
+std::optional<hotkeys::ModifierList> listOf(const std::optional<platform::Value>& stored) {
+  const auto array = stored ? stored->as<platform::Array>() : std::nullopt;
+  if (!array) return std::nullopt;
+  hotkeys::ModifierList list;
+  for (const platform::Value& element : *array) {
+    const auto number = element.as<std::int64_t>();
+    if (!number) return std::nullopt;
+    list.push_back(*number);
+  }
+  return list;
+}
+
+}  // namespace
+
+std::string ShortcutState::shortcutText() const {
+  return hotkeys::description(currentShortcutModifiers) + currentShortcutKey;
+}
+
+void ShortcutState::clearShortcut() {
+  currentShortcutKey.clear();
+  currentShortcutModifiers = {};
+}
+
+void ShortcutState::loadShortcut(std::string_view textKey, std::string_view listKey) {
+  clearShortcut();
+  const NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  if (const auto text = defaults.objectOfType<std::string>(textKey)) currentShortcutKey = *text;
+  if (const auto list = listOf(defaults.objectForKey(listKey))) {
+    currentShortcutModifiers = hotkeys::modifierFlagsFromList(*list);
+  }
+}
+
+ShortcutState& shortcutState() {
+  return *platform::Runtime::current().instance<ShortcutState>();
+}
+
+}  // namespace preferences

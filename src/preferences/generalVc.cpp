@@ -1,0 +1,108 @@
+#include "preferences/generalVc.h"
+
+#include <array>
+
+#include "platform/appkit/NSOpenPanel.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "preferences/ShortcutRow.h"
+#include "preferences/ShortcutState.h"
+#include "preferences/WallpaperTypes.h"
+#include "settings/SettingsKeys.h"
+
+namespace preferences {
+
+using platform::NSControlStateValue;
+using platform::NSUserDefaults;
+
+std::shared_ptr<generalVc> generalVc::initWithCoder(const platform::NSCoder&) {
+  return std::make_shared<generalVc>();
+}
+
+// --- Life cycle ---
+
+void generalVc::viewDidLoad() {
+  NSViewController::viewDidLoad();
+  shortcutState().currentGeneralVc = std::static_pointer_cast<generalVc>(shared_from_this());
+  borderNormalColor = connected(&generalVc::boxShortcutToggleApp).borderColor();
+}
+
+void generalVc::viewWillAppear() {
+  const NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  if (const auto launches = defaults.objectOfType<bool>(settings::kUserdeaultsLaunchAtLogin)) {
+    connected(&generalVc::checkBoxLaunchAtLogin)
+        .setState(*launches ? NSControlStateValue::On : NSControlStateValue::Off);
+  }
+  connected(&generalVc::lblCurrentWallpaper)
+      .setStringValue(defaults.objectOfType<std::string>(settings::kUserdefaultsSelectedWallpaper)
+                          .value_or("Please select a Wallpaper"));
+  shortcutState().isRecordingShortcut = false;
+  reload_ToggleApp();
+  reload_MuteMicShortcut();
+}
+
+void generalVc::viewWillDisappear() {
+  resetCurrentRecording();
+  shortcutState().isRecordingShortcut = false;
+}
+
+// --- Actions ---
+
+void generalVc::checkBoxLaunchAtLoginClicked() {
+  const bool launches =
+      connected(&generalVc::checkBoxLaunchAtLogin).state() == NSControlStateValue::On;
+  NSUserDefaults::standardUserDefaults().setBool(launches, settings::kUserdeaultsLaunchAtLogin);
+  host_().setLaunchAtStartup(launches);
+}
+
+void generalVc::btnChangeWallpaperClicked() {
+  const auto url = chooseWallpaperImage();
+  if (!url) return;
+  NSUserDefaults::standardUserDefaults().setObject(url->path(),
+                                                   settings::kUserdefaultsSelectedWallpaper);
+  connected(&generalVc::lblCurrentWallpaper).setStringValue(url->path());
+}
+
+std::optional<platform::NSURL> generalVc::chooseWallpaperImage() {
+  platform::NSOpenPanel panel;
+  panel.setCanChooseFiles(true);
+  panel.setCanChooseDirectories(false);
+  panel.setMessage("Please select an image");
+  panel.setAllowedFileTypes(allowedWallpaperTypes());
+  panel.setPrompt("Select");
+  if (panel.runModal() != platform::NSModalResponse::OK) return std::nullopt;
+  return panel.URL();
+}
+
+const platform::ClassDescription& generalVc::classDescription() const {
+  using platform::message;
+  using platform::outlet;
+  static constexpr std::array messages{
+      message<&generalVc::reload_ToggleApp>("reload_ToggleApp"),
+      message<&generalVc::reload_MuteMicShortcut>("reload_MuteMicShortcut"),
+      message<&generalVc::resetCurrentRecording>("resetCurrentRecording"),
+      message<&generalVc::checkBoxLaunchAtLoginClicked>("checkBoxLaunchAtLoginClicked:"),
+      message<&generalVc::btnChangeWallpaperClicked>("btnChangeWallpaperClicked:"),
+      message<&generalVc::btnRecordShortcutToggleAppClicked>("btnRecordShortcutToggleAppClicked:"),
+      message<&generalVc::btnRecordShortcutMuteMicClicked>("btnRecordShortcutMuteMic:"),
+      message<&generalVc::btnClearShortcut_ToggleAppClicked>("btnClearShortcut_ToggleAppClicked:"),
+      message<&generalVc::btnClearShortcutMuteMicClicked>("btnClearShortcutMuteMic:"),
+  };
+  static constexpr std::array outlets{
+      outlet<&generalVc::boxShortcutToggleApp>("boxShortcutToggleApp"),
+      outlet<&generalVc::boxShortcutMuteMic>("boxShortcutMuteMic"),
+      outlet<&generalVc::btnClearShortcut_ToggleApp>("btnClearShortcut_ToggleApp"),
+      outlet<&generalVc::btnClearShortcut_MuteMic>("btnClearShortcut_MuteMic"),
+      outlet<&generalVc::btnRecordShortcutToggleApp>("btnRecordShortcutToggleApp"),
+      outlet<&generalVc::btnRecordShortcutMuteMic>("btnRecordShortcutMuteMic"),
+      outlet<&generalVc::lblShortcutToggleApp>("lblShortcutToggleApp"),
+      outlet<&generalVc::lblShortcutMuteMic>("lblShortcutMuteMic"),
+      outlet<&generalVc::lblCurrentWallpaper>("lblCurrentWallpaper"),
+      outlet<&generalVc::btnChangeWallpaper>("btnChangeWallpaper"),
+      outlet<&generalVc::checkBoxLaunchAtLogin>("checkBoxLaunchAtLogin"),
+  };
+  static constexpr platform::ClassDescription description{
+      .className = "generalVc", .messages = messages, .outlets = outlets, .keys = {}};
+  return description;
+}
+
+}  // namespace preferences

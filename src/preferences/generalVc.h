@@ -1,0 +1,92 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/appkit/NSBox.h"
+#include "platform/appkit/NSButton.h"
+#include "platform/appkit/NSTextField.h"
+#include "platform/appkit/NSViewController.h"
+#include "platform/foundation/NSURL.h"
+#include "preferences/PreferencesHost.h"
+
+namespace preferences {
+
+struct ShortcutRow;
+
+/// The General pane: the two shortcuts, the wallpaper that the mode puts on the screens, and
+/// whether the program starts at login. Each time that it appears it reads all of that from the
+/// settings anew; what the user changes is stored at once.
+///
+/// A shortcut's row shows "Record Shortcut", or its shortcut and a clear button; while it records
+/// it is empty and its box is blue. One row records at most (see ShortcutState); the key presses
+/// reach preferencesWindowController. Main thread only.
+class generalVc final : public platform::NSViewController {
+ public:
+  [[nodiscard]] static std::shared_ptr<generalVc> initWithCoder(const platform::NSCoder& coder);
+
+  /// Asked for each time that the host is needed; set before the pane appears.
+  void setHostProvider(std::function<PreferencesHost&()> provider) { host_ = std::move(provider); }
+
+  std::weak_ptr<platform::NSBox> boxShortcutToggleApp;
+  std::weak_ptr<platform::NSBox> boxShortcutMuteMic;
+  std::weak_ptr<platform::NSButton> btnClearShortcut_ToggleApp;
+  std::weak_ptr<platform::NSButton> btnClearShortcut_MuteMic;
+  std::weak_ptr<platform::NSButton> btnRecordShortcutToggleApp;
+  std::weak_ptr<platform::NSButton> btnRecordShortcutMuteMic;
+  std::weak_ptr<platform::NSTextField> lblShortcutToggleApp;
+  std::weak_ptr<platform::NSTextField> lblShortcutMuteMic;
+  std::weak_ptr<platform::NSTextField> lblCurrentWallpaper;
+  std::weak_ptr<platform::NSButton> btnChangeWallpaper;
+  std::weak_ptr<platform::NSButton> checkBoxLaunchAtLogin;
+  /// Of a box whose row does not record: what the description says.
+  platform::NSColor borderNormalColor = platform::NSColor::grayColor();
+
+  void viewDidLoad() override;
+  void viewWillAppear() override;
+  /// Ends a recording without a new shortcut.
+  void viewWillDisappear() override;
+
+  // --- Actions ---
+  void checkBoxLaunchAtLoginClicked();
+  void btnChangeWallpaperClicked();
+  void btnRecordShortcutToggleAppClicked();
+  void btnRecordShortcutMuteMicClicked();
+  void btnClearShortcut_ToggleAppClicked();
+  void btnClearShortcutMuteMicClicked();
+
+  // --- Shortcuts (generalVcShortcuts.cpp) ---
+  void reload_ToggleApp();
+  void reload_MuteMicShortcut();
+  /// Gives the row that records its stored shortcut and its hot key back; its caller decides
+  /// whether a row still records.
+  void resetCurrentRecording();
+  /// Ends the recording before, if there is one, and waits for a key press. The row's own hot key
+  /// is given back, so that its combination reaches the window.
+  void startRecording(const ShortcutRow& row);
+  /// Leaves the recording of a row that has its new shortcut.
+  void endRecording();
+  void showShortcut(const ShortcutRow& row, const std::string& text) const;
+
+  [[nodiscard]] const platform::ClassDescription& classDescription() const override;
+
+ private:
+  /// Lets the user choose a file; none when the user did not.
+  [[nodiscard]] static std::optional<platform::NSURL> chooseWallpaperImage();
+  void reload(const ShortcutRow& row) const;
+  void clear(const ShortcutRow& row) const;
+  void showClearButton(const ShortcutRow& row, bool shown) const;
+  void showBorder(const ShortcutRow& row, platform::NSColor color) const;
+  template <typename View>
+  [[nodiscard]] View& connected(std::weak_ptr<View> generalVc::*outlet) const {
+    const std::shared_ptr<View> view = (this->*outlet).lock();
+    if (!view) platform::programmingError("an outlet of the General pane is not connected");
+    return *view;
+  }
+
+  std::function<PreferencesHost&()> host_;
+};
+
+}  // namespace preferences

@@ -1,0 +1,107 @@
+#include "platform/foundation/NSUserDefaults.h"
+#include "preferences/ShortcutRow.h"
+#include "preferences/ShortcutState.h"
+#include "preferences/generalVc.h"
+
+namespace preferences {
+
+using platform::NSColor;
+using platform::NSUserDefaults;
+
+namespace {
+
+constexpr const char* kNoShortcut = "Record Shortcut";
+
+}  // namespace
+
+// --- A row on the screen ---
+
+void generalVc::showShortcut(const ShortcutRow& row, const std::string& text) const {
+  connected(row.label).setStringValue(text);
+}
+
+void generalVc::showClearButton(const ShortcutRow& row, bool shown) const {
+  connected(row.clearButton).setHidden(!shown);
+}
+
+void generalVc::showBorder(const ShortcutRow& row, NSColor color) const {
+  connected(row.box).setBorderColor(color);
+}
+
+// --- Showing what is stored ---
+
+void generalVc::reload_ToggleApp() {
+  reload(ShortcutRow::toggleApp);
+}
+
+void generalVc::reload_MuteMicShortcut() {
+  reload(ShortcutRow::muteMic);
+}
+
+void generalVc::reload(const ShortcutRow& row) const {
+  ShortcutState& state = shortcutState();
+  state.loadShortcut(row.textKey, row.listKey);
+  const bool hasShortcut = !state.currentShortcutModifiers.isEmpty();
+  showShortcut(row, hasShortcut ? state.shortcutText() : kNoShortcut);
+  showClearButton(row, hasShortcut);
+  showBorder(row, borderNormalColor);
+}
+
+// --- Recording ---
+
+void generalVc::btnRecordShortcutToggleAppClicked() {
+  startRecording(ShortcutRow::toggleApp);
+}
+
+void generalVc::btnRecordShortcutMuteMicClicked() {
+  startRecording(ShortcutRow::muteMic);
+}
+
+void generalVc::startRecording(const ShortcutRow& row) {
+  resetCurrentRecording();
+  ShortcutState& state = shortcutState();
+  state.recordingMuteMic = row.isMuteMic;
+  state.isRecordingShortcut = true;
+  showShortcut(row, "");
+  showClearButton(row, false);
+  showBorder(row, NSColor::blueColor());
+  (host_().*row.unregisterHotKey)();
+  state.clearShortcut();
+}
+
+void generalVc::resetCurrentRecording() {
+  if (!shortcutState().isRecordingShortcut) return;
+  const ShortcutRow& row = ShortcutRow::recording();
+  reload(row);
+  if (!shortcutState().currentShortcutModifiers.isEmpty()) (host_().*row.registerHotKey)();
+}
+
+void generalVc::endRecording() {
+  shortcutState().isRecordingShortcut = false;
+  showBorder(ShortcutRow::recording(), borderNormalColor);
+  showClearButton(ShortcutRow::recording(), true);
+}
+
+// --- Clearing ---
+
+void generalVc::btnClearShortcut_ToggleAppClicked() {
+  clear(ShortcutRow::toggleApp);
+}
+
+void generalVc::btnClearShortcutMuteMicClicked() {
+  clear(ShortcutRow::muteMic);
+}
+
+// Whether a row records stays as it is, also when it is this one.
+void generalVc::clear(const ShortcutRow& row) const {
+  shortcutState().clearShortcut();
+  (host_().*row.unregisterHotKey)();
+  NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  defaults.removeObjectForKey(row.textKey);
+  defaults.removeObjectForKey(row.listKey);
+  showShortcut(row, kNoShortcut);
+  showClearButton(row, false);
+  showBorder(row, borderNormalColor);
+}
+
+}  // namespace preferences

@@ -1,0 +1,153 @@
+#include "preferences/preferencesWindowController.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "platform/appkit/NSAlert.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "platform/foundation/Print.h"
+#include "preferences/ShortcutRow.h"
+#include "preferences/ShortcutState.h"
+#include "preferences/generalVc.h"
+
+namespace preferences {
+
+using hotkeys::ModifierFlags;
+using platform::NSEvent;
+using platform::NSUserDefaults;
+using Bits = platform::NSEventModifierFlags;
+
+namespace {
+
+constexpr std::uint16_t kEscape = 53;
+constexpr std::uint32_t kFourModifiers = Bits::Command | Bits::Option | Bits::Control | Bits::Shift;
+
+/// What every program uses Command alone for.
+constexpr std::array<std::string_view, 15> kReservedCommandKeys{
+    "c", "v", "z", "f", ",", "h", "q", "n", "z", "a", "x", "\r", "m", "-", "+"};
+
+struct FunctionKey {
+  std::uint16_t keyCode;
+  std::string_view text;
+};
+
+constexpr FunctionKey kFunctionKeys[] = {
+    {122, "f1"}, {120, "f2"}, {99, "f3"},  {118, "f4"},  {96, "f5"},   {97, "f6"},
+    {98, "f7"},  {100, "f8"}, {101, "f9"}, {109, "f10"}, {103, "f11"}, {111, "f12"},
+};
+
+/// What a recorded combination prints besides its key code.
+struct TraceRow {
+  std::string_view text;
+  std::string_view line;
+};
+
+constexpr TraceRow kTraces[] = {{"r", "CMD + r"}, {",", "CMD + ,"}, {"/", "CMD + /"}};
+
+/// What stands for the key in the settings and in the row. The characters may be those of Shift,
+/// but a shifted comma and a shifted period stay what they are.
+std::string keyText(std::uint16_t keyCode, std::string characters) {
+  std::ranges::replace(characters, '<', ',');
+  std::ranges::replace(characters, '>', '.');
+  const auto* key = std::ranges::find(kFunctionKeys, keyCode, &FunctionKey::keyCode);
+  return key == std::end(kFunctionKeys) ? characters : std::string(key->text);
+}
+
+bool isReserved(std::string text, std::uint32_t modifierFlags) {
+  if ((modifierFlags & kFourModifiers) != Bits::Command) return false;
+  std::ranges::transform(text, text.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return std::ranges::find(kReservedCommandKeys, text) != kReservedCommandKeys.end();
+}
+
+/// Shows `text` in the row that records, if there is a pane.
+void showInPane(const std::string& text) {
+  if (const auto pane = shortcutState().currentGeneralVc) {
+    pane->showShortcut(ShortcutRow::recording(), text);
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<preferencesWindowController> preferencesWindowController::initWithCoder(
+    const platform::NSCoder& coder) {
+  auto controller = std::make_shared<preferencesWindowController>();
+  return controller->decode(coder) ? controller : nullptr;
+}
+
+void preferencesWindowController::windowDidLoad() {
+  NSWindowController::windowDidLoad();
+  if (const auto pane = std::dynamic_pointer_cast<generalVc>(contentViewController())) {
+    pane->setHostProvider(host_);
+  }
+}
+
+// --- Recording ---
+
+void preferencesWindowController::keyDown(const NSEvent& event) {
+  platform::print(std::to_string(event.keyCode));
+  ShortcutState& state = shortcutState();
+  if (!state.isRecordingShortcut) {
+    NSWindowController::keyDown(event);
+    return;
+  }
+  // It does not end a recording.
+  if (event.keyCode == kEscape) platform::print("ESC");
+  if ((event.modifierFlags & kFourModifiers) == 0 || !event.charactersIgnoringModifiers) return;
+  state.currentShortcutKey = keyText(event.keyCode, *event.charactersIgnoringModifiers);
+  if (isReserved(state.currentShortcutKey, event.modifierFlags))
+    refuseReserved();
+  else
+    takeShortcut(event);
+}
+
+void preferencesWindowController::refuseReserved() {
+  shortcutState().clearShortcut();
+  showInPane("");
+  askForAnother({});
+}
+
+void preferencesWindowController::takeShortcut(const NSEvent& event) {
+  ShortcutState& state = shortcutState();
+  const ShortcutRow& row = ShortcutRow::recording();
+  state.currentShortcutModifiers = ModifierFlags{event.modifierFlags};
+  NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  defaults.setObject(state.currentShortcutKey, row.textKey);
+  showInPane(state.shortcutText());
+  const auto list = hotkeys::modifierListFromFlags(state.currentShortcutModifiers);
+  defaults.setObject(platform::Array(list.begin(), list.end()), row.listKey);
+  // A refusal empties the state.
+  (host_().*row.registerHotKey)();
+  if (const auto pane = state.currentGeneralVc) pane->endRecording();
+  const auto* trace = std::ranges::find(kTraces, state.currentShortcutKey, &TraceRow::text);
+  if (trace != std::end(kTraces)) platform::print(trace->line);
+}
+
+// --- Refusals ---
+
+void preferencesWindowController::showShortcutUnavailableAlert() {
+  shortcutState().clearShortcut();
+  showInPane("");
+  askForAnother([](int) {
+    ShortcutState& state = shortcutState();
+    state.clearShortcut();
+    if (!state.currentGeneralVc) return;
+    // A recording that is still on would try the refused combination again, and so never end.
+    state.isRecordingShortcut = false;
+    state.currentGeneralVc->startRecording(ShortcutRow::recording());
+  });
+}
+
+void preferencesWindowController::askForAnother(
+    std::function<void(int response)> completionHandler) {
+  platform::NSAlert alert;
+  alert.setAlertStyle(platform::NSAlertStyle::Informational);
+  alert.setMessageText("Please use a different key combination.");
+  alert.addButtonWithTitle("OK");
+  alert.beginSheetModalForWindow(*window(), std::move(completionHandler));
+}
+
+}  // namespace preferences

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/appkit/NSWindowController.h"
+#include "preferences/PreferencesHost.h"
+
+namespace preferences {
+
+/// The window of the preferences, and the recorder: while a row of the pane records, the next key
+/// press with Control, Option, Shift or Command becomes its shortcut. Main thread only.
+class preferencesWindowController final : public platform::NSWindowController {
+ public:
+  [[nodiscard]] static std::shared_ptr<preferencesWindowController> initWithCoder(
+      const platform::NSCoder& coder);
+
+  /// Asked for each time that the host is needed; set before the window loads.
+  void setHostProvider(std::function<PreferencesHost&()> provider) { host_ = std::move(provider); }
+
+  void windowDidLoad() override;
+  /// Prints the key code of every key press.
+  void keyDown(const platform::NSEvent& event) override;
+  /// The desktop refused a combination: asks for another one in a sheet, and records once that is
+  /// dismissed. Does not wait.
+  void showShortcutUnavailableAlert();
+
+ private:
+  void refuseReserved();
+  void takeShortcut(const platform::NSEvent& event);
+  /// Asks for another combination in a sheet on the window.
+  void askForAnother(std::function<void(int response)> completionHandler);
+
+  std::function<PreferencesHost&()> host_;
+};
+
+}  // namespace preferences

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <optional>
+#include <string>
+
+#include "platform/carbon/KeyCodes.h"
+#include "preferences/ShortcutRow.h"
+#include "preferences/ShortcutState.h"
+#include "preferences/generalVc.h"
+#include "settings/SettingsKeys.h"
+#include "support/ApplicationTest.h"
+
+namespace preferences {
+
+using platform::Array;
+using platform::Value;
+using Bits = platform::NSEventModifierFlags;
+using Combination = simulated::SimulatedHotKeys::Combination;
+using Lines = std::vector<std::string>;
+
+constexpr Combination kControlK{platform::kVK_ANSI_K, platform::controlKey};
+constexpr Combination kControlJ{platform::kVK_ANSI_J, platform::controlKey};
+
+/// What a row of the pane looks like.
+struct Look {
+  std::string label;
+  bool hasClear = false;
+  bool isBlue = false;
+  bool operator==(const Look&) const = default;
+};
+inline void PrintTo(const Look& look, std::ostream* out) {
+  *out << '"' << look.label << '"' << (look.hasClear ? " clear" : "")
+       << (look.isBlue ? " blue" : "");
+}
+inline const Look kEmpty{"Record Shortcut", false, false};
+inline const Look kRecording{"", false, true};
+
+/// The program with its preferences, as the user sees and handles them.
+class PreferencesTest : public tests::ApplicationTest {
+ protected:
+  void openPreferences() {
+    desk.tray.rightClick();
+    desk.tray.choose("Preferences");
+    desk.loop.settle();
+    desk.output.lines.clear();
+    desk.log.clear();
+  }
+  void launchAndOpen() {
+    launch();
+    openPreferences();
+  }
+  /// Closes the panel too.
+  void closePreferences() {
+    desk.screen.escape();
+    desk.loop.settle();
+  }
+  void pressKey(std::uint32_t keyCode, std::uint32_t flags, std::optional<std::string> characters) {
+    desk.screen.pressKey({.type = platform::NSEventType::KeyDown,
+                          .locationInWindow = {},
+                          .keyCode = static_cast<std::uint16_t>(keyCode),
+                          .modifierFlags = flags,
+                          .charactersIgnoringModifiers = std::move(characters)});
+    desk.loop.settle();
+  }
+  void pressControlK() { pressKey(platform::kVK_ANSI_K, Bits::Control, "k"); }
+  void dismissSheet() {
+    desk.screen.answerAlert(0);
+    desk.loop.settle();
+  }
+  void store(std::string_view key, Value value) {
+    desk.settings.values.insert_or_assign(std::string(key), std::move(value));
+  }
+  void storeShortcut(const ShortcutRow& row, Value text, Value list) {
+    store(row.textKey, std::move(text));
+    store(row.listKey, std::move(list));
+  }
+  [[nodiscard]] std::optional<Value> stored(std::string_view key) {
+    return desk.settings.object(key);
+  }
+
+  [[nodiscard]] static generalVc& pane() { return *shortcutState().currentGeneralVc; }
+  void record(const ShortcutRow& row) {
+    click(row.isMuteMic ? pane().btnRecordShortcutMuteMic : pane().btnRecordShortcutToggleApp);
+  }
+  void clear(const ShortcutRow& row) { click(pane().*row.clearButton); }
+
+  [[nodiscard]] static Look look(const ShortcutRow& row) {
+    const platform::NSColor border = (pane().*row.box).lock()->borderColor();
+    EXPECT_TRUE(border == pane().borderNormalColor || border == platform::NSColor::blueColor());
+    return {(pane().*row.label).lock()->stringValue(),
+            !(pane().*row.clearButton).lock()->isHidden(),
+            border == platform::NSColor::blueColor()};
+  }
+  /// The label of a row that has a shortcut and does not record.
+  [[nodiscard]] static Look showing(std::string label) { return {std::move(label), true, false}; }
+
+  const ShortcutRow& toggleApp = ShortcutRow::toggleApp;
+  const ShortcutRow& muteMic = ShortcutRow::muteMic;
+};
+
+}  // namespace preferences

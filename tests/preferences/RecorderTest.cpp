@@ -1,0 +1,217 @@
+#include "preferences/PreferencesTest.h"
+
+namespace preferences {
+namespace {
+
+using platform::cmdKey;
+using platform::optionKey;
+using platform::shiftKey;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+
+class RecorderTest : public PreferencesTest {};
+
+TEST_F(RecorderTest, TheNextPressWithAModifierBecomesTheShortcutOfItsRow) {
+  const struct {
+    std::uint32_t keyCode;
+    std::uint32_t flags;
+    const char* characters;
+    const char* text;
+    Array list;
+    const char* label;
+    Combination combination;
+    Lines printed;
+  } presses[] = {
+      {40,
+       Bits::Control | Bits::Option,
+       "k",
+       "k",
+       {12, 13},
+       "⌃⌥k",
+       {40, platform::controlKey | optionKey},
+       {"40"}},
+      {43,
+       Bits::Shift | Bits::Command,
+       "<",
+       ",",
+       {14, 11},
+       "⇧⌘,",
+       {43, shiftKey | cmdKey},
+       {"43", "CMD + ,"}},
+      {47, Bits::Shift, ">", ".", {14}, "⇧.", {47, shiftKey}, {"47"}},
+      {15, Bits::Shift | Bits::Command, "R", "R", {14, 11}, "⇧⌘R", {15, shiftKey | cmdKey}, {"15"}},
+      {15, Bits::Option, "r", "r", {13}, "⌥r", {15, optionKey}, {"15", "CMD + r"}},
+      {44, Bits::Command, "/", "/", {11}, "⌘/", {44, cmdKey}, {"44", "CMD + /"}},
+      {96, Bits::Option | Bits::Function, "\uF708", "f5", {13}, "⌥f5", {96, optionKey}, {"96"}},
+      {111, Bits::Command, "\uF70F", "f12", {11}, "⌘f12", {111, cmdKey}, {"111"}},
+      {12, Bits::Shift | Bits::Command, "Q", "Q", {14, 11}, "⇧⌘Q", {12, shiftKey | cmdKey}, {"12"}},
+      {18, Bits::Shift | Bits::CapsLock, "!", "!", {14}, "⇧!", {0, shiftKey}, {"18"}},
+      {53, Bits::Option, "\033", "\033", {13}, "⌥\033", {0, optionKey}, {"53", "ESC"}},
+  };
+  launchAndOpen();
+  for (const ShortcutRow* row : {&toggleApp, &muteMic}) {
+    for (const auto& press : presses) {
+      SCOPED_TRACE(press.label);
+      record(*row);
+      EXPECT_EQ(look(*row), kRecording);
+      EXPECT_THAT(desk.keys.held(), IsEmpty());
+      desk.output.lines.clear();
+      desk.log.clear();
+      pressKey(press.keyCode, press.flags, press.characters);
+      EXPECT_EQ(look(*row), showing(press.label));
+      EXPECT_EQ(stored(row->textKey), Value(press.text));
+      EXPECT_EQ(stored(row->listKey), Value(press.list));
+      EXPECT_THAT(desk.keys.held(), ElementsAre(press.combination));
+      EXPECT_EQ(desk.output.lines, press.printed);
+      EXPECT_THAT(desk.log.calls(), ElementsAre("defaults.set " + std::string(row->textKey),
+                                                "defaults.set " + std::string(row->listKey),
+                                                testing::StartsWith("hotKeys.register ")));
+    }
+    clear(*row);
+  }
+}
+
+TEST_F(RecorderTest, ARecordedShortcutWorksAtOnceAndTheSecondPressIsNotRecorded) {
+  launchAndOpen();
+  record(toggleApp);
+  pressControlK();
+  pressKey(platform::kVK_ANSI_J, Bits::Control, "j");
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  EXPECT_EQ(desk.output.lines, (Lines{"40", "38"}));
+  desk.keys.press(kControlK);
+  EXPECT_EQ(desk.tray.image(), "logo-active-small");
+}
+
+TEST_F(RecorderTest, PressesWithoutAModifierOrACharacterLeaveTheRowRecording) {
+  launchAndOpen();
+  record(muteMic);
+  pressKey(platform::kVK_ANSI_K, 0, "k");
+  pressKey(platform::kVK_Escape, 0, "\033");
+  pressKey(platform::kVK_F5, Bits::Function, "\uF708");
+  pressKey(platform::kVK_ANSI_K, Bits::CapsLock, "K");
+  pressKey(platform::kVK_ANSI_Grave, Bits::Control, std::nullopt);
+  EXPECT_EQ(look(muteMic), kRecording);
+  EXPECT_EQ(desk.output.lines, (Lines{"40", "53", "ESC", "96", "40", "50"}));
+  EXPECT_EQ(desk.log.calls(), Lines{});
+  pressControlK();
+  EXPECT_EQ(look(muteMic), showing("⌃k"));
+}
+
+TEST_F(RecorderTest, WhileNoRowRecordsAKeyIsOnlyPrinted) {
+  launchAndOpen();
+  pressControlK();
+  pressKey(platform::kVK_Escape, 0, "\033");
+  EXPECT_EQ(desk.output.lines, (Lines{"40", "53"}));
+  EXPECT_EQ(look(toggleApp), kEmpty);
+  EXPECT_EQ(desk.log.calls(), Lines{});
+}
+
+TEST_F(RecorderTest, WhatProgramsUseCommandAloneForIsRefusedAndTheRowKeepsRecording) {
+  launchAndOpen();
+  record(toggleApp);
+  for (const char* characters :
+       {"c", "v", "z", "f", ",", "h", "q", "n", "a", "x", "\r", "m", "-", "+", "<", "Q"}) {
+    SCOPED_TRACE(characters);
+    desk.output.lines.clear();
+    desk.log.clear();
+    pressKey(8, Bits::Command | Bits::CapsLock, characters);
+    ASSERT_EQ(desk.screen.alerts().size(), 1U);
+    EXPECT_EQ(desk.screen.alerts()[0],
+              (simulated::SimulatedWindows::ShownAlert{
+                  "Please use a different key combination.", 1, {"OK"}, true}));
+    EXPECT_EQ(look(toggleApp), kRecording);
+    EXPECT_TRUE(shortcutState().currentShortcutModifiers.isEmpty());
+    dismissSheet();
+    EXPECT_EQ(look(toggleApp), kRecording);
+    EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+    EXPECT_EQ(desk.log.calls("defaults"), Lines{});
+    EXPECT_EQ(desk.log.calls("hotKeys"), Lines{});
+    EXPECT_EQ(desk.output.lines, Lines{"8"});
+  }
+  pressKey(8, Bits::Command | Bits::Control, "c");
+  EXPECT_EQ(look(toggleApp), showing("⌃⌘c"));
+}
+
+TEST_F(RecorderTest, RecordingGivesTheOldCombinationToTheWindow) {
+  storeShortcut(toggleApp, "k", Array{12});
+  launchAndOpen();
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  record(toggleApp);
+  EXPECT_THAT(desk.keys.held(), IsEmpty());
+  desk.keys.press(kControlK);
+  pressControlK();
+  EXPECT_THAT(desk.keys.held(), ElementsAre(kControlK));
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  EXPECT_EQ(desk.output.lines, Lines{"40"});
+}
+
+TEST_F(RecorderTest, RecordingAnotherRowGivesTheFirstItsShortcutBack) {
+  storeShortcut(toggleApp, "k", Array{12});
+  storeShortcut(muteMic, "j", Array{12});
+  launchAndOpen();
+  record(toggleApp);
+  EXPECT_THAT(desk.keys.held(), ElementsAre(kControlJ));
+  desk.log.clear();
+  record(muteMic);
+  EXPECT_THAT(desk.log.calls(),
+              ElementsAre("hotKeys.register 40 4096", "hotKeys.unregister 38 4096"));
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  EXPECT_EQ(look(muteMic), kRecording);
+  pressKey(platform::kVK_ANSI_J, Bits::Control, "j");
+  EXPECT_THAT(desk.keys.held(), UnorderedElementsAre(kControlK, kControlJ));
+}
+
+TEST_F(RecorderTest, ClosingTheWindowEndsARecordingWithoutANewShortcut) {
+  storeShortcut(muteMic, "j", Array{12});
+  launchAndOpen();
+  record(muteMic);
+  closePreferences();
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 0U);
+  EXPECT_THAT(desk.keys.held(), ElementsAre(kControlJ));
+  EXPECT_FALSE(shortcutState().isRecordingShortcut);
+  openPreferences();
+  EXPECT_EQ(look(muteMic), showing("⌃j"));
+  pressControlK();
+  EXPECT_EQ(stored(muteMic.textKey), Value("j"));
+}
+
+TEST_F(RecorderTest, ClearingARowLeavesNothingOfItsShortcut) {
+  storeShortcut(toggleApp, "k", Array{12});
+  storeShortcut(muteMic, "j", Array{12});
+  launchAndOpen();
+  clear(toggleApp);
+  EXPECT_THAT(desk.log.calls(), ElementsAre("hotKeys.unregister 40 4096",
+                                            "defaults.remove kuserdefault_ToggleAppShortcut",
+                                            "defaults.remove kuserdefault_ToggleAppFlag"));
+  EXPECT_EQ(look(toggleApp), kEmpty);
+  EXPECT_EQ(look(muteMic), showing("⌃j"));
+  relaunch();
+  EXPECT_THAT(desk.keys.held(), ElementsAre(kControlJ));
+}
+
+TEST_F(RecorderTest, ClearingDuringARecordingDoesNotEndIt) {
+  storeShortcut(muteMic, "j", Array{12});
+  launchAndOpen();
+  record(toggleApp);
+  clear(muteMic);
+  EXPECT_EQ(look(toggleApp), kRecording);
+  pressControlK();
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  EXPECT_EQ(look(muteMic), kEmpty);
+}
+
+TEST_F(RecorderTest, ARowWithoutUsableModifiersShowsNoShortcut) {
+  store(toggleApp.textKey, "k");
+  storeShortcut(muteMic, "j", Array{12, "13"});
+  launchAndOpen();
+  EXPECT_EQ(look(toggleApp), kEmpty);
+  EXPECT_EQ(look(muteMic), kEmpty);
+  closePreferences();
+  storeShortcut(toggleApp, 7, Array{14, 14, 99, 13});
+  openPreferences();
+  EXPECT_EQ(look(toggleApp), showing("⌥⇧"));
+}
+
+}  // namespace
+}  // namespace preferences

@@ -1,0 +1,117 @@
+#include "preferences/PreferencesTest.h"
+
+namespace preferences {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// Another program holds Control-K.
+class RefusedShortcutTest : public PreferencesTest {
+ protected:
+  RefusedShortcutTest() { desk.keys.heldByOthers.insert(kControlK); }
+  void recordARefusedOne(const ShortcutRow& row) {
+    record(row);
+    pressControlK();
+    ASSERT_EQ(desk.screen.alerts().size(), 1U);
+  }
+  [[nodiscard]] std::size_t sheets() const { return desk.screen.alerts().size(); }
+};
+
+TEST_F(RefusedShortcutTest, AfterItsSheetTheSameRowRecordsAgain) {
+  launchAndOpen();
+  for (const ShortcutRow* row : {&toggleApp, &muteMic}) {
+    desk.output.lines.clear();
+    recordARefusedOne(*row);
+    EXPECT_EQ(desk.screen.alerts()[0].message, "Please use a different key combination.");
+    // The sheet is not waited for: the row has left its recording meanwhile.
+    EXPECT_EQ(look(*row), showing(""));
+    EXPECT_FALSE(shortcutState().isRecordingShortcut);
+    EXPECT_EQ(stored(row->textKey), Value("k"));
+    EXPECT_EQ(stored(row->listKey), Value(Array{12}));
+    dismissSheet();
+    EXPECT_EQ(look(*row), kRecording);
+    EXPECT_THAT(desk.keys.held(), IsEmpty());
+    pressKey(platform::kVK_ANSI_J, Bits::Control, "j");
+    EXPECT_EQ(look(*row), showing("⌃j"));
+    EXPECT_THAT(desk.keys.held(), ElementsAre(kControlJ));
+    EXPECT_EQ(desk.output.lines, (Lines{"40", "38"}));
+    clear(*row);
+  }
+}
+
+TEST_F(RefusedShortcutTest, ARefusalOfALoggedKeyPrintsOnlyItsCode) {
+  desk.keys.heldByOthers.insert({platform::kVK_ANSI_R, platform::controlKey});
+  launchAndOpen();
+  record(toggleApp);
+  pressKey(platform::kVK_ANSI_R, Bits::Control, "r");
+  EXPECT_EQ(desk.output.lines, Lines{"15"});
+}
+
+TEST_F(RefusedShortcutTest, RecordingARefusedRowOnceMoreAsksOnceMoreAndNotForEver) {
+  launchAndOpen();
+  recordARefusedOne(muteMic);
+  dismissSheet();
+  record(muteMic);
+  EXPECT_EQ(sheets(), 1U);
+  dismissSheet();
+  EXPECT_EQ(sheets(), 0U);
+  EXPECT_EQ(look(muteMic), kRecording);
+  // Leaving it for the other row asks too, and then that row records.
+  record(toggleApp);
+  EXPECT_EQ(sheets(), 1U);
+  dismissSheet();
+  EXPECT_EQ(sheets(), 0U);
+  EXPECT_EQ(look(toggleApp), kRecording);
+  EXPECT_FALSE(look(muteMic).isBlue);
+}
+
+TEST_F(RefusedShortcutTest, AWindowThatClosesKeepsItsSheetForTheNextTime) {
+  launchAndOpen();
+  recordARefusedOne(toggleApp);
+  closePreferences();
+  EXPECT_TRUE(app::sharedPreferencesWindowController()->window()->isVisible());
+  dismissSheet();
+  closePreferences();
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 0U);
+  EXPECT_EQ(sheets(), 0U);
+  openPreferences();
+  EXPECT_EQ(sheets(), 1U);
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  dismissSheet();
+  EXPECT_EQ(look(toggleApp), kRecording);
+  pressKey(platform::kVK_ANSI_J, Bits::Control, "j");
+  closePreferences();
+  openPreferences();
+  EXPECT_EQ(sheets(), 0U);
+  EXPECT_EQ(look(toggleApp), showing("⌃j"));
+}
+
+TEST_F(RefusedShortcutTest, TwoRefusedAtLaunchAskOneAfterTheOtherAndTheModesRowRecords) {
+  desk.keys.heldByOthers.insert(kControlJ);
+  storeShortcut(toggleApp, "k", Array{12});
+  storeShortcut(muteMic, "j", Array{12});
+  launch();
+  EXPECT_EQ(look(toggleApp), (Look{"", true, false}));
+  EXPECT_EQ(look(muteMic), showing("⌃j"));
+  for (int sheet = 0; sheet < 2; ++sheet) {
+    ASSERT_EQ(sheets(), 1U);
+    dismissSheet();
+    EXPECT_EQ(look(toggleApp), kRecording);
+  }
+  EXPECT_EQ(sheets(), 0U);
+  EXPECT_EQ(stored(toggleApp.textKey), Value("k"));
+  EXPECT_EQ(stored(muteMic.textKey), Value("j"));
+}
+
+TEST_F(RefusedShortcutTest, TheProgramCanEndUnderItsSheets) {
+  storeShortcut(toggleApp, "k", Array{12});
+  storeShortcut(muteMic, "k", Array{12});
+  launch();
+  EXPECT_EQ(sheets(), 1U);
+  desk.screen.answerAlert(0);
+  desk.loop.terminate();
+}
+
+}  // namespace
+}  // namespace preferences
