@@ -1,11 +1,17 @@
 #include "app/AppDelegate.h"
 
 #include <array>
+#include <utility>
 
 #include "app/ControllerFactory.h"
+#include "app/LaunchOnStartup.h"
+#include "app/MicrophoneAction.h"
+#include "hotkeys/HotKeysController.h"
+#include "platform/foundation/NSDate.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
+#include "preferences/ShortcutState.h"
 #include "settings/SettingsKeys.h"
 
 namespace app {
@@ -47,13 +53,21 @@ void AppDelegate::launchSetup() {
 
 void AppDelegate::applyLaunchAtLogin() {
   NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
-  if (!defaults.objectOfType<bool>(settings::kUserdeaultsLaunchAtLogin)) {
-    defaults.setBool(true, settings::kUserdeaultsLaunchAtLogin);
-  }
+  const auto choice = defaults.objectOfType<bool>(settings::kUserdeaultsLaunchAtLogin);
+  if (!choice) defaults.setBool(true, settings::kUserdeaultsLaunchAtLogin);
+  setLaunchAtStartup(choice.value_or(true));
+}
+
+void AppDelegate::setLaunchAtStartup(bool launches) {
+  LaunchOnStartup::setLaunchAtStartup(launches);
 }
 
 void AppDelegate::statusItemSetup() {
-  if (!statusItem_->button()) return;
+  if (statusItem_->button()) setUpStatusButton();
+  registerStoredHotKeys();
+}
+
+void AppDelegate::setUpStatusButton() {
   popover_->setContentViewController(sharedViewController());
   statusbutton_->setAction("togglePopover:");
   popover_->setBehavior(platform::NSPopoverBehavior::Transient);
@@ -77,6 +91,41 @@ void AppDelegate::setUpUpdater() {
   updater_->setAutomaticallyChecksForUpdates(true);
   updater_->setAutomaticallyDownloadsUpdates(false);
   updater_->checkForUpdatesInBackground();
+}
+
+// --- Shortcuts ---
+
+void AppDelegate::registerStoredHotKeys() {
+  hotkeys::HotKeysController::setUnavailableHandler(
+      [] { sharedPreferencesWindowController()->showShortcutUnavailableAlert(); });
+  preferences::ShortcutState& state = preferences::shortcutState();
+  state.loadShortcut(settings::kuserdefault_ToggleAppShortcut,
+                     settings::kuserdefault_ToggleAppFlag);
+  if (!state.currentShortcutModifiers.isEmpty()) registerToggleAppHotKey();
+  state.loadShortcut(settings::kuserdefault_MuteMicShortcut, settings::kuserdefault_MuteMicFlag);
+  if (!state.currentShortcutModifiers.isEmpty()) registerMuteMicHotKey();
+}
+
+void AppDelegate::registerToggleAppHotKey() {
+  registerHotKey(&AppDelegate::hotKeyToggleApp_, [this] { toggleAppPressed(); });
+}
+
+void AppDelegate::registerMuteMicHotKey() {
+  registerHotKey(&AppDelegate::hotKeyMuteMic_, muteMicPressed);
+}
+
+void AppDelegate::registerHotKey(std::shared_ptr<hotkeys::HotKey> AppDelegate::*field,
+                                 hotkeys::HotKey::Handler pressed) {
+  const preferences::ShortcutState& state = preferences::shortcutState();
+  // The new one is registered while the old one still is.
+  this->*field = hotkeys::HotKey::make(
+      hotkeys::KeyCombo(state.currentShortcutKey, state.currentShortcutModifiers));
+  (this->*field)->keyDownHandler = std::move(pressed);
+}
+
+void AppDelegate::toggleAppPressed() {
+  platform::print("Pressed at " + platform::NSDate::date().description());
+  sharedViewController()->togglePresentationMode();
 }
 
 // --- Clicks ---
@@ -122,6 +171,11 @@ void AppDelegate::checkForUpdate() {
   if (updater_) updater_->checkForUpdates(this);
 }
 
+void AppDelegate::showPreferences() {
+  sharedPreferencesWindowController()->showWindow(this);
+  NSApplication::sharedApplication().activateIgnoringOtherApps(true);
+}
+
 void AppDelegate::quitApp() {
   NSApplication::sharedApplication().terminate(this);
 }
@@ -131,9 +185,14 @@ const platform::ClassDescription& AppDelegate::classDescription() const {
       platform::message<&AppDelegate::applicationWillFinishLaunching>(
           "applicationWillFinishLaunching:"),
       platform::message<&AppDelegate::checkForUpdate>("checkForUpdate"),
+      platform::message<&AppDelegate::showPreferences>("showPreferences"),
       platform::message<&AppDelegate::quitApp>("quitApp"),
       platform::message<&AppDelegate::togglePopover>("togglePopover:"),
       platform::message<&AppDelegate::showPopover>("showPopover"),
+      platform::message<&AppDelegate::registerToggleAppHotKey>("register_ToggleApp:"),
+      platform::message<&AppDelegate::unregisterToggleAppHotKey>("unregister_ToggleApp:"),
+      platform::message<&AppDelegate::registerMuteMicHotKey>("register_MuteMic:"),
+      platform::message<&AppDelegate::unregisterMuteMicHotKey>("unregister_MuteMic:"),
   };
   static constexpr platform::ClassDescription description{
       .className = "AppDelegate", .messages = messages, .outlets = {}, .keys = {}};

@@ -2,23 +2,26 @@
 
 #include <memory>
 
+#include "hotkeys/HotKey.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSPopover.h"
 #include "platform/appkit/NSStatusItem.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/updates/SUUpdater.h"
+#include "preferences/PreferencesHost.h"
 #include "presentation/PanelHost.h"
 
 namespace app {
 
 /// The application's delegate and its one long-lived object: the status item, its popover with the
-/// panel, its menu, and the launch sequence. Main thread only.
+/// panel, its menu, the two shortcuts, and the launch sequence. Main thread only.
 class AppDelegate final : public platform::NSObject,
                           public platform::NSApplicationDelegate,
                           public platform::NSMenuDelegate,
                           public platform::NSMenuItemValidation,
-                          public presentation::PanelHost {
+                          public presentation::PanelHost,
+                          public preferences::PreferencesHost {
  public:
   [[nodiscard]] static std::shared_ptr<AppDelegate> initWithCoder(const platform::NSCoder& coder);
   /// Puts the status item into the status bar, without an image yet.
@@ -38,6 +41,14 @@ class AppDelegate final : public platform::NSObject,
   }
   /// Null until launch.
   [[nodiscard]] const std::shared_ptr<platform::SUUpdater>& updater() const { return updater_; }
+  /// The shortcuts, each null while it has no combination. One that the desktop refused is there
+  /// too, and hears of nothing.
+  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyToggleApp() const {
+    return hotKeyToggleApp_;
+  }
+  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyMuteMic() const {
+    return hotKeyMuteMic_;
+  }
 
   // --- Messages ---
   void applicationWillFinishLaunching() override;
@@ -46,17 +57,25 @@ class AppDelegate final : public platform::NSObject,
   void applicationWillTerminate() override {}
   void applicationShouldHandleReopen() override { showPopover(); }
   void checkForUpdate();
+  void showPreferences();
   void quitApp();
   /// Action of the status button.
   void togglePopover(platform::NSObject* sender);
   void showPopover();
   void menuDidClose(platform::NSMenu& menu) override;
+  /// Gives the shortcut the current combination of the shortcut state, in place of the one it had.
+  /// A refusal by the desktop is told to the user.
+  void registerToggleAppHotKey() override;
+  void registerMuteMicHotKey() override;
+  void unregisterToggleAppHotKey() override { hotKeyToggleApp_ = nullptr; }
+  void unregisterMuteMicHotKey() override { hotKeyMuteMic_ = nullptr; }
   [[nodiscard]] bool validateMenuItem(const platform::NSMenuItem& item) override;
 
   [[nodiscard]] std::shared_ptr<platform::NSStatusBarButton> statusButton() override {
     return statusbutton_;
   }
   [[nodiscard]] platform::NSPopover& panelPopover() override { return *popover_; }
+  void setLaunchAtStartup(bool launches) override;
 
   [[nodiscard]] const platform::ClassDescription& classDescription() const override;
 
@@ -64,15 +83,24 @@ class AppDelegate final : public platform::NSObject,
   void launchSetup();
   void applyLaunchAtLogin();
   void statusItemSetup();
+  void setUpStatusButton();
+  void registerStoredHotKeys();
   void buildStatusBarMenu();
   void setUpUpdater();
   void handleStatusItemClick(platform::NSObject* sender);
+  void toggleAppPressed();
+  /// Fills the field with a hot key for the current combination.
+  void registerHotKey(std::shared_ptr<hotkeys::HotKey> AppDelegate::*field,
+                      hotkeys::HotKey::Handler pressed);
 
   std::shared_ptr<platform::NSPopover> popover_;
   std::shared_ptr<platform::NSStatusBarButton> statusbutton_;
   std::shared_ptr<platform::NSStatusItem> statusItem_;
   std::shared_ptr<platform::NSMenu> statusBarMenu_;
   std::shared_ptr<platform::SUUpdater> updater_;
+  // The only owners, so that emptying one unregisters it.
+  std::shared_ptr<hotkeys::HotKey> hotKeyToggleApp_;
+  std::shared_ptr<hotkeys::HotKey> hotKeyMuteMic_;
 };
 
 }  // namespace app

@@ -3,6 +3,8 @@
 #include "app/AppDelegate.h"
 #include "controls/CToggleButton.h"
 #include "platform/foundation/ClassRegistry.h"
+#include "preferences/generalVc.h"
+#include "preferences/preferencesWindowController.h"
 #include "presentation/ViewController.h"
 
 namespace app {
@@ -11,6 +13,8 @@ void registerClasses() {
   auto& registry = platform::ClassRegistry::shared();
   registry.add<controls::CToggleButton>("CToggleButton");
   registry.add<presentation::ViewController>("ViewController");
+  registry.add<preferences::generalVc>("generalVc");
+  registry.add<preferences::preferencesWindowController>("preferencesWindowController");
   registry.add<AppDelegate>("AppDelegate");
 }
 

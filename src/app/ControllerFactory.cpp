@@ -13,6 +13,7 @@ namespace {
 struct Instances {
   std::shared_ptr<platform::NSStoryboard> storyboard;
   std::shared_ptr<presentation::ViewController> viewController;
+  std::shared_ptr<preferences::preferencesWindowController> preferencesWindowController;
   std::shared_ptr<AppDelegate> appDelegate;
 };
 
@@ -41,6 +42,20 @@ const std::shared_ptr<presentation::ViewController>& sharedViewController() {
     if (controller) {
       controller->setHostProvider(
           []() -> presentation::PanelHost& { return *sharedAppDelegate(); });
+    }
+    return controller;
+  });
+}
+
+const std::shared_ptr<preferences::preferencesWindowController>&
+sharedPreferencesWindowController() {
+  using preferences::preferencesWindowController;
+  return shared<preferencesWindowController>(&Instances::preferencesWindowController, [] {
+    auto controller = std::dynamic_pointer_cast<preferencesWindowController>(
+        sharedStoryboard()->instantiateControllerWithIdentifier("preferencesWindowController"));
+    if (controller) {
+      controller->setHostProvider(
+          []() -> preferences::PreferencesHost& { return *sharedAppDelegate(); });
     }
     return controller;
   });

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/appkit/NSStoryboard.h"
+#include "preferences/preferencesWindowController.h"
 #include "presentation/ViewController.h"
 
 namespace app {
@@ -14,6 +15,8 @@ class AppDelegate;
 /// storyboard or a delegate that is not what it should be is a programming error.
 [[nodiscard]] const std::shared_ptr<platform::NSStoryboard>& sharedStoryboard();
 [[nodiscard]] const std::shared_ptr<presentation::ViewController>& sharedViewController();
+[[nodiscard]] const std::shared_ptr<preferences::preferencesWindowController>&
+sharedPreferencesWindowController();
 [[nodiscard]] const std::shared_ptr<AppDelegate>& sharedAppDelegate();
 
 }  // namespace app

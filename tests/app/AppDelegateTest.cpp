@@ -38,6 +38,7 @@ TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTru
 TEST_F(AppDelegateTest, TheLaunchTakesItsStepsInOrder) {
   launchOnly();
   EXPECT_EQ(desk.log.calls(), (Lines{"defaults.set kUserdeaultsLaunchAtLogin",
+                                     "loginItems.insert /programs/calmdeck",
                                      "statusItem.setImage logo-initial-small"}));
   EXPECT_EQ(delegate().statusItem()->length(), -1.0);
   EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
@@ -70,7 +71,8 @@ TEST_F(AppDelegateTest, WithoutAButtonOnlyTheRestIsSetUp) {
   EXPECT_EQ(desk.updateService.backgroundChecks, 1);
   desk.tray.leftClick();
   desk.userSession.reopen();
-  EXPECT_EQ(desk.log.calls(), (Lines{"defaults.set kUserdeaultsLaunchAtLogin"}));
+  EXPECT_EQ(desk.log.calls(), (Lines{"defaults.set kUserdeaultsLaunchAtLogin",
+                                     "loginItems.insert /programs/calmdeck"}));
   EXPECT_EQ(desk.output.lines, Lines{});
 }
 
@@ -90,7 +92,7 @@ TEST_F(AppDelegateTest, ARightClickPrintsAndOpensTheMenuForOnce) {
   desk.tray.rightClick();
   EXPECT_EQ(desk.output.lines, Lines{"Right click!"});
   EXPECT_EQ(desk.tray.menu(),
-            (Menu{{"Preferences", false}, {"Check for Updates", true}, {"Quit", true}}));
+            (Menu{{"Preferences", true}, {"Check for Updates", true}, {"Quit", true}}));
   EXPECT_EQ(delegate().statusItem()->menu(), delegate().statusBarMenu());
   EXPECT_TRUE(delegate().popover()->isShown());
 

@@ -2,8 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <functional>
 #include <set>
 
+#include "platform/appkit/NSButton.h"
 #include "platform/foundation/ClassRegistry.h"
 #include "support/ApplicationTest.h"
 
@@ -35,6 +38,13 @@ class StoryboardTest : public tests::ApplicationTest {
     static std::shared_ptr<PlainController> initWithCoder(const platform::NSCoder&) {
       return std::make_shared<PlainController>();
     }
+    void act() {}
+    [[nodiscard]] const platform::ClassDescription& classDescription() const override {
+      static constexpr std::array messages{platform::message<&PlainController::act>("act:")};
+      static constexpr platform::ClassDescription description{.className = "Plain",
+                                                              .messages = messages};
+      return description;
+    }
   };
 };
 
@@ -58,6 +68,22 @@ TEST_F(StoryboardTest, EverySwitchOfThePanelIsReachableAndSaysWhatItIs) {
   }
 }
 
+TEST_F(StoryboardTest, EveryControlOfThePreferencesHasANameOfItsOwn) {
+  launch();
+  delegate().showPreferences();
+  std::set<std::string> names;
+  const std::function<void(const platform::NSView&)> visit = [&](const platform::NSView& view) {
+    if (const auto* button = dynamic_cast<const platform::NSButton*>(&view)) {
+      const std::string& label = button->accessibilityLabel();
+      EXPECT_TRUE(names.insert(label.empty() ? button->title() : label).second) << label;
+      EXPECT_NE(button->action(), "");
+    }
+    for (const auto& inner : view.subviews()) visit(*inner);
+  };
+  visit(*sharedPreferencesWindowController()->window()->contentView());
+  EXPECT_EQ(names.size(), 6U);
+}
+
 TEST_F(StoryboardTest, WhatIsWrongWithASceneIsNamed) {
   const struct {
     const char* inside;
@@ -78,6 +104,12 @@ TEST_F(StoryboardTest, WhatIsWrongWithASceneIsNamed) {
       {"<textField textStyle='shouted'/>", "attributes that 'textField' cannot read"},
       {"<textField textColor='#12345'/>", "attributes that 'textField' cannot read"},
       {"<imageView image='no-such-picture'/>", "attributes that 'imageView' cannot read"},
+      {"<textField content='picture'/>", "attributes that 'textField' cannot read"},
+      {"<box borderColor='bluish'><view/></box>", "attributes that 'box' cannot read"},
+      {"<box/>", "not one view in a box at <box>"},
+      {"<box><view/><view/></box>", "not one view in a box at <box>"},
+      {"<button state='on'/>", "no attribute 'state' of 'button' at <button>"},
+      {"<checkbox action='doThat:'/>", "no message 'doThat:' of that class at <checkbox>"},
       {"<view><view id='a'/><view id='a'/></view>", "a second use of an id at <view>"},
       {"<customView class='CToggleButton'><attribute key='isOf' value='true'/></customView>",
        "no key 'isOf' of such a value at <attribute>"},
@@ -95,6 +127,7 @@ TEST_F(StoryboardTest, WhatIsWrongWithASceneIsNamed) {
   }
   EXPECT_THAT(problemsOf("<stackView spacing='1.5'><separator/><view/></stackView>"),
               ElementsAre());
+  EXPECT_THAT(problemsOf("<box><button title='x' action='act:'/></box>"), ElementsAre());
 }
 
 TEST_F(StoryboardTest, WhatIsWrongWithTheWholeIsNamed) {
@@ -111,6 +144,17 @@ TEST_F(StoryboardTest, WhatIsWrongWithTheWholeIsNamed) {
   EXPECT_THAT(
       problemsOfScenes("<scene identifier='a'><viewController class='CToggleButton'/></scene>"),
       ElementsAre(StartsWith("a class that is no view controller")));
+  const std::string window = "<scene identifier='a'><windowController class='";
+  EXPECT_THAT(problemsOfScenes(window + "preferencesWindowController' title='A'>" + view +
+                               "</windowController></scene>"),
+              ElementsAre());
+  EXPECT_THAT(problemsOfScenes(window + "preferencesWindowController'/></scene>"),
+              ElementsAre(StartsWith("no view controller at <windowController>")));
+  EXPECT_THAT(problemsOfScenes(window + "Plain'>" + view + "</windowController></scene>"),
+              ElementsAre(StartsWith("a class that is no window controller")));
+  EXPECT_THAT(problemsOfScenes(window + "preferencesWindowController' wide='yes'>" + view +
+                               "</windowController></scene>"),
+              ElementsAre(StartsWith("no attribute 'wide'")));
   EXPECT_THAT(problemsOfScenes("<window/>"),
               ElementsAre(StartsWith("neither a scene nor an application delegate at <window>")));
   EXPECT_THAT(NSStoryboard("<storyboard/>").problems(),
@@ -132,7 +176,8 @@ TEST_F(StoryboardTest, UsingABrokenDescriptionEndsTheProgramByName) {
   EXPECT_DEATH(static_cast<void>(broken.instantiateControllerWithIdentifier("b")),
                "programming error: storyboard: no scene 'b'");
   EXPECT_DEATH(static_cast<void>(broken.instantiateApplicationDelegate()), "no class ''");
-  const auto controller = broken.instantiateControllerWithIdentifier("a");
+  const auto controller = std::dynamic_pointer_cast<platform::NSViewController>(
+      broken.instantiateControllerWithIdentifier("a"));
   EXPECT_DEATH(controller->loadViewIfNeeded(), "no view of a controller");
   EXPECT_DEATH(static_cast<void>(NSStoryboard::storyboardWithName("Other", nullptr)),
                "no storyboard 'Other'");

@@ -1,0 +1,39 @@
+#include "app/addLoginitem.h"
+
+#include <array>
+#include <string>
+
+#include "platform/foundation/NSBundle.h"
+
+namespace app {
+
+using namespace platform;
+
+std::optional<LSSharedFileListItemRef> addLoginitem::itemRefInLoginItems() {
+  const std::string path = NSBundle::mainBundle().bundlePath();
+  NSURL url = NSURL::fileURLWithPath(path);
+  const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
+  if (!list) return std::nullopt;
+  const auto items = LSSharedFileListCopySnapshot(*list);
+  if (!items) return std::nullopt;
+  std::optional<LSSharedFileListItemRef> found;
+  for (const LSSharedFileListItemRef& item : *items) {
+    if (LSSharedFileListItemResolve(item, url) == noErr && url.path() == path) found = item;
+  }
+  if (found) LSSharedFileListItemRemove(*list, *found);
+  return found;
+}
+
+const ClassDescription& addLoginitem::classDescription() const {
+  static constexpr std::array messages{
+      MessageRow{"itemRefInLoginItems",
+                 [](NSObject& self, NSObject*) {
+                   static_cast<addLoginitem&>(self).itemRefInLoginItems();
+                 }},
+  };
+  static constexpr ClassDescription description{
+      .className = "addLoginitem", .messages = messages, .outlets = {}, .keys = {}};
+  return description;
+}
+
+}  // namespace app
