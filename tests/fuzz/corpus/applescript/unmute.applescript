@@ -1,0 +1,2 @@
+    set volume input volume 35
+    display notification "Mic unmuted"

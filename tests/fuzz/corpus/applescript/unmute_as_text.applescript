@@ -1,0 +1,2 @@
+    set volume input volume 00
+    display notification "Mic unmuted"

@@ -1,0 +1,2 @@
+    set volume input volume missing value
+    display notification "Mic unmuted"
