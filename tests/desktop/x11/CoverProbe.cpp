@@ -14,6 +14,7 @@
 
 #include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/wallpaper/BackdropSource.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 #include "platform/Desktop.h"
 #include "platform/Runtime.h"
@@ -44,8 +45,16 @@ class CoversOnly final : public platform::port::Windows {
       platform::NSWindow& window, platform::port::WindowClient& client) override {
     return x_.covers()->createCover(window, client);
   }
-  std::unique_ptr<AlertPeer> showAlert(const platform::NSAlert&,
+  std::unique_ptr<ModalPeer> showAlert(const platform::NSAlert&,
                                        std::function<void(std::size_t)>) override {
+    absent();
+  }
+  std::unique_ptr<ModalPeer> showSheet(const platform::NSAlert&, platform::port::WindowPeer&,
+                                       std::function<void(std::size_t)>) override {
+    absent();
+  }
+  std::unique_ptr<ModalPeer> showOpenPanel(
+      const platform::NSOpenPanel&, std::function<void(std::optional<std::string>)>) override {
     absent();
   }
   void activateApplication() override {}
@@ -70,6 +79,7 @@ class Desk final : public platform::Desktop {
   platform::port::StatusBar& statusBar() override { absent(); }
   platform::port::Screens& screens() override { return x_.screens(); }
   [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return {}; }
+  [[nodiscard]] std::string bundlePath() const override { return {}; }
   platform::port::WindowList* windowList() override { return x_.windowList(); }
 
  private:
@@ -190,10 +200,10 @@ linux_desktop::FileDescriptor signalsAsReads() {
 int main(int argc, char** argv) {
   const linux_desktop::FileDescriptor incoming = signalsAsReads();
   const QApplication application(argc, argv);
+  PlainBackdrop backdrop;
   const auto x = X11WindowSystem::open();
   if (!x) return 1;
-  PlainBackdrop backdrop;
-  if (QApplication::arguments().contains(QLatin1String("--told"))) x->setBackdrops(&backdrop);
+  if (QApplication::arguments().contains(QLatin1String("--told"))) x->setBackdrops(backdrop);
   Desk desk(*x);
   const platform::Runtime runtime(desk);
   Probe probe(*x);
@@ -204,7 +214,5 @@ int main(int argc, char** argv) {
     if (info.ssi_signo == SIGUSR1) backdrop.turnBlue();
     if (info.ssi_signo == SIGUSR2) probe.toggle();
   });
-  const int status = QApplication::exec();
-  x->setBackdrops(nullptr);
-  return status;
+  return QApplication::exec();
 }

@@ -1,6 +1,9 @@
 #include "desktop/linux/wallpaper/BackdropPicture.h"
 
+#include <QFileInfo>
 #include <QImageReader>
+#include <QPainter>
+#include <QSvgRenderer>
 #include <algorithm>
 
 namespace linux_desktop {
@@ -28,13 +31,33 @@ bool liesOnItsSide(const QImageReader& reader) {
 }
 
 bool decodesWellAtSize(const QByteArray& format) {
-  return format.startsWith("svg") || format == "jpeg" || format == "jpg";
+  return format == "jpeg" || format == "jpg";
+}
+
+bool isDrawing(const QString& file) {
+  const QString ending = QFileInfo(file).suffix().toLower();
+  return ending == QLatin1String("svg") || ending == QLatin1String("svgz");
+}
+
+/// Not left to QImageReader, whose plugin for drawings is a package of its own.
+QImage readDrawing(const QString& file, bool atSize,
+                   const std::function<QSize(const QSize&)>& shownSize) {
+  QSvgRenderer renderer(file);
+  if (!renderer.isValid()) return {};
+  const QSize stored = renderer.defaultSize();
+  const QSize shown = shownSize(stored);
+  QImage image(atSize && !shown.isEmpty() ? shown : stored, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  renderer.render(&painter);
+  return image;
 }
 
 }  // namespace
 
 QImage readPicture(const QString& file, const PictureDecoding& decoding,
                    const std::function<QSize(const QSize&)>& shownSize) {
+  if (isDrawing(file)) return readDrawing(file, decoding.atSize, shownSize);
   const RoomForPictures room;
   QImageReader reader(file);
   reader.setAutoTransform(decoding.upright);
@@ -43,9 +66,8 @@ QImage readPicture(const QString& file, const PictureDecoding& decoding,
   const QSize shown = shownSize(turned ? stored.transposed() : stored);
   const bool large = qint64{stored.width()} * stored.height() > kLargePicture;
   const bool shrinks = shown.width() <= stored.width() && shown.height() <= stored.height();
-  const bool drawing = reader.format().startsWith("svg");
   if (stored.isValid() && decodesWellAtSize(reader.format()) && !shown.isEmpty() &&
-      (decoding.atSize || large) && (shrinks || drawing)) {
+      (decoding.atSize || large) && shrinks) {
     reader.setScaledSize(turned ? shown.transposed() : shown);
   }
   return reader.read();

@@ -1,6 +1,7 @@
 #include "desktop/linux/wallpaper/XfceBackdrop.h"
 
 #include <QDBusArgument>
+#include <QFileInfo>
 #include <algorithm>
 #include <array>
 
@@ -16,6 +17,17 @@ constexpr int kZoomed = 5;
 constexpr int kSpanning = 6;
 constexpr std::array kShadings{BackdropShading::Solid, BackdropShading::Horizontal,
                                BackdropShading::Vertical};
+
+/// What xfdesktop shows where no picture was ever chosen; it is compiled in. 4.20 has the first and
+/// leaves the choice unwritten, before that it was the second.
+constexpr std::array kBuiltIn{"/usr/share/backgrounds/xfce/xfce-x.svg",
+                              "/usr/share/backgrounds/xfce/xfce-shapes.svg"};
+
+QString builtInPicture() {
+  const auto* found = std::ranges::find_if(
+      kBuiltIn, [](const char* file) { return QFileInfo::exists(QLatin1String(file)); });
+  return found == kBuiltIn.end() ? QString() : QLatin1String(*found);
+}
 
 template <class Table>
 auto rowOf(const Table& table, int number) {
@@ -51,7 +63,8 @@ std::optional<Backdrop> xfceBackdrop(const QVariantMap& properties, const QStrin
   backdrop.secondary =
       colourOf(properties.value(prefix + QLatin1String("rgba2")), QColor(0x15, 0x22, 0x33));
   if (backdrop.style == BackdropStyle::None) return backdrop;
-  backdrop.file = properties.value(prefix + QLatin1String("last-image")).toString();
+  const QVariant chosen = properties.value(prefix + QLatin1String("last-image"));
+  backdrop.file = chosen.isValid() ? chosen.toString() : builtInPicture();
   if (backdrop.file.isEmpty()) return std::nullopt;
   return backdrop;
 }
