@@ -6,9 +6,9 @@
 #include <stdexcept>
 
 #include "bench/DeskProgram.h"
+#include "bench/MuteWatch.h"
 #include "bench/ProcessFigures.h"
 #include "bench/SimulatedProgram.h"
-#include "bench/SinkWatch.h"
 
 namespace bench {
 
@@ -53,7 +53,7 @@ void measureIconGrowth(const Options& options, Report& report) {
 void measureClickGrowth(const Options& options, Report& report) {
   const auto desk = openDesk(options.panel);
   ReadyProgram ready(*desk);
-  SinkWatch sink("out1");
+  MuteWatch sink("out1");
   bool on = false;
   const auto click = [&](int times) {
     for (int i = 0; i < times; ++i) {

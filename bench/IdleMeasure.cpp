@@ -3,8 +3,8 @@
 #include <thread>
 
 #include "bench/DeskProgram.h"
+#include "bench/MuteWatch.h"
 #include "bench/ProcessFigures.h"
-#include "bench/SinkWatch.h"
 
 namespace bench {
 
@@ -36,7 +36,7 @@ double wakeUps(pid_t pid, std::chrono::seconds time) {
 void measureIdle(const Options& options, Report& report) {
   const auto desk = openDesk(options.panel);
   ReadyProgram ready(*desk);
-  SinkWatch sink("out1");
+  MuteWatch sink("out1");
   const std::string time = " in " + std::to_string(options.idle.count()) + " idle seconds, mode ";
 
   ready.program().closePanel();

@@ -78,10 +78,11 @@ void ModeDesk::openWindow(int number) {
   windows_.push_back(id);
 }
 
-void ModeDesk::choose(const std::vector<std::string_view>& features) const {
+void ModeDesk::choose(const std::vector<std::string_view>& features, std::string_view more) const {
   std::string json = "{\"kUserdefaultsSelectedWallpaper\": \"" + chosenPicture().string() + "\"";
   for (const std::string_view feature : features)
     json += ", \"" + std::string(feature) + "\": true";
+  if (!more.empty()) json += ", " + std::string(more);
   desk_->home().writeConfig("calmdeck/settings.json", json + "}\n");
 }
 

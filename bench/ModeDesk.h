@@ -24,8 +24,8 @@ class ModeDesk {
   /// What the mode puts on each monitor.
   [[nodiscard]] std::filesystem::path chosenPicture() const;
   /// Writes the settings of a Calmdeck that is yet to start: these features and no others are
-  /// switched on, by their keys.
-  void choose(const std::vector<std::string_view>& features) const;
+  /// switched on, by their keys. `more` are further members of the file.
+  void choose(const std::vector<std::string_view>& features, std::string_view more = {}) const;
   [[nodiscard]] pid_t serverPid() { return desk_->server().process().pid(); }
 
   /// Where the icons are, and a bare spot of each monitor; in root coordinates.

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "bench/ModeDesk.h"
+#include "bench/MuteWatch.h"
 #include "bench/PauseWatch.h"
-#include "bench/SinkWatch.h"
 
 namespace bench {
 
@@ -32,7 +32,7 @@ class ModeEffects {
   [[nodiscard]] bool isPicture(bool chosen);
 
   ModeDesk& desk_;
-  SinkWatch sink_{"out1"};
+  MuteWatch sink_{"out1"};
   PauseWatch pause_;
   std::vector<std::uint32_t> ordinaryColours_;
   std::vector<xcb_window_t> pending_;  // windows that are not yet as wanted

@@ -13,8 +13,8 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: calmdeck-bench [--starts N] [--switches N] [--idle SECONDS] [--clicks N]\n"
-    "                      [--toggles N] [--icons N] [--modes N] [--windows N]\n"
-    "                      [--panel xfce4-panel|tint2]";
+    "                      [--toggles N] [--icons N] [--shortcuts N] [--modes N]\n"
+    "                      [--windows N] [--panel xfce4-panel|tint2]";
 
 int number(std::string_view text) {
   int value = 0;
@@ -46,6 +46,7 @@ constexpr Setter kSetters[] = {
     {"--clicks", setCount<&Options::clicks>},
     {"--toggles", setCount<&Options::toggles>},
     {"--icons", setCount<&Options::icons>},
+    {"--shortcuts", setCount<&Options::shortcuts>},
     {"--modes", setCount<&Options::modes>},
     {"--windows",
      [](Options& options, std::string_view value) { options.windows = {number(value)}; }},

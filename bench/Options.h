@@ -16,6 +16,8 @@ struct Options {
   int clicks = 1'000;
   int toggles = 10'000;
   int icons = 10'000;
+  /// How often each shortcut is pressed.
+  int shortcuts = 11;
   /// How often the mode is switched on and off, and how many windows other programs then have.
   int modes = 5;
   std::vector<int> windows{10, 50, 200};

@@ -1,7 +1,7 @@
 #include "bench/SwitchMeasure.h"
 
 #include "bench/DeskProgram.h"
-#include "bench/SinkWatch.h"
+#include "bench/MuteWatch.h"
 
 namespace bench {
 
@@ -16,7 +16,7 @@ double milliseconds(Clock::duration duration) {
 void measureSwitch(const Options& options, Report& report) {
   const auto desk = openDesk(options.panel);
   ReadyProgram ready(*desk);
-  SinkWatch sink("out1");
+  MuteWatch sink("out1");
   const auto byClick = [&](bool muted) {
     const Clock::time_point start = ready.clickMaster();
     return milliseconds(sink.await(muted) - start);

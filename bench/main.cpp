@@ -6,6 +6,7 @@
 #include "bench/ModeMeasure.h"
 #include "bench/Options.h"
 #include "bench/Report.h"
+#include "bench/ShortcutMeasure.h"
 #include "bench/StartMeasure.h"
 #include "bench/SwitchMeasure.h"
 
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
         {options.idle.count() > 0, bench::measureIdle},
         {options.icons > 0, bench::measureIconGrowth},
         {options.clicks > 0, bench::measureClickGrowth},
+        {options.shortcuts > 0, bench::measureShortcuts},
         {options.modes > 0, bench::measureMode},
         {options.modes > 0, bench::measureCovers},
     };

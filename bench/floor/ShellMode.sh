@@ -1,6 +1,6 @@
 #!/bin/sh
 # What the mode does on Xfce with dunst and PulseAudio, as one would write it by hand.
-#   ShellMode.sh on PICTURE | off
+#   ShellMode.sh on [PICTURE] | off | toggle | microphone
 set -eu
 
 state=${XDG_RUNTIME_DIR:?}/shell-mode
@@ -22,7 +22,7 @@ on() {
   mkdir -p "$state"
   desktop -p "$icons" -n -t int -s 0
   : >"$state/backdrops"
-  for backdrop in $(backdrops); do
+  [ -z "$1" ] || for backdrop in $(backdrops); do
     printf '%s %s\n' "$backdrop" "$(desktop -p "$backdrop")" >>"$state/backdrops"
     desktop -p "$backdrop" -s "$1"
   done
@@ -32,6 +32,7 @@ on() {
     xdotool windowminimize "$window"
   done <"$state/windows"
   pactl set-sink-mute @DEFAULT_SINK@ 1
+  touch "$state/is-on"
 }
 
 off() {
@@ -44,10 +45,25 @@ off() {
     xdotool windowmap "$window"
   done <"$state/windows"
   pactl set-sink-mute @DEFAULT_SINK@ 0
+  rm -f "$state/is-on"
+}
+
+toggle() {
+  if [ -e "$state/is-on" ]; then off; else on ""; fi
+}
+
+microphone() {
+  pactl set-source-mute @DEFAULT_SOURCE@ toggle
+  case $(pactl get-source-mute @DEFAULT_SOURCE@) in
+    *yes) notify-send -a shell-mode "Mic muted" ;;
+    *) notify-send -a shell-mode "Mic unmuted" ;;
+  esac
 }
 
 case "${1:-}" in
-  on) on "$2" ;;
+  on) on "${2:-}" ;;
   off) off ;;
-  *) echo "usage: ShellMode.sh on PICTURE | off" >&2; exit 1 ;;
+  toggle) toggle ;;
+  microphone) microphone ;;
+  *) echo "usage: ShellMode.sh on [PICTURE] | off | toggle | microphone" >&2; exit 1 ;;
 esac

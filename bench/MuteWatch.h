@@ -13,16 +13,19 @@ namespace bench {
 
 using Clock = std::chrono::steady_clock;
 
-/// Sees when a sink is muted or not, as the sound server tells its subscribers; and mutes it by one
-/// call, which is as fast as anybody can. Both over one connection that is open already.
-class SinkWatch {
+/// Sees when a sink or a source is muted or not, as the sound server tells its subscribers; and
+/// mutes it by one call, which is as fast as anybody can. Both over one connection that is open
+/// already.
+class MuteWatch {
  public:
+  enum class Device { Sink, Source };
+
   /// Connects to the server that this process's environment names. Throws std::runtime_error when
-  /// it does not answer or has no such sink.
-  explicit SinkWatch(std::string sink);
-  ~SinkWatch();
-  SinkWatch(const SinkWatch&) = delete;
-  SinkWatch& operator=(const SinkWatch&) = delete;
+  /// it does not answer or has no such device.
+  explicit MuteWatch(std::string name, Device device = Device::Sink);
+  ~MuteWatch();
+  MuteWatch(const MuteWatch&) = delete;
+  MuteWatch& operator=(const MuteWatch&) = delete;
 
   [[nodiscard]] bool muted() const;
   /// Returns when the request is on its way.
@@ -31,6 +34,8 @@ class SinkWatch {
   [[nodiscard]] Clock::time_point await(bool muted);
 
  private:
+  struct Calls;
+  [[nodiscard]] const Calls& calls() const;
   void ask();
   void saw(bool muted);
 
@@ -41,7 +46,8 @@ class SinkWatch {
     void operator()(pa_context* context) const;
   };
 
-  std::string sink_;
+  std::string name_;
+  Device device_;
   mutable std::mutex access_;
   std::condition_variable changed_;
   bool known_ = false;

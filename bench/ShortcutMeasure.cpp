@@ -1,0 +1,112 @@
+#include "bench/ShortcutMeasure.h"
+
+#include <thread>
+
+#include "bench/DeskProgram.h"
+#include "bench/ModeEffects.h"
+#include "bench/MuteWatch.h"
+#include "settings/SettingsKeys.h"
+
+namespace bench {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// What both do after their effects are seen is over by then.
+constexpr auto kRest = 1s;
+constexpr const char* kMicrophone = "mic1";
+/// Between which the hot-key daemon is asked whether it has its keys.
+constexpr auto kLook = 50ms;
+
+double milliseconds(Clock::duration duration) {
+  return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+/// Presses Control, Alt and this key; when the key went down.
+Clock::time_point press(const harness::Input& input, std::string_view key) {
+  input.keyDown("ctrl");
+  input.keyDown("alt");
+  const Clock::time_point down = Clock::now();
+  input.keyDown(key);
+  for (const std::string_view name : {key, std::string_view("alt"), std::string_view("ctrl")})
+    input.keyUp(name);
+  return down;
+}
+
+/// A desk with a microphone, Calmdeck and sxhkd, each with keys of its own for the same two things.
+class ShortcutDesk {
+ public:
+  explicit ShortcutDesk(int windows) : desk_(windows) {
+    harness::SoundServer& sound = desk_.desk().sound();
+    sound.pactl({"load-module", "module-null-sink", "sink_name=room"});
+    sound.pactl({"load-module", "module-remap-source", "master=room.monitor",
+                 "source_name=" + std::string(kMicrophone)});
+    sound.pactl({"set-default-source", kMicrophone});
+    microphone_.emplace(kMicrophone, MuteWatch::Device::Source);
+    effects_.emplace(desk_);
+    desk_.choose(
+        {settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleDnd,
+         settings::kUserdefaultsToggleHideActiveApps, settings::kUserdefaultsToggleSpeakerOff},
+        R"("kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13],
+                    "kuserdefault_MuteMicShortcut": "m", "kuserdefault_MuteMicFlag": [12, 13])");
+    const std::string script = BENCH_SCRIPT;
+    desk_.desk().home().writeConfig(
+        "sxhkd/sxhkdrc",
+        "ctrl + alt + o\n  " + script + " toggle\nctrl + alt + k\n  " + script + " microphone\n");
+    program_.emplace(desk_.desk());
+    program_->awaitPanel();
+    program_->closePanel();
+    daemon_ = desk_.desk().start({"sxhkd"});
+  }
+
+  /// Milliseconds until each effect of the mode was seen.
+  std::map<std::string, double> toggle(bool on, std::string_view key) {
+    const Clock::time_point down = press(desk_.desk().input(), key);
+    std::map<std::string, double> took;
+    for (const auto& [effect, when] : effects_->await(on, {"sink", ModeEffects::kIcons}))
+      took[effect] = milliseconds(when - down);
+    std::this_thread::sleep_for(kRest);
+    return took;
+  }
+  double mute(bool muted, std::string_view key) {
+    const Clock::time_point down = press(desk_.desk().input(), key);
+    const double took = milliseconds(microphone_->await(muted) - down);
+    std::this_thread::sleep_for(kLook);
+    return took;
+  }
+  void end() { program_->end(); }
+
+ private:
+  ModeDesk desk_;
+  std::optional<MuteWatch> microphone_;
+  std::optional<ModeEffects> effects_;
+  std::optional<DeskProgram> program_;
+  std::unique_ptr<harness::Process> daemon_;
+};
+
+}  // namespace
+
+void measureShortcuts(const Options& options, Report& report) {
+  ShortcutDesk desk(10);
+  std::map<std::string, std::vector<double>> ours;
+  std::map<std::string, std::vector<double>> script;
+  for (int i = 0; i <= options.shortcuts; ++i) {
+    const auto pressed = [&](std::string_view toggle, std::string_view mute, auto& times) {
+      const auto on = desk.toggle(true, toggle);
+      desk.toggle(false, toggle);
+      const double muted = desk.mute(true, mute);
+      desk.mute(false, mute);
+      if (i == 0) return;  // warms up
+      for (const auto& [effect, took] : on) times[effect].push_back(took);
+      times["microphone"].push_back(muted);
+    };
+    pressed("p", "m", ours);
+    pressed("o", "k", script);
+  }
+  desk.end();
+  for (const auto& [effect, times] : ours)
+    report.compare("shortcut: " + effect, times, script.at(effect), "ms", "0.1, 5 ms");
+}
+
+}  // namespace bench
