@@ -31,7 +31,7 @@ class QtAlertTest : public PanelTest {
   }
 
   platform::NSAlert alert;
-  std::unique_ptr<platform::port::Windows::AlertPeer> peer;
+  std::unique_ptr<platform::port::Windows::ModalPeer> peer;
   std::vector<std::size_t> answers;
 };
 
@@ -70,6 +70,49 @@ TEST_F(QtAlertTest, PanelBehindItTakesNoInputAndIsNotLeft) {
   settle();
   EXPECT_EQ(actsElsewhere, 0);
   ASSERT_NE(panel(), nullptr);
+}
+
+TEST_F(QtAlertTest, SheetStopsItsOwnWindowAndNoOther) {
+  item.shown = false;
+  show();
+  platform::NSWindow other(platform::NSWindowStyle::Titled);
+  other.setContentView(ui_test::make<platform::NSTextField>({{"text", "General"}}));
+  struct Client final : platform::port::WindowClient {
+    void windowDidBecomeKey() override {}
+    void windowDidResignKey() override {}
+    void windowShouldClose() override { ++closes; }
+    void userActedElsewhere() override {}
+    void mouseDown(platform::NSView&, const platform::NSEvent&) override {}
+    void mouseUp(platform::NSView&, const platform::NSEvent&) override {}
+    void keyDown(const platform::NSEvent&) override { ++presses; }
+    int closes = 0;
+    int presses = 0;
+  } client;
+  const auto peerOfOther = windows.createWindow(other, client);
+  QWidget* waiting = nullptr;
+  QWidget* panelWindow = panel();
+  const QPoint middleOfSwitch = widgetOf(*first)->geometry().center();
+  peerOfOther->show(platform::port::PlacedByDesktop{});
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->isVisible() && widget != panelWindow) waiting = widget;
+  }
+  ASSERT_NE(waiting, nullptr);
+
+  peer = windows.showSheet(alert, *peerOfOther, [this](std::size_t button) {
+    answers.push_back(button);
+    peer.reset();
+  });
+  ASSERT_TRUE(until([] { return box() != nullptr && box()->isActiveWindow(); }));
+  EXPECT_EQ(box()->windowHandle()->transientParent(), waiting->windowHandle());
+  QTest::keyClick(waiting->windowHandle(), Qt::Key_A);
+  EXPECT_EQ(client.presses, 0);
+  QTest::mouseClick(panelWindow->windowHandle(), Qt::LeftButton, Qt::NoModifier, middleOfSwitch);
+  EXPECT_TRUE(first->isOn());
+  QTest::keyClick(box(), Qt::Key_Return);
+  EXPECT_EQ(answers, std::vector<std::size_t>{0});
+  EXPECT_TRUE(until([&] { return waiting->isActiveWindow(); }));
+  QTest::keyClick(waiting->windowHandle(), Qt::Key_A);
+  EXPECT_EQ(client.presses, 1);
 }
 
 }  // namespace

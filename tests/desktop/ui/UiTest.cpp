@@ -44,6 +44,21 @@ std::optional<std::string_view> Description::attribute(std::string_view name) co
   return found->second;
 }
 
+std::optional<platform::NSEvent> TestKeys::translate(const QKeyEvent& press) {
+  using Bits = platform::NSEventModifierFlags;
+  for (const Qt::Key key : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_Meta}) {
+    if (press.key() == key) return std::nullopt;
+  }
+  platform::NSEvent event;
+  event.type = platform::NSEventType::KeyDown;
+  event.keyCode = static_cast<std::uint16_t>(press.key());
+  if (press.modifiers().testFlag(Qt::ShiftModifier)) event.modifierFlags |= Bits::Shift;
+  if (press.modifiers().testFlag(Qt::ControlModifier)) event.modifierFlags |= Bits::Control;
+  if (press.modifiers().testFlag(Qt::AltModifier)) event.modifierFlags |= Bits::Option;
+  if (press.modifiers().testFlag(Qt::MetaModifier)) event.modifierFlags |= Bits::Command;
+  return event;
+}
+
 struct UiTest::Desk final : platform::Desktop {
   platform::port::MainLoop& mainLoop() override { return loop; }
   platform::port::StandardOutput& standardOutput() override { absent(); }
@@ -53,11 +68,13 @@ struct UiTest::Desk final : platform::Desktop {
   platform::port::StatusBar& statusBar() override { absent(); }
   platform::port::Screens& screens() override { return qtScreens; }
   [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return {}; }
+  [[nodiscard]] std::string bundlePath() const override { absent(); }
 
   SilentSession silent;
   linux_desktop::QtScreens qtScreens;
   linux_desktop::QtMainLoop loop;
-  linux_desktop::QtWindows qtWindows{loop};
+  TestKeys keys;
+  linux_desktop::QtWindows qtWindows{loop, nullptr, &keys};
   platform::Runtime runtime{*this};
 };
 

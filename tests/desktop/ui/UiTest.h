@@ -11,6 +11,7 @@
 #include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/tray/StatusItemAnchor.h"
 #include "desktop/linux/ui/QtWindows.h"
+#include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "platform/Desktop.h"
 #include "platform/Runtime.h"
 #include "platform/appkit/NSStackView.h"
@@ -51,6 +52,12 @@ class TestStatusItem final : public platform::port::StatusItemPeer,
   bool shown = true;
   int menuRequests = 0;
   std::function<void()> observer;
+};
+
+/// Gives each key its Qt::Key for a code.
+class TestKeys final : public linux_desktop::KeyTranslator {
+ public:
+  [[nodiscard]] std::optional<platform::NSEvent> translate(const QKeyEvent& press) override;
 };
 
 /// Windows and main loop of the Linux desktop, without a screen. Nothing else of a desktop exists.

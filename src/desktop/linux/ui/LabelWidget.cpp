@@ -25,4 +25,9 @@ void LabelWidget::themeDidChange() {
   setPalette(own);
 }
 
+QString LabelWidget::accessibleName() const {
+  const QString label = ViewWidget::accessibleName();
+  return label.isEmpty() || text().isEmpty() ? label : QStringLiteral("%1: %2").arg(label, text());
+}
+
 }  // namespace linux_desktop

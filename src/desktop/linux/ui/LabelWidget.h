@@ -17,6 +17,8 @@ class LabelWidget final : public QLabel, public ViewWidget {
   [[nodiscard]] const platform::NSView& view() const override { return *field_; }
   void viewDidChange(platform::ViewChange change) override;
   void themeDidChange() override;
+  /// The text, after what the view is called where that says something else.
+  [[nodiscard]] QString accessibleName() const override;
 
  private:
   std::shared_ptr<platform::NSTextField> field_;

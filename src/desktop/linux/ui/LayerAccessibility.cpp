@@ -3,35 +3,41 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QMenu>
+#include <functional>
 #include <memory>
+#include <utility>
 
+#include "desktop/linux/ui/BoxWidget.h"
+#include "desktop/linux/ui/CheckboxWidget.h"
+#include "desktop/linux/ui/FilePathWidget.h"
 #include "desktop/linux/ui/LayerWidget.h"
 #include "desktop/linux/ui/MenuButton.h"
+#include "desktop/linux/ui/PanelWindow.h"
 
 namespace linux_desktop {
 namespace {
 
-class LayerAccessible final : public QAccessibleWidget {
+/// Where a press is a press and a release of the view, and the model has the state. Qt's own for
+/// checkboxes would flip the widget and press nothing.
+class SwitchAccessible final : public QAccessibleWidget {
  public:
-  explicit LayerAccessible(LayerWidget& widget)
-      : QAccessibleWidget(&widget, QAccessible::CheckBox), widget_(widget) {}
+  SwitchAccessible(ViewWidget& switched, std::function<void()> click)
+      : QAccessibleWidget(&switched.widget(), QAccessible::CheckBox),
+        switched_(switched),
+        click_(std::move(click)) {}
 
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
-    switch (kind) {
-      case QAccessible::Name:
-        return QString::fromStdString(widget_.view().accessibilityLabel());
-      case QAccessible::Description:
-      case QAccessible::Help:
-        return QString::fromStdString(widget_.view().accessibilityHelp());
-      default:
-        return QAccessibleWidget::text(kind);
-    }
+    const platform::NSView& view = switched_.view();
+    if (kind == QAccessible::Name) return nameOf(view);
+    const bool isHelp = kind == QAccessible::Description || kind == QAccessible::Help;
+    return isHelp ? QString::fromStdString(view.accessibilityHelp())
+                  : QAccessibleWidget::text(kind);
   }
 
   [[nodiscard]] QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
     state.checkable = true;
-    state.checked = widget_.view().accessibilityValue().value_or(false);
+    state.checked = switched_.view().accessibilityValue().value_or(false);
     return state;
   }
 
@@ -41,14 +47,36 @@ class LayerAccessible final : public QAccessibleWidget {
 
   void doAction(const QString& name) override {
     if (name == toggleAction() || name == pressAction()) {
-      widget_.click();
+      click_();
     } else {
       QAccessibleWidget::doAction(name);
     }
   }
 
  private:
-  LayerWidget& widget_;
+  static QString nameOf(const platform::NSView& view) {
+    const auto* button = dynamic_cast<const platform::NSButton*>(&view);
+    const bool isTitled = view.accessibilityLabel().empty() && button != nullptr;
+    return QString::fromStdString(isTitled ? button->title() : view.accessibilityLabel());
+  }
+
+  ViewWidget& switched_;
+  std::function<void()> click_;
+};
+
+class BoxAccessible final : public QAccessibleWidget {
+ public:
+  explicit BoxAccessible(BoxWidget& box)
+      : QAccessibleWidget(&box, QAccessible::Grouping), box_(box) {}
+
+  [[nodiscard]] QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.selected = box_.isMarked();
+    return state;
+  }
+
+ private:
+  BoxWidget& box_;
 };
 
 /// Qt leaves menus out of the children of what they belong to.
@@ -91,14 +119,35 @@ class MenuButtonAccessible final : public QAccessibleWidget {
   MenuButton& button_;
 };
 
+class WindowAccessible final : public QAccessibleWidget {
+ public:
+  explicit WindowAccessible(PanelWindow& window)
+      : QAccessibleWidget(&window, QAccessible::Window) {}
+};
+
+class PathAccessible final : public QAccessibleWidget {
+ public:
+  explicit PathAccessible(FilePathWidget& path)
+      : QAccessibleWidget(&path, QAccessible::StaticText) {}
+};
+
+/// Qt's cache of interfaces takes what is made over.
+template <class Accessible, class... Arguments>
+QAccessibleInterface* made(Arguments&&... arguments) {
+  return std::make_unique<Accessible>(std::forward<Arguments>(arguments)...).release();
+}
+
 QAccessibleInterface* make(const QString&, QObject* object) {
-  if (auto* button = dynamic_cast<MenuButton*>(object))
-    return std::make_unique<MenuButtonAccessible>(*button).release();
-  auto* widget = dynamic_cast<LayerWidget*>(object);
-  const bool isSwitch = widget != nullptr &&
-                        widget->view().accessibilityRole() == platform::NSAccessibilityRole::Switch;
-  // Qt's cache of interfaces takes it over.
-  return isSwitch ? std::make_unique<LayerAccessible>(*widget).release() : nullptr;
+  if (auto* window = dynamic_cast<PanelWindow*>(object)) return made<WindowAccessible>(*window);
+  if (auto* button = dynamic_cast<MenuButton*>(object)) return made<MenuButtonAccessible>(*button);
+  if (auto* box = dynamic_cast<BoxWidget*>(object)) return made<BoxAccessible>(*box);
+  if (auto* path = dynamic_cast<FilePathWidget*>(object)) return made<PathAccessible>(*path);
+  if (auto* checkbox = dynamic_cast<CheckboxWidget*>(object))
+    return made<SwitchAccessible>(*checkbox, [checkbox] { checkbox->click(); });
+  auto* layers = dynamic_cast<LayerWidget*>(object);
+  const bool isSwitch = layers != nullptr &&
+                        layers->view().accessibilityRole() == platform::NSAccessibilityRole::Switch;
+  return isSwitch ? made<SwitchAccessible>(*layers, [layers] { layers->click(); }) : nullptr;
 }
 
 }  // namespace

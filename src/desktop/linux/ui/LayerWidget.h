@@ -4,17 +4,10 @@
 #include <memory>
 #include <optional>
 
+#include "desktop/linux/ui/PressObserver.h"
 #include "desktop/linux/ui/ViewWidget.h"
 
 namespace linux_desktop {
-
-/// Told of the presses on views. Each press is followed by one release.
-class PressObserver {
- public:
-  virtual ~PressObserver() = default;
-  virtual void pressed(platform::NSView& view, QPointF inWindow) = 0;
-  virtual void released(platform::NSView& view, QPointF inWindow) = 0;
-};
 
 using Clock = std::function<platform::MonotonicTime()>;
 
@@ -33,6 +26,9 @@ class LayerWidget final : public QWidget, public ViewWidget {
   [[nodiscard]] const platform::NSView& view() const override { return *view_; }
   void viewDidChange(platform::ViewChange change) override;
   void themeDidChange() override { update(); }
+  [[nodiscard]] bool actsOn(int key) const override {
+    return key == Qt::Key_Space && view_->acceptsFirstResponder();
+  }
   [[nodiscard]] int overhang() const override { return kOverhang; }
   [[nodiscard]] QSize sizeHint() const override;
 

@@ -88,7 +88,24 @@ bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
   if (isPress && watched == windowHandle()) {
     observer_.pressedInside(static_cast<QInputEvent*>(event)->timestamp());
   }
+  // A ShortcutOverride asks before each press whether it may be a mnemonic or the like.
+  const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+  if (isKey && chrome_ == Chrome::Titled && watched == windowHandle()) {
+    auto& key = static_cast<QKeyEvent&>(*event);
+    if (isForControls(key)) return false;
+    key.accept();
+    if (event->type() == QEvent::KeyPress && !key.isAutoRepeat()) observer_.keyPressed(key);
+    return true;
+  }
   return QWidget::eventFilter(watched, event);
+}
+
+bool PanelWindow::isForControls(const QKeyEvent& event) const {
+  constexpr auto kOthers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+  if ((event.modifiers() & kOthers) != Qt::NoModifier) return false;
+  if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) return true;
+  const auto* focused = dynamic_cast<const ViewWidget*>(focusWidget());
+  return focused != nullptr && focused->actsOn(event.key());
 }
 
 void PanelWindow::keyPressEvent(QKeyEvent* event) {

@@ -11,6 +11,7 @@ namespace linux_desktop {
 enum class Chrome {
   Ordinary,          ///< the window manager's frame
   OrdinaryWithMenu,  ///< the same, with a row for the menu above the content
+  Titled,            ///< as the first; keys are reported, Escape too
   Popover,           ///< our own thin border, in front of other windows
   RoundPopover,      ///< the same with round corners; needs a compositing manager
 };
@@ -23,10 +24,12 @@ enum class Chrome {
 class PanelObserver {
  public:
   virtual ~PanelObserver() = default;
-  /// The title bar's button or Escape; the window is still there.
+  /// The title bar's button, or Escape; the window is still there.
   virtual void closeRequested() = 0;
   /// The user wants the menu that drops down from `button`.
   virtual void menuRequested(QWidget& button) = 0;
+  /// A key was pressed in a titled window that no control of it needs. Not for a repeat.
+  virtual void keyPressed(const QKeyEvent& event) = 0;
   virtual void activeChanged(bool active) = 0;
   /// A button or a finger was pressed on it, at the window system's time in milliseconds.
   virtual void pressedInside(quint64 time) = 0;
@@ -60,6 +63,7 @@ class PanelWindow final : public QWidget {
 
  private:
   void addMenuRow(QBoxLayout& layout);
+  [[nodiscard]] bool isForControls(const QKeyEvent& event) const;
 
   Chrome chrome_;
   Clock clock_;

@@ -4,32 +4,28 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/linux/ui/WindowServices.h"
+#include "desktop/linux/ui/ModalDialog.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {
 
-/// An alert in a message box that all windows of the application wait for.
-class QtAlert final : public platform::port::Windows::AlertPeer {
+/// An alert in a message box.
+class QtAlert final : public platform::port::Windows::ModalPeer {
  public:
   using Answered = std::function<void(std::size_t button)>;
 
-  /// `services` outlive the alert. `answered` may destroy it.
-  QtAlert(const platform::NSAlert& alert, Answered answered, WindowServices& services);
-  ~QtAlert() override;
-  QtAlert(const QtAlert&) = delete;
-  QtAlert& operator=(const QtAlert&) = delete;
+  /// `sheetOf` waits for the answer; null: all windows of the application do. `services` outlive
+  /// the alert. `answered` may destroy it.
+  QtAlert(const platform::NSAlert& alert, Answered answered, QtWindowPeer* sheetOf,
+          WindowServices& services);
 
  private:
-  void show();
+  [[nodiscard]] std::unique_ptr<QMessageBox> boxFor(const platform::NSAlert& alert, bool isSheet);
   void finish(std::size_t button);
-  void end();
 
-  WindowServices& services_;
   Answered answered_;
-  std::unique_ptr<QMessageBox> box_;
-  bool ended_ = false;
+  ModalDialog dialog_;
 };
 
 }  // namespace linux_desktop

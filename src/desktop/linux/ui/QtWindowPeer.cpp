@@ -10,6 +10,7 @@
 
 #include "desktop/linux/ui/ExposeWatch.h"
 #include "desktop/linux/ui/PopoverPlacement.h"
+#include "desktop/linux/ui/ProgramIcon.h"
 #include "desktop/linux/ui/XWindowHints.h"
 #include "desktop/linux/x11/ScreenPixels.h"
 #include "desktop/linux/x11/XPanels.h"
@@ -117,9 +118,8 @@ void QtWindowPeer::update(const std::vector<port::ChangedView>& changes, bool) {
 // --- Showing ---
 
 Chrome QtWindowPeer::chromeFor(const StatusItemAnchor* anchor) const {
-  if (model_.style() == platform::NSWindowStyle::Titled || anchor == nullptr) {
-    return Chrome::Ordinary;
-  }
+  if (model_.style() == platform::NSWindowStyle::Titled) return Chrome::Titled;
+  if (anchor == nullptr) return Chrome::Ordinary;
   if (!anchor->isShown()) return Chrome::OrdinaryWithMenu;
   const bool round = services_.server && services_.server->isComposited();
   return round ? Chrome::RoundPopover : Chrome::Popover;
@@ -134,6 +134,7 @@ void QtWindowPeer::ensureWindow(Chrome chrome) {
   PressObserver& presses = *this;
   PanelObserver& observer = *this;
   window_ = std::make_unique<PanelWindow>(chrome, title, services_.clock, presses, observer);
+  if (QApplication::windowIcon().isNull()) QApplication::setWindowIcon(programIcon());
   window_->setContent(model_.contentView());
 }
 
@@ -245,6 +246,13 @@ void QtWindowPeer::released(NSView& view, QPointF inWindow) {
 
 void QtWindowPeer::closeRequested() {
   report([this] { client_.windowShouldClose(); });
+}
+
+void QtWindowPeer::keyPressed(const QKeyEvent& event) {
+  if (services_.keys == nullptr) return;
+  if (const auto press = services_.keys->translate(event)) {
+    report([this, press = *press] { client_.keyDown(press); });
+  }
 }
 
 void QtWindowPeer::menuRequested(QWidget& button) {

@@ -46,6 +46,7 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void released(platform::NSView& view, QPointF inWindow) override;
   void closeRequested() override;
   void menuRequested(QWidget& button) override;
+  void keyPressed(const QKeyEvent& event) override;
   void activeChanged(bool active) override;
   void pressedInside(quint64 time) override;
   void resized() override;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "desktop/linux/ui/QtAlert.h"
+#include "desktop/linux/ui/QtOpenPanel.h"
 #include "desktop/linux/ui/QtWindowPeer.h"
 #include "platform/appkit/NSWindow.h"
 
@@ -21,9 +22,11 @@ class NeverShown final : public platform::port::WindowPeer {
 
 }  // namespace
 
-QtWindows::QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers)
+QtWindows::QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers,
+                     KeyTranslator* keys)
     : services_{.clock = [&loop] { return loop.now(); },
                 .server = XServer::connect(),
+                .keys = keys,
                 .alerts = 0,
                 .shown = {}},
       covers_(covers) {
@@ -45,9 +48,22 @@ std::unique_ptr<platform::port::WindowPeer> QtWindows::createWindow(
   return std::make_unique<QtWindowPeer>(window, client, services_);
 }
 
-std::unique_ptr<platform::port::Windows::AlertPeer> QtWindows::showAlert(
+std::unique_ptr<platform::port::Windows::ModalPeer> QtWindows::showAlert(
     const platform::NSAlert& alert, std::function<void(std::size_t button)> answered) {
-  return std::make_unique<QtAlert>(alert, std::move(answered), services_);
+  return std::make_unique<QtAlert>(alert, std::move(answered), nullptr, services_);
+}
+
+std::unique_ptr<platform::port::Windows::ModalPeer> QtWindows::showSheet(
+    const platform::NSAlert& alert, platform::port::WindowPeer& window,
+    std::function<void(std::size_t button)> answered) {
+  return std::make_unique<QtAlert>(alert, std::move(answered), dynamic_cast<QtWindowPeer*>(&window),
+                                   services_);
+}
+
+std::unique_ptr<platform::port::Windows::ModalPeer> QtWindows::showOpenPanel(
+    const platform::NSOpenPanel& panel,
+    std::function<void(std::optional<std::string> path)> answered) {
+  return std::make_unique<QtOpenPanel>(panel, std::move(answered), services_);
 }
 
 void QtWindows::activateApplication() {

@@ -12,16 +12,24 @@ namespace linux_desktop {
 class QtWindows final : public platform::port::Windows {
  public:
   /// `loop` is for its clock. `covers` makes the windows below all others; null: they never come to
-  /// the screen. Both outlive this, as this does its peers.
-  explicit QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers = nullptr);
+  /// the screen. `keys` says what the keys of titled windows are; null: none is reported. All
+  /// outlive this, as this does its peers.
+  explicit QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers = nullptr,
+                     KeyTranslator* keys = nullptr);
   ~QtWindows() override;
   QtWindows(const QtWindows&) = delete;
   QtWindows& operator=(const QtWindows&) = delete;
 
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createWindow(
       platform::NSWindow& window, platform::port::WindowClient& client) override;
-  [[nodiscard]] std::unique_ptr<AlertPeer> showAlert(
+  [[nodiscard]] std::unique_ptr<ModalPeer> showAlert(
       const platform::NSAlert& alert, std::function<void(std::size_t button)> answered) override;
+  [[nodiscard]] std::unique_ptr<ModalPeer> showSheet(
+      const platform::NSAlert& alert, platform::port::WindowPeer& window,
+      std::function<void(std::size_t button)> answered) override;
+  [[nodiscard]] std::unique_ptr<ModalPeer> showOpenPanel(
+      const platform::NSOpenPanel& panel,
+      std::function<void(std::optional<std::string> path)> answered) override;
   void activateApplication() override;
 
  private:

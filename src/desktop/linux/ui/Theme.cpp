@@ -115,11 +115,18 @@ QColor Theme::accent() const {
   });
 }
 
-QColor Theme::focusRing() const {
-  const QColor highlight = palette_.color(QPalette::Active, QPalette::Highlight);
-  return nearest(highlight, [this](const QColor& candidate) {
+QColor Theme::standingOut(const QColor& color) const {
+  return nearest(color, [this](const QColor& candidate) {
     return contrast(candidate, window()) >= kShapeContrast;
   });
+}
+
+QColor Theme::mark(const NSColor& color) const {
+  return standingOut(this->color(color));
+}
+
+QColor Theme::focusRing() const {
+  return standingOut(palette_.color(QPalette::Active, QPalette::Highlight));
 }
 
 QFont fontFor(NSTextStyle style, QFont base) {

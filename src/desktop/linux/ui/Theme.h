@@ -25,6 +25,9 @@ class Theme {
 
   [[nodiscard]] QColor color(const platform::NSColor& color) const;
 
+  /// `color`, or the next shade of it that stands out from the window: for shapes that mean
+  /// something.
+  [[nodiscard]] QColor mark(const platform::NSColor& color) const;
   /// The rings around focused controls.
   [[nodiscard]] QColor focusRing() const;
   [[nodiscard]] QColor window() const { return palette_.color(QPalette::Active, QPalette::Window); }
@@ -34,6 +37,7 @@ class Theme {
   [[nodiscard]] QColor text() const;
   [[nodiscard]] QColor secondaryText() const;
   [[nodiscard]] QColor accent() const;
+  [[nodiscard]] QColor standingOut(const QColor& color) const;
 
   QPalette palette_;
 };

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/linux/ui/BoxWidget.h"
+#include "desktop/linux/ui/ButtonWidget.h"
+#include "desktop/linux/ui/CheckboxWidget.h"
+#include "desktop/linux/ui/FilePathWidget.h"
 #include "desktop/linux/ui/ImageWidget.h"
 #include "desktop/linux/ui/LabelWidget.h"
 #include "desktop/linux/ui/OverhangItem.h"
@@ -51,9 +55,12 @@ struct ViewTree::KindRow {
 const ViewTree::KindRow ViewTree::kKinds[] = {
     {NSViewKind::Custom, &ViewTree::addLayers},
     {NSViewKind::Stack, &ViewTree::addStack},
-    {NSViewKind::Label, &ViewTree::addWidget<LabelWidget, platform::NSTextField>},
+    {NSViewKind::Label, &ViewTree::addLabel},
     {NSViewKind::Image, &ViewTree::addWidget<ImageWidget, platform::NSImageView>},
     {NSViewKind::Separator, &ViewTree::addWidget<SeparatorWidget, NSView>},
+    {NSViewKind::Button, &ViewTree::addControl<ButtonWidget>},
+    {NSViewKind::Checkbox, &ViewTree::addControl<CheckboxWidget>},
+    {NSViewKind::Box, &ViewTree::addBox},
 };
 
 ViewTree::ViewTree(std::shared_ptr<NSView> root, QWidget& host, QBoxLayout& layout, Clock clock,
@@ -69,12 +76,15 @@ ViewTree::ViewTree(std::shared_ptr<NSView> root, QWidget& host, QBoxLayout& layo
   build();
 }
 
+ViewTree::~ViewTree() {
+  clear();
+}
+
 // --- Building ---
 
 void ViewTree::build() {
   while (layout_.count() > 0) const std::unique_ptr<QLayoutItem> gone(layout_.takeAt(0));
-  layers_.clear();
-  widgets_.clear();
+  clear();
   add(root_, layout_);
   readVisibility();
 }
@@ -103,20 +113,50 @@ void ViewTree::addStack(const std::shared_ptr<NSView>& view, QBoxLayout& layout)
 }
 
 void ViewTree::addLayers(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
-  auto widget = std::make_unique<LayerWidget>(view, clock_, presses_, &host_);
+  auto widget = std::make_unique<LayerWidget>(view, clock_, presses_, layout.parentWidget());
   layers_.push_back(widget.get());
   place(std::move(widget), layout);
 }
 
+void ViewTree::addLabel(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
+  const auto& field = static_cast<const platform::NSTextField&>(*view);
+  if (field.content() == platform::NSTextContent::FilePath) {
+    addWidget<FilePathWidget, platform::NSTextField>(view, layout);
+  } else {
+    addWidget<LabelWidget, platform::NSTextField>(view, layout);
+  }
+}
+
+void ViewTree::addBox(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
+  auto widget = std::make_unique<BoxWidget>(std::static_pointer_cast<platform::NSBox>(view),
+                                            layout.parentWidget());
+  QBoxLayout& inside = widget->inside();
+  place(std::move(widget), layout);
+  for (const auto& child : view->subviews()) add(child, inside);
+}
+
+template <class Widget>
+void ViewTree::addControl(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
+  place(std::make_unique<Widget>(std::static_pointer_cast<platform::NSButton>(view), presses_,
+                                 layout.parentWidget()),
+        layout);
+}
+
 template <class Widget, class View>
 void ViewTree::addWidget(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
-  place(std::make_unique<Widget>(std::static_pointer_cast<View>(view), &host_), layout);
+  place(std::make_unique<Widget>(std::static_pointer_cast<View>(view), layout.parentWidget()),
+        layout);
 }
 
 void ViewTree::place(std::unique_ptr<ViewWidget> widget, QBoxLayout& layout) {
   readCommon(*widget);
   layout.addItem(std::make_unique<OverhangItem>(&widget->widget(), widget->overhang()).release());
   widgets_.push_back(std::move(widget));
+}
+
+void ViewTree::clear() {
+  layers_.clear();
+  while (!widgets_.empty()) widgets_.pop_back();
 }
 
 // --- Keeping up ---
@@ -135,8 +175,8 @@ void ViewTree::update(const std::vector<platform::port::ChangedView>& changes) {
     visibility = visibility || includes(change, ViewChange::Hidden);
     ViewWidget* widget = widgetOf(*view);
     if (widget == nullptr) continue;
-    if (includes(change, ViewChange::Attributes)) readCommon(*widget);
     widget->viewDidChange(change);
+    if (includes(change, ViewChange::Attributes | ViewChange::Content)) readCommon(*widget);
   }
   if (visibility) readVisibility();
   step();
@@ -152,7 +192,7 @@ ViewWidget* ViewTree::widgetOf(const NSView& view) const {
 }
 
 void ViewTree::readCommon(ViewWidget& widget) const {
-  widget.widget().setAccessibleName(QString::fromStdString(widget.view().accessibilityLabel()));
+  widget.widget().setAccessibleName(widget.accessibleName());
   widget.widget().setAccessibleDescription(
       QString::fromStdString(widget.view().accessibilityHelp()));
 }

@@ -20,6 +20,7 @@ class ViewTree {
   /// Fills `layout`, which lies in `host`. Both, and `presses`, outlive this.
   ViewTree(std::shared_ptr<platform::NSView> root, QWidget& host, QBoxLayout& layout, Clock clock,
            PressObserver& presses);
+  ~ViewTree();
   ViewTree(const ViewTree&) = delete;
   ViewTree& operator=(const ViewTree&) = delete;
 
@@ -36,9 +37,14 @@ class ViewTree {
   void add(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
   void addStack(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
   void addLayers(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
+  void addLabel(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
+  void addBox(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
+  template <class Widget>
+  void addControl(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
   template <class Widget, class View>
   void addWidget(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
   void place(std::unique_ptr<ViewWidget> widget, QBoxLayout& layout);
+  void clear();
   [[nodiscard]] ViewWidget* widgetOf(const platform::NSView& view) const;
   void readCommon(ViewWidget& widget) const;
   void readVisibility();
@@ -49,6 +55,7 @@ class ViewTree {
   QBoxLayout& layout_;
   Clock clock_;
   PressObserver& presses_;
+  /// What is inside a widget comes after it.
   std::vector<std::unique_ptr<ViewWidget>> widgets_;
   std::vector<LayerWidget*> layers_;
   QTimer frames_;

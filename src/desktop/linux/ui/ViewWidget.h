@@ -17,6 +17,12 @@ class ViewWidget {
   virtual void viewDidChange(platform::ViewChange change) = 0;
   /// The desktop's palette or font changed.
   virtual void themeDidChange() = 0;
+  /// What assistive technology calls it; empty: what the widget itself says.
+  [[nodiscard]] virtual QString accessibleName() const {
+    return QString::fromStdString(view().accessibilityLabel());
+  }
+  /// Whether the Qt::Key does something here while the widget has the focus.
+  [[nodiscard]] virtual bool actsOn(int /*key*/) const { return false; }
   /// How far the widget reaches beyond the view on each side, for what is painted there. Layouts
   /// place the view and let neighbours have this room too.
   [[nodiscard]] virtual int overhang() const { return 0; }

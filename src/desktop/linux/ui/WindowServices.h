@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "desktop/linux/ui/LayerWidget.h"
+#include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/x11/XServer.h"
 
 namespace linux_desktop {
@@ -15,7 +16,9 @@ struct WindowServices {
   Clock clock;
   /// Null where the interface is not on an X server.
   std::unique_ptr<XServer> server;
-  /// How many alerts wait for their answer.
+  /// Null where nobody can say what a key is to the platform: then none is reported.
+  KeyTranslator* keys = nullptr;
+  /// How many dialogs that all windows wait for are on the screen.
   int alerts = 0;
   /// The peers that are on the screen, the one shown last at the end.
   std::vector<QtWindowPeer*> shown;
