@@ -2,23 +2,18 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 
 #include <QCoreApplication>
-#include <fstream>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "desktop/harness/PrivateHome.h"
-#include "desktop/harness/SoundServer.h"
-#include "desktop/harness/Until.h"
+#include "SoundTest.h"
 
 namespace {
 
 using harness::SoundServer;
 using linux_desktop::PulseAudioObjects;
+using linux_desktop::PulseSound;
 using platform::AudioObjectID;
 using platform::OSStatus;
 using testing::ElementsAre;
@@ -32,48 +27,8 @@ constexpr platform::AudioObjectPropertyAddress kMute{platform::kAudioDevicePrope
                                                      platform::kAudioDevicePropertyScopeOutput,
                                                      platform::kAudioObjectPropertyElementMain};
 
-// What the room prints by default, line by line. Also from the thread of the loop.
-class Warnings {
- public:
-  Warnings() { previous_ = qInstallMessageHandler(&Warnings::take); }
-  ~Warnings() { qInstallMessageHandler(previous_); }
-  Warnings(const Warnings&) = delete;
-  Warnings& operator=(const Warnings&) = delete;
-
-  static std::vector<std::string> lines() {
-    const std::lock_guard lock(mutex_);
-    return lines_;
-  }
-  static void clear() {
-    const std::lock_guard lock(mutex_);
-    lines_.clear();
-  }
-
- private:
-  static void take(QtMsgType, const QMessageLogContext& context, const QString& text) {
-    const std::lock_guard lock(mutex_);
-    lines_.push_back(std::string(context.category) + ": " + text.toStdString());
-  }
-
-  static inline std::mutex mutex_;
-  static inline std::vector<std::string> lines_;
-  QtMessageHandler previous_ = nullptr;
-};
-
-class PulseAudioObjectsTest : public testing::TestWithParam<SoundServer::Kind> {
+class PulseAudioObjectsTest : public SoundTest {
  protected:
-  PulseAudioObjectsTest() {
-    Warnings::clear();
-    for (const auto& [name, value] : home_.environment()) qputenv(name.c_str(), value.c_str());
-    qunsetenv("PULSE_SERVER");
-    qunsetenv("DISPLAY");
-  }
-
-  [[nodiscard]] SoundServer serve(std::vector<std::string> sinks = {"out1"},
-                                  SoundServer::Start start = SoundServer::Start::Now) const {
-    return {GetParam(), home_.environment(), std::move(sinks), start};
-  }
-
   static AudioObjectID defaultOutput(const PulseAudioObjects& objects) {
     std::uint32_t id = 0;
     const OSStatus status =
@@ -85,14 +40,6 @@ class PulseAudioObjectsTest : public testing::TestWithParam<SoundServer::Kind> {
     const OSStatus status = objects.propertyData(device, kMute, value);
     return status == platform::noErr ? std::optional(value) : std::nullopt;
   }
-  // For what the copy learns from the server by itself.
-  static bool soon(const std::function<bool()>& fact) {
-    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-  }
-  [[nodiscard]] static std::vector<std::string> warnings() { return Warnings::lines(); }
-
-  Warnings captured_;
-  harness::PrivateHome home_;
 };
 
 INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseAudioObjectsTest,
@@ -102,7 +49,8 @@ INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseAudioObjectsTest,
 
 TEST_P(PulseAudioObjectsTest, WritingMutesTheSinkAndReadingFollowsIt) {
   SoundServer server = serve();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   ASSERT_GT(device, platform::kAudioObjectSystemObject)
       << "the first call waits for the connection";
@@ -122,7 +70,8 @@ TEST_P(PulseAudioObjectsTest, WritingMutesTheSinkAndReadingFollowsIt) {
 
 TEST_P(PulseAudioObjectsTest, OnlyTheTwoAddressesExist) {
   SoundServer server = serve();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   platform::AudioObjectPropertyAddress wrongScope = kMute;
   wrongScope.mScope = platform::kAudioObjectPropertyScopeGlobal;
@@ -150,7 +99,8 @@ TEST_P(PulseAudioObjectsTest, OnlyTheTwoAddressesExist) {
 
 TEST_P(PulseAudioObjectsTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
   SoundServer server = serve();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   const AudioObjectID first = defaultOutput(objects);
   ASSERT_EQ(objects.setPropertyData(first, kMute, 1), platform::noErr);
 
@@ -164,7 +114,7 @@ TEST_P(PulseAudioObjectsTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
   EXPECT_FALSE(server.sinkMuted("out1"));
   EXPECT_TRUE(server.sinkMuted("out2"));
 
-  server.removeSink(module);
+  server.remove(module);
   ASSERT_TRUE(soon([&] { return defaultOutput(objects) == first; })) << "unplugged";
   EXPECT_TRUE(soon([&] { return !mute(objects, second); }));
   EXPECT_EQ(objects.setPropertyData(second, kMute, 1), platform::kAudioHardwareBadObjectError);
@@ -177,7 +127,8 @@ TEST_P(PulseAudioObjectsTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
 
 TEST_P(PulseAudioObjectsTest, WithoutADeviceTheDefaultIsAbsentUnlessTheServerOffersADummy) {
   SoundServer server = serve({});
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   if (GetParam() == SoundServer::Kind::PipeWire) {
     ASSERT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
     EXPECT_EQ(objects.setPropertyData(defaultOutput(objects), kMute, 1), platform::noErr);
@@ -197,7 +148,8 @@ TEST_P(PulseAudioObjectsTest, WithoutADeviceTheDefaultIsAbsentUnlessTheServerOff
 
 TEST_P(PulseAudioObjectsTest, WithoutAServerEveryCallSaysSoUntilItsSocketAppears) {
   SoundServer server = serve({"out1"}, SoundServer::Start::Later);
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   bool settable = true;
   std::uint32_t id = 0;
   EXPECT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));
@@ -218,7 +170,8 @@ TEST_P(PulseAudioObjectsTest, WithoutAServerEveryCallSaysSoUntilItsSocketAppears
 
 TEST_P(PulseAudioObjectsTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
   SoundServer server = serve();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.stop();
   EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
@@ -239,7 +192,8 @@ TEST_P(PulseAudioObjectsTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
 TEST_P(PulseAudioObjectsTest, AServerThatHangsAtOurStartDelaysNothingButOneCall) {
   SoundServer server = serve();
   server.stop();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   EXPECT_THAT(warnings(), IsEmpty()) << "starting does not wait";
   for (int time = 0; time < 1000; ++time) {
     ASSERT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));
@@ -251,7 +205,8 @@ TEST_P(PulseAudioObjectsTest, AServerThatHangsAtOurStartDelaysNothingButOneCall)
 
 TEST_P(PulseAudioObjectsTest, AKilledServerIsMetAgainWithNewIds) {
   SoundServer server = serve();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.kill();
   EXPECT_TRUE(soon([&] { return defaultOutput(objects) == 0; }));
@@ -267,7 +222,8 @@ TEST_P(PulseAudioObjectsTest, AKilledServerIsMetAgainWithNewIds) {
 
 TEST_P(PulseAudioObjectsTest, AServerThatDiesWhileACallWaitsEndsTheWait) {
   SoundServer server = serve();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.stop();
   EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
@@ -285,7 +241,8 @@ INSTANTIATE_TEST_SUITE_P(OnPipeWire, PipeWireEngineTest,
 // The front still answers questions from its own memory, so that the sign of life does not tell.
 TEST_P(PipeWireEngineTest, AHungEngineBehindALivingFrontIsNotToldLateEither) {
   SoundServer server = serve();
-  PulseAudioObjects objects;
+  PulseSound sound;
+  PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.stopEngine();
   EXPECT_EQ(objects.setPropertyData(device, kMute, 1), platform::kAudioHardwareNotRunningError);
@@ -300,9 +257,3 @@ TEST_P(PipeWireEngineTest, AHungEngineBehindALivingFrontIsNotToldLateEither) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  const QCoreApplication application(argc, argv);
-  return RUN_ALL_TESTS();
-}

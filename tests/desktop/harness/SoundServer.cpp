@@ -4,6 +4,7 @@
 #include <sys/un.h>
 
 #include <algorithm>
+#include <regex>
 #include <stdexcept>
 #include <utility>
 
@@ -100,7 +101,7 @@ void SoundServer::startPipeWire() {
   const std::string wanted = sinks_.empty() ? "auto_null" : sinks_.front();
   throwUnless(until([&] { return pactl({"get-default-sink"}) == wanted; }),
               "PipeWire never made " + wanted + " its default");
-  // See addSink(); this one runs while something plays.
+  // See addDevice(); this one runs while something plays.
   if (sinks_.empty()) launch({"pacat", "--raw", "--device=" + wanted, "/dev/zero"});
 }
 
@@ -150,21 +151,58 @@ std::string SoundServer::pactl(const std::vector<std::string>& arguments) {
 }
 
 bool SoundServer::sinkMuted(const std::string& sink) const {
-  const RunResult result = runPactl({"get-sink-mute", sink});
-  throwUnless(result.succeeded(), "pactl get-sink-mute " + sink + ": " + result.errorOutput);
+  return muted("sink", sink);
+}
+
+bool SoundServer::sourceMuted(const std::string& source) const {
+  return muted("source", source);
+}
+
+bool SoundServer::muted(const std::string& kind, const std::string& device) const {
+  const RunResult result = runPactl({"get-" + kind + "-mute", device});
+  throwUnless(result.succeeded(), "pactl get-" + kind + "-mute " + device + result.errorOutput);
   return result.output == "Mute: yes\n";
 }
 
+// "Volume: front-left: 19661 /  30% / -31.37 dB,   front-right: 39322 / ..."
+std::vector<int> SoundServer::sourceVolumes(const std::string& source) {
+  const std::string text = pactl({"get-source-volume", source});
+  static const std::regex kVolume(": *([0-9]+) */");
+  std::vector<int> volumes;
+  for (std::sregex_iterator at(text.begin(), text.end(), kVolume), end; at != end; ++at) {
+    volumes.push_back(std::stoi((*at)[1]));
+  }
+  return volumes;
+}
+
 std::string SoundServer::addSink(const std::string& sink) {
-  std::vector<std::string> arguments{"load-module", "module-null-sink", "sink_name=" + sink};
-  // From 1.4 on a PipeWire null sink that has never run keeps telling its old mute.
-  if (kind_ == Kind::PipeWire) arguments.emplace_back("node.always-process=true");
-  std::string module = pactl(arguments);
+  return addDevice("sink", sink, {"module-null-sink", "sink_name=" + sink});
+}
+
+std::string SoundServer::addSource(const std::string& source) {
+  const std::vector<std::string> module =
+      kind_ == Kind::PulseAudio
+          ? std::vector<std::string>{"module-null-source", "source_name=" + source, "channels=2"}
+          : std::vector<std::string>{"module-null-sink", "media.class=Audio/Source/Virtual",
+                                     "sink_name=" + source, "channel_map=front-left,front-right"};
+  std::string added = addDevice("source", source, module);
+  pactl({"set-default-source", source});
+  throwUnless(until([&] { return pactl({"get-default-source"}) == source; }),
+              source + " never became the default source");
+  return added;
+}
+
+std::string SoundServer::addDevice(const std::string& kind, const std::string& device,
+                                   std::vector<std::string> module) {
+  module.insert(module.begin(), "load-module");
+  // From 1.4 on a PipeWire null device that has never run keeps telling its old mute and volume.
+  if (kind_ == Kind::PipeWire) module.emplace_back("node.always-process=true");
+  std::string added = pactl(module);
   throwUnless(until([&] {
-                return runPactl({"get-sink-mute", sink}).succeeded();
+                return runPactl({"get-" + kind + "-mute", device}).succeeded();
               }),
-              "the sink " + sink + " never came");
-  return module;
+              "the " + kind + " " + device + " never came");
+  return added;
 }
 
 std::ostream& operator<<(std::ostream& stream, SoundServerKind kind) {

@@ -15,8 +15,8 @@ enum class SoundServerKind { PulseAudio, PipeWire };
 /// For the names of parameterised tests.
 std::ostream& operator<<(std::ostream& stream, SoundServerKind kind);
 
-/// A private sound server with null sinks: PulseAudio, or PipeWire with its session manager, its
-/// PulseAudio front and a bus of its own. Ends with the object.
+/// A private sound server with null sinks and null sources: PulseAudio, or PipeWire with its
+/// session manager, its PulseAudio front and a bus of its own. Ends with the object.
 class SoundServer {
  public:
   using Kind = SoundServerKind;
@@ -50,11 +50,19 @@ class SoundServer {
   /// Throws std::runtime_error with what pactl said when it fails.
   std::string pactl(const std::vector<std::string>& arguments);
   [[nodiscard]] bool sinkMuted(const std::string& sink) const;
-  /// Adds a null sink and returns when it is listed; the result is for removeSink().
+  [[nodiscard]] bool sourceMuted(const std::string& source) const;
+  /// Of each channel, where 65536 is all of it.
+  [[nodiscard]] std::vector<int> sourceVolumes(const std::string& source);
+  /// Adds a null sink and returns when it is listed; the result is for remove().
   std::string addSink(const std::string& sink);
-  void removeSink(const std::string& module) { pactl({"unload-module", module}); }
+  /// Likewise a null source with two channels, which becomes the default.
+  std::string addSource(const std::string& source);
+  void remove(const std::string& module) { pactl({"unload-module", module}); }
 
  private:
+  [[nodiscard]] bool muted(const std::string& kind, const std::string& device) const;
+  std::string addDevice(const std::string& kind, const std::string& device,
+                        std::vector<std::string> module);
   [[nodiscard]] RunResult runPactl(const std::vector<std::string>& arguments) const;
   Process& launch(std::vector<std::string> argv);
   void startPulseAudio();

@@ -7,6 +7,9 @@
 namespace {
 
 using linux_desktop::LinuxAutomation;
+using linux_desktop::VolumeSettings;
+using linux_desktop::VolumeTrouble;
+using platform::Value;
 using platform::applescript::ScriptFailure;
 
 class Switch final : public linux_desktop::DoNotDisturbSwitch {
@@ -22,6 +25,30 @@ class Switch final : public linux_desktop::DoNotDisturbSwitch {
   bool on = false;
 };
 
+class Volume final : public linux_desktop::VolumeControl {
+ public:
+  std::variant<VolumeSettings, VolumeTrouble> settings() override {
+    if (trouble) return *trouble;
+    return now;
+  }
+  std::optional<VolumeTrouble> setInputLevel(int level) override {
+    if (!trouble) now.inputLevel = level;
+    return trouble;
+  }
+  VolumeSettings now{.inputLevel = 35, .outputLevel = 80, .outputMuted = true};
+  std::optional<VolumeTrouble> trouble;
+};
+
+class Texts final : public linux_desktop::Notifier {
+ public:
+  std::optional<std::string> show(std::string_view text) override {
+    shown.emplace_back(text);
+    return obstacle;
+  }
+  std::vector<std::string> shown;
+  std::optional<std::string> obstacle;
+};
+
 class LinuxAutomationTest : public ::testing::Test {
  protected:
   /// The number of the error, 0 for none.
@@ -31,12 +58,20 @@ class LinuxAutomationTest : public ::testing::Test {
     const auto* failure = std::get_if<ScriptFailure>(&outcome);
     return failure != nullptr ? failure->number : 0;
   }
+  /// Of the record that `get volume settings` gives; none for a missing value.
+  std::optional<Value> setting(const std::string& name) {
+    const auto outcome =
+        platform::applescript::runScript(name + " of (get volume settings)", &automation);
+    return std::get<std::optional<Value>>(outcome);
+  }
   int tellFocus(const std::string& line) {
     return run("tell application process \"ControlCenter\"\n" + line + "\nend tell");
   }
 
   Switch quiet;
-  LinuxAutomation automation{quiet};
+  Volume volume;
+  Texts texts;
+  LinuxAutomation automation{quiet, volume, texts};
 };
 
 constexpr const char* kOpen = "click menu bar item \"Focus\" of menu bar 1\n";
@@ -56,9 +91,6 @@ TEST_F(LinuxAutomationTest, TheCheckboxIsThereWhileTheMenuIsOpen) {
 
 TEST_F(LinuxAutomationTest, WhatCannotBeDoneIsAnError) {
   EXPECT_EQ(run("key code 12"), -10000);
-  EXPECT_EQ(run("get volume settings"), -1708);
-  EXPECT_EQ(run("set volume input volume 30"), -1708);
-  EXPECT_EQ(run("display notification \"on\""), -1708);
   EXPECT_EQ(run("click application process \"ControlCenter\""), -1708);
   EXPECT_EQ(run("click application process \"Finder\""), -1728);
   EXPECT_EQ(
@@ -66,6 +98,30 @@ TEST_F(LinuxAutomationTest, WhatCannotBeDoneIsAnError) {
       -10006);
   quiet.refuses = true;
   EXPECT_EQ(tellFocus(std::string(kOpen) + kClick), -10000);
+}
+
+TEST_F(LinuxAutomationTest, TheVolumesAreReadAndTheInputVolumeIsSet) {
+  EXPECT_EQ(setting("input volume"), Value(35));
+  EXPECT_EQ(setting("output volume"), Value(80));
+  EXPECT_EQ(setting("output muted"), Value(true));
+  EXPECT_EQ(setting("alert volume"), std::nullopt);
+  EXPECT_EQ(run("set volume input volume 30\ndisplay notification \"Mic unmuted\""), 0);
+  EXPECT_EQ(volume.now.inputLevel, 30);
+  EXPECT_EQ(texts.shown, std::vector<std::string>{"Mic unmuted"});
+  volume.now.outputLevel.reset();
+  EXPECT_EQ(setting("output volume"), std::nullopt);
+}
+
+TEST_F(LinuxAutomationTest, TroubleWithTheSoundIsTheScriptsError) {
+  for (const VolumeTrouble trouble :
+       {VolumeTrouble::NoServer, VolumeTrouble::NoMicrophone, VolumeTrouble::Refused}) {
+    volume.trouble = trouble;
+    EXPECT_EQ(run("get volume settings"), -10000);
+    EXPECT_EQ(run("set volume input volume 0\ndisplay notification \"Mic muted\""), -10000);
+  }
+  EXPECT_EQ(texts.shown, std::vector<std::string>{}) << "it is not muted";
+  texts.obstacle = "Nothing shows notifications here.";
+  EXPECT_EQ(run("display notification \"Mic muted\""), -10000);
 }
 
 }  // namespace

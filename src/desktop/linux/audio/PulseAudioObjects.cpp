@@ -1,7 +1,5 @@
 #include "desktop/linux/audio/PulseAudioObjects.h"
 
-#include <QMetaObject>
-
 namespace linux_desktop {
 
 using platform::AudioObjectID;
@@ -17,21 +15,13 @@ constexpr AudioObjectPropertyAddress kMute{platform::kAudioDevicePropertyMute,
                                            platform::kAudioDevicePropertyScopeOutput,
                                            platform::kAudioObjectPropertyElementMain};
 
-PulseServer::Deadline deadlineFromNow() {
-  return std::chrono::steady_clock::now() + PulseAudioObjects::kPatience;
-}
-
-void post(SocketWatch& watch, void (SocketWatch::*operation)()) {
-  QMetaObject::invokeMethod(&watch, operation, Qt::QueuedConnection);
-}
-
 OSStatus statusFor(PulseServer::Answer answer) {
   switch (answer) {
     case PulseServer::Answer::Done:
       return platform::noErr;
     case PulseServer::Answer::NotRunning:
       return platform::kAudioHardwareNotRunningError;
-    case PulseServer::Answer::NoSuchSink:
+    case PulseServer::Answer::NoSuchDevice:
       return platform::kAudioHardwareBadObjectError;
     case PulseServer::Answer::Refused:
       break;
@@ -41,23 +31,15 @@ OSStatus statusFor(PulseServer::Answer answer) {
 
 }  // namespace
 
-PulseAudioObjects::PulseAudioObjects()
-    : watch_([this] { server_.connect(); }),
-      server_({.attempting = [this] { watch_.attempting(); },
-               .up = [this] { post(watch_, &SocketWatch::stop); },
-               .down = [this] { post(watch_, &SocketWatch::start); }}) {
-  server_.connect();
-}
-
 bool PulseAudioObjects::hasProperty(AudioObjectID object,
                                     const AudioObjectPropertyAddress& address) const {
-  return look(object, address, deadlineFromNow()).status == platform::noErr;
+  return look(object, address, PulseServer::deadlineFromNow()).status == platform::noErr;
 }
 
 OSStatus PulseAudioObjects::isPropertySettable(AudioObjectID object,
                                                const AudioObjectPropertyAddress& address,
                                                bool& settable) const {
-  const Property property = look(object, address, deadlineFromNow());
+  const Property property = look(object, address, PulseServer::deadlineFromNow());
   if (property.status == platform::noErr) settable = property.settable;
   return property.status;
 }
@@ -65,7 +47,7 @@ OSStatus PulseAudioObjects::isPropertySettable(AudioObjectID object,
 OSStatus PulseAudioObjects::propertyData(AudioObjectID object,
                                          const AudioObjectPropertyAddress& address,
                                          std::uint32_t& value) const {
-  const Property property = look(object, address, deadlineFromNow());
+  const Property property = look(object, address, PulseServer::deadlineFromNow());
   if (property.status == platform::noErr) value = property.value;
   return property.status;
 }
@@ -73,11 +55,11 @@ OSStatus PulseAudioObjects::propertyData(AudioObjectID object,
 OSStatus PulseAudioObjects::setPropertyData(AudioObjectID object,
                                             const AudioObjectPropertyAddress& address,
                                             std::uint32_t value) {
-  const PulseServer::Deadline deadline = deadlineFromNow();
+  const PulseServer::Deadline deadline = PulseServer::deadlineFromNow();
   const Property property = look(object, address, deadline);
   if (property.status != platform::noErr) return property.status;
   if (!property.settable) return platform::kAudioHardwareIllegalOperationError;
-  return statusFor(server_.setSinkMuted(object, value != 0, deadline));
+  return statusFor(server_.setMuted(DeviceKind::Sink, object, value != 0, deadline));
 }
 
 PulseAudioObjects::Property PulseAudioObjects::look(AudioObjectID object,
@@ -91,14 +73,14 @@ PulseAudioObjects::Property PulseAudioObjects::look(AudioObjectID object,
 PulseAudioObjects::Property PulseAudioObjects::lookAtSystem(
     const AudioObjectPropertyAddress& address) const {
   if (address != kDefaultOutput) return {.status = platform::kAudioHardwareUnknownPropertyError};
-  const std::optional<Sink> sink = server_.defaultSink();
+  const std::optional<Device> sink = server_.outputDevice();
   if (!sink) return {.status = platform::kAudioHardwareUnknownPropertyError};
   return {.value = sink->id};
 }
 
 PulseAudioObjects::Property PulseAudioObjects::lookAtDevice(
     AudioObjectID device, const AudioObjectPropertyAddress& address) const {
-  const std::optional<Sink> sink = server_.sink(device);
+  const std::optional<Device> sink = server_.sink(device);
   if (!sink) return {.status = platform::kAudioHardwareBadObjectError};
   if (address != kMute) return {.status = platform::kAudioHardwareUnknownPropertyError};
   return {.value = sink->muted ? 1U : 0U, .settable = true};

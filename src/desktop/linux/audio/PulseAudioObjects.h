@@ -1,9 +1,6 @@
 #pragma once
 
-#include <chrono>
-
 #include "desktop/linux/audio/PulseServer.h"
-#include "desktop/linux/audio/SocketWatch.h"
 #include "platform/port/AudioObjects.h"
 
 namespace linux_desktop {
@@ -20,20 +17,15 @@ namespace linux_desktop {
 ///   a device that was unplugged    kAudioHardwareBadObjectError, for ever;
 ///   refused by the server          kAudioHardwareUnspecifiedError.
 /// All but an unplugged device also give one line on standard error an incident; that one, and
-/// another default, are ordinary life and told on the level info. See PulseServer::setSinkMuted
+/// another default, are ordinary life and told on the level info. See PulseServer::setMuted
 /// for how far a write can act late.
 ///
 /// A call that comes before the first connection is made waits for it, within the same half
-/// second. A dead server is connected to again when its socket appears, or by the next call.
-///
-/// Needs a QCoreApplication for the watch on the socket. Main thread.
+/// second. Main thread.
 class PulseAudioObjects final : public platform::port::AudioObjects {
  public:
-  /// The longest that any call waits.
-  static constexpr std::chrono::milliseconds kPatience{500};
-
-  /// Starts to connect and returns at once.
-  PulseAudioObjects();
+  /// `server` must outlive this.
+  explicit PulseAudioObjects(PulseServer& server) : server_(server) {}
 
   [[nodiscard]] bool hasProperty(
       platform::AudioObjectID object,
@@ -61,8 +53,7 @@ class PulseAudioObjects final : public platform::port::AudioObjects {
   [[nodiscard]] Property lookAtDevice(platform::AudioObjectID device,
                                       const platform::AudioObjectPropertyAddress& address) const;
 
-  SocketWatch watch_;
-  mutable PulseServer server_;  // last: its thread posts to the watch. A read may connect.
+  PulseServer& server_;
 };
 
 }  // namespace linux_desktop

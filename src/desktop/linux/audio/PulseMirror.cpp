@@ -1,8 +1,10 @@
 #include "desktop/linux/audio/PulseMirror.h"
 
+#include <pulse/def.h>
 #include <pulse/error.h>
 #include <pulse/operation.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "desktop/linux/audio/AudioLog.h"
@@ -20,32 +22,58 @@ const char* orEmpty(const char* text) {
   return text != nullptr ? text : "";
 }
 
+const char* wordFor(DeviceKind kind) {
+  return kind == DeviceKind::Sink ? "output" : "input";
+}
+
+DeviceKind kindOf(const pa_sink_info& /*info*/) {
+  return DeviceKind::Sink;
+}
+DeviceKind kindOf(const pa_source_info& /*info*/) {
+  return DeviceKind::Source;
+}
+
+bool isDevice(const pa_sink_info& /*info*/) {
+  return true;
+}
+bool isDevice(const pa_source_info& info) {
+  return info.monitor_of_sink == PA_INVALID_INDEX;
+}
+
 }  // namespace
 
 PulseMirror::PulseMirror(Callbacks callbacks) : callbacks_(std::move(callbacks)) {}
 
 void PulseMirror::follow(pa_context& context) {
   current_ = false;
-  listed_.clear();
-  constexpr auto kMask =
-      static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK);
+  for (Half& half : halves_) {
+    half.listed.clear();
+    half.complete = false;
+  }
+  constexpr auto kMask = static_cast<pa_subscription_mask_t>(
+      PA_SUBSCRIPTION_MASK_SERVER | PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SOURCE);
   // Subscribed first, so that nothing that changes during the reading is missed.
   pa_context_set_subscribe_callback(&context, &PulseMirror::changed, this);
   letRun(pa_context_subscribe(&context, kMask, nullptr, nullptr));
   letRun(pa_context_get_server_info(&context, &PulseMirror::serverTold, this));
-  letRun(pa_context_get_sink_info_list(&context, &PulseMirror::sinkListed, this));
+  letRun(pa_context_get_sink_info_list(&context, &PulseMirror::listed<pa_sink_info>, this));
+  letRun(pa_context_get_source_info_list(&context, &PulseMirror::listed<pa_source_info>, this));
 }
 
 void PulseMirror::changed(pa_context* context, pa_subscription_event_type_t event,
                           std::uint32_t index, void* self) {
   const auto facility = event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK;
-  const auto type = event & PA_SUBSCRIPTION_EVENT_TYPE_MASK;
   if (facility == PA_SUBSCRIPTION_EVENT_SERVER) {
     letRun(pa_context_get_server_info(context, &PulseMirror::serverTold, self));
-  } else if (facility == PA_SUBSCRIPTION_EVENT_SINK && type == PA_SUBSCRIPTION_EVENT_REMOVE) {
-    static_cast<PulseMirror*>(self)->removed(index);
-  } else if (facility == PA_SUBSCRIPTION_EVENT_SINK) {
-    letRun(pa_context_get_sink_info_by_index(context, index, &PulseMirror::sinkTold, self));
+    return;
+  }
+  const bool isSink = facility == PA_SUBSCRIPTION_EVENT_SINK;
+  if ((event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) == PA_SUBSCRIPTION_EVENT_REMOVE) {
+    static_cast<PulseMirror*>(self)->removed(isSink ? DeviceKind::Sink : DeviceKind::Source, index);
+  } else if (isSink) {
+    letRun(pa_context_get_sink_info_by_index(context, index, &PulseMirror::told, self));
+  } else {
+    letRun(pa_context_get_source_info_by_index(context, index, &PulseMirror::told, self));
   }
 }
 
@@ -59,43 +87,57 @@ void PulseMirror::serverTold(pa_context* /*context*/, const pa_server_info* info
 }
 
 void PulseMirror::noteServer(const pa_server_info& info) {
-  const std::string name = orEmpty(info.default_sink_name);
-  if (name != sinks_.defaultName()) {
-    qCInfo(audioLog, "the default output device is now \"%s\"", name.c_str());
-  }
-  sinks_.setServer(info.cookie, name);
+  setServer(DeviceKind::Sink, info.cookie, orEmpty(info.default_sink_name));
+  setServer(DeviceKind::Source, info.cookie, orEmpty(info.default_source_name));
 }
 
-void PulseMirror::sinkListed(pa_context* /*context*/, const pa_sink_info* info, int end,
-                             void* self) {
+void PulseMirror::setServer(DeviceKind kind, std::uint32_t cookie, const char* defaultName) {
+  DeviceTable& table = at(kind).table;
+  if (table.defaultName() != defaultName) {
+    qCInfo(audioLog, "the default %s device is now \"%s\"", wordFor(kind), defaultName);
+  }
+  table.setServer(cookie, defaultName);
+}
+
+template <class Info>
+void PulseMirror::listed(pa_context* /*context*/, const Info* info, int end, void* self) {
   auto& mirror = *static_cast<PulseMirror*>(self);
   if (end < 0) return mirror.callbacks_.unanswered();
-  if (end > 0) return mirror.completeListing();
-  mirror.listed_.insert(info->index);
+  if (end > 0) return mirror.completeListing(mirror.at(kindOf(Info{})));
+  if (isDevice(*info)) mirror.at(kindOf(*info)).listed.insert(info->index);
   mirror.put(*info);
 }
 
-void PulseMirror::completeListing() {
-  sinks_.removeAllBut(std::exchange(listed_, {}));
+void PulseMirror::completeListing(Half& half) {
+  half.table.removeAllBut(std::exchange(half.listed, {}));
+  half.complete = true;
+  if (!std::ranges::all_of(halves_, &Half::complete)) return;
   current_ = true;
   callbacks_.complete();
 }
 
-// A sink that vanished before its turn has an event of its own coming.
-void PulseMirror::sinkTold(pa_context* context, const pa_sink_info* info, int end, void* self) {
+// A device that vanished before its turn has an event of its own coming.
+template <class Info>
+void PulseMirror::told(pa_context* context, const Info* info, int end, void* self) {
   auto& mirror = *static_cast<PulseMirror*>(self);
   if (end < 0 && pa_context_errno(context) == PA_ERR_TIMEOUT) return mirror.callbacks_.unanswered();
   if (end == 0) mirror.put(*info);
 }
 
-void PulseMirror::put(const pa_sink_info& info) {
-  sinks_.put(info.index, orEmpty(info.name), info.mute != 0);
+template <class Info>
+void PulseMirror::put(const Info& info) {
+  if (!isDevice(info)) return;
+  at(kindOf(info))
+      .table.put({.index = info.index,
+                  .name = orEmpty(info.name),
+                  .muted = info.mute != 0,
+                  .volume = info.volume});
 }
 
-void PulseMirror::removed(std::uint32_t index) {
-  qCInfo(audioLog, "output device %u is gone", index);
-  sinks_.remove(index);
-  listed_.erase(index);
+void PulseMirror::removed(DeviceKind kind, std::uint32_t index) {
+  qCInfo(audioLog, "%s device %u is gone", wordFor(kind), index);
+  at(kind).table.remove(index);
+  at(kind).listed.erase(index);
 }
 
 }  // namespace linux_desktop

@@ -4,16 +4,20 @@
 #include <pulse/introspect.h>
 #include <pulse/subscribe.h>
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <set>
 
-#include "desktop/linux/audio/SinkTable.h"
+#include "desktop/linux/audio/DeviceTable.h"
 
 namespace linux_desktop {
 
-/// Keeps the SinkTable current: reads everything once, then what the server's events name.
-/// Everything is called with the loop's lock.
+enum class DeviceKind : std::uint8_t { Sink, Source };
+
+/// Keeps a DeviceTable of the sinks and one of the sources current: reads everything once, then
+/// what the server's events name. A monitor, the source of what a sink plays, is no device of its
+/// own and in neither. Everything is called with the loop's lock.
 class PulseMirror {
  public:
   struct Callbacks {                   // on the loop's thread, with its lock
@@ -25,32 +29,51 @@ class PulseMirror {
 
   /// Starts over on a new connection. Ids are kept when the server is still the same.
   void follow(pa_context& context);
-  /// The connection is gone; what the table holds is history.
+  /// The connection is gone; what the tables hold is history.
   void forget() { current_ = false; }
 
-  /// Whether the table tells what the server last said, in full.
+  /// Whether the tables tell what the server last said, in full.
   [[nodiscard]] bool current() const { return current_; }
-  [[nodiscard]] const SinkTable& sinks() const { return sinks_; }
+  [[nodiscard]] const DeviceTable& devices(DeviceKind kind) const { return at(kind).table; }
 
-  /// For a change that the server confirmed and will announce.
-  void noteMuted(std::uint32_t index, bool muted) { sinks_.setMuted(index, muted); }
+  /// For changes that the server confirmed and will announce.
+  void noteMuted(DeviceKind kind, std::uint32_t index, bool muted) {
+    at(kind).table.setMuted(index, muted);
+  }
+  void noteVolume(DeviceKind kind, std::uint32_t index, const pa_cvolume& volume) {
+    at(kind).table.setVolume(index, volume);
+  }
   /// What any answer to a question for the server's facts teaches.
   void noteServer(const pa_server_info& info);
 
  private:
+  struct Half {
+    DeviceTable table;
+    std::set<std::uint32_t> listed;
+    bool complete = false;
+  };
+
   static void serverTold(pa_context* context, const pa_server_info* info, void* self);
-  static void sinkListed(pa_context* context, const pa_sink_info* info, int end, void* self);
-  static void sinkTold(pa_context* context, const pa_sink_info* info, int end, void* self);
+  // `Info` is what libpulse tells of a device: pa_sink_info or pa_source_info.
+  template <class Info>
+  static void listed(pa_context* context, const Info* info, int end, void* self);
+  template <class Info>
+  static void told(pa_context* context, const Info* info, int end, void* self);
   static void changed(pa_context* context, pa_subscription_event_type_t event, std::uint32_t index,
                       void* self);
 
-  void put(const pa_sink_info& info);
-  void removed(std::uint32_t index);
-  void completeListing();
+  [[nodiscard]] Half& at(DeviceKind kind) { return halves_.at(static_cast<std::size_t>(kind)); }
+  [[nodiscard]] const Half& at(DeviceKind kind) const {
+    return halves_.at(static_cast<std::size_t>(kind));
+  }
+  template <class Info>
+  void put(const Info& info);
+  void setServer(DeviceKind kind, std::uint32_t cookie, const char* defaultName);
+  void removed(DeviceKind kind, std::uint32_t index);
+  void completeListing(Half& half);
 
   Callbacks callbacks_;
-  SinkTable sinks_;
-  std::set<std::uint32_t> listed_;
+  std::array<Half, 2> halves_;  // by DeviceKind
   bool current_ = false;
 };
 

@@ -28,7 +28,7 @@ constexpr std::chrono::milliseconds kLeastForRequest{100};
 // What PipeWire's front has to notice that we hung up; it takes less than a millisecond.
 constexpr std::chrono::milliseconds kForHangUp{25};
 
-// A request for which setSinkMuted() waits. Its callback can only run while the context lives.
+// A request for which a change waits. Its callback can only run while the context lives.
 struct Request {
   PulseLoop& loop;
   std::optional<int> error = std::nullopt;  // once answered; PA_OK is success
@@ -45,9 +45,9 @@ PulseServer::Answer answerFor(int error) {
     case PA_OK:
       return PulseServer::Answer::Done;
     case PA_ERR_NOENTITY:
-      return PulseServer::Answer::NoSuchSink;
+      return PulseServer::Answer::NoSuchDevice;
     default:
-      qCWarning(audioLog, "the sound server refused to mute: %s", pa_strerror(error));
+      qCWarning(audioLog, "the sound server refused a change: %s", pa_strerror(error));
       return PulseServer::Answer::Refused;
   }
 }
@@ -75,11 +75,17 @@ bool PulseServer::reachable(Deadline deadline) {
   return awaitCopy(deadline);
 }
 
-std::optional<Sink> PulseServer::defaultSink() {
+std::optional<Device> PulseServer::defaultDevice(DeviceKind kind) {
   const std::lock_guard lock(loop_);
-  std::optional<Sink> sink = mirror_.sinks().defaultSink();
+  return mirror_.devices(kind).defaultDevice();
+}
+
+std::optional<Device> PulseServer::outputDevice() {
+  const std::lock_guard lock(loop_);
+  const DeviceTable& sinks = mirror_.devices(DeviceKind::Sink);
+  std::optional<Device> sink = sinks.defaultDevice();
   // A name that is not listed is a change whose other half is on its way.
-  if (!sink && (mirror_.sinks().empty() || mirror_.sinks().defaultName().empty())) {
+  if (!sink && (sinks.empty() || sinks.defaultName().empty())) {
     report(Trouble::NoDevice, "the sound server has no output device");
   } else if (sink && trouble_ == Trouble::NoDevice) {
     trouble_ = Trouble::None;
@@ -87,19 +93,46 @@ std::optional<Sink> PulseServer::defaultSink() {
   return sink;
 }
 
-std::optional<Sink> PulseServer::sink(platform::AudioObjectID id) {
+std::optional<Device> PulseServer::sink(platform::AudioObjectID id) {
   const std::lock_guard lock(loop_);
-  return mirror_.sinks().find(id);
+  return mirror_.devices(DeviceKind::Sink).find(id);
 }
 
-PulseServer::Answer PulseServer::setSinkMuted(platform::AudioObjectID id, bool muted,
-                                              Deadline deadline) {
+PulseServer::Answer PulseServer::setMuted(DeviceKind kind, platform::AudioObjectID id, bool muted,
+                                          Deadline deadline) {
+  const auto send = kind == DeviceKind::Sink ? pa_context_set_sink_mute_by_index
+                                             : pa_context_set_source_mute_by_index;
   const std::lock_guard lock(loop_);
+  return request(kind, id,
+                 {.send =
+                      [&](std::uint32_t index, pa_context_success_cb_t answered, void* self) {
+                        return send(connection_.context(), index, muted ? 1 : 0, answered, self);
+                      },
+                  .note = [&](std::uint32_t index) { mirror_.noteMuted(kind, index, muted); }},
+                 deadline);
+}
+
+PulseServer::Answer PulseServer::setSourceVolume(platform::AudioObjectID id,
+                                                 const pa_cvolume& volume, Deadline deadline) {
+  constexpr DeviceKind kKind = DeviceKind::Source;
+  const std::lock_guard lock(loop_);
+  return request(kKind, id,
+                 {.send =
+                      [&](std::uint32_t index, pa_context_success_cb_t answered, void* self) {
+                        return pa_context_set_source_volume_by_index(connection_.context(), index,
+                                                                     &volume, answered, self);
+                      },
+                  .note = [&](std::uint32_t index) { mirror_.noteVolume(kKind, index, volume); }},
+                 deadline);
+}
+
+PulseServer::Answer PulseServer::request(DeviceKind kind, platform::AudioObjectID id,
+                                         const Change& change, Deadline deadline) {
   if (!awaitCopy(deadline) || !awaitSignOfLife(deadline - kLeastForRequest)) {
     return Answer::NotRunning;
   }
-  const std::optional<Sink> sink = mirror_.sinks().find(id);
-  return sink ? requestMute(sink->index, muted, deadline) : Answer::NoSuchSink;
+  const std::optional<Device> device = mirror_.devices(kind).find(id);
+  return device ? await(change, device->index, deadline) : Answer::NoSuchDevice;
 }
 
 void PulseServer::begin() {
@@ -130,10 +163,10 @@ bool PulseServer::awaitSignOfLife(Deadline deadline) {
   return signOfLife_ == SignOfLife::Given;
 }
 
-PulseServer::Answer PulseServer::requestMute(std::uint32_t index, bool muted, Deadline deadline) {
+PulseServer::Answer PulseServer::await(const Change& change, std::uint32_t index,
+                                       Deadline deadline) {
   Request request{loop_};
-  const Operation operation(pa_context_set_sink_mute_by_index(
-      connection_.context(), index, muted ? 1 : 0, &Request::answered, &request));
+  const Operation operation(change.send(index, &Request::answered, &request));
   const bool settled = loop_.waitUntil(
       deadline - kForHangUp, [&] { return request.error || connection_.context() == nullptr; });
   if (!settled) {
@@ -142,7 +175,7 @@ PulseServer::Answer PulseServer::requestMute(std::uint32_t index, bool muted, De
     std::ignore = loop_.waitUntil(deadline, [] { return false; });
   }
   if (!request.error) return Answer::NotRunning;
-  if (request.error == PA_OK) mirror_.noteMuted(index, muted);
+  if (request.error == PA_OK) change.note(index);
   return answerFor(*request.error);
 }
 

@@ -1,14 +1,15 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 
+#include "desktop/linux/audio/DeviceTable.h"
 #include "desktop/linux/audio/PulseConnection.h"
 #include "desktop/linux/audio/PulseLoop.h"
 #include "desktop/linux/audio/PulseMirror.h"
-#include "desktop/linux/audio/SinkTable.h"
 #include "platform/coreaudio/AudioObject.h"
 
 namespace linux_desktop {
@@ -23,7 +24,7 @@ namespace linux_desktop {
 class PulseServer {
  public:
   using Deadline = PulseLoop::Deadline;
-  enum class Answer { Done, NotRunning, NoSuchSink, Refused };
+  enum class Answer { Done, NotRunning, NoSuchDevice, Refused };
 
   struct Callbacks {
     std::function<void()> attempting;  // in the calling thread, before each attempt to connect
@@ -36,13 +37,20 @@ class PulseServer {
   PulseServer(const PulseServer&) = delete;
   PulseServer& operator=(const PulseServer&) = delete;
 
+  /// The longest that any operation of the program waits, from now on.
+  [[nodiscard]] static Deadline deadlineFromNow() {
+    return std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+  }
+
   /// Starts to connect, if not connected, and returns at once.
   void connect();
 
   /// Whether there is a copy to read; where there is none, connects and waits for it.
   [[nodiscard]] bool reachable(Deadline deadline);
-  [[nodiscard]] std::optional<Sink> defaultSink();
-  [[nodiscard]] std::optional<Sink> sink(platform::AudioObjectID id);
+  [[nodiscard]] std::optional<Device> defaultDevice(DeviceKind kind);
+  /// The default sink. That there is no sink at all is reported.
+  [[nodiscard]] std::optional<Device> outputDevice();
+  [[nodiscard]] std::optional<Device> sink(platform::AudioObjectID id);
 
   /// Done once the server has confirmed it; the copy shows it then.
   ///
@@ -54,17 +62,30 @@ class PulseServer {
   /// the microseconds between the two. PipeWire (0.3.65) answers the sign of life in its
   /// PulseAudio front, and drops the request when the client hangs up, also where only the engine
   /// behind the front hangs; the front is given its moment to notice before this returns.
-  [[nodiscard]] Answer setSinkMuted(platform::AudioObjectID id, bool muted, Deadline deadline);
+  [[nodiscard]] Answer setMuted(DeviceKind kind, platform::AudioObjectID id, bool muted,
+                                Deadline deadline);
+  /// The same for the volumes of the channels.
+  [[nodiscard]] Answer setSourceVolume(platform::AudioObjectID id, const pa_cvolume& volume,
+                                       Deadline deadline);
 
  private:
   enum class Trouble { None, NoServer, Silent, NoDevice };
   enum class SignOfLife { NotAsked, Awaited, Given };
 
+  /// One request that changes a device: how it is sent, and what it makes of the copy.
+  struct Change {
+    std::function<pa_operation*(std::uint32_t index, pa_context_success_cb_t answered, void* self)>
+        send;
+    std::function<void(std::uint32_t index)> note;
+  };
+
   // All with the loop's lock.
   void begin();
   bool awaitCopy(Deadline deadline);
   bool awaitSignOfLife(Deadline deadline);
-  Answer requestMute(std::uint32_t index, bool muted, Deadline deadline);
+  Answer request(DeviceKind kind, platform::AudioObjectID id, const Change& change,
+                 Deadline deadline);
+  Answer await(const Change& change, std::uint32_t index, Deadline deadline);
   void hangUp();
 
   static void signOfLife(pa_context* context, const pa_server_info* info, void* self);

@@ -13,14 +13,28 @@ namespace {
 constexpr std::string_view kSystemEvents = "System Events";
 constexpr std::int64_t kEscape = 53;
 
-constexpr int kNotUnderstood = -1708;
 constexpr int kNoSuchObject = -1728;
 constexpr int kServiceFailed = -10000;
 
+ScriptError errorFor(VolumeTrouble trouble) {
+  switch (trouble) {
+    case VolumeTrouble::NoServer:
+      return {kServiceFailed, "No sound server answers."};
+    case VolumeTrouble::NoMicrophone:
+      return {kServiceFailed, "There is no microphone."};
+    case VolumeTrouble::Refused:
+      break;
+  }
+  return {kServiceFailed, "The sound server refused to change the input volume."};
+}
+
 }  // namespace
 
-LinuxAutomation::LinuxAutomation(DoNotDisturbSwitch& doNotDisturb)
+LinuxAutomation::LinuxAutomation(DoNotDisturbSwitch& doNotDisturb, VolumeControl& volume,
+                                 Notifier& notifier)
     : doNotDisturb_(doNotDisturb),
+      volume_(volume),
+      notifier_(notifier),
       systemEvents_(std::make_shared<ScriptElement>("application \"System Events\"")) {
   addFocusMenu(systemEvents_->add("application process", "ControlCenter"));
 }
@@ -61,15 +75,23 @@ std::optional<ScriptError> LinuxAutomation::keyCode(std::int64_t code) {
 }
 
 ScriptResult<Dictionary> LinuxAutomation::volumeSettings() {
-  return ScriptError{kNotUnderstood, "The volume settings can’t be read on this desktop."};
+  const auto told = volume_.settings();
+  if (const auto* trouble = std::get_if<VolumeTrouble>(&told)) return errorFor(*trouble);
+  const auto& settings = std::get<VolumeSettings>(told);
+  Dictionary record{{"input volume", settings.inputLevel}};
+  if (settings.outputLevel) record.emplace("output volume", *settings.outputLevel);
+  if (settings.outputMuted) record.emplace("output muted", *settings.outputMuted);
+  return record;
 }
 
-std::optional<ScriptError> LinuxAutomation::setInputVolume(int /*level*/) {
-  return ScriptError{kNotUnderstood, "The input volume can’t be set on this desktop."};
+std::optional<ScriptError> LinuxAutomation::setInputVolume(int level) {
+  const std::optional<VolumeTrouble> trouble = volume_.setInputLevel(level);
+  return trouble ? std::optional(errorFor(*trouble)) : std::nullopt;
 }
 
-std::optional<ScriptError> LinuxAutomation::displayNotification(std::string_view /*text*/) {
-  return ScriptError{kNotUnderstood, "Notifications can’t be displayed on this desktop."};
+std::optional<ScriptError> LinuxAutomation::displayNotification(std::string_view text) {
+  const std::optional<std::string> obstacle = notifier_.show(text);
+  return obstacle ? std::optional(ScriptError{kServiceFailed, *obstacle}) : std::nullopt;
 }
 
 }  // namespace linux_desktop

@@ -2,8 +2,10 @@
 
 #include <memory>
 
+#include "desktop/linux/audio/VolumeControl.h"
 #include "desktop/linux/automation/ScriptElement.h"
 #include "desktop/linux/notifications/DoNotDisturbSwitch.h"
+#include "desktop/linux/notifications/Notifier.h"
 #include "platform/port/Automation.h"
 
 namespace linux_desktop {
@@ -11,14 +13,15 @@ namespace linux_desktop {
 /// What scripts can do on Linux: under "System Events", the Focus menu of the process
 /// "ControlCenter" with the checkbox "Do Not Disturb", which is that of the desktop. The menu is on
 /// no screen; it only is open or closed. A menu whose checkbox is missing has nothing to switch.
+/// Beside it, the volume of the microphone, and notifications.
 class LinuxAutomation final : public platform::port::Automation {
  public:
   using Error = platform::port::ScriptError;
   template <typename T>
   using Result = platform::port::ScriptResult<T>;
 
-  /// `doNotDisturb` must outlive this.
-  explicit LinuxAutomation(DoNotDisturbSwitch& doNotDisturb);
+  /// All must outlive this.
+  LinuxAutomation(DoNotDisturbSwitch& doNotDisturb, VolumeControl& volume, Notifier& notifier);
   LinuxAutomation(const LinuxAutomation&) = delete;
   LinuxAutomation& operator=(const LinuxAutomation&) = delete;
 
@@ -26,7 +29,7 @@ class LinuxAutomation final : public platform::port::Automation {
       std::string_view name) override;
   /// Only Escape, which closes the menu.
   [[nodiscard]] std::optional<Error> keyCode(std::int64_t code) override;
-  /// The microphone and messages are out of the reach of scripts: -1708.
+  /// Without a microphone there are no settings, whatever the speaker may tell.
   [[nodiscard]] Result<platform::Dictionary> volumeSettings() override;
   [[nodiscard]] std::optional<Error> setInputVolume(int level) override;
   [[nodiscard]] std::optional<Error> displayNotification(std::string_view text) override;
@@ -36,6 +39,8 @@ class LinuxAutomation final : public platform::port::Automation {
   void addDoNotDisturb(ScriptElement& focusWindow);
 
   DoNotDisturbSwitch& doNotDisturb_;
+  VolumeControl& volume_;
+  Notifier& notifier_;
   std::shared_ptr<ScriptElement> systemEvents_;
   bool isFocusMenuOpen_ = false;
 };

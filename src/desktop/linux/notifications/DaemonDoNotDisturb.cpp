@@ -8,7 +8,7 @@
 
 namespace linux_desktop {
 
-DaemonDoNotDisturb::DaemonDoNotDisturb(QDBusConnection bus) : daemon_(std::move(bus)) {
+DaemonDoNotDisturb::DaemonDoNotDisturb(NotificationDaemon& daemon) : daemon_(daemon) {
   connect(&daemon_, &NotificationDaemon::changed, this, &DaemonDoNotDisturb::followDaemon);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QObject>
 #include <QString>
 #include <memory>
@@ -18,7 +17,8 @@ class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
   Q_OBJECT
 
  public:
-  explicit DaemonDoNotDisturb(QDBusConnection bus);
+  /// `daemon` must outlive this.
+  explicit DaemonDoNotDisturb(NotificationDaemon& daemon);
 
   [[nodiscard]] bool exists() override;
   [[nodiscard]] bool isOn() override;
@@ -29,7 +29,7 @@ class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
   void follow(std::unique_ptr<DoNotDisturbAdapter> adapter);
   [[nodiscard]] QString obstacle() const;
 
-  NotificationDaemon daemon_;
+  NotificationDaemon& daemon_;
   std::unique_ptr<DoNotDisturbAdapter> adapter_;
   QString whyNoAdapter_;
   bool wish_ = false;

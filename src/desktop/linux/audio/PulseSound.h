@@ -1,0 +1,29 @@
+#pragma once
+
+#include "desktop/linux/audio/PulseAudioObjects.h"
+#include "desktop/linux/audio/PulseServer.h"
+#include "desktop/linux/audio/PulseVolumeControl.h"
+#include "desktop/linux/audio/SocketWatch.h"
+
+namespace linux_desktop {
+
+/// The sound of this desktop over one connection to its server. A server that went away is
+/// connected to again when its socket appears, or by the next call.
+///
+/// Needs a QCoreApplication for the watch on the socket. Main thread.
+class PulseSound {
+ public:
+  /// Starts to connect and returns at once.
+  PulseSound();
+
+  [[nodiscard]] PulseAudioObjects& objects() { return objects_; }
+  [[nodiscard]] VolumeControl& volume() { return volume_; }
+
+ private:
+  SocketWatch watch_;
+  PulseServer server_;  // after the watch, to which its thread posts
+  PulseAudioObjects objects_{server_};
+  PulseVolumeControl volume_{server_};
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,63 @@
+#include "desktop/linux/audio/PulseVolumeControl.h"
+
+#include <algorithm>
+
+namespace linux_desktop {
+
+namespace {
+
+// Rounded both ways, so that each level is read as it was set.
+int levelOf(const pa_cvolume& volume) {
+  const std::uint64_t loudest = pa_cvolume_max(&volume);
+  const std::uint64_t percent = (loudest * 100 + PA_VOLUME_NORM / 2) / PA_VOLUME_NORM;
+  return static_cast<int>(std::min<std::uint64_t>(percent, 100));
+}
+
+pa_volume_t volumeFor(int level) {
+  return (static_cast<pa_volume_t>(level) * PA_VOLUME_NORM + 50) / 100;
+}
+
+std::optional<VolumeTrouble> troubleIn(PulseServer::Answer answer) {
+  switch (answer) {
+    case PulseServer::Answer::Done:
+      return std::nullopt;
+    case PulseServer::Answer::NotRunning:
+      return VolumeTrouble::NoServer;
+    case PulseServer::Answer::NoSuchDevice:
+      return VolumeTrouble::NoMicrophone;
+    case PulseServer::Answer::Refused:
+      break;
+  }
+  return VolumeTrouble::Refused;
+}
+
+}  // namespace
+
+std::variant<VolumeSettings, VolumeTrouble> PulseVolumeControl::settings() {
+  if (!server_.reachable(PulseServer::deadlineFromNow())) return VolumeTrouble::NoServer;
+  const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
+  if (!source) return VolumeTrouble::NoMicrophone;
+  VolumeSettings settings{.inputLevel = source->muted ? 0 : levelOf(source->volume)};
+  if (const std::optional<Device> sink = server_.defaultDevice(DeviceKind::Sink)) {
+    settings.outputLevel = levelOf(sink->volume);
+    settings.outputMuted = sink->muted;
+  }
+  return settings;
+}
+
+std::optional<VolumeTrouble> PulseVolumeControl::setInputLevel(int level) {
+  const PulseServer::Deadline deadline = PulseServer::deadlineFromNow();
+  if (!server_.reachable(deadline)) return VolumeTrouble::NoServer;
+  const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
+  if (!source) return VolumeTrouble::NoMicrophone;
+  // The volume goes first: nothing is to be heard that is louder than what was asked for.
+  if (level != 0 && levelOf(source->volume) != level) {
+    pa_cvolume scaled = source->volume;
+    pa_cvolume_scale(&scaled, volumeFor(level));
+    const auto trouble = troubleIn(server_.setSourceVolume(source->id, scaled, deadline));
+    if (trouble) return trouble;
+  }
+  return troubleIn(server_.setMuted(DeviceKind::Source, source->id, level == 0, deadline));
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,174 @@
+#include <gmock/gmock.h>
+
+#include <variant>
+
+#include "SoundTest.h"
+
+namespace {
+
+using harness::SoundServer;
+using linux_desktop::PulseSound;
+using linux_desktop::VolumeControl;
+using linux_desktop::VolumeSettings;
+using linux_desktop::VolumeTrouble;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class PulseVolumeControlTest : public SoundTest {
+ protected:
+  // -1 where there is none to read.
+  static int level(VolumeControl& volume) {
+    const auto told = volume.settings();
+    const auto* settings = std::get_if<VolumeSettings>(&told);
+    return settings != nullptr ? settings->inputLevel : -1;
+  }
+  static std::optional<VolumeTrouble> trouble(VolumeControl& volume) {
+    const auto told = volume.settings();
+    const auto* trouble = std::get_if<VolumeTrouble>(&told);
+    return trouble != nullptr ? std::optional(*trouble) : std::nullopt;
+  }
+  // Another program's hand on the channels.
+  static void turn(SoundServer& server, const std::string& source, const std::string& left,
+                   const std::string& right) {
+    server.pactl({"set-source-volume", source, left, right});
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseVolumeControlTest,
+                         testing::Values(SoundServer::Kind::PulseAudio,
+                                         SoundServer::Kind::PipeWire),
+                         testing::PrintToStringParamName());
+
+TEST_P(PulseVolumeControlTest, AMuteAndItsEndLeaveTheChannelsAlone) {
+  SoundServer server = serve();
+  server.addSource("mic");
+  PulseSound sound;
+  VolumeControl& volume = sound.volume();
+  const struct {
+    const char* left;
+    const char* right;
+    int level;
+  } rows[] = {{"30%", "60%", 60}, {"130%", "65%", 100}, {"1%", "0%", 1}, {"19621", "100", 30}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.left);
+    turn(server, "mic", row.left, row.right);
+    const std::vector<int> before = server.sourceVolumes("mic");
+    ASSERT_EQ(before.size(), 2U);
+    ASSERT_TRUE(soon([&] { return level(volume) == row.level; }));
+    EXPECT_EQ(volume.setInputLevel(0), std::nullopt);
+    EXPECT_EQ(level(volume), 0) << "at once";
+    EXPECT_TRUE(server.sourceMuted("mic")) << "so that a mixer shows it, and can undo it";
+    EXPECT_EQ(server.sourceVolumes("mic"), before);
+    EXPECT_EQ(volume.setInputLevel(row.level), std::nullopt);
+    EXPECT_EQ(level(volume), row.level);
+    EXPECT_FALSE(server.sourceMuted("mic"));
+    EXPECT_EQ(server.sourceVolumes("mic"), before);
+  }
+  EXPECT_THAT(warnings(), IsEmpty());
+}
+
+TEST_P(PulseVolumeControlTest, AnotherLevelIsReadAsItWasSetAndKeepsTheBalance) {
+  SoundServer server = serve();
+  server.addSource("mic");
+  PulseSound sound;
+  VolumeControl& volume = sound.volume();
+  turn(server, "mic", "30%", "60%");
+  ASSERT_TRUE(soon([&] { return level(volume) == 60; }));
+  for (int wanted = 100; wanted >= 0; --wanted) {
+    EXPECT_EQ(volume.setInputLevel(wanted), std::nullopt);
+    EXPECT_EQ(level(volume), wanted);
+  }
+  EXPECT_EQ(volume.setInputLevel(80), std::nullopt);
+  EXPECT_FALSE(server.sourceMuted("mic"));
+  const std::vector<int> channels = server.sourceVolumes("mic");
+  ASSERT_EQ(channels.size(), 2U);
+  EXPECT_NEAR(channels[1], 0.8 * 65536, 1);
+  EXPECT_NEAR(channels[0], 0.4 * 65536, 65536 / 100) << "but for what a level of 1 rounds off";
+  EXPECT_EQ(volume.setInputLevel(80), std::nullopt);
+  EXPECT_EQ(server.sourceVolumes("mic"), channels);
+}
+
+TEST_P(PulseVolumeControlTest, WhatOthersDoIsFollowed) {
+  SoundServer server = serve();
+  server.addSource("mic");
+  PulseSound sound;
+  VolumeControl& volume = sound.volume();
+  turn(server, "mic", "35%", "35%");
+  ASSERT_TRUE(soon([&] { return level(volume) == 35; }));
+  ASSERT_EQ(volume.setInputLevel(0), std::nullopt);
+  turn(server, "mic", "50%", "50%");
+  server.pactl({"set-source-mute", "mic", "0"});
+  EXPECT_TRUE(soon([&] { return level(volume) == 50; })) << "unmuted by a mixer";
+
+  const std::string other = server.addSource("headset");
+  turn(server, "headset", "70%", "70%");
+  ASSERT_TRUE(soon([&] { return level(volume) == 70; })) << "another default";
+  EXPECT_EQ(volume.setInputLevel(0), std::nullopt);
+  EXPECT_TRUE(server.sourceMuted("headset"));
+  EXPECT_FALSE(server.sourceMuted("mic"));
+  server.remove(other);
+  EXPECT_TRUE(soon([&] { return level(volume) == 50; })) << "unplugged";
+}
+
+TEST_P(PulseVolumeControlTest, WhatTheSpeakersPlayIsNoMicrophone) {
+  SoundServer server = serve();
+  PulseSound sound;
+  VolumeControl& volume = sound.volume();
+  EXPECT_EQ(trouble(volume), VolumeTrouble::NoMicrophone) << "there is none";
+  EXPECT_EQ(volume.setInputLevel(0), VolumeTrouble::NoMicrophone);
+  server.addSource("mic");
+  ASSERT_TRUE(soon([&] { return level(volume) == 100; }));
+  server.pactl({"set-default-source", "out1.monitor"});
+  EXPECT_TRUE(soon([&] { return trouble(volume) == VolumeTrouble::NoMicrophone; }))
+      << "there is one, but a monitor is the default";
+  EXPECT_EQ(volume.setInputLevel(0), VolumeTrouble::NoMicrophone);
+  EXPECT_FALSE(server.sourceMuted("out1.monitor"));
+  EXPECT_FALSE(server.sourceMuted("mic"));
+  EXPECT_THAT(warnings(), IsEmpty());
+}
+
+TEST_P(PulseVolumeControlTest, TheSpeakersAreToldToo) {
+  SoundServer server = serve();
+  server.addSource("mic");
+  PulseSound sound;
+  server.pactl({"set-sink-volume", "out1", "40%", "20%"});
+  server.pactl({"set-sink-mute", "out1", "1"});
+  EXPECT_TRUE(soon([&] {
+    const auto told = std::get<VolumeSettings>(sound.volume().settings());
+    return told.outputLevel == 40 && told.outputMuted == true;
+  }));
+}
+
+TEST_P(PulseVolumeControlTest, WithoutAServerThereIsOneLineAndTheTrouble) {
+  SoundServer server = serve({"out1"}, SoundServer::Start::Later);
+  PulseSound sound;
+  EXPECT_EQ(trouble(sound.volume()), VolumeTrouble::NoServer);
+  EXPECT_EQ(sound.volume().setInputLevel(40), VolumeTrouble::NoServer);
+  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("no sound server")));
+  server.start();
+  server.addSource("mic");
+  EXPECT_TRUE(soon([&] { return level(sound.volume()) == 100; }));
+}
+
+TEST_P(PulseVolumeControlTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
+  SoundServer server = serve();
+  server.addSource("mic");
+  PulseSound sound;
+  VolumeControl& volume = sound.volume();
+  ASSERT_TRUE(soon([&] { return level(volume) == 100; }));
+  server.stop();
+  EXPECT_EQ(volume.setInputLevel(0), VolumeTrouble::NoServer);
+  // A thousand more would take minutes, were the second to wait again.
+  for (int time = 0; time < 1000; ++time) {
+    ASSERT_EQ(volume.setInputLevel(time % 2 == 0 ? 50 : 0), VolumeTrouble::NoServer);
+  }
+  EXPECT_EQ(level(volume), 100) << "reads go on from memory";
+  server.cont();
+  EXPECT_FALSE(server.sourceMuted("mic")) << "what was given up must not happen";
+  EXPECT_THAT(server.sourceVolumes("mic"), ElementsAre(65536, 65536));
+  EXPECT_TRUE(soon([&] { return !volume.setInputLevel(0); }));
+  EXPECT_TRUE(server.sourceMuted("mic"));
+}
+
+}  // namespace

@@ -1,0 +1,274 @@
+#include "desktop/linux/notifications/DaemonNotifier.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "NotificationStandIn.h"
+#include "desktop/harness/Until.h"
+#include "desktop/harness/XDesk.h"
+#include "desktop/linux/notifications/BusQuestion.h"
+
+namespace {
+
+using harness::XDesk;
+using linux_desktop::DaemonNotifier;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::vector<std::string> warnings;
+void takeWarning(QtMsgType, const QMessageLogContext&, const QString& text) {
+  warnings.push_back(text.toStdString());
+}
+
+bool soon(const std::function<bool()>& fact) {
+  return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
+}
+
+/// Our side of a bus.
+class Sender {
+ public:
+  explicit Sender(const QString& address)
+      : bus_(QDBusConnection::connectToBus(address, kName)), daemon_(bus_) {
+    warnings.clear();
+    previous_ = qInstallMessageHandler(&takeWarning);
+  }
+  ~Sender() {
+    qInstallMessageHandler(previous_);
+    QDBusConnection::disconnectFromBus(kName);
+  }
+  Sender(const Sender&) = delete;
+  Sender& operator=(const Sender&) = delete;
+
+  [[nodiscard]] bool show(const std::string& text) { return !notifier_.show(text).has_value(); }
+  /// Waits until what the daemon has sent so far has been heard, which it has when the answer to
+  /// one more question has come.
+  void hearAll() {
+    bool heard = false;
+    linux_desktop::ask(
+        bus_,
+        linux_desktop::busCall("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                               "org.freedesktop.Notifications", "GetCapabilities"),
+        &daemon_, [&](const QDBusMessage&) { heard = true; });
+    EXPECT_TRUE(soon([&] { return heard; }));
+  }
+  [[nodiscard]] bool settles(linux_desktop::NotificationDaemon::State state) {
+    return soon([&] { return daemon_.state() == state; });
+  }
+
+ private:
+  static constexpr const char* kName = "sender";
+  QDBusConnection bus_;
+  linux_desktop::NotificationDaemon daemon_;
+  DaemonNotifier notifier_{daemon_};
+  QtMessageHandler previous_ = nullptr;
+};
+
+class DaemonNotifierTest : public testing::Test {
+ protected:
+  using State = linux_desktop::NotificationDaemon::State;
+
+  void startDaemon() {
+    daemon.reset();
+    daemon.emplace(address, QStringLiteral("stand-in"));
+  }
+  [[nodiscard]] bool got(std::size_t calls) {
+    return soon([&] { return daemon->calls.size() == calls; });
+  }
+  [[nodiscard]] std::vector<std::string> summaries() const {
+    std::vector<std::string> all;
+    for (const auto& call : daemon->calls) all.push_back(call.summary.toStdString());
+    return all;
+  }
+  /// Returns when the daemon has got it and we have its answer.
+  void show(Sender& sender, const std::string& text) {
+    const std::size_t before = daemon->calls.size();
+    ASSERT_TRUE(sender.show(text));
+    ASSERT_TRUE(got(before + 1));
+    sender.hearAll();
+  }
+
+ private:
+  harness::PrivateHome home_;
+  harness::SessionBus bus_{home_, home_.environment(), {}};
+
+ protected:
+  const QString address = QString::fromStdString(bus_.address());
+  std::optional<NotificationStandIn> daemon;
+};
+
+TEST_F(DaemonNotifierTest, TheDaemonGetsOurNameAndTheTextAsItIs) {
+  startDaemon();
+  Sender sender(address);
+  ASSERT_TRUE(sender.show("Mic <muted> & more"));
+  ASSERT_TRUE(got(1));
+  const auto& call = daemon->calls.front();
+  EXPECT_EQ(call.application, "Calmdeck");
+  EXPECT_EQ(call.icon, "org.calmdeck.Calmdeck");
+  EXPECT_EQ(call.summary, "Mic <muted> & more") << "a summary is never markup";
+  EXPECT_EQ(call.body, "");
+  EXPECT_EQ(call.hints.value("desktop-entry"), "org.calmdeck.Calmdeck");
+  EXPECT_EQ(call.hints.value("urgency"), QVariant::fromValue(uchar{1}));
+  EXPECT_EQ(call.hints.value("transient"), true);
+}
+
+TEST_F(DaemonNotifierTest, TwentyPressesLeaveOneAndTheLastTextStands) {
+  startDaemon();
+  Sender sender(address);
+  for (int press = 1; press <= 20; ++press) ASSERT_TRUE(sender.show(std::to_string(press)));
+  ASSERT_TRUE(soon([&] { return !daemon->calls.empty() && daemon->calls.back().summary == "20"; }));
+  EXPECT_THAT(summaries(), ElementsAre("1", "20")) << "one call on its way";
+  for (int press = 0; press < 20; ++press) show(sender, "again");
+  EXPECT_EQ(daemon->shown.size(), 1U);
+  EXPECT_EQ(daemon->calls.size(), 22U);
+  EXPECT_THAT(warnings, IsEmpty());
+}
+
+TEST_F(DaemonNotifierTest, OneThatIsClosedIsNotReplaced) {
+  startDaemon();
+  Sender sender(address);
+  show(sender, "Mic muted");
+  daemon->close(daemon->calls.back().id + 7);
+  show(sender, "Mic unmuted");
+  EXPECT_EQ(daemon->calls.back().replaces, daemon->calls.front().id) << "that was another's";
+  daemon->close(daemon->calls.back().id);
+  sender.hearAll();
+  show(sender, "Mic muted");
+  EXPECT_EQ(daemon->calls.back().replaces, 0U);
+}
+
+TEST_F(DaemonNotifierTest, ADaemonThatHangsGetsTheNewestTextWhenItGoesOn) {
+  startDaemon();
+  Sender sender(address);
+  daemon->hangs = true;
+  for (int press = 1; press <= 1000; ++press) ASSERT_TRUE(sender.show(std::to_string(press)));
+  EXPECT_TRUE(soon([] { return !warnings.empty(); }));
+  EXPECT_THAT(summaries(), ElementsAre("1"));
+  daemon->release();
+  ASSERT_TRUE(got(2));
+  EXPECT_THAT(summaries(), ElementsAre("1", "1000"));
+  EXPECT_EQ(daemon->shown.size(), 1U);
+  EXPECT_THAT(warnings, ElementsAre(HasSubstr("does not answer")));
+}
+
+TEST_F(DaemonNotifierTest, AnotherDaemonIsNotAskedToReplaceAnything) {
+  startDaemon();
+  Sender sender(address);
+  show(sender, "Mic muted");
+  daemon->hangs = true;
+  ASSERT_TRUE(sender.show("lost with the daemon"));
+  ASSERT_TRUE(got(2));
+  startDaemon();
+  ASSERT_TRUE(sender.settles(State::Known));
+  show(sender, "Mic unmuted");
+  EXPECT_EQ(daemon->calls.back().summary, "Mic unmuted");
+  EXPECT_EQ(daemon->calls.back().replaces, 0U);
+}
+
+TEST_F(DaemonNotifierTest, WhoSaysNoIsToldOnce) {
+  startDaemon();
+  Sender sender(address);
+  daemon->refuses = true;
+  for (int press = 0; press < 3; ++press) show(sender, "Mic muted");
+  EXPECT_THAT(warnings, ElementsAre(HasSubstr("no more of these")));
+}
+
+TEST_F(DaemonNotifierTest, WhereNothingShowsNotificationsTheCallerHearsIt) {
+  Sender sender(address);
+  ASSERT_TRUE(sender.settles(State::None));
+  EXPECT_FALSE(sender.show("Mic muted"));
+  startDaemon();
+  ASSERT_TRUE(sender.settles(State::Known));
+  show(sender, "Mic muted");
+  daemon.reset();
+  ASSERT_TRUE(sender.settles(State::None));
+  EXPECT_FALSE(sender.show("Mic unmuted"));
+  EXPECT_THAT(warnings, IsEmpty());
+}
+
+TEST_F(DaemonNotifierTest, WithoutABusTheCallerHearsIt) {
+  Sender sender(QStringLiteral("unix:path=/nowhere"));
+  EXPECT_FALSE(sender.show("Mic muted"));
+}
+
+/// By the daemons of the desktops.
+class Shows : public testing::Test {
+ protected:
+  static std::size_t windows(const XDesk& desk) {
+    std::vector<harness::WindowInfo> all = desk.windows().all();
+    std::erase_if(all, [](const harness::WindowInfo& window) { return !window.viewable; });
+    return all.size();
+  }
+};
+
+class EveryDaemonShows : public Shows,
+                         public testing::WithParamInterface<harness::NotificationDaemon> {};
+
+TEST_P(EveryDaemonShows, OneNotificationForTwentyPresses) {
+  XDesk desk({.windowManager = harness::WindowManager::Openbox, .notifications = GetParam()});
+  Sender sender(QString::fromStdString(desk.bus().address()));
+  const std::size_t before = windows(desk);
+  for (int press = 0; press < 20; ++press) {
+    ASSERT_TRUE(sender.show(press % 2 == 0 ? "Mic muted" : "Mic unmuted"));
+    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+    ASSERT_TRUE(soon([&] { return windows(desk) == before + 1; })) << "press " << press;
+  }
+  EXPECT_THAT(warnings, IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(, EveryDaemonShows,
+                         testing::Values(harness::NotificationDaemon::XfceNotifyd,
+                                         harness::NotificationDaemon::Dunst,
+                                         harness::NotificationDaemon::Mate,
+                                         harness::NotificationDaemon::Lxqt),
+                         [](const auto& parameter) {
+                           std::string name = harness::program(parameter.param).name;
+                           std::erase(name, '-');
+                           return name;
+                         });
+
+using DunstShows = Shows;
+
+TEST_F(DunstShows, OneAfterDoNotDisturbForWhatWasPressedDuringIt) {
+  XDesk desk({.notifications = harness::NotificationDaemon::Dunst});
+  Sender sender(QString::fromStdString(desk.bus().address()));
+  const std::size_t before = windows(desk);
+  ASSERT_TRUE(desk.run({"dunstctl", "set-paused", "true"}).succeeded());
+  for (int press = 0; press < 20; ++press) {
+    ASSERT_TRUE(sender.show("Mic muted"));
+    sender.hearAll();
+  }
+  EXPECT_EQ(desk.run({"dunstctl", "count", "waiting"}).output, "1\n");
+  EXPECT_EQ(windows(desk), before);
+  ASSERT_TRUE(desk.run({"dunstctl", "set-paused", "false"}).succeeded());
+  EXPECT_TRUE(soon([&] { return windows(desk) == before + 1; }));
+  EXPECT_THAT(warnings, IsEmpty());
+}
+
+TEST_F(DunstShows, TheFirstOneStartsIt) {
+  XDesk desk;
+  std::ofstream(desk.home().runtime() / "bus-services/notifications.service")
+      << "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/usr/bin/dunst\n";
+  ASSERT_TRUE(
+      desk.bus().call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig", {}));
+  Sender sender(QString::fromStdString(desk.bus().address()));
+  ASSERT_TRUE(sender.settles(linux_desktop::NotificationDaemon::State::None));
+  const std::size_t before = windows(desk);
+  ASSERT_TRUE(sender.show("Mic muted"));
+  EXPECT_TRUE(soon([&] { return windows(desk) == before + 1; }));
+  EXPECT_THAT(warnings, IsEmpty());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  const QCoreApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
