@@ -1,0 +1,95 @@
+#include "desktop/linux/updates/PackageKitUpdates.h"
+
+#include <string>
+#include <utility>
+
+#include "desktop/linux/updates/SoftwareCentre.h"
+#include "desktop/linux/updates/UpdatesLog.h"
+#include "platform/appkit/NSAlert.h"
+
+namespace linux_desktop {
+
+using platform::NSAlert;
+using platform::NSAlertStyle;
+using Kind = UpdateAnswer::Kind;
+using Manner = PackageKitQuestion::Manner;
+
+namespace {
+
+const QString kPackage = QStringLiteral("calmdeck");
+
+std::string textOf(const UpdateAnswer& answer) {
+  const std::string detail = answer.detail.toStdString();
+  switch (answer.kind) {
+    case Kind::Newer:
+      return "Calmdeck " + detail + " is available. It comes with the system's updates.";
+    case Kind::None:
+      return "The system knows of no newer version of Calmdeck.";
+    case Kind::Absent:
+      return "New versions of Calmdeck come with the system's updates.";
+    case Kind::Silent:
+      return "The system's package service does not answer. Please try again later.";
+    case Kind::Failed:
+      return "The system's package service could not look for updates." +
+             (detail.empty() ? "" : "\n\n" + detail);
+  }
+  return {};
+}
+
+bool isTrouble(Kind kind) {
+  return kind == Kind::Silent || kind == Kind::Failed;
+}
+
+}  // namespace
+
+PackageKitUpdates::PackageKitUpdates(platform::port::Windows& windows, Notifier& notifier,
+                                     Patience patience)
+    : windows_(windows), notifier_(notifier), patience_(patience) {}
+
+void PackageKitUpdates::checkInBackground() {
+  if (userWaits_) return;
+  question(Manner::InBackground, patience_.background,
+           [this](const UpdateAnswer& answer) { notify(answer); });
+}
+
+void PackageKitUpdates::checkForUpdates() {
+  if (userWaits_) return;
+  userWaits_ = true;
+  question(Manner::ForTheUser, patience_.user,
+           [this](const UpdateAnswer& answer) { show(answer); });
+}
+
+void PackageKitUpdates::question(Manner manner, std::chrono::milliseconds patience,
+                                 PackageKitQuestion::Answered answered) {
+  question_ = std::make_unique<PackageKitQuestion>(
+      kPackage, manner, patience,
+      [this, answered = std::move(answered)](const UpdateAnswer& answer) {
+        qCInfo(lcUpdates, "%s", textOf(answer).c_str());
+        // It is still in its own call.
+        question_.release()->deleteLater();
+        answered(answer);
+      });
+}
+
+void PackageKitUpdates::notify(const UpdateAnswer& answer) {
+  if (answer.kind != Kind::Newer) return;
+  if (const auto reason = notifier_.show(textOf(answer))) {
+    qCInfo(lcUpdates, "%s", reason->c_str());
+  }
+}
+
+void PackageKitUpdates::show(const UpdateAnswer& answer) {
+  NSAlert alert;
+  alert.setMessageText(textOf(answer));
+  alert.setAlertStyle(isTrouble(answer.kind) ? NSAlertStyle::Warning : NSAlertStyle::Informational);
+  const bool offersPage = answer.kind == Kind::Newer && hasSoftwareCentre();
+  if (offersPage) alert.addButtonWithTitle("Open Software Centre");
+  alert.addButtonWithTitle(offersPage ? "Later" : "OK");
+  alert_ = windows_.showAlert(alert, [this, offersPage](std::size_t button) {
+    alert_.reset();
+    userWaits_ = false;
+    if (offersPage && button == 0) openSoftwareCentre();
+  });
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,250 @@
+#include "desktop/linux/updates/PackageKitUpdates.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "desktop/harness/Process.h"
+#include "desktop/harness/Until.h"
+#include "desktop/updates/PackageKitStandIn.h"
+#include "platform/appkit/NSAlert.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using linux_desktop::PackageKitUpdates;
+using platform::NSAlertStyle;
+using Silence = PackageKitStandIn::Silence;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// Alerts as values.
+class Alerts final : public platform::port::Windows {
+ public:
+  struct Shown {
+    platform::NSAlert alert;
+    std::function<void(std::size_t)> answered;
+  };
+  std::vector<Shown> shown;
+  int gone = 0;
+
+  std::unique_ptr<platform::port::WindowPeer> createWindow(platform::NSWindow&,
+                                                           platform::port::WindowClient&) override {
+    return nullptr;
+  }
+  std::unique_ptr<ModalPeer> showAlert(const platform::NSAlert& alert,
+                                       std::function<void(std::size_t)> answered) override {
+    class Peer final : public ModalPeer {
+     public:
+      explicit Peer(int& gone) : gone_(gone) {}
+      ~Peer() override { ++gone_; }
+      Peer(const Peer&) = delete;
+      Peer& operator=(const Peer&) = delete;
+
+     private:
+      int& gone_;
+    };
+    shown.push_back({alert, std::move(answered)});
+    return std::make_unique<Peer>(gone);
+  }
+  std::unique_ptr<ModalPeer> showSheet(const platform::NSAlert&, platform::port::WindowPeer&,
+                                       std::function<void(std::size_t)>) override {
+    return nullptr;
+  }
+  std::unique_ptr<ModalPeer> showOpenPanel(
+      const platform::NSOpenPanel&, std::function<void(std::optional<std::string>)>) override {
+    return nullptr;
+  }
+  void activateApplication() override {}
+};
+
+struct Notes final : linux_desktop::Notifier {
+  std::vector<std::string> texts;
+  std::optional<std::string> show(std::string_view text) override {
+    texts.emplace_back(text);
+    return std::nullopt;
+  }
+};
+
+/// The system bus of this process, for as long as that lives: Qt opens it once.
+harness::Process& systemBusProcess() {
+  static harness::Process bus(
+      {.argv = {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"}});
+  return bus;
+}
+const QString& systemBus() {
+  static const QString address =
+      QString::fromStdString(systemBusProcess().waitForLine("^unix:").value_or(""));
+  return address;
+}
+
+/// A home without any handler of pages, until one is made.
+const std::filesystem::path& dataFolder() {
+  static const QTemporaryDir folder;
+  static const std::filesystem::path path = folder.path().toStdString();
+  return path;
+}
+
+class PackageKitUpdatesTest : public testing::Test {
+ protected:
+  PackageKitUpdatesTest() {
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus().toUtf8().constData(), 1);
+    for (const char* name :
+         {"XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
+      ::setenv(name, dataFolder().c_str(), 1);
+  }
+
+  static bool soon(const std::function<bool()>& fact) {
+    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
+  }
+  /// What the user is told, once that is there.
+  std::string answerToTheUser() {
+    const std::size_t before = alerts.shown.size();
+    updates.checkForUpdates();
+    EXPECT_EQ(alerts.shown.size(), before) << "it returns at once";
+    if (!soon([&] { return alerts.shown.size() > before; })) return "nothing";
+    return alerts.shown.back().alert.messageText();
+  }
+  void answer(std::size_t button = 0) { alerts.shown.back().answered(button); }
+  bool asked(int times) {
+    return soon([&] { return packageKit->calls.filter("GetUpdates").size() == times; });
+  }
+
+  int argc_ = 0;
+  QCoreApplication application_{argc_, nullptr};
+  std::optional<PackageKitStandIn> packageKit{std::in_place, systemBus(), "stand-in"};
+  Alerts alerts;
+  Notes notes;
+  PackageKitUpdates updates{alerts, notes, {.user = 300ms, .background = 300ms}};
+};
+
+TEST_F(PackageKitUpdatesTest, TheUserHearsOfANewerVersionOfThisPackageAlone) {
+  packageKit->packages = {"calmdeck-doc;9;all;x", "calmdeck;1.5-1;amd64;stable", "zsh;9;amd64;x"};
+  EXPECT_EQ(answerToTheUser(), "Calmdeck 1.5-1 is available. It comes with the system's updates.");
+  EXPECT_THAT(packageKit->calls,
+              ElementsAre("CreateTransaction", "SetHints background=false interactive=false",
+                          "GetUpdates 2"));
+  const auto& alert = alerts.shown.back().alert;
+  EXPECT_EQ(alert.alertStyle(), NSAlertStyle::Informational);
+  EXPECT_THAT(alert.buttonTitles(), ElementsAre("OK")) << "nothing here shows pages of packages";
+  EXPECT_EQ(alerts.gone, 0);
+  answer();
+  EXPECT_EQ(alerts.gone, 1);
+
+  for (const QStringList& others : {QStringList{}, QStringList{"calmdeck-doc;9;all;x", "odd"}}) {
+    packageKit->packages = others;
+    EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck.");
+    answer();
+  }
+  packageKit->packages = {"calmdeck;1.5-1;amd64;stable"};
+  packageKit->kind = 9;
+  EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck.")
+      << "held back by the user";
+  EXPECT_THAT(notes.texts, ElementsAre());
+}
+
+TEST_F(PackageKitUpdatesTest, EachTroubleIsAClearAnswer) {
+  packageKit->trouble = "The package lists are broken.";
+  EXPECT_EQ(answerToTheUser(),
+            "The system's package service could not look for updates.\n\n"
+            "The package lists are broken.");
+  EXPECT_EQ(alerts.shown.back().alert.alertStyle(), NSAlertStyle::Warning);
+  answer();
+  packageKit->trouble.reset();
+  packageKit->refuses = true;
+  EXPECT_THAT(answerToTheUser(), HasSubstr("\n\nIt is not allowed."));
+  answer();
+  for (const Silence silence : {Silence::AtCreateTransaction, Silence::AtGetUpdates}) {
+    packageKit->silence = silence;
+    EXPECT_EQ(answerToTheUser(),
+              "The system's package service does not answer. Please try again later.");
+    answer();
+  }
+  EXPECT_TRUE(soon([&] { return packageKit->calls.back() == "Cancel"; }))
+      << "it is told that nobody waits any more";
+  updates.checkForUpdates();
+  ASSERT_TRUE(asked(4));
+  packageKit.reset();
+  ASSERT_TRUE(soon([&] { return alerts.shown.size() == 5; }));
+  EXPECT_THAT(alerts.shown.back().alert.messageText(), HasSubstr("\n\nIt ended while it looked."));
+  answer();
+  EXPECT_EQ(answerToTheUser(), "New versions of Calmdeck come with the system's updates.");
+  answer();
+}
+
+TEST_F(PackageKitUpdatesTest, ABusThatHangsOrIsNotThereIsNotWaitedFor) {
+  systemBusProcess().freeze();
+  EXPECT_EQ(answerToTheUser(),
+            "The system's package service does not answer. Please try again later.");
+  systemBusProcess().thaw();
+  answer();
+  EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck.");
+  answer();
+  ::setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/not/there", 1);
+  EXPECT_EQ(answerToTheUser(), "New versions of Calmdeck come with the system's updates.");
+  answer();
+}
+
+TEST_F(PackageKitUpdatesTest, InTheBackgroundOnlyANewerVersionIsSpokenOf) {
+  updates.checkInBackground();
+  ASSERT_TRUE(asked(1));
+  EXPECT_THAT(packageKit->calls, testing::Contains("SetHints background=true interactive=false"));
+  packageKit->trouble = "x";
+  updates.checkInBackground();
+  ASSERT_TRUE(asked(2));
+  packageKit->trouble.reset();
+  packageKit->packages = {"calmdeck;2.0;amd64;x"};
+  updates.checkInBackground();
+  EXPECT_TRUE(soon([&] { return !notes.texts.empty(); }));
+  EXPECT_THAT(notes.texts, ElementsAre("Calmdeck 2.0 is available. It comes with the system's "
+                                       "updates."));
+  EXPECT_TRUE(alerts.shown.empty());
+}
+
+TEST_F(PackageKitUpdatesTest, TheUsersQuestionComesBeforeTheOneInTheBackgroundAndIsAskedOnce) {
+  packageKit->silence = Silence::AtGetUpdates;
+  updates.checkInBackground();
+  ASSERT_TRUE(asked(1));
+  packageKit->silence = Silence::Never;
+  packageKit->packages = {"calmdeck;2.0;amd64;x"};
+  updates.checkForUpdates();
+  updates.checkForUpdates();
+  updates.checkInBackground();
+  ASSERT_TRUE(soon([&] { return !alerts.shown.empty(); }));
+  updates.checkForUpdates();
+  EXPECT_EQ(packageKit->calls.filter("CreateTransaction").size(), 2);
+  EXPECT_EQ(packageKit->calls.filter("Cancel").size(), 1);
+  answer();
+  EXPECT_NE(answerToTheUser(), "nothing");
+  EXPECT_EQ(alerts.shown.size(), 2U);
+  EXPECT_THAT(notes.texts, ElementsAre());
+}
+
+TEST_F(PackageKitUpdatesTest, ThePageIsOpenedByWhateverShowsSuchPages) {
+  const auto applications = dataFolder() / "applications";
+  const auto opened = dataFolder() / "opened";
+  std::filesystem::create_directories(applications);
+  std::ofstream(applications / "centre.desktop")
+      << "[Desktop Entry]\nType=Application\nName=Centre\nExec=ln --symbolic %u " << opened.string()
+      << "\n";
+  std::ofstream(applications / "mimeapps.list")
+      << "[Default Applications]\nx-scheme-handler/appstream=centre.desktop\n";
+  packageKit->packages = {"calmdeck;2.0;amd64;x"};
+  for (const std::size_t button : {1U, 0U}) {
+    EXPECT_NE(answerToTheUser(), "nothing");
+    EXPECT_THAT(alerts.shown.back().alert.buttonTitles(),
+                ElementsAre("Open Software Centre", "Later"));
+    answer(button);
+    EXPECT_TRUE(button == 0 || !std::filesystem::is_symlink(opened));
+  }
+  EXPECT_TRUE(soon([&] { return std::filesystem::is_symlink(opened); }));
+  EXPECT_EQ(std::filesystem::read_symlink(opened), "appstream://org.calmdeck.Calmdeck");
+}
+
+}  // namespace
