@@ -42,9 +42,11 @@ TEST_P(TrayTest, ClicksAreReportedAndTheIconChanges) {
 
   tray.click(Button::Middle);
   tray.click(Button::WheelUp);
-  tray.click(Button::Left);
-  tray.click(Button::Left);
-  ASSERT_TRUE(tray.says("left") && tray.says("left"));
+  // Of two clicks within a few milliseconds, which no hand does, a panel calls us for one only.
+  for (int click = 0; click < 2; ++click) {
+    tray.click(Button::Left);
+    ASSERT_TRUE(tray.says("left"));
+  }
   EXPECT_TRUE(tray.icon(TrayDesk::kDisc));
   EXPECT_EQ(tray.reports(), "left left left");
 }

@@ -1,19 +1,23 @@
 #pragma once
 
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/windowsystem/QtScreens.h"
 #include "desktop/linux/windowsystem/WindowSystem.h"
 
 namespace linux_desktop {
 
-/// A window system that we know nothing of but the screens. Says so in one line when it is made.
+/// A window system of which only the screens are known, and what the desktop shows on them. Says so
+/// in one line when it is made.
 class PlainWindowSystem final : public WindowSystem {
  public:
   PlainWindowSystem();
 
   platform::port::Screens& screens() override { return screens_; }
+  platform::port::DesktopPictures* desktopPictures() override { return &pictures_; }
 
  private:
   QtScreens screens_;
+  WallpaperPictures pictures_;
 };
 
 }  // namespace linux_desktop

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "desktop/linux/windowsystem/CoverWindows.h"
+#include "desktop/linux/windowsystem/KeyTranslator.h"
+#include "platform/port/DesktopPictures.h"
+#include "platform/port/HotKeys.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
 #include "platform/port/Spaces.h"
@@ -16,8 +19,12 @@ class WindowSystem {
 
   virtual platform::port::Screens& screens() = 0;
   virtual CoverWindows* covers() { return nullptr; }
+  virtual platform::port::DesktopPictures* desktopPictures() { return nullptr; }
   virtual platform::port::WindowList* windowList() { return nullptr; }
   virtual platform::port::Spaces* spaces() { return nullptr; }
+  virtual platform::port::HotKeys* hotKeys() { return nullptr; }
+  /// Null: key presses in windows cannot be told.
+  virtual KeyTranslator* keyTranslator() { return nullptr; }
   virtual platform::port::RunningApplications* runningApplications() { return nullptr; }
 };
 
