@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "desktop/linux/wallpaper/BusPeer.h"
+#include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/wallpaper/FileWatch.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
 #include "desktop/linux/wallpaper/WallpaperTable.h"

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "desktop/linux/wallpaper/BusPeer.h"
+#include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/x11/WindowStack.h"
 
 namespace linux_desktop {

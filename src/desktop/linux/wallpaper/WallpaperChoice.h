@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/linux/wallpaper/BusPeer.h"
+#include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/wallpaper/WallpaperTable.h"
 
 namespace linux_desktop {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "desktop/linux/wallpaper/BusPeer.h"
+#include "desktop/linux/bus/BusPeer.h"
 
 namespace linux_desktop {
 

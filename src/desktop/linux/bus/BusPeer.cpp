@@ -1,4 +1,4 @@
-#include "desktop/linux/wallpaper/BusPeer.h"
+#include "desktop/linux/bus/BusPeer.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
