@@ -4,14 +4,18 @@
 
 #include <QApplication>
 #include <QDBusConnection>
-#include <QScreen>
 #include <QThreadPool>
 
-#include "desktop/linux/audio/PulseAudioObjects.h"
+#include "desktop/linux/audio/PulseSound.h"
 #include "desktop/linux/automation/LinuxAutomation.h"
 #include "desktop/linux/defaults/SettingsFile.h"
+#include "desktop/linux/keys/SessionHotKeys.h"
+#include "desktop/linux/login/AutostartItems.h"
+#include "desktop/linux/login/ProgramPath.h"
 #include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/notifications/DaemonDoNotDisturb.h"
+#include "desktop/linux/notifications/DaemonNotifier.h"
+#include "desktop/linux/notifications/NotificationDaemon.h"
 #include "desktop/linux/process/BusName.h"
 #include "desktop/linux/process/ProcessLog.h"
 #include "desktop/linux/process/StandardOutputStream.h"
@@ -19,7 +23,7 @@
 #include "desktop/linux/process/UserSession.h"
 #include "desktop/linux/tray/TrayStatusBar.h"
 #include "desktop/linux/ui/QtWindows.h"
-#include "desktop/linux/wallpaper/WallpaperPictures.h"
+#include "desktop/linux/updates/PackageKitUpdates.h"
 #include "desktop/linux/windowsystem/PlainWindowSystem.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 
@@ -44,36 +48,6 @@ std::unique_ptr<WindowSystem> openWindowSystem() {
   return std::make_unique<PlainWindowSystem>();
 }
 
-std::vector<Monitor> monitorsOfQt() {
-  std::vector<Monitor> monitors;
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    monitors.push_back({screen->name(), screen->geometry()});
-  }
-  return monitors;
-}
-
-/// The pictures of the desktop, which on an X server the covers show as well.
-class Wallpaper {
- public:
-  explicit Wallpaper(WindowSystem& windowSystem)
-      : x11_(dynamic_cast<X11WindowSystem*>(&windowSystem)) {
-    if (x11_ != nullptr) x11_->setBackdrops(&pictures_);
-  }
-  ~Wallpaper() {
-    if (x11_ != nullptr) x11_->setBackdrops(nullptr);
-  }
-  Wallpaper(const Wallpaper&) = delete;
-  Wallpaper& operator=(const Wallpaper&) = delete;
-
-  [[nodiscard]] WallpaperPictures& pictures() { return pictures_; }
-
- private:
-  X11WindowSystem* x11_;
-  WallpaperPictures pictures_{
-      [this] { return x11_ != nullptr ? x11_->monitors() : monitorsOfQt(); },
-      x11_ != nullptr ? &x11_->events() : nullptr};
-};
-
 }  // namespace
 
 /// What there is one of in the process, whatever the program goes on to do.
@@ -89,6 +63,7 @@ struct LinuxDesktop::Process {
 
   QApplication application;
   UserSession session;
+  std::string programPath = ownProgramPath();
 };
 
 struct LinuxDesktop::Services {
@@ -97,11 +72,16 @@ struct LinuxDesktop::Services {
   SettingsFile settings;
   TrayStatusBar tray;
   std::unique_ptr<WindowSystem> windowSystem = openWindowSystem();
-  Wallpaper wallpaper{*windowSystem};
-  QtWindows windows{loop, windowSystem->covers()};
-  PulseAudioObjects audio;
-  DaemonDoNotDisturb doNotDisturb{QDBusConnection::sessionBus()};
-  LinuxAutomation automation{doNotDisturb};
+  SessionHotKeys hotKeys{windowSystem->hotKeys()};
+  QtWindows windows{loop, windowSystem->covers(), windowSystem->keyTranslator()};
+  PulseSound sound;
+  NotificationDaemon notificationDaemon{QDBusConnection::sessionBus()};
+  DaemonDoNotDisturb doNotDisturb{notificationDaemon};
+  DaemonNotifier notifier{notificationDaemon};
+  LinuxAutomation automation{doNotDisturb, sound.volume(), notifier};
+  AutostartItems loginItems;
+  DaemonNotifier updateNotifier{notificationDaemon};
+  PackageKitUpdates updates{windows, updateNotifier};
   TerminationSignals signals_{[this] { loop.terminate(); }};
 };
 
@@ -156,10 +136,22 @@ platform::port::SystemVersion LinuxDesktop::systemVersion() const {
   return {12, 0, 0};
 }
 platform::port::AudioObjects* LinuxDesktop::audioObjects() {
-  return &services_->audio;
+  return &services_->sound.objects();
 }
 platform::port::Automation* LinuxDesktop::automation() {
   return &services_->automation;
+}
+std::string LinuxDesktop::bundlePath() const {
+  return process_->programPath;
+}
+platform::port::HotKeys* LinuxDesktop::hotKeys() {
+  return services_->hotKeys.isThere() ? &services_->hotKeys : nullptr;
+}
+platform::port::LoginItems* LinuxDesktop::loginItems() {
+  return &services_->loginItems;
+}
+platform::port::UpdateService* LinuxDesktop::updates() {
+  return &services_->updates;
 }
 platform::port::Spaces* LinuxDesktop::spaces() {
   return services_->windowSystem->spaces();
@@ -171,7 +163,7 @@ platform::port::WindowList* LinuxDesktop::windowList() {
   return services_->windowSystem->windowList();
 }
 platform::port::DesktopPictures* LinuxDesktop::desktopPictures() {
-  return &services_->wallpaper.pictures();
+  return services_->windowSystem->desktopPictures();
 }
 
 }  // namespace linux_desktop

@@ -26,8 +26,12 @@ class LinuxDesktop final : public platform::Desktop {
   platform::port::StatusBar& statusBar() override;
   platform::port::Screens& screens() override;
   [[nodiscard]] platform::port::SystemVersion systemVersion() const override;
+  [[nodiscard]] std::string bundlePath() const override;
   platform::port::AudioObjects* audioObjects() override;
   platform::port::Automation* automation() override;
+  platform::port::HotKeys* hotKeys() override;
+  platform::port::LoginItems* loginItems() override;
+  platform::port::UpdateService* updates() override;
   platform::port::Spaces* spaces() override;
   platform::port::RunningApplications* runningApplications() override;
   platform::port::WindowList* windowList() override;

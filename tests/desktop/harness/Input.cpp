@@ -81,6 +81,20 @@ void Input::keyUp(std::string_view name) const {
   fake(XCB_KEY_RELEASE, keycode(name));
 }
 
+void Input::places(const std::vector<std::uint8_t>& keycodes) const {
+  for (const std::uint8_t keycode : keycodes) placeDown(keycode);
+  std::for_each(keycodes.rbegin(), keycodes.rend(),
+                [this](std::uint8_t keycode) { placeUp(keycode); });
+}
+
+void Input::placeDown(std::uint8_t keycode) const {
+  fake(XCB_KEY_PRESS, keycode);
+}
+
+void Input::placeUp(std::uint8_t keycode) const {
+  fake(XCB_KEY_RELEASE, keycode);
+}
+
 std::uint8_t Input::keycode(std::string_view name) const {
   const xcb_keysym_t wanted = keysymOf(name);
   const xcb_setup_t* setup = xcb_get_setup(x_.get());

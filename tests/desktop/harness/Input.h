@@ -28,6 +28,10 @@ class Input {
   void key(std::string_view chord) const;
   void keyDown(std::string_view name) const;
   void keyUp(std::string_view name) const;
+  /// Keys by their place on the keyboard, as the server numbers them, whatever the layout.
+  void places(const std::vector<std::uint8_t>& keycodes) const;
+  void placeDown(std::uint8_t keycode) const;
+  void placeUp(std::uint8_t keycode) const;
 
  private:
   void fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) const;

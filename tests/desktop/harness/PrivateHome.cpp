@@ -83,6 +83,8 @@ Environment PrivateHome::environment() const {
       {"XDG_DATA_HOME", home() / ".local/share"},
       {"XDG_STATE_HOME", home() / ".local/state"},
       {"XDG_RUNTIME_DIR", runtime()},
+      // The machine's own services are nobody's to ask, let alone to start.
+      {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (runtime() / "system-bus").string()},
       {"LIBGL_ALWAYS_SOFTWARE", "1"},
       // No peer needs the accessibility bus; what is tested asks for it by itself.
       {"NO_AT_BRIDGE", "1"},

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include "desktop/linux/x11/XLog.h"
 
 namespace linux_desktop {
 
@@ -43,6 +44,7 @@ void HiddenStateWait::look(bool patienceIsOver) {
   const auto minimised = clients_.minimisedOf(waitingFor_);
   std::erase_if(waitingFor_,
                 [&](xcb_window_t window) { return minimised.contains(window) == minimised_; });
+  qCDebug(lcX11) << "look" << patienceIsOver << minimised_ << waitingFor_.size();
   if (!waitingFor_.empty() && !patienceIsOver) {
     silent_ = {waitingFor_.begin(), waitingFor_.end()};
     patience_.start();

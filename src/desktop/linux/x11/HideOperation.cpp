@@ -19,6 +19,7 @@ HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
       wait_(events, clients),
       plan_(std::move(plan)),
       done_(std::move(done)) {
+  qCDebug(lcX11) << "hide" << plan_.windows.size();
   requests_.rememberOrder(plan_.order);
   for (const xcb_window_t window : plan_.windows) requests_.mark(window, HiddenMark::Hidden);
   for (const xcb_window_t window : plan_.followers) requests_.mark(window, HiddenMark::Hidden);

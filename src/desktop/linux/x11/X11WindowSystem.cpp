@@ -10,6 +10,12 @@ std::unique_ptr<X11WindowSystem> X11WindowSystem::open() {
   return std::unique_ptr<X11WindowSystem>(new X11WindowSystem(std::move(server)));
 }
 
-X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server) : server_(std::move(server)) {}
+X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)
+    : server_(std::move(server)), keyboard_(XKeyboard::open(events_)) {
+  shown_.setBackdrops(&told_);
+  if (!keyboard_) return;
+  hotKeys_.emplace(events_, *keyboard_);
+  translator_.emplace(*keyboard_);
+}
 
 }  // namespace linux_desktop

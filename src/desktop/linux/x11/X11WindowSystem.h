@@ -1,13 +1,18 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/windowsystem/WindowSystem.h"
 #include "desktop/linux/x11/MonitorPictures.h"
 #include "desktop/linux/x11/XApplications.h"
 #include "desktop/linux/x11/XCovers.h"
 #include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/x11/XHotKeys.h"
+#include "desktop/linux/x11/XKeyTranslator.h"
+#include "desktop/linux/x11/XKeyboard.h"
 #include "desktop/linux/x11/XScreens.h"
 #include "desktop/linux/x11/XServer.h"
 #include "desktop/linux/x11/XSpaces.h"
@@ -23,17 +28,16 @@ class X11WindowSystem final : public WindowSystem {
 
   platform::port::Screens& screens() override { return screens_; }
   CoverWindows* covers() override { return &covers_; }
+  platform::port::DesktopPictures* desktopPictures() override { return &told_; }
   platform::port::WindowList* windowList() override { return &windowList_; }
   platform::port::Spaces* spaces() override { return &spaces_; }
+  platform::port::HotKeys* hotKeys() override { return hotKeys_ ? &*hotKeys_ : nullptr; }
+  KeyTranslator* keyTranslator() override { return translator_ ? &*translator_ : nullptr; }
   platform::port::RunningApplications* runningApplications() override { return &applications_; }
 
-  /// Where to ask what the desktop was told to show behind everything; see MonitorPictures. Null:
-  /// nobody knows. Outlives its being set.
-  void setBackdrops(BackdropSource* backdrops) { pictures_.setBackdrops(backdrops); }
-
-  /// For what all window systems share but sees more on an X server.
-  [[nodiscard]] XEvents& events() { return events_; }
-  [[nodiscard]] const std::vector<Monitor>& monitors() const { return screens_.monitors(); }
+  /// Where to ask what the desktop was told to show behind everything; see MonitorPictures. The
+  /// desktop itself, until another one is set, which outlives this or the next call.
+  void setBackdrops(BackdropSource& backdrops) { shown_.setBackdrops(&backdrops); }
 
  private:
   explicit X11WindowSystem(std::unique_ptr<XServer> server);
@@ -41,11 +45,16 @@ class X11WindowSystem final : public WindowSystem {
   std::unique_ptr<XServer> server_;
   XEvents events_{*server_};
   XScreens screens_{events_};
-  MonitorPictures pictures_{events_, screens_};
-  XWindowList windowList_{screens_, pictures_};
-  XSpaces spaces_{events_, pictures_};
+  WallpaperPictures told_{[this] { return screens_.monitors(); }, &events_};
+  MonitorPictures shown_{events_, screens_};
+  XWindowList windowList_{screens_, shown_};
+  XSpaces spaces_{events_, shown_};
   XCovers covers_{events_, screens_};
   XApplications applications_{events_};
+  /// Null where the server has no XKB, and then the two that need it are absent.
+  std::unique_ptr<XKeyboard> keyboard_;
+  std::optional<XHotKeys> hotKeys_;
+  std::optional<XKeyTranslator> translator_;
 };
 
 }  // namespace linux_desktop

@@ -198,6 +198,7 @@ void XApplications::finished() {
       &context_,
       [this] {
         operation_.reset();
+        qCDebug(lcX11) << "finished";
         underWay_.clear();
         watch_.resume();
         // For the watch, which has to know what is hidden now, and for the wishes that wait.

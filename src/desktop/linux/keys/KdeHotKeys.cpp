@@ -1,0 +1,176 @@
+#include "desktop/linux/keys/KdeHotKeys.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMetaType>
+#include <algorithm>
+#include <array>
+
+#include "desktop/linux/keys/CombinationName.h"
+#include "desktop/linux/keys/KeysLog.h"
+#include "desktop/linux/keys/QtKey.h"
+#include "platform/carbon/CarbonEvents.h"
+
+namespace linux_desktop {
+
+/// Up to four keys one after the other, of which ours is the first.
+struct KdeKeySequence {
+  QList<int> keys{0, 0, 0, 0};
+};
+
+}  // namespace linux_desktop
+
+Q_DECLARE_METATYPE(linux_desktop::KdeKeySequence)
+
+namespace linux_desktop {
+
+QDBusArgument& operator<<(QDBusArgument& argument, const KdeKeySequence& sequence) {
+  argument.beginStructure();
+  argument << sequence.keys;
+  argument.endStructure();
+  return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, KdeKeySequence& sequence) {
+  argument.beginStructure();
+  argument >> sequence.keys;
+  argument.endStructure();
+  return argument;
+}
+
+namespace {
+
+const QString kService = QStringLiteral("org.kde.kglobalaccel");
+const QString kPath = QStringLiteral("/kglobalaccel");
+const QString kInterface = QStringLiteral("org.kde.KGlobalAccel");
+const QString kComponent = QStringLiteral("calmdeck");
+const QString kComponentPath = QStringLiteral("/component/calmdeck");
+const QString kComponentInterface = QStringLiteral("org.kde.kglobalaccel.Component");
+
+/// What the service is to do with keys: there they are, whatever was on its settings page before.
+constexpr uint kPresentAsTold = 0x2 | 0x4;
+
+/// A held key repeats sooner. What comes later is another press: of a very short one the
+/// service may lose the release.
+constexpr qlonglong kLongestRepeat = 2000;
+
+QStringList identityOf(const QString& action) {
+  return {kComponent, action, QStringLiteral("Calmdeck"), action};
+}
+
+QVariant keysOf(int key) {
+  return QVariant::fromValue(QList<KdeKeySequence>{{{key, 0, 0, 0}}});
+}
+
+bool holds(const QDBusMessage& answer, int key) {
+  if (answer.arguments().isEmpty()) return false;
+  const auto given = qdbus_cast<QList<KdeKeySequence>>(answer.arguments().front());
+  return !given.isEmpty() && !given.front().keys.isEmpty() && given.front().keys.front() == key;
+}
+
+}  // namespace
+
+bool KdeHotKeys::isSession() {
+  const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+  return desktops.split(QLatin1Char(':')).contains(QStringLiteral("KDE"));
+}
+
+KdeHotKeys::KdeHotKeys()
+    : service_(kService),
+      watcher_(kService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {
+  qDBusRegisterMetaType<KdeKeySequence>();
+  qDBusRegisterMetaType<QList<KdeKeySequence>>();
+  connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { registerAnew(); });
+}
+
+KdeHotKeys::~KdeHotKeys() {
+  for (const HotKey& hotKey : hotKeys_) {
+    send(QStringLiteral("setInactive"), {identityOf(hotKey.action)});
+  }
+}
+
+void KdeHotKeys::listen() {
+  if (isListening_) return;
+  isListening_ = true;
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  bus.connect({}, kComponentPath, kComponentInterface, QStringLiteral("globalShortcutPressed"),
+              this, SLOT(pressed(QString, QString, qlonglong)));
+  bus.connect({}, kComponentPath, kComponentInterface, QStringLiteral("globalShortcutReleased"),
+              this, SLOT(released(QString, QString, qlonglong)));
+}
+
+std::optional<platform::OSStatus> KdeHotKeys::registerHotKey(platform::port::HotKeyNumber number,
+                                                             std::uint32_t keyCode,
+                                                             std::uint32_t modifiers) {
+  const auto key = qtKeyOf(keyCode, modifiers);
+  if (!key) return std::nullopt;
+  const QString action = QString::fromStdString(combinationName(keyCode, modifiers));
+  if (find(kComponent, action) != nullptr) return platform::eventHotKeyExistsErr;
+  listen();
+  const QStringList identity = identityOf(action);
+  const std::array calls{
+      call(QStringLiteral("doRegister"), {identity}),
+      call(QStringLiteral("setShortcutKeys"), {identity, keysOf(*key), kPresentAsTold})};
+  const QDBusMessage answer = service_.callAll(calls).back();
+  if (answer.type() == QDBusMessage::ReplyMessage && holds(answer, *key)) {
+    hotKeys_.push_back({number, action, *key});
+    return platform::noErr;
+  }
+  // Also what comes to be only after we stopped waiting.
+  send(QStringLiteral("unregister"), {kComponent, action});
+  if (answer.type() == QDBusMessage::ReplyMessage) return platform::eventHotKeyExistsErr;
+  qCWarning(lcKeys, "KDE's shortcuts cannot be had: %s", reasonOf(answer).c_str());
+  return std::nullopt;
+}
+
+void KdeHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
+  const auto found = std::ranges::find(hotKeys_, number, &HotKey::number);
+  if (found == hotKeys_.end()) return;
+  send(QStringLiteral("unregister"), {kComponent, found->action});
+  hotKeys_.erase(found);
+}
+
+void KdeHotKeys::registerAnew() {
+  for (HotKey& hotKey : hotKeys_) {
+    hotKey.isDown = false;
+    const QStringList identity = identityOf(hotKey.action);
+    send(QStringLiteral("doRegister"), {identity});
+    send(QStringLiteral("setShortcutKeys"), {identity, keysOf(hotKey.key), kPresentAsTold});
+  }
+}
+
+QDBusMessage KdeHotKeys::call(const QString& method, const QVariantList& arguments) const {
+  QDBusMessage message = service_.method(kPath, kInterface, method, arguments);
+  // It belongs to the session, but at login we may be there first.
+  message.setAutoStartService(true);
+  return message;
+}
+
+void KdeHotKeys::send(const QString& method, const QVariantList& arguments) const {
+  const QDBusMessage message = service_.method(kPath, kInterface, method, arguments);
+  BusPeer::send(std::span(&message, 1));
+}
+
+KdeHotKeys::HotKey* KdeHotKeys::find(const QString& component, const QString& action) {
+  const auto found = std::ranges::find(hotKeys_, action, &HotKey::action);
+  return component == kComponent && found != hotKeys_.end() ? &*found : nullptr;
+}
+
+void KdeHotKeys::pressed(const QString& component, const QString& action, qlonglong time) {
+  HotKey* hotKey = find(component, action);
+  if (hotKey == nullptr) return;
+  const qlonglong pause = time - std::exchange(hotKey->lastPress, time);
+  if (std::exchange(hotKey->isDown, true) && pause < kLongestRepeat) {
+    qCDebug(lcKeys) << "hot key" << hotKey->number << "repeats";
+  } else if (client_ != nullptr) {
+    client_->hotKeyPressed(hotKey->number);
+  }
+}
+
+void KdeHotKeys::released(const QString& component, const QString& action, qlonglong /*time*/) {
+  HotKey* hotKey = find(component, action);
+  if (hotKey == nullptr || !std::exchange(hotKey->isDown, false)) return;
+  if (client_ != nullptr) client_->hotKeyReleased(hotKey->number);
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "desktop/linux/bus/BusPeer.h"
+#include "platform/port/HotKeys.h"
+
+namespace linux_desktop {
+
+/// Hot keys at the service in which KDE keeps all shortcuts, so that they are seen, and can be
+/// changed, on its settings page. A service that starts anew is told of them again.
+class KdeHotKeys final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Whether this session is KDE's, by its own word. On others the service may run as well, for a
+  /// while, since a program of KDE's needs it.
+  [[nodiscard]] static bool isSession();
+
+  KdeHotKeys();
+  /// Gives the keys back, but leaves the names on the settings page.
+  ~KdeHotKeys() override;
+
+  void setClient(platform::port::HotKeysClient* client) { client_ = client; }
+  /// As port::HotKeys has it, within half a second. None when the service does not answer or cannot
+  /// name the combination.
+  [[nodiscard]] std::optional<platform::OSStatus> registerHotKey(
+      platform::port::HotKeyNumber number, std::uint32_t keyCode, std::uint32_t modifiers);
+  void unregisterHotKey(platform::port::HotKeyNumber number);
+
+ private Q_SLOTS:
+  void pressed(const QString& component, const QString& action, qlonglong time);
+  void released(const QString& component, const QString& action, qlonglong time);
+
+ private:
+  struct HotKey {
+    platform::port::HotKeyNumber number;
+    /// Its name on the settings page, and among ours.
+    QString action;
+    /// As Qt has it: a key and modifiers.
+    int key;
+    bool isDown = false;
+    /// When it was pressed or repeated, in milliseconds; 0: never.
+    qlonglong lastPress = 0;
+  };
+
+  void listen();
+  void registerAnew();
+  void send(const QString& method, const QVariantList& arguments) const;
+  [[nodiscard]] QDBusMessage call(const QString& method, const QVariantList& arguments) const;
+  [[nodiscard]] HotKey* find(const QString& component, const QString& action);
+
+  BusPeer service_;
+  QDBusServiceWatcher watcher_;
+  platform::port::HotKeysClient* client_ = nullptr;
+  std::vector<HotKey> hotKeys_;
+  bool isListening_ = false;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <xkbcommon/xkbcommon.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace linux_desktop {
+
+/// The number of a key at the X server.
+using Keycode = xkb_keycode_t;
+/// The number of a layout of the keyboard, of which one is in effect.
+using KeyboardGroup = xkb_layout_index_t;
+
+/// What each key of a keyboard gives, and which keys give what.
+///
+/// A key counts by the character that it has on the layout in effect. Where that is a letter that
+/// is not Latin, the Latin character counts which the same key has on another layout of the
+/// keyboard, or else on that of the United States.
+class Keymap {
+ public:
+  /// The code of a key for which the platform has none.
+  static constexpr std::uint16_t kNoCode = 0xffff;
+
+  /// Takes over a reference to `keymap`, which is not null.
+  explicit Keymap(xkb_keymap* keymap);
+
+  /// The platform's virtual key code: by the key's plain character, else by the first other one of
+  /// the key that the platform has a code for.
+  [[nodiscard]] std::uint16_t codeOf(Keycode key, KeyboardGroup group) const;
+  /// What the key gives with or without Shift and no other modifier, UTF-8; the platform's own
+  /// characters for keys such as the arrows. None for a dead key and others without a character.
+  [[nodiscard]] std::optional<std::string> textOf(Keycode key, KeyboardGroup group,
+                                                  bool shift) const;
+  /// The keys with that virtual key code, in order. Those that give its character with `shift` as
+  /// it is; else those that have it in any way, in this layout before the others. None: no key has
+  /// it.
+  [[nodiscard]] std::vector<Keycode> keysOf(std::uint16_t code, KeyboardGroup group,
+                                            bool shift) const;
+
+  /// "German", for people.
+  [[nodiscard]] std::string layoutName(KeyboardGroup group) const;
+  /// What the key gives without any modifier on the first layout, which is how modifiers are told.
+  [[nodiscard]] xkb_keysym_t firstKeysym(Keycode key) const;
+  /// Whether the key alone is a modifier.
+  [[nodiscard]] bool isModifier(Keycode key, KeyboardGroup group) const;
+  /// Whether it is one of the block of digits at the side.
+  [[nodiscard]] bool isOnKeypad(Keycode key, KeyboardGroup group) const;
+
+ private:
+  template <auto free>
+  struct Unref {
+    template <class T>
+    void operator()(T* object) const {
+      free(object);
+    }
+  };
+  using State = std::unique_ptr<xkb_state, Unref<xkb_state_unref>>;
+
+  [[nodiscard]] xkb_keysym_t keysym(Keycode key, KeyboardGroup group, bool shift) const;
+  [[nodiscard]] xkb_keysym_t latinKeysym(Keycode key, KeyboardGroup group, bool shift) const;
+  /// All that the key has on a layout, the plain one first.
+  [[nodiscard]] std::vector<xkb_keysym_t> keysyms(Keycode key, KeyboardGroup group) const;
+  [[nodiscard]] std::vector<Keycode> keysWhere(const std::function<bool(Keycode)>& test) const;
+
+  std::unique_ptr<xkb_keymap, Unref<xkb_keymap_unref>> keymap_;
+  /// Without Shift, and with it.
+  std::array<State, 2> states_;
+  xkb_mod_mask_t shift_;
+};
+
+}  // namespace linux_desktop

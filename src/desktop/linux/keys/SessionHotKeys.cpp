@@ -1,0 +1,34 @@
+#include "desktop/linux/keys/SessionHotKeys.h"
+
+#include "desktop/linux/keys/ReservedKeys.h"
+#include "platform/carbon/CarbonEvents.h"
+
+namespace linux_desktop {
+
+SessionHotKeys::SessionHotKeys(platform::port::HotKeys* windowSystem)
+    : windowSystem_(windowSystem) {
+  if (KdeHotKeys::isSession()) kde_.emplace();
+}
+
+void SessionHotKeys::setClient(platform::port::HotKeysClient* client) {
+  if (kde_) kde_->setClient(client);
+  if (windowSystem_ != nullptr) windowSystem_->setClient(client);
+}
+
+platform::OSStatus SessionHotKeys::registerHotKey(platform::port::HotKeyNumber number,
+                                                  std::uint32_t keyCode, std::uint32_t modifiers) {
+  if (isReservedForPrograms(keyCode, modifiers)) return platform::eventHotKeyInvalidErr;
+  if (kde_) {
+    if (const auto status = kde_->registerHotKey(number, keyCode, modifiers)) return *status;
+  }
+  if (windowSystem_ == nullptr) return platform::eventHotKeyInvalidErr;
+  return windowSystem_->registerHotKey(number, keyCode, modifiers);
+}
+
+void SessionHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
+  // Whoever does not know the number does nothing.
+  if (kde_) kde_->unregisterHotKey(number);
+  if (windowSystem_ != nullptr) windowSystem_->unregisterHotKey(number);
+}
+
+}  // namespace linux_desktop

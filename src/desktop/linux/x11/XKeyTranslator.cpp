@@ -1,0 +1,17 @@
+#include "desktop/linux/x11/XKeyTranslator.h"
+
+#include "desktop/linux/keys/KeyDown.h"
+
+namespace linux_desktop {
+
+std::optional<platform::NSEvent> XKeyTranslator::translate(const QKeyEvent& press) {
+  const Keymap* keymap = keyboard_.keymap();
+  if (keymap == nullptr || press.nativeScanCode() == 0) return std::nullopt;
+  const std::uint32_t state = press.nativeModifiers();
+  // Where XKB has the layout in the state of a key event.
+  const KeyboardGroup group = state >> 13U & 3U;
+  return keyDownEvent(*keymap, press.nativeScanCode(), group,
+                      keyboard_.modifiers()->flagsOf(state));
+}
+
+}  // namespace linux_desktop

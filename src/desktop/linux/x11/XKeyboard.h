@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QTimer>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "desktop/linux/keys/Keymap.h"
+#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/x11/XModifiers.h"
+
+struct xkb_context;
+
+namespace linux_desktop {
+
+/// A combination as the server knows it: any of some keys, while exactly these modifiers are held.
+struct XChord {
+  std::vector<xcb_keycode_t> keys;
+  /// Without locks.
+  std::uint16_t state = 0;
+  /// Every set of locks with which it is the same combination; see XModifiers::lockStates().
+  std::vector<std::uint16_t> lockStates;
+  bool operator==(const XChord&) const = default;
+};
+
+/// The keyboard that the user types on, kept current: its layouts, which of them is in effect, and
+/// its modifiers. Main thread only.
+class XKeyboard {
+ public:
+  /// Null, after one line on standard error, where the server has no XKB. `events` outlives this.
+  [[nodiscard]] static std::unique_ptr<XKeyboard> open(XEvents& events);
+  ~XKeyboard();
+  XKeyboard(const XKeyboard&) = delete;
+  XKeyboard& operator=(const XKeyboard&) = delete;
+
+  /// Called when layouts or modifiers may have changed; changes at a time count as one.
+  void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
+
+  // What follows may ask the server. Null or none when it cannot tell, after one line.
+  [[nodiscard]] const Keymap* keymap();
+  [[nodiscard]] const XModifiers* modifiers();
+  /// The layout in effect.
+  [[nodiscard]] KeyboardGroup group() const { return group_; }
+  /// What to press for a virtual key code with a mask of `platform/carbon/KeyCodes.h`. None where
+  /// the keyboard lacks the key or a modifier.
+  [[nodiscard]] std::optional<XChord> chordOf(std::uint32_t keyCode, std::uint32_t modifiers);
+
+ private:
+  struct Loaded {
+    Keymap keymap;
+    XModifiers modifiers;
+  };
+  struct FreeContext {
+    void operator()(xkb_context* context) const;
+  };
+
+  XKeyboard(XEvents& events, std::uint8_t firstEvent);
+  void selectEvents();
+  void handle(const xcb_generic_event_t& event);
+  [[nodiscard]] std::optional<Loaded> read() const;
+  void load();
+
+  XEvents& events_;
+  std::unique_ptr<xkb_context, FreeContext> context_;
+  std::unique_ptr<XEvents::Watch> watch_;
+  std::optional<Loaded> loaded_;
+  bool isStale_ = true;
+  KeyboardGroup group_ = 0;
+  std::function<void()> changed_;
+  /// One change arrives as several events, with states between them that nobody types in.
+  QTimer settling_;
+};
+
+}  // namespace linux_desktop

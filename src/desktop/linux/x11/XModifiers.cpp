@@ -1,0 +1,84 @@
+#include "desktop/linux/x11/XModifiers.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+
+#include "platform/appkit/NSEvent.h"
+#include "platform/carbon/KeyCodes.h"
+
+namespace linux_desktop {
+namespace {
+
+using platform::NSEventModifierFlags;
+using Keysyms = std::array<xkb_keysym_t, 2>;
+
+struct ModifierRow {
+  std::uint32_t hotKeyModifier;
+  std::uint32_t flag;
+  /// Of the keys that make it. Meta and Hyper often share a bit with Alt and Super, but are others.
+  Keysyms keysyms;
+};
+constexpr ModifierRow kModifiers[] = {
+    {platform::controlKey, NSEventModifierFlags::Control, {XKB_KEY_Control_L, XKB_KEY_Control_R}},
+    {platform::optionKey, NSEventModifierFlags::Option, {XKB_KEY_Alt_L, XKB_KEY_Alt_R}},
+    {platform::shiftKey, NSEventModifierFlags::Shift, {XKB_KEY_Shift_L, XKB_KEY_Shift_R}},
+    {platform::cmdKey, NSEventModifierFlags::Command, {XKB_KEY_Super_L, XKB_KEY_Super_R}},
+};
+constexpr Keysyms kNumLock{XKB_KEY_Num_Lock, XKB_KEY_Num_Lock};
+constexpr Keysyms kScrollLock{XKB_KEY_Scroll_Lock, XKB_KEY_Scroll_Lock};
+
+/// The bits that keys with one of these keysyms set.
+std::uint16_t bitsOf(const Keysyms& keysyms, const xcb_get_modifier_mapping_reply_t& mapping,
+                     const Keymap& keymap) {
+  const xcb_keycode_t* keys = xcb_get_modifier_mapping_keycodes(&mapping);
+  const std::size_t width = mapping.keycodes_per_modifier;
+  std::uint16_t bits = 0;
+  for (std::size_t i = 0; i < 8 * width; ++i) {
+    if (keys[i] == 0 || std::ranges::find(keysyms, keymap.firstKeysym(keys[i])) == keysyms.end()) {
+      continue;
+    }
+    bits = static_cast<std::uint16_t>(bits | 1U << (i / width));
+  }
+  return bits;
+}
+
+}  // namespace
+
+XModifiers::XModifiers(const xcb_get_modifier_mapping_reply_t& mapping, const Keymap& keymap) {
+  std::uint16_t held = 0;
+  for (const ModifierRow& row : kModifiers) {
+    bits_.push_back(bitsOf(row.keysyms, mapping, keymap));
+    held |= bits_.back();
+  }
+  locks_ |= bitsOf(kNumLock, mapping, keymap);
+  locks_ |= bitsOf(kScrollLock, mapping, keymap);
+  locks_ = static_cast<std::uint16_t>(locks_ & ~held);
+  for (std::uint16_t state = 0; state <= locks_; ++state) {
+    if ((state & ~locks_) == 0) lockStates_.push_back(state);
+  }
+}
+
+std::optional<std::uint16_t> XModifiers::stateOf(std::uint32_t hotKeyModifiers) const {
+  std::uint16_t state = 0;
+  for (std::size_t i = 0; i < std::size(kModifiers); ++i) {
+    if ((hotKeyModifiers & kModifiers[i].hotKeyModifier) == 0) continue;
+    hotKeyModifiers &= ~kModifiers[i].hotKeyModifier;
+    if (bits_[i] == 0) return std::nullopt;
+    state |= bits_[i];
+  }
+  if (hotKeyModifiers != 0) return std::nullopt;
+  return state;
+}
+
+std::uint32_t XModifiers::flagsOf(std::uint32_t state) const {
+  std::uint32_t flags =
+      (state & XCB_MOD_MASK_LOCK) != 0 ? NSEventModifierFlags::CapsLock : std::uint32_t{0};
+  for (std::size_t i = 0; i < std::size(kModifiers); ++i) {
+    if ((state & bits_[i]) != 0) flags |= kModifiers[i].flag;
+  }
+  return flags;
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,14 @@
+#pragma once
+
+// A field of a structure in xcb's header has a name that C++ keeps for itself.
+
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
+#define explicit explicitComponents
+#include <xcb/xkb.h>
+#undef explicit
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif

@@ -1,0 +1,110 @@
+// Hot keys as somebody at the keyboard has them.
+
+#include "desktop/keys/KeysDesk.h"
+
+namespace {
+
+using namespace platform;
+using namespace place;
+
+constexpr std::uint32_t kControlAlt = controlKey | optionKey;
+constexpr std::uint16_t kXControl = 4;
+constexpr std::uint16_t kXAlt = 8;
+constexpr std::uint16_t kXNumLock = 16;
+
+TEST(HotKeys, OnePressIsReportedOnceWhileAnotherProgramHasTheKeyboard) {
+  KeysDesk keys;
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  ASSERT_EQ(keys.registers(2, kVK_F1 + 0, cmdKey | shiftKey), noErr);
+  EXPECT_TRUE(keys.fires(1, {kControl, kAlt, kP}));
+  EXPECT_TRUE(keys.fires(2, {kShift, kSuper, kF1}));
+  EXPECT_TRUE(keys.passes({kControl, kP})) << "with one modifier less";
+  EXPECT_TRUE(keys.passes({kControl, kAlt, kShift, kP})) << "with one more";
+
+  keys.unregister(1);
+  EXPECT_TRUE(keys.passes({kControl, kAlt, kP}));
+  EXPECT_TRUE(keys.fires(2, {kShift, kSuper, kF1}));
+}
+
+TEST(HotKeys, LocksDoNotMatter) {
+  KeysDesk keys;
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  for (const std::uint8_t lock : {kCapsLock, kNumLock, kCapsLock}) {
+    keys.input().places({lock});
+    EXPECT_TRUE(keys.fires(1, {kControl, kAlt, kP})) << "after key " << int{lock};
+  }
+}
+
+TEST(HotKeys, AHeldKeyIsOnePressAndOneReleaseWhicheverIsLetGoFirst) {
+  KeysDesk keys;
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  for (const std::uint8_t place : {kControl, kAlt, kP}) keys.input().placeDown(place);
+  for (int repeats = 0; repeats < 30; ++repeats) ASSERT_TRUE(keys.repeats());
+  for (const std::uint8_t place : {kControl, kAlt, kP}) keys.input().placeUp(place);
+  ASSERT_TRUE(keys.says("released 1$"));
+  EXPECT_EQ(keys.count("pressed 1"), 1U);
+  EXPECT_TRUE(keys.fires(1, {kControl, kAlt, kP}));
+  EXPECT_EQ(keys.count("released 1"), 2U);
+}
+
+TEST(HotKeys, WhatAnotherProgramHoldsIsRefusedAndLeftAlone) {
+  KeysDesk keys;
+  constexpr std::uint16_t kState = kXControl | kXAlt;
+  ASSERT_TRUE(keys.other().grabs(kP, kState | kXNumLock)) << "only a part of it";
+  EXPECT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), eventHotKeyExistsErr);
+  Typewriter third(keys.desk());
+  EXPECT_TRUE(keys.desk().until([&] { return third.grabs(kP, kState); }))
+      << "nothing is left half taken";
+  third.ungrab(kP, kState);
+  keys.other().ungrab(kP, kState | kXNumLock);
+  EXPECT_EQ(keys.registers(2, kVK_ANSI_P, kControlAlt), noErr);
+  EXPECT_FALSE(third.grabs(kP, kState | kXNumLock));
+
+  EXPECT_EQ(keys.registers(3, kVK_ANSI_P, kControlAlt), eventHotKeyExistsErr) << "our own";
+  EXPECT_TRUE(keys.fires(2, {kControl, kAlt, kP}));
+}
+
+TEST(HotKeys, WhatNoKeyboardMakesOrProgramsNeedIsRefused) {
+  KeysDesk keys;
+  const struct {
+    std::uint32_t code;
+    std::uint32_t modifiers;
+  } refused[] = {{kVK_ANSI_C, controlKey}, {kVK_ANSI_Z, controlKey},  {kVK_LeftArrow, controlKey},
+                 {kVK_ANSI_P, 0},          {10, kControlAlt},         {300, kControlAlt},
+                 {kVK_ANSI_P, 1},          {kVK_Command, kControlAlt}};
+  for (const auto& [code, modifiers] : refused)
+    EXPECT_EQ(keys.registers(1, code, modifiers), eventHotKeyInvalidErr) << code;
+  EXPECT_EQ(keys.registers(2, kVK_ANSI_C, controlKey | shiftKey), noErr);
+
+  keys.setLayout({"-layout", "us", "-option", "altwin:meta_win"});
+  const auto isRefused = [&] {
+    if (keys.registers(3, kVK_ANSI_P, cmdKey) == eventHotKeyInvalidErr) return true;
+    keys.unregister(3);
+    return false;
+  };
+  EXPECT_TRUE(keys.desk().until(isRefused)) << "once the keyboard is without Super";
+  EXPECT_TRUE(keys.probe().waitForLine("Super\\+p: not on this keyboard", harness::kPatience,
+                                       harness::Stream::Error));
+  EXPECT_TRUE(keys.passes({kP})) << "no bare key was taken instead";
+}
+
+TEST(HotKeys, AStoppedProgramHoldsUpNobody) {
+  KeysDesk keys;
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  keys.probe().freeze();
+  keys.input().places({kControl, kAlt, kP});
+  EXPECT_TRUE(keys.passes({kA}));
+  keys.probe().thaw();
+  EXPECT_TRUE(keys.says("pressed 1"));
+  EXPECT_TRUE(keys.says("released 1"));
+}
+
+TEST(HotKeys, TheyReachUsInOurOwnWindowToo) {
+  KeysDesk keys({.windowManager = harness::WindowManager::Openbox});
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, controlKey | shiftKey), noErr);
+  keys.openWindow();
+  EXPECT_TRUE(keys.fires(1, {kControl, kShift, kP}));
+  EXPECT_EQ(keys.count("key"), 0U) << "and not the window";
+}
+
+}  // namespace

@@ -1,0 +1,112 @@
+// Hot keys on KDE, where its own service keeps them.
+
+#include <chrono>
+
+#include "desktop/keys/KeysDesk.h"
+
+namespace {
+
+using namespace platform;
+using namespace place;
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kControlAlt = controlKey | optionKey;
+constexpr const char* kService = "org.kde.kglobalaccel";
+constexpr const char* kServicePath = "/kglobalaccel";
+constexpr const char* kKey = "201326672";  // Control+Alt+P as the service has it
+
+/// As each release of KDE names it.
+const char* serviceProgram() {
+  for (const char* program :
+       {"/usr/bin/kglobalaccel5", "/usr/lib/x86_64-linux-gnu/libexec/kglobalacceld"}) {
+    if (std::filesystem::exists(program)) return program;
+  }
+  return nullptr;
+}
+
+class KdeHotKeys : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (serviceProgram() == nullptr) GTEST_SKIP() << "KDE's service is not installed";
+    startService();
+  }
+
+  void startService() {
+    service = keys.desk().start({serviceProgram()});
+    ASSERT_TRUE(keys.desk().until([&] { return keys.desk().bus().hasOwner(kService); }));
+  }
+  /// What the settings page lists of ours.
+  [[nodiscard]] std::string listed() {
+    return keys.desk()
+        .bus()
+        .call(kService, "/component/calmdeck", "org.kde.kglobalaccel.Component.allShortcutInfos",
+              {})
+        .value_or("");
+  }
+  [[nodiscard]] bool isTaken() {
+    const auto answer = keys.desk().bus().call(kService, kServicePath,
+                                               "org.kde.KGlobalAccel.isGlobalShortcutAvailable",
+                                               {std::string("int32:") + kKey, "string:other"});
+    return answer && answer->find("boolean false") != std::string::npos;
+  }
+
+  /// Held as long as it takes, and for some repeats. The service may lose the release of a shorter
+  /// press than people make.
+  [[nodiscard]] bool pressIsReported(int repeats) {
+    for (const std::uint8_t place : {kControl, kAlt, kP}) keys.input().placeDown(place);
+    bool reported = keys.says("pressed 1");
+    for (int i = 0; i < repeats; ++i) reported = reported && keys.repeats();
+    for (const std::uint8_t place : {kP, kAlt, kControl}) keys.input().placeUp(place);
+    return reported && keys.says("released 1");
+  }
+
+  KeysDesk keys{{.environment = {{"XDG_CURRENT_DESKTOP", "KDE"}}}};
+  std::unique_ptr<harness::Process> service;
+};
+
+TEST_F(KdeHotKeys, TheyAreKdesOwnAndReportedOnceHoweverLongTheyAreHeld) {
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  EXPECT_NE(listed().find("Calmdeck"), std::string::npos) << listed();
+  EXPECT_NE(listed().find("Control+Alt+p"), std::string::npos) << listed();
+  EXPECT_TRUE(isTaken());
+  EXPECT_EQ(keys.registers(2, kVK_ANSI_P, kControlAlt), eventHotKeyExistsErr);
+  EXPECT_TRUE(pressIsReported(0));
+  EXPECT_TRUE(pressIsReported(3)) << "held";
+  EXPECT_EQ(keys.count("pressed 1"), 2U);
+
+  keys.unregister(1);
+  EXPECT_TRUE(keys.desk().until([&] { return !isTaken(); }));
+  EXPECT_EQ(listed().find("Control+Alt+p"), std::string::npos) << listed();
+}
+
+TEST_F(KdeHotKeys, WhatAnotherProgramOfKdeHasIsRefused) {
+  const std::string identity = "array:string:other,x,Other,X";
+  harness::SessionBus& bus = keys.desk().bus();
+  ASSERT_TRUE(bus.call(kService, kServicePath, "org.kde.KGlobalAccel.doRegister", {identity}));
+  ASSERT_TRUE(bus.call(kService, kServicePath, "org.kde.KGlobalAccel.setShortcut",
+                       {identity, std::string("array:int32:") + kKey, "uint32:6"}));
+  EXPECT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), eventHotKeyExistsErr);
+  EXPECT_EQ(keys.registers(2, kVK_ANSI_M, kControlAlt), noErr);
+}
+
+TEST_F(KdeHotKeys, AServiceThatStartsAnewIsToldAgain) {
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  service->kill();
+  ASSERT_TRUE(keys.desk().until([&] { return !keys.desk().bus().hasOwner(kService); }));
+  startService();
+  ASSERT_TRUE(keys.desk().until([&] { return isTaken(); }));
+  EXPECT_TRUE(pressIsReported(0));
+}
+
+TEST_F(KdeHotKeys, WhereTheServiceHangsOrCannotNameThemTheKeyboardIsGrabbed) {
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_1, kControlAlt | shiftKey), noErr);
+  EXPECT_TRUE(keys.fires(1, {kControl, kAlt, kShift, k1})) << "Shift with a digit";
+
+  service->freeze();
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_EQ(keys.registers(2, kVK_ANSI_P, kControlAlt), noErr);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 2s) << "half of it was waited";
+  EXPECT_TRUE(keys.fires(2, {kControl, kAlt, kP}));
+}
+
+}  // namespace

@@ -1,0 +1,144 @@
+// Which key has which code, on the layouts as people have them; no X server.
+
+#include "desktop/linux/keys/Keymap.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/carbon/KeyCodes.h"
+
+namespace {
+
+using linux_desktop::KeyboardGroup;
+using linux_desktop::Keycode;
+using linux_desktop::Keymap;
+using namespace platform;
+
+constexpr Keycode kAE01 = 10;
+constexpr Keycode kAE03 = 12;
+constexpr Keycode kAC10 = 47;
+constexpr Keycode kAC11 = 48;
+constexpr Keycode kAB10 = 61;
+
+Keymap keymapOf(const char* layouts, const char* variants = "") {
+  xkb_context* context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
+  const xkb_rule_names names{"evdev", "pc105", layouts, variants, ""};
+  xkb_keymap* keymap = xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
+  xkb_context_unref(context);
+  return Keymap(keymap);
+}
+
+using Keys = std::vector<Keycode>;
+
+struct Place {
+  const char* layouts;
+  const char* variants;
+  KeyboardGroup group;
+  std::uint16_t code;
+  bool shift;
+  Keys keys;
+};
+
+TEST(Keymap, AKeyIsFoundByItsCharacterOnTheLayoutInEffect) {
+  const Place places[] = {
+      {"us", "", 0, kVK_ANSI_Z, false, {52}},
+      {"de", "", 0, kVK_ANSI_Z, false, {29}},
+      {"de", "", 0, kVK_ANSI_Slash, false, {16}},
+      {"fr", "", 0, kVK_ANSI_A, false, {24}},
+      {"fr", "", 0, kVK_ANSI_1, false, {kAE01}},
+      {"fr", "", 0, kVK_ANSI_Quote, false, {kAE03}},
+      {"us", "dvorak", 0, kVK_ANSI_Q, false, {53}},
+      {"us,de", "", 0, kVK_ANSI_Z, false, {52}},
+      {"us,de", "", 1, kVK_ANSI_Z, false, {29}},
+      {"us,ru", "", 1, kVK_ANSI_P, false, {33}},
+      {"us,ru", "", 1, kVK_ANSI_Semicolon, false, {kAC10}},
+      {"ru", "", 0, kVK_ANSI_P, false, {33}},
+      {"gr", "", 0, kVK_ANSI_A, true, {38}},
+      {"us", "", 0, kVK_F5, false, {71}},
+      {"us", "", 0, kVK_UpArrow, false, {111}},
+      {"us", "", 0, kVK_ANSI_Keypad7, false, {79}},
+      {"us", "", 0, kVK_Command, false, {}},
+      {"us", "", 0, 10, false, {}},
+  };
+  for (const Place& place : places) {
+    EXPECT_EQ(keymapOf(place.layouts, place.variants).keysOf(place.code, place.group, place.shift),
+              place.keys)
+        << place.layouts << place.variants << " code " << place.code;
+  }
+}
+
+TEST(Keymap, WithShiftTheKeyCountsThatGivesTheCharacterWithIt) {
+  const Keymap german = keymapOf("de");
+  EXPECT_EQ(german.keysOf(kVK_ANSI_Quote, 0, true), Keys{11}) << "Shift and 2";
+  EXPECT_EQ(german.keysOf(kVK_ANSI_Slash, 0, true), Keys{16}) << "Shift and 7";
+  EXPECT_EQ(german.keysOf(kVK_ANSI_7, 0, true), Keys{16}) << "as no other key gives 7 with it";
+}
+
+TEST(Keymap, WhatAKeyGivesKnowsShiftAndNoOtherModifier) {
+  const Keymap american = keymapOf("us");
+  EXPECT_EQ(american.textOf(kAE01, 0, false), "1");
+  EXPECT_EQ(american.textOf(kAE01, 0, true), "!");
+  EXPECT_EQ(american.textOf(27, 0, true), "R");
+  EXPECT_EQ(american.textOf(135, 0, false), std::nullopt) << "the menu key";
+  const Keymap german = keymapOf("de");
+  EXPECT_EQ(german.textOf(kAC11, 0, false), "ä");
+  EXPECT_EQ(german.textOf(21, 0, false), std::nullopt) << "a dead key";
+  EXPECT_EQ(german.codeOf(kAC11, 0), Keymap::kNoCode);
+  const Keymap french = keymapOf("fr");
+  EXPECT_EQ(french.textOf(kAE01, 0, false), "&");
+  EXPECT_EQ(french.codeOf(kAE01, 0), kVK_ANSI_1);
+}
+
+TEST(Keymap, AForeignLetterGivesTheLatinCharacterOfItsKey) {
+  for (const char* layouts : {"us,ru", "ru"}) {
+    const Keymap russian = keymapOf(layouts);
+    const KeyboardGroup group = std::string(layouts) == "ru" ? 0 : 1;
+    EXPECT_EQ(russian.textOf(38, group, false), "a") << layouts;
+    EXPECT_EQ(russian.textOf(38, group, true), "A") << layouts;
+    EXPECT_EQ(russian.textOf(kAC10, group, true), ":") << layouts;
+    EXPECT_EQ(russian.textOf(kAB10, group, false), ".") << "what is Latin is its own";
+    EXPECT_EQ(russian.codeOf(33, group), kVK_ANSI_P) << layouts;
+  }
+  const Keymap both = keymapOf("fr,ru");
+  EXPECT_EQ(both.textOf(38, 1, false), "q") << "as the user's other layout has it";
+}
+
+/// What is recorded can be pressed: the keys of a key's character include the key itself.
+TEST(Keymap, TheCharacterOfAKeyLeadsBackToIt) {
+  constexpr std::uint16_t kNamed[] = {
+      kVK_ANSI_A, kVK_ANSI_B, kVK_ANSI_C, kVK_ANSI_D, kVK_ANSI_E, kVK_ANSI_F, kVK_ANSI_G,
+      kVK_ANSI_H, kVK_ANSI_I, kVK_ANSI_J, kVK_ANSI_K, kVK_ANSI_L, kVK_ANSI_M, kVK_ANSI_N,
+      kVK_ANSI_O, kVK_ANSI_P, kVK_ANSI_Q, kVK_ANSI_R, kVK_ANSI_S, kVK_ANSI_T, kVK_ANSI_U,
+      kVK_ANSI_V, kVK_ANSI_W, kVK_ANSI_X, kVK_ANSI_Y, kVK_ANSI_Z};
+  for (const char* layouts : {"us", "de", "fr", "ru", "us,ru", "ru,us", "gr", "il", "ara", "ua,gb",
+                              "es", "se", "tr", "cz", "jp",    "in",    "th", "bg", "ge",  "am"}) {
+    const Keymap keymap = keymapOf(layouts);
+    for (KeyboardGroup group = 0; group < (std::string(layouts).size() > 3 ? 2U : 1U); ++group) {
+      for (const bool shift : {false, true}) {
+        for (Keycode key = kAE01; key <= kAB10; ++key) {
+          const auto text = keymap.textOf(key, group, shift);
+          if (!text || text->size() != 1 || !std::isalpha((*text)[0])) continue;
+          const auto index = static_cast<std::size_t>(std::tolower((*text)[0]) - 'a');
+          const Keys keys = keymap.keysOf(kNamed[index], group, shift);
+          EXPECT_TRUE(std::ranges::find(keys, key) != keys.end())
+              << layouts << group << ": " << *text << " of key " << key;
+        }
+      }
+    }
+  }
+}
+
+TEST(Keymap, EveryLetterIsOnEveryLayout) {
+  for (const char* layouts : {"us", "de", "fr", "ru", "us,ru", "gr", "il", "ara", "ua", "bg", "th",
+                              "in", "ge", "am", "ir", "mk", "rs"}) {
+    const Keymap keymap = keymapOf(layouts);
+    for (const std::uint16_t code : {kVK_ANSI_A, kVK_ANSI_M, kVK_ANSI_P, kVK_ANSI_Z})
+      EXPECT_FALSE(keymap.keysOf(code, 0, false).empty()) << layouts << ' ' << code;
+  }
+}
+
+}  // namespace
