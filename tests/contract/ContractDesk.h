@@ -14,6 +14,7 @@ namespace contract {
 /// What a case needs beyond the port itself. A desk may lack one, with a reason.
 enum class Capability {
   OutputDevice,    ///< setOutputDevice, isMuted, muteFromOutside
+  Microphone,      ///< setMicrophone, microphoneLevel, and the port's automation
   NextRun,         ///< nextRunOfTheProgram
   VisibleWindows,  ///< visibleWindows
   ClickView,       ///< click
@@ -23,7 +24,9 @@ enum class Capability {
   Spaces,          ///< goToSpace, and the port's spaces
   WindowList,      ///< the port's window list
   Pictures,        ///< makePicture, and the port's desktop pictures
+  LoginItems,      ///< addLoginItem, startsAtLogin, and the port's login items
   Applications,    ///< openApplication, isApplicationSeen, and the port's running applications
+  HotKeys,         ///< the port's hot keys
 };
 
 /// A desktop under test, and the hands and eyes that a case needs to judge it. They are those of
@@ -53,6 +56,11 @@ class ContractDesk {
   /// Another program mutes or unmutes it.
   virtual void muteFromOutside(bool muted) = 0;
 
+  /// There is one microphone, at this level of 1 to 100 and not muted; or there is none.
+  virtual void setMicrophone(std::optional<int> level) = 0;
+  /// As the desktop's own mixer shows it: 0 while the microphone is muted.
+  [[nodiscard]] virtual int microphoneLevel() = 0;
+
   /// How many of the program's windows, alerts included, are on the screen.
   [[nodiscard]] virtual std::size_t visibleWindows() = 0;
   /// The user's main button goes down and up again on `view` of a shown window.
@@ -68,6 +76,10 @@ class ContractDesk {
   virtual void goToSpace(std::uint32_t space) = 0;
   /// The path of a picture file, a new one each time.
   [[nodiscard]] virtual std::string makePicture() = 0;
+  /// Another program has itself started at login after all others: the one at `path`, or, where
+  /// that is none, one of which nobody can tell. The list is empty when the desk is made.
+  virtual void addLoginItem(const std::optional<std::string>& path) = 0;
+  [[nodiscard]] virtual bool startsAtLogin(const std::string& path) = 0;
   /// Another program starts with an ordinary window, which has come when this returns.
   virtual void openApplication(const std::string& title) = 0;
   /// Whether the window of the program that was opened last is on the screen.

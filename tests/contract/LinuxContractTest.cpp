@@ -1,9 +1,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <utility>
 
 #include "contract/DesktopContract.h"
 #include "desktop/harness/XDesk.h"
@@ -18,6 +21,7 @@ using linux_desktop::LinuxDesktop;
 
 constexpr const char* kProgram = "calmdeck";
 constexpr const char* kSink = "speakers";
+constexpr const char* kSource = "microphone";
 
 /// The private desktop that all cases of the process share, since Qt keeps its session bus for as
 /// long as the process lives. The process's surroundings are the desktop's from here on.
@@ -67,12 +71,14 @@ class LinuxContractDesk final : public ContractDesk {
  public:
   LinuxContractDesk() {
     std::filesystem::remove_all(x_.home().config() / kProgram);
+    std::filesystem::remove_all(autostart());
     icon_.emplace(x_.screen(), x_.panelAreas());
     start();
   }
   ~LinuxContractDesk() override {
     desktop_.reset();
     if (sink_) setOutputDevice(false);
+    setMicrophone(std::nullopt);
     if (monitorsChanged_) x_.server().setMonitors(harness::DeskOptions{}.monitors);
   }
 
@@ -105,13 +111,24 @@ class LinuxContractDesk final : public ContractDesk {
     if (present) {
       sink_ = sound().addSink(kSink);
     } else if (sink_) {
-      sound().removeSink(*sink_);
+      sound().remove(*sink_);
       sink_.reset();
     }
   }
   [[nodiscard]] bool isMuted() override { return sound().sinkMuted(kSink); }
   void muteFromOutside(bool muted) override {
     sound().pactl({"set-sink-mute", kSink, muted ? "1" : "0"});
+  }
+
+  void setMicrophone(std::optional<int> level) override {
+    if (source_) sound().remove(*std::exchange(source_, std::nullopt));
+    if (!level) return;
+    source_ = sound().addSource(kSource);
+    sound().pactl({"set-source-volume", kSource, std::to_string(*level) + "%"});
+  }
+  [[nodiscard]] int microphoneLevel() override {
+    if (sound().sourceMuted(kSource)) return 0;
+    return (sound().sourceVolumes(kSource).front() * 100 + 32768) / 65536;
   }
 
   [[nodiscard]] std::size_t visibleWindows() override { return ownWindows().size(); }
@@ -157,6 +174,24 @@ class LinuxContractDesk final : public ContractDesk {
     x_.screenshot(path);
     return path;
   }
+  void addLoginItem(const std::optional<std::string>& path) override {
+    const std::string name = "autostart/other-" + std::to_string(++loginItems_) + ".desktop";
+    const std::string program = path ? "\nExec=" + *path : "";
+    x_.home().writeConfig(name, "[Desktop Entry]\nType=Application\nName=Other" + program + "\n");
+    // An hour ago, then a minute later each.
+    std::filesystem::last_write_time(
+        x_.home().config() / name,
+        std::filesystem::file_time_type::clock::now() - 60min + loginItems_ * 1min);
+  }
+  [[nodiscard]] bool startsAtLogin(const std::string& path) override {
+    if (!std::filesystem::exists(autostart())) return false;
+    return std::ranges::any_of(std::filesystem::directory_iterator(autostart()),
+                               [&](const auto& entry) {
+                                 std::ifstream file(entry.path());
+                                 const std::string text(std::istreambuf_iterator<char>(file), {});
+                                 return text.find("\nExec=" + path + "\n") != std::string::npos;
+                               });
+  }
   void openApplication(const std::string& title) override {
     application_ = x_.openWindow(title, {100, 100, 300, 200}).id;
   }
@@ -168,6 +203,8 @@ class LinuxContractDesk final : public ContractDesk {
  private:
   [[nodiscard]] bool isThere(Capability capability) const {
     switch (capability) {
+      case Capability::LoginItems:
+        return desktop_->loginItems() != nullptr;
       case Capability::Spaces:
         return desktop_->spaces() != nullptr;
       case Capability::WindowList:
@@ -176,10 +213,14 @@ class LinuxContractDesk final : public ContractDesk {
         return desktop_->desktopPictures() != nullptr;
       case Capability::Applications:
         return desktop_->runningApplications() != nullptr;
+      case Capability::HotKeys:
+        return desktop_->hotKeys() != nullptr;
       default:
         return true;
     }
   }
+
+  [[nodiscard]] std::filesystem::path autostart() const { return x_.home().config() / "autostart"; }
 
   void start() {
     auto opened = LinuxDesktop::open(argc_, argv_);
@@ -214,8 +255,10 @@ class LinuxContractDesk final : public ContractDesk {
   std::optional<harness::TrayIconFinder> icon_;
   std::optional<Rect> place_;
   std::optional<std::string> sink_;
+  std::optional<std::string> source_;
   xcb_window_t application_ = XCB_NONE;
   bool monitorsChanged_ = false;
+  int loginItems_ = 0;
   std::unique_ptr<LinuxDesktop> desktop_;
 };
 

@@ -24,6 +24,7 @@ class Reports final : public platform::port::WindowClient, public platform::port
   void userActedElsewhere() override { add("elsewhere"); }
   void mouseDown(NSView&, const NSEvent& event) override { addEvent(event.type); }
   void mouseUp(NSView&, const NSEvent& event) override { addEvent(event.type); }
+  void keyDown(const NSEvent& event) override { addEvent(event.type); }
   void statusItemClicked(NSEventType type) override { addEvent(type); }
   void menuItemChosen(std::size_t) override { add("chosen"); }
   void menuDidClose() override { add("closed"); }

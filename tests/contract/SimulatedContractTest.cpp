@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "contract/DesktopContract.h"
 #include "desktop/simulated/SimulatedDesktop.h"
 
@@ -40,6 +42,19 @@ class SimulatedContractDesk final : public ContractDesk {
     desk_->audio.addOutputDevice(device_.value(), muted);
   }
 
+  void setMicrophone(std::optional<int> level) override {
+    desk_->scripts.addApplication("System Events");
+    desk_->scripts.volume.clear();
+    if (level) desk_->scripts.volume.emplace("input volume", *level);
+    desk_->scripts.setInputVolumeFailure =
+        level ? std::nullopt
+              : std::optional(platform::port::ScriptError{-10000, "There is no microphone."});
+  }
+  [[nodiscard]] int microphoneLevel() override {
+    const auto level = platform::valueOf<std::int64_t>(desk_->scripts.volume, "input volume");
+    return static_cast<int>(level.value());
+  }
+
   [[nodiscard]] std::size_t visibleWindows() override {
     return desk_->screen.visibleWindowCount() + desk_->screen.alerts().size();
   }
@@ -73,6 +88,12 @@ class SimulatedContractDesk final : public ContractDesk {
   void goToSpace(std::uint32_t) override { desk_->workspaces.changed(); }
   [[nodiscard]] std::string makePicture() override {
     return "/pictures/new " + std::to_string(++lastPicture_);
+  }
+  void addLoginItem(const std::optional<std::string>& path) override {
+    desk_->startedAtLogin.add(path);
+  }
+  [[nodiscard]] bool startsAtLogin(const std::string& path) override {
+    return std::ranges::count(desk_->startedAtLogin.paths(), path) == 1;
   }
   void openApplication(const std::string& title) override {
     desk_->applications.list.push_back(
