@@ -37,9 +37,9 @@ TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTru
 
 TEST_F(AppDelegateTest, TheLaunchTakesItsStepsInOrder) {
   launchOnly();
-  EXPECT_EQ(desk.log.calls(), (Lines{"defaults.set kUserdeaultsLaunchAtLogin",
-                                     "loginItems.insert /programs/calmdeck",
-                                     "statusItem.setImage logo-initial-small"}));
+  EXPECT_EQ(desk.log.calls(),
+            (Lines{"defaults.set kUserdeaultsLaunchAtLogin", "loginItems.insert /programs/calmdeck",
+                   "statusItem.setImage logo-initial-small"}));
   EXPECT_EQ(delegate().statusItem()->length(), -1.0);
   EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
   EXPECT_EQ(delegate().popover()->behavior(), platform::NSPopoverBehavior::Transient);

@@ -10,7 +10,9 @@ namespace tests {
 
 using namespace std::chrono_literals;
 
-ApplicationTest::ApplicationTest() { makeRuntime(); }
+ApplicationTest::ApplicationTest() {
+  makeRuntime();
+}
 
 void ApplicationTest::makeRuntime() {
   runtime_ = std::make_unique<platform::Runtime>(desk);
@@ -30,7 +32,9 @@ void ApplicationTest::TearDown() {
   EXPECT_EQ(desk.leftBehind(), std::vector<std::string>{});
 }
 
-void ApplicationTest::launchOnly() { platform::NSApplicationMain(); }
+void ApplicationTest::launchOnly() {
+  platform::NSApplicationMain();
+}
 
 void ApplicationTest::launch() {
   launchOnly();

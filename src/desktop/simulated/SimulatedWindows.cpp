@@ -145,8 +145,7 @@ std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::addAlert(
 }
 
 std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::showOpenPanel(
-    const platform::NSOpenPanel& panel,
-    std::function<void(std::optional<std::string>)> answered) {
+    const platform::NSOpenPanel& panel, std::function<void(std::optional<std::string>)> answered) {
   log_.add("windows.showOpenPanel " + panel.message());
   panel_ = ShownPanel{panel.message(), panel.prompt(), panel.allowedFileTypes(),
                       panel.canChooseFiles(), panel.canChooseDirectories()};

@@ -111,7 +111,9 @@ void ApplicationsDesk::activate(xcb_window_t window) {
 }
 
 void ApplicationsDesk::startProbe() {
-  probe_ = desk_.start({APPLICATIONS_PROBE, fifo_});
+  probe_ = desk_.start({APPLICATIONS_PROBE, fifo_},
+                       {{"QT_LOGGING_RULES", "calmdeck.x11.debug=true"},
+                        {"QT_MESSAGE_PATTERN", "%{time process} %{message}"}});
   EXPECT_TRUE(probe_->waitForLine("^up$")) << probe_->errorOutput();
 }
 
@@ -170,7 +172,15 @@ testing::AssertionResult ApplicationsDesk::allShown(const std::vector<xcb_window
   const auto test = [&](xcb_window_t window) { return !isMinimised(window) && !isMarked(window); };
   if (desk_.until([&] { return std::ranges::all_of(windows, test); }))
     return testing::AssertionSuccess();
-  return testing::AssertionFailure() << std::ranges::count_if(windows, test) << " are shown";
+  auto failure = testing::AssertionFailure()
+                 << std::ranges::count_if(windows, test) << " are shown";
+  for (const xcb_window_t window : windows) {
+    const auto mark = desk_.x().number(window, "_CALMDECK_HIDDEN");
+    if (test(window)) continue;
+    failure << "; " << std::hex << window << (isMinimised(window) ? " is minimised" : " is back")
+            << (mark ? " with mark " + std::to_string(*mark) : ", unmarked");
+  }
+  return failure;
 }
 
 std::vector<xcb_window_t> ApplicationsDesk::stacking(const std::vector<xcb_window_t>& among) const {

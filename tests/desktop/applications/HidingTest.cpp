@@ -132,10 +132,17 @@ TEST_P(HidingTest, ManyWindowsCostAFewRoundTrips) {
   desk.tell("list");
   const auto hiding = desk.cost();
   desk.tell("show");
-  ASSERT_TRUE(desk.allShown(windows));
+  ASSERT_TRUE(desk.allShown(windows)) << desk.probe().errorOutput();
   desk.tell("list");
   const auto showing = desk.cost();
-  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(windows) == order; }));
+  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(windows) == order; })) << [&] {
+    std::string t;
+    auto now = desk.stacking(windows);
+    std::map<xcb_window_t, int> at;
+    for (std::size_t i = 0; i < order.size(); ++i) at[order[i]] = int(i);
+    for (auto w : now) t += std::to_string(at[w]) + " ";
+    return t + desk.probe().errorOutput();
+  }();
 
   // Each window is read a few times, watched, asked and marked.
   EXPECT_LT(hiding.requests, 60 * kWindows);

@@ -36,6 +36,8 @@ class ProgramDesk {
   [[nodiscard]] harness::Rect popoverArea() const;
   /// Clicks on the tray icon, once there is one.
   [[nodiscard]] testing::AssertionResult clickIcon(harness::Button button = harness::Button::Left);
+  /// Clicks for the icon's menu and returns when that is drawn.
+  [[nodiscard]] testing::AssertionResult openMenu();
   /// The tray icon's pixels at rest, without the pointer on them.
   [[nodiscard]] harness::Image iconImage() const;
 
@@ -53,6 +55,8 @@ class ProgramDesk {
   static constexpr const char* kSink = "out1";
 
  private:
+  /// Panels draw menus in windows that no window manager knows.
+  [[nodiscard]] std::set<std::uint32_t> windowsOnScreen() const;
   [[nodiscard]] testing::AssertionResult verdict(bool holds, const std::string& claim) const;
 
   harness::XDesk desk_;

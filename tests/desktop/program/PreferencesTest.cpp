@@ -1,0 +1,287 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+#include <utility>
+
+#include "desktop/program/ProgramDesk.h"
+
+using harness::AccessibilityClient;
+using harness::AccessibleElement;
+using harness::Image;
+using harness::WindowInfo;
+using harness::WindowManager;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+constexpr const char* kTitle = "Preferences — Calmdeck";
+constexpr const char* kBox = "Shortcut for presentation mode";
+constexpr const char* kRecord = "Record the shortcut for presentation mode";
+constexpr const char* kClear = "Clear the shortcut for presentation mode";
+constexpr const char* kNone = "Record Shortcut";
+constexpr const char* kAlert = "Please use a different key combination.";
+
+class PreferencesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(program.start());
+    ASSERT_TRUE(opens());
+  }
+
+  // --- The window ---
+
+  /// By the keyboard, from the menu that the panel offers where there is no tray.
+  [[nodiscard]] testing::AssertionResult opens() {
+    if (const auto panel = window("Calmdeck")) desk.windows().activate(panel->id);
+    if (!desk.until([&] { return isActive("Calmdeck"); })) return failure("the panel is active");
+    input.key("F10");
+    if (!desk.until([&] { return shows("Preferences", "menu item"); })) return failure("a menu");
+    for (const char* key : {"Down", "Return"}) input.key(key);
+    if (!desk.until([&] { return isActive(kTitle); })) return failure("the window is active");
+    return testing::AssertionSuccess();
+  }
+  [[nodiscard]] std::optional<WindowInfo> window(const std::string& name) const {
+    return desk.windows().findViewable([&](const WindowInfo& found) {
+      return found.managed && found.name == name && harness::ofClass("calmdeck")(found);
+    });
+  }
+  [[nodiscard]] bool isActive(const std::string& name) const {
+    const auto found = window(name);
+    return found && desk.windows().active() == found->id;
+  }
+  [[nodiscard]] testing::AssertionResult closes() {
+    desk.windows().close(window(kTitle).value().id);
+    return desk.until([&] { return !window(kTitle); }) ? testing::AssertionSuccess()
+                                                       : failure("it closes");
+  }
+
+  // --- What is in it ---
+
+  [[nodiscard]] std::optional<AccessibleElement> element(const std::string& name,
+                                                         const std::string& role = "") const {
+    for (AccessibleElement& found : reader.elements()) {
+      const bool fits = found.name == name && (role.empty() || found.role == role);
+      if (fits && found.is("showing")) return std::move(found);
+    }
+    return std::nullopt;
+  }
+  [[nodiscard]] bool shows(const std::string& name, const std::string& role = "") const {
+    return element(name, role).has_value();
+  }
+  [[nodiscard]] testing::AssertionResult awaits(const std::string& name) const {
+    return desk.until([&] { return shows(name); }) ? testing::AssertionSuccess() : failure(name);
+  }
+  [[nodiscard]] testing::AssertionResult clicks(const std::string& name) const {
+    const auto found = reader.await(name);
+    if (found) desk.input().click(found->area.centreX(), found->area.centreY());
+    return found ? testing::AssertionSuccess() : failure("a control " + name);
+  }
+  /// Waits until the row of the mode records, or does not.
+  [[nodiscard]] testing::AssertionResult records(bool wanted = true) const {
+    const auto asWanted = [&] {
+      const auto box = element(kBox);
+      return box && box->is("selected") == wanted;
+    };
+    return desk.until(asWanted) ? testing::AssertionSuccess() : failure("it records");
+  }
+  void recordFromScratch(const char* chord, const char* shown) {
+    ASSERT_TRUE(clicks(kRecord));
+    ASSERT_TRUE(records());
+    input.key(chord);
+    ASSERT_TRUE(awaits(shown));
+    ASSERT_TRUE(records(false));
+  }
+
+  // --- What comes of it ---
+
+  [[nodiscard]] std::string settings() const {
+    std::ifstream file(desk.home().config() / "calmdeck" / "settings.json");
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+  }
+  [[nodiscard]] bool stores(const std::string& text) const {
+    return desk.until([&] { return settings().find(text) != std::string::npos; });
+  }
+  /// The mode's switch turns when the keys are pressed in another program's window.
+  [[nodiscard]] testing::AssertionResult togglesTheModeWith(const char* chord) {
+    if (other.id == XCB_NONE) other = desk.openWindow("Slides", {900, 20, 200, 100});
+    desk.windows().activate(other.id);
+    if (!desk.until([&] { return desk.windows().active() == other.id; })) return failure("other");
+    const auto isOn = [&] {
+      const auto master = element(ProgramDesk::kMaster, "check box");
+      return master && master->is("checked");
+    };
+    const bool before = isOn();
+    input.key(chord);
+    return desk.until([&] { return isOn() != before; }) ? testing::AssertionSuccess()
+                                                        : failure("the mode is toggled");
+  }
+  [[nodiscard]] static testing::AssertionResult failure(const std::string& what) {
+    return testing::AssertionFailure() << "not seen: " << what;
+  }
+
+  ProgramDesk program{harness::DeskOptions{.windowManager = WindowManager::Openbox}};
+  harness::XDesk& desk = program.desk();
+  const harness::Input& input = desk.input();
+  AccessibilityClient reader{desk};
+  WindowInfo other;
+};
+
+TEST_F(PreferencesTest, AShortcutIsRecordedUsedClearedAndGone) {
+  recordFromScratch("ctrl+alt+p", "⌃⌥p");
+  EXPECT_TRUE(stores(R"("kuserdefault_ToggleAppShortcut": "p")"));
+  EXPECT_TRUE(program.says("35"));
+  EXPECT_TRUE(shows(kClear));
+  EXPECT_TRUE(togglesTheModeWith("ctrl+alt+p"));
+
+  ASSERT_TRUE(clicks(kClear));
+  EXPECT_TRUE(awaits(kNone));
+  EXPECT_TRUE(desk.until([&] { return !shows(kClear); }));
+  EXPECT_THAT(settings(), Not(HasSubstr("kuserdefault_ToggleApp")));
+  EXPECT_TRUE(records(false));
+}
+
+TEST_F(PreferencesTest, KeysWithoutModifiersAreIgnoredAndWhatProgramsNeedIsRefused) {
+  ASSERT_TRUE(clicks(kRecord));
+  ASSERT_TRUE(records());
+  for (const char* key : {"p", "F5", "Escape"}) input.key(key);
+  EXPECT_TRUE(program.says("ESC"));
+  ASSERT_TRUE(records());
+
+  input.key("super+q");
+  ASSERT_TRUE(awaits(kAlert));
+  input.key("ctrl+alt+x");
+  EXPECT_TRUE(program.clickSwitch(ProgramDesk::kSpeaker)) << "other windows go on";
+  EXPECT_TRUE(program.switchedOn({ProgramDesk::kSpeaker, "Launch Calmdeck at login"}));
+  ASSERT_TRUE(clicks("OK"));
+  EXPECT_TRUE(desk.until([&] { return !shows(kAlert); }));
+  EXPECT_TRUE(desk.until([&] { return isActive(kTitle); }));
+  ASSERT_TRUE(records());
+  EXPECT_THAT(settings(), Not(HasSubstr("kuserdefault_ToggleApp")));
+
+  input.key("super+shift+q");
+  EXPECT_TRUE(awaits("⇧⌘Q"));
+  EXPECT_TRUE(togglesTheModeWith("super+shift+q"));
+}
+
+TEST_F(PreferencesTest, ClosingTheWindowWhileARowRecordsGivesItsShortcutBack) {
+  recordFromScratch("ctrl+alt+p", "⌃⌥p");
+  ASSERT_TRUE(clicks(kRecord));
+  ASSERT_TRUE(records());
+  ASSERT_TRUE(closes());
+  EXPECT_TRUE(togglesTheModeWith("ctrl+alt+p"));
+  ASSERT_TRUE(opens());
+  EXPECT_TRUE(awaits("⌃⌥p"));
+  EXPECT_TRUE(records(false));
+}
+
+TEST_F(PreferencesTest, AWallpaperIsChosenInTheFileDialog) {
+  const std::filesystem::path pictures = desk.home().home() / "Pictures";
+  std::filesystem::create_directories(pictures);
+  const std::string chosen = pictures / "my beach.PNG";
+  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, 0x204060)}, chosen);
+  const auto dialog = harness::named("Please select an image — Calmdeck");
+
+  ASSERT_TRUE(clicks("Choose the wallpaper"));
+  ASSERT_TRUE(desk.awaitWindow(dialog));
+  input.key("Escape");
+  ASSERT_TRUE(desk.until([&] { return !desk.windows().findViewable(dialog); }));
+  EXPECT_TRUE(shows("Please select a Wallpaper"));
+  EXPECT_THAT(settings(), Not(HasSubstr("SelectedWallpaper")));
+
+  ASSERT_TRUE(clicks("Choose the wallpaper"));
+  ASSERT_TRUE(desk.awaitWindow(dialog));
+  ASSERT_TRUE(desk.until([&] { return shows("Select", "push button"); }));
+  for (const char* key :
+       {"m", "y", "space", "b", "e", "a", "c", "h", ".", "shift+p", "shift+n", "shift+g", "Return"})
+    input.key(key);
+  EXPECT_TRUE(stores(chosen));
+  EXPECT_TRUE(awaits(chosen));
+  EXPECT_TRUE(desk.until([&] { return isActive(kTitle); }));
+}
+
+// --- By the keyboard and by a screen reader ---
+
+/// The elements of the window whose name is `frame`, from the frame on.
+std::vector<AccessibleElement> within(const std::vector<AccessibleElement>& all,
+                                      const std::string& frame) {
+  const auto first = std::ranges::find_if(all, [&](const AccessibleElement& element) {
+    return element.role == "frame" && element.name == frame;
+  });
+  if (first == all.end()) return {};
+  const auto last = std::find_if(first + 1, all.end(), [&](const AccessibleElement& element) {
+    return element.depth <= first->depth;
+  });
+  return {first, last};
+}
+
+class ReachTest : public PreferencesTest {
+ protected:
+  /// The names of what shows in a window and takes the keyboard; everything else has one, too.
+  [[nodiscard]] std::set<std::string> controlsOf(const std::string& frame) const {
+    std::set<std::string> names;
+    for (const AccessibleElement& found : within(reader.elements(), frame)) {
+      if (!found.is("showing") || found.role == "filler") continue;
+      EXPECT_NE(found.name, "") << found.role;
+      if (found.is("focusable") && found.role != "frame") names.insert(found.name);
+    }
+    return names;
+  }
+  [[nodiscard]] std::string focusedIn(const std::string& frame) const {
+    for (const AccessibleElement& found : within(reader.elements(), frame)) {
+      if (found.is("focused") && found.role != "frame") return found.name;
+    }
+    return {};
+  }
+};
+
+TEST_F(ReachTest, EveryControlOfBothWindowsHasANameAndIsReachedByTab) {
+  recordFromScratch("ctrl+alt+p", "⌃⌥p");
+  const struct {
+    const char* frame;
+    const char* title;
+  } rows[] = {{"Preferences", kTitle}, {"Calmdeck", "Calmdeck"}};
+  for (const auto& row : rows) {
+    desk.windows().activate(window(row.title).value().id);
+    ASSERT_TRUE(desk.until([&] { return isActive(row.title); }));
+    const std::set<std::string> controls = controlsOf(row.frame);
+    EXPECT_GE(controls.size(), 5U) << row.frame;
+    std::set<std::string> reached;
+    for (std::string before = focusedIn(row.frame); reached.size() < controls.size();) {
+      input.key("Tab");
+      const bool moved = desk.until([&] {
+        const std::string now = focusedIn(row.frame);
+        return !now.empty() && now != std::exchange(before, now);
+      });
+      if (!moved || !reached.insert(before).second) break;
+    }
+    EXPECT_EQ(reached, controls) << row.frame;
+  }
+}
+
+TEST_F(PreferencesTest, AScreenReaderRecordsClearsAndTicks) {
+  const auto record = reader.await(kRecord);
+  ASSERT_TRUE(record && reader.act(*record));
+  ASSERT_TRUE(records());
+  input.key("ctrl+alt+p");
+  ASSERT_TRUE(awaits("⌃⌥p"));
+  const auto clear = reader.await(kClear);
+  ASSERT_TRUE(clear && reader.act(*clear));
+  EXPECT_TRUE(awaits(kNone));
+
+  const auto launch = reader.await("Launch Calmdeck at login");
+  ASSERT_TRUE(launch);
+  EXPECT_EQ(launch->role, "check box");
+  for (const bool on : {false, true}) {
+    ASSERT_TRUE(reader.act(*launch));
+    EXPECT_TRUE(desk.until([&] { return element(launch->name)->is("checked") == on; }));
+    EXPECT_TRUE(stores(std::string(R"("kUserdeaultsLaunchAtLogin": )") + (on ? "true" : "false")));
+  }
+}
+
+}  // namespace
