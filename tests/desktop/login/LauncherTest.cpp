@@ -37,8 +37,9 @@ TEST_F(LauncherTest, EveryLauncherStartsTheProgramOfAnEntry) {
     const std::string entry = file(item->identifier).string();
     for (std::vector<std::string> command : launchers) {
       command.push_back(entry);
-      const auto result = harness::runToEnd({command});
-      EXPECT_TRUE(hasRun(program)) << command.front() << ": " << program << result.errorOutput;
+      // Kept until the program has run, since what a launcher started may go with it.
+      harness::Process launcher({command});
+      EXPECT_TRUE(hasRun(program)) << command.front() << ": " << program << launcher.errorOutput();
     }
     EXPECT_TRUE(harness::runToEnd({{"desktop-file-validate", entry}}).succeeded()) << name;
     EXPECT_TRUE(items.remove(*item));

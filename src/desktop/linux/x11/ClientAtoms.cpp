@@ -15,6 +15,8 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(ClientAtom::Coun
     "_NET_ACTIVE_WINDOW",
     "_NET_CURRENT_DESKTOP",
     "_NET_RESTACK_WINDOW",
+    "_NET_REQUEST_FRAME_EXTENTS",
+    "_NET_FRAME_EXTENTS",
     "_NET_WM_ACTION_MINIMIZE",
     "WM_CHANGE_STATE",
     "_NET_WM_STATE",

@@ -18,6 +18,8 @@ enum class ClientAtom : std::size_t {
   ActiveWindow,
   CurrentDesktop,
   RestackWindow,
+  RequestFrameExtents,
+  FrameExtents,
   ActionMinimize,
   ChangeState,
   State,

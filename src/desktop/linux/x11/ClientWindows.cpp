@@ -100,6 +100,7 @@ ClientList ClientWindows::read() const {
   if (list.windowManager.empty()) list.windowManager = "unnamed";
   list.canMinimise = root[kSupported].contains(atoms_[ClientAtom::ActionMinimize]);
   list.canRestack = root[kSupported].contains(atoms_[ClientAtom::RestackWindow]);
+  list.tellsTurn = root[kSupported].contains(atoms_[ClientAtom::RequestFrameExtents]);
   return list;
 }
 

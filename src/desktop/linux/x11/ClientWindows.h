@@ -62,6 +62,8 @@ struct ClientList {
   std::string windowManager;
   bool canMinimise = false;
   bool canRestack = false;
+  /// Whether a WindowManagerTurn comes.
+  bool tellsTurn = false;
 
   /// The remembered order without the windows that were brought forward since.
   [[nodiscard]] std::vector<xcb_window_t> knownOrder() const;

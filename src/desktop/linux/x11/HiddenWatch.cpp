@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <vector>
-#include "desktop/linux/x11/XLog.h"
 
 namespace linux_desktop {
 
@@ -11,13 +10,13 @@ HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
 
 void HiddenWatch::follow(const ClientList& list) {
   hidden_.clear();
+  tellsTurn_ = list.tellsTurn;
   for (const ClientWindow& window : list.windows) {
     if (window.mark != HiddenMark::Hidden) continue;
     // Also one that is back already: that it is active may be told only now.
     hidden_.insert(window.id);
     if (window.id == list.active) expectBack(window.id);
   }
-  qCDebug(lcX11) << "follow" << hidden_.size() << list.windows.size() << Qt::hex << list.active;
   if (hidden_.empty()) {
     root_.reset();
   } else if (!root_) {
@@ -43,20 +42,20 @@ void HiddenWatch::pause() {
 
 void HiddenWatch::activeWindowChanged() {
   const xcb_window_t active = clients_.placesOf({}).active;
-  qCDebug(lcX11) << "active" << Qt::hex << active;
   if (hidden_.contains(active)) expectBack(active);
 }
 
 void HiddenWatch::expectBack(xcb_window_t active) {
   constexpr std::chrono::milliseconds kPatience{500};
   back_ = std::make_unique<HiddenStateWait>(events_, clients_);
-  back_->start({active}, false, kPatience, [this, active](const std::vector<xcb_window_t>& left) {
-    qCDebug(lcX11) << "expected back" << Qt::hex << active << left.size();
-    if (!left.empty()) return;
-    hidden_.erase(active);
-    requests_.mark(active, HiddenMark::BroughtForward);
-    requests_.send();
-  });
+  back_->start(
+      {{active}, false, kPatience, tellsTurn_}, [](xcb_window_t) {},
+      [this, active](const std::vector<xcb_window_t>& left) {
+        if (!left.empty()) return;
+        hidden_.erase(active);
+        requests_.mark(active, HiddenMark::BroughtForward);
+        requests_.send();
+      });
 }
 
 }  // namespace linux_desktop

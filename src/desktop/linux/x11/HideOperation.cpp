@@ -19,7 +19,6 @@ HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
       wait_(events, clients),
       plan_(std::move(plan)),
       done_(std::move(done)) {
-  qCDebug(lcX11) << "hide" << plan_.windows.size();
   requests_.rememberOrder(plan_.order);
   for (const xcb_window_t window : plan_.windows) requests_.mark(window, HiddenMark::Hidden);
   for (const xcb_window_t window : plan_.followers) requests_.mark(window, HiddenMark::Hidden);
@@ -30,9 +29,9 @@ HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
 }
 
 void HideOperation::hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then) {
-  wait_.start(windows, true, kPatience, std::move(then));
-  for (const xcb_window_t window : windows) requests_.minimise(window);
-  requests_.send();
+  wait_.start(
+      {windows, true, kPatience, plan_.tellsTurn},
+      [this](xcb_window_t window) { requests_.minimise(window); }, std::move(then));
 }
 
 void HideOperation::hideFollowersLeft() {

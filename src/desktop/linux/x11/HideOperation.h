@@ -23,6 +23,8 @@ class HideOperation final : public HiddenOperation {
     std::vector<xcb_window_t> windows;
     /// Dialogs of those, which most window managers take away with them.
     std::vector<xcb_window_t> followers;
+    /// As ClientList has it.
+    bool tellsTurn = false;
   };
 
   /// Asks at once. `done` comes later, when all are gone or refuse. `events` and `clients` outlive

@@ -46,10 +46,11 @@ ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
 }
 
 void ShowOperation::ask(Way way, std::vector<xcb_window_t> windows) {
-  wait_.start(windows, false, way == Way::RemoveState ? kUsualPatience : kLongPatience,
-              [this, way](std::vector<xcb_window_t> left) { asked(way, std::move(left)); });
-  for (const xcb_window_t window : windows) askFor(way, window);
-  requests_.send();
+  const auto patience = way == Way::RemoveState ? kUsualPatience : kLongPatience;
+  wait_.start(
+      {std::move(windows), false, patience, plan_.before.tellsTurn},
+      [this, way](xcb_window_t window) { askFor(way, window); },
+      [this, way](std::vector<xcb_window_t> left) { asked(way, std::move(left)); });
 }
 
 void ShowOperation::askFor(Way way, xcb_window_t window) {
@@ -92,8 +93,6 @@ void ShowOperation::putBack() {
   std::erase_if(shown, [&](xcb_window_t window) { return now.minimised.contains(window); });
   putBackDesktops(now);
   putBackOrder(now, shown);
-  qCDebug(lcX11) << "put back" << shown.size() << "of" << plan_.windows.size() << "min before"
-                 << Qt::hex << plan_.before.active << now.active;
   const xcb_window_t active = plan_.before.active;
   if (active != XCB_NONE && active != now.active) {
     requests_.activate(active, clients_.server().time());
@@ -124,7 +123,6 @@ void ShowOperation::putBackOrder(const ClientWindows::Places& now, const WindowS
   const WindowOrder known = plan_.before.knownOrder();
   const WindowOrder wanted = orderPutBack(current, shown, known);
   const std::vector<Restacking> moves = restackings(current, shown, wanted);
-  qCDebug(lcX11) << "moves" << moves.size();
   for (const Restacking& move : moves) requests_.restack(move.window, move.sibling);
   if (moves.empty()) return;
   // To KWin, "above that one" is the very top where that one is no ordinary window.

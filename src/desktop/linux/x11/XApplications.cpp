@@ -164,6 +164,7 @@ bool XApplications::startHiding() {
     return false;
   }
   plan.order = orderToRemember(moment.list);
+  plan.tellsTurn = moment.list.tellsTurn;
   watch_.pause();
   operation_ =
       std::make_unique<HideOperation>(events_, clients_, std::move(plan), [this] { finished(); });
@@ -198,7 +199,6 @@ void XApplications::finished() {
       &context_,
       [this] {
         operation_.reset();
-        qCDebug(lcX11) << "finished";
         underWay_.clear();
         watch_.resume();
         // For the watch, which has to know what is hidden now, and for the wishes that wait.
