@@ -169,6 +169,23 @@ TEST_F(PreferencesTest, KeysWithoutModifiersAreIgnoredAndWhatProgramsNeedIsRefus
   EXPECT_TRUE(togglesTheModeWith("super+shift+q"));
 }
 
+TEST_F(PreferencesTest, AShortcutPressedInTheWindowLeavesItTheKeysThatFollow) {
+  recordFromScratch("ctrl+alt+p", "⌃⌥p");
+  const auto lines = [&](std::string_view wanted) {
+    std::istringstream text(program.program().output());
+    int count = 0;
+    for (std::string line; std::getline(text, line);) count += line.starts_with(wanted) ? 1 : 0;
+    return count;
+  };
+  for (int round = 1; round <= 5; ++round) {
+    ASSERT_TRUE(isActive(kTitle));
+    input.key("ctrl+alt+p");
+    ASSERT_TRUE(desk.until([&] { return lines("Pressed at") == round; }));
+    input.key("ctrl+shift+j");
+    ASSERT_TRUE(desk.until([&] { return lines("38") == round; })) << "after " << round;
+  }
+}
+
 TEST_F(PreferencesTest, ClosingTheWindowWhileARowRecordsGivesItsShortcutBack) {
   recordFromScratch("ctrl+alt+p", "⌃⌥p");
   ASSERT_TRUE(clicks(kRecord));
