@@ -124,6 +124,7 @@ TEST_P(HidingTest, TheLastWishPrevails) {
 TEST_P(HidingTest, ABusyWindowManagerIsWaitedForAndNotHurried) {
   const auto windows = desk.openMany(10);
   desk.activate(windows[3]);
+  ASSERT_TRUE(desk.desk().until([&] { return desk.stacking(windows).back() == windows[3]; }));
   const auto order = desk.stacking(windows);
   desk.startProbe();
   // Longer than a window manager that has the time is given.
