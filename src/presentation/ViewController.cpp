@@ -134,7 +134,7 @@ void ViewController::refuseWallpaper() {
   alert.setMessageText("Please add a wallpaper in settings.");
   alert.setAlertStyle(platform::NSAlertStyle::Warning);
   alert.addButtonWithTitle("OK");
-  alert.runModal();
+  static_cast<void>(alert.runModal());  // there is one answer
   toggle(&ViewController::toggleButtonChangeWallpaper).setIsOn(false);
   popover.setBehavior(platform::NSPopoverBehavior::Transient);
 }

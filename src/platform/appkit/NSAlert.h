@@ -26,7 +26,7 @@ class NSAlert {
   void addButtonWithTitle(std::string title) { buttonTitles_.push_back(std::move(title)); }
 
   /// Shows the alert and handles events until it is answered.
-  int runModal() const;
+  [[nodiscard]] int runModal() const;
   /// Puts a copy of the alert on `window` and returns at once; several wait for each other. A
   /// window that is off the screen is shown first, by its controller if it has one.
   /// `completionHandler`, which may be empty, gets what `runModal` would return.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <system_error>
+#include <tuple>
 #include <utility>
 
 #include "desktop/linux/defaults/WholeFile.h"
@@ -57,7 +58,6 @@ std::string shown(std::string_view path) {
 struct Listed {
   Time time;
   std::string name;
-  auto operator<=>(const Listed&) const = default;
 };
 
 std::vector<Listed> listedIn(const fs::path& folder, std::error_code& error) {
@@ -68,7 +68,8 @@ std::vector<Listed> listedIn(const fs::path& folder, std::error_code& error) {
     if (name.ends_with(kSuffix)) listed.push_back({timeOf(entry->path()), std::move(name)});
   }
   if (isNothing(error)) error.clear();
-  std::ranges::sort(listed);
+  std::ranges::sort(listed, {},
+                    [](const Listed& entry) { return std::tie(entry.time, entry.name); });
   return listed;
 }
 
