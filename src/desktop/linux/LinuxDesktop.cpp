@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QPixmapCache>
 #include <QThreadPool>
 
 #include "desktop/linux/audio/PulseSound.h"
@@ -59,6 +60,8 @@ struct LinuxDesktop::Process {
     QApplication::setQuitOnLastWindowClosed(false);
     // Threads that Qt has drawn a picture with would wake after half a minute, only to end.
     QThreadPool::globalInstance()->setExpiryTimeout(-1);
+    // So would the cache of painted pictures; ours are small and painted seldom.
+    QPixmapCache::setCacheLimit(0);
   }
 
   QApplication application;
