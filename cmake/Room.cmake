@@ -35,6 +35,12 @@ function(calmdeck_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${test_USES} calmdeck_options GTest::gtest_main
                                         GTest::gmock)
+  # Worth its own cost from a few files on.
+  list(LENGTH test_SOURCES files)
+  if(files GREATER 3)
+    target_precompile_headers(${name} PRIVATE
+      <gtest/gtest.h> <functional> <map> <memory> <optional> <string> <vector>)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
                        PROPERTIES TIMEOUT 120 LABELS "${test_LABELS}")
 endfunction()
