@@ -120,7 +120,7 @@ void NotificationDaemon::question(const QDBusMessage& call,
 
 void NotificationDaemon::setState(State state) {
   state_ = state;
-  emit changed();
+  Q_EMIT changed();
 }
 
 }  // namespace linux_desktop

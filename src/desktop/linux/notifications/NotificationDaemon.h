@@ -49,7 +49,7 @@ class NotificationDaemon : public QObject {
   /// Blocks until the state is none of Asking: half a second at most from when it became that.
   void settle();
 
- signals:
+ Q_SIGNALS:
   /// Another state, or another daemon.
   void changed();
 

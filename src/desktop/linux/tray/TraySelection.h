@@ -24,7 +24,7 @@ class TraySelection : public QObject, private QAbstractNativeEventFilter {
   /// The tray has taken an icon of this process in. One that hangs owns the selection all the same.
   [[nodiscard]] bool isDocked() const { return docked_; }
 
- signals:
+ Q_SIGNALS:
   /// Another owner, or none.
   void changed();
   void docked();

@@ -97,7 +97,7 @@ void TrayStatusBar::followTrays() {
 void TrayStatusBar::setHasTray(bool hasTray) {
   if (hasTray == hasTray_) return;
   hasTray_ = hasTray;
-  emit hasTrayChanged(hasTray_);
+  Q_EMIT hasTrayChanged(hasTray_);
 }
 
 void TrayStatusBar::sayThatThereIsNone() {

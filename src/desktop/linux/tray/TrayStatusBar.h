@@ -37,7 +37,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   [[nodiscard]] bool hasTray() const { return hasTray_; }
   [[nodiscard]] const TrayAnchor& anchor() const { return anchor_; }
 
- signals:
+ Q_SIGNALS:
   void hasTrayChanged(bool hasTray);
 
  private:

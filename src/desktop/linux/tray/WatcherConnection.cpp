@@ -68,7 +68,7 @@ void WatcherConnection::takeOwner(const QString& owner) {
     return;
   }
   setState(State::Asking);
-  emit watcherAppeared();
+  Q_EMIT watcherAppeared();
   askForHost();
 }
 
@@ -103,7 +103,7 @@ void WatcherConnection::setState(State state) {
   if (state == state_) return;
   state_ = state;
   qCDebug(trayLog) << "watcher state" << static_cast<int>(state_);
-  emit stateChanged();
+  Q_EMIT stateChanged();
 }
 
 }  // namespace linux_desktop

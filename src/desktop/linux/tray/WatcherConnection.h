@@ -28,7 +28,7 @@ class WatcherConnection : public QObject {
   /// The watcher's own bus name, which is another after each restart; empty when there is none.
   [[nodiscard]] const QString& owner() const { return owner_; }
 
- signals:
+ Q_SIGNALS:
   void stateChanged();
   /// There is a watcher that knows nothing of us yet.
   void watcherAppeared();

@@ -42,7 +42,7 @@ class XfconfChannel final : public QObject {
   /// Empty: nothing is watched.
   void setChanged(std::function<void(const QString& property)> changed);
 
- private slots:
+ private Q_SLOTS:
   void propertyChanged(const QDBusMessage& signal);
 
  private:
