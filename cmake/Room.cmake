@@ -35,6 +35,8 @@ function(calmdeck_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${test_USES} calmdeck_options GTest::gtest_main
                                         GTest::gmock)
+  # Lines for a backtrace are enough here; the rest would take as long as the tests' own code.
+  target_compile_options(${name} PRIVATE $<$<CONFIG:Debug>:-g1>)
   # Worth its own cost from a few files on.
   list(LENGTH test_SOURCES files)
   if(files GREATER 3)
