@@ -6,11 +6,7 @@
 //                 trips of hide and show since the last time
 // Ends each line's work with "done".
 
-#include <fcntl.h>
-
 #include <QApplication>
-#include <QSocketNotifier>
-#include <cstdio>
 #include <functional>
 #include <memory>
 #include <sstream>
@@ -19,43 +15,29 @@
 #include <utility>
 
 #include "desktop/applications/RoundTripCount.h"
-#include "desktop/harness/FileDescriptor.h"
 #include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/x11/XApplications.h"
+#include "desktop/probe/OrderFifo.h"
 
 namespace {
 
 using linux_desktop::XApplications;
 using platform::NSApplicationActivationPolicy;
 using platform::port::ApplicationInfo;
-
-void say(const std::string& line) {
-  std::puts(line.c_str());
-  std::fflush(stdout);
-}
+using probe::say;
 
 class Probe {
  public:
   Probe(linux_desktop::XServer& server, const char* fifo)
-      : server_(server), fifo_(::open(fifo, O_RDWR | O_NONBLOCK | O_CLOEXEC)) {
+      : server_(server), orders_(fifo, [this](const std::string& line) { read(line); }) {
     countRoundTripsOf(server.get());
-    notifier_ = std::make_unique<QSocketNotifier>(fifo_.get(), QSocketNotifier::Read);
-    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
-                     [this] { read(); });
   }
 
  private:
-  void read() {
-    char byte = 0;
-    while (::read(fifo_.get(), &byte, 1) == 1) {
-      if (byte != '\n') {
-        line_ += byte;
-        continue;
-      }
-      std::istringstream words(std::exchange(line_, {}));
-      for (std::string word; words >> word;) obey(word);
-      loop_.post([] { say("done"); });
-    }
+  void read(const std::string& line) {
+    std::istringstream words(line);
+    for (std::string word; words >> word;) obey(word);
+    loop_.post([] { say("done"); });
   }
 
   void obey(const std::string& word) {
@@ -120,9 +102,7 @@ class Probe {
   linux_desktop::XEvents events_{server_};
   XApplications applications_{events_};
   linux_desktop::QtMainLoop loop_;
-  harness::FileDescriptor fifo_;
-  std::unique_ptr<QSocketNotifier> notifier_;
-  std::string line_;
+  probe::OrderFifo orders_;
   unsigned sequence_ = 0;
   int roundTrips_ = 0;
 };

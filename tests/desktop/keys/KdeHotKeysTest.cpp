@@ -27,7 +27,7 @@ const char* serviceProgram() {
 class KdeHotKeys : public testing::Test {
  protected:
   void SetUp() override {
-    if (serviceProgram() == nullptr) GTEST_SKIP() << "KDE's service is not installed";
+    ASSERT_NE(serviceProgram(), nullptr) << "KDE's service is not installed";
     startService();
   }
 

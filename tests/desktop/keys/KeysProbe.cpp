@@ -7,26 +7,19 @@
 // in the window "key <code> <flags> <text>", the text as the hexadecimal code of its character, or
 // "-" where there is none.
 
-#include <fcntl.h>
-
 #include <QApplication>
-#include <QSocketNotifier>
 #include <QWidget>
 #include <chrono>
-#include <cstdio>
 #include <sstream>
 #include <string>
 
-#include "desktop/harness/FileDescriptor.h"
 #include "desktop/linux/keys/SessionHotKeys.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
+#include "desktop/probe/OrderFifo.h"
 
 namespace {
 
-void say(const std::string& line) {
-  std::puts(line.c_str());
-  std::fflush(stdout);
-}
+using probe::say;
 
 std::string hexadecimal(const std::optional<std::string>& text) {
   if (!text) return "-";
@@ -61,9 +54,7 @@ class Probe final : platform::port::HotKeysClient {
  public:
   Probe(linux_desktop::WindowSystem& windowSystem, const char* fifo)
       : windowSystem_(windowSystem),
-        fifo_(::open(fifo, O_RDWR | O_NONBLOCK | O_CLOEXEC)),
-        notifier_(fifo_.get(), QSocketNotifier::Read) {
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { read(); });
+        orders_(fifo, [this](const std::string& line) { obey(line); }) {
     hotKeys_.setClient(this);
   }
 
@@ -77,19 +68,8 @@ class Probe final : platform::port::HotKeysClient {
     say("released " + std::to_string(number));
   }
 
-  void read() {
-    char byte = 0;
-    while (::read(fifo_.get(), &byte, 1) == 1) {
-      if (byte != '\n') {
-        line_ += byte;
-        continue;
-      }
-      std::istringstream words(std::exchange(line_, {}));
-      obey(words);
-    }
-  }
-
-  void obey(std::istringstream& words) {
+  void obey(const std::string& line) {
+    std::istringstream words(line);
     std::string command;
     std::uint32_t number = 0;
     std::uint32_t keyCode = 0;
@@ -109,10 +89,8 @@ class Probe final : platform::port::HotKeysClient {
 
   linux_desktop::WindowSystem& windowSystem_;
   linux_desktop::SessionHotKeys hotKeys_{windowSystem_.hotKeys()};
-  harness::FileDescriptor fifo_;
-  QSocketNotifier notifier_;
   TypedIn window_{*windowSystem_.keyTranslator()};
-  std::string line_;
+  probe::OrderFifo orders_;
 };
 
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include "desktop/linux/keys/CombinationName.h"
 #include "desktop/linux/keys/KeysLog.h"
-#include "desktop/linux/keys/ReservedKeys.h"
 #include "platform/carbon/CarbonEvents.h"
 
 namespace linux_desktop {
@@ -35,7 +34,6 @@ XHotKeys::XHotKeys(XEvents& events, XKeyboard& keyboard) : events_(events), keyb
 
 platform::OSStatus XHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
                                             std::uint32_t modifiers) {
-  if (isReservedForPrograms(keyCode, modifiers)) return platform::eventHotKeyInvalidErr;
   const auto chord = keyboard_.chordOf(keyCode, modifiers);
   if (!chord) {
     qCWarning(lcKeys, "%s: not on this keyboard", combinationName(keyCode, modifiers).c_str());
