@@ -81,7 +81,7 @@ std::string cut(std::string text) {
   return text + "…";
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   std::string form = "\"";
   for (const char c : text.substr(0, kLongestForm + 4)) {
     if (c == '"' || c == '\\') form += '\\';
@@ -111,7 +111,7 @@ std::string formOf(const Array& list) {
 }
 
 std::string formOf(const Value& value) {
-  return std::visit(Overloaded{[](const std::string& text) { return quoted(text); },
+  return std::visit(Overloaded{[](const std::string& text) { return inQuotes(text); },
                                [](const Array& list) { return formOf(list); },
                                [](const Dictionary& record) { return formOf(record); },
                                [&](const auto&) { return textOf(value).value_or("a value"); }},
@@ -192,7 +192,7 @@ std::string sourceForm(const Item& item) {
 }
 
 std::string sourceForm(const port::ElementSpecifier& which) {
-  if (const auto* name = std::get_if<std::string>(&which)) return cut(quoted(*name));
+  if (const auto* name = std::get_if<std::string>(&which)) return cut(inQuotes(*name));
   if (const auto* index = std::get_if<std::int64_t>(&which)) return std::to_string(*index);
   return {};
 }

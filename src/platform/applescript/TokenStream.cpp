@@ -5,7 +5,7 @@
 namespace platform::applescript {
 namespace {
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   return "“" + std::string(text) + "”";
 }
 
@@ -102,13 +102,13 @@ void TokenStream::failAt(const Token& token, int number, std::string message) {
 std::string described(const Token& token) {
   switch (token.kind) {
     case TokenKind::Word:
-      return isReserved(token.text) ? quoted(token.text) : "identifier";
+      return isReserved(token.text) ? inQuotes(token.text) : "identifier";
     case TokenKind::Number:
       return "number";
     case TokenKind::Text:
-      return quoted("\"");
+      return inQuotes("\"");
     case TokenKind::Symbol:
-      return quoted(token.text);
+      return inQuotes(token.text);
     case TokenKind::EndOfLine:
       return "end of line";
     case TokenKind::EndOfScript:

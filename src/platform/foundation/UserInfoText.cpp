@@ -7,7 +7,7 @@
 namespace platform {
 namespace {
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   std::string result = "\"";
   for (const char character : text) {
     if (character == '"' || character == '\\') result += '\\';
@@ -31,7 +31,7 @@ struct Describer {
     const std::string digits(buffer.data(), end);
     return digits.find_first_not_of("-0123456789") == std::string::npos ? digits + ".0" : digits;
   }
-  std::string operator()(const std::string& value) const { return quoted(value); }
+  std::string operator()(const std::string& value) const { return inQuotes(value); }
   std::string operator()(const NSRange& value) const {
     return "{" + std::to_string(value.location) + ", " + std::to_string(value.length) + "}";
   }
@@ -48,7 +48,7 @@ struct Describer {
     std::string result = "[";
     for (const auto& [key, value] : dictionary) {
       if (result.size() > 1) result += ", ";
-      result.append(before).append(quoted(key)).append(after).append(": ").append(text(value));
+      result.append(before).append(inQuotes(key)).append(after).append(": ").append(text(value));
     }
     return result + "]";
   }

@@ -17,13 +17,13 @@ constexpr int kInvalidIndex = -1719;
 constexpr int kNoSuchObject = -1728;
 constexpr int kCannotSet = -10006;
 
-std::string quoted(std::string_view name) {
+std::string inQuotes(std::string_view name) {
   return "\"" + std::string(name) + "\"";
 }
 
 std::string sourceForm(std::string_view className, const ElementSpecifier& which) {
   std::string text(className);
-  if (const auto* name = std::get_if<std::string>(&which)) text += " " + quoted(*name);
+  if (const auto* name = std::get_if<std::string>(&which)) text += " " + inQuotes(*name);
   if (const auto* index = std::get_if<std::int64_t>(&which)) text += " " + std::to_string(*index);
   return text;
 }
@@ -32,7 +32,7 @@ std::string sourceForm(std::string_view className, const ElementSpecifier& which
 
 ScriptElement& ScriptElement::add(std::string className, std::string name,
                                   std::function<bool()> exists) {
-  const std::string own = name.empty() ? className + " 1" : className + " " + quoted(name);
+  const std::string own = name.empty() ? className + " 1" : className + " " + inQuotes(name);
   auto object = std::make_shared<ScriptElement>(own + " of " + description_);
   ScriptElement& added = *object;
   children_.push_back(

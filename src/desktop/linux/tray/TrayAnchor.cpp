@@ -5,7 +5,7 @@
 #include <QScreen>
 #include <algorithm>
 
-#include "desktop/linux/x11/ScreenPixels.h"
+#include "desktop/linux/xserver/ScreenPixels.h"
 
 namespace linux_desktop {
 namespace {

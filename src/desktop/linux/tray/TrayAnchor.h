@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "desktop/linux/tray/StatusItemAnchor.h"
-#include "desktop/linux/x11/XPanels.h"
+#include "desktop/linux/xserver/XPanels.h"
 
 namespace linux_desktop {
 

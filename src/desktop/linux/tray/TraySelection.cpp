@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 #include <string>
 
-#include "desktop/linux/x11/XReply.h"
+#include "desktop/linux/xserver/XReply.h"
 
 namespace linux_desktop {
 namespace {

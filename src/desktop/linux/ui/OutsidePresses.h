@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 

@@ -12,8 +12,8 @@
 #include "desktop/linux/ui/PopoverPlacement.h"
 #include "desktop/linux/ui/ProgramIcon.h"
 #include "desktop/linux/ui/XWindowHints.h"
-#include "desktop/linux/x11/ScreenPixels.h"
-#include "desktop/linux/x11/XPanels.h"
+#include "desktop/linux/xserver/ScreenPixels.h"
+#include "desktop/linux/xserver/XPanels.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/port/StatusBar.h"
 

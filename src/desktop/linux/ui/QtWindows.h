@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/linux/ui/LayerAccessibility.h"
+#include "desktop/linux/ui/WidgetAccessibility.h"
 #include "desktop/linux/ui/WindowServices.h"
 #include "desktop/linux/windowsystem/CoverWindows.h"
 #include "platform/port/MainLoop.h"
@@ -35,7 +35,7 @@ class QtWindows final : public platform::port::Windows {
  private:
   WindowServices services_;
   CoverWindows* covers_;
-  LayerAccessibility accessibility_;
+  WidgetAccessibility accessibility_;
 };
 
 }  // namespace linux_desktop

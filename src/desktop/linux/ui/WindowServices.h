@@ -5,7 +5,7 @@
 
 #include "desktop/linux/ui/LayerWidget.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 

@@ -2,7 +2,7 @@
 
 #include <QWindow>
 
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 

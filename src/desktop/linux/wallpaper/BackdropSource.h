@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "desktop/linux/wallpaper/Backdrop.h"
-#include "desktop/linux/windowsystem/Monitor.h"
+#include "desktop/linux/wallpaper/Monitor.h"
 
 namespace linux_desktop {
 

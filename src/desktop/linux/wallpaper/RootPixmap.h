@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 

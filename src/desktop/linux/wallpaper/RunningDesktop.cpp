@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "desktop/linux/bus/BusPeer.h"
-#include "desktop/linux/x11/WindowStack.h"
+#include "desktop/linux/xserver/WindowStack.h"
 
 namespace linux_desktop {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/wallpaper/BackdropManner.h"
-#include "desktop/linux/windowsystem/Monitor.h"
+#include "desktop/linux/wallpaper/Monitor.h"
 #include "platform/foundation/Value.h"
 
 namespace linux_desktop {

@@ -7,7 +7,7 @@
 
 #include "desktop/linux/wallpaper/RunningDesktop.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "desktop/linux/wallpaper/XfceBackdrop.h"
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 namespace {

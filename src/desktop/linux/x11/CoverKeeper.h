@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "desktop/linux/x11/CoverSurface.h"
-#include "desktop/linux/x11/WindowStack.h"
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/xserver/WindowStack.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 

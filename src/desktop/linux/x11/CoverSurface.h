@@ -4,8 +4,8 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/linux/x11/XEvents.h"
 #include "desktop/linux/x11/XPicture.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 

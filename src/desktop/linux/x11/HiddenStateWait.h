@@ -8,7 +8,7 @@
 
 #include "desktop/linux/x11/ClientWindows.h"
 #include "desktop/linux/x11/WindowManagerTurn.h"
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 

@@ -5,7 +5,7 @@
 
 #include "desktop/linux/x11/HiddenStateWait.h"
 #include "desktop/linux/x11/HideRequests.h"
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "desktop/linux/x11/XLog.h"
+#include "desktop/linux/xserver/XLog.h"
 
 namespace linux_desktop {
 namespace {

@@ -8,9 +8,9 @@
 
 #include "desktop/linux/wallpaper/BackdropSource.h"
 #include "desktop/linux/x11/RootPicture.h"
-#include "desktop/linux/x11/XEvents.h"
 #include "desktop/linux/x11/XPicture.h"
 #include "desktop/linux/x11/XScreens.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 

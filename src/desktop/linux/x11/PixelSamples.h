@@ -7,8 +7,8 @@
 #include <span>
 #include <vector>
 
-#include "desktop/linux/x11/WindowStack.h"
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/WindowStack.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 

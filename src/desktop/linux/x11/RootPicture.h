@@ -3,7 +3,7 @@
 #include <map>
 #include <optional>
 
-#include "desktop/linux/windowsystem/Monitor.h"
+#include "desktop/linux/wallpaper/Monitor.h"
 #include "desktop/linux/x11/PixelSamples.h"
 #include "desktop/linux/x11/XPicture.h"
 

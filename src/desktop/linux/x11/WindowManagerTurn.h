@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "desktop/linux/x11/ClientWindows.h"
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 

@@ -9,14 +9,14 @@
 #include "desktop/linux/x11/MonitorPictures.h"
 #include "desktop/linux/x11/XApplications.h"
 #include "desktop/linux/x11/XCovers.h"
-#include "desktop/linux/x11/XEvents.h"
 #include "desktop/linux/x11/XHotKeys.h"
 #include "desktop/linux/x11/XKeyTranslator.h"
 #include "desktop/linux/x11/XKeyboard.h"
 #include "desktop/linux/x11/XScreens.h"
-#include "desktop/linux/x11/XServer.h"
 #include "desktop/linux/x11/XSpaces.h"
 #include "desktop/linux/x11/XWindowList.h"
+#include "desktop/linux/xserver/XEvents.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 

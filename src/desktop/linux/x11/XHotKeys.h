@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "desktop/linux/x11/XEvents.h"
 #include "desktop/linux/x11/XKeyboard.h"
+#include "desktop/linux/xserver/XEvents.h"
 #include "platform/port/HotKeys.h"
 
 namespace linux_desktop {

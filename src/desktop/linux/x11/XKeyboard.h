@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "desktop/linux/keys/Keymap.h"
-#include "desktop/linux/x11/XEvents.h"
 #include "desktop/linux/x11/XModifiers.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 struct xkb_context;
 

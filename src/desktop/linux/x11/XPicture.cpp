@@ -6,7 +6,7 @@
 #include <array>
 #include <initializer_list>
 
-#include "desktop/linux/x11/XLog.h"
+#include "desktop/linux/xserver/XLog.h"
 
 namespace linux_desktop {
 namespace {

@@ -4,7 +4,7 @@
 #include <QRect>
 #include <memory>
 
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/XServer.h"
 #include "platform/port/WindowList.h"
 
 namespace linux_desktop {

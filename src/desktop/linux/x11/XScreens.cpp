@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "desktop/linux/x11/XLog.h"
+#include "desktop/linux/xserver/XLog.h"
 
 namespace linux_desktop {
 namespace {

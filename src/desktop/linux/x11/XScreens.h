@@ -4,8 +4,8 @@
 #include <functional>
 #include <vector>
 
-#include "desktop/linux/windowsystem/Monitor.h"
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/wallpaper/Monitor.h"
+#include "desktop/linux/xserver/XEvents.h"
 #include "platform/port/Screens.h"
 
 namespace linux_desktop {

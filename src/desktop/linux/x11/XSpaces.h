@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "desktop/linux/x11/MonitorPictures.h"
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/xserver/XEvents.h"
 #include "platform/port/Spaces.h"
 
 namespace linux_desktop {

@@ -1,4 +1,4 @@
-#include "desktop/linux/ui/LayerAccessibility.h"
+#include "desktop/linux/ui/WidgetAccessibility.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -152,10 +152,10 @@ QAccessibleInterface* make(const QString&, QObject* object) {
 
 }  // namespace
 
-LayerAccessibility::LayerAccessibility() {
+WidgetAccessibility::WidgetAccessibility() {
   QAccessible::installFactory(&make);
 }
-LayerAccessibility::~LayerAccessibility() {
+WidgetAccessibility::~WidgetAccessibility() {
   QAccessible::removeFactory(&make);
 }
 

@@ -6,12 +6,12 @@ namespace linux_desktop {
 /// switch, and a checkbox, is a named check box with a help text and the model's state, and can be
 /// pressed; a box is a group, selected while it is marked; a file's path is a text; a MenuButton
 /// has its menu as a child while that is open. Holds for as long as the object lives.
-class LayerAccessibility {
+class WidgetAccessibility {
  public:
-  LayerAccessibility();
-  ~LayerAccessibility();
-  LayerAccessibility(const LayerAccessibility&) = delete;
-  LayerAccessibility& operator=(const LayerAccessibility&) = delete;
+  WidgetAccessibility();
+  ~WidgetAccessibility();
+  WidgetAccessibility(const WidgetAccessibility&) = delete;
+  WidgetAccessibility& operator=(const WidgetAccessibility&) = delete;
 };
 
 }  // namespace linux_desktop

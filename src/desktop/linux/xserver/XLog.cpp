@@ -1,4 +1,4 @@
-#include "desktop/linux/x11/XLog.h"
+#include "desktop/linux/xserver/XLog.h"
 
 namespace linux_desktop {
 

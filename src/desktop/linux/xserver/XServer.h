@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "desktop/linux/x11/XReply.h"
+#include "desktop/linux/xserver/XReply.h"
 
 namespace linux_desktop {
 

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <optional>
 
-#include "desktop/linux/x11/WindowStack.h"
+#include "desktop/linux/xserver/WindowStack.h"
 
 namespace linux_desktop {
 

@@ -1,4 +1,4 @@
-#include "desktop/linux/x11/TurnStack.h"
+#include "desktop/linux/xserver/TurnStack.h"
 
 #include <QMetaObject>
 

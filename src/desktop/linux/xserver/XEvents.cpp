@@ -1,4 +1,4 @@
-#include "desktop/linux/x11/XEvents.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 #include <QAbstractEventDispatcher>
 #include <algorithm>
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <utility>
 
-#include "desktop/linux/x11/XLog.h"
+#include "desktop/linux/xserver/XLog.h"
 
 namespace linux_desktop {
 namespace {

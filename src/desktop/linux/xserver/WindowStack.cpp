@@ -1,4 +1,4 @@
-#include "desktop/linux/x11/WindowStack.h"
+#include "desktop/linux/xserver/WindowStack.h"
 
 #include <algorithm>
 

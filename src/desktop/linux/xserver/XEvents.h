@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "desktop/linux/x11/TurnStack.h"
-#include "desktop/linux/x11/XServer.h"
+#include "desktop/linux/xserver/TurnStack.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 
