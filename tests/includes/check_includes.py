@@ -17,7 +17,7 @@ MAIN = "main"
 
 class Rules:
     def __init__(self, path):
-        self.rooms, self.foreign = {}, {}
+        self.rooms, self.foreign, self.layered = {}, {}, []
         for number, line in enumerate(path.read_text().splitlines(), 1):
             line = line.split("#")[0].strip()
             if not line:
@@ -27,10 +27,12 @@ class Rules:
                 raise SystemExit(f"{path}:{number}: a rule is 'room: rooms'")
             if name.startswith("foreign "):
                 self.foreign[name.split()[1]] = rest.split()
+            elif name == "layered":
+                self.layered = rest.split()
             else:
                 self.rooms[name] = rest.split()
         named = {room for allowed in self.rooms.values() for room in allowed}
-        for room in sorted((named | set(self.foreign)) - set(self.rooms)):
+        for room in sorted((named | set(self.foreign) | set(self.layered)) - set(self.rooms)):
             raise SystemExit(f"{path}: {room} is named but has no rule of its own")
 
     def room_of(self, file):
@@ -52,7 +54,8 @@ class Check:
     def run(self):
         for file in self.files:
             self.check_file(file)
-        self.find_cycles()
+        self.find_cycles(self.graph, "files")
+        self.find_cycles(self.folders(), "folders")
         return self.faults
 
     def check_file(self, file):
@@ -87,22 +90,33 @@ class Check:
         if not any(fnmatch.fnmatchcase(header, pattern) for pattern in allowed):
             self.faults.append(f"{file}: {room} may not include <{header}>")
 
-    def find_cycles(self):
+    def folders(self):
+        """Which folder of a layered room includes which."""
+        graph = {}
+        for file, targets in self.graph.items():
+            room = self.rules.room_of(file)
+            if room in self.rules.layered:
+                graph.setdefault(file.parent, []).extend(
+                    target.parent for target in targets
+                    if self.rules.room_of(target) == room and target.parent != file.parent)
+        return graph
+
+    def find_cycles(self, graph, kind):
         done, path = set(), []
 
-        def visit(file):
-            if file in path:
-                ring = path[path.index(file):] + [file]
-                self.faults.append("files include each other: " + " -> ".join(map(str, ring)))
-            elif file not in done:
-                path.append(file)
-                for target in self.graph[file]:
+        def visit(node):
+            if node in path:
+                ring = path[path.index(node):] + [node]
+                self.faults.append(f"{kind} include each other: " + " -> ".join(map(str, ring)))
+            elif node not in done:
+                path.append(node)
+                for target in graph.get(node, []):
                     visit(target)
                 path.pop()
-                done.add(file)
+                done.add(node)
 
-        for file in self.files:
-            visit(file)
+        for node in sorted(graph):
+            visit(node)
 
 
 def check(tree, rules):

@@ -70,6 +70,15 @@ class IncludeCheckTest(unittest.TestCase):
                          ["files include each other: src/platform/A.h -> src/platform/B.h"
                           " -> src/platform/C.h -> src/platform/A.h"])
 
+    def test_folders_in_a_ring_are_found_though_no_files_are(self):
+        ring = [("src/desktop/linux/x/A.h", '#include "desktop/linux/y/A.h"'),
+                ("src/desktop/linux/y/A.h", "#include <string>"),
+                ("src/desktop/linux/y/B.h", '#include "desktop/linux/x/B.h"'),
+                ("src/desktop/linux/x/B.h", "#include <string>")]
+        self.assertEqual(self.faults(ring),
+                         ["folders include each other: src/desktop/linux/x -> src/desktop/linux/y"
+                          " -> src/desktop/linux/x"])
+
     def test_an_include_in_a_comment_counts_for_nothing(self):
         self.assertEqual(self.faults([("src/app/App.h", "/*\n#include <QString>\n*/")]), [])
 
