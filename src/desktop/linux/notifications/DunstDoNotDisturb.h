@@ -1,16 +1,12 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
-#include <QVariantMap>
-
-#include "desktop/linux/notifications/BusAdapter.h"
+#include "desktop/linux/notifications/PropertyDoNotDisturb.h"
 
 namespace linux_desktop {
 
 /// dunst: "paused", or from 1.12 on the pause level from 0 to 100, of which any but 0 is on. dunst
 /// forgets it when it ends.
-class DunstDoNotDisturb final : public BusAdapter {
+class DunstDoNotDisturb final : public PropertyDoNotDisturb {
   Q_OBJECT
 
  public:
@@ -18,14 +14,7 @@ class DunstDoNotDisturb final : public BusAdapter {
   [[nodiscard]] bool set(bool on) override;
 
  protected:
-  [[nodiscard]] QDBusMessage stateQuestion() const override;
-  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
-
- private:
-  Q_SLOT void propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                const QStringList& invalidated);
-
-  QString owner_;
+  [[nodiscard]] std::optional<bool> stateOf(const QVariantMap& properties) const override;
 };
 
 }  // namespace linux_desktop

@@ -1,6 +1,5 @@
 #include "desktop/linux/notifications/InhibitionDoNotDisturb.h"
 
-#include <QDBusVariant>
 #include <QVariantMap>
 #include <utility>
 
@@ -12,7 +11,6 @@ namespace {
 
 const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");
-const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString kInhibited = QStringLiteral("Inhibited");
 const QString kDesktopEntry = QStringLiteral("org.calmdeck.Calmdeck");
 const QString kReason = QStringLiteral("Presentation mode");
@@ -21,20 +19,13 @@ const QString kReason = QStringLiteral("Presentation mode");
 
 InhibitionDoNotDisturb::InhibitionDoNotDisturb(QDBusConnection connection,
                                                const NotificationDaemonIdentity& daemon)
-    : BusAdapter(std::move(connection), daemon), owner_(daemon.owner), name_(daemon.name) {
-  QDBusConnection signals_ = bus();
-  signals_.connect(owner_, kPath, kProperties, "PropertiesChanged", this,
-                   SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+    : PropertyDoNotDisturb(std::move(connection), daemon, kNotifications), name_(daemon.name) {
   readFirst();
 }
 
-QDBusMessage InhibitionDoNotDisturb::stateQuestion() const {
-  return busCall(owner_, kPath, kProperties, "Get", {kNotifications, kInhibited});
-}
-
-std::optional<bool> InhibitionDoNotDisturb::stateIn(const QDBusMessage& answer) const {
-  if (isError(answer)) return std::nullopt;
-  return answer.arguments().value(0).value<QDBusVariant>().variant().toBool();
+std::optional<bool> InhibitionDoNotDisturb::stateOf(const QVariantMap& properties) const {
+  if (!properties.contains(kInhibited)) return std::nullopt;
+  return properties.value(kInhibited).toBool();
 }
 
 bool InhibitionDoNotDisturb::set(bool on) {
@@ -52,7 +43,7 @@ bool InhibitionDoNotDisturb::set(bool on) {
 
 void InhibitionDoNotDisturb::inhibit() {
   inhibiting_ = true;
-  write(busCall(owner_, kPath, kNotifications, "Inhibit", {kDesktopEntry, kReason, QVariantMap()}),
+  write(busCall(owner(), kPath, kNotifications, "Inhibit", {kDesktopEntry, kReason, QVariantMap()}),
         true, [this](const QDBusMessage& answer) {
           inhibiting_ = false;
           if (isError(answer)) return;
@@ -62,18 +53,8 @@ void InhibitionDoNotDisturb::inhibit() {
 }
 
 void InhibitionDoNotDisturb::release() {
-  write(busCall(owner_, kPath, kNotifications, "UnInhibit", {*std::exchange(ticket_, {})}), false,
+  write(busCall(owner(), kPath, kNotifications, "UnInhibit", {*std::exchange(ticket_, {})}), false,
         [this](const QDBusMessage&) { read(); });  // somebody else may want quiet, too
-}
-
-void InhibitionDoNotDisturb::propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                               const QStringList& invalidated) {
-  if (interface != kNotifications) return;
-  if (changed.contains(kInhibited)) {
-    heard(changed.value(kInhibited).toBool());
-  } else if (invalidated.contains(kInhibited)) {
-    read();
-  }
 }
 
 }  // namespace linux_desktop

@@ -1,17 +1,15 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
-#include <QVariantMap>
 
-#include "desktop/linux/notifications/BusAdapter.h"
+#include "desktop/linux/notifications/PropertyDoNotDisturb.h"
 
 namespace linux_desktop {
 
 /// Plasma, and whatever else offers inhibitions: each program that wants quiet holds one of its
 /// own, and it is quiet while there is any. Ours ends with our connection to the bus, and nobody
 /// else's can be ended.
-class InhibitionDoNotDisturb final : public BusAdapter {
+class InhibitionDoNotDisturb final : public PropertyDoNotDisturb {
   Q_OBJECT
 
  public:
@@ -19,16 +17,12 @@ class InhibitionDoNotDisturb final : public BusAdapter {
   [[nodiscard]] bool set(bool on) override;
 
  protected:
-  [[nodiscard]] QDBusMessage stateQuestion() const override;
-  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
+  [[nodiscard]] std::optional<bool> stateOf(const QVariantMap& properties) const override;
 
  private:
-  Q_SLOT void propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                const QStringList& invalidated);
   void inhibit();
   void release();
 
-  QString owner_;
   QString name_;
   bool wanted_ = false;
   bool inhibiting_ = false;  // asked for, the ticket is not here yet
