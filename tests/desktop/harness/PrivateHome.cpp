@@ -40,6 +40,28 @@ std::vector<pid_t> processesWith(const std::string& assignment) {
   return found;
 }
 
+// The state is the first thing behind the name, which may hold anything in its brackets.
+bool waits(const fs::path& task) {
+  const std::string stat = wholeFile(task / "stat");
+  const std::size_t name = stat.rfind(')');
+  if (name == std::string::npos || name + 2 >= stat.size()) return true;  // it has just ended
+  const char state = stat[name + 2];
+  return state != 'R' && state != 'D';
+}
+
+bool allWait(pid_t process) {
+  std::error_code ended;
+  const fs::path tasks = fs::path("/proc") / std::to_string(process) / "task";
+  for (const fs::directory_entry& task : fs::directory_iterator(tasks, ended)) {
+    if (!waits(task.path())) return false;
+  }
+  return true;
+}
+
+bool isXServer(pid_t process) {
+  return wholeFile(fs::path("/proc") / std::to_string(process) / "comm").starts_with("Xvnc");
+}
+
 // Again until none is left: one that was just forking is found in the next round.
 void killAllWith(const std::string& assignment) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
@@ -72,6 +94,16 @@ PrivateHome::~PrivateHome() {
   std::error_code failure;
   fs::remove_all(folder_, failure);
   if (failure) std::cerr << "cannot remove " << folder_ << ": " << failure.message() << '\n';
+}
+
+bool PrivateHome::isAtRest() const {
+  // Work may be handed from one that is not looked at yet to one that was.
+  for (int look = 0; look < 2; ++look) {
+    for (const pid_t process : processesWith("XDG_RUNTIME_DIR=" + runtime().string())) {
+      if (!isXServer(process) && !allWait(process)) return false;
+    }
+  }
+  return true;
 }
 
 Environment PrivateHome::environment() const {

@@ -25,6 +25,11 @@ class PrivateHome {
   /// and nothing else of the test's own surroundings.
   [[nodiscard]] Environment environment() const;
 
+  /// Whether every program with these folders waits for something at this moment, so that none will
+  /// do anything before somebody or a timer wakes it. A stopped one counts as waiting. The X server
+  /// is not looked at: it works for whoever looks at the screen.
+  [[nodiscard]] bool isAtRest() const;
+
   /// Writes a configuration file, `name` relative to config(), making its folders.
   void writeConfig(const std::filesystem::path& name, const std::string& text) const;
 

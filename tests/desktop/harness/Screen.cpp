@@ -94,15 +94,15 @@ Image Screen::settled(const Rect& wanted, std::chrono::milliseconds calm,
   using Clock = std::chrono::steady_clock;
   Image last = area(wanted);
   Clock::time_point since = Clock::now();
+  const auto isStill = [&] {
+    Image now = area(wanted);
+    if (now == last) return true;
+    last = std::move(now);
+    since = Clock::now();
+    return false;
+  };
   x_.waitUntil(
-      [&] {
-        Image now = area(wanted);
-        if (now != last) {
-          last = std::move(now);
-          since = Clock::now();
-        }
-        return Clock::now() - since >= calm;
-      },
+      [&] { return isStill() && Clock::now() - since >= calm && programsRest_() && isStill(); },
       patience);
   return last;
 }

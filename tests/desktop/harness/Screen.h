@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "desktop/harness/XConnection.h"
@@ -32,16 +33,19 @@ void writePng(const Image& image, const std::filesystem::path& path);
 /// What a person in front of the screen sees, compositing included.
 class Screen {
  public:
-  explicit Screen(const XConnection& x) : x_(x) {}
+  /// `programsRest` tells whether none of those that draw has anything to do at the moment.
+  Screen(const XConnection& x, std::function<bool()> programsRest)
+      : x_(x), programsRest_(std::move(programsRest)) {}
 
   [[nodiscard]] Image whole() const { return area(x_.screenArea()); }
   /// Cut to the X screen.
   [[nodiscard]] Image area(const Rect& wanted) const;
   [[nodiscard]] std::uint32_t pixel(int x, int y) const { return area({x, y, 1, 1}).at(0, 0); }
 
-  /// The image of `wanted` once it has stayed the same for `calm`; the last one seen when it never
-  /// came to rest within `patience`. For programs that paint in several steps and tell nobody
-  /// when they are done.
+  /// The image of `wanted` once it has stayed the same for `calm` and no program has anything left
+  /// to do; the last one seen when it never came to rest within `patience`. For programs that paint
+  /// in several steps and tell nobody when they are done. `calm` covers the steps that a timer
+  /// begins; how long a busy machine keeps a program from painting does not count.
   [[nodiscard]] Image settled(const Rect& wanted, std::chrono::milliseconds calm,
                               std::chrono::milliseconds patience) const;
 
@@ -52,6 +56,7 @@ class Screen {
 
  private:
   const XConnection& x_;
+  std::function<bool()> programsRest_;
 };
 
 }  // namespace harness

@@ -59,11 +59,10 @@ void offerServices(const fs::path& folder, const std::vector<std::string>& wante
 
 SessionBus::SessionBus(const PrivateHome& home, const Environment& environment,
                        const std::vector<std::string>& activatable)
-    : environment_(environment) {
-  const fs::path services = home.runtime() / "bus-services";
-  offerServices(services, activatable);
+    : services_(home.runtime() / "bus-services"), environment_(environment) {
+  offerServices(services_, activatable);
   const fs::path configuration = home.runtime() / "bus.conf";
-  std::ofstream(configuration) << busConfiguration(home.runtime() / "bus", services);
+  std::ofstream(configuration) << busConfiguration(home.runtime() / "bus", services_);
   process_ = std::make_unique<Process>(
       Command{{"dbus-daemon", "--nofork", "--nopidfile", "--print-address",
                "--config-file=" + configuration.string()},
@@ -72,6 +71,14 @@ SessionBus::SessionBus(const PrivateHome& home, const Environment& environment,
   if (!address) throw std::runtime_error("no session bus: " + process_->errorOutput());
   address_ = *address;
   environment_["DBUS_SESSION_BUS_ADDRESS"] = address_;
+}
+
+void SessionBus::offer(const std::string& name, const std::string& program) const {
+  std::ofstream(services_ / (name + ".service"))
+      << "[D-BUS Service]\nName=" << name << "\nExec=" << program << '\n';
+  if (!call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig", {})) {
+    throw std::runtime_error("the bus does not read its services again");
+  }
 }
 
 bool SessionBus::hasOwner(const std::string& name) const {
@@ -83,7 +90,7 @@ bool SessionBus::hasOwner(const std::string& name) const {
 std::optional<std::string> SessionBus::call(const std::string& service, const std::string& path,
                                             const std::string& method,
                                             const std::vector<std::string>& arguments) const {
-  Command command{{"dbus-send", "--session", "--print-reply=literal", "--reply-timeout=2000",
+  Command command{{"dbus-send", "--session", "--print-reply=literal", "--reply-timeout=10000",
                    "--dest=" + service, path, method},
                   environment_};
   command.argv.insert(command.argv.end(), arguments.begin(), arguments.end());

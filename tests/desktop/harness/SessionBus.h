@@ -23,9 +23,12 @@ class SessionBus {
   [[nodiscard]] const std::string& address() const { return address_; }
   [[nodiscard]] Process& process() { return *process_; }
 
+  /// From now on whoever speaks to that name has this program started, by its whole path.
+  void offer(const std::string& name, const std::string& program) const;
+
   [[nodiscard]] bool hasOwner(const std::string& name) const;
   /// Calls a method and gives the reply as dbus-send prints it; absent on an error or when the
-  /// answer takes longer than two seconds. `arguments` in dbus-send's form (`string:x`). A service
+  /// answer takes longer than ten seconds. `arguments` in dbus-send's form (`string:x`). A service
   /// that does not run is started if it can be.
   [[nodiscard]] std::optional<std::string> call(const std::string& service, const std::string& path,
                                                 const std::string& method,
@@ -37,6 +40,7 @@ class SessionBus {
                                                     const std::string& name) const;
 
  private:
+  std::filesystem::path services_;
   Environment environment_;
   std::unique_ptr<Process> process_;
   std::string address_;

@@ -1,5 +1,7 @@
 #include "desktop/harness/TrayIconFinder.h"
 
+#include "desktop/harness/Process.h"
+
 namespace harness {
 
 using namespace std::chrono_literals;
@@ -22,7 +24,7 @@ std::optional<Rect> TrayIconFinder::find(std::chrono::milliseconds patience) con
   const auto look = [&] {
     for (const Panel& panel : panels_) {
       if (!changed(panel, screen_.area(panel.area))) continue;
-      icon = changed(panel, screen_.settled(panel.area, 150ms, 5s));
+      icon = changed(panel, screen_.settled(panel.area, 150ms, kPatience));
       if (icon) return true;
     }
     return false;

@@ -49,8 +49,11 @@ XDesk::XDesk(const DeskOptions& options) : environment_(home_.environment()) {
   for (const auto& [name, value] : options.environment) environment_[name] = value;
   server_ = std::make_unique<XServer>(home_.runtime(), environment_, options.monitors);
   environment_["DISPLAY"] = server_->display();
+  // MATE's daemon ends while it has nothing to show, and only this tells that it will come again.
+  if (options.notifications == NotificationDaemon::Mate)
+    environment_["XDG_CURRENT_DESKTOP"] = "MATE";
   x_ = std::make_unique<XConnection>(server_->display());
-  screen_ = std::make_unique<Screen>(*x_);
+  screen_ = std::make_unique<Screen>(*x_, [this] { return home_.isAtRest(); });
   windows_ = std::make_unique<WindowList>(*x_);
   input_ = std::make_unique<Input>(*x_);
   if (options.sessionBus) {
@@ -95,15 +98,36 @@ void XDesk::startNotifications(NotificationDaemon kind) {
   notifications_.reset();
   if (kind == NotificationDaemon::None) return;
   const DesktopProgram& row = program(kind);
+  if (kind == NotificationDaemon::Mate) bus_->offer(kNotifications, row.argv.front());
   notifications_ = start(row.argv);
   require(until([&] { return bus_->hasOwner(kNotifications); }), row.name, notifications_);
+}
+
+// One start of pcmanfm-qt 2.1 in three gets stuck before its windows come, in the volume monitor of
+// GLib 2.84. All that it leans on sleeps then, too.
+void XDesk::startAgainWhileStuck(std::unique_ptr<Process>& process,
+                                 const std::vector<std::string>& argv,
+                                 const std::function<bool()>& ready) const {
+  constexpr int kAttempts = 10;
+  constexpr auto kLongSleep = 2s;
+  using Clock = std::chrono::steady_clock;
+  for (int attempt = 1; attempt < kAttempts; ++attempt) {
+    Clock::time_point awake = Clock::now();
+    const auto isStuck = [&] {
+      if (!home_.isAtRest()) awake = Clock::now();
+      return Clock::now() - awake > kLongSleep;
+    };
+    bool isReady = false;
+    if (!until([&] { return (isReady = ready()) || isStuck(); }) || isReady) return;
+    process.reset();
+    process = start(argv);
+  }
 }
 
 void XDesk::startIcons(DesktopIcons kind) {
   icons_.reset();
   if (kind == DesktopIcons::None) return;
   const DesktopProgram& row = program(kind);
-  icons_ = start(row.argv);
   const auto allCovered = [&] {
     const std::vector<WindowInfo> windows = windows_->all();
     return std::ranges::all_of(server_->monitors(), [&](const Rect& monitor) {
@@ -112,6 +136,8 @@ void XDesk::startIcons(DesktopIcons kind) {
       });
     });
   };
+  icons_ = start(row.argv);
+  if (kind == DesktopIcons::PcmanfmQt) startAgainWhileStuck(icons_, row.argv, allCovered);
   require(until(allCovered), row.name, icons_);
   [[maybe_unused]] const Image painted = screen_->settled(x_->screenArea(), 400ms, kPatience);
 }

@@ -104,6 +104,8 @@ class XDesk {
  private:
   [[nodiscard]] Rect monitor(int number) const;
   [[nodiscard]] bool trayHostReady(Panel kind) const;
+  void startAgainWhileStuck(std::unique_ptr<Process>& process, const std::vector<std::string>& argv,
+                            const std::function<bool()>& ready) const;
   void require(bool ready, const std::string& name, const std::unique_ptr<Process>& process) const;
 
   PrivateHome home_;  // first: its destructor sweeps up after all the others

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -253,10 +252,7 @@ TEST_F(DunstShows, OneAfterDoNotDisturbForWhatWasPressedDuringIt) {
 
 TEST_F(DunstShows, TheFirstOneStartsIt) {
   XDesk desk;
-  std::ofstream(desk.home().runtime() / "bus-services/notifications.service")
-      << "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/usr/bin/dunst\n";
-  ASSERT_TRUE(
-      desk.bus().call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig", {}));
+  desk.bus().offer("org.freedesktop.Notifications", "/usr/bin/dunst");
   Sender sender(QString::fromStdString(desk.bus().address()));
   ASSERT_TRUE(sender.settles(linux_desktop::NotificationDaemon::State::None));
   const std::size_t before = windows(desk);

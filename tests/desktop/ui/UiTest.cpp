@@ -85,7 +85,7 @@ UiTest::~UiTest() {
 }
 
 bool UiTest::until(const std::function<bool()>& fact) {
-  const QDeadlineTimer patience(std::chrono::seconds(5));
+  const QDeadlineTimer patience(std::chrono::seconds(20));
   while (!fact() && !patience.hasExpired()) {
     QApplication::processEvents(QEventLoop::AllEvents, 20);
   }

@@ -66,7 +66,7 @@ class UiTest : public ::testing::Test {
   UiTest();
   ~UiTest() override;
 
-  /// Handles events until `fact` holds; false when it still does not after five seconds.
+  /// Handles events until `fact` holds; false when it still does not after twenty seconds.
   static bool until(const std::function<bool()>& fact);
   /// Handles what has arrived.
   static void settle();
