@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseAudioObjectsTest,
 
 TEST_P(PulseAudioObjectsTest, WritingMutesTheSinkAndReadingFollowsIt) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   ASSERT_GT(device, platform::kAudioObjectSystemObject)
@@ -70,7 +70,7 @@ TEST_P(PulseAudioObjectsTest, WritingMutesTheSinkAndReadingFollowsIt) {
 
 TEST_P(PulseAudioObjectsTest, OnlyTheTwoAddressesExist) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   platform::AudioObjectPropertyAddress wrongScope = kMute;
@@ -99,7 +99,7 @@ TEST_P(PulseAudioObjectsTest, OnlyTheTwoAddressesExist) {
 
 TEST_P(PulseAudioObjectsTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   const AudioObjectID first = defaultOutput(objects);
   ASSERT_EQ(objects.setPropertyData(first, kMute, 1), platform::noErr);
@@ -127,7 +127,7 @@ TEST_P(PulseAudioObjectsTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
 
 TEST_P(PulseAudioObjectsTest, WithoutADeviceTheDefaultIsAbsentUnlessTheServerOffersADummy) {
   SoundServer server = serve({});
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   if (GetParam() == SoundServer::Kind::PipeWire) {
     ASSERT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
@@ -148,7 +148,7 @@ TEST_P(PulseAudioObjectsTest, WithoutADeviceTheDefaultIsAbsentUnlessTheServerOff
 
 TEST_P(PulseAudioObjectsTest, WithoutAServerEveryCallSaysSoUntilItsSocketAppears) {
   SoundServer server = serve({"out1"}, SoundServer::Start::Later);
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   bool settable = true;
   std::uint32_t id = 0;
@@ -170,7 +170,7 @@ TEST_P(PulseAudioObjectsTest, WithoutAServerEveryCallSaysSoUntilItsSocketAppears
 
 TEST_P(PulseAudioObjectsTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.stop();
@@ -192,7 +192,7 @@ TEST_P(PulseAudioObjectsTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
 TEST_P(PulseAudioObjectsTest, AServerThatHangsAtOurStartDelaysNothingButOneCall) {
   SoundServer server = serve();
   server.stop();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   EXPECT_THAT(warnings(), IsEmpty()) << "starting does not wait";
   for (int time = 0; time < 1000; ++time) {
@@ -205,7 +205,7 @@ TEST_P(PulseAudioObjectsTest, AServerThatHangsAtOurStartDelaysNothingButOneCall)
 
 TEST_P(PulseAudioObjectsTest, AKilledServerIsMetAgainWithNewIds) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.kill();
@@ -222,7 +222,7 @@ TEST_P(PulseAudioObjectsTest, AKilledServerIsMetAgainWithNewIds) {
 
 TEST_P(PulseAudioObjectsTest, AServerThatDiesWhileACallWaitsEndsTheWait) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.stop();
@@ -241,7 +241,7 @@ INSTANTIATE_TEST_SUITE_P(OnPipeWire, PipeWireEngineTest,
 // The front still answers questions from its own memory, so that the sign of life does not tell.
 TEST_P(PipeWireEngineTest, AHungEngineBehindALivingFrontIsNotToldLateEither) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   PulseAudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
   server.stopEngine();

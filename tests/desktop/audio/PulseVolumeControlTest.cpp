@@ -43,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseVolumeControlTest,
 TEST_P(PulseVolumeControlTest, AMuteAndItsEndLeaveTheChannelsAlone) {
   SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   VolumeControl& volume = sound.volume();
   const struct {
     const char* left;
@@ -71,7 +71,7 @@ TEST_P(PulseVolumeControlTest, AMuteAndItsEndLeaveTheChannelsAlone) {
 TEST_P(PulseVolumeControlTest, AnotherLevelIsReadAsItWasSetAndKeepsTheBalance) {
   SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   VolumeControl& volume = sound.volume();
   turn(server, "mic", "30%", "60%");
   ASSERT_TRUE(soon([&] { return level(volume) == 60; }));
@@ -92,7 +92,7 @@ TEST_P(PulseVolumeControlTest, AnotherLevelIsReadAsItWasSetAndKeepsTheBalance) {
 TEST_P(PulseVolumeControlTest, WhatOthersDoIsFollowed) {
   SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   VolumeControl& volume = sound.volume();
   turn(server, "mic", "35%", "35%");
   ASSERT_TRUE(soon([&] { return level(volume) == 35; }));
@@ -113,7 +113,7 @@ TEST_P(PulseVolumeControlTest, WhatOthersDoIsFollowed) {
 
 TEST_P(PulseVolumeControlTest, WhatTheSpeakersPlayIsNoMicrophone) {
   SoundServer server = serve();
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   VolumeControl& volume = sound.volume();
   EXPECT_EQ(trouble(volume), VolumeTrouble::NoMicrophone) << "there is none";
   EXPECT_EQ(volume.setInputLevel(0), VolumeTrouble::NoMicrophone);
@@ -131,18 +131,19 @@ TEST_P(PulseVolumeControlTest, WhatTheSpeakersPlayIsNoMicrophone) {
 TEST_P(PulseVolumeControlTest, TheSpeakersAreToldToo) {
   SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   server.pactl({"set-sink-volume", "out1", "40%", "20%"});
   server.pactl({"set-sink-mute", "out1", "1"});
   EXPECT_TRUE(soon([&] {
-    const auto told = std::get<VolumeSettings>(sound.volume().settings());
-    return told.outputLevel == 40 && told.outputMuted == true;
+    const auto told = sound.volume().settings();
+    const auto* settings = std::get_if<VolumeSettings>(&told);
+    return settings != nullptr && settings->outputLevel == 40 && settings->outputMuted == true;
   }));
 }
 
 TEST_P(PulseVolumeControlTest, WithoutAServerThereIsOneLineAndTheTrouble) {
   SoundServer server = serve({"out1"}, SoundServer::Start::Later);
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   EXPECT_EQ(trouble(sound.volume()), VolumeTrouble::NoServer);
   EXPECT_EQ(sound.volume().setInputLevel(40), VolumeTrouble::NoServer);
   EXPECT_THAT(warnings(), ElementsAre(HasSubstr("no sound server")));
@@ -154,7 +155,7 @@ TEST_P(PulseVolumeControlTest, WithoutAServerThereIsOneLineAndTheTrouble) {
 TEST_P(PulseVolumeControlTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
   SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound;
+  PulseSound sound{kLongestWait};
   VolumeControl& volume = sound.volume();
   ASSERT_TRUE(soon([&] { return level(volume) == 100; }));
   server.stop();

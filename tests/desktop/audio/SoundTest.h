@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <chrono>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -52,6 +53,9 @@ class SoundTest : public testing::TestWithParam<harness::SoundServerKind> {
     qunsetenv("PULSE_SERVER");
     qunsetenv("DISPLAY");
   }
+
+  /// Of a server that is well, also on a machine with much else to do.
+  static constexpr std::chrono::seconds kLongestWait{2};
 
   [[nodiscard]] harness::SoundServer serve(
       std::vector<std::string> sinks = {"out1"},

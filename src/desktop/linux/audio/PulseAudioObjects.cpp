@@ -33,13 +33,13 @@ OSStatus statusFor(PulseServer::Answer answer) {
 
 bool PulseAudioObjects::hasProperty(AudioObjectID object,
                                     const AudioObjectPropertyAddress& address) const {
-  return look(object, address, PulseServer::deadlineFromNow()).status == platform::noErr;
+  return look(object, address, server_.deadlineFromNow()).status == platform::noErr;
 }
 
 OSStatus PulseAudioObjects::isPropertySettable(AudioObjectID object,
                                                const AudioObjectPropertyAddress& address,
                                                bool& settable) const {
-  const Property property = look(object, address, PulseServer::deadlineFromNow());
+  const Property property = look(object, address, server_.deadlineFromNow());
   if (property.status == platform::noErr) settable = property.settable;
   return property.status;
 }
@@ -47,7 +47,7 @@ OSStatus PulseAudioObjects::isPropertySettable(AudioObjectID object,
 OSStatus PulseAudioObjects::propertyData(AudioObjectID object,
                                          const AudioObjectPropertyAddress& address,
                                          std::uint32_t& value) const {
-  const Property property = look(object, address, PulseServer::deadlineFromNow());
+  const Property property = look(object, address, server_.deadlineFromNow());
   if (property.status == platform::noErr) value = property.value;
   return property.status;
 }
@@ -55,7 +55,7 @@ OSStatus PulseAudioObjects::propertyData(AudioObjectID object,
 OSStatus PulseAudioObjects::setPropertyData(AudioObjectID object,
                                             const AudioObjectPropertyAddress& address,
                                             std::uint32_t value) {
-  const PulseServer::Deadline deadline = PulseServer::deadlineFromNow();
+  const PulseServer::Deadline deadline = server_.deadlineFromNow();
   const Property property = look(object, address, deadline);
   if (property.status != platform::noErr) return property.status;
   if (!property.settable) return platform::kAudioHardwareIllegalOperationError;

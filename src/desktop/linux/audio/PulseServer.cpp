@@ -54,8 +54,9 @@ PulseServer::Answer answerFor(int error) {
 
 }  // namespace
 
-PulseServer::PulseServer(Callbacks callbacks)
+PulseServer::PulseServer(Callbacks callbacks, std::chrono::milliseconds longestWait)
     : callbacks_(std::move(callbacks)),
+      longestWait_(longestWait),
       connection_(loop_, {.ready = [this](pa_context& context) { mirror_.follow(context); },
                           .lost = [this](int error) { lost(error); }}),
       mirror_({.complete = [this] { copyComplete(); },

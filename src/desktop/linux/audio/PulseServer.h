@@ -32,14 +32,17 @@ class PulseServer {
     std::function<void()> down;
   };
 
-  explicit PulseServer(Callbacks callbacks);
+  /// The longest that an operation of the program waits.
+  static constexpr std::chrono::milliseconds kLongestWait{500};
+
+  PulseServer(Callbacks callbacks, std::chrono::milliseconds longestWait);
   ~PulseServer() { loop_.stop(); }
   PulseServer(const PulseServer&) = delete;
   PulseServer& operator=(const PulseServer&) = delete;
 
-  /// The longest that any operation of the program waits, from now on.
-  [[nodiscard]] static Deadline deadlineFromNow() {
-    return std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+  /// The longest wait, from now on.
+  [[nodiscard]] Deadline deadlineFromNow() const {
+    return std::chrono::steady_clock::now() + longestWait_;
   }
 
   /// Starts to connect, if not connected, and returns at once.
@@ -97,6 +100,7 @@ class PulseServer {
   void report(Trouble trouble, const std::string& text);
 
   Callbacks callbacks_;
+  std::chrono::milliseconds longestWait_;
   PulseLoop loop_;
   PulseConnection connection_;
   PulseMirror mirror_;

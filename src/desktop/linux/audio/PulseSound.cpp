@@ -12,11 +12,12 @@ void post(SocketWatch& watch, void (SocketWatch::*operation)()) {
 
 }  // namespace
 
-PulseSound::PulseSound()
+PulseSound::PulseSound(std::chrono::milliseconds longestWait)
     : watch_([this] { server_.connect(); }),
       server_({.attempting = [this] { watch_.attempting(); },
                .up = [this] { post(watch_, &SocketWatch::stop); },
-               .down = [this] { post(watch_, &SocketWatch::start); }}) {
+               .down = [this] { post(watch_, &SocketWatch::start); }},
+              longestWait) {
   server_.connect();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include "desktop/linux/audio/PulseAudioObjects.h"
 #include "desktop/linux/audio/PulseServer.h"
 #include "desktop/linux/audio/PulseVolumeControl.h"
@@ -13,8 +15,9 @@ namespace linux_desktop {
 /// Needs a QCoreApplication for the watch on the socket. Main thread.
 class PulseSound {
  public:
-  /// Starts to connect and returns at once.
-  PulseSound();
+  /// Starts to connect and returns at once. Another wait than the program's is for machines so busy
+  /// that a server which is well looks hung.
+  explicit PulseSound(std::chrono::milliseconds longestWait = PulseServer::kLongestWait);
 
   [[nodiscard]] PulseAudioObjects& objects() { return objects_; }
   [[nodiscard]] VolumeControl& volume() { return volume_; }

@@ -34,7 +34,7 @@ std::optional<VolumeTrouble> troubleIn(PulseServer::Answer answer) {
 }  // namespace
 
 std::variant<VolumeSettings, VolumeTrouble> PulseVolumeControl::settings() {
-  if (!server_.reachable(PulseServer::deadlineFromNow())) return VolumeTrouble::NoServer;
+  if (!server_.reachable(server_.deadlineFromNow())) return VolumeTrouble::NoServer;
   const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
   if (!source) return VolumeTrouble::NoMicrophone;
   VolumeSettings settings{.inputLevel = source->muted ? 0 : levelOf(source->volume)};
@@ -46,7 +46,7 @@ std::variant<VolumeSettings, VolumeTrouble> PulseVolumeControl::settings() {
 }
 
 std::optional<VolumeTrouble> PulseVolumeControl::setInputLevel(int level) {
-  const PulseServer::Deadline deadline = PulseServer::deadlineFromNow();
+  const PulseServer::Deadline deadline = server_.deadlineFromNow();
   if (!server_.reachable(deadline)) return VolumeTrouble::NoServer;
   const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
   if (!source) return VolumeTrouble::NoMicrophone;
