@@ -18,6 +18,7 @@
 #include "desktop/linux/notifications/DaemonNotifier.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
 #include "desktop/linux/process/BusName.h"
+#include "desktop/linux/process/LivingSessionBus.h"
 #include "desktop/linux/process/ProcessLog.h"
 #include "desktop/linux/process/StandardOutputStream.h"
 #include "desktop/linux/process/TerminationSignals.h"
@@ -94,6 +95,7 @@ std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, c
               qgetenv("DISPLAY").data());
     return 1;
   }
+  leaveOutHungSessionBus();
   auto process = std::make_unique<Process>(argc, argv);
   switch (process->session.claim()) {
     case SingleInstance::Claim::HandedOver:

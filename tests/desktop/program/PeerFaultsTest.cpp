@@ -45,7 +45,7 @@ TEST_P(PanelFaultsTest, APanelThatIsKilledAndStartedAgainShowsTheIconAgain) {
   const harness::Image on = program.iconImage();
   program.desk().panel().kill();
   program.desk().startPanel(GetParam());
-  EXPECT_EQ(program.iconImage(), on);
+  ASSERT_TRUE(program.desk().until([&] { return program.iconImage() == on; }));
   program.desk().input().key("Escape");
   ASSERT_TRUE(program.closes());
   ASSERT_TRUE(program.clickIcon());
@@ -117,23 +117,6 @@ TEST_P(SoundFaultsTest, AfterAFailureInTheModeTheSwitchesMuteAndUnmuteAgain) {
   EXPECT_TRUE(program.sinkMuted(true));
   ASSERT_TRUE(program.clickSwitch("Presentation mode"));
   EXPECT_TRUE(program.sinkMuted(false));
-  EXPECT_TRUE(program.program().running());
-}
-
-// --- Session bus ---
-
-TEST(SessionBusFaultTest, WithoutTheBusTheOpenPanelGoesOn) {
-  ProgramDesk program(deskWith(Panel::Tint2, SoundServerKind::PulseAudio));
-  ASSERT_TRUE(program.start());
-  const harness::AccessibilityClient reader(program.desk());
-  const auto speaker = reader.await("Speaker");
-  const auto master = reader.await("Presentation mode");
-  ASSERT_TRUE(speaker && master);
-  program.desk().bus().process().kill();
-  const harness::Input& input = program.desk().input();
-  input.click(speaker->area.centreX(), speaker->area.centreY());
-  input.click(master->area.centreX(), master->area.centreY());
-  EXPECT_TRUE(program.sinkMuted(true));
   EXPECT_TRUE(program.program().running());
 }
 

@@ -121,7 +121,7 @@ class PackageKitUpdatesTest : public testing::Test {
   std::optional<PackageKitStandIn> packageKit{std::in_place, systemBus(), "stand-in"};
   Alerts alerts;
   Notes notes;
-  PackageKitUpdates updates{alerts, notes, {.user = 300ms, .background = 300ms}};
+  PackageKitUpdates updates{alerts, notes, {.user = 2s, .background = 2s}};
 };
 
 TEST_F(PackageKitUpdatesTest, TheUserHearsOfANewerVersionOfThisPackageAlone) {

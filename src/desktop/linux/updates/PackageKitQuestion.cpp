@@ -27,7 +27,7 @@ constexpr uint kInfoMask = 0xffff;
 
 PackageKitQuestion::PackageKitQuestion(QString package, Manner manner,
                                        std::chrono::milliseconds patience, Answered answered)
-    : probe_([this](bool answers) { takeBus(answers); }),
+    : probe_(BusProbe::Bus::System, [this](bool answers) { takeBus(answers); }),
       package_(std::move(package)),
       manner_(manner),
       answered_(std::move(answered)) {

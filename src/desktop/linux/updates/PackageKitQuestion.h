@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "desktop/linux/updates/SystemBusProbe.h"
+#include "desktop/linux/bus/BusProbe.h"
 
 namespace linux_desktop {
 
@@ -58,7 +58,7 @@ class PackageKitQuestion final : public QObject {
   [[nodiscard]] QDBusMessage toTransaction(const QString& method) const;
   void finish(UpdateAnswer answer);
 
-  SystemBusProbe probe_;
+  BusProbe probe_;
   QDBusConnection bus_{QString()};  // none yet
   QString package_;
   Manner manner_;

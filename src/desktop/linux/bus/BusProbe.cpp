@@ -1,0 +1,81 @@
+// GIO first: it has a member that is called as one of Qt's keywords.
+#include <gio/gio.h>
+
+#include <future>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "desktop/linux/bus/BusProbe.h"
+
+namespace linux_desktop {
+namespace {
+
+constexpr auto kAsAnyClient = static_cast<GDBusConnectionFlags>(
+    G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+
+std::string addressOf(BusProbe::Bus bus) {
+  const GBusType type = bus == BusProbe::Bus::Session ? G_BUS_TYPE_SESSION : G_BUS_TYPE_SYSTEM;
+  gchar* found = g_dbus_address_get_for_bus_sync(type, nullptr, nullptr);
+  // GLib ends the process over an address that is none at all.
+  std::string address = found == nullptr ? "nowhere:" : found;
+  g_free(found);
+  return address;
+}
+
+/// A thread of GLib's that has nothing to do would wake a quarter of a minute later, only to end.
+void keepIdleThreadsAsleep() {
+  g_thread_pool_set_max_idle_time(0);
+}
+
+}  // namespace
+
+struct BusProbe::Attempt {
+  explicit Attempt(std::function<void(bool)> whoHears) : heard(std::move(whoHears)) {}
+  ~Attempt() {
+    g_cancellable_cancel(cancellable);
+    g_object_unref(cancellable);
+  }
+  Attempt(const Attempt&) = delete;
+  Attempt& operator=(const Attempt&) = delete;
+
+  static void finished(GObject* /*source*/, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<std::weak_ptr<Attempt>> attempt(
+        static_cast<std::weak_ptr<Attempt>*>(data));
+    GDBusConnection* connection = g_dbus_connection_new_for_address_finish(result, nullptr);
+    if (connection != nullptr) g_object_unref(connection);
+    if (const auto living = attempt->lock()) living->heard(connection != nullptr);
+  }
+
+  std::function<void(bool)> heard;
+  GCancellable* cancellable = g_cancellable_new();
+};
+
+BusProbe::BusProbe(Bus bus, std::function<void(bool answers)> heard)
+    : attempt_(std::make_shared<Attempt>(std::move(heard))) {
+  keepIdleThreadsAsleep();
+  g_dbus_connection_new_for_address(addressOf(bus).c_str(), kAsAnyClient, nullptr,
+                                    attempt_->cancellable, &Attempt::finished,
+                                    new std::weak_ptr<Attempt>(attempt_));
+}
+
+BusProbe::~BusProbe() = default;
+
+bool BusProbe::hangs(Bus bus, std::chrono::milliseconds patience) {
+  keepIdleThreadsAsleep();
+  const std::shared_ptr<GCancellable> limit(g_cancellable_new(), g_object_unref);
+  std::promise<void> done;
+  const std::future<void> heard = done.get_future();
+  // The thread is left behind, so it owns what it uses.
+  std::thread([bus, limit, promise = std::move(done)]() mutable {
+    GDBusConnection* connection = g_dbus_connection_new_for_address_sync(
+        addressOf(bus).c_str(), kAsAnyClient, nullptr, limit.get(), nullptr);
+    if (connection != nullptr) g_object_unref(connection);
+    promise.set_value();
+  }).detach();
+  const bool hangs = heard.wait_for(patience) == std::future_status::timeout;
+  g_cancellable_cancel(limit.get());
+  return hangs;
+}
+
+}  // namespace linux_desktop
