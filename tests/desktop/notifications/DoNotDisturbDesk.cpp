@@ -1,7 +1,5 @@
 #include "DoNotDisturbDesk.h"
 
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -76,12 +74,4 @@ void DoNotDisturbDesk::switchByHand(NotificationDaemon kind, bool on) const {
   std::vector<std::string> command = writer(kind);
   command.push_back(value);
   if (!desk_.run(command).succeeded()) throw std::runtime_error("cannot run " + command.front());
-}
-
-void DoNotDisturbDesk::offerDunst() {
-  std::ofstream(desk_.home().runtime() / "bus-services/notifications.service")
-      << "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/usr/bin/dunst\n";
-  if (!desk_.bus().call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig", {})) {
-    throw std::runtime_error("the bus does not read its services again");
-  }
 }

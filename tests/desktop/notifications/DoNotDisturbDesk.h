@@ -18,7 +18,7 @@ class DoNotDisturbDesk {
   void startProbe();
   [[nodiscard]] harness::Process& probe() { return *probe_; }
   /// Runs the script and returns when it has ended. False when the probe has not come back after
-  /// two seconds.
+  /// ten seconds, twenty times what it may wait.
   [[nodiscard]] bool turn(const std::string& onOrOff);
   /// The same with a script that only reads the state, for which it waits until the probe knows the
   /// daemon and has told it all that it is to be told.
@@ -36,9 +36,6 @@ class DoNotDisturbDesk {
   [[nodiscard]] std::optional<bool> isOn(harness::NotificationDaemon kind) const;
   [[nodiscard]] bool becomes(harness::NotificationDaemon kind, bool on) const;
   void switchByHand(harness::NotificationDaemon kind, bool on) const;
-
-  /// The bus may start dunst from now on, once somebody asks for it.
-  void offerDunst();
 
  private:
   harness::XDesk desk_;

@@ -8,6 +8,14 @@ namespace {
 
 using harness::NotificationDaemon;
 
+constexpr const char* kNotifications = "org.freedesktop.Notifications";
+
+std::string nameOf(const ::testing::TestParamInfo<NotificationDaemon>& daemon) {
+  std::string name = harness::program(daemon.param).name;
+  std::erase(name, '-');
+  return name;
+}
+
 class EveryDaemon : public ::testing::TestWithParam<NotificationDaemon> {};
 
 TEST_P(EveryDaemon, IsSilencedByTheScriptAndByNothingElse) {
@@ -42,11 +50,46 @@ INSTANTIATE_TEST_SUITE_P(, EveryDaemon,
                          ::testing::Values(NotificationDaemon::XfceNotifyd,
                                            NotificationDaemon::Dunst, NotificationDaemon::Mate,
                                            NotificationDaemon::Lxqt),
-                         [](const auto& parameter) {
-                           std::string name = harness::program(parameter.param).name;
-                           std::erase(name, '-');
-                           return name;
-                         });
+                         nameOf);
+
+/// Whose switch is still there when they do not run.
+class SettingsOfADaemon : public EveryDaemon {};
+
+TEST_P(SettingsOfADaemon, AreSwitchedAlsoWhenItHasEnded) {
+  DoNotDisturbDesk desk({.notifications = GetParam()});
+  desk.startProbe();
+  ASSERT_TRUE(desk.turn("on"));
+  EXPECT_TRUE(desk.becomes(GetParam(), true));
+  desk.desk().startNotifications(NotificationDaemon::None);
+  ASSERT_TRUE(desk.desk().until([&] { return !desk.desk().bus().hasOwner(kNotifications); }));
+  for (const bool on : {false, true, false}) {
+    ASSERT_TRUE(desk.turn(on ? "on" : "off"));
+    EXPECT_TRUE(desk.becomes(GetParam(), on));
+  }
+  desk.quitProbe();
+  EXPECT_EQ(desk.scriptErrors(), "");
+  EXPECT_EQ(desk.complaints(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(, SettingsOfADaemon,
+                         ::testing::Values(NotificationDaemon::XfceNotifyd,
+                                           NotificationDaemon::Mate, NotificationDaemon::Lxqt),
+                         nameOf);
+
+TEST(MateTest, IsSilencedBeforeItsFirstNotification) {
+  DoNotDisturbDesk desk({.environment = {{"XDG_CURRENT_DESKTOP", "MATE"}}});
+  constexpr NotificationDaemon kMate = NotificationDaemon::Mate;
+  desk.desk().bus().offer(kNotifications, harness::program(kMate).argv.front());
+  desk.startProbe();
+  for (const bool on : {true, false}) {
+    ASSERT_TRUE(desk.turn(on ? "on" : "off"));
+    EXPECT_TRUE(desk.becomes(kMate, on));
+  }
+  EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
+  desk.quitProbe();
+  EXPECT_EQ(desk.scriptErrors(), "");
+  EXPECT_EQ(desk.complaints(), 0);
+}
 
 class DunstTest : public ::testing::Test {
  protected:
@@ -67,11 +110,10 @@ TEST_F(DunstTest, IsSilencedAgainAfterARestart) {
 
 TEST_F(DunstTest, IsSilencedWhenItStartsAtLast) {
   DoNotDisturbDesk desk({});
-  desk.offerDunst();
+  desk.desk().bus().offer(kNotifications, "/usr/bin/dunst");
   desk.startProbe();
   ASSERT_TRUE(desk.turn("on"));
-  EXPECT_FALSE(desk.desk().bus().hasOwner("org.freedesktop.Notifications"))
-      << "silence starts nothing";
+  EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
   EXPECT_TRUE(desk.becomes(kDunst, true)) << "dunstctl has it started";
   desk.quitProbe();
   EXPECT_EQ(desk.scriptErrors(), "");

@@ -1,5 +1,6 @@
 #include "desktop/linux/notifications/DaemonDoNotDisturb.h"
 
+#include <QStringList>
 #include <tuple>
 #include <utility>
 
@@ -34,31 +35,39 @@ bool DaemonDoNotDisturb::isOn() {
 
 bool DaemonDoNotDisturb::set(bool on) {
   wish_ = on;
-  if (adapter_) return adapter_->set(on);
-  wishIsOwed_ = true;
-  return obstacle().isEmpty();
+  wishIsOwed_ = !adapter_;
+  return adapter_ ? adapter_->set(on) : obstacle().isEmpty();
 }
 
 QString DaemonDoNotDisturb::obstacle() const {
   if (!daemon_.hasBus()) return "there is no session bus";
   if (daemon_.state() == NotificationDaemon::State::Known) return whyNoAdapter_;
-  const bool nobody = daemon_.state() == NotificationDaemon::State::None;
+  const bool nobody = daemon_.state() == NotificationDaemon::State::None && !adapter_;
   return nobody && !daemon_.canBeStarted() ? "nothing shows notifications here" : QString();
 }
 
 void DaemonDoNotDisturb::followDaemon() {
   // Nobody may have told us that it was switched off since.
   if (adapter_) wish_ = wish_ && adapter_->isOn().value_or(true);
-  adapter_.reset();
   whyNoAdapter_.clear();
   complained_ = false;
-  if (daemon_.state() != NotificationDaemon::State::Known) return;
+  if (daemon_.state() != NotificationDaemon::State::Known) return followNobody();
+  adapter_.reset();
   auto found = adapterFor(daemon_.identity(), daemon_.bus());
   if (auto* adapter = std::get_if<std::unique_ptr<DoNotDisturbAdapter>>(&found)) {
     follow(std::move(*adapter));
   } else {
     whyNoAdapter_ = std::get<QString>(found);
   }
+}
+
+void DaemonDoNotDisturb::followNobody() {
+  if (adapter_ && !adapter_->outlivesDaemon()) adapter_.reset();
+  const bool nobody = daemon_.state() == NotificationDaemon::State::None;
+  if (adapter_ || !nobody || !daemon_.canBeStarted()) return;
+  const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
+  if (auto adapter = adapterForDaemonOf(desktops, daemon_.identity(), daemon_.bus()))
+    follow(std::move(adapter));
 }
 
 void DaemonDoNotDisturb::follow(std::unique_ptr<DoNotDisturbAdapter> adapter) {

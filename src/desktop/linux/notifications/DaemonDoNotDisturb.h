@@ -12,7 +12,8 @@ namespace linux_desktop {
 
 /// Do Not Disturb of whatever shows notifications at the time. While nothing does but something can
 /// be started, or while it has not said yet who it is, the wish is kept and carried out when it
-/// appears. A wish for quiet also is when it is restarted, until anybody switches it off.
+/// appears; a switch that needs no running daemon is turned at once all the same. A wish for quiet
+/// also is when it is restarted, until anybody switches it off.
 class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
   Q_OBJECT
 
@@ -26,6 +27,7 @@ class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
 
  private:
   void followDaemon();
+  void followNobody();
   void follow(std::unique_ptr<DoNotDisturbAdapter> adapter);
   [[nodiscard]] QString obstacle() const;
 

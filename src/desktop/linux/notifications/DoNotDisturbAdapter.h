@@ -4,9 +4,9 @@
 
 namespace linux_desktop {
 
-/// Do Not Disturb of one running notification daemon. Made when the daemon has said who it is,
-/// dropped when it goes. What was switched on stays on when an adapter is dropped, unless the
-/// adapter's own header says otherwise. Main thread only.
+/// Do Not Disturb of one notification daemon. Made when the daemon has said who it is, dropped when
+/// it goes, unless the switch is still there then. What was switched on stays on when an adapter is
+/// dropped, unless the adapter's own header says otherwise. Main thread only.
 class DoNotDisturbAdapter {
  public:
   DoNotDisturbAdapter() = default;
@@ -20,6 +20,9 @@ class DoNotDisturbAdapter {
   /// Returns at once. False when it is refused already, after one line; when the daemon refuses it
   /// later that is one line, too, and the state is asked for again.
   [[nodiscard]] virtual bool set(bool on) = 0;
+  /// Whether the switch can be turned while the daemon does not run, which finds it so when it
+  /// starts: some end whenever they have nothing to show.
+  [[nodiscard]] virtual bool outlivesDaemon() const { return false; }
   /// Waits for the first answer, as long as the daemon's identity allows.
   virtual void settle() {}
 };

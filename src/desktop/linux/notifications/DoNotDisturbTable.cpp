@@ -1,5 +1,8 @@
 #include "desktop/linux/notifications/DoNotDisturbTable.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "desktop/linux/notifications/DunstDoNotDisturb.h"
 #include "desktop/linux/notifications/InhibitionDoNotDisturb.h"
 #include "desktop/linux/notifications/LxqtDoNotDisturb.h"
@@ -30,18 +33,20 @@ struct AdapterRow {
   const char* name;
   const char* vendor;
   const char* capability;
+  /// The desktop whose daemon it is, where the switch outlives the daemon.
+  const char* desktop;
   /// Null where what the adapter needs is not there.
   AdapterPtr (*make)(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
 };
 
 // In order of preference.
 constexpr AdapterRow kAdapters[] = {
-    {"Xfce Notify Daemon", "Xfce", nullptr, &onBus<XfceDoNotDisturb>},
-    {"dunst", "knopwob", nullptr, &onBus<DunstDoNotDisturb>},
-    {"Notification Daemon", "MATE", nullptr, &mate},
-    {"lxqt-notificationd", "lxqt.org", nullptr, &lxqt},
-    {"Plasma", "KDE", nullptr, &onBus<InhibitionDoNotDisturb>},
-    {nullptr, nullptr, "inhibitions", &onBus<InhibitionDoNotDisturb>},
+    {"Xfce Notify Daemon", "Xfce", nullptr, "XFCE", &onBus<XfceDoNotDisturb>},
+    {"dunst", "knopwob", nullptr, nullptr, &onBus<DunstDoNotDisturb>},
+    {"Notification Daemon", "MATE", nullptr, "MATE", &mate},
+    {"lxqt-notificationd", "lxqt.org", nullptr, "LXQt", &lxqt},
+    {"Plasma", "KDE", nullptr, nullptr, &onBus<InhibitionDoNotDisturb>},
+    {nullptr, nullptr, "inhibitions", nullptr, &onBus<InhibitionDoNotDisturb>},
 };
 
 bool describes(const AdapterRow& row, const NotificationDaemonIdentity& daemon) {
@@ -64,6 +69,14 @@ std::variant<AdapterPtr, QString> adapterFor(const NotificationDaemonIdentity& d
     return "the settings of " + described(daemon) + " cannot be reached";
   }
   return described(daemon) + " shows notifications and has no Do Not Disturb that can be switched";
+}
+
+AdapterPtr adapterForDaemonOf(const QStringList& desktops, const NotificationDaemonIdentity& nobody,
+                              const QDBusConnection& bus) {
+  const auto* row = std::ranges::find_if(kAdapters, [&](const AdapterRow& each) {
+    return each.desktop != nullptr && desktops.contains(QLatin1String(each.desktop));
+  });
+  return row == std::end(kAdapters) ? nullptr : row->make(nobody, bus);
 }
 
 }  // namespace linux_desktop

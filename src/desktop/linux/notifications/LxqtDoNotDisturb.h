@@ -12,6 +12,7 @@ class LxqtDoNotDisturb final : public DoNotDisturbAdapter {
  public:
   [[nodiscard]] std::optional<bool> isOn() override;
   [[nodiscard]] bool set(bool on) override;
+  [[nodiscard]] bool outlivesDaemon() const override { return true; }
 };
 
 /// The settings file `text` with this entry in its section [General], every other byte as it was.

@@ -8,7 +8,9 @@
 
 namespace linux_desktop {
 
-/// MATE's notification daemon: a key of the desktop's settings, which outlasts the daemon and us.
+/// MATE's notification daemon: a key of the desktop's settings, which outlasts us and the daemon.
+/// That one ends when it has had nothing to show for half a minute, and is started by the next
+/// notification.
 class MateDoNotDisturb final : public DoNotDisturbAdapter {
  public:
   /// Null where the key cannot be had; see GuardedSettings.
@@ -18,6 +20,7 @@ class MateDoNotDisturb final : public DoNotDisturbAdapter {
 
   [[nodiscard]] std::optional<bool> isOn() override;
   [[nodiscard]] bool set(bool on) override;
+  [[nodiscard]] bool outlivesDaemon() const override { return true; }
 
  private:
   explicit MateDoNotDisturb(std::unique_ptr<GuardedSettings> settings)

@@ -14,6 +14,7 @@ class XfceDoNotDisturb final : public BusAdapter {
  public:
   XfceDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
   [[nodiscard]] bool set(bool on) override;
+  [[nodiscard]] bool outlivesDaemon() const override { return true; }
 
  protected:
   [[nodiscard]] QDBusMessage stateQuestion() const override;
