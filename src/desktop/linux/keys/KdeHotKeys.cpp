@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMetaType>
+#include <QKeySequence>
 #include <algorithm>
 #include <array>
 
@@ -49,13 +50,18 @@ const QString kComponentInterface = QStringLiteral("org.kde.kglobalaccel.Compone
 
 /// What the service is to do with keys: there they are, whatever was on its settings page before.
 constexpr uint kPresentAsTold = 0x2 | 0x4;
+/// They are what the page's button for defaults goes back to, rather than to none.
+constexpr uint kAsDefault = 0x8;
 
-/// A held key repeats sooner. What comes later is another press: of a very short one the
-/// service may lose the release.
+/// A held key repeats sooner. What comes later is another press: the service tells the release of a
+/// press that was over before it looked only with its next key, and never when presses follow each
+/// other within milliseconds.
 constexpr qlonglong kLongestRepeat = 2000;
 
-QStringList identityOf(const QString& action) {
-  return {kComponent, action, QStringLiteral("Calmdeck"), action};
+/// The last is what people read, on the page and when they give the keys to something else.
+QStringList identityOf(const QString& action, int key) {
+  const QString keys = QKeySequence(key).toString(QKeySequence::NativeText);
+  return {kComponent, action, QStringLiteral("Calmdeck"), QStringLiteral("Shortcut ") + keys};
 }
 
 QVariant keysOf(int key) {
@@ -85,7 +91,7 @@ KdeHotKeys::KdeHotKeys()
 
 KdeHotKeys::~KdeHotKeys() {
   for (const HotKey& hotKey : hotKeys_) {
-    send(QStringLiteral("setInactive"), {identityOf(hotKey.action)});
+    send(QStringLiteral("setInactive"), {identityOf(hotKey.action, hotKey.key)});
   }
 }
 
@@ -107,11 +113,7 @@ std::optional<platform::OSStatus> KdeHotKeys::registerHotKey(platform::port::Hot
   const QString action = QString::fromStdString(combinationName(keyCode, modifiers));
   if (find(kComponent, action) != nullptr) return platform::eventHotKeyExistsErr;
   listen();
-  const QStringList identity = identityOf(action);
-  const std::array calls{
-      call(QStringLiteral("doRegister"), {identity}),
-      call(QStringLiteral("setShortcutKeys"), {identity, keysOf(*key), kPresentAsTold})};
-  const QDBusMessage answer = service_.callAll(calls).back();
+  const QDBusMessage answer = service_.callAll(registration(action, *key)).back();
   if (answer.type() == QDBusMessage::ReplyMessage && holds(answer, *key)) {
     hotKeys_.push_back({number, action, *key});
     return platform::noErr;
@@ -133,10 +135,16 @@ void KdeHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
 void KdeHotKeys::registerAnew() {
   for (HotKey& hotKey : hotKeys_) {
     hotKey.isDown = false;
-    const QStringList identity = identityOf(hotKey.action);
-    send(QStringLiteral("doRegister"), {identity});
-    send(QStringLiteral("setShortcutKeys"), {identity, keysOf(hotKey.key), kPresentAsTold});
+    BusPeer::send(registration(hotKey.action, hotKey.key));
   }
+}
+
+std::array<QDBusMessage, 3> KdeHotKeys::registration(const QString& action, int key) const {
+  const QString setKeys = QStringLiteral("setShortcutKeys");
+  const QStringList identity = identityOf(action, key);
+  return {call(QStringLiteral("doRegister"), {identity}),
+          call(setKeys, {identity, keysOf(key), kAsDefault}),
+          call(setKeys, {identity, keysOf(key), kPresentAsTold})};
 }
 
 QDBusMessage KdeHotKeys::call(const QString& method, const QVariantList& arguments) const {

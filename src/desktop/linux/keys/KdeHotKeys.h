@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -14,7 +15,8 @@
 namespace linux_desktop {
 
 /// Hot keys at the service in which KDE keeps all shortcuts, so that they are seen, and can be
-/// changed, on its settings page. A service that starts anew is told of them again.
+/// changed, on its settings page. Other keys given there count until the hot key is registered
+/// anew, which is when the program starts. A service that starts anew is told of them again.
 class KdeHotKeys final : public QObject {
   Q_OBJECT
 
@@ -41,7 +43,7 @@ class KdeHotKeys final : public QObject {
  private:
   struct HotKey {
     platform::port::HotKeyNumber number;
-    /// Its name on the settings page, and among ours.
+    /// The service's name for it, and ours.
     QString action;
     /// As Qt has it: a key and modifiers.
     int key;
@@ -52,6 +54,8 @@ class KdeHotKeys final : public QObject {
 
   void listen();
   void registerAnew();
+  /// All that the service is told of one; the last answer says whether it got its keys.
+  [[nodiscard]] std::array<QDBusMessage, 3> registration(const QString& action, int key) const;
   void send(const QString& method, const QVariantList& arguments) const;
   [[nodiscard]] QDBusMessage call(const QString& method, const QVariantList& arguments) const;
   [[nodiscard]] HotKey* find(const QString& component, const QString& action);
