@@ -14,7 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-using namespace std::chrono_literals;
 
 constexpr std::uint32_t kRed = 0xc02020;
 constexpr std::uint32_t kGreen = 0x20a040;
@@ -114,7 +113,25 @@ TEST(LxqtWallpaper, AnyFileNameIsShownAndReadBack) {
   }
 }
 
-TEST(LxqtWallpaper, HungDesktopIsRefusedInHalfASecondAndJunkNeverReachesIt) {
+TEST(LxqtWallpaper, HungDesktopIsGivenUpAndWhatItWasToldIsTakenBack) {
+  LxqtDesk lxqt;
+  lxqt.startWith("[Desktop]\nWallpaper=" + lxqt.picture("old.png", kRed) +
+                 "\nWallpaperMode=stretch\n");
+  const std::string before = lxqt.read(kLxqt);
+  lxqt.hold(true);
+  EXPECT_THAT(lxqt.set(kFirst, lxqt.picture("chosen.png", kYellow)), HasSubstr("does not answer"));
+  EXPECT_LT(lxqt.took(), kNotHung);
+  EXPECT_EQ(lxqt.read(kLxqt), before);
+  lxqt.hold(false);
+  // Once it has answered this, which it ignores, it has done what lay before it.
+  ASSERT_TRUE(lxqt.desk().bus().call("org.pcmanfm.PCManFM", "/Application",
+                                     "org.pcmanfm.Application.setWallpaper",
+                                     {"string:/missing.png", "string:"}));
+  EXPECT_TRUE(lxqt.shows(0, kRed));
+  EXPECT_THAT(lxqt.path(kFirst), testing::EndsWith("/old.png"));
+}
+
+TEST(LxqtWallpaper, JunkNeverReachesTheDesktop) {
   LxqtDesk lxqt;
   lxqt.startWith("[Desktop]\nWallpaper=" + lxqt.picture("old.png", kRed) +
                  "\nWallpaperMode=stretch\n");
@@ -122,11 +139,7 @@ TEST(LxqtWallpaper, HungDesktopIsRefusedInHalfASecondAndJunkNeverReachesIt) {
   const std::string junk = lxqt.desk().home().home() / "junk.png";
   std::ofstream(junk) << "no picture";
   EXPECT_THAT(lxqt.set(kFirst, junk), HasSubstr("not a picture"));
-  lxqt.hold(true);
-  EXPECT_THAT(lxqt.set(kFirst, lxqt.picture("chosen.png", kYellow)), HasSubstr("does not answer"));
-  EXPECT_LT(lxqt.took(), 900ms);
   EXPECT_EQ(lxqt.read(kLxqt), before);
-  lxqt.hold(false);
 }
 
 TEST(LxqtWallpaper, ChangesBySomebodyElseAreTold) {
@@ -174,7 +187,6 @@ TEST(LxdeWallpaper, EachMonitorGetsItsOwnStateBack) {
   EXPECT_THAT(old[1], StartsWith("/dev/null/"));
   for (const char* screen : {kFirst, kSecond}) {
     EXPECT_EQ(desktop.set(screen, chosen), kNothing);
-    EXPECT_LT(desktop.took(), 900ms);
   }
   EXPECT_TRUE(desktop.shows(0, kYellow));
   EXPECT_TRUE(desktop.shows(1, kYellow));
@@ -224,7 +236,7 @@ TEST(LxdeWallpaper, SingleMonitorFollowsWithoutANewStart) {
   EXPECT_TRUE(desktop.shows(0, kRed));
 }
 
-TEST(LxdeWallpaper, HungDesktopIsRefusedInHalfASecondAndNothingIsWritten) {
+TEST(LxdeWallpaper, HungDesktopIsGivenUpAndNothingIsWritten) {
   LxdeDesk desktop;
   const std::string before = desktop.settings("fit", desktop.picture("old.png", kRed));
   desktop.startWith({before, before});
@@ -232,7 +244,7 @@ TEST(LxdeWallpaper, HungDesktopIsRefusedInHalfASecondAndNothingIsWritten) {
   desktop.hold(true);
   EXPECT_THAT(desktop.set(kFirst, desktop.picture("chosen.png", kYellow)),
               HasSubstr("does not answer"));
-  EXPECT_LT(desktop.took(), 900ms);
+  EXPECT_LT(desktop.took(), kNotHung);
   EXPECT_EQ(desktop.read(lxde(0)), before);
   desktop.hold(false);
 }

@@ -1,6 +1,7 @@
 // The part of plasmashell that its scripting reaches, for two screens side by side: it answers the
-// scripts that read and write without running them, and prints what each that writes was given. Its
-// argument is the picture on the second screen; the first one has a colour.
+// scripts that read and write without running them, and prints "read" or what the one that writes
+// was given. Its argument is the picture on the second screen; the first one has a colour. No
+// screen takes a picture whose path has "refused" in it.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -28,7 +29,9 @@ class Shell final : public QDBusVirtualObject {
   QString evaluate(const QString& script) {
     static const QRegularExpression wanted(QStringLiteral("const wanted = (\\{.*\\});"));
     const QRegularExpressionMatch match = wanted.match(script);
-    return match.hasMatch() ? write(match.captured(1).toUtf8()) : read();
+    if (match.hasMatch()) return write(match.captured(1).toUtf8());
+    say("read");
+    return read();
   }
 
   struct Screen {
@@ -54,15 +57,19 @@ class Shell final : public QDBusVirtualObject {
     return QString::fromUtf8(lines + "OK\n");
   }
 
-  QString write(const QByteArray& wanted) {
-    std::puts(wanted.constData());
+  static void say(const char* line) {
+    std::puts(line);
     std::fflush(stdout);
+  }
+
+  QString write(const QByteArray& wanted) {
+    say(wanted.constData());
     const QJsonObject object = QJsonDocument::fromJson(wanted).object();
     for (Screen& screen : screens_) {
-      if (screen.id != object["id"].toInt()) continue;
+      if (screen.id != object["id"].toInt() || wanted.contains("refused")) continue;
       screen.plugin = object["plugin"].toString();
       screen.image = object["image"].toString();
-      return QStringLiteral("OK\n");
+      return QStringLiteral("SET\n") + read();
     }
     return {};  // as after an exception
   }

@@ -1,15 +1,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "desktop/wallpaper/WallpaperDesk.h"
 
 namespace wallpaper_test {
 namespace {
 
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
-using namespace std::chrono_literals;
 
 class PlasmaDesk : public WallpaperDesk {
  public:
@@ -20,10 +22,31 @@ class PlasmaDesk : public WallpaperDesk {
   [[nodiscard]] harness::Process& shell() { return *shell_; }
   /// What the next script that writes was given.
   [[nodiscard]] std::string written() { return shell_->waitForLine("^\\{").value_or("nothing"); }
+  /// How many scripts have read, and how many have written.
+  [[nodiscard]] std::pair<int, int> scripts() {
+    std::istringstream lines(shell_->output());
+    std::pair<int, int> count;
+    for (std::string line; std::getline(lines, line);) {
+      if (line == "read") ++count.first;
+      if (line.starts_with('{')) ++count.second;
+    }
+    return count;
+  }
+  /// As the user's own settings would, up to where the shell notes it in its file.
+  void changeByAnother(const std::string& file) {
+    const std::string wanted = R"({"id":9,"plugin":"org.kde.image","image":"file://)" + file;
+    EXPECT_TRUE(desk().bus().call("org.kde.plasmashell", "/PlasmaShell",
+                                  "org.kde.PlasmaShell.evaluateScript",
+                                  {"string:const wanted = " + wanted + "\"};"}));
+  }
+  void noteInFile() {
+    desk().home().writeConfig("plasma-org.kde.plasma.desktop-appletsrc", std::to_string(++notes_));
+  }
 
  private:
   std::unique_ptr<harness::Process> shell_ =
       desk().start({PLASMA_STAND_IN, picture("old.png", 0xc02020)});
+  int notes_ = 0;
 };
 
 TEST(PlasmaWallpaper, EachScreenIsSetAndPutBackByItsPlace) {
@@ -50,15 +73,62 @@ TEST(PlasmaWallpaper, EachScreenIsSetAndPutBackByItsPlace) {
             R"({"id":9,"image":"file://)" + picture + R"(","plugin":"org.kde.image"})");
 }
 
-TEST(PlasmaWallpaper, FrozenShellCostsHalfASecondOnce) {
+TEST(PlasmaWallpaper, OneReadingServesATurnAndNoLonger) {
+  PlasmaDesk plasma;
+  const std::string chosen = plasma.picture("chosen.png", 0xe0c020);
+  const std::string refused = plasma.picture("refused.png", 0xe0c020);
+  const std::vector<std::string> answers = plasma.askTogether({{"path", kFirst},
+                                                               {"path", kSecond},
+                                                               {"set", kFirst, chosen},
+                                                               {"set", kSecond, chosen},
+                                                               {"path", kFirst},
+                                                               {"path", kSecond}});
+  EXPECT_THAT(answers, ElementsAre(StartsWith("/dev/null/"), EndsWith("/old.png"), kNothing,
+                                   kNothing, chosen, chosen));
+  EXPECT_TRUE(plasma.desk().until([&] { return plasma.scripts() == std::pair(1, 2); }));
+  // An order that comes at once may find the turn not over yet.
+  EXPECT_TRUE(plasma.desk().until(
+      [&] { return plasma.path(kFirst) == chosen && plasma.scripts().first > 1; }));
+
+  EXPECT_THAT(
+      plasma.askTogether({{"set", kFirst, refused},
+                          {"path", kFirst},
+                          {"set", kSecond, plasma.picture("other.png", 0x2040c0)},
+                          {"path", kSecond},
+                          {"path", kFirst}}),
+      ElementsAre(HasSubstr("does not take"), chosen, kNothing, EndsWith("/other.png"), chosen));
+}
+
+TEST(PlasmaWallpaper, ChangeByAnotherIsToldEvenIfItWasReadBefore) {
+  PlasmaDesk plasma;
+  ASSERT_NE(plasma.path(kSecond), kNothing);
+  EXPECT_EQ(plasma.ask({"watch"}), "watching");
+  const auto isTold = [&](const char* changes) {
+    return plasma.desk().until([&] { return plasma.ask({"changes"}) == changes; });
+  };
+  const std::string chosen = plasma.picture("chosen.png", 0xe0c020);
+  plasma.changeByAnother(chosen);
+  EXPECT_EQ(plasma.path(kSecond), chosen);
+  plasma.noteInFile();
+  EXPECT_TRUE(isTold("1"));
+
+  EXPECT_EQ(plasma.set(kSecond, plasma.picture("ours.png", 0x2040c0)), kNothing);
+  EXPECT_TRUE(isTold("2")) << "our own";
+  plasma.noteInFile();
+  plasma.changeByAnother(chosen);
+  plasma.noteInFile();
+  EXPECT_TRUE(isTold("3")) << plasma.ask({"changes"});
+}
+
+TEST(PlasmaWallpaper, FrozenShellIsWaitedForOnce) {
   PlasmaDesk plasma;
   ASSERT_NE(plasma.path(kFirst), kNothing);
   plasma.shell().freeze();
   EXPECT_EQ(plasma.path(kFirst), kNothing);
-  EXPECT_LT(plasma.took(), 800ms);
-  EXPECT_THAT(plasma.set(kSecond, plasma.picture("chosen.png", 0xe0c020)),
-              HasSubstr("does not answer"));
-  EXPECT_LT(plasma.took(), 200ms);
+  EXPECT_LT(plasma.took(), kNotHung);
+  const std::string chosen = plasma.picture("chosen.png", 0xe0c020);
+  EXPECT_THAT(plasma.set(kSecond, chosen), HasSubstr("does not answer"));
+  EXPECT_TRUE(plasma.isAnsweredAtOnce({"set", kSecond, chosen}));
   plasma.shell().thaw();
   EXPECT_TRUE(plasma.desk().until([&] { return plasma.path(kFirst) != kNothing; }));
 }

@@ -7,7 +7,6 @@ namespace wallpaper_test {
 namespace {
 
 using testing::StartsWith;
-using namespace std::chrono_literals;
 
 constexpr std::uint32_t kRed = 0xc02020;
 constexpr std::uint32_t kBlue = 0x2040c0;

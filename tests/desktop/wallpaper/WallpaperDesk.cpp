@@ -32,14 +32,39 @@ WallpaperDesk::WallpaperDesk(const harness::DeskOptions& options)
 }
 
 std::string WallpaperDesk::ask(const std::vector<std::string>& fields) {
-  std::string order;
-  for (const std::string& field : fields) order += (order.empty() ? "" : "\t") + field;
-  std::ofstream(fifo_) << order << '\n';
+  return askTogether({fields}).front();
+}
+
+std::vector<std::string> WallpaperDesk::askTogether(
+    const std::vector<std::vector<std::string>>& orders) {
+  std::string lines;
+  for (const std::vector<std::string>& fields : orders) {
+    for (const std::string& field : fields)
+      lines += (&field == &fields.front() ? "" : "\t") + field;
+    lines += '\n';
+  }
+  std::ofstream(fifo_) << lines;
+  std::vector<std::string> answers;
+  while (answers.size() < orders.size()) answers.push_back(answer());
+  return answers;
+}
+
+std::string WallpaperDesk::answer() {
   const auto line = probe_->waitForLine("^[0-9]+\t");
   if (!line) throw std::runtime_error("the probe is silent: " + probe_->errorOutput());
   const std::size_t tab = line->find('\t');
   took_ = std::chrono::milliseconds(std::stol(line->substr(0, tab)));
   return line->substr(tab + 1);
+}
+
+bool WallpaperDesk::isAnsweredAtOnce(const std::vector<std::string>& fields) {
+  std::chrono::milliseconds sum{0};
+  // Five minutes, were each to wait.
+  for (int time = 0; time < 100; ++time) {
+    (void)ask(fields);
+    sum += took_;
+  }
+  return sum < kNotHung;
 }
 
 std::string WallpaperDesk::picture(const std::string& name, std::uint32_t colour) const {

@@ -16,6 +16,9 @@ inline constexpr const char* kFirst = "VNC-0";
 inline constexpr const char* kSecond = "VNC-1";
 /// What the probe answers where there is nothing to tell: no path, or no reason to fail.
 inline constexpr const char* kNothing = "-";
+/// An operation waits for three seconds here. More than a busy machine makes of that, and less than
+/// the 25 seconds that the bus itself waits.
+inline constexpr std::chrono::seconds kNotHung{10};
 
 /// A private desktop with a process on it that sets and reads the desktop's pictures.
 class WallpaperDesk {
@@ -35,8 +38,13 @@ class WallpaperDesk {
   }
   /// Any order of the probe.
   [[nodiscard]] std::string ask(const std::vector<std::string>& fields);
+  /// Several of them, within one turn of the probe's event loop.
+  [[nodiscard]] std::vector<std::string> askTogether(
+      const std::vector<std::vector<std::string>>& orders);
   /// How long the last order took.
   [[nodiscard]] std::chrono::milliseconds took() const { return took_; }
+  /// Whether that order is answered without a wait: a hundred of them.
+  [[nodiscard]] bool isAnsweredAtOnce(const std::vector<std::string>& fields);
 
   /// A picture of one colour in the desktop's home; the path.
   [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const;
@@ -50,6 +58,8 @@ class WallpaperDesk {
   [[nodiscard]] pid_t ownerOf(const std::string& busName);
 
  private:
+  [[nodiscard]] std::string answer();
+
   harness::XDesk desk_;
   std::filesystem::path fifo_;
   std::unique_ptr<harness::Process> probe_;

@@ -3,18 +3,14 @@
 // an order are parted by tabs; its answer is one line, which begins with the milliseconds that it
 // took.
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <QGuiApplication>
-#include <QSocketNotifier>
-#include <array>
 #include <chrono>
-#include <iostream>
 #include <sstream>
 
+#include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/x11/XScreens.h"
+#include "desktop/probe/OrderFifo.h"
 #include "platform/foundation/Value.h"
 
 namespace {
@@ -79,27 +75,16 @@ void serve(Desk& desk, const std::string& order) {
   const std::string text = answer(desk, fields);
   const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(
       std::chrono::steady_clock::now() - start);
-  std::cout << took.count() << '\t' << text << std::endl;
+  probe::say(std::to_string(took.count()) + '\t' + text);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const QGuiApplication application(argc, argv);
-  // For writing too, so that the end of one writer is not the end of the input.
-  const int fifo = ::open(argv[1], O_RDWR | O_CLOEXEC);
+  constexpr int kPatience = 3000;  // tests run side by side
+  linux_desktop::BusPeer::limitOperationsTo(kPatience);
   Desk desk;
-  QSocketNotifier input(fifo, QSocketNotifier::Read);
-  QObject::connect(&input, &QSocketNotifier::activated, [&] {
-    static std::string pending;
-    std::array<char, 4096> chunk{};
-    const auto length = ::read(fifo, chunk.data(), chunk.size());
-    if (length > 0) pending.append(chunk.data(), static_cast<std::size_t>(length));
-    for (auto end = pending.find('\n'); end != std::string::npos; end = pending.find('\n')) {
-      const std::string order = pending.substr(0, end);
-      pending.erase(0, end + 1);
-      serve(desk, order);
-    }
-  });
+  const probe::OrderFifo orders(argv[1], [&](const std::string& order) { serve(desk, order); });
   return QGuiApplication::exec();
 }

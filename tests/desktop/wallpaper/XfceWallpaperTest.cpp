@@ -191,7 +191,7 @@ TEST(XfceWallpaper, UnpluggedMonitorGetsItsPictureBackToo) {
   EXPECT_EQ(xfce.dump(), dump);
 }
 
-TEST(XfceWallpaper, HungSettingsServiceCostsHalfASecondOnce) {
+TEST(XfceWallpaper, HungSettingsServiceIsWaitedForOnce) {
   XfceDesk xfce;
   startFromPictures(xfce);
   const std::string dump = xfce.dump();
@@ -201,9 +201,9 @@ TEST(XfceWallpaper, HungSettingsServiceCostsHalfASecondOnce) {
   ASSERT_GT(service, 0);
   ::kill(service, SIGSTOP);
   EXPECT_EQ(xfce.path(kFirst), kNothing);
-  EXPECT_LT(xfce.took(), 800ms);
+  EXPECT_LT(xfce.took(), kNotHung);
   EXPECT_THAT(xfce.set(kFirst, chosen), HasSubstr("does not answer"));
-  EXPECT_LT(xfce.took(), 200ms);
+  EXPECT_TRUE(xfce.isAnsweredAtOnce({"set", kFirst, chosen}));
   ::kill(service, SIGCONT);
   EXPECT_TRUE(xfce.desk().until([&] { return xfce.path(kFirst) != kNothing; }));
   EXPECT_EQ(xfce.dump(), dump);
@@ -222,7 +222,10 @@ TEST(XfceWallpaper, ChangesAreToldOnceAndOnlyToThoseWhoWatch) {
   EXPECT_TRUE(xfce.desk().until([&] { return changes() == 1; }));
   EXPECT_EQ(xfce.set(kFirst, xfce.picture("c.png", kYellow)), kNothing);
   EXPECT_TRUE(xfce.desk().until([&] { return changes() >= 2; }));
-  EXPECT_LE(changes(), 3);
+  ASSERT_TRUE(xfce.shows(0, kYellow)) << "so that the service has told everybody";
+  // The service tells of each workspace's picture, and those that come together are one change.
+  constexpr int kWorkspaces = 4;
+  EXPECT_LE(changes(), 2 + kWorkspaces);
 }
 
 TEST(XfceWallpaper, DesktopThatStartsLaterOrIsReplacedIsFound) {

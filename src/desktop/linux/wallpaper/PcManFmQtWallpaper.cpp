@@ -5,6 +5,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <algorithm>
+#include <span>
 
 #include "desktop/linux/wallpaper/DesktopProcess.h"
 #include "desktop/linux/wallpaper/SettingsText.h"
@@ -111,12 +112,14 @@ std::optional<Dictionary> PcManFmQtWallpaper::state(const Monitor& /*monitor*/) 
   return state;
 }
 
+QDBusMessage PcManFmQtWallpaper::order(const QString& file, const QString& mode) const {
+  return peer_.method(QStringLiteral("/Application"), QStringLiteral("org.pcmanfm.Application"),
+                      QStringLiteral("setWallpaper"), {file, mode});
+}
+
 std::optional<std::string> PcManFmQtWallpaper::tell(const QString& file, const QString& mode,
                                                     const QDeadlineTimer& deadline) {
-  const QDBusMessage answer = peer_.call(
-      peer_.method(QStringLiteral("/Application"), QStringLiteral("org.pcmanfm.Application"),
-                   QStringLiteral("setWallpaper"), {file, mode}),
-      deadline);
+  const QDBusMessage answer = peer_.call(order(file, mode), deadline);
   if (answer.type() == QDBusMessage::ErrorMessage) return reasonOf(answer);
   return std::nullopt;
 }
@@ -124,8 +127,13 @@ std::optional<std::string> PcManFmQtWallpaper::tell(const QString& file, const Q
 std::optional<std::string> PcManFmQtWallpaper::show(const Monitor& /*monitor*/,
                                                     const QString& file) {
   const QDeadlineTimer deadline = BusPeer::deadline();
-  const bool coloursOnly = read().style == BackdropStyle::None;
+  const Settings before = read();
+  const bool coloursOnly = before.style == BackdropStyle::None;
   if (auto reason = tell(file, coloursOnly ? QStringLiteral("stretch") : QString(), deadline)) {
+    // What ran into its limit still waits in the desktop's queue, and so will this, behind it.
+    const bool hadPicture = !coloursOnly && QFileInfo::exists(before.picture);
+    const QDBusMessage undo = order(hadPicture ? before.picture : kNoPicture, {});
+    BusPeer::send(std::span(&undo, 1));
     return reason;
   }
   // pcmanfm-qt 1.2 keeps a mode that it was told for its windows, but does not save it.

@@ -29,7 +29,8 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
  private:
   struct Settings;
   [[nodiscard]] Settings read() const;
-  /// An empty mode leaves the mode as it is.
+  /// What tells the desktop to show `file`. An empty mode leaves the mode as it is.
+  [[nodiscard]] QDBusMessage order(const QString& file, const QString& mode) const;
   [[nodiscard]] std::optional<std::string> tell(const QString& file, const QString& mode,
                                                 const QDeadlineTimer& deadline);
   [[nodiscard]] std::optional<std::string> putBackFile(const std::optional<QByteArray>& old) const;

@@ -1,0 +1,105 @@
+#include "desktop/linux/wallpaper/PlasmaDesktops.h"
+
+#include <QJsonDocument>
+#include <QMetaObject>
+#include <utility>
+
+#include "desktop/linux/wallpaper/WallpaperLog.h"
+
+namespace linux_desktop {
+namespace {
+
+// A script that throws ends without an error, so each says how far it has come. A desktop of
+// another activity or of a screen that has gone has no screen. A slide show notes which picture is
+// on.
+const QString kRead = QStringLiteral(R"(
+const setting = (group, key) => String(ConfigFile("kdeglobals", group).readEntry(key));
+const look = setting("KDE", "LookAndFeelPackage");
+const window = setting("Colors:Window", "BackgroundNormal");
+for (const d of desktops()) {
+  if (d.screen < 0) continue;
+  const g = screenGeometry(d.screen);
+  const read = function(plugin, key) {
+    d.currentConfigGroup = ["Wallpaper", plugin, "General"];
+    return String(d.readConfig(key));
+  };
+  print(JSON.stringify({id: d.id, x: g.x, y: g.y, plugin: d.wallpaperPlugin,
+                        image: read("org.kde.image", "Image"),
+                        shown: read(d.wallpaperPlugin, "Image"),
+                        fill: read(d.wallpaperPlugin, "FillMode"),
+                        color: read(d.wallpaperPlugin, "Color"), look, window}) + "\n");
+}
+print("OK\n");
+)");
+
+// The picture before the plugin that shows it, so that no other picture comes up between.
+const QString kWrite = QStringLiteral(R"(
+const wanted = %1;
+const target = desktopById(wanted.id);
+target.currentConfigGroup = ["Wallpaper", "org.kde.image", "General"];
+if (String(target.readConfig("Image")) !== wanted.image) target.writeConfig("Image", wanted.image);
+if (target.wallpaperPlugin !== wanted.plugin) target.wallpaperPlugin = wanted.plugin;
+print("SET\n");
+)");
+
+}  // namespace
+
+PlasmaDesktops::Lines PlasmaDesktops::evaluate(const QString& script,
+                                               const QDeadlineTimer& deadline) {
+  const QDBusMessage answer = shell_.call(
+      shell_.method(QStringLiteral("/PlasmaShell"), QStringLiteral("org.kde.PlasmaShell"),
+                    QStringLiteral("evaluateScript"), {script}),
+      deadline);
+  if (answer.type() == QDBusMessage::ErrorMessage) {
+    qCDebug(lcWallpaper) << "plasmashell:" << answer.errorMessage();
+    return {};
+  }
+  const QByteArray printed = answer.arguments().value(0).toString().trimmed().toUtf8();
+  qCDebug(lcWallpaper) << "plasmashell:" << printed;
+  const QList<QByteArray> lines = printed.split('\n');
+  return {lines.begin(), lines.end()};
+}
+
+bool PlasmaDesktops::keep(Lines printed) {
+  isOfThisTurn_ = !printed.empty() && printed.back() == "OK";
+  if (!isOfThisTurn_) return false;
+  hasNews_ = hasNews_ || (lastRead_ && *lastRead_ != printed);
+  lastRead_ = std::move(printed);
+  QMetaObject::invokeMethod(
+      &context_, [this] { isOfThisTurn_ = false; }, Qt::QueuedConnection);
+  return true;
+}
+
+bool PlasmaDesktops::read(const QDeadlineTimer& deadline) {
+  return keep(evaluate(kRead, deadline));
+}
+
+std::optional<QJsonObject> PlasmaDesktops::at(const QPoint& corner,
+                                              const QDeadlineTimer& deadline) {
+  if (!isOfThisTurn_ && !read(deadline)) return std::nullopt;
+  for (const QByteArray& line : *lastRead_) {
+    const QJsonObject desktop = QJsonDocument::fromJson(line).object();
+    const QPoint place(desktop[QLatin1String("x")].toInt(), desktop[QLatin1String("y")].toInt());
+    if (!desktop.isEmpty() && place == corner) return desktop;
+  }
+  return std::nullopt;
+}
+
+bool PlasmaDesktops::set(const QJsonObject& wanted, const QDeadlineTimer& deadline) {
+  const QByteArray object = QJsonDocument(wanted).toJson(QJsonDocument::Compact);
+  const QString write = QString(kWrite).replace(QLatin1String("%1"), QString::fromUtf8(object));
+  Lines printed = evaluate(write + kRead, deadline);
+  const bool isSet = !printed.empty() && printed.front() == "SET";
+  if (isSet) printed.erase(printed.begin());
+  keep(std::move(printed));
+  if (isSet) hasNews_ = false;
+  return isSet;
+}
+
+bool PlasmaDesktops::hasChanged() {
+  const bool wasKnown = lastRead_.has_value();
+  if (!read(BusPeer::deadline())) return false;
+  return std::exchange(hasNews_, false) || !wasKnown;
+}
+
+}  // namespace linux_desktop
