@@ -90,7 +90,8 @@ TEST_P(HidingTest, OnlyWhatHidingTookAwayComesBack) {
   ASSERT_TRUE(desk.allShown({quiet, forward}));
   EXPECT_TRUE(desk.isMinimised(minimisedBefore));
   EXPECT_TRUE(desk.isMinimised(putAway));
-  EXPECT_EQ(desk.stacking({forward, quiet}).back(), forward);
+  const std::vector<xcb_window_t> forwardAbove{quiet, forward};
+  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(forwardAbove) == forwardAbove; }));
 }
 
 TEST_P(HidingTest, TheNextProcessShowsWhatTheOneBeforeHid) {
@@ -146,7 +147,7 @@ TEST_P(HidingTest, ABusyWindowManagerIsWaitedForAndNotHurried) {
 }
 
 TEST_P(HidingTest, ManyWindowsCostAFewRoundTrips) {
-  constexpr int kWindows = 200;
+  constexpr int kWindows = 100;
   const auto windows = desk.openMany(kWindows);
   ASSERT_EQ(desk.stacking(windows).size(), windows.size());
   const auto order = desk.stacking(windows);

@@ -100,19 +100,22 @@ ClientList ClientWindows::read() const {
   if (list.windowManager.empty()) list.windowManager = "unnamed";
   list.canMinimise = root[kSupported].contains(atoms_[ClientAtom::ActionMinimize]);
   list.canRestack = root[kSupported].contains(atoms_[ClientAtom::RestackWindow]);
-  list.tellsTurn = root[kSupported].contains(atoms_[ClientAtom::RequestFrameExtents]);
+  list.manager = {check, root[kSupported].contains(atoms_[ClientAtom::RequestFrameExtents])};
   return list;
 }
 
 bool ClientWindows::refresh(ClientList& list) const {
   std::vector<ClientProperty> questions = rootQuestions();
+  questions.push_back({list.manager.window, atoms_[ClientAtom::SupportingWmCheck]});
   const std::size_t first = questions.size();
   for (const ClientWindow& window : list.windows) {
     questions.push_back({window.id, atoms_[ClientAtom::State]});
     questions.push_back({window.id, atoms_[ClientAtom::HiddenMark]});
   }
   const auto values = askFor(server_, questions);
-  if (!std::ranges::equal(values[kList].numbers(), list.windows, {}, {}, &ClientWindow::id)) {
+  const auto& own = values[kRootProperties];
+  if (own.number() != list.manager.window ||
+      !std::ranges::equal(values[kList].numbers(), list.windows, {}, {}, &ClientWindow::id)) {
     return false;
   }
   takeRoot(values, list);

@@ -48,6 +48,14 @@ struct ClientWindow {
   [[nodiscard]] bool isHidden() const { return mark == HiddenMark::Hidden && minimised; }
 };
 
+/// Whom hiding and showing asks.
+struct WindowManagerAtWork {
+  /// Its own, which goes with it.
+  xcb_window_t window = XCB_NONE;
+  /// Whether a WindowManagerTurn comes.
+  bool tellsTurn = false;
+};
+
 /// All that hiding and showing has to know, of one moment.
 struct ClientList {
   /// In the window manager's order: the oldest first.
@@ -62,8 +70,7 @@ struct ClientList {
   std::string windowManager;
   bool canMinimise = false;
   bool canRestack = false;
-  /// Whether a WindowManagerTurn comes.
-  bool tellsTurn = false;
+  WindowManagerAtWork manager;
 
   /// The remembered order without the windows that were brought forward since.
   [[nodiscard]] std::vector<xcb_window_t> knownOrder() const;
@@ -81,8 +88,8 @@ class ClientWindows {
   /// Two round trips, however many windows there are.
   [[nodiscard]] ClientList read() const;
   /// Reads anew what hiding and showing change: which windows are minimised and marked, their order
-  /// and which one is active. False, with nothing changed, when other windows are listed by now.
-  /// One round trip.
+  /// and which one is active. False, with nothing changed, when other windows are listed by now
+  /// or the window manager is gone. One round trip.
   [[nodiscard]] bool refresh(ClientList& list) const;
   /// Which of these are minimised now. One round trip; none for no windows.
   [[nodiscard]] std::unordered_set<xcb_window_t> minimisedOf(

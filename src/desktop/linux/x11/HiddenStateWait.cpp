@@ -3,18 +3,22 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/linux/xserver/XLog.h"
+
 namespace linux_desktop {
 namespace {
 
-/// Bounds the wait for a window manager that says it tells its turn, but does not.
-constexpr std::chrono::milliseconds kPatienceWithTheHung{10'000};
+/// One that has done nothing at all by then hangs.
+constexpr std::chrono::milliseconds kLongestSilence{3'000};
+/// Bounds the wait for one that does something and says it tells its turn, but does not.
+constexpr std::chrono::milliseconds kPatienceWithTheBusy{10'000};
 
 }  // namespace
 
 HiddenStateWait::HiddenStateWait(XEvents& events, ClientWindows& clients)
     : events_(events), clients_(clients) {
   patience_.setSingleShot(true);
-  QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { look(true); });
+  QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { patienceIsOver(); });
 }
 
 void HiddenStateWait::start(const Goal& goal, const Request& request, Done done) {
@@ -24,12 +28,14 @@ void HiddenStateWait::start(const Goal& goal, const Request& request, Done done)
   silent_ = {waitingFor_.begin(), waitingFor_.end()};
   minimised_ = goal.minimised;
   patienceAfterTurn_ = goal.patience;
+  managerShowsLife_ = managerIsGone_ = false;
   done_ = std::move(done);
   for (const xcb_window_t window : waitingFor_) watch(window);
+  watchManager(goal.manager.window);
   for (const xcb_window_t window : waitingFor_) request(window);
-  if (goal.tellsTurn && !waitingFor_.empty()) {
+  if (goal.manager.tellsTurn && !waitingFor_.empty()) {
     turn_ = std::make_unique<WindowManagerTurn>(events_, clients_, [this] { turnHasCome(); });
-    patience_.start(kPatienceWithTheHung);
+    patience_.start(kLongestSilence);
   } else {
     patience_.start(waitingFor_.empty() ? std::chrono::milliseconds::zero() : goal.patience);
   }
@@ -43,6 +49,36 @@ void HiddenStateWait::watch(xcb_window_t window) {
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (change.atom == clients_.atoms()[ClientAtom::State]) changed(window);
       }));
+}
+
+void HiddenStateWait::watchManager(xcb_window_t window) {
+  if (window == XCB_NONE) return;
+  watches_.push_back(events_.watch(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                                   [this](const xcb_generic_event_t& event) {
+                                     if ((event.response_type & 0x7f) != XCB_DESTROY_NOTIFY) return;
+                                     managerIsGone_ = true;
+                                     end();
+                                   }));
+  watches_.push_back(events_.watch(
+      clients_.server().root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
+      [this](const xcb_generic_event_t& event) {
+        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
+        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        // Another one has come. Its predecessor may have gone before we watched its window.
+        if (change.atom == clients_.atoms()[ClientAtom::SupportingWmCheck]) {
+          managerIsGone_ = true;
+          end();
+          return;
+        }
+        const bool isItsOwn = change.atom == clients_.atoms()[ClientAtom::ActiveWindow] ||
+                              change.atom == clients_.atoms()[ClientAtom::ClientListStacking];
+        if (isItsOwn && turn_) giveItsTurnTime();
+      }));
+}
+
+void HiddenStateWait::giveItsTurnTime() {
+  managerShowsLife_ = true;
+  patience_.start(kPatienceWithTheBusy);
 }
 
 void HiddenStateWait::turnHasCome() {
@@ -59,11 +95,23 @@ void HiddenStateWait::changed(xcb_window_t window) {
   // Looking only when every window has changed costs one round trip instead of one a window. What
   // changes before the turn may be the end of what was asked for earlier.
   if (silent_.erase(window) == 0) return;
-  if (silent_.empty() && !turn_) {
+  if (turn_) {
+    giveItsTurnTime();
+  } else if (silent_.empty()) {
     look(false);
   } else {
     patience_.start();
   }
+}
+
+void HiddenStateWait::patienceIsOver() {
+  if (turn_ && !managerShowsLife_) {
+    qCWarning(lcX11,
+              "the window manager does not answer: windows of other programs hide and come back "
+              "when it does");
+    return;
+  }
+  look(true);
 }
 
 void HiddenStateWait::look(bool patienceIsOver) {
@@ -75,6 +123,10 @@ void HiddenStateWait::look(bool patienceIsOver) {
     patience_.start();
     return;
   }
+  end();
+}
+
+void HiddenStateWait::end() {
   patience_.stop();
   watches_.clear();
   turn_.reset();

@@ -18,10 +18,11 @@ class HiddenStateWait {
   struct Goal {
     std::vector<xcb_window_t> windows;
     bool minimised;
-    /// How long nothing may change once the window manager has come to the requests. One that is
-    /// too busy for them is waited for much longer, where it `tellsTurn`.
+    /// How long nothing may change once the window manager has come to the requests. Where it
+    /// tells its turn, one that is busy is waited for much longer, and one that hangs for ever:
+    /// what it was asked for still waits at its door, and nothing else may be asked for meanwhile.
     std::chrono::milliseconds patience;
-    bool tellsTurn;
+    WindowManagerAtWork manager;
   };
   using Request = std::function<void(xcb_window_t window)>;
   /// Gets the windows that did not come to be as wanted.
@@ -31,18 +32,29 @@ class HiddenStateWait {
   HiddenStateWait(XEvents& events, ClientWindows& clients);
 
   /// Makes the request for each window and sends them. `done` comes later, once: when all windows
-  /// are as wanted, or when the patience is over. Starting anew gives up the wait before.
+  /// are as wanted, when the patience is over, or at once when the window manager is gone. Starting
+  /// anew gives up the wait before. That a window manager hangs is one line on standard error.
   void start(const Goal& goal, const Request& request, Done done);
+
+  /// Of the last wait.
+  [[nodiscard]] bool managerIsGone() const { return managerIsGone_; }
 
  private:
   void watch(xcb_window_t window);
+  void watchManager(xcb_window_t window);
+  void giveItsTurnTime();
   void changed(xcb_window_t window);
   void turnHasCome();
+  void patienceIsOver();
   void look(bool patienceIsOver);
+  void end();
 
   XEvents& events_;
   ClientWindows& clients_;
   std::vector<std::unique_ptr<XEvents::Watch>> watches_;
+  /// Since the requests.
+  bool managerShowsLife_ = false;
+  bool managerIsGone_ = false;
   std::vector<xcb_window_t> waitingFor_;
   /// Those that have not changed since the last look.
   std::unordered_set<xcb_window_t> silent_;

@@ -10,7 +10,7 @@ HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
 
 void HiddenWatch::follow(const ClientList& list) {
   hidden_.clear();
-  tellsTurn_ = list.tellsTurn;
+  manager_ = list.manager;
   for (const ClientWindow& window : list.windows) {
     if (window.mark != HiddenMark::Hidden) continue;
     // Also one that is back already: that it is active may be told only now.
@@ -49,7 +49,7 @@ void HiddenWatch::expectBack(xcb_window_t active) {
   constexpr std::chrono::milliseconds kPatience{500};
   back_ = std::make_unique<HiddenStateWait>(events_, clients_);
   back_->start(
-      {{active}, false, kPatience, tellsTurn_}, [](xcb_window_t) {},
+      {{active}, false, kPatience, manager_}, [](xcb_window_t) {},
       [this, active](const std::vector<xcb_window_t>& left) {
         if (!left.empty()) return;
         hidden_.erase(active);

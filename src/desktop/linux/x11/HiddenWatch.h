@@ -34,7 +34,7 @@ class HiddenWatch {
   ClientWindows& clients_;
   HideRequests requests_;
   std::unordered_set<xcb_window_t> hidden_;
-  bool tellsTurn_ = false;
+  WindowManagerAtWork manager_;
   std::unique_ptr<XEvents::Watch> root_;
   /// For the window that became active last; some window managers say so before it is back.
   std::unique_ptr<HiddenStateWait> back_;

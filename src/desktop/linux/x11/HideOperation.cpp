@@ -30,13 +30,13 @@ HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
 
 void HideOperation::hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then) {
   wait_.start(
-      {windows, true, kPatience, plan_.tellsTurn},
+      {windows, true, kPatience, plan_.manager},
       [this](xcb_window_t window) { requests_.minimise(window); }, std::move(then));
 }
 
 void HideOperation::hideFollowersLeft() {
   std::vector<xcb_window_t> left;
-  if (!plan_.followers.empty()) {
+  if (!plan_.followers.empty() && !wait_.managerIsGone()) {
     const auto minimised = clients_.minimisedOf(plan_.followers);
     for (const xcb_window_t window : plan_.followers) {
       if (!minimised.contains(window)) left.push_back(window);

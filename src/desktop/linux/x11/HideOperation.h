@@ -23,12 +23,11 @@ class HideOperation final : public HiddenOperation {
     std::vector<xcb_window_t> windows;
     /// Dialogs of those, which most window managers take away with them.
     std::vector<xcb_window_t> followers;
-    /// As ClientList has it.
-    bool tellsTurn = false;
+    WindowManagerAtWork manager;
   };
 
-  /// Asks at once. `done` comes later, when all are gone or refuse. `events` and `clients` outlive
-  /// this.
+  /// Asks at once. `done` comes later, when all are gone or refuse, or the window manager is gone;
+  /// their marks stay in any case. `events` and `clients` outlive this.
   HideOperation(XEvents& events, ClientWindows& clients, Plan plan, std::function<void()> done);
 
  private:

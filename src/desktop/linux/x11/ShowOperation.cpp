@@ -48,7 +48,7 @@ ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
 void ShowOperation::ask(Way way, std::vector<xcb_window_t> windows) {
   const auto patience = way == Way::RemoveState ? kUsualPatience : kLongPatience;
   wait_.start(
-      {std::move(windows), false, patience, plan_.before.tellsTurn},
+      {std::move(windows), false, patience, plan_.before.manager},
       [this, way](xcb_window_t window) { askFor(way, window); },
       [this, way](std::vector<xcb_window_t> left) { asked(way, std::move(left)); });
 }
@@ -75,7 +75,9 @@ void ShowOperation::askFor(Way way, xcb_window_t window) {
 }
 
 void ShowOperation::asked(Way way, std::vector<xcb_window_t> left) {
-  if (left.empty()) {
+  if (wait_.managerIsGone()) {
+    done_();
+  } else if (left.empty()) {
     putBack();
   } else if (way == Way::RemoveState) {
     ask(Way::Map, std::move(left));

@@ -18,8 +18,8 @@ class ShowOperation final : public HiddenOperation {
     ClientList before;
   };
 
-  /// Asks at once. `done` comes later, when all are back or do not come. `events` and `clients`
-  /// outlive this.
+  /// Asks at once. `done` comes later, when all are back or do not come, or when the window manager
+  /// is gone: then their marks stay, for the next one. `events` and `clients` outlive this.
   ShowOperation(XEvents& events, ClientWindows& clients, Plan plan, std::function<void()> done);
 
  private:

@@ -164,7 +164,7 @@ bool XApplications::startHiding() {
     return false;
   }
   plan.order = orderToRemember(moment.list);
-  plan.tellsTurn = moment.list.tellsTurn;
+  plan.manager = moment.list.manager;
   watch_.pause();
   operation_ =
       std::make_unique<HideOperation>(events_, clients_, std::move(plan), [this] { finished(); });

@@ -1,0 +1,87 @@
+// A window manager that dies or hangs in the middle of hiding and showing.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <map>
+
+#include "desktop/applications/ApplicationsDesk.h"
+
+using harness::Stream;
+using harness::WindowManager;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+std::string nameOf(const testing::TestParamInfo<WindowManager>& info) {
+  static const std::map<WindowManager, std::string> names = {{WindowManager::Openbox, "Openbox"},
+                                                             {WindowManager::Xfwm4, "Xfwm4"},
+                                                             {WindowManager::Marco, "Marco"},
+                                                             {WindowManager::Icewm, "Icewm"}};
+  return names.at(info.param);
+}
+
+class ManagerFaultsTest : public testing::TestWithParam<WindowManager> {
+ protected:
+  void SetUp() override {
+    for (const char* name : {"A", "B", "C"}) {
+      windows.push_back(desk.open({.name = name, .className = name}));
+    }
+    desk.activate(windows.back());
+    desk.startProbe();
+    ASSERT_EQ(desk.list().size(), 1 + windows.size());
+  }
+  /// The window manager dies before it has done anything about `command`, and another one comes.
+  void loseManagerIn(const char* command) {
+    desk.desk().windowManager().freezeGroup();
+    desk.tell(command);
+    desk.desk().windowManager().kill();
+    desk.desk().startWindowManager(GetParam());
+    const auto listed = [&] { return desk.stacking(windows).size() == windows.size(); };
+    ASSERT_TRUE(desk.desk().until(listed));
+  }
+
+  ApplicationsDesk desk{GetParam()};
+  std::vector<xcb_window_t> windows;
+};
+
+INSTANTIATE_TEST_SUITE_P(EachWindowManager, ManagerFaultsTest,
+                         testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
+                                         WindowManager::Marco, WindowManager::Icewm),
+                         nameOf);
+
+TEST_P(ManagerFaultsTest, OneThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
+  ASSERT_NO_FATAL_FAILURE(loseManagerIn("hide"));
+  auto begin = Clock::now();
+  desk.tell("hide");
+  ASSERT_TRUE(desk.allMinimised(windows));
+  EXPECT_LT(Clock::now() - begin, 5s);
+
+  ASSERT_NO_FATAL_FAILURE(loseManagerIn("show"));
+  begin = Clock::now();
+  desk.tell("hide");
+  ASSERT_TRUE(desk.allMinimised(windows));
+  desk.tell("show");
+  ASSERT_TRUE(desk.allShown(windows));
+  EXPECT_LT(Clock::now() - begin, 5s);
+  EXPECT_EQ(desk.probe().errorOutput(), "");
+}
+
+TEST_P(ManagerFaultsTest, OneThatHangsIsComplainedOfOnceAndTheLastWishHoldsWhenItGoesOn) {
+  for (const char* wishes : {"hide", "show hide"}) {
+    desk.desk().windowManager().freezeGroup();
+    desk.tell(wishes);
+    ASSERT_TRUE(desk.probe().waitForLine("does not answer", harness::kPatience, Stream::Error));
+    desk.tell("show");
+    desk.desk().windowManager().thawGroup();
+    ASSERT_TRUE(desk.allShown(windows));
+    // That it has come to everything.
+    desk.tell("hide");
+    ASSERT_TRUE(desk.allMinimised(windows));
+    desk.tell("show");
+    ASSERT_TRUE(desk.allShown(windows));
+  }
+}
+
+}  // namespace
