@@ -1,7 +1,9 @@
 #include "desktop/linux/x11/CoverKeeper.h"
 
+#include <QMetaObject>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace linux_desktop {
 namespace {
@@ -36,8 +38,17 @@ CoverKeeper::Manager CoverKeeper::readManager() {
   return takes ? Manager::TakesDesktopWindows : Manager::Other;
 }
 
-CoverStand CoverKeeper::standFor(const QRect& area) {
+void CoverKeeper::learnManager() {
+  // A second cover would wait until the window manager, which keeps others out of the server
+  // meanwhile, has taken in the first.
+  if (std::exchange(managerIsFresh_, true)) return;
   manager_ = readManager();
+  QMetaObject::invokeMethod(
+      &context_, [this] { managerIsFresh_ = false; }, Qt::QueuedConnection);
+}
+
+CoverStand CoverKeeper::standFor(const QRect& area) {
+  learnManager();
   return standFor(events_.stack().now(), area);
 }
 
@@ -52,6 +63,8 @@ CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) co
 void CoverKeeper::add(KeptCover& cover) {
   covers_.push_back(&cover);
   if (covers_.size() > 1) return;
+  // The first look comes when the window manager has had time to take the covers in.
+  sinceLook_.start();
   watch_ = events_.watch(server_.root(),
                          XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE,
                          [this](const xcb_generic_event_t& event) { handle(event); });

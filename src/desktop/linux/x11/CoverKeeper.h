@@ -43,6 +43,8 @@ class CoverKeeper {
   enum class Manager { None, TakesDesktopWindows, Other };
 
   [[nodiscard]] Manager readManager();
+  /// As it is now; asked for once in a turn of the event loop.
+  void learnManager();
   [[nodiscard]] CoverStand standFor(const WindowStack& stack, const QRect& area) const;
   void handle(const xcb_generic_event_t& event);
   void handleProperty(xcb_atom_t property);
@@ -54,6 +56,7 @@ class CoverKeeper {
   XEvents& events_;
   XServer& server_;
   Manager manager_ = Manager::None;
+  bool managerIsFresh_ = false;
   bool managerChanged_ = false;
   std::vector<KeptCover*> covers_;
   /// The covers' and the icon windows' own windows and their top levels, when last looked at.
@@ -61,6 +64,7 @@ class CoverKeeper {
   std::unique_ptr<XEvents::Watch> watch_;
   QElapsedTimer sinceLook_;
   QTimer nextLook_;
+  QObject context_;
 };
 
 }  // namespace linux_desktop

@@ -34,8 +34,28 @@ class MonitorPictures::Drawing {
   QImage image_;
 };
 
+class MonitorPictures::Sight {
+ public:
+  Sight(XEvents& events, const Monitor& monitor) : events_(events), monitor_(monitor) {}
+
+  /// Takes no look.
+  [[nodiscard]] xcb_window_t iconWindow() const {
+    const auto* icons = events_.stack().now().iconsOn(monitor_.pixels);
+    return icons != nullptr ? icons->window : xcb_window_t{XCB_NONE};
+  }
+  const DesktopSight& look() {
+    if (!sight_) sight_ = lookAtDesktop(events_.server(), events_.stack().now(), monitor_.pixels);
+    return *sight_;
+  }
+
+ private:
+  XEvents& events_;
+  const Monitor& monitor_;
+  std::optional<DesktopSight> sight_;
+};
+
 MonitorPictures::MonitorPictures(XEvents& events, const XScreens& screens)
-    : events_(events), screens_(screens), root_(events.server()) {
+    : events_(events), screens_(screens), root_(events.server()), formats_(events.server()) {
   learning_.setSingleShot(true);
   QObject::connect(&learning_, &QTimer::timeout, &learning_, [this] { learnBackdrops(); });
 }
@@ -65,7 +85,9 @@ void MonitorPictures::follow(std::function<void()> changed) {
                            // The same number may be written again, for other pixels.
                            const auto& change =
                                reinterpret_cast<const xcb_property_notify_event_t&>(event);
-                           if (change.atom == picture) changed_();
+                           if (change.atom != picture) return;
+                           root_.forgetPixmap();
+                           changed_();
                          });
 }
 
@@ -110,9 +132,10 @@ bool MonitorPictures::isAwaited(const Monitor& monitor, Drawing& drawing) {
   return false;
 }
 
-bool MonitorPictures::isRight(const ForeignPixmap& root, const Monitor& monitor,
-                              const DesktopSight& sight, Drawing& drawing) {
-  switch (root_.judge(root, monitor, sight)) {
+bool MonitorPictures::isRight(const ForeignPixmap& root, const Monitor& monitor, Sight& sight,
+                              Drawing& drawing) {
+  if (root_.isKnownRight(root, monitor, sight.iconWindow())) return true;
+  switch (root_.judge(root, monitor, sight.look())) {
     case RootPicture::Verdict::Right:
       return true;
     case RootPicture::Verdict::Wrong:
@@ -126,13 +149,14 @@ bool MonitorPictures::isRight(const ForeignPixmap& root, const Monitor& monitor,
 std::shared_ptr<const XPicture> MonitorPictures::picture(const Monitor& monitor) {
   XServer& server = events_.server();
   Drawing drawing(backdrops_, monitor);
-  const DesktopSight sight = lookAtDesktop(server, events_.stack().now(), monitor.pixels);
+  Sight sight(events_, monitor);
   const auto root = root_.pixmap();
   if (root && !isAwaited(monitor, drawing) && isRight(*root, monitor, sight, drawing)) {
-    if (auto picture = XPicture::fromPixmap(server, *root, monitor.pixels)) return picture;
+    if (auto picture = XPicture::fromPixmap(server, formats_, *root, monitor.pixels))
+      return picture;
   }
   if (auto picture = XPicture::fromImage(server, drawing.image())) return picture;
-  const auto colour = sight.usual();
+  const auto colour = sight.look().usual();
   return colour ? XPicture::solid(server, *colour, monitor.pixels.size()) : nullptr;
 }
 

@@ -41,18 +41,21 @@ class MonitorPictures {
  private:
   /// Drawn at most once for each picture that is asked for.
   class Drawing;
+  /// Looked at, at most once for each picture that is asked for.
+  class Sight;
 
   void watchBackdrops();
   void learnBackdrops();
   void told();
   [[nodiscard]] Samples rootSamples(const Monitor& monitor);
   [[nodiscard]] bool isAwaited(const Monitor& monitor, Drawing& drawing);
-  [[nodiscard]] bool isRight(const ForeignPixmap& root, const Monitor& monitor,
-                             const DesktopSight& sight, Drawing& drawing);
+  [[nodiscard]] bool isRight(const ForeignPixmap& root, const Monitor& monitor, Sight& sight,
+                             Drawing& drawing);
 
   XEvents& events_;
   const XScreens& screens_;
   RootPicture root_;
+  PictureFormats formats_;
   BackdropSource* backdrops_ = nullptr;
   std::function<void()> changed_;
   std::unique_ptr<XEvents::Watch> watch_;

@@ -1,5 +1,7 @@
 #include "desktop/linux/x11/RootPicture.h"
 
+#include <QMetaObject>
+
 namespace linux_desktop {
 namespace {
 
@@ -8,7 +10,16 @@ constexpr std::size_t kEnough = 16;
 
 }  // namespace
 
-std::optional<ForeignPixmap> RootPicture::pixmap() const {
+std::optional<ForeignPixmap> RootPicture::pixmap() {
+  if (!pixmapOfTurn_) {
+    pixmapOfTurn_ = readPixmap();
+    QMetaObject::invokeMethod(
+        &context_, [this] { pixmapOfTurn_.reset(); }, Qt::QueuedConnection);
+  }
+  return *pixmapOfTurn_;
+}
+
+std::optional<ForeignPixmap> RootPicture::readPixmap() const {
   const auto ids = server_.numbers(server_.root(), "_XROOTPMAP_ID");
   if (ids.empty() || ids.front() == XCB_NONE) return std::nullopt;
   const auto ofPixmap = xcb_get_geometry(server_.get(), ids.front());
@@ -25,13 +36,20 @@ std::optional<ForeignPixmap> RootPicture::pixmap() const {
   return ForeignPixmap{ids.front(), size->depth};
 }
 
+bool RootPicture::isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,
+                               xcb_window_t iconWindow) const {
+  const auto known = findings_.find(monitor.name);
+  // A desktop that draws into the pixmap again draws its own window a moment later.
+  return known != findings_.end() && known->second.monitor == monitor &&
+         known->second.iconWindow == iconWindow && known->second.right &&
+         known->second.pixmap == pixmap.id;
+}
+
 RootPicture::Verdict RootPicture::judge(const ForeignPixmap& pixmap, const Monitor& monitor,
                                         const DesktopSight& sight) {
   const auto known = findings_.find(monitor.name);
   const bool sameIcons = known != findings_.end() && known->second.monitor == monitor &&
                          known->second.iconWindow == sight.iconWindow;
-  // A desktop that draws into the pixmap again draws its own window a moment later.
-  if (sameIcons && known->second.right && known->second.pixmap == pixmap.id) return Verdict::Right;
   if (sight.seen() < kEnough) {
     if (!sameIcons) return Verdict::Unknown;
     return known->second.right ? Verdict::Right : Verdict::Wrong;

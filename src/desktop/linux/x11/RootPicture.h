@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <map>
 #include <optional>
 
@@ -15,8 +16,15 @@ class RootPicture {
  public:
   explicit RootPicture(XServer& server) : server_(server) {}
 
-  /// The pixmap if there is one, it is alive and has the root window's size.
-  [[nodiscard]] std::optional<ForeignPixmap> pixmap() const;
+  /// The pixmap if there is one, it is alive and has the root window's size. Asked for at the first
+  /// call of a turn of the event loop, and forgotten at its end.
+  [[nodiscard]] std::optional<ForeignPixmap> pixmap();
+  /// There may be another now.
+  void forgetPixmap() { pixmapOfTurn_.reset(); }
+
+  /// Whether it was found right on `monitor` before, with the same window of icons. Asks nobody.
+  [[nodiscard]] bool isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,
+                                  xcb_window_t iconWindow) const;
 
   enum class Verdict { Right, Wrong, Unknown };
   /// Whether the pixmap is what the desktop shows on `monitor`, by what can be seen of it, or by
@@ -32,7 +40,11 @@ class RootPicture {
     bool right;
   };
 
+  [[nodiscard]] std::optional<ForeignPixmap> readPixmap() const;
+
   XServer& server_;
+  std::optional<std::optional<ForeignPixmap>> pixmapOfTurn_;
+  QObject context_;
   /// By the monitor's name.
   std::map<QString, Finding> findings_;
 };

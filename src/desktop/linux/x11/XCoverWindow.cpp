@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "desktop/linux/x11/DesktopCapture.h"
 #include "platform/appkit/NSImageView.h"
 #include "platform/appkit/NSWindow.h"
 
@@ -11,7 +12,8 @@ namespace {
 std::shared_ptr<const XPicture> pictureIn(const platform::NSWindow& window) {
   const auto view = std::dynamic_pointer_cast<platform::NSImageView>(window.contentView());
   if (!view || !view->image()) return nullptr;
-  return std::dynamic_pointer_cast<const XPicture>(view->image()->capture());
+  const auto capture = std::dynamic_pointer_cast<const DesktopCapture>(view->image()->capture());
+  return capture ? capture->picture() : nullptr;
 }
 
 }  // namespace

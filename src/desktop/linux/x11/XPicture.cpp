@@ -49,23 +49,6 @@ std::optional<QImage::Format> formatOfDepth(std::uint8_t depth) {
   }
 }
 
-/// The format of 8 bits a colour, blue lowest, in pixels of that depth.
-xcb_render_pictformat_t pictureFormat(XServer& server, std::uint8_t depth) {
-  const XReply<xcb_render_query_pict_formats_reply_t> reply(xcb_render_query_pict_formats_reply(
-      server.get(), xcb_render_query_pict_formats(server.get()), nullptr));
-  if (!reply) return XCB_NONE;
-  auto formats = xcb_render_query_pict_formats_formats_iterator(reply.get());
-  for (; formats.rem > 0; xcb_render_pictforminfo_next(&formats)) {
-    const xcb_render_directformat_t& direct = formats.data->direct;
-    if (formats.data->type == XCB_RENDER_PICT_TYPE_DIRECT && formats.data->depth == depth &&
-        direct.red_shift == 16 && direct.green_shift == 8 && direct.blue_shift == 0 &&
-        direct.red_mask == 0xff && direct.green_mask == 0xff && direct.blue_mask == 0xff) {
-      return formats.data->id;
-    }
-  }
-  return XCB_NONE;
-}
-
 }  // namespace
 
 XPicture::XPicture(XServer& server, QSize size, QSize held)
@@ -92,11 +75,13 @@ std::shared_ptr<const XPicture> XPicture::fromImage(XServer& server, const QImag
   return picture->put(image.convertToFormat(*format)) ? picture : nullptr;
 }
 
-std::shared_ptr<const XPicture> XPicture::fromPixmap(XServer& server, const ForeignPixmap& source,
+std::shared_ptr<const XPicture> XPicture::fromPixmap(XServer& server, PictureFormats& formats,
+                                                     const ForeignPixmap& source,
                                                      const QRect& area) {
   const std::shared_ptr<const XPicture> picture(new XPicture(server, area.size(), area.size()));
-  const bool taken = source.depth == server.screen().root_depth ? picture->copy(source, area)
-                                                                : picture->convert(source, area);
+  const bool taken = source.depth == server.screen().root_depth
+                         ? picture->copy(source, area)
+                         : picture->convert(formats, source, area);
   return taken ? picture : nullptr;
 }
 
@@ -136,11 +121,12 @@ bool XPicture::copy(const ForeignPixmap& source, const QRect& area) const {
       static_cast<std::uint16_t>(area.height())));
 }
 
-bool XPicture::convert(const ForeignPixmap& source, const QRect& area) const {
+bool XPicture::convert(PictureFormats& formats, const ForeignPixmap& source,
+                       const QRect& area) const {
   // Pixels cannot simply be copied from one depth to another.
   xcb_connection_t* connection = server_.get();
-  const xcb_render_pictformat_t from = pictureFormat(server_, source.depth);
-  const xcb_render_pictformat_t to = pictureFormat(server_, server_.screen().root_depth);
+  const xcb_render_pictformat_t from = formats.ofDepth(source.depth);
+  const xcb_render_pictformat_t to = formats.ofDepth(server_.screen().root_depth);
   if (from == XCB_NONE || to == XCB_NONE) return false;
   const xcb_render_picture_t theirs = xcb_generate_id(connection);
   const xcb_render_picture_t ours = xcb_generate_id(connection);

@@ -4,8 +4,8 @@
 #include <QRect>
 #include <memory>
 
+#include "desktop/linux/x11/PictureFormats.h"
 #include "desktop/linux/xserver/XServer.h"
-#include "platform/port/WindowList.h"
 
 namespace linux_desktop {
 
@@ -18,7 +18,7 @@ struct ForeignPixmap {
 /// A picture that the X server holds, ready to be a window's background. Nothing of it is kept in
 /// this process. Given back to the server when the last one lets go of it; a window that has it as
 /// its background keeps showing it. The server connection outlives it.
-class XPicture final : public platform::port::Capture {
+class XPicture {
  public:
   // Each gives null where the server does not take the picture: no memory, a screen whose colours
   // are not known here, or a source that is gone.
@@ -28,22 +28,17 @@ class XPicture final : public platform::port::Capture {
                                                                  const QImage& image);
   /// The part `area` of a pixmap that holds all of it.
   [[nodiscard]] static std::shared_ptr<const XPicture> fromPixmap(XServer& server,
+                                                                  PictureFormats& formats,
                                                                   const ForeignPixmap& source,
                                                                   const QRect& area);
   /// One colour everywhere, as the root window's pixels have it. Takes the memory of one pixel.
   [[nodiscard]] static std::shared_ptr<const XPicture> solid(XServer& server, std::uint32_t pixel,
                                                              QSize size);
 
-  ~XPicture() override;
+  ~XPicture();
   XPicture(const XPicture&) = delete;
   XPicture& operator=(const XPicture&) = delete;
 
-  [[nodiscard]] std::size_t pixelWidth() const override {
-    return static_cast<std::size_t>(size_.width());
-  }
-  [[nodiscard]] std::size_t pixelHeight() const override {
-    return static_cast<std::size_t>(size_.height());
-  }
   [[nodiscard]] QSize size() const { return size_; }
   /// Of the root window's depth. A background that is repeated gives the whole picture.
   [[nodiscard]] xcb_pixmap_t pixmap() const { return pixmap_; }
@@ -53,7 +48,8 @@ class XPicture final : public platform::port::Capture {
 
   [[nodiscard]] bool put(const QImage& image) const;
   [[nodiscard]] bool copy(const ForeignPixmap& source, const QRect& area) const;
-  [[nodiscard]] bool convert(const ForeignPixmap& source, const QRect& area) const;
+  [[nodiscard]] bool convert(PictureFormats& formats, const ForeignPixmap& source,
+                             const QRect& area) const;
   [[nodiscard]] bool succeeded(xcb_void_cookie_t request) const;
 
   XServer& server_;

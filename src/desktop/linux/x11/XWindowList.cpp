@@ -1,5 +1,6 @@
 #include "desktop/linux/x11/XWindowList.h"
 
+#include "desktop/linux/x11/DesktopCapture.h"
 #include "platform/coregraphics/CGWindow.h"
 
 namespace linux_desktop {
@@ -22,9 +23,7 @@ std::optional<std::vector<platform::Dictionary>> XWindowList::windowsOnScreen() 
 std::shared_ptr<const platform::port::Capture> XWindowList::capture(std::uint32_t windowNumber) {
   const auto& monitors = screens_.monitors();
   if (windowNumber < 1 || windowNumber > monitors.size()) return nullptr;
-  // A copy: drawing asks others, and the monitors may change meanwhile.
-  const Monitor monitor = monitors[windowNumber - 1];
-  return pictures_.picture(monitor);
+  return std::make_shared<DesktopCapture>(pictures_, monitors[windowNumber - 1]);
 }
 
 }  // namespace linux_desktop

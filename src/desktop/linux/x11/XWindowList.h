@@ -14,7 +14,7 @@ class XWindowList final : public platform::port::WindowList {
       : screens_(screens), pictures_(pictures) {}
 
   [[nodiscard]] std::optional<std::vector<platform::Dictionary>> windowsOnScreen() const override;
-  /// An XPicture.
+  /// A DesktopCapture.
   [[nodiscard]] std::shared_ptr<const platform::port::Capture> capture(
       std::uint32_t windowNumber) override;
 
