@@ -23,6 +23,12 @@ namespace {
 
 constexpr const char* kMasterSwitch = "Presentation mode";
 
+constexpr const char* kMicrophone = "microphone";
+// As the settings have it, and as it is pressed.
+constexpr const char* kMicrophoneShortcut =
+    R"("kuserdefault_MuteMicShortcut": "M", "kuserdefault_MuteMicFlag": [12, 13])";
+constexpr const char* kMicrophoneKeys = "ctrl+alt+m";
+
 // The features that the demonstration switches on, by the names of their switches.
 constexpr const char* kFeatureSwitches[] = {"Desktop icons", "Notifications", "Other applications",
                                             "Speaker", "Wallpaper"};
@@ -64,6 +70,7 @@ Demonstration::Demonstration(std::filesystem::path folder)
       desk_(harness::everydayDesktop()),
       reader_(desk_) {
   std::filesystem::create_directories(folder_);
+  desk_.sound().addSource(kMicrophone);
 }
 
 std::vector<Observation> Demonstration::observations() {
@@ -71,6 +78,10 @@ std::vector<Observation> Demonstration::observations() {
       {"default sink muted (pactl)",
        [this] {
          return desk_.sound().pactl({"get-sink-mute", "@DEFAULT_SINK@"}).substr(6);
+       }},
+      {"microphone muted, by its shortcut (pactl)",
+       [this] {
+         return desk_.sound().pactl({"get-source-mute", kMicrophone}).substr(6);
        }},
       {"Do Not Disturb (dunstctl is-paused)",
        [this] {
@@ -112,12 +123,14 @@ bool Demonstration::run() {
   for (const char* feature : kFeatureSwitches) clickSwitch(feature);
   screenshot("2-panel");
 
-  say("A click on the master switch turns presentation mode on.");
+  say("A click on the master switch turns presentation mode on, Ctrl+Alt+M the microphone off.");
   clickSwitch(kMasterSwitch);
+  desk_.input().key(kMicrophoneKeys);
   table.readOn(until);
   screenshot("3-on");
 
-  say("Another click turns it off.");
+  say("The same keys and another click turn both back.");
+  desk_.input().key(kMicrophoneKeys);
   clickSwitch(kMasterSwitch);
   table.readOff(until);
   screenshot("4-off");
@@ -139,7 +152,8 @@ void Demonstration::furnishDesktop() {
   harness::configureIcons(desk_, harness::DesktopIcons::Xfdesktop,
                           {{.picture = home / "dusk.png"}, {.picture = home / "dusk.png"}});
   desk_.home().writeConfig("calmdeck/settings.json", "{\"kUserdefaultsSelectedWallpaper\": \"" +
-                                                         (home / "meadow.png").string() + "\"}\n");
+                                                         (home / "meadow.png").string() + "\", " +
+                                                         kMicrophoneShortcut + "}\n");
   desk_.startIcons(harness::DesktopIcons::Xfdesktop);
   if (!desk_.until([this] { return harness::showsIcons(desk_.screen().area(kIconColumn)); }))
     throw std::runtime_error("no icons appeared on the desktop");

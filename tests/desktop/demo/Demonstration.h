@@ -10,8 +10,9 @@
 
 namespace demo {
 
-/// Calmdeck on a private desktop, worked with a mouse: the mode goes on and off, and what changed
-/// is read by foreign clients. Throws std::runtime_error when a step cannot be done.
+/// Calmdeck on a private desktop, worked with a mouse and a shortcut: the mode goes on and off, the
+/// microphone off and on, and what changed is read by foreign clients. Throws std::runtime_error
+/// when a step cannot be done.
 class Demonstration {
  public:
   /// Screenshots go to `folder`, which is made.
