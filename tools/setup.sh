@@ -89,6 +89,10 @@ install_packages() {
 build() {
   local preset=$1
   shift
+  local -a options=()
+  # Traces with line numbers are enough where nobody debugs, and a third of the time cheaper.
+  [ -n "${CI:-}" ] && options+=(-DCMAKE_CXX_FLAGS_DEBUG=-g1)
   say "Building ($preset)"
-  (cd "$root" && cmake --preset "$preset" >/dev/null && cmake --build --preset "$preset" ${1:+--target "$@"})
+  (cd "$root" && cmake --preset "$preset" "${options[@]}" >/dev/null &&
+    cmake --build --preset "$preset" ${1:+--target "$@"})
 }
