@@ -22,8 +22,8 @@ std::vector<Monitor> monitorsOfQt() {
 
 PlainWindowSystem::PlainWindowSystem() : pictures_(&monitorsOfQt, nullptr) {
   qCWarning(lcWindowSystem,
-            "on %s desktop icons are not covered and other applications are not hidden; the rest "
-            "works",
+            "on %s desktop icons are not covered, other applications are not hidden, and shortcuts "
+            "fire only where the desktop itself keeps them; the rest works",
             qPrintable(QGuiApplication::platformName()));
 }
 
