@@ -74,7 +74,8 @@ void DaemonNotifier::takeAnswer(const QDBusMessage& answer) {
     complain("a notification could not be shown: " + answer.errorMessage());
   } else {
     complained_ = false;
-    remember(answer.service(), answer.arguments().value(0).toUInt());
+    // Not every version of Qt tells who answered. A new owner is told of before its first answer.
+    remember(daemon_.identity().owner, answer.arguments().value(0).toUInt());
   }
   if (next_) send(*std::exchange(next_, std::nullopt));
 }

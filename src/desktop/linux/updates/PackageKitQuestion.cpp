@@ -57,12 +57,29 @@ void PackageKitQuestion::takeTransaction(const QDBusMessage& answer) {
     qCInfo(lcUpdates, "PackageKit cannot be asked: %s", qPrintable(answer.errorMessage()));
     return finish({UpdateAnswer::Kind::Absent});
   }
-  service_ = answer.service();
   transaction_ = answer.arguments().value(0).value<QDBusObjectPath>().path();
   if (transaction_.isEmpty()) {
     return finish({UpdateAnswer::Kind::Failed, QStringLiteral("It speaks another language.")});
   }
-  lookForUpdates();
+  findService();
+}
+
+// Following signals of a name that others may take waits for the bus to say whose it is, and not
+// every version of Qt tells who answered.
+void PackageKitQuestion::findService() {
+  const QString bus = QStringLiteral("org.freedesktop.DBus");
+  ask(bus_,
+      busCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, "GetNameOwner", {kPackageKit}),
+      this, [this](const QDBusMessage& answer) {
+        if (isError(answer)) return ended();
+        service_ = answer.arguments().value(0).toString();
+        lookForUpdates();
+      });
+}
+
+void PackageKitQuestion::ended() {
+  transaction_.clear();
+  finish({UpdateAnswer::Kind::Failed, QStringLiteral("It ended while it looked.")});
 }
 
 void PackageKitQuestion::lookForUpdates() {
@@ -75,10 +92,7 @@ void PackageKitQuestion::lookForUpdates() {
 
   auto* life =
       new QDBusServiceWatcher(service_, bus_, QDBusServiceWatcher::WatchForUnregistration, this);
-  connect(life, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
-    transaction_.clear();
-    finish({UpdateAnswer::Kind::Failed, QStringLiteral("It ended while it looked.")});
-  });
+  connect(life, &QDBusServiceWatcher::serviceUnregistered, this, &PackageKitQuestion::ended);
 
   const bool background = manner_ == Manner::InBackground;
   QDBusMessage hints = toTransaction("SetHints");
@@ -108,7 +122,7 @@ void PackageKitQuestion::transactionEnded(uint exit, uint /*milliseconds*/) {
 }
 
 QDBusMessage PackageKitQuestion::toTransaction(const QString& method) const {
-  return busCall(service_, transaction_, kTransaction, method);
+  return busCall(kPackageKit, transaction_, kTransaction, method);
 }
 
 void PackageKitQuestion::finish(UpdateAnswer answer) {

@@ -54,8 +54,10 @@ class PackageKitQuestion final : public QObject {
   void takeBus(bool answers);
   void createTransaction();
   void takeTransaction(const QDBusMessage& answer);
+  void findService();
   void lookForUpdates();
   [[nodiscard]] QDBusMessage toTransaction(const QString& method) const;
+  void ended();
   void finish(UpdateAnswer answer);
 
   BusProbe probe_;
