@@ -17,60 +17,44 @@ class LaunchAtLoginTest : public tests::ApplicationTest {
   simulated::SimulatedLoginItems& items = desk.startedAtLogin;
 };
 
-TEST_F(LaunchAtLoginTest, TheEntryBecomesTheLastAndOnlyOneIsMade) {
-  for (const Lines& others : {Lines{}, Lines{kA, kB}}) {
-    items.list.clear();
-    for (const std::string& path : others) items.add(path);
-    Lines expected = others;
-    expected.emplace_back(kOurs);
+TEST_F(LaunchAtLoginTest, OneEntryIsAddedLastAndTheLastOneIsRemoved) {
+  const struct {
+    const char* name;
+    const char* program;
+    Lines before;  ///< "" where it cannot be told what the entry starts
+    Lines added;
+    Lines removed;
+    std::size_t gone;  ///< the place of the one that is removed
+  } rows[] = {
+      {"no entry", kOurs, {}, {kOurs}, {}, 0},
+      {"others", kOurs, {kA, kB}, {kA, kB, kOurs}, {kA, kB}, 2},
+      {"one of ours", kOurs, {kA, kOurs, kB}, {kA, kOurs, kB}, {kA, kB}, 1},
+      {"two", kOurs, {kOurs, kA, kOurs, kB}, {kOurs, kA, kOurs, kB}, {kOurs, kA, kB}, 2},
+      {"unknown ones", kOurs, {"", kOurs, ""}, {"", kOurs, ""}, {"", ""}, 1},
+      {"only unknown ones", kOurs, {"", ""}, {"", "", kOurs}, {"", ""}, 2},
+      {"a moved program", kB, {kOurs}, {kOurs, kB}, {kOurs}, 1},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    desk.programPath = row.program;
+    desk.startedAtLogin.list.clear();
+    desk.output.lines.clear();
+    for (const std::string& path : row.before) {
+      items.add(path.empty() ? std::nullopt : std::optional(path));
+    }
     for (int round = 0; round < 2; ++round) {
       LaunchOnStartup::setLaunchAtStartup(true);
-      EXPECT_EQ(items.paths(), expected);
+      EXPECT_EQ(items.paths(), row.added);
     }
+    const std::string gone = items.list.at(row.gone).identifier;
+    LaunchOnStartup::setLaunchAtStartup(false);
+    EXPECT_EQ(items.paths(), row.removed);
+    EXPECT_EQ(desk.output.lines, Lines{"Optional(<LSSharedFileListItem " + gone + ">)"});
   }
-  EXPECT_EQ(desk.output.lines, Lines{});
-}
-
-TEST_F(LaunchAtLoginTest, RemovingPrintsTheEntryAndRemovingInVainNothing) {
-  for (const char* path : {kA, kOurs, kB}) items.add(path);
+  // What the program was called before it was moved is another's.
   LaunchOnStartup::setLaunchAtStartup(false);
-  EXPECT_EQ(items.paths(), (Lines{kA, kB}));
-  EXPECT_EQ(desk.output.lines, Lines{"Optional(<LSSharedFileListItem item-2>)"});
-  LaunchOnStartup::setLaunchAtStartup(false);
+  EXPECT_EQ(items.paths(), Lines{kOurs});
   EXPECT_EQ(desk.output.lines.size(), 1U);
-  EXPECT_EQ(desk.log.calls("loginItems"), Lines{"loginItems.remove item-2"});
-}
-
-TEST_F(LaunchAtLoginTest, OfTwoEntriesTheLaterIsRemoved) {
-  for (const char* path : {kOurs, kA, kOurs, kB}) items.add(path);
-  LaunchOnStartup::setLaunchAtStartup(true);
-  EXPECT_EQ(items.list.size(), 4U);
-  LaunchOnStartup::setLaunchAtStartup(false);
-  EXPECT_EQ(items.paths(), (Lines{kOurs, kA, kB}));
-  EXPECT_EQ(desk.output.lines, Lines{"Optional(<LSSharedFileListItem item-3>)"});
-}
-
-TEST_F(LaunchAtLoginTest, TheEntryOfAMovedProgramStaysAsItIs) {
-  items.add(kOurs);
-  desk.programPath = "/elsewhere/calmdeck";
-  LaunchOnStartup::setLaunchAtStartup(false);
-  EXPECT_EQ(items.paths(), Lines{kOurs});
-  LaunchOnStartup::setLaunchAtStartup(true);
-  EXPECT_EQ(items.paths(), (Lines{kOurs, "/elsewhere/calmdeck"}));
-  LaunchOnStartup::setLaunchAtStartup(false);
-  EXPECT_EQ(items.paths(), Lines{kOurs});
-}
-
-TEST_F(LaunchAtLoginTest, EntriesThatCannotBeResolvedAreSkipped) {
-  items.add(std::nullopt);
-  items.add(kOurs);
-  items.add(std::nullopt);
-  LaunchOnStartup::setLaunchAtStartup(true);
-  EXPECT_EQ(items.list.size(), 3U);
-  LaunchOnStartup::setLaunchAtStartup(false);
-  EXPECT_EQ(items.paths(), (Lines{"", ""}));
-  LaunchOnStartup::setLaunchAtStartup(true);
-  EXPECT_EQ(items.paths(), (Lines{"", "", kOurs}));
 }
 
 TEST_F(LaunchAtLoginTest, AListThatCannotBeHadOrChangedIsNobodysTrouble) {
@@ -111,7 +95,7 @@ TEST_F(LaunchAtLoginTest, EveryLaunchAppliesTheStoredChoice) {
   items.list.clear();
   relaunch();
   EXPECT_EQ(items.paths(), Lines{kOurs});
-  desk.settings.values.insert_or_assign(std::string(settings::kUserdeaultsLaunchAtLogin), false);
+  store(settings::kUserdeaultsLaunchAtLogin, false);
   relaunch();
   EXPECT_EQ(items.paths(), Lines{});
   EXPECT_EQ(desk.output.lines.size(), 1U);

@@ -21,8 +21,8 @@ class MicrophoneActionTest : public tests::ApplicationTest {
  protected:
   MicrophoneActionTest() {
     desk.scripts.addApplication("System Events");
-    desk.settings.values.emplace(settings::kuserdefault_MuteMicShortcut, "m");
-    desk.settings.values.emplace(settings::kuserdefault_MuteMicFlag, Array{14, 11});
+    store(settings::kuserdefault_MuteMicShortcut, "m");
+    store(settings::kuserdefault_MuteMicFlag, Array{14, 11});
   }
   void setLevel(Value level) {
     desk.scripts.volume.insert_or_assign("input volume", std::move(level));

@@ -1,44 +1,28 @@
-#include <gmock/gmock.h>
-
 #include "hotkeys/HotKeysController.h"
-#include "platform/carbon/KeyCodes.h"
-#include "preferences/ShortcutState.h"
-#include "settings/SettingsKeys.h"
-#include "support/ApplicationTest.h"
+#include "preferences/PreferencesTest.h"
 
 namespace app {
 namespace {
 
 using namespace std::chrono_literals;
-using platform::Array;
-using platform::Value;
+using preferences::Array;
+using preferences::Combination;
+using preferences::kControlK;
+using preferences::Lines;
+using preferences::Value;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
-using Combination = simulated::SimulatedHotKeys::Combination;
-using Lines = std::vector<std::string>;
 
-constexpr Combination kControlK{platform::kVK_ANSI_K, platform::controlKey};
 constexpr Combination kOptionF5{platform::kVK_F5, platform::optionKey};
 
-class ShortcutsTest : public tests::ApplicationTest {
+class ShortcutsTest : public preferences::PreferencesTest {
  protected:
-  void store(std::string_view key, Value value) {
-    desk.settings.values.insert_or_assign(std::string(key), std::move(value));
-  }
-  void storeToggleApp(Value text, Value list) {
-    store(settings::kuserdefault_ToggleAppShortcut, std::move(text));
-    store(settings::kuserdefault_ToggleAppFlag, std::move(list));
-  }
-  void storeMuteMic(Value text, Value list) {
-    store(settings::kuserdefault_MuteMicShortcut, std::move(text));
-    store(settings::kuserdefault_MuteMicFlag, std::move(list));
-  }
   [[nodiscard]] bool isModeOn() const { return desk.tray.image() == "logo-active-small"; }
 };
 
 TEST_F(ShortcutsTest, AStoredShortcutTurnsTheModeOnAndOffAndPrintsWhen) {
-  storeToggleApp("k", Array{12});
+  storeShortcut(toggleApp, "k", Array{12});
   desk.loop.setWallClockStart(platform::WallTime(1794858182s));
   launchOnly();
   EXPECT_THAT(desk.keys.held(), ElementsAre(kControlK));
@@ -55,8 +39,8 @@ TEST_F(ShortcutsTest, AStoredShortcutTurnsTheModeOnAndOffAndPrintsWhen) {
 }
 
 TEST_F(ShortcutsTest, BothShortcutsComeFromTheSettingsAtEachLaunch) {
-  storeToggleApp("R", Array{14, 11});
-  storeMuteMic("f5", Array{13, 13, 99});
+  storeShortcut(toggleApp, "R", Array{14, 11});
+  storeShortcut(muteMic, "f5", Array{13, 13, 99});
   launch();
   const Combination shiftCommandR{platform::kVK_ANSI_R, platform::shiftKey | platform::cmdKey};
   EXPECT_THAT(desk.keys.held(), UnorderedElementsAre(shiftCommandR, kOptionF5));
@@ -75,8 +59,8 @@ TEST_F(ShortcutsTest, WithoutUsableModifiersNothingIsRegistered) {
   EXPECT_EQ(delegate().hotKeyToggleApp(), nullptr);
   for (const Value& list : {Value(Array{}), Value(Array{15}), Value(Array{12, "13"}),
                             Value(Array{true}), Value("12"), Value(12), Value(Array{12.0})}) {
-    storeToggleApp("k", list);
-    storeMuteMic("m", list);
+    storeShortcut(toggleApp, "k", list);
+    storeShortcut(muteMic, "m", list);
     relaunch();
     EXPECT_THAT(desk.log.calls("hotKeys"), IsEmpty());
     EXPECT_EQ(desk.settings.object(settings::kuserdefault_ToggleAppFlag), list);
@@ -84,59 +68,28 @@ TEST_F(ShortcutsTest, WithoutUsableModifiersNothingIsRegistered) {
 }
 
 TEST_F(ShortcutsTest, ATextThatNamesNoKeyStandsForTheKeyA) {
-  for (const Value& text : {Value("!"), Value(""), Value(7)}) {
-    storeToggleApp(text, Array{12});
-    relaunch();
-    EXPECT_THAT(desk.keys.held(),
-                ElementsAre(Combination{platform::kVK_ANSI_A, platform::controlKey}));
-  }
-}
-
-TEST_F(ShortcutsTest, ShortcutsNeedNoStatusButton) {
-  storeToggleApp("k", Array{12});
-  desk.tray.hasButtons = false;
+  storeShortcut(toggleApp, 7, Array{12});
   launch();
-  desk.keys.press(kControlK);
-  EXPECT_TRUE(isModeOn() || delegate().statusbutton() == nullptr);
-  EXPECT_EQ(desk.output.lines.size(), 1U);
+  EXPECT_THAT(desk.keys.held(),
+              ElementsAre(Combination{platform::kVK_ANSI_A, platform::controlKey}));
 }
 
-TEST_F(ShortcutsTest, OneThatIsTakenAtLaunchIsToldInTheOpenedPreferencesAndStaysStored) {
-  storeToggleApp("k", Array{12});
-  storeMuteMic("f5", Array{13});
+TEST_F(ShortcutsTest, OneThatIsTakenAtLaunchIsToldInTheOpenedPreferencesAndIsSilent) {
+  storeShortcut(toggleApp, "k", Array{12});
+  storeShortcut(muteMic, "f5", Array{13});
   desk.keys.heldByOthers.insert(kControlK);
   launch();
-  ASSERT_EQ(desk.screen.alerts().size(), 1U);
-  EXPECT_EQ(desk.screen.alerts().front().message, "Please use a different key combination.");
-  EXPECT_TRUE(desk.screen.alerts().front().isSheet);
+  EXPECT_EQ(desk.screen.alerts().size(), 1U);
   EXPECT_TRUE(sharedPreferencesWindowController()->window()->isVisible());
-  EXPECT_EQ(desk.settings.object(settings::kuserdefault_ToggleAppShortcut), Value("k"));
-  // The other one works, and the refused one is there and silent.
+  // The other one works, and the refused one is there.
   EXPECT_THAT(desk.keys.held(), ElementsAre(kOptionF5));
   ASSERT_TRUE(delegate().hotKeyToggleApp());
   EXPECT_TRUE(delegate().hotKeyToggleApp()->keyDownHandler);
   desk.keys.press(kControlK);
   EXPECT_FALSE(isModeOn());
-  desk.screen.answerAlert(0);
-  desk.loop.settle();
-  EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+  dismissSheet();
   // The row records now, for which its hot key went.
-  EXPECT_TRUE(preferences::shortcutState().isRecordingShortcut);
   EXPECT_EQ(delegate().hotKeyToggleApp(), nullptr);
-}
-
-TEST_F(ShortcutsTest, BothTakenAtLaunchEndInOneRecordingRow) {
-  storeToggleApp("k", Array{12});
-  storeMuteMic("f5", Array{13});
-  desk.keys.heldByOthers = {kControlK, kOptionF5};
-  launch();
-  while (!desk.screen.alerts().empty()) {
-    desk.screen.answerAlert(0);
-    desk.loop.settle();
-  }
-  EXPECT_TRUE(preferences::shortcutState().isRecordingShortcut);
-  EXPECT_FALSE(preferences::shortcutState().recordingMuteMic);
-  EXPECT_THAT(desk.log.calls("hotKeys"), ::testing::SizeIs(2));
 }
 
 TEST_F(ShortcutsTest, ShortcutsAreRegisteredAndDroppedByName) {
@@ -160,39 +113,6 @@ TEST_F(ShortcutsTest, ShortcutsAreRegisteredAndDroppedByName) {
   delegate().performSelector("unregister_ToggleApp:");
   EXPECT_THAT(desk.keys.held(), IsEmpty());
   EXPECT_TRUE(hotkeys::HotKeysController::boxesById().empty());
-}
-
-TEST_F(ShortcutsTest, APressWhileTheMainThreadSleepsIsKept) {
-  storeToggleApp("k", Array{12});
-  store(settings::kUserdefaultsToggleDesktopIcons, true);
-  store(settings::kUserdefaultsToggleWallpaper, true);
-  store(settings::kUserdefaultsSelectedWallpaper, "/pictures/chosen");
-  launch();
-  desk.keys.press(kControlK);
-  EXPECT_TRUE(isModeOn());
-  desk.loop.at(500ms, [this] {
-    desk.keys.press(kControlK);
-    EXPECT_TRUE(isModeOn());
-  });
-  desk.loop.settle();
-  EXPECT_EQ(desk.loop.sleeps().size(), 1U);
-  EXPECT_FALSE(isModeOn());
-  EXPECT_EQ(desk.output.lines.size(), 2U);
-}
-
-TEST_F(ShortcutsTest, QuittingLeavesTheModesEffectsAndTheCombinationsGoWithTheProgram) {
-  storeToggleApp("k", Array{12});
-  store(settings::kUserdefaultsToggleSpeakerOff, true);
-  desk.audio.addOutputDevice(42);
-  desk.audio.setDefaultOutputDevice(42);
-  launch();
-  desk.keys.press(kControlK);
-  desk.tray.rightClick();
-  desk.log.clear();
-  desk.tray.choose("Quit");
-  EXPECT_TRUE(desk.loop.isTerminated());
-  EXPECT_EQ(desk.log.calls(), Lines{});
-  EXPECT_EQ(desk.audio.isMuted(42), std::optional(true));
 }
 
 }  // namespace

@@ -11,24 +11,6 @@
 
 namespace contract {
 
-/// What a case needs beyond the port itself. A desk may lack one, with a reason.
-enum class Capability {
-  OutputDevice,    ///< setOutputDevice, isMuted, muteFromOutside
-  Microphone,      ///< setMicrophone, microphoneLevel, and the port's automation
-  NextRun,         ///< nextRunOfTheProgram
-  VisibleWindows,  ///< visibleWindows
-  ClickView,       ///< click
-  ClickItem,       ///< isItemThere, clickItem
-  AnswerAlert,     ///< answerAlert
-  Monitors,        ///< setMonitors
-  Spaces,          ///< goToSpace, and the port's spaces
-  WindowList,      ///< the port's window list
-  Pictures,        ///< makePicture, and the port's desktop pictures
-  LoginItems,      ///< addLoginItem, startsAtLogin, and the port's login items
-  Applications,    ///< openApplication, isApplicationSeen, and the port's running applications
-  HotKeys,         ///< the port's hot keys
-};
-
 /// A desktop under test, and the hands and eyes that a case needs to judge it. They are those of
 /// somebody outside the program: what the port itself tells is no evidence.
 class ContractDesk {
@@ -36,16 +18,10 @@ class ContractDesk {
   virtual ~ContractDesk() = default;
 
   [[nodiscard]] virtual platform::Desktop& desktop() = 0;
-  /// Why the desk lacks `capability`; none when it has it.
-  [[nodiscard]] virtual std::optional<std::string> lacks(Capability capability) const = 0;
 
   /// Lets the desktop handle events until `fact` holds. False when it does not come to hold within
   /// five seconds of the desktop's own time.
   [[nodiscard]] virtual bool runUntil(const std::function<bool()>& fact) = 0;
-  /// Everything printed so far.
-  [[nodiscard]] virtual std::vector<std::string> printedLines() = 0;
-
-  // --- What a desk may lack ---
   /// Ends this run of the program and begins the next: `desktop()` is another one afterwards, with
   /// the same settings.
   virtual void nextRunOfTheProgram() = 0;

@@ -8,12 +8,14 @@
 namespace contract {
 
 /// What every desktop promises, service by service. A case sees one desktop through its port and
-/// judges it from outside through its desk. What a desk lacks is skipped with the reason; the end
-/// of the run counts the skipped cases and lists them.
+/// judges it from outside through its desk. The end of the run counts and lists the skipped cases.
 class DesktopContract : public ::testing::TestWithParam<DeskKind> {
  protected:
-  /// Skips the case, aloud, when the desk lacks `capability`.
-  [[nodiscard]] bool has(Capability capability);
+  /// Skips the case, aloud, when the desktop lacks `service`.
+  [[nodiscard]] static bool has(const void* service) {
+    if (service == nullptr) [] { GTEST_SKIP() << "the desktop lacks the service"; }();
+    return service != nullptr;
+  }
 
   [[nodiscard]] ContractDesk& desk() { return *desk_; }
   [[nodiscard]] platform::port::MainLoop& loop() { return desk_->desktop().mainLoop(); }

@@ -10,7 +10,7 @@ using namespace platform;
 constexpr std::uint32_t kModifiers = controlKey | optionKey;
 
 TEST_P(DesktopContract, ACombinationIsGivenOnceUntilItIsGivenBack) {
-  if (!has(Capability::HotKeys)) return;
+  if (!has(desk().desktop().hotKeys())) return;
   port::HotKeys& keys = *desk().desktop().hotKeys();
   EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_K, kModifiers), noErr);
   EXPECT_EQ(keys.registerHotKey(2, kVK_ANSI_K, kModifiers), eventHotKeyExistsErr);
@@ -24,15 +24,6 @@ TEST_P(DesktopContract, ACombinationIsGivenOnceUntilItIsGivenBack) {
   for (const port::HotKeyNumber number : {1U, 3U, 4U}) keys.unregisterHotKey(number);
   EXPECT_EQ(keys.registerHotKey(6, kVK_ANSI_K, kModifiers), noErr);
   keys.unregisterHotKey(6);
-}
-
-TEST_P(DesktopContract, HotKeysNeedNoClient) {
-  if (!has(Capability::HotKeys)) return;
-  port::HotKeys& keys = *desk().desktop().hotKeys();
-  keys.setClient(nullptr);
-  EXPECT_EQ(keys.registerHotKey(1, kVK_F5, kModifiers), noErr);
-  keys.unregisterHotKey(1);
-  keys.unregisterHotKey(1);
 }
 
 }  // namespace

@@ -1,6 +1,3 @@
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -37,36 +34,6 @@ harness::XDesk& surroundings() {
   return desk;
 }
 
-/// Standard output into a file for as long as it lives; then all of it goes where it would have.
-class OutputCapture {
- public:
-  OutputCapture() : file_(surroundings().home().home() / "output"), kept_(dup(STDOUT_FILENO)) {
-    std::fflush(stdout);
-    const int descriptor = open(file_.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_APPEND, 0600);
-    dup2(descriptor, STDOUT_FILENO);
-    close(descriptor);
-  }
-  ~OutputCapture() {
-    std::fflush(stdout);
-    dup2(kept_, STDOUT_FILENO);
-    close(kept_);
-    for (const std::string& line : lines()) std::puts(line.c_str());
-  }
-  OutputCapture(const OutputCapture&) = delete;
-  OutputCapture& operator=(const OutputCapture&) = delete;
-
-  [[nodiscard]] std::vector<std::string> lines() const {
-    std::ifstream stream(file_);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-  }
-
- private:
-  std::filesystem::path file_;
-  int kept_;
-};
-
 class LinuxContractDesk final : public ContractDesk {
  public:
   LinuxContractDesk() {
@@ -83,10 +50,6 @@ class LinuxContractDesk final : public ContractDesk {
   }
 
   [[nodiscard]] platform::Desktop& desktop() override { return *desktop_; }
-  [[nodiscard]] std::optional<std::string> lacks(Capability capability) const override {
-    if (isThere(capability)) return std::nullopt;
-    return "the desktop lacks the service";
-  }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& fact) override {
     auto& loop = desktop_->mainLoop();
@@ -96,10 +59,6 @@ class LinuxContractDesk final : public ContractDesk {
       loop.run();
     }
     return fact();
-  }
-  [[nodiscard]] std::vector<std::string> printedLines() override {
-    if (!output_) output_.emplace();
-    return output_->lines();
   }
 
   void nextRunOfTheProgram() override {
@@ -201,25 +160,6 @@ class LinuxContractDesk final : public ContractDesk {
   }
 
  private:
-  [[nodiscard]] bool isThere(Capability capability) const {
-    switch (capability) {
-      case Capability::LoginItems:
-        return desktop_->loginItems() != nullptr;
-      case Capability::Spaces:
-        return desktop_->spaces() != nullptr;
-      case Capability::WindowList:
-        return desktop_->windowList() != nullptr;
-      case Capability::Pictures:
-        return desktop_->desktopPictures() != nullptr;
-      case Capability::Applications:
-        return desktop_->runningApplications() != nullptr;
-      case Capability::HotKeys:
-        return desktop_->hotKeys() != nullptr;
-      default:
-        return true;
-    }
-  }
-
   [[nodiscard]] std::filesystem::path autostart() const { return x_.home().config() / "autostart"; }
 
   void start() {
@@ -251,7 +191,6 @@ class LinuxContractDesk final : public ContractDesk {
   char* arguments_[2] = {name_.data(), nullptr};
   char** argv_ = arguments_;
   int argc_ = 1;
-  std::optional<OutputCapture> output_;
   std::optional<harness::TrayIconFinder> icon_;
   std::optional<Rect> place_;
   std::optional<std::string> sink_;

@@ -16,14 +16,12 @@ class SimulatedContractDesk final : public ContractDesk {
   SimulatedContractDesk() { setMonitors({{1280, 720}, {1024, 600}}); }
 
   [[nodiscard]] platform::Desktop& desktop() override { return *desk_; }
-  [[nodiscard]] std::optional<std::string> lacks(Capability) const override { return std::nullopt; }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& fact) override {
     const platform::MonotonicTime end = desk_->loop.now() + 5s;
     while (!fact() && desk_->loop.now() < end) desk_->loop.advance(5ms);
     return fact();
   }
-  [[nodiscard]] std::vector<std::string> printedLines() override { return desk_->output.lines; }
 
   void nextRunOfTheProgram() override {
     auto next = std::make_unique<simulated::SimulatedDesktop>();

@@ -8,18 +8,13 @@ namespace hotkeys {
 namespace {
 
 using namespace std::chrono_literals;
-using platform::CarbonEvent;
-using platform::eventNotHandledErr;
-using platform::kEventHotKeyPressed;
-using platform::kEventHotKeyReleased;
-using platform::noErr;
-using platform::OSStatus;
+using namespace platform;
 
 class HotKeyEventTest : public HotKeysTest {
  protected:
   static OSStatus send(std::uint32_t id, std::uint32_t kind, std::uint32_t signature = 0x5665786F) {
-    const CarbonEvent event{{platform::kEventClassKeyboard, kind}, {signature, id}};
-    return platform::SendEventToEventTarget(&event, platform::GetEventDispatcherTarget());
+    const CarbonEvent event{{kEventClassKeyboard, kind}, {signature, id}};
+    return SendEventToEventTarget(&event, GetEventDispatcherTarget());
   }
 };
 
@@ -29,7 +24,7 @@ TEST_F(HotKeyEventTest, PressAndReleaseRunTheHandlersOfTheirHotKeyAlone) {
   desk.keys.press(kSecond);
   desk.keys.release(kSecond);
   desk.keys.press(kFirst);
-  desk.keys.press({platform::kVK_ANSI_J, platform::controlKey});
+  desk.keys.press({kVK_ANSI_J, controlKey});
   EXPECT_EQ(events, (Lines{"second down", "second up", "first down"}));
   EXPECT_EQ(refusals, 0);
 }
@@ -47,8 +42,7 @@ TEST_F(HotKeyEventTest, AnsweredIsOnlyWhatRanAHandler) {
   EXPECT_EQ(send(3, kEventHotKeyPressed), eventNotHandledErr);
   EXPECT_EQ(send(0, kEventHotKeyPressed), eventNotHandledErr);
   EXPECT_EQ(send(1, kEventHotKeyPressed, 0x56657870), eventNotHandledErr);
-  EXPECT_EQ(platform::SendEventToEventTarget(nullptr, platform::GetEventDispatcherTarget()),
-            eventNotHandledErr);
+  EXPECT_EQ(SendEventToEventTarget(nullptr, GetEventDispatcherTarget()), eventNotHandledErr);
   EXPECT_EQ(events.size(), 3U);
 }
 
@@ -89,16 +83,17 @@ TEST_F(HotKeyEventTest, AHandlerMayLetGoOfItsHotKeyAndMakeAnother) {
   // While the handler ran, its own hot key still held the combination.
   EXPECT_EQ(refusals, 1);
   EXPECT_EQ(events, Lines{"replaced"});
+  EXPECT_EQ(desk.keys.held(), Combinations{});
 }
 
 TEST_F(HotKeyEventTest, PressesDuringASleepAreKeptInOrderAndNoneIsLost) {
   const auto first = make(kFirst, "first");
   auto second = make(kSecond, "second");
-  platform::DispatchQueue::mainQueue().async([this] {
+  DispatchQueue::mainQueue().async([this] {
     desk.loop.at(100ms, [this] { desk.keys.press(kFirst); });
     desk.loop.at(200ms, [this] { desk.keys.press(kSecond); });
     desk.loop.at(300ms, [this] { desk.keys.release(kFirst); });
-    platform::NSRunLoop::mainRunLoop().sleep(1);
+    NSRunLoop::mainRunLoop().sleep(1);
     EXPECT_EQ(events, Lines{});
   });
   desk.loop.settle();
@@ -106,57 +101,35 @@ TEST_F(HotKeyEventTest, PressesDuringASleepAreKeptInOrderAndNoneIsLost) {
 
   // One that is gone when its turn comes hears nothing any more.
   events.clear();
-  platform::DispatchQueue::mainQueue().async([this, &second] {
+  DispatchQueue::mainQueue().async([this, &second] {
     desk.loop.at(100ms, [this] { desk.keys.press(kSecond); });
-    platform::NSRunLoop::mainRunLoop().sleep(1);
+    NSRunLoop::mainRunLoop().sleep(1);
     second.reset();
   });
   desk.loop.settle();
   EXPECT_EQ(events, Lines{});
 }
 
-TEST_F(HotKeyEventTest, AnEventTellsItsHotKeyAndNothingElse) {
-  const CarbonEvent event{{platform::kEventClassKeyboard, kEventHotKeyPressed}, {7, 9}};
-  platform::EventHotKeyID id;
-  std::uint32_t type = 0;
-  std::size_t size = 0;
-  const auto read = [&](std::uint32_t name, std::uint32_t wanted, std::size_t room) {
-    return platform::GetEventParameter(&event, name, wanted, &type, room, &size, &id);
-  };
-  EXPECT_EQ(read(platform::kEventParamDirectObject, platform::typeEventHotKeyID, 4),
-            platform::paramErr);
-  EXPECT_EQ(read(platform::kEventParamDirectObject, platform::fourCharCode("long"), 8),
-            platform::eventParameterNotFoundErr);
-  EXPECT_EQ(read(platform::fourCharCode("kchr"), platform::typeEventHotKeyID, 8),
-            platform::eventParameterNotFoundErr);
-  EXPECT_EQ(id, platform::EventHotKeyID{});
-  EXPECT_EQ(read(platform::kEventParamDirectObject, platform::typeEventHotKeyID, 8), noErr);
-  EXPECT_EQ(id, (platform::EventHotKeyID{7, 9}));
-  EXPECT_EQ(type, platform::typeEventHotKeyID);
-  EXPECT_EQ(size, 8U);
-}
-
 TEST_F(HotKeyEventTest, AHandlerOfAnotherPartyGetsWhatIsNotOurs) {
   const auto hotKey = make(kFirst, "first");
-  static constexpr std::array kTypes{
-      platform::EventTypeSpec{platform::kEventClassKeyboard, kEventHotKeyPressed}};
+  static constexpr std::array kTypes{EventTypeSpec{kEventClassKeyboard, kEventHotKeyPressed}};
   int asked = 0;
-  platform::EventHandlerRef installed = platform::EventHandlerRef::None;
-  ASSERT_EQ(platform::InstallEventHandler(
-                platform::GetEventDispatcherTarget(),
-                [](platform::EventRef event, void* count) -> OSStatus {
+  EventHandlerRef installed = EventHandlerRef::None;
+  ASSERT_EQ(InstallEventHandler(
+                GetEventDispatcherTarget(),
+                [](EventRef event, void* count) -> OSStatus {
                   ++*static_cast<int*>(count);
                   return event->hotKeyID.signature == 1 ? noErr : eventNotHandledErr;
                 },
                 kTypes, &asked, installed),
             noErr);
-  EXPECT_NE(installed, platform::EventHandlerRef::None);
+  EXPECT_NE(installed, EventHandlerRef::None);
   EXPECT_EQ(send(1, kEventHotKeyPressed, 1), noErr);
   EXPECT_EQ(send(1, kEventHotKeyPressed), noErr);
   EXPECT_EQ(send(1, kEventHotKeyReleased), noErr);
   EXPECT_EQ(asked, 2);
   EXPECT_EQ(events, (Lines{"first down", "first up"}));
-  EXPECT_NE(platform::UnregisterEventHotKey(platform::EventHotKeyRef::None), noErr);
+  EXPECT_NE(UnregisterEventHotKey(EventHotKeyRef::None), noErr);
 }
 
 }  // namespace

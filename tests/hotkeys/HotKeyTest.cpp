@@ -77,14 +77,6 @@ TEST_F(HotKeyTest, ARefusedCombinationIsToldOnceAndKeepsItsBox) {
   EXPECT_EQ(ids(), Ids{2});
 }
 
-TEST_F(HotKeyTest, WhatAnotherOfOursHoldsIsRefusedToo) {
-  auto first = make(kFirst, "first");
-  const auto again = make(kFirst, "again");
-  EXPECT_EQ(refusals, 1);
-  first.reset();
-  EXPECT_EQ(desk.keys.held(), Combinations{});
-}
-
 TEST_F(HotKeyTest, ADesktopWithoutHotKeysRefusesThemAll) {
   desk.hasHotKeys = false;
   const auto hotKey = make(kFirst, "first");

@@ -38,6 +38,9 @@ TEST_F(GeneralPaneTest, TheMenuOpensTheWindowInFrontAndOnlyOnce) {
   EXPECT_EQ(app::sharedPreferencesWindowController(), controller);
   EXPECT_EQ(look(toggleApp), kRecording);
   EXPECT_EQ(desk.screen.visibleWindowCount(), 2U);
+  desk.screen.actElsewhere();
+  EXPECT_TRUE(controller->window()->isVisible());
+  EXPECT_FALSE(delegate().popover()->isShown());
 }
 
 TEST_F(GeneralPaneTest, AChosenWallpaperIsStoredAndShownAsItsPath) {

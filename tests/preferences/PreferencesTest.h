@@ -69,9 +69,6 @@ class PreferencesTest : public tests::ApplicationTest {
     desk.screen.answerAlert(0);
     desk.loop.settle();
   }
-  void store(std::string_view key, Value value) {
-    desk.settings.values.insert_or_assign(std::string(key), std::move(value));
-  }
   void storeShortcut(const ShortcutRow& row, Value text, Value list) {
     store(row.textKey, std::move(text));
     store(row.listKey, std::move(list));

@@ -34,27 +34,8 @@ const Dictionary kQuiet{{"dndStart", 0.0}, {"dndEnd", 1440.0}, {"doNotDisturb", 
 
 class DoNotDisturbTest : public FeatureTest {
  protected:
-  /// A process with a Focus menu and its window. A click on the checkbox flips it.
-  void addControlCenter(int value) {
-    auto& process =
-        desk.scripts.addApplication("System Events").add("application process", "ControlCenter");
-    menu = &process.add("menu bar", "").add("menu bar item", "Focus");
-    window = &process.add("window", "");
-    checkbox = &window->add("checkbox", "Do Not Disturb");
-    checkbox->properties.insert_or_assign("value", value);
-    checkbox->onClick = [](simulated::SimulatedScriptObject& self) {
-      self.properties.insert_or_assign("value", self.properties.at("value") == Value(1) ? 0 : 1);
-    };
-  }
   void launchWithDoNotDisturb() { launchWith({settings::kUserdefaultsToggleDnd}); }
-  void clickSwitch() { click(panel().toggleButtonDisableNotifications); }
-
-  simulated::SimulatedScriptObject* menu = nullptr;
-  simulated::SimulatedScriptObject* window = nullptr;
-  simulated::SimulatedScriptObject* checkbox = nullptr;
 };
-
-// --- The way by the script ---
 
 TEST_F(DoNotDisturbTest, TheScriptIsThisTextForBothStates) {
   const std::string_view on =
@@ -82,7 +63,7 @@ TEST_F(DoNotDisturbTest, TheScriptIsThisTextForBothStates) {
 }
 
 TEST_F(DoNotDisturbTest, TheCheckboxIsClickedOnlyIfItIsNotAsWanted) {
-  addControlCenter(0);
+  addControlCenter();
   launchWithDoNotDisturb();
   const struct {
     int before;
@@ -104,9 +85,8 @@ TEST_F(DoNotDisturbTest, TheCheckboxIsClickedOnlyIfItIsNotAsWanted) {
 }
 
 TEST_F(DoNotDisturbTest, AScriptThatFailsIsPrintedAndTheModeGoesOn) {
-  desk.audio.addOutputDevice(42);
-  desk.audio.setDefaultOutputDevice(42);
-  addControlCenter(0);
+  addSpeakers();
+  addControlCenter();
   launchWith({settings::kUserdefaultsToggleDnd, settings::kUserdefaultsToggleSpeakerOff});
   checkbox->properties.clear();
   clickMaster();
@@ -121,23 +101,8 @@ TEST_F(DoNotDisturbTest, AScriptThatFailsIsPrintedAndTheModeGoesOn) {
   EXPECT_TRUE(panel().toggleButtonDisableNotifications.lock()->isOn());
 }
 
-TEST_F(DoNotDisturbTest, WhatScriptsCannotReachIsPrintedOnceEachTime) {
-  launchWithDoNotDisturb();
-  const auto oneErrorWith = [](const char* number) {
-    return ElementsAre(HasSubstr(std::string("NSAppleScriptErrorNumber = \"") + number + "\""));
-  };
-  clickMaster();
-  EXPECT_THAT(desk.output.lines, oneErrorWith("-1728"));
-  desk.output.lines.clear();
-  desk.hasAutomation = false;
-  clickMaster();
-  EXPECT_THAT(desk.output.lines, oneErrorWith("-1743"));
-}
-
-// --- The way by the preferences ---
-
 TEST_F(DoNotDisturbTest, TheRunningSystemsVersionDecides) {
-  addControlCenter(0);
+  addControlCenter();
   launch();
   const struct {
     SystemVersion version;
@@ -169,21 +134,6 @@ TEST_F(DoNotDisturbTest, TheWholeDayIsStoredAndTakenAwayAgain) {
   clickMaster();
   EXPECT_EQ(desk.preferences.stored, (Dictionary{{"doNotDisturb", false}, {"other", "stays"}}));
   EXPECT_THAT(desk.output.lines, IsEmpty());
-}
-
-TEST_F(DoNotDisturbTest, TheSwitchActsWhileTheModeIsOnAndOffIsAlwaysOff) {
-  desk.version = {11, 0, 0};
-  desk.preferences.values = kQuiet;
-  launch();
-  clickMaster();
-  const Calls stored{"defaults.set kUserdefaultsToggleDnd"};
-  const auto with = [](Calls calls, const Calls& more) {
-    calls.insert(calls.end(), more.begin(), more.end());
-    return calls;
-  };
-  EXPECT_EQ(callsOf([this] { clickSwitch(); }), with(kTurnOn, stored));
-  EXPECT_EQ(callsOf([this] { clickSwitch(); }), with(kTurnOff, stored));
-  EXPECT_EQ(desk.preferences.stored, (Dictionary{{"doNotDisturb", false}}));
 }
 
 TEST_F(DoNotDisturbTest, PreferencesThatAreNotStoredAreAnnouncedAllTheSame) {

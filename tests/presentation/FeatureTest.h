@@ -18,11 +18,23 @@ class FeatureTest : public tests::ApplicationTest {
   /// Starts the program with these switches on, given by their settings.
   void launchWith(std::initializer_list<std::string_view> features) {
     for (const std::string_view key : features) {
-      desk.settings.values.insert_or_assign(std::string(key), true);
+      store(key, true);
     }
     launch();
     desk.log.clear();
     desk.output.lines.clear();
+  }
+  /// A process with a Focus menu and its window, for scripts. A click on the checkbox flips it.
+  void addControlCenter(int value = 0) {
+    auto& process =
+        desk.scripts.addApplication("System Events").add("application process", "ControlCenter");
+    menu = &process.add("menu bar", "").add("menu bar item", "Focus");
+    checkbox = &process.add("window", "").add("checkbox", "Do Not Disturb");
+    checkbox->properties.insert_or_assign("value", value);
+    checkbox->onClick = [](simulated::SimulatedScriptObject& self) {
+      platform::Value& state = self.properties.at("value");
+      state = state == platform::Value(1) ? 0 : 1;
+    };
   }
   void clickMaster() { click(panel().toggleButtonPresentationMode); }
   void post(std::int64_t index, bool isOn) {
@@ -37,6 +49,9 @@ class FeatureTest : public tests::ApplicationTest {
     act();
     return desk.log.calls(prefix);
   }
+
+  simulated::SimulatedScriptObject* menu = nullptr;
+  simulated::SimulatedScriptObject* checkbox = nullptr;
 };
 
 }  // namespace presentation

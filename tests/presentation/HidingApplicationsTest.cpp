@@ -87,36 +87,12 @@ TEST_F(HidingApplicationsTest, EveryHiddenOrdinaryApplicationIsShownWhoeverHidIt
   EXPECT_THAT(desk.applications.hidden, UnorderedElementsAre(3));
 }
 
-TEST_F(HidingApplicationsTest, TheSwitchHidesAndShowsWhileTheModeIsOn) {
-  add(1, "Mail");
-  launch();
-  clickMaster();
-  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonHideActiveApps); }),
-            (Calls{"applications.hide 1", "defaults.set kUserdefaultsToggleHideActiveApps",
-                   "applications.hide 1"}));
-  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonHideActiveApps); }),
-            (Calls{"applications.unhide 1", "defaults.set kUserdefaultsToggleHideActiveApps"}));
-  // It was taken back already, so the stop shows nobody.
-  desk.applications.hidden = {1};
-  EXPECT_THAT(callsOf([this] { clickMaster(); }, "applications"), IsEmpty());
-}
-
 TEST_F(HidingApplicationsTest, WhoDoesNotHideIsAskedTwiceAndForgotten) {
   add(1, "Mail");
   desk.applications.obstinate = {1};
   launchHiding();
   EXPECT_EQ(callsOf([this] { clickMaster(); }, "applications"), hides({1, 1}));
   EXPECT_THAT(callsOf([this] { clickMaster(); }, "applications"), IsEmpty());
-  EXPECT_THAT(desk.output.lines, IsEmpty());
-}
-
-TEST_F(HidingApplicationsTest, WhereNobodyCanBeHiddenNothingHappens) {
-  add(1, "Mail");
-  desk.hasApplications = false;
-  launchHiding();
-  clickMaster();
-  clickMaster();
-  EXPECT_THAT(desk.log.calls("applications"), IsEmpty());
   EXPECT_THAT(desk.output.lines, IsEmpty());
 }
 

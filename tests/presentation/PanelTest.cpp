@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "settings/SettingsKeys.h"
-#include "support/ApplicationTest.h"
+#include "platform/carbon/KeyCodes.h"
+#include "presentation/FeatureTest.h"
 
 namespace presentation {
 namespace {
@@ -13,9 +13,6 @@ using controls::CToggleButton;
 using platform::Array;
 using platform::Dictionary;
 using platform::Value;
-using Calls = std::vector<std::string>;
-
-constexpr platform::AudioObjectID kSpeakers = 42;
 
 struct FeatureSwitch {
   std::int64_t tag;
@@ -31,12 +28,11 @@ constexpr std::array<FeatureSwitch, 5> kFeatures{{
     {55, "kUserdefaultsToggleWallpaper", &ViewController::toggleButtonChangeWallpaper},
 }};
 
-class PanelTest : public tests::ApplicationTest {
+class PanelTest : public FeatureTest {
  protected:
   PanelTest() {
-    desk.audio.addOutputDevice(kSpeakers);
-    desk.audio.setDefaultOutputDevice(kSpeakers);
-    desk.settings.values.emplace(settings::kUserdefaultsSelectedWallpaper, "/pictures/sea.png");
+    addSpeakers();
+    store(settings::kUserdefaultsSelectedWallpaper, "/pictures/sea.png");
   }
 
   [[nodiscard]] std::shared_ptr<CToggleButton> master() {
@@ -45,21 +41,11 @@ class PanelTest : public tests::ApplicationTest {
   [[nodiscard]] std::shared_ptr<CToggleButton> feature(const FeatureSwitch& row) {
     return (panel().*row.outlet).lock();
   }
-  /// What the desktop was asked while `act` ran.
-  template <typename Act>
-  [[nodiscard]] Calls callsOf(const Act& act) {
-    desk.log.clear();
-    act();
-    return desk.log.calls();
-  }
-  void post(std::optional<Dictionary> userInfo) {
+  void postWith(std::optional<Dictionary> userInfo) {
     platform::NSNotificationCenter::defaultCenter().postNotificationName("toggle", nullptr,
                                                                          std::move(userInfo));
   }
 };
-
-const Calls kModeOn{"statusItem.setImage logo-active-small", "audio.set 42 mute 1"};
-const Calls kModeOff{"statusItem.setImage logo-initial-small", "audio.set 42 mute 0"};
 
 TEST_F(PanelTest, SwitchesHaveTheirTagsAndStartOff) {
   desk.settings.values.clear();
@@ -77,7 +63,7 @@ TEST_F(PanelTest, SwitchesHaveTheirTagsAndStartOff) {
 
 TEST_F(PanelTest, StoredSwitchesAreRestoredAndNothingIsApplied) {
   for (const FeatureSwitch& row : kFeatures) {
-    desk.settings.values.insert_or_assign(std::string(row.key), row.tag != 33);
+    store(row.key, row.tag != 33);
   }
   launch();
   desk.loop.advance(300ms);
@@ -93,7 +79,7 @@ TEST_F(PanelTest, StoredSwitchesAreRestoredAndNothingIsApplied) {
 TEST_F(PanelTest, AStoredValueOfAnotherTypeLeavesTheSwitchOffAndStays) {
   const std::array<Value, 5> wrong{"true", 1, 1.0, Array{true}, Dictionary{{"isOn", true}}};
   for (std::size_t i = 0; i < wrong.size(); ++i) {
-    desk.settings.values.insert_or_assign(std::string(kFeatures.at(i).key), wrong.at(i));
+    store(kFeatures.at(i).key, wrong.at(i));
   }
   launch();
   for (std::size_t i = 0; i < wrong.size(); ++i) {
@@ -114,65 +100,6 @@ TEST_F(PanelTest, AFeatureSwitchIsStoredAndNotAppliedWhileTheModeIsOff) {
   }
 }
 
-TEST_F(PanelTest, TheMasterSwitchStartsAndStopsTheModeAndIsNeverStored) {
-  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
-  launch();
-  const auto stored = desk.settings.values;
-  EXPECT_EQ(callsOf([this] { click(master()); }), kModeOn);
-  EXPECT_EQ(desk.audio.isMuted(kSpeakers), std::optional(true));
-  EXPECT_EQ(callsOf([this] { click(master()); }), kModeOff);
-  EXPECT_EQ(desk.audio.isMuted(kSpeakers), std::optional(false));
-  EXPECT_EQ(desk.settings.values, stored);
-}
-
-TEST_F(PanelTest, AFeatureSwitchActsAtOnceWhileTheModeIsOn) {
-  launch();
-  click(master());
-  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonTurnOffSpeaker); }),
-            (Calls{"audio.set 42 mute 1", "defaults.set kUserdefaultsToggleSpeakerOff"}));
-  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonTurnOffSpeaker); }),
-            (Calls{"audio.set 42 mute 0", "defaults.set kUserdefaultsToggleSpeakerOff"}));
-  // It was taken back already, so the stop leaves it alone.
-  EXPECT_EQ(callsOf([this] { click(master()); }),
-            (Calls{"statusItem.setImage logo-initial-small"}));
-}
-
-TEST_F(PanelTest, ARelaunchKeepsTheFeaturesAndStartsWithTheModeOff) {
-  launch();
-  click(panel().toggleButtonTurnOffSpeaker);
-  click(panel().toggleButtonHideDesktopIcons);
-  click(master());
-  relaunch();
-  EXPECT_FALSE(master()->isOn());
-  EXPECT_TRUE(panel().toggleButtonTurnOffSpeaker.lock()->isOn());
-  EXPECT_TRUE(panel().toggleButtonHideDesktopIcons.lock()->isOn());
-  EXPECT_EQ(desk.log.calls("audio"), Calls{});
-  EXPECT_EQ(desk.tray.image(), "logo-initial-small");
-}
-
-TEST_F(PanelTest, TheShortcutTakesTheSameStepsAndFlipsTheMasterSwitch) {
-  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
-  launch();
-  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), kModeOn);
-  EXPECT_TRUE(master()->isOn());
-  EXPECT_TRUE(master()->isAnimating(desk.loop.now()));
-  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), kModeOff);
-  EXPECT_FALSE(master()->isOn());
-  panel().togglePresentationMode();
-  EXPECT_EQ(callsOf([this] { click(master()); }), kModeOff);
-}
-
-TEST_F(PanelTest, AShortcutBeforeThePanelWasEverShownLoadsItFirst) {
-  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
-  launchOnly();
-  ASSERT_FALSE(panel().isViewLoaded());
-  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), kModeOn);
-  EXPECT_EQ(desk.screen.visibleWindowCount(), 0U);
-  desk.loop.advance(500ms);
-  EXPECT_TRUE(master()->isOn());
-  EXPECT_EQ(desk.screen.visibleWindowCount(), 1U);
-}
-
 TEST_F(PanelTest, NotificationsWithoutUsableEntriesAreIgnored) {
   launch();
   click(master());
@@ -190,31 +117,27 @@ TEST_F(PanelTest, NotificationsWithoutUsableEntriesAreIgnored) {
       Dictionary{{"isOn", true}, {"index", 66}},
   };
   for (const auto& userInfo : rows) {
-    EXPECT_EQ(callsOf([&] { post(userInfo); }), Calls{})
+    EXPECT_EQ(callsOf([&] { postWith(userInfo); }), Calls{})
         << (userInfo ? platform::description(*userInfo) : "none");
   }
   EXPECT_EQ(callsOf([this] {
-              post(Dictionary{{"isOn", true}, {"index", 44}});
+              postWith(Dictionary{{"isOn", true}, {"index", 44}});
             }),
             (Calls{"audio.set 42 mute 1", "defaults.set kUserdefaultsToggleSpeakerOff"}));
 }
 
-TEST_F(PanelTest, WithoutAStatusButtonTheModeWorksAllTheSame) {
+TEST_F(PanelTest, WithoutAStatusButtonTheShortcutWorksAllTheSame) {
   desk.tray.hasButtons = false;
-  desk.settings.values.emplace(settings::kUserdefaultsToggleSpeakerOff, true);
+  store(settings::kUserdefaultsToggleSpeakerOff, true);
+  store(settings::kuserdefault_ToggleAppShortcut, "k");
+  store(settings::kuserdefault_ToggleAppFlag, Array{12});
   launch();
-  EXPECT_EQ(callsOf([this] { panel().togglePresentationMode(); }), (Calls{"audio.set 42 mute 1"}));
+  EXPECT_EQ(callsOf([this] {
+              desk.keys.press({platform::kVK_ANSI_K, platform::controlKey});
+            }),
+            (Calls{"audio.set 42 mute 1"}));
   EXPECT_TRUE(master()->isOn());
-}
-
-TEST_F(PanelTest, AFailingSpeakerChangesNoSwitch) {
-  desk.hasAudio = false;
-  launch();
-  click(master());
-  click(panel().toggleButtonTurnOffSpeaker);
-  EXPECT_TRUE(panel().toggleButtonTurnOffSpeaker.lock()->isOn());
-  EXPECT_TRUE(master()->isOn());
-  EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleSpeakerOff), Value(true));
+  EXPECT_TRUE(master()->isAnimating(desk.loop.now()));
 }
 
 TEST_F(PanelTest, EachTimeThatItIsShownItComesForwardAndTakesTheKeyboard) {

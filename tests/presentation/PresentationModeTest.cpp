@@ -10,8 +10,6 @@ using platform::Value;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr platform::AudioObjectID kSpeakers = 42;
-
 /// The ways to start and stop the mode.
 enum class Road { Click, Shortcut };
 
@@ -19,20 +17,12 @@ enum class Road { Click, Shortcut };
 class PresentationModeTest : public CoversTest, public ::testing::WithParamInterface<Road> {
  protected:
   PresentationModeTest() {
-    desk.audio.addOutputDevice(kSpeakers);
-    desk.audio.setDefaultOutputDevice(kSpeakers);
+    addSpeakers();
     desk.applications.list = {{7, "Mail", platform::NSApplicationActivationPolicy::Regular}};
     desk.pictures.pictures = {{"A", "/old.png"}};
-    desk.settings.values.emplace(settings::kUserdefaultsSelectedWallpaper, "/new.png");
+    store(settings::kUserdefaultsSelectedWallpaper, "/new.png");
     addPicture("sea", 1280, 720);
-    auto& process =
-        desk.scripts.addApplication("System Events").add("application process", "ControlCenter");
-    process.add("menu bar", "").add("menu bar item", "Focus");
-    checkbox = &process.add("window", "").add("checkbox", "Do Not Disturb");
-    checkbox->properties.emplace("value", 0);
-    checkbox->onClick = [](simulated::SimulatedScriptObject& self) {
-      self.properties.insert_or_assign("value", self.properties.at("value") == Value(1) ? 0 : 1);
-    };
+    addControlCenter();
   }
   void launchWithEverything() {
     launchWith({settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleDnd,
@@ -47,8 +37,6 @@ class PresentationModeTest : public CoversTest, public ::testing::WithParamInter
     panel().togglePresentationMode();
     desk.loop.settle();
   }
-
-  simulated::SimulatedScriptObject* checkbox = nullptr;
 };
 
 const Calls kEverythingOn{"statusItem.setImage logo-active-small",
@@ -134,6 +122,9 @@ TEST_P(PresentationModeTest, NothingThatFailsTurnsASwitch) {
         panel().toggleButtonChangeWallpaper}) {
     EXPECT_TRUE(outlet.lock()->isOn());
   }
+  go(GetParam());
+  click(panel().toggleButtonTurnOffSpeaker);
+  EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleSpeakerOff), Value(false));
 }
 
 TEST_P(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) {
@@ -147,6 +138,7 @@ TEST_P(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) 
   EXPECT_EQ(desk.pictures.pictures["A"], "/new.png");
   EXPECT_EQ(checkbox->properties.at("value"), Value(1));
   EXPECT_THAT(desk.log.calls("pictures"), IsEmpty());
+  EXPECT_EQ(desk.tray.image(), "logo-initial-small");
 }
 
 TEST_P(PresentationModeTest, AnEndBeforeOrDuringTheSecondLeavesNothing) {
@@ -160,7 +152,38 @@ TEST_P(PresentationModeTest, AnEndBeforeOrDuringTheSecondLeavesNothing) {
   desk.screen.release(*wallpaper);  // the refresh waits, and so do the covers
 }
 
-// --- Switches while the mode is on ---
+TEST_P(PresentationModeTest, AFeatureSwitchActsAtOnceAndIsStored) {
+  const struct {
+    std::weak_ptr<controls::CToggleButton> ViewController::*outlet;
+    Calls on;
+    Calls off;
+  } rows[] = {
+      {&ViewController::toggleButtonDisableNotifications,
+       {"automation.keyCode 53", "defaults.set kUserdefaultsToggleDnd"},
+       {"automation.keyCode 53", "defaults.set kUserdefaultsToggleDnd"}},
+      {&ViewController::toggleButtonHideActiveApps,
+       {"applications.hide 7", "defaults.set kUserdefaultsToggleHideActiveApps",
+        "applications.hide 7"},
+       {"applications.unhide 7", "defaults.set kUserdefaultsToggleHideActiveApps"}},
+      {&ViewController::toggleButtonTurnOffSpeaker,
+       {"audio.set 42 mute 1", "defaults.set kUserdefaultsToggleSpeakerOff"},
+       {"audio.set 42 mute 0", "defaults.set kUserdefaultsToggleSpeakerOff"}},
+      {&ViewController::toggleButtonChangeWallpaper,
+       {"pictures.set A /new.png", "defaults.set kUserdefaultsToggleWallpaper"},
+       {"pictures.set A /old.png", "defaults.set kUserdefaultsToggleWallpaper"}},
+  };
+  launch();
+  go(GetParam());
+  for (const auto& row : rows) {
+    EXPECT_EQ(callsOf([&] { click(panel().*row.outlet); }), row.on);
+    EXPECT_EQ(callsOf([&] { click(panel().*row.outlet); }), row.off);
+  }
+  EXPECT_EQ(checkbox->clicks, 2);
+  // All were taken back already, so the stop leaves alone even what somebody else hid.
+  desk.applications.hidden = {7};
+  EXPECT_EQ(callsOf([this] { go(GetParam()); }), Calls{kEverythingOff[0]});
+  EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
+}
 
 TEST_P(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) {
   launchWith({settings::kUserdefaultsToggleDesktopIcons});

@@ -61,8 +61,7 @@ TEST_F(WallpaperGuardTest, ThePanelStaysOpenUnderTheAlertAndClosesAfterwards) {
 
 TEST_F(WallpaperGuardTest, AnythingButATextIsNoChosenWallpaper) {
   for (const Value& value : {Value(true), Value(7), Value(platform::Array{"/pictures/sea.png"})}) {
-    desk.settings.values.insert_or_assign(std::string(settings::kUserdefaultsSelectedWallpaper),
-                                          value);
+    store(settings::kUserdefaultsSelectedWallpaper, value);
     relaunch();
     const int before = asked;
     clickAndAnswer();
@@ -71,21 +70,13 @@ TEST_F(WallpaperGuardTest, AnythingButATextIsNoChosenWallpaper) {
 }
 
 TEST_F(WallpaperGuardTest, AChosenWallpaperOrTurningOffIsNotAsked) {
-  desk.settings.values.emplace(settings::kUserdefaultsSelectedWallpaper, "");
+  store(settings::kUserdefaultsSelectedWallpaper, "");
   launch();
   click(panel().toggleButtonChangeWallpaper);
   EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleWallpaper), Value(true));
   desk.settings.values.erase(desk.settings.values.find(settings::kUserdefaultsSelectedWallpaper));
   click(panel().toggleButtonChangeWallpaper);
   EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleWallpaper), Value(false));
-}
-
-TEST_F(WallpaperGuardTest, TheShortcutAsksNothing) {
-  desk.settings.values.emplace(settings::kUserdefaultsToggleWallpaper, true);
-  launch();
-  panel().togglePresentationMode();
-  EXPECT_TRUE(panel().toggleButtonPresentationMode.lock()->isOn());
-  EXPECT_TRUE(panel().toggleButtonChangeWallpaper.lock()->isOn());
 }
 
 TEST_F(WallpaperGuardTest, AnEndOfTheProgramUnderTheAlertLeavesNothing) {

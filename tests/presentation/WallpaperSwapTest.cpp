@@ -18,12 +18,15 @@ class WallpaperSwapTest : public FeatureTest {
   WallpaperSwapTest() {
     desk.displays.list = {{"B", {1280, 0, 1024, 600}, 1}, {"A", {0, 0, 1280, 720}, 2}};
     desk.pictures.pictures = kOld;
+    choose("/new.png");
   }
-  void choose(const std::string& path) {
-    desk.settings.values.insert_or_assign(std::string(settings::kUserdefaultsSelectedWallpaper),
-                                          path);
-  }
+  void choose(const std::string& path) { store(settings::kUserdefaultsSelectedWallpaper, path); }
   void launchSwapping() { launchWith({settings::kUserdefaultsToggleWallpaper}); }
+  /// The program runs, and the mode goes on.
+  void swap() {
+    launchSwapping();
+    clickMaster();
+  }
   /// What is remembered: "screen path".
   [[nodiscard]] Calls remembered() {
     Calls records;
@@ -35,7 +38,6 @@ class WallpaperSwapTest : public FeatureTest {
 };
 
 TEST_F(WallpaperSwapTest, EveryScreenShowsTheChosenPictureAndGetsItsOwnBack) {
-  choose("/new.png");
   launchSwapping();
   EXPECT_THAT(remembered(), IsEmpty());
   EXPECT_EQ(callsOf([this] { clickMaster(); }, "pictures"),
@@ -51,23 +53,18 @@ TEST_F(WallpaperSwapTest, EveryScreenShowsTheChosenPictureAndGetsItsOwnBack) {
 }
 
 TEST_F(WallpaperSwapTest, AScreenWithoutAPictureKeepsTheChosenOne) {
-  choose("/new.png");
   desk.pictures.pictures.erase("B");
-  launchSwapping();
-  clickMaster();
+  swap();
   EXPECT_THAT(remembered(), ElementsAre("A /old/a.png"));
   clickMaster();
   EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", "/old/a.png"}, {"B", "/new.png"}}));
 }
 
 TEST_F(WallpaperSwapTest, WithoutAChosenPictureTheSameOnesAreSetAgain) {
+  store(settings::kUserdefaultsToggleWallpaper, true);
   for (const platform::Value& stored :
        {platform::Value(7), platform::Value(platform::Array{"/new.png"})}) {
-    desk.settings.values.insert_or_assign(std::string(settings::kUserdefaultsSelectedWallpaper),
-                                          stored);
-    relaunch();
-    desk.settings.values.insert_or_assign(std::string(settings::kUserdefaultsToggleWallpaper),
-                                          true);
+    store(settings::kUserdefaultsSelectedWallpaper, stored);
     relaunch();
     EXPECT_THAT(callsOf([this] { panel().togglePresentationMode(); }, "pictures"), IsEmpty());
     EXPECT_THAT(remembered(), ElementsAre("B /old/b.png", "A /old/a.png"));
@@ -79,10 +76,8 @@ TEST_F(WallpaperSwapTest, WithoutAChosenPictureTheSameOnesAreSetAgain) {
 TEST_F(WallpaperSwapTest, ScalingAndFillSurviveBothWays) {
   const Dictionary fitted{{"scaling", 3}, {"fill", "#102030"}};
   const Dictionary cropped{{"clipping", true}};
-  choose("/new.png");
   desk.pictures.pictureOptions = {{"A", fitted}};
-  launchSwapping();
-  clickMaster();
+  swap();
   EXPECT_EQ(desk.pictures.pictureOptions,
             (std::map<std::string, Dictionary>{{"A", fitted}, {"B", {}}}));
   // The user changes them during the mode: each set takes those of its moment.
@@ -93,10 +88,8 @@ TEST_F(WallpaperSwapTest, ScalingAndFillSurviveBothWays) {
 }
 
 TEST_F(WallpaperSwapTest, ARefusalIsOneLineAndTheOthersGoOn) {
-  choose("/new.png");
   desk.pictures.refusals["B"] = "The picture cannot be read.";
-  launchSwapping();
-  clickMaster();
+  swap();
   EXPECT_THAT(desk.output.lines, ElementsAre("The picture cannot be read."));
   EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", "/new.png"}, {"B", "/old/b.png"}}));
   desk.pictures.refusals = {{"B", "No such screen."}};
@@ -111,8 +104,7 @@ TEST_F(WallpaperSwapTest, APathIsTakenAsItIs) {
   const std::string odd = "/My Pictures/100%20 caf\xc3\xa9 #1?.png";
   choose(odd);
   desk.pictures.pictures["A"] = "/old/%41 ~b;%.png";
-  launchSwapping();
-  clickMaster();
+  swap();
   EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", odd}, {"B", odd}}));
   clickMaster();
   EXPECT_EQ(desk.pictures.pictures["A"], "/old/%41 ~b;%.png");
@@ -120,9 +112,7 @@ TEST_F(WallpaperSwapTest, APathIsTakenAsItIs) {
 }
 
 TEST_F(WallpaperSwapTest, TheRecordsNameTheScreensOfTheirMoment) {
-  choose("/new.png");
-  launchSwapping();
-  clickMaster();
+  swap();
   desk.displays.list = {{"C", {0, 0, 800, 600}, 1}, {"A", {800, 0, 1280, 720}, 1}};
   desk.pictures.pictures["C"] = "/old/c.png";
   EXPECT_EQ(callsOf([this] { clickMaster(); }, "pictures"),
@@ -130,9 +120,7 @@ TEST_F(WallpaperSwapTest, TheRecordsNameTheScreensOfTheirMoment) {
 }
 
 TEST_F(WallpaperSwapTest, ASecondSwapForgetsTheFirst) {
-  choose("/new.png");
-  launchSwapping();
-  clickMaster();
+  swap();
   choose("/newer.png");
   post(55, true);
   EXPECT_THAT(remembered(), ElementsAre("B /new.png", "A /new.png"));
@@ -140,24 +128,9 @@ TEST_F(WallpaperSwapTest, ASecondSwapForgetsTheFirst) {
   EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", "/new.png"}, {"B", "/new.png"}}));
 }
 
-TEST_F(WallpaperSwapTest, TheSwitchSwapsWhileTheModeIsOn) {
-  choose("/new.png");
-  launch();
-  clickMaster();
-  const std::string stored = "defaults.set kUserdefaultsToggleWallpaper";
-  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonChangeWallpaper); }),
-            (Calls{"pictures.set B /new.png", "pictures.set A /new.png", stored}));
-  EXPECT_EQ(callsOf([this] { click(panel().toggleButtonChangeWallpaper); }),
-            (Calls{"pictures.set B /old/b.png", "pictures.set A /old/a.png", stored}));
-  EXPECT_THAT(callsOf([this] { clickMaster(); }, "pictures"), IsEmpty());
-  EXPECT_TRUE(desk.loop.sleeps().empty());
-}
-
 TEST_F(WallpaperSwapTest, ADesktopWithoutPicturesSaysSoForEachScreen) {
-  choose("/new.png");
   desk.hasPictures = false;
-  launchSwapping();
-  clickMaster();
+  swap();
   const std::string line = "This desktop offers no way to set its picture.";
   EXPECT_THAT(desk.output.lines, ElementsAre(line, line));
   EXPECT_THAT(remembered(), IsEmpty());

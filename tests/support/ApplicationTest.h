@@ -27,11 +27,20 @@ class ApplicationTest : public ::testing::Test {
   /// Ends the program as a user does who comes back later: what is stored stays.
   void relaunch();
 
+  void store(std::string_view key, platform::Value value) {
+    desk.settings.values.insert_or_assign(std::string(key), std::move(value));
+  }
+  /// Speakers, the default device and not muted.
+  void addSpeakers() {
+    desk.audio.addOutputDevice(kSpeakers);
+    desk.audio.setDefaultOutputDevice(kSpeakers);
+  }
   /// Press and release, and all that follows at once.
   void click(const std::weak_ptr<platform::NSView>& control);
   [[nodiscard]] presentation::ViewController& panel() { return *app::sharedViewController(); }
   [[nodiscard]] app::AppDelegate& delegate() { return *app::sharedAppDelegate(); }
 
+  static constexpr platform::AudioObjectID kSpeakers = 42;
   simulated::SimulatedDesktop desk;
 
  private:

@@ -12,7 +12,7 @@ class Attributes final : public platform::NSCoder {
  public:
   using Map = std::map<std::string, std::string, std::less<>>;
 
-  explicit Attributes(Map values = {}) : values_(std::move(values)) {}
+  Attributes(std::initializer_list<Map::value_type> values = {}) : values_(values) {}
 
   [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const override {
     const auto found = values_.find(name);

@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "desktop/simulated/SimulatedDesktop.h"
-#include "platform/Runtime.h"
 #include "platform/appkit/NSView.h"
+#include "support/DeskTest.h"
 
 namespace platform {
 namespace {
 
-class LayoutTest : public ::testing::Test {
+class LayoutTest : public tests::DeskTest {
  protected:
   static std::shared_ptr<NSView> constrained(NSView& parent) {
     auto view = std::make_shared<NSView>();
@@ -23,8 +22,6 @@ class LayoutTest : public ::testing::Test {
     anchor.constraintEqualToConstant(constant)->setActive(true);
   }
 
-  simulated::SimulatedDesktop desk;
-  Runtime runtime{desk};
   std::shared_ptr<NSView> root = std::make_shared<NSView>();
 };
 
@@ -45,17 +42,6 @@ TEST_F(LayoutTest, EdgesCentresAndSizesFollowFromEachOther) {
   EXPECT_EQ(a->frame(), (NSRect{10, 15, 80, 20}));
   EXPECT_EQ(b->frame(), (NSRect{63, 15, 22, 22}));
   EXPECT_EQ(root->frame(), (NSRect{7, 9, 100, 50}));
-}
-
-TEST_F(LayoutTest, AViewMayTakeItsSizeFromWhatIsInIt) {
-  root->setTranslatesAutoresizingMaskIntoConstraints(false);
-  const auto a = constrained(*root);
-  equal(a->leftAnchor(), root->leftAnchor(), 3);
-  fix(a->widthAnchor(), 40);
-  equal(root->rightAnchor(), a->rightAnchor(), 3);
-  fix(root->heightAnchor(), 12);
-  root->layoutSubtreeIfNeeded();
-  EXPECT_EQ(root->frame(), (NSRect{0, 0, 46, 12}));
 }
 
 TEST_F(LayoutTest, ASizeThatWasDecidedAboveHoldsBelow) {
@@ -118,17 +104,6 @@ TEST_F(LayoutTest, AConstraintWhoseViewIsGoneSaysNothing) {
   EXPECT_FALSE(orphan->isActive());
   root->layoutSubtreeIfNeeded();
   EXPECT_EQ(a->frame().width, 0);
-}
-
-TEST_F(LayoutTest, AViewIsInOneTreeAtATime) {
-  const auto other = std::make_shared<NSView>();
-  const auto a = constrained(*root);
-  other->addSubview(a);
-  EXPECT_TRUE(root->subviews().empty());
-  EXPECT_EQ(a->superview(), other.get());
-  a->removeFromSuperview();
-  a->removeFromSuperview();
-  EXPECT_EQ(a->superview(), nullptr);
 }
 
 }  // namespace

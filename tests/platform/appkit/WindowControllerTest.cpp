@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
 
-#include "desktop/simulated/SimulatedDesktop.h"
-#include "platform/Runtime.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSWindowController.h"
 #include "support/Attributes.h"
+#include "support/DeskTest.h"
 
 namespace platform {
 namespace {
@@ -30,20 +29,14 @@ class Content final : public NSViewController {
 class Controller final : public NSWindowController {
  public:
   explicit Controller(Calls& told) : told_(told) {}
-  bool readTitle(std::string title) {
-    return decode(tests::Attributes(tests::Attributes::Map{{"title", title}}));
-  }
+  bool readTitle(std::string title) { return decode(tests::Attributes{{"title", title}}); }
   void windowDidLoad() override { told_.emplace_back("windowDidLoad"); }
-  void keyDown(const NSEvent& event) override {
-    told_.push_back("keyDown " + std::to_string(event.keyCode));
-    NSWindowController::keyDown(event);
-  }
 
  private:
   Calls& told_;
 };
 
-class WindowControllerTest : public ::testing::Test {
+class WindowControllerTest : public tests::DeskTest {
  protected:
   WindowControllerTest() {
     EXPECT_TRUE(controller->readTitle("Preferences"));
@@ -85,8 +78,6 @@ class WindowControllerTest : public ::testing::Test {
     return texts;
   }
 
-  simulated::SimulatedDesktop desk;
-  Runtime runtime{desk};
   Calls told;
   std::function<void()> onAnswer;
   std::shared_ptr<Controller> controller = std::make_shared<Controller>(told);
@@ -108,23 +99,6 @@ TEST_F(WindowControllerTest, TheContentHearsOfEveryComingAndGoing) {
   EXPECT_EQ(controller->window(), window);
 }
 
-TEST_F(WindowControllerTest, AShownWindowStaysWhereItIsAndComesToTheFront) {
-  controller->showWindow(nullptr);
-  desk.log.clear();
-  EXPECT_THAT(toldBy([this] { controller->showWindow(nullptr); }), IsEmpty());
-  EXPECT_THAT(desk.log.calls(), ElementsAre("window.makeKey"));
-  EXPECT_THAT(toldBy([this] { desk.screen.actElsewhere(); }), IsEmpty());
-  EXPECT_TRUE(controller->window()->isVisible());
-}
-
-TEST_F(WindowControllerTest, KeysOfTheWindowReachItsController) {
-  controller->showWindow(nullptr);
-  NSEvent event;
-  event.type = NSEventType::KeyDown;
-  event.keyCode = 40;
-  EXPECT_THAT(toldBy([&] { desk.screen.pressKey(event); }), ElementsAre("keyDown 40"));
-}
-
 TEST_F(WindowControllerTest, AWindowMayOutliveItsController) {
   controller->showWindow(nullptr);
   const std::shared_ptr<NSWindow> window = controller->window();
@@ -133,23 +107,14 @@ TEST_F(WindowControllerTest, AWindowMayOutliveItsController) {
   EXPECT_EQ(window->windowController(), nullptr);
 }
 
-TEST_F(WindowControllerTest, ASheetBringsItsWindowToTheScreenAndWaitsForNobody) {
-  EXPECT_THAT(toldBy([this] { beginSheet("first"); }),
-              ElementsAre("viewDidLoad", "windowDidLoad", "viewWillAppear", "viewDidAppear"));
-  EXPECT_TRUE(controller->window()->isVisible());
-  EXPECT_THAT(sheets(), ElementsAre("first"));
-  EXPECT_THAT(toldBy([this] { desk.screen.answerAlert(1); }), ElementsAre("first 1001"));
-  EXPECT_THAT(sheets(), IsEmpty());
-}
-
 TEST_F(WindowControllerTest, SheetsWaitForEachOther) {
   controller->showWindow(nullptr);
   for (const char* text : {"first", "second"}) beginSheet(text);
   onAnswer = [this] { beginSheet("third"); };
   for (const char* text : {"first", "second", "third"}) {
     ASSERT_THAT(sheets(), ElementsAre(text));
-    EXPECT_THAT(toldBy([this] { desk.screen.answerAlert(0); }),
-                ElementsAre(std::string(text) + " 1000"));
+    EXPECT_THAT(toldBy([this] { desk.screen.answerAlert(1); }),
+                ElementsAre(std::string(text) + " 1001"));
   }
   EXPECT_THAT(sheets(), IsEmpty());
 }

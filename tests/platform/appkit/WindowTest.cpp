@@ -1,19 +1,18 @@
 #include <gtest/gtest.h>
 
-#include "desktop/simulated/SimulatedDesktop.h"
-#include "platform/Runtime.h"
 #include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSPopover.h"
 #include "platform/appkit/NSStatusItem.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSRunLoop.h"
+#include "support/DeskTest.h"
 
 namespace platform {
 namespace {
 
 using Calls = std::vector<std::string>;
 
-class WindowTest : public ::testing::Test {
+class WindowTest : public tests::DeskTest {
  protected:
   WindowTest() { window->setContentView(view); }
   ~WindowTest() override {
@@ -26,8 +25,6 @@ class WindowTest : public ::testing::Test {
     desk.loop.settle();
   }
 
-  simulated::SimulatedDesktop desk;
-  Runtime runtime{desk};
   std::shared_ptr<NSWindow> window = std::make_shared<NSWindow>(NSWindowStyle::Titled);
   std::shared_ptr<NSView> view = std::make_shared<NSView>();
 };
@@ -70,7 +67,9 @@ TEST_F(WindowTest, ViewsThatLeaveTheTreeConcernItNoMore) {
   const auto inner = std::make_shared<NSView>();
   view->addSubview(inner);
   EXPECT_EQ(inner->window(), window.get());
-  inner->removeFromSuperview();
+  const auto elsewhere = std::make_shared<NSView>();
+  elsewhere->addSubview(inner);
+  EXPECT_TRUE(view->subviews().empty());
   EXPECT_EQ(inner->window(), nullptr);
   desk.loop.settle();
   const int before = desk.screen.updates();
@@ -128,7 +127,7 @@ TEST_F(WindowTest, OnlyAVisibleWindowAsksForTheKeyboard) {
 
 // --- Popover ---
 
-class PopoverTest : public ::testing::Test {
+class PopoverTest : public tests::DeskTest {
  protected:
   class Controller final : public NSViewController {
    public:
@@ -151,8 +150,6 @@ class PopoverTest : public ::testing::Test {
   }
   Calls take() { return std::exchange(calls, {}); }
 
-  simulated::SimulatedDesktop desk;
-  Runtime runtime{desk};
   Calls calls;
   std::shared_ptr<NSStatusItem> item =
       NSStatusBar::systemStatusBar().statusItemWithLength(NSStatusItem::kVariableLength);

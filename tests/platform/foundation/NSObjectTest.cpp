@@ -15,35 +15,17 @@ class Owner final : public NSObject {
  public:
   std::weak_ptr<tests::Listener> outletToListener;
   std::int64_t number = 0;
-  NSObject* lastSender = nullptr;
 
   void setNumber(std::int64_t value) { number = value; }
-  void act(NSObject* sender) { lastSender = sender; }
 
   [[nodiscard]] const ClassDescription& classDescription() const override {
-    static constexpr std::array messages{message<&Owner::act>("act:")};
     static constexpr std::array outlets{outlet<&Owner::outletToListener>("listener")};
     static constexpr std::array keys{keyValue<&Owner::setNumber>("number")};
     static constexpr ClassDescription description{
-        .className = "Owner", .messages = messages, .outlets = outlets, .keys = keys};
+        .className = "Owner", .outlets = outlets, .keys = keys};
     return description;
   }
 };
-
-TEST(NSObjectTest, MessagesReachTheMethodOfTheirName) {
-  const auto owner = std::make_shared<Owner>();
-  const auto sender = std::make_shared<NSObject>();
-  EXPECT_TRUE(owner->respondsToSelector("act:"));
-  EXPECT_FALSE(owner->respondsToSelector("act"));
-  owner->performSelector("act:", sender.get());
-  EXPECT_EQ(owner->lastSender, sender.get());
-  owner->performSelector("act:");
-  EXPECT_EQ(owner->lastSender, nullptr);
-
-  const auto listener = std::make_shared<tests::Listener>();
-  listener->performSelector("called", sender.get());
-  EXPECT_EQ(listener->calls, 1);
-}
 
 TEST(NSObjectTest, AMessageThatNobodyAnswersEndsTheProgramByName) {
   EXPECT_DEATH(Owner().performSelector("jump:"), "programming error: Owner does not answer jump:");

@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/simulated/SimulatedDesktop.h"
-#include "platform/Runtime.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/foundation/DispatchQueue.h"
+#include "support/DeskTest.h"
 #include "support/Listener.h"
 
 namespace platform {
@@ -14,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 using Order = std::vector<std::string>;
 
-class NSRunLoopTest : public ::testing::Test {
+class NSRunLoopTest : public tests::DeskTest {
  protected:
   NSRunLoop::Work note(std::string what) {
     return [this, what = std::move(what)] { order.push_back(what); };
@@ -30,8 +29,6 @@ class NSRunLoopTest : public ::testing::Test {
     order.emplace_back("woke");
   }
 
-  simulated::SimulatedDesktop desk;
-  Runtime runtime{desk};
   Order order;
 };
 
@@ -46,30 +43,6 @@ TEST_F(NSRunLoopTest, QueuedWorkRunsInOrderAfterTheEventThatQueuedIt) {
   EXPECT_EQ(order, (Order{"first", "second", "third"}));
 }
 
-TEST_F(NSRunLoopTest, TimersFireOnceWhenDueInOrderOfTime) {
-  loop().scheduleTimer(20ms, note("b"));
-  loop().scheduleTimer(10ms, note("a"));
-  loop().scheduleTimer(20ms, note("c"));
-  EXPECT_EQ(loop().pendingTimers(), 3U);
-  desk.loop.advance(19ms);
-  EXPECT_EQ(order, Order{"a"});
-  desk.loop.advance(1s);
-  EXPECT_EQ(order, (Order{"a", "b", "c"}));
-  EXPECT_EQ(loop().pendingTimers(), 0U);
-}
-
-TEST_F(NSRunLoopTest, ACancelledTimerNeverFires) {
-  const NSRunLoop::TimerId first = loop().scheduleTimer(10ms, note("first"));
-  NSRunLoop::TimerId second = 0;
-  loop().scheduleTimer(5ms, [&] { loop().cancelTimer(second); });
-  second = loop().scheduleTimer(5ms, note("second"));
-  loop().cancelTimer(first);
-  loop().cancelTimer(first);
-  loop().cancelTimer(12345);
-  desk.loop.advance(1s);
-  EXPECT_EQ(order, Order{});
-}
-
 TEST_F(NSRunLoopTest, ADelayedMessageKeepsItsTargetAliveUntilItIsSent) {
   auto target = std::make_shared<tests::Listener>();
   const std::weak_ptr<tests::Listener> watched = target;
@@ -82,8 +55,6 @@ TEST_F(NSRunLoopTest, ADelayedMessageKeepsItsTargetAliveUntilItIsSent) {
   EXPECT_EQ(seen->calls, 1);
   EXPECT_EQ(seen.use_count(), 1);
 }
-
-// --- Sleep ---
 
 TEST_F(NSRunLoopTest, WhatArrivesDuringASleepTakesEffectAfterItOnceAndInOrder) {
   loop().scheduleTimer(300ms, note("timer"));
@@ -160,18 +131,6 @@ TEST_F(NSRunLoopTest, WorkForTheEndOfTheTurnRunsBeforeASleep) {
   desk.loop.settle();
   EXPECT_EQ(order, (Order{"sleeps", "drawn", "woke"}));
 }
-
-TEST_F(NSRunLoopTest, AfterTheEndNothingSleepsOrRuns) {
-  loop().scheduleTimer(10ms, note("timer"));
-  desk.loop.terminate();
-  loop().sleep(1);
-  desk.loop.run();
-  desk.loop.advance(1s);
-  EXPECT_EQ(order, Order{});
-  EXPECT_EQ(loop().now(), MonotonicTime{});
-}
-
-// --- Queues ---
 
 TEST_F(NSRunLoopTest, WhatTheGlobalQueueHandsOnComesAfterWhatWasWaiting) {
   DispatchQueue::globalQueue().async(

@@ -1,12 +1,9 @@
 // How values are written and read as texts.
 #include <gtest/gtest.h>
 
-#include "desktop/simulated/SimulatedDesktop.h"
-#include "platform/Runtime.h"
 #include "platform/appkit/NSColor.h"
 #include "platform/foundation/AttributeText.h"
 #include "platform/foundation/NSDate.h"
-#include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/UserInfoText.h"
 
 namespace platform {
@@ -27,14 +24,6 @@ TEST(NSDateTest, DatesAreDescribedInUtcToTheSecond) {
       {sys_days(1970y / 1 / 1) - 1ms, "1969-12-31 23:59:59 +0000"},
   };
   for (const auto& row : rows) EXPECT_EQ(NSDate(row.time).description(), row.text);
-}
-
-TEST(NSDateTest, NowIsTheDesktopsTime) {
-  simulated::SimulatedDesktop desk;
-  const Runtime runtime(desk);
-  desk.loop.setWallClockStart(std::chrono::sys_days(std::chrono::year(2026) / 1 / 1));
-  desk.loop.advance(90s);
-  EXPECT_EQ(NSDate::date().description(), "2026-01-01 00:01:30 +0000");
 }
 
 TEST(AttributeTextTest, NumbersAndTruthsAreReadStrictly) {
@@ -70,20 +59,6 @@ TEST(UserInfoTextTest, AUserInfoIsPrintedWithItsTypes) {
        R"(Optional([AnyHashable("x"): [1.0, -0.5, 1e+300, {1, 2}], AnyHashable("y"): ["z": []]]))"},
   };
   for (const auto& row : rows) EXPECT_EQ(userInfoText(row.userInfo), row.text);
-}
-
-TEST(NSUserDefaultsTest, AValueOfAnotherTypeCountsAsAbsent) {
-  simulated::SimulatedDesktop desk;
-  const Runtime runtime(desk);
-  NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
-  defaults.setBool(true, "a");
-  defaults.setObject(1, "b");
-  EXPECT_EQ(defaults.objectOfType<bool>("a"), std::optional(true));
-  EXPECT_FALSE(defaults.objectOfType<std::int64_t>("a"));
-  EXPECT_FALSE(defaults.objectOfType<bool>("b"));
-  EXPECT_FALSE(defaults.objectOfType<double>("b"));
-  defaults.removeObjectForKey("a");
-  EXPECT_FALSE(defaults.objectForKey("a"));
 }
 
 }  // namespace
