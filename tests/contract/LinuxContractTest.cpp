@@ -130,7 +130,7 @@ class LinuxContractDesk final : public ContractDesk {
   [[nodiscard]] std::string makePicture() override {
     static int last = 0;
     const auto path = x_.home().home() / ("picture " + std::to_string(++last) + ".png");
-    x_.screenshot(path);
+    harness::writePng(x_.screen().whole(), path);
     return path;
   }
   void addLoginItem(const std::optional<std::string>& path) override {

@@ -6,7 +6,6 @@
 
 #include "desktop/applications/ApplicationsDesk.h"
 
-using harness::Stream;
 using harness::WindowManager;
 using testing::Contains;
 using testing::HasSubstr;

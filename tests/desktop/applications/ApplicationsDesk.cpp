@@ -22,6 +22,11 @@ harness::DeskOptions optionsFor(harness::WindowManager windowManager) {
 
 }  // namespace
 
+std::string nameOfWindowManager(const testing::TestParamInfo<harness::WindowManager>& info) {
+  constexpr const char* kNames[] = {"Openbox", "Xfwm4", "Marco", "Icewm"};
+  return kNames[info.index];
+}
+
 ApplicationsDesk::ApplicationsDesk(harness::WindowManager windowManager)
     : desk_(optionsFor(windowManager)), fifo_(desk_.home().home() / "commands") {
   if (::mkfifo(fifo_.c_str(), 0600) != 0) throw std::runtime_error("no fifo");

@@ -10,6 +10,12 @@
 
 #include "desktop/harness/XDesk.h"
 
+inline constexpr harness::WindowManager kWindowManagers[] = {
+    harness::WindowManager::Openbox, harness::WindowManager::Xfwm4, harness::WindowManager::Marco,
+    harness::WindowManager::Icewm};
+[[nodiscard]] std::string nameOfWindowManager(
+    const testing::TestParamInfo<harness::WindowManager>& info);
+
 /// What a foreign program's window says of itself.
 struct ForeignWindow {
   std::string name = {};

@@ -2,35 +2,22 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <map>
 #include <thread>
 
 #include "desktop/applications/ApplicationsDesk.h"
 
-using harness::Stream;
 using harness::WindowManager;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
-
-std::string nameOf(const testing::TestParamInfo<WindowManager>& info) {
-  static const std::map<WindowManager, std::string> names = {{WindowManager::Openbox, "Openbox"},
-                                                             {WindowManager::Xfwm4, "Xfwm4"},
-                                                             {WindowManager::Marco, "Marco"},
-                                                             {WindowManager::Icewm, "Icewm"}};
-  return names.at(info.param);
-}
 
 class HidingTest : public testing::TestWithParam<WindowManager> {
  protected:
   ApplicationsDesk desk{GetParam()};
 };
 
-INSTANTIATE_TEST_SUITE_P(EachWindowManager, HidingTest,
-                         testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
-                                         WindowManager::Marco, WindowManager::Icewm),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(EachWindowManager, HidingTest, testing::ValuesIn(kWindowManagers),
+                         nameOfWindowManager);
 
 TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {
   const auto letter = desk.openProgram("letter", {100, 100, 300, 200});
@@ -169,8 +156,6 @@ TEST_P(HidingTest, ManyWindowsCostAFewRoundTrips) {
   EXPECT_LT(showing.requests, 60 * kWindows);
   EXPECT_LT(hiding.roundTrips, 20);
   EXPECT_LT(showing.roundTrips, 20);
-  std::cout << "hide " << hiding.requests << " requests, " << hiding.roundTrips
-            << " round trips; show " << showing.requests << ", " << showing.roundTrips << "\n";
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <map>
 
 #include "desktop/applications/ApplicationsDesk.h"
 
@@ -13,14 +12,6 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 namespace {
-
-std::string nameOf(const testing::TestParamInfo<WindowManager>& info) {
-  static const std::map<WindowManager, std::string> names = {{WindowManager::Openbox, "Openbox"},
-                                                             {WindowManager::Xfwm4, "Xfwm4"},
-                                                             {WindowManager::Marco, "Marco"},
-                                                             {WindowManager::Icewm, "Icewm"}};
-  return names.at(info.param);
-}
 
 class ManagerFaultsTest : public testing::TestWithParam<WindowManager> {
  protected:
@@ -46,10 +37,8 @@ class ManagerFaultsTest : public testing::TestWithParam<WindowManager> {
   std::vector<xcb_window_t> windows;
 };
 
-INSTANTIATE_TEST_SUITE_P(EachWindowManager, ManagerFaultsTest,
-                         testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
-                                         WindowManager::Marco, WindowManager::Icewm),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(EachWindowManager, ManagerFaultsTest, testing::ValuesIn(kWindowManagers),
+                         nameOfWindowManager);
 
 TEST_P(ManagerFaultsTest, OneThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   ASSERT_NO_FATAL_FAILURE(loseManagerIn("hide"));

@@ -9,6 +9,7 @@ namespace {
 
 // Debian's own: its modules are not for an interpreter from elsewhere.
 constexpr const char* kPython = "/usr/bin/python3";
+constexpr const char* kApplication = "calmdeck";  // the executable's name
 constexpr const char* kScript = HARNESS_FOLDER "/accessibility.py";
 
 std::vector<std::string> split(const std::string& text, char separator) {
@@ -40,7 +41,7 @@ Environment AccessibilityClient::accessibleEnvironment() {
 std::vector<AccessibleElement> AccessibilityClient::elements() const {
   std::vector<AccessibleElement> elements;
   for (const std::string& line :
-       split(desk_.run({kPython, kScript, "tree", application_}).output, '\n')) {
+       split(desk_.run({kPython, kScript, "tree", kApplication}).output, '\n')) {
     if (auto element = parsed(line)) elements.push_back(std::move(*element));
   }
   return elements;
@@ -63,7 +64,7 @@ std::optional<AccessibleElement> AccessibilityClient::await(
 }
 
 bool AccessibilityClient::act(const AccessibleElement& element) const {
-  return desk_.run({kPython, kScript, "act", application_, element.role, element.name}).succeeded();
+  return desk_.run({kPython, kScript, "act", kApplication, element.role, element.name}).succeeded();
 }
 
 }  // namespace harness

@@ -11,7 +11,7 @@ namespace harness {
 
 /// One element as a screen reader is told of it.
 struct AccessibleElement {
-  std::string role;                 // "push button", "check box", "toggle button", …
+  std::string role;                 // "button", "check box", "toggle button", …
   std::string name;                 // what the reader says
   std::vector<std::string> states;  // "checked", "focused", "showing", …
   Rect area;                        // in root coordinates
@@ -21,13 +21,11 @@ struct AccessibleElement {
   [[nodiscard]] bool is(std::string_view state) const;
 };
 
-/// A screen reader's view of the programs of a desktop. Start the program with
+/// A screen reader's view of Calmdeck on a desktop. Start the program with
 /// accessibleEnvironment(); most toolkits tell nothing unless somebody listens.
 class AccessibilityClient {
  public:
-  /// `application` is the name under which the program registers: that of its executable.
-  explicit AccessibilityClient(const XDesk& desk, std::string application = "calmdeck")
-      : desk_(desk), application_(std::move(application)) {}
+  explicit AccessibilityClient(const XDesk& desk) : desk_(desk) {}
 
   [[nodiscard]] static Environment accessibleEnvironment();
 
@@ -42,7 +40,6 @@ class AccessibilityClient {
 
  private:
   const XDesk& desk_;
-  std::string application_;
 };
 
 }  // namespace harness

@@ -33,7 +33,7 @@ const DesktopProgram& program(WindowManager kind) {
       // else changes.
       {"marco", {"marco", "--sm-disable", "--no-force-fullscreen", "--no-composite"}},
       // Its own bar would take the tray.
-      {"icewm", {"icewm"}, {}, "icewm/preferences", "ShowTaskBar=0\n"},
+      {"icewm", {"icewm"}, "icewm/preferences", "ShowTaskBar=0\n"},
   }};
   return rowOf(table, kind);
 }
@@ -44,11 +44,14 @@ const DesktopProgram& program(Panel kind) {
       {"xfce4-panel", {"xfce4-panel", "--disable-wm-check", "--sm-client-disable"}},
       {"tint2", {"tint2"}},
       {"lxqt-panel", {"lxqt-panel"}},
-      {"mate-panel",
-       {"mate-panel", "--replace"},
-       {"org.mate.panel.applet.NotificationAreaAppletFactory"}},
+      {"mate-panel", {"mate-panel", "--replace"}},
   }};
   return rowOf(table, kind);
+}
+
+std::ostream& operator<<(std::ostream& stream, Panel kind) {
+  static const std::array names{"None", "XfcePanel", "Tint2", "LxqtPanel", "MatePanel"};
+  return stream << names.at(static_cast<std::size_t>(kind));
 }
 
 const DesktopProgram& program(NotificationDaemon kind) {
@@ -73,10 +76,6 @@ const DesktopProgram& program(DesktopIcons kind) {
       {"pcmanfm-qt", {"pcmanfm-qt", "--desktop", "--profile", "lxqt"}},
   }};
   return rowOf(table, kind);
-}
-
-bool hostsStatusNotifierItems(Panel kind) {
-  return kind != Panel::None && kind != Panel::Tint2;
 }
 
 }  // namespace harness

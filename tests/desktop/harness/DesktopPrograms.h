@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,9 @@ namespace harness {
 
 enum class WindowManager : std::uint8_t { None, Openbox, Xfwm4, Marco, Icewm };
 enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
+/// For the names of parameterised tests.
+std::ostream& operator<<(std::ostream& stream, Panel kind);
+
 enum class NotificationDaemon : std::uint8_t {
   None,
   Dunst,
@@ -34,8 +38,6 @@ struct DesktopProgram {
   /// Also the name of the Debian package.
   std::string name;
   std::vector<std::string> argv;
-  /// Bus names that the program's parts are started by; see SessionBus.
-  std::vector<std::string> activatable = {};
   /// A configuration file that it needs, relative to the configuration folder, and its text.
   std::string configFile = {};
   std::string configText = {};
@@ -45,9 +47,6 @@ struct DesktopProgram {
 [[nodiscard]] const DesktopProgram& program(Panel kind);
 [[nodiscard]] const DesktopProgram& program(NotificationDaemon kind);
 [[nodiscard]] const DesktopProgram& program(DesktopIcons kind);
-
-/// True when trays of this panel take StatusNotifierItems, false when only the old protocol.
-[[nodiscard]] bool hostsStatusNotifierItems(Panel kind);
 
 /// Writes the panel's configuration. `environment` must be that of the desktop with its session
 /// bus, since some panels keep their settings behind it.

@@ -49,22 +49,10 @@ void Input::fake(std::uint8_t type, std::uint8_t detail, int x, int y) const {
       xcb_get_input_focus_reply(x_.get(), xcb_get_input_focus(x_.get()), nullptr));
 }
 
-void Input::moveTo(int x, int y) const {
-  fake(XCB_MOTION_NOTIFY, 0, x, y);
-}
-
-void Input::press(Button button) const {
-  fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
-}
-
-void Input::release(Button button) const {
-  fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
-}
-
 void Input::click(int x, int y, Button button) const {
   moveTo(x, y);
-  press(button);
-  release(button);
+  fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
+  fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
 }
 
 void Input::key(std::string_view chord) const {
@@ -73,26 +61,10 @@ void Input::key(std::string_view chord) const {
   std::for_each(names.rbegin(), names.rend(), [this](const std::string& name) { keyUp(name); });
 }
 
-void Input::keyDown(std::string_view name) const {
-  fake(XCB_KEY_PRESS, keycode(name));
-}
-
-void Input::keyUp(std::string_view name) const {
-  fake(XCB_KEY_RELEASE, keycode(name));
-}
-
 void Input::places(const std::vector<std::uint8_t>& keycodes) const {
   for (const std::uint8_t keycode : keycodes) placeDown(keycode);
   std::for_each(keycodes.rbegin(), keycodes.rend(),
                 [this](std::uint8_t keycode) { placeUp(keycode); });
-}
-
-void Input::placeDown(std::uint8_t keycode) const {
-  fake(XCB_KEY_PRESS, keycode);
-}
-
-void Input::placeUp(std::uint8_t keycode) const {
-  fake(XCB_KEY_RELEASE, keycode);
 }
 
 std::uint8_t Input::keycode(std::string_view name) const {

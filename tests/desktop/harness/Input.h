@@ -9,7 +9,7 @@
 
 namespace harness {
 
-enum class Button : std::uint8_t { Left = 1, Middle = 2, Right = 3, WheelUp = 4, WheelDown = 5 };
+enum class Button : std::uint8_t { Left = 1, Middle = 2, Right = 3, WheelUp = 4 };
 
 /// A mouse and a keyboard: what they do goes through the server like a real device's events, grabs
 /// included. Each call returns once the server has taken it; what programs make of it comes later.
@@ -17,21 +17,19 @@ class Input {
  public:
   explicit Input(const XConnection& x) : x_(x) {}
 
-  void moveTo(int x, int y) const;
-  void press(Button button) const;
-  void release(Button button) const;
+  void moveTo(int x, int y) const { fake(XCB_MOTION_NOTIFY, 0, x, y); }
   void click(int x, int y, Button button = Button::Left) const;
 
   /// Keys by the X names of a few (`Tab`, `space`, `Escape`, `F5`, `ctrl`, `shift`, `alt`,
   /// `super`, …) or by their character, joined with `+`: pressed in this order, released in the
   /// other. Throws std::runtime_error for a key that the layout lacks.
   void key(std::string_view chord) const;
-  void keyDown(std::string_view name) const;
-  void keyUp(std::string_view name) const;
+  void keyDown(std::string_view name) const { placeDown(keycode(name)); }
+  void keyUp(std::string_view name) const { placeUp(keycode(name)); }
   /// Keys by their place on the keyboard, as the server numbers them, whatever the layout.
   void places(const std::vector<std::uint8_t>& keycodes) const;
-  void placeDown(std::uint8_t keycode) const;
-  void placeUp(std::uint8_t keycode) const;
+  void placeDown(std::uint8_t keycode) const { fake(XCB_KEY_PRESS, keycode); }
+  void placeUp(std::uint8_t keycode) const { fake(XCB_KEY_RELEASE, keycode); }
 
  private:
   void fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) const;

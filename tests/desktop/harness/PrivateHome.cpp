@@ -22,11 +22,6 @@ namespace {
 constexpr const char* kInherited[] = {"PATH",         "LC_ALL",       "LD_LIBRARY_PATH", "TZ",
                                       "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
 
-std::string wholeFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 // A zombie's environment reads empty, so that only living processes are found.
 std::vector<pid_t> processesWith(const std::string& assignment) {
   std::vector<pid_t> found;
@@ -34,7 +29,7 @@ std::vector<pid_t> processesWith(const std::string& assignment) {
     const std::string name = entry.path().filename();
     pid_t pid = 0;
     if (std::from_chars(name.data(), name.data() + name.size(), pid).ec != std::errc{}) continue;
-    const std::string environment = '\0' + wholeFile(entry.path() / "environ");
+    const std::string environment = '\0' + textOf(entry.path() / "environ");
     if (environment.find('\0' + assignment + '\0') != std::string::npos) found.push_back(pid);
   }
   return found;
@@ -42,7 +37,7 @@ std::vector<pid_t> processesWith(const std::string& assignment) {
 
 // The state is the first thing behind the name, which may hold anything in its brackets.
 bool waits(const fs::path& task) {
-  const std::string stat = wholeFile(task / "stat");
+  const std::string stat = textOf(task / "stat");
   const std::size_t name = stat.rfind(')');
   if (name == std::string::npos || name + 2 >= stat.size()) return true;  // it has just ended
   const char state = stat[name + 2];
@@ -59,7 +54,7 @@ bool allWait(pid_t process) {
 }
 
 bool isXServer(pid_t process) {
-  return wholeFile(fs::path("/proc") / std::to_string(process) / "comm").starts_with("Xvnc");
+  return textOf(fs::path("/proc") / std::to_string(process) / "comm").starts_with("Xvnc");
 }
 
 // Again until none is left: one that was just forking is found in the next round.
@@ -78,6 +73,11 @@ void killAllWith(const std::string& assignment) {
 }
 
 }  // namespace
+
+std::string textOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 PrivateHome::PrivateHome() {
   std::string pattern = fs::temp_directory_path() / "calmdeck-desk-XXXXXX";

@@ -7,6 +7,9 @@
 
 namespace harness {
 
+/// The whole of a file; empty when it cannot be read.
+[[nodiscard]] std::string textOf(const std::filesystem::path& file);
+
 /// The private folders of one desktop: home, configuration, runtime, all in one temporary folder.
 /// The destructor kills every process that was started with these folders, also those that the
 /// session bus or a daemon started, and removes the folder.

@@ -216,9 +216,9 @@ std::optional<std::string> Process::waitForLine(const std::string& pattern,
   return capture_->waitForLine(stream, std::regex(pattern), Clock::now() + patience);
 }
 
-RunResult runToEnd(const Command& command, std::chrono::milliseconds patience) {
+RunResult runToEnd(const Command& command) {
   Process process(command);
-  const std::optional<ProcessEnd> end = process.waitForExit(patience);
+  const std::optional<ProcessEnd> end = process.waitForExit();
   if (!end) throw std::runtime_error(command.argv.front() + " did not end in time");
   return {*end, process.output(), process.errorOutput()};
 }

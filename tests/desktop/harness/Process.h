@@ -102,8 +102,7 @@ struct RunResult {
 };
 
 /// Runs a program to its end. Throws std::runtime_error when it cannot be run or is still running
-/// after `patience`.
-[[nodiscard]] RunResult runToEnd(const Command& command,
-                                 std::chrono::milliseconds patience = kPatience);
+/// after kPatience.
+[[nodiscard]] RunResult runToEnd(const Command& command);
 
 }  // namespace harness

@@ -1,5 +1,6 @@
 #include "desktop/harness/SessionBus.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -12,8 +13,9 @@ namespace {
 
 constexpr const char* kServiceFolder = "/usr/share/dbus-1/services";
 
-// Services that programs of every desktop lean on and that show nothing by themselves.
-constexpr const char* kAlwaysActivatable[] = {"org.a11y.Bus", "org.xfce.Xfconf", "ca.desrt.dconf"};
+// What programs lean on and what shows nothing by itself.
+constexpr std::string_view kActivatable[] = {"org.a11y.Bus", "org.xfce.Xfconf", "ca.desrt.dconf",
+                                             "org.mate.panel.applet.NotificationAreaAppletFactory"};
 
 std::string busConfiguration(const fs::path& socket, const fs::path& services) {
   return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -35,32 +37,28 @@ std::string busConfiguration(const fs::path& socket, const fs::path& services) {
 }
 
 // Packages name their service files freely, so that the name inside the file counts.
-bool offers(const fs::path& serviceFile, std::string_view name) {
+bool isActivatable(const fs::path& serviceFile) {
   std::ifstream file(serviceFile);
   for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("Name=") && std::string_view(line).substr(5) == name) return true;
+    if (line.starts_with("Name="))
+      return std::ranges::find(kActivatable, line.substr(5)) != std::end(kActivatable);
   }
   return false;
 }
 
-void offerServices(const fs::path& folder, const std::vector<std::string>& wanted) {
-  std::vector<std::string> names(std::begin(kAlwaysActivatable), std::end(kAlwaysActivatable));
-  names.insert(names.end(), wanted.begin(), wanted.end());
+void offerServices(const fs::path& folder) {
   fs::create_directories(folder);
   if (!fs::exists(kServiceFolder)) return;
   for (const fs::directory_entry& file : fs::directory_iterator(kServiceFolder)) {
-    for (const std::string& name : names) {
-      if (offers(file.path(), name)) fs::copy_file(file, folder / file.path().filename());
-    }
+    if (isActivatable(file.path())) fs::copy_file(file, folder / file.path().filename());
   }
 }
 
 }  // namespace
 
-SessionBus::SessionBus(const PrivateHome& home, const Environment& environment,
-                       const std::vector<std::string>& activatable)
+SessionBus::SessionBus(const PrivateHome& home, const Environment& environment)
     : services_(home.runtime() / "bus-services"), environment_(environment) {
-  offerServices(services_, activatable);
+  offerServices(services_);
   const fs::path configuration = home.runtime() / "bus.conf";
   std::ofstream(configuration) << busConfiguration(home.runtime() / "bus", services_);
   process_ = std::make_unique<Process>(

@@ -11,14 +11,12 @@
 
 namespace harness {
 
-/// A private session bus. It starts a service by itself only if a service file of that name was
-/// asked for, so that no daemon of the machine turns up uninvited.
+/// A private session bus. By itself it starts only what programs lean on and what was offered, so
+/// that no daemon of the machine turns up uninvited.
 class SessionBus {
  public:
-  /// `environment` is what started services inherit. `activatable` are bus names whose service
-  /// files, as their packages installed them, this bus may use. Returns when the bus listens.
-  SessionBus(const PrivateHome& home, const Environment& environment,
-             const std::vector<std::string>& activatable);
+  /// `environment` is what started services inherit. Returns when the bus listens.
+  SessionBus(const PrivateHome& home, const Environment& environment);
 
   [[nodiscard]] const std::string& address() const { return address_; }
   [[nodiscard]] Process& process() { return *process_; }

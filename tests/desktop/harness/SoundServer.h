@@ -32,8 +32,6 @@ class SoundServer {
   SoundServer(const SoundServer&) = delete;
   SoundServer& operator=(const SoundServer&) = delete;
 
-  [[nodiscard]] Kind kind() const { return kind_; }
-
   /// Returns when pactl gets answers and every sink is there, the first one as the default.
   void start();
   /// SIGSTOP to the process that clients talk to; returns when it has stopped.

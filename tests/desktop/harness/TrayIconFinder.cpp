@@ -1,7 +1,5 @@
 #include "desktop/harness/TrayIconFinder.h"
 
-#include "desktop/harness/Process.h"
-
 namespace harness {
 
 using namespace std::chrono_literals;

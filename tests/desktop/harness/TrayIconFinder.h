@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
+#include "desktop/harness/Process.h"
 #include "desktop/harness/Screen.h"
 
 namespace harness {
@@ -15,7 +17,7 @@ class TrayIconFinder {
 
   /// The icon's pixels' bounds once they have come to rest, in root coordinates; absent when
   /// nothing appears within `patience`.
-  [[nodiscard]] std::optional<Rect> find(std::chrono::milliseconds patience) const;
+  [[nodiscard]] std::optional<Rect> find(std::chrono::milliseconds patience = kPatience) const;
 
  private:
   struct Panel {

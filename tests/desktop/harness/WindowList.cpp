@@ -34,10 +34,6 @@ WindowTest ofClass(std::string name) {
   };
 }
 
-WindowTest ofType(std::string type) {
-  return [type = std::move(type)](const WindowInfo& window) { return window.type == type; };
-}
-
 void WindowList::collect(xcb_window_t parent, int depth, std::vector<xcb_window_t>& found) const {
   const XReply<xcb_query_tree_reply_t> tree(
       xcb_query_tree_reply(x_.get(), xcb_query_tree(x_.get(), parent), nullptr));
@@ -67,6 +63,13 @@ std::optional<WindowInfo> WindowList::find(const WindowTest& test) const {
     if (test(window)) return std::move(window);
   }
   return std::nullopt;
+}
+
+std::set<xcb_window_t> WindowList::viewable() const {
+  std::set<xcb_window_t> ids;
+  for (const WindowInfo& window : all())
+    if (window.viewable) ids.insert(window.id);
+  return ids;
 }
 
 std::optional<WindowInfo> WindowList::findViewable(const WindowTest& test) const {

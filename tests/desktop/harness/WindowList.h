@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,10 +27,9 @@ struct WindowInfo {
 
 using WindowTest = std::function<bool(const WindowInfo&)>;
 
-/// Tests for find(): the name exactly, the class or instance exactly, the type.
+/// Tests for find(): the name exactly, the class or instance exactly.
 [[nodiscard]] WindowTest named(std::string name);
 [[nodiscard]] WindowTest ofClass(std::string nameOrInstance);
-[[nodiscard]] WindowTest ofType(std::string type);
 
 /// The windows of an X server; each question is put to the server anew.
 class WindowList {
@@ -39,6 +39,8 @@ class WindowList {
   /// Every window that has a class or a name, also unmapped and unmanaged ones, bottom to top.
   [[nodiscard]] std::vector<WindowInfo> all() const;
   [[nodiscard]] std::optional<WindowInfo> find(const WindowTest& test) const;
+  /// The ids of those that are on the screen.
+  [[nodiscard]] std::set<xcb_window_t> viewable() const;
   [[nodiscard]] std::optional<WindowInfo> findViewable(const WindowTest& test) const;
   /// Absent when the window does not exist.
   [[nodiscard]] std::optional<WindowInfo> info(xcb_window_t window) const;

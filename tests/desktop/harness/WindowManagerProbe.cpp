@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "desktop/harness/Process.h"
+
 namespace harness {
 
 namespace {
@@ -41,9 +43,9 @@ bool announced(const XConnection& x) {
 
 }  // namespace
 
-bool windowManagerTakesWindows(const XConnection& x, std::chrono::milliseconds patience) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  if (!x.waitUntil([&] { return announced(x); }, patience)) return false;
+bool windowManagerTakesWindows(const XConnection& x) {
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  if (!x.waitUntil([&] { return announced(x); }, kPatience)) return false;
   const ProbeWindow probe(x);
   while (std::chrono::steady_clock::now() < deadline) {
     probe.map();

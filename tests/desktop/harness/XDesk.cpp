@@ -57,12 +57,7 @@ XDesk::XDesk(const DeskOptions& options) : environment_(home_.environment()) {
   windows_ = std::make_unique<WindowList>(*x_);
   input_ = std::make_unique<Input>(*x_);
   if (options.sessionBus) {
-    std::vector<std::string> activatable = options.activatable;
-    for (const Panel kind : {Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel, Panel::MatePanel}) {
-      const std::vector<std::string>& parts = program(kind).activatable;
-      activatable.insert(activatable.end(), parts.begin(), parts.end());
-    }
-    bus_ = std::make_unique<SessionBus>(home_, environment_, activatable);
+    bus_ = std::make_unique<SessionBus>(home_, environment_);
     environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_->address();
   } else {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent";
@@ -81,17 +76,13 @@ void XDesk::require(bool ready, const std::string& name,
   if (!ready) throw std::runtime_error(name + " did not become ready: " + process->errorOutput());
 }
 
-Rect XDesk::monitor(int number) const {
-  return server_->monitors().at(static_cast<std::size_t>(number));
-}
-
 void XDesk::startWindowManager(WindowManager kind) {
   windowManager_.reset();
   if (kind == WindowManager::None) return;
   const DesktopProgram& row = program(kind);
   if (!row.configFile.empty()) home_.writeConfig(row.configFile, row.configText);
   windowManager_ = start(row.argv);
-  require(windowManagerTakesWindows(*x_, kPatience), row.name, windowManager_);
+  require(windowManagerTakesWindows(*x_), row.name, windowManager_);
 }
 
 void XDesk::startNotifications(NotificationDaemon kind) {
@@ -143,7 +134,7 @@ void XDesk::startIcons(DesktopIcons kind) {
 }
 
 bool XDesk::trayHostReady(Panel kind) const {
-  if (!hostsStatusNotifierItems(kind)) return traySelectionOwned(*x_);
+  if (kind == Panel::Tint2) return traySelectionOwned(*x_);  // it knows the old protocol only
   if (!bus_) return true;
   const auto host = bus_->property(kWatcher, "/StatusNotifierWatcher", kWatcher,
                                    "IsStatusNotifierHostRegistered");
@@ -156,7 +147,7 @@ void XDesk::startPanel(Panel kind, const PanelPlace& place) {
   const DesktopProgram& row = program(kind);
   configurePanel(kind, place, home_, environment_);
   panel_ = start(row.argv);
-  const Rect onMonitor = monitor(place.monitor);
+  const Rect onMonitor = server_->monitors().at(static_cast<std::size_t>(place.monitor));
   const auto standing = [&] {
     return std::ranges::any_of(panelAreas(), [&](const Rect& area) {
       return onMonitor.intersects(area) && touches(area, onMonitor, place.edge);
@@ -186,16 +177,13 @@ RunResult XDesk::run(std::vector<std::string> argv) const {
   return runToEnd({std::move(argv), environment_, home_.home()});
 }
 
-std::unique_ptr<Process> XDesk::startCalmdeck(const Environment& extra,
-                                              const std::vector<std::string>& arguments) {
+std::unique_ptr<Process> XDesk::startCalmdeck(const Environment& extra) {
   iconFinder_.emplace(*screen_, panelAreas());
-  std::vector<std::string> argv{CALMDECK_PROGRAM};
-  argv.insert(argv.end(), arguments.begin(), arguments.end());
-  return start(std::move(argv), extra);
+  return start({CALMDECK_PROGRAM}, extra);
 }
 
-std::optional<Rect> XDesk::trayIcon(std::chrono::milliseconds patience) const {
-  return iconFinder_ ? iconFinder_->find(patience) : std::nullopt;
+std::optional<Rect> XDesk::trayIcon() const {
+  return iconFinder_ ? iconFinder_->find() : std::nullopt;
 }
 
 std::optional<WindowInfo> XDesk::openPopover() const {
@@ -219,10 +207,17 @@ WindowInfo XDesk::openWindow(const std::string& title, const Rect& area) {
   return *window;
 }
 
-std::optional<WindowInfo> XDesk::awaitWindow(const WindowTest& test,
-                                             std::chrono::milliseconds patience) const {
+bool XDesk::opensAWindow(const std::function<void()>& click) const {
+  const std::set<xcb_window_t> before = windows_->viewable();
+  click();
+  if (!until([&] { return !std::ranges::includes(before, windows_->viewable()); })) return false;
+  [[maybe_unused]] const Image drawn = screen_->settled(x_->screenArea(), 200ms, kPatience);
+  return true;
+}
+
+std::optional<WindowInfo> XDesk::awaitWindow(const WindowTest& test) const {
   std::optional<WindowInfo> window;
-  until([&] { return (window = windows_->findViewable(test)).has_value(); }, patience);
+  until([&] { return (window = windows_->findViewable(test)).has_value(); });
   return window;
 }
 

@@ -32,8 +32,6 @@ struct DeskOptions {
   /// Two of different sizes, side by side.
   std::vector<Rect> monitors = {{0, 0, 1280, 720}, {1280, 0, 1024, 600}};
   bool sessionBus = true;
-  /// More bus names whose installed services the bus may start.
-  std::vector<std::string> activatable = {};
   /// Added to what every program of this desktop inherits.
   Environment environment = {};
 };
@@ -80,10 +78,9 @@ class XDesk {
   /// Runs one to its end.
   [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
   /// Starts Calmdeck as built in this tree; remembers how the panels looked, for trayIcon().
-  [[nodiscard]] std::unique_ptr<Process> startCalmdeck(
-      const Environment& extra = {}, const std::vector<std::string>& arguments = {});
+  [[nodiscard]] std::unique_ptr<Process> startCalmdeck(const Environment& extra = {});
   /// Where the icon of the Calmdeck that was started last shows.
-  [[nodiscard]] std::optional<Rect> trayIcon(std::chrono::milliseconds patience = kPatience) const;
+  [[nodiscard]] std::optional<Rect> trayIcon() const;
   /// Calmdeck's panel while it is on the screen; looked for once.
   [[nodiscard]] std::optional<WindowInfo> openPopover() const;
 
@@ -91,18 +88,18 @@ class XDesk {
   /// managed, where there is a window manager). It lasts as long as the desktop.
   WindowInfo openWindow(const std::string& title, const Rect& area);
 
+  /// Runs `click` and waits until another window, a panel's menu say, is on the screen and drawn.
+  [[nodiscard]] bool opensAWindow(const std::function<void()>& click) const;
+
   /// True as soon as `fact` holds; see XConnection::waitUntil().
   bool until(const std::function<bool()>& fact,
              std::chrono::milliseconds patience = kPatience) const {
     return x_->waitUntil(fact, patience);
   }
   /// The viewable window for which `test` holds, once there is one.
-  [[nodiscard]] std::optional<WindowInfo> awaitWindow(
-      const WindowTest& test, std::chrono::milliseconds patience = kPatience) const;
-  void screenshot(const std::filesystem::path& path) const { writePng(screen_->whole(), path); }
+  [[nodiscard]] std::optional<WindowInfo> awaitWindow(const WindowTest& test) const;
 
  private:
-  [[nodiscard]] Rect monitor(int number) const;
   [[nodiscard]] bool trayHostReady(Panel kind) const;
   void startAgainWhileStuck(std::unique_ptr<Process>& process, const std::vector<std::string>& argv,
                             const std::function<bool()>& ready) const;

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,7 +20,6 @@ using namespace platform;
 constexpr Keycode kAE01 = 10;
 constexpr Keycode kAE03 = 12;
 constexpr Keycode kAC10 = 47;
-constexpr Keycode kAC11 = 48;
 constexpr Keycode kAB10 = 61;
 
 Keymap keymapOf(const char* layouts, const char* variants = "") {
@@ -76,21 +74,6 @@ TEST(Keymap, WithShiftTheKeyCountsThatGivesTheCharacterWithIt) {
   EXPECT_EQ(german.keysOf(kVK_ANSI_Quote, 0, true), Keys{11}) << "Shift and 2";
   EXPECT_EQ(german.keysOf(kVK_ANSI_Slash, 0, true), Keys{16}) << "Shift and 7";
   EXPECT_EQ(german.keysOf(kVK_ANSI_7, 0, true), Keys{16}) << "as no other key gives 7 with it";
-}
-
-TEST(Keymap, WhatAKeyGivesKnowsShiftAndNoOtherModifier) {
-  const Keymap american = keymapOf("us");
-  EXPECT_EQ(american.textOf(kAE01, 0, false), "1");
-  EXPECT_EQ(american.textOf(kAE01, 0, true), "!");
-  EXPECT_EQ(american.textOf(27, 0, true), "R");
-  EXPECT_EQ(american.textOf(135, 0, false), std::nullopt) << "the menu key";
-  const Keymap german = keymapOf("de");
-  EXPECT_EQ(german.textOf(kAC11, 0, false), "ä");
-  EXPECT_EQ(german.textOf(21, 0, false), std::nullopt) << "a dead key";
-  EXPECT_EQ(german.codeOf(kAC11, 0), Keymap::kNoCode);
-  const Keymap french = keymapOf("fr");
-  EXPECT_EQ(french.textOf(kAE01, 0, false), "&");
-  EXPECT_EQ(french.codeOf(kAE01, 0), kVK_ANSI_1);
 }
 
 TEST(Keymap, AForeignLetterGivesTheLatinCharacterOfItsKey) {

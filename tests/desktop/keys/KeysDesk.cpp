@@ -113,13 +113,13 @@ bool KeysDesk::says(const std::string& line) {
 testing::AssertionResult KeysDesk::fires(std::uint32_t number,
                                          const std::vector<std::uint8_t>& places) {
   const std::string name = std::to_string(number);
-  const std::size_t before = count("pressed " + name + " ");
+  const std::size_t before = count("pressed " + name);
   input().places(places);
   if (!says("released " + name + "$")) {
     return testing::AssertionFailure()
            << "not reported: hot key " << number << probe_->output() << probe_->errorOutput();
   }
-  const std::size_t times = count("pressed " + name + " ") - before;
+  const std::size_t times = count("pressed " + name) - before;
   if (times == 1) return testing::AssertionSuccess();
   return testing::AssertionFailure() << "pressed " << times << " times: hot key " << number;
 }

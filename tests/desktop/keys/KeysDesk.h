@@ -13,12 +13,11 @@
 
 /// Places of keys on the usual keyboard, by what the United States have there.
 namespace place {
-inline constexpr std::uint8_t k1 = 10, k2 = 11, kMinus = 20, kTab = 23, kQ = 24, kY = 29, kP = 33,
-                              kReturn = 36, kControl = 37, kA = 38, kSemicolon = 47, kQuote = 48,
-                              kShift = 50, kZ = 52, kComma = 59, kPeriod = 60, kSlash = 61,
-                              kAlt = 64, kCapsLock = 66, kF1 = 67, kNumLock = 77, kKeypad5 = 84,
-                              kKeypadEnter = 104, kUp = 111, kDelete = 119, kSuper = 133,
-                              kMenu = 135;
+inline constexpr std::uint8_t k1 = 10, kMinus = 20, kTab = 23, kQ = 24, kY = 29, kP = 33,
+                              kReturn = 36, kControl = 37, kA = 38, kQuote = 48, kShift = 50,
+                              kZ = 52, kAlt = 64, kCapsLock = 66, kF1 = 67, kNumLock = 77,
+                              kKeypad5 = 84, kKeypadEnter = 104, kUp = 111, kDelete = 119,
+                              kSuper = 133, kMenu = 135;
 }  // namespace place
 
 /// What a foreign window is typed. Its own connection, so it hears as any other program does.

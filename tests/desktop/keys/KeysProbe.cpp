@@ -3,13 +3,12 @@
 //   register <number> <key code> <modifiers>    answers "status <status>"
 //   unregister <number>                         answers "unregistered"
 //   window                                      answers "focused" when it has the keyboard
-// Says "pressed <number> <nanoseconds>" and "released <number>" of hot keys, and of what is typed
-// in the window "key <code> <flags> <text>", the text as the hexadecimal code of its character, or
-// "-" where there is none.
+// Says "pressed <number>" and "released <number>" of hot keys, and of what is typed in the window
+// "key <code> <flags> <text>", the text as the hexadecimal code of its character, or "-" where
+// there is none.
 
 #include <QApplication>
 #include <QWidget>
-#include <chrono>
 #include <sstream>
 #include <string>
 
@@ -60,9 +59,7 @@ class Probe final : platform::port::HotKeysClient {
 
  private:
   void hotKeyPressed(platform::port::HotKeyNumber number) override {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    say("pressed " + std::to_string(number) + " " +
-        std::to_string(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count()));
+    say("pressed " + std::to_string(number));
   }
   void hotKeyReleased(platform::port::HotKeyNumber number) override {
     say("released " + std::to_string(number));

@@ -100,18 +100,6 @@ TEST_F(AutostartItemsTest, WhatIsNoFileOfThatKindIsListedAndNotWaitedFor) {
   EXPECT_EQ(linesSaidBy([&] { EXPECT_EQ(programs(), Texts(5)); }), 0);
 }
 
-TEST_F(AutostartItemsTest, RemovingTakesThatFileAlone) {
-  writeEntry("other.desktop", "Exec=/a");
-  const auto ours = items.insert("/opt/calmdeck", {});
-  ASSERT_TRUE(ours);
-  EXPECT_EQ(linesSaidBy([&] {
-              EXPECT_TRUE(items.remove(*ours));
-              EXPECT_FALSE(items.remove(*ours));
-            }),
-            0);
-  EXPECT_EQ(names(), Texts{"other.desktop"});
-}
-
 TEST_F(AutostartItemsTest, AnEntryForAllUsersDoesNotComeBackWhenOursIsRemoved) {
   write(everybodys_ / kFirst, "[Desktop Entry]\nType=Application\nName=x\nExec=/opt/calmdeck\n");
   for (int round = 0; round < 2; ++round) {

@@ -95,7 +95,7 @@ class DaemonNotifierTest : public testing::Test {
 
  private:
   harness::PrivateHome home_;
-  harness::SessionBus bus_{home_, home_.environment(), {}};
+  harness::SessionBus bus_{home_, home_.environment()};
 
  protected:
   const QString address = QString::fromStdString(bus_.address());

@@ -16,6 +16,12 @@ std::string nameOf(const ::testing::TestParamInfo<NotificationDaemon>& daemon) {
   return name;
 }
 
+void endsWithoutComplaint(DoNotDisturbDesk& desk) {
+  desk.quitProbe();
+  EXPECT_EQ(desk.scriptErrors(), "");
+  EXPECT_EQ(desk.complaints(), 0);
+}
+
 class EveryDaemon : public ::testing::TestWithParam<NotificationDaemon> {};
 
 TEST_P(EveryDaemon, IsSilencedByTheScriptAndByNothingElse) {
@@ -33,17 +39,9 @@ TEST_P(EveryDaemon, IsSilencedByTheScriptAndByNothingElse) {
   desk.switchByHand(GetParam(), true);
   ASSERT_TRUE(desk.turn("off")) << "turning off always turns off";
   EXPECT_TRUE(desk.becomes(GetParam(), false));
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
-  EXPECT_EQ(desk.complaints(), 0);
-}
-
-TEST_P(EveryDaemon, StaysSilencedWhenTheProgramEnds) {
-  DoNotDisturbDesk desk({.notifications = GetParam()});
-  desk.startProbe();
   ASSERT_TRUE(desk.turn("on"));
-  desk.quitProbe();
-  EXPECT_TRUE(desk.becomes(GetParam(), true));
+  endsWithoutComplaint(desk);
+  EXPECT_TRUE(desk.becomes(GetParam(), true)) << "it stays when the program ends";
 }
 
 INSTANTIATE_TEST_SUITE_P(, EveryDaemon,
@@ -66,9 +64,7 @@ TEST_P(SettingsOfADaemon, AreSwitchedAlsoWhenItHasEnded) {
     ASSERT_TRUE(desk.turn(on ? "on" : "off"));
     EXPECT_TRUE(desk.becomes(GetParam(), on));
   }
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
-  EXPECT_EQ(desk.complaints(), 0);
+  endsWithoutComplaint(desk);
 }
 
 INSTANTIATE_TEST_SUITE_P(, SettingsOfADaemon,
@@ -86,9 +82,7 @@ TEST(MateTest, IsSilencedBeforeItsFirstNotification) {
     EXPECT_TRUE(desk.becomes(kMate, on));
   }
   EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
-  EXPECT_EQ(desk.complaints(), 0);
+  endsWithoutComplaint(desk);
 }
 
 class DunstTest : public ::testing::Test {
@@ -115,9 +109,7 @@ TEST_F(DunstTest, IsSilencedWhenItStartsAtLast) {
   ASSERT_TRUE(desk.turn("on"));
   EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
   EXPECT_TRUE(desk.becomes(kDunst, true)) << "dunstctl has it started";
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
-  EXPECT_EQ(desk.complaints(), 0);
+  endsWithoutComplaint(desk);
 }
 
 }  // namespace

@@ -7,9 +7,9 @@
 
 #include "desktop/program/ProgramDesk.h"
 
-using harness::Button;
 using harness::DeskOptions;
 using harness::ProcessEnd;
+using harness::textOf;
 using harness::WindowManager;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -21,10 +21,6 @@ namespace fs = std::filesystem;
 
 class LaunchAtLoginTest : public testing::Test {
  protected:
-  [[nodiscard]] static std::string textOf(const fs::path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
   void end() {
     program.program().signal(SIGTERM);
     EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));

@@ -25,9 +25,8 @@ class PanelFaultsTest : public testing::TestWithParam<Panel> {
 };
 
 INSTANTIATE_TEST_SUITE_P(EachPanel, PanelFaultsTest,
-                         testing::Values(Panel::XfcePanel, Panel::Tint2), [](const auto& row) {
-                           return row.param == Panel::Tint2 ? "Tint2" : "XfcePanel";
-                         });
+                         testing::Values(Panel::XfcePanel, Panel::Tint2),
+                         testing::PrintToStringParamName());
 
 TEST_P(PanelFaultsTest, APanelThatHangsBeforeTheStartHoldsNothingUp) {
   program.desk().panel().freezeGroup();

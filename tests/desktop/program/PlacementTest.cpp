@@ -54,13 +54,11 @@ class PlacementTest : public testing::TestWithParam<Place> {
                              : popover.y <= icon->centreY() && icon->centreY() < popover.bottom();
     if (monitor.contains(popover) && gap >= 0 && gap <= kWidestGap && beside)
       return testing::AssertionSuccess();
+    const auto text = [](const Rect& area) {
+      return testing::PrintToString(std::tuple(area.x, area.y, area.width, area.height));
+    };
     return testing::AssertionFailure()
-           << "popover "
-           << testing::PrintToString(
-                  std::tuple(popover.x, popover.y, popover.width, popover.height))
-           << " bar " << testing::PrintToString(std::tuple(bar.x, bar.y, bar.width, bar.height))
-           << " icon "
-           << testing::PrintToString(std::tuple(icon->x, icon->y, icon->width, icon->height));
+           << "popover " << text(popover) << " bar " << text(bar) << " icon " << text(*icon);
   }
 
   ProgramDesk program{

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <fstream>
 #include <sstream>
 #include <utility>
 
@@ -99,10 +98,7 @@ class PreferencesTest : public testing::Test {
   // --- What comes of it ---
 
   [[nodiscard]] std::string settings() const {
-    std::ifstream file(desk.home().config() / "calmdeck" / "settings.json");
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return harness::textOf(desk.home().config() / "calmdeck" / "settings.json");
   }
   [[nodiscard]] bool stores(const std::string& text) const {
     return desk.until([&] { return settings().find(text) != std::string::npos; });
@@ -213,7 +209,7 @@ TEST_F(PreferencesTest, AWallpaperIsChosenInTheFileDialog) {
 
   ASSERT_TRUE(clicks("Choose the wallpaper"));
   ASSERT_TRUE(desk.awaitWindow(dialog));
-  ASSERT_TRUE(desk.until([&] { return shows("Select", "push button"); }));
+  ASSERT_TRUE(desk.until([&] { return shows("Select", "button"); }));
   for (const char* key :
        {"m", "y", "space", "b", "e", "a", "c", "h", ".", "shift+p", "shift+n", "shift+g", "Return"})
     input.key(key);

@@ -55,8 +55,6 @@ class ProgramDesk {
   static constexpr const char* kSink = "out1";
 
  private:
-  /// Panels draw menus in windows that no window manager knows.
-  [[nodiscard]] std::set<std::uint32_t> windowsOnScreen() const;
   [[nodiscard]] testing::AssertionResult verdict(bool holds, const std::string& claim) const;
 
   harness::XDesk desk_;

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
-#include <fstream>
+#include <filesystem>
 
 #include "desktop/program/ProgramDesk.h"
 
@@ -49,8 +49,7 @@ TEST_F(RestartTest, SettingsOfTheWrongTypeCountAsAbsent) {
   EXPECT_TRUE(program.switchedOn({"Desktop icons"}));
   ASSERT_TRUE(program.muteByTheMode());
   EXPECT_THAT(program.complaints(""), testing::Each(testing::Not(testing::HasSubstr("defaults"))));
-  std::ifstream file(folder / "settings.json");
-  const std::string stored(std::istreambuf_iterator<char>(file), {});
+  const std::string stored = harness::textOf(folder / "settings.json");
   EXPECT_THAT(stored, testing::ContainsRegex("\"kUserdefaultsToggleSpeakerOff\": ?true"));
   EXPECT_THAT(stored, testing::HasSubstr("ofANewerVersion"));
 }
@@ -66,9 +65,7 @@ TEST_F(RestartTest, ABrokenSettingsFileIsSetAsideWithOneLine) {
 
   std::vector<std::string> others;
   for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    if (entry.path().filename() == "settings.json") continue;
-    std::ifstream file(entry.path());
-    others.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>{});
+    if (entry.path().filename() != "settings.json") others.push_back(harness::textOf(entry));
   }
   EXPECT_THAT(others, testing::ElementsAre(broken));
 }

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <map>
-
 #include "desktop/program/ProgramDesk.h"
 
 using harness::DeskOptions;
@@ -19,14 +17,9 @@ class StatusMenuTest : public testing::TestWithParam<Panel> {
                                   .sound = SoundServerKind::PulseAudio}};
 };
 
-std::string nameOf(const testing::TestParamInfo<Panel>& info) {
-  const std::map<Panel, std::string> names{
-      {Panel::XfcePanel, "XfcePanel"}, {Panel::Tint2, "Tint2"}, {Panel::LxqtPanel, "LxqtPanel"}};
-  return names.at(info.param);
-}
-
 INSTANTIATE_TEST_SUITE_P(EachPanel, StatusMenuTest,
-                         testing::Values(Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel), nameOf);
+                         testing::Values(Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel),
+                         testing::PrintToStringParamName());
 
 // From the menu's beginning Up goes round to its last item.
 TEST_P(StatusMenuTest, QuitIsTheLastItemAndLeavesTheModesEffects) {

@@ -7,28 +7,11 @@
 using harness::Rect;
 using namespace std::chrono_literals;
 
-namespace {
-
-harness::DeskOptions optionsFor(harness::Panel panel, bool sessionBus) {
-  harness::DeskOptions options;
-  options.windowManager = harness::WindowManager::Openbox;
-  options.panel = panel;
-  options.sessionBus = sessionBus;
-  return options;
-}
-
-/// Viewable top-levels: panels draw menus in windows that no window manager knows.
-std::set<std::uint32_t> viewable(const harness::XDesk& desk) {
-  std::set<std::uint32_t> windows;
-  for (const harness::WindowInfo& window : desk.windows().all())
-    if (window.viewable) windows.insert(window.id);
-  return windows;
-}
-
-}  // namespace
-
 TrayDesk::TrayDesk(harness::Panel panel, bool sessionBus)
-    : panel_(panel), desk_(optionsFor(panel, sessionBus)) {}
+    : panel_(panel),
+      desk_({.windowManager = harness::WindowManager::Openbox,
+             .panel = panel,
+             .sessionBus = sessionBus}) {}
 
 void TrayDesk::startProbe(const std::vector<std::string>& arguments) {
   std::vector<std::string> argv{TRAY_PROBE};
@@ -91,18 +74,15 @@ void TrayDesk::click(harness::Button button) {
 }
 
 testing::AssertionResult TrayDesk::openMenu() {
-  withoutMenu_ = viewable(desk_);
-  click(harness::Button::Right);
-  const auto opened = [&] { return !std::ranges::includes(withoutMenu_, viewable(desk_)); };
-  if (!desk_.until(opened)) return testing::AssertionFailure() << "no menu opened";
-  [[maybe_unused]] const auto drawn =
-      desk_.screen().settled(desk_.x().screenArea(), 200ms, harness::kPatience);
-  return testing::AssertionSuccess();
+  withoutMenu_ = desk_.windows().viewable();
+  if (desk_.opensAWindow([this] { click(harness::Button::Right); }))
+    return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "no menu opened";
 }
 
 testing::AssertionResult TrayDesk::escapeMenu() {
   desk_.input().key("Escape");
-  const auto gone = [&] { return std::ranges::includes(withoutMenu_, viewable(desk_)); };
+  const auto gone = [&] { return std::ranges::includes(withoutMenu_, desk_.windows().viewable()); };
   if (!desk_.until(gone)) return testing::AssertionFailure() << "the menu stayed";
   return testing::AssertionSuccess();
 }

@@ -11,19 +11,11 @@ using testing::Not;
 
 namespace {
 
-/// What tells that panel from the others when a case fails.
-std::string nameOf(const testing::TestParamInfo<Panel>& info) {
-  static const std::map<Panel, std::string> names = {{Panel::XfcePanel, "XfcePanel"},
-                                                     {Panel::Tint2, "Tint2"},
-                                                     {Panel::LxqtPanel, "LxqtPanel"},
-                                                     {Panel::MatePanel, "MatePanel"}};
-  return names.at(info.param);
-}
-
 class TrayTest : public testing::TestWithParam<Panel> {};
 
 INSTANTIATE_TEST_SUITE_P(EachPanel, TrayTest,
-                         testing::Values(Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel), nameOf);
+                         testing::Values(Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel),
+                         testing::PrintToStringParamName());
 
 TEST_P(TrayTest, ClicksAreReportedAndTheIconChanges) {
   TrayDesk tray(GetParam());

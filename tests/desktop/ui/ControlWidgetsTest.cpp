@@ -135,16 +135,5 @@ TEST_F(ControlWidgetsTest, ScreenReaderIsToldWhatEachControlIs) {
       [&] { return readerOf(*label).text(QAccessible::Name) == QLatin1String("Keys: None"); }));
 }
 
-TEST_F(ControlWidgetsTest, ScreenReaderTicksTheCheckboxOnce) {
-  show();
-  QAccessibleInterface& reader = readerOf(*checkbox);
-  for (const bool on : {true, false}) {
-    reader.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-    EXPECT_EQ(isOn(), on);
-    EXPECT_EQ(reader.state().checked, on);
-    EXPECT_TRUE(until([&] { return widgetOf<QCheckBox>(*checkbox).isChecked() == on; }));
-  }
-}
-
 }  // namespace
 }  // namespace linux_desktop

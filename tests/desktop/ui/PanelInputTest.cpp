@@ -75,9 +75,9 @@ TEST_F(PanelInputTest, EscapeAndTheTitleBarAskTheModelToClose) {
   key(Qt::Key_Tab);
   key(Qt::Key_Escape);
   EXPECT_EQ(closes, 2);
-  panel()->close();
+  shown()->close();
   EXPECT_EQ(closes, 3);
-  ASSERT_NE(panel(), nullptr);
+  ASSERT_NE(shown(), nullptr);
 }
 
 // --- Assistive technology ---

@@ -4,7 +4,6 @@
 #include <QTest>
 #include <QWidget>
 
-#include "desktop/linux/ui/PanelWindow.h"
 #include "desktop/ui/UiTest.h"
 #include "platform/appkit/NSTextField.h"
 
@@ -32,20 +31,6 @@ class PanelTest : public UiTest, public platform::NSWindowDelegate {
     EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
   }
 
-  /// What is on the screen for the panel; null while nothing is.
-  static QWidget* panel() {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->isVisible() && dynamic_cast<linux_desktop::PanelWindow*>(widget)) return widget;
-    }
-    return nullptr;
-  }
-  static QWidget* widgetOf(const platform::NSView& view) {
-    for (auto* widget : panel()->findChildren<QWidget*>()) {
-      const auto* shown = dynamic_cast<const linux_desktop::ViewWidget*>(widget);
-      if (shown != nullptr && &shown->view() == &view) return widget;
-    }
-    return nullptr;
-  }
   /// As the keyboard does: to whatever has the focus.
   static void key(Qt::Key key, QTest::KeyAction action = QTest::Click) {
     QTest::sendKeyEvent(action, QApplication::focusWidget(), key, QString(), Qt::NoModifier);

@@ -62,14 +62,14 @@ TEST_F(QtAlertTest, PanelBehindItTakesNoInputAndIsNotLeft) {
   show();
   ask();
   EXPECT_TRUE(until([this] { return !window->isKeyWindow(); }));
-  QTest::mouseClick(panel()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+  QTest::mouseClick(shown()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
                     widgetOf(*first)->geometry().center());
   EXPECT_FALSE(first->isOn());
   EXPECT_EQ(actsElsewhere, 0);
   QTest::keyClick(box(), Qt::Key_Return);
   settle();
   EXPECT_EQ(actsElsewhere, 0);
-  ASSERT_NE(panel(), nullptr);
+  ASSERT_NE(shown(), nullptr);
 }
 
 TEST_F(QtAlertTest, SheetStopsItsOwnWindowAndNoOther) {
@@ -90,7 +90,7 @@ TEST_F(QtAlertTest, SheetStopsItsOwnWindowAndNoOther) {
   } client;
   const auto peerOfOther = windows.createWindow(other, client);
   QWidget* waiting = nullptr;
-  QWidget* panelWindow = panel();
+  QWidget* panelWindow = shown();
   const QPoint middleOfSwitch = widgetOf(*first)->geometry().center();
   peerOfOther->show(platform::port::PlacedByDesktop{});
   for (QWidget* widget : QApplication::topLevelWidgets()) {

@@ -5,7 +5,6 @@
 #include <QTest>
 #include <QWindow>
 
-#include "desktop/linux/ui/PanelWindow.h"
 #include "desktop/ui/UiTest.h"
 #include "platform/appkit/NSBox.h"
 #include "platform/appkit/NSButton.h"
@@ -41,20 +40,9 @@ class TitledTest : public UiTest, public platform::NSWindowDelegate {
     EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
   }
 
-  static linux_desktop::PanelWindow* shown() {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-      auto* panel = dynamic_cast<linux_desktop::PanelWindow*>(widget);
-      if (panel != nullptr && panel->isVisible()) return panel;
-    }
-    return nullptr;
-  }
   template <class Widget = QWidget>
   static Widget& widgetOf(const platform::NSView& view) {
-    for (auto* widget : shown()->findChildren<QWidget*>()) {
-      const auto* child = dynamic_cast<const linux_desktop::ViewWidget*>(widget);
-      if (child != nullptr && &child->view() == &view) return dynamic_cast<Widget&>(*widget);
-    }
-    throw std::runtime_error("the view has no widget");
+    return dynamic_cast<Widget&>(*UiTest::widgetOf(view));
   }
   static QAccessibleInterface& readerOf(const platform::NSView& view) {
     return *QAccessible::queryAccessibleInterface(&widgetOf(view));

@@ -92,6 +92,22 @@ bool UiTest::until(const std::function<bool()>& fact) {
   return fact();
 }
 
+linux_desktop::PanelWindow* UiTest::shown() {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    auto* window = dynamic_cast<linux_desktop::PanelWindow*>(widget);
+    if (window != nullptr && window->isVisible()) return window;
+  }
+  return nullptr;
+}
+
+QWidget* UiTest::widgetOf(const platform::NSView& view) {
+  for (auto* widget : shown()->findChildren<QWidget*>()) {
+    const auto* found = dynamic_cast<const linux_desktop::ViewWidget*>(widget);
+    if (found != nullptr && &found->view() == &view) return widget;
+  }
+  return nullptr;
+}
+
 void UiTest::settle() {
   QApplication::processEvents();
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

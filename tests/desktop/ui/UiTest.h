@@ -10,6 +10,7 @@
 #include "controls/CToggleButton.h"
 #include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/tray/StatusItemAnchor.h"
+#include "desktop/linux/ui/PanelWindow.h"
 #include "desktop/linux/ui/QtWindows.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "platform/Desktop.h"
@@ -70,6 +71,10 @@ class UiTest : public ::testing::Test {
   static bool until(const std::function<bool()>& fact);
   /// Handles what has arrived.
   static void settle();
+  /// What is on the screen of the test's window; null while nothing is.
+  static linux_desktop::PanelWindow* shown();
+  /// What shows a view there; null while nothing does.
+  static QWidget* widgetOf(const platform::NSView& view);
 
  private:
   struct Desk;

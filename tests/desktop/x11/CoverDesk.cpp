@@ -169,10 +169,6 @@ std::string CoverDesk::fault() const {
   return compare(desk_.screen().whole(), true);
 }
 
-std::string CoverDesk::faultWithoutFront() const {
-  return compare(desk_.screen().whole(), false);
-}
-
 std::string CoverDesk::faultAfterAWhile(bool frontShows) const {
   std::string last;
   desk_.until([&] { return (last = compare(desk_.screen().whole(), frontShows)).empty(); }, 5s);

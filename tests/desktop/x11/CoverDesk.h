@@ -53,9 +53,8 @@ class CoverDesk {
   /// the ordinary window above it as it was. To the pixel where the desktop offers its own picture;
   /// else at most one pixel in a hundred may be visibly unlike, in all and where the icons are.
   [[nodiscard]] std::string fault() const;
-  /// The same where the ordinary window is not on the screen.
-  [[nodiscard]] std::string faultWithoutFront() const;
-  /// Waits until the fault is gone; what remained else.
+  /// Waits until the fault is gone; what remained else. Where the ordinary window is not on the
+  /// screen, it is not looked for.
   [[nodiscard]] std::string faultAfterAWhile(bool frontShows = true) const;
 
   /// Shows another picture on the first monitor, where xfdesktop draws it.

@@ -1,5 +1,6 @@
-// A program with nothing but covers: one a screen, refreshed as spaces and screens change. Says
-// each thing that it was told in a line. With "--told" it knows of a backdrop, plain red, which
+// A program with nothing but covers: one a screen, refreshed as spaces and screens change. Says in
+// a line when they are up, when it hears of another space and when it has refreshed them for other
+// screens. With "--told" it knows of a backdrop, plain red, which
 // SIGUSR1 turns blue. SIGUSR2 takes the covers down, or puts them up again.
 
 #include <sys/signalfd.h>
@@ -137,7 +138,6 @@ class Probe final : private platform::port::SpacesClient, private platform::port
     }
     for (const auto& cover : covers_) cover->orderOut(nullptr);
     covers_.clear();
-    say("down");
   }
 
  private:
@@ -146,7 +146,6 @@ class Probe final : private platform::port::SpacesClient, private platform::port
     refresh();
   }
   void screenParametersDidChange() override {
-    say("screens " + std::to_string(x_.screens().screens().size()));
     makeCovers();
     afterScreenChange_.start();
   }
