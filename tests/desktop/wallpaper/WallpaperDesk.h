@@ -43,6 +43,8 @@ class WallpaperDesk {
       const std::vector<std::vector<std::string>>& orders);
   /// How long the last order took.
   [[nodiscard]] std::chrono::milliseconds took() const { return took_; }
+  /// What the probe wrote on standard error.
+  [[nodiscard]] std::string complaints() const { return probe_->errorOutput(); }
   /// Whether that order is answered without a wait: a hundred of them.
   [[nodiscard]] bool isAnsweredAtOnce(const std::vector<std::string>& fields);
 

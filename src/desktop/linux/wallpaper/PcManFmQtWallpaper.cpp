@@ -5,10 +5,11 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <algorithm>
-#include <span>
+#include <iterator>
 
 #include "desktop/linux/wallpaper/DesktopProcess.h"
 #include "desktop/linux/wallpaper/SettingsText.h"
+#include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {
 namespace {
@@ -19,6 +20,10 @@ constexpr const char* kSection = "Desktop";
 constexpr const char* kPicture = "Wallpaper";
 constexpr const char* kContents = "contents";
 constexpr const char* kFile = "file";
+/// What the settings name, shown or not.
+constexpr const char* kNamed = "named";
+/// The desktop has yet to write these settings: they are as it writes them.
+constexpr const char* kUnwritten = "unwritten";
 constexpr const char* kColoursOnly = "none";
 
 struct StyleRow {
@@ -40,6 +45,11 @@ BackdropStyle styleNamed(const QString& name) {
 /// An existing file that is no picture: the desktop shows its colour then.
 const QString kNoPicture = QStringLiteral("/dev/null");
 
+QString fileIn(const Dictionary& state, const char* key, const QString& otherwise) {
+  const auto file = platform::valueOf<std::string>(state, key);
+  return file ? QFile::decodeName(QByteArray::fromStdString(*file)) : otherwise;
+}
+
 QByteArray withoutPicture(const QByteArray& text) {
   return withValue(text, kSection, kPicture, std::nullopt);
 }
@@ -59,7 +69,13 @@ PcManFmQtWallpaper::PcManFmQtWallpaper(const WallpaperSurroundings& surroundings
     : name_(QStringLiteral("pcmanfm-qt/%1/settings.conf")
                 .arg(profileIn(commandLineOf(surroundings.desktop.pid)))),
       file_(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-            QLatin1Char('/') + name_) {}
+            QLatin1Char('/') + name_),
+      orders_([this](const auto& order, const auto& reason) { answered(order, reason); }) {}
+
+PcManFmQtWallpaper::~PcManFmQtWallpaper() {
+  const auto* order = orders_.last();
+  if (order != nullptr && order->state) putBackFile(*order->state);
+}
 
 PcManFmQtWallpaper::Settings PcManFmQtWallpaper::read() const {
   // Until the first change the file is the distribution's, or there is none.
@@ -72,6 +88,9 @@ PcManFmQtWallpaper::Settings PcManFmQtWallpaper::read() const {
   };
   Settings settings;
   settings.picture = value(kPicture).toString();
+  if (const auto* order = orders_.last()) {
+    settings.picture = order->state ? fileIn(*order->state, kNamed, {}) : order->file;
+  }
   settings.style = styleNamed(value("WallpaperMode").toString());
   settings.colour = QColor(value("BgColor", QStringLiteral("#000000")).toString());
   settings.perMonitor = value("PerScreenWallpaper").toBool();
@@ -102,54 +121,60 @@ std::optional<Backdrop> PcManFmQtWallpaper::backdrop(const Monitor& /*monitor*/)
 }
 
 std::optional<Dictionary> PcManFmQtWallpaper::state(const Monitor& /*monitor*/) {
+  const auto* order = orders_.last();
+  if (order != nullptr && order->state) return order->state;
   const Settings settings = read();
-  Dictionary state{{kSlideShow, settings.slideShow}};
+  const std::string named = QFile::encodeName(settings.picture).toStdString();
+  Dictionary state{{kSlideShow, settings.slideShow}, {kNamed, named}};
   const bool shows = settings.style != BackdropStyle::None || settings.picture == inspiteOfMode_;
-  if (shows && QFileInfo::exists(settings.picture)) {
-    state.emplace(kFile, QFile::encodeName(settings.picture).toStdString());
+  if (shows && QFileInfo::exists(settings.picture)) state.emplace(kFile, named);
+  if (order != nullptr) {
+    state.emplace(kUnwritten, true);
+  } else if (const auto contents = settingsText(file_)) {
+    state.emplace(kContents, contents->toStdString());
   }
-  if (const auto contents = settingsText(file_)) state.emplace(kContents, contents->toStdString());
   return state;
-}
-
-QDBusMessage PcManFmQtWallpaper::order(const QString& file, const QString& mode) const {
-  return peer_.method(QStringLiteral("/Application"), QStringLiteral("org.pcmanfm.Application"),
-                      QStringLiteral("setWallpaper"), {file, mode});
-}
-
-std::optional<std::string> PcManFmQtWallpaper::tell(const QString& file, const QString& mode,
-                                                    const QDeadlineTimer& deadline) {
-  const QDBusMessage answer = peer_.call(order(file, mode), deadline);
-  if (answer.type() == QDBusMessage::ErrorMessage) return reasonOf(answer);
-  return std::nullopt;
 }
 
 std::optional<std::string> PcManFmQtWallpaper::show(const Monitor& /*monitor*/,
                                                     const QString& file) {
-  const QDeadlineTimer deadline = BusPeer::deadline();
-  const Settings before = read();
-  const bool coloursOnly = before.style == BackdropStyle::None;
-  if (auto reason = tell(file, coloursOnly ? QStringLiteral("stretch") : QString(), deadline)) {
-    // What ran into its limit still waits in the desktop's queue, and so will this, behind it.
-    const bool hadPicture = !coloursOnly && QFileInfo::exists(before.picture);
-    const QDBusMessage undo = order(hadPicture ? before.picture : kNoPicture, {});
-    BusPeer::send(std::span(&undo, 1));
-    return reason;
-  }
+  const bool coloursOnly = read().style == BackdropStyle::None;
   // pcmanfm-qt 1.2 keeps a mode that it was told for its windows, but does not save it.
   if (coloursOnly) inspiteOfMode_ = file;
-  if (const auto text = settingsText(file_)) ours_ = withoutPicture(*text);
+  orders_.give({file, coloursOnly ? QStringLiteral("stretch") : QString(), std::nullopt});
   return std::nullopt;
 }
 
 std::optional<std::string> PcManFmQtWallpaper::restore(const Monitor& /*monitor*/,
                                                        const Dictionary& state) {
-  const auto picture = platform::valueOf<std::string>(state, kFile);
-  const QString file =
-      picture ? QFile::decodeName(QByteArray::fromStdString(*picture)) : kNoPicture;
-  if (auto reason = tell(file, {}, BusPeer::deadline())) return reason;
+  const QString file = fileIn(state, kFile, kNoPicture);
+  if (file != inspiteOfMode_) inspiteOfMode_.clear();
+  orders_.give({file, {}, state});
+  return std::nullopt;
+}
+
+void PcManFmQtWallpaper::answered(const PcManFmQtOrders::Order& order,
+                                  const std::optional<std::string>& reason) {
+  if (reason) {
+    qCWarning(lcWallpaper).noquote()
+        << "pcmanfm-qt does not take" << order.file << "-" << QString::fromStdString(*reason);
+  }
+  // Also where the desktop has ended meanwhile: it may have written its file before, and the next
+  // one starts with it.
+  if (order.state) {
+    putBackFile(*order.state);
+  } else if (const auto text = settingsText(file_)) {
+    ours_ = withoutPicture(*text);
+  }
+  if (reason && changed_) changed_();
+}
+
+void PcManFmQtWallpaper::putBackFile(const Dictionary& state) const {
+  if (platform::valueOf<bool>(state, kUnwritten).value_or(false)) return;
   const auto contents = platform::valueOf<std::string>(state, kContents);
-  return putBackFile(contents ? std::optional(QByteArray::fromStdString(*contents)) : std::nullopt);
+  const auto reason =
+      putBackFile(contents ? std::optional(QByteArray::fromStdString(*contents)) : std::nullopt);
+  if (reason) qCWarning(lcWallpaper, "%s", reason->c_str());
 }
 
 std::optional<std::string> PcManFmQtWallpaper::putBackFile(
@@ -164,6 +189,7 @@ std::optional<std::string> PcManFmQtWallpaper::putBackFile(
 }
 
 void PcManFmQtWallpaper::setChanged(std::function<void()> changed) {
+  changed_ = changed;
   watch_.reset();
   if (changed) watch_ = std::make_unique<FileWatch>(QStringList{file_}, std::move(changed));
 }

@@ -17,7 +17,8 @@ inline constexpr const char* kSlideShow = "slideShow";
 
 /// One desktop's way of keeping the picture behind everything. One adapter a desktop; the table in
 /// WallpaperTable.h lists them. Main thread only; no operation takes longer than half a second, and
-/// where a desktop does not answer in that time it counts as a failure.
+/// where a desktop does not answer in that time it counts as a failure, or is told without waiting
+/// for its answer.
 class WallpaperAdapter {
  public:
   virtual ~WallpaperAdapter() = default;
