@@ -89,6 +89,11 @@ TEST_F(SessionBusFaultsTest, WithoutTheBusTheOpenPanelGoesOn) {
   ASSERT_TRUE(speaker && master);
   bus().kill();
   desk.input().click(speaker->area.centreX(), speaker->area.centreY());
+  EXPECT_TRUE(desk.until([&] {
+    return harness::textOf(desk.home().config() / "calmdeck/settings.json")
+               .find(R"("kUserdefaultsToggleSpeakerOff": true)") != std::string::npos;
+  })) << "the panel stands at "
+      << program.popoverArea().x << ", the switch was at " << speaker->area.x;
   desk.input().click(master->area.centreX(), master->area.centreY());
   EXPECT_TRUE(program.sinkMuted(true));
   EXPECT_TRUE(program.program().running());
