@@ -55,7 +55,7 @@ bool describes(const AdapterRow& row, const NotificationDaemonIdentity& daemon) 
 }
 
 QString described(const NotificationDaemonIdentity& daemon) {
-  return QString("\"%1\" by \"%2\"").arg(daemon.name, daemon.vendor);
+  return QString(R"("%1" by "%2")").arg(daemon.name, daemon.vendor);
 }
 
 }  // namespace

@@ -125,7 +125,7 @@ QDBusMessage PackageKitQuestion::toTransaction(const QString& method) const {
   return busCall(kPackageKit, transaction_, kTransaction, method);
 }
 
-void PackageKitQuestion::finish(UpdateAnswer answer) {
+void PackageKitQuestion::finish(const UpdateAnswer& answer) {
   patience_.stop();
   const Answered answered = std::exchange(answered_, {});
   if (answered) answered(answer);

@@ -58,7 +58,7 @@ class PackageKitQuestion final : public QObject {
   void lookForUpdates();
   [[nodiscard]] QDBusMessage toTransaction(const QString& method) const;
   void ended();
-  void finish(UpdateAnswer answer);
+  void finish(const UpdateAnswer& answer);
 
   BusProbe probe_;
   QDBusConnection bus_{QString()};  // none yet

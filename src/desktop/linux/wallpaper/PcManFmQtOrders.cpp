@@ -22,7 +22,7 @@ constexpr int kUnlimited = std::numeric_limits<int>::max();
 PcManFmQtOrders::PcManFmQtOrders(Answered answered) : answered_(std::move(answered)) {
   late_.setSingleShot(true);
   late_.setInterval(kLate);
-  QObject::connect(&late_, &QTimer::timeout, &late_, [this] {
+  QObject::connect(&late_, &QTimer::timeout, &late_, [] {
     qCWarning(lcWallpaper, "pcmanfm-qt does not answer; it gets its picture when it goes on.");
   });
 }

@@ -129,6 +129,7 @@ bool ClientWindows::refresh(ClientList& list) const {
 
 std::vector<ClientProperty> ClientWindows::rootQuestions() const {
   std::vector<ClientProperty> questions;
+  questions.reserve(kOfRoot.size());
   for (const ClientAtom name : kOfRoot) questions.push_back({server_.root(), atoms_[name]});
   return questions;
 }
