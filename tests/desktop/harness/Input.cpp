@@ -51,8 +51,8 @@ void Input::fake(std::uint8_t type, std::uint8_t detail, int x, int y) const {
 
 void Input::click(int x, int y, Button button) const {
   moveTo(x, y);
-  fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
-  fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
+  press(button);
+  release(button);
 }
 
 void Input::key(std::string_view chord) const {

@@ -18,6 +18,8 @@ class Input {
   explicit Input(const XConnection& x) : x_(x) {}
 
   void moveTo(int x, int y) const { fake(XCB_MOTION_NOTIFY, 0, x, y); }
+  void press(Button button) const { fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button)); }
+  void release(Button button) const { fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button)); }
   void click(int x, int y, Button button = Button::Left) const;
 
   /// Keys by the X names of a few (`Tab`, `space`, `Escape`, `F5`, `ctrl`, `shift`, `alt`,
