@@ -20,8 +20,9 @@ void OwnMenu::popUp(const MenuEntries& entries, const MenuPlace& place) {
                      [this, index] { opening_.choose(index); });
   }
   // A menu hides before it tells what was chosen; the closing is to come after the choice.
-  QObject::connect(menu_, &QObject::destroyed, &context_, [this] {
-    if (!menu_) opening_.end();
+  QObject::connect(menu_, &QObject::destroyed, &context_, [this, number = ++popUps_] {
+    // One that another has taken the place of ends nothing.
+    if (number == popUps_) opening_.end();
   });
   menu_->popup(place.at);
 }

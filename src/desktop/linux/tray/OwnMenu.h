@@ -32,6 +32,7 @@ class OwnMenu {
  private:
   MenuOpening& opening_;
   QPointer<QMenu> menu_;  // goes when it closes, or with its owner
+  unsigned popUps_ = 0;   // so far
   QObject context_;       // cancels what is connected to this
 };
 
