@@ -1,9 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <thread>
-
 #include "desktop/applications/ApplicationsDesk.h"
 
 using harness::WindowManager;
@@ -107,30 +104,6 @@ TEST_P(HidingTest, TheLastWishPrevails) {
   ASSERT_TRUE(desk.allMinimised(windows));
   for (const char* commands : {"show", "hide", "show hide", "show"}) desk.tell(commands);
   ASSERT_TRUE(desk.allShown(windows));
-}
-
-TEST_P(HidingTest, ABusyWindowManagerIsWaitedForAndNotHurried) {
-  std::vector<xcb_window_t> windows;
-  for (const char* name : {"A", "B", "C", "D", "E"}) {
-    windows.push_back(desk.open({.name = name, .className = name}));
-  }
-  desk.activate(windows.back());
-  const auto order = desk.stacking(windows);
-  desk.startProbe();
-  ASSERT_EQ(desk.list().size(), 1 + windows.size());
-  // Longer than a window manager that has the time is given.
-  const auto tellWhileBusy = [&](const char* command) {
-    desk.desk().windowManager().freezeGroup();
-    desk.tell(command);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
-    desk.desk().windowManager().thawGroup();
-  };
-  tellWhileBusy("hide");
-  ASSERT_TRUE(desk.allMinimised(windows));
-  tellWhileBusy("show");
-  ASSERT_TRUE(desk.allShown(windows));
-  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(windows) == order; }));
-  EXPECT_THAT(desk.stacking(windows), testing::ElementsAreArray(order));
 }
 
 TEST_P(HidingTest, ManyWindowsCostAFewRoundTrips) {

@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include "desktop/applications/ApplicationsDesk.h"
 
 using harness::Stream;
 using harness::WindowManager;
-using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
 namespace {
 
@@ -42,22 +38,20 @@ INSTANTIATE_TEST_SUITE_P(EachWindowManager, ManagerFaultsTest, testing::ValuesIn
 
 TEST_P(ManagerFaultsTest, OneThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   ASSERT_NO_FATAL_FAILURE(loseManagerIn("hide"));
-  auto begin = Clock::now();
   desk.tell("hide");
   ASSERT_TRUE(desk.allMinimised(windows));
-  EXPECT_LT(Clock::now() - begin, 5s);
 
   ASSERT_NO_FATAL_FAILURE(loseManagerIn("show"));
-  begin = Clock::now();
   desk.tell("hide");
   ASSERT_TRUE(desk.allMinimised(windows));
   desk.tell("show");
   ASSERT_TRUE(desk.allShown(windows));
-  EXPECT_LT(Clock::now() - begin, 5s);
+  // One that was waited for would have been complained of.
   EXPECT_EQ(desk.probe().errorOutput(), "");
 }
 
 TEST_P(ManagerFaultsTest, OneThatHangsIsComplainedOfOnceAndTheLastWishHoldsWhenItGoesOn) {
+  const auto order = desk.stacking(windows);
   for (const char* wishes : {"hide", "show hide"}) {
     desk.desk().windowManager().freezeGroup();
     desk.tell(wishes);
@@ -70,6 +64,7 @@ TEST_P(ManagerFaultsTest, OneThatHangsIsComplainedOfOnceAndTheLastWishHoldsWhenI
     ASSERT_TRUE(desk.allMinimised(windows));
     desk.tell("show");
     ASSERT_TRUE(desk.allShown(windows));
+    EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(windows) == order; }));
   }
 }
 

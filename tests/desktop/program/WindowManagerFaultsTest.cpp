@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <array>
-#include <chrono>
 
 #include "desktop/harness/DesktopConfiguration.h"
 #include "desktop/program/ProgramDesk.h"
@@ -61,10 +60,8 @@ class WindowManagerFaultsTest : public testing::TestWithParam<ManagedDesktop> {
     return desk.until([&] { return desk.windows().info(editor.id)->has("HIDDEN") == hidden; });
   }
   void expectTheSpeakerTurns(bool muted) {
-    const auto begin = std::chrono::steady_clock::now();
     desk.input().key(kToggle);
     EXPECT_TRUE(program.sinkMuted(muted));
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
   }
 
   ProgramDesk program{{.windowManager = GetParam().windowManager,

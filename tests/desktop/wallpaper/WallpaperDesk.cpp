@@ -50,21 +50,19 @@ std::vector<std::string> WallpaperDesk::askTogether(
 }
 
 std::string WallpaperDesk::answer() {
-  const auto line = probe_->waitForLine("^[0-9]+\t");
+  const auto line = probe_->waitForLine("^answer\t");
   if (!line) throw std::runtime_error("the probe is silent: " + probe_->errorOutput());
-  const std::size_t tab = line->find('\t');
-  took_ = std::chrono::milliseconds(std::stol(line->substr(0, tab)));
-  return line->substr(tab + 1);
+  return line->substr(line->find('\t') + 1);
 }
 
 bool WallpaperDesk::isAnsweredAtOnce(const std::vector<std::string>& fields) {
-  std::chrono::milliseconds sum{0};
-  // Five minutes, were each to wait.
-  for (int time = 0; time < 100; ++time) {
+  // They would take five minutes, were each to wait.
+  constexpr int kOrders = 100;
+  int answers = 0;
+  return desk_.until([&] {
     (void)ask(fields);
-    sum += took_;
-  }
-  return sum < kNotHung;
+    return ++answers == kOrders;
+  });
 }
 
 std::string WallpaperDesk::picture(const std::string& name, std::uint32_t colour) const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -16,9 +15,6 @@ inline constexpr const char* kFirst = "VNC-0";
 inline constexpr const char* kSecond = "VNC-1";
 /// What the probe answers where there is nothing to tell: no path, or no reason to fail.
 inline constexpr const char* kNothing = "-";
-/// An operation waits for three seconds here. More than a busy machine makes of that, and less than
-/// the 25 seconds that the bus itself waits.
-inline constexpr std::chrono::seconds kNotHung{10};
 
 /// A private desktop with a process on it that sets and reads the desktop's pictures.
 class WallpaperDesk {
@@ -36,13 +32,12 @@ class WallpaperDesk {
   [[nodiscard]] std::string backdrop(const std::string& screen) {
     return ask({"backdrop", screen});
   }
-  /// Any order of the probe.
+  /// Any order of the probe. Throws when no answer comes within the harness's patience, which is
+  /// less than the 25 seconds that the bus itself waits.
   [[nodiscard]] std::string ask(const std::vector<std::string>& fields);
   /// Several of them, within one turn of the probe's event loop.
   [[nodiscard]] std::vector<std::string> askTogether(
       const std::vector<std::vector<std::string>>& orders);
-  /// How long the last order took.
-  [[nodiscard]] std::chrono::milliseconds took() const { return took_; }
   /// What the probe wrote on standard error.
   [[nodiscard]] std::string complaints() const { return probe_->errorOutput(); }
   /// Whether that order is answered without a wait: a hundred of them.
@@ -65,7 +60,6 @@ class WallpaperDesk {
   harness::XDesk desk_;
   std::filesystem::path fifo_;
   std::unique_ptr<harness::Process> probe_;
-  std::chrono::milliseconds took_{0};
 };
 
 }  // namespace wallpaper_test

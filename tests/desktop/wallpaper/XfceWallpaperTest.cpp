@@ -201,7 +201,6 @@ TEST(XfceWallpaper, HungSettingsServiceIsWaitedForOnce) {
   ASSERT_GT(service, 0);
   ::kill(service, SIGSTOP);
   EXPECT_EQ(xfce.path(kFirst), kNothing);
-  EXPECT_LT(xfce.took(), kNotHung);
   EXPECT_THAT(xfce.set(kFirst, chosen), HasSubstr("does not answer"));
   EXPECT_TRUE(xfce.isAnsweredAtOnce({"set", kFirst, chosen}));
   ::kill(service, SIGCONT);
