@@ -77,6 +77,9 @@ TEST_F(BackdropRendererTest, TilesBeginWhereTheDesktopHasThem) {
   EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(0, 20), QColor(Qt::red));
   layout.tilesFromDesktopOrigin = true;
   EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(10, 20), QColor(Qt::red));
+  layout = layout_;
+  layout.manner.centersTiles = true;
+  EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(15, 5), QColor(Qt::red));
 }
 
 TEST_F(BackdropRendererTest, SpannedPictureIsOneOverAllMonitors) {

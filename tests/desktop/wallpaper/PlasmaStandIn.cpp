@@ -1,7 +1,8 @@
 // The part of plasmashell that its scripting reaches, for two screens side by side: it answers the
 // scripts that read and write without running them, and prints "read" or what the one that writes
-// was given. Its argument is the picture on the second screen; the first one has a colour. No
-// screen takes a picture whose path has "refused" in it.
+// was given. Its argument is the picture on the second screen; the first one has a colour. A second
+// argument makes that screen a slide show which shows this one instead, without a note of it where
+// scripts read, as in Plasma 6. No screen takes a picture whose path has "refused" in it.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -21,8 +22,12 @@ class Shell final : public QDBusVirtualObject {
   [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
   bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
-    if (call.member() != QLatin1String("evaluateScript")) return false;
-    return bus.send(call.createReply(evaluate(call.arguments().value(0).toString())));
+    const QVariant argument = call.arguments().value(0);
+    if (call.member() == QLatin1String("evaluateScript"))
+      return bus.send(call.createReply(evaluate(argument.toString())));
+    const bool tells = call.member() == QLatin1String("wallpaper") && argument.toUInt() == kSecond;
+    return tells && !slide_.isEmpty() &&
+           bus.send(call.createReply(QVariantMap{{"Image", fileUrl(slide_)}}));
   }
 
  private:
@@ -36,6 +41,7 @@ class Shell final : public QDBusVirtualObject {
 
   struct Screen {
     int id;
+    uint number;
     int x;
     QString plugin;
     QString image;
@@ -44,13 +50,10 @@ class Shell final : public QDBusVirtualObject {
   [[nodiscard]] QString read() const {
     QByteArray lines;
     for (const Screen& screen : screens_) {
-      const QJsonObject line{{"id", screen.id},
-                             {"x", screen.x},
-                             {"y", 0},
-                             {"plugin", screen.plugin},
-                             {"image", screen.image},
-                             {"shown", screen.image},
-                             {"fill", "1"},
+      const QJsonObject line{{"id", screen.id},         {"screen", static_cast<int>(screen.number)},
+                             {"x", screen.x},           {"y", 0},
+                             {"plugin", screen.plugin}, {"image", screen.image},
+                             {"shown", screen.image},   {"fill", "1"},
                              {"color", "32,160,64"}};
       lines += QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
     }
@@ -74,11 +77,17 @@ class Shell final : public QDBusVirtualObject {
     return {};  // as after an exception
   }
 
+  static QString fileUrl(const QString& path) { return QUrl::fromLocalFile(path).toString(); }
+
+  static constexpr uint kSecond = 1;
+
+  QString slide_ = QCoreApplication::arguments().value(2);
   std::array<Screen, 3> screens_{{
-      {7, 0, QStringLiteral("org.kde.color"), QString()},
-      {9, 1280, QStringLiteral("org.kde.image"),
-       QUrl::fromLocalFile(QCoreApplication::arguments().at(1)).toString()},
-      {11, 4000, QStringLiteral("org.kde.slideshow"), QString()},
+      {7, 0, 0, QStringLiteral("org.kde.color"), QString()},
+      {9, kSecond, 1280,
+       slide_.isEmpty() ? QStringLiteral("org.kde.image") : QStringLiteral("org.kde.slideshow"),
+       fileUrl(QCoreApplication::arguments().at(1))},
+      {11, 2, 4000, QStringLiteral("org.kde.slideshow"), QString()},
   }};
 };
 

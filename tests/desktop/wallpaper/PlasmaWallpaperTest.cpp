@@ -13,9 +13,15 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
+enum class Second { Picture, SlideShow };
+
 class PlasmaDesk : public WallpaperDesk {
  public:
-  PlasmaDesk() : WallpaperDesk({.environment = {{"XDG_CURRENT_DESKTOP", "KDE"}}}) {
+  explicit PlasmaDesk(Second second = Second::Picture)
+      : WallpaperDesk({.environment = {{"XDG_CURRENT_DESKTOP", "KDE"}}}) {
+    std::vector<std::string> shell{PLASMA_STAND_IN, picture("old.png", 0xc02020)};
+    if (second == Second::SlideShow) shell.push_back(picture("slide.png", 0x20c020));
+    shell_ = desk().start(shell);
     EXPECT_TRUE(shell_->waitForLine("^ready$")) << shell_->errorOutput();
   }
 
@@ -44,8 +50,7 @@ class PlasmaDesk : public WallpaperDesk {
   }
 
  private:
-  std::unique_ptr<harness::Process> shell_ =
-      desk().start({PLASMA_STAND_IN, picture("old.png", 0xc02020)});
+  std::unique_ptr<harness::Process> shell_;
   int notes_ = 0;
 };
 
@@ -71,6 +76,20 @@ TEST(PlasmaWallpaper, EachScreenIsSetAndPutBackByItsPlace) {
   EXPECT_EQ(plasma.set(kSecond, picture), kNothing);
   EXPECT_EQ(plasma.written(),
             R"({"id":9,"image":"file://)" + picture + R"(","plugin":"org.kde.image"})");
+}
+
+TEST(PlasmaWallpaper, SlideShowGoesOnFromTheSlideThatScriptsDoNotSee) {
+  PlasmaDesk plasma(Second::SlideShow);
+  const std::string show = plasma.path(kSecond);
+  EXPECT_THAT(show, StartsWith("/dev/null/"));
+  EXPECT_THAT(plasma.backdrop(kSecond), HasSubstr("/slide.png\t"));
+  EXPECT_EQ(plasma.set(kSecond, plasma.picture("chosen.png", 0xe0c020)), kNothing);
+  EXPECT_THAT(plasma.written(), HasSubstr(R"(/chosen.png","plugin":"org.kde.image"})"));
+
+  EXPECT_EQ(plasma.set(kSecond, show), kNothing);
+  const std::string written = plasma.written();
+  EXPECT_THAT(written, HasSubstr(R"(/old.png","plugin":"org.kde.slideshow","slide":"file:///)"));
+  EXPECT_THAT(written, EndsWith(R"(/slide.png"})"));
 }
 
 TEST(PlasmaWallpaper, OneReadingServesATurnAndNoLonger) {

@@ -16,6 +16,8 @@ struct BackdropManner {
   bool decodesAtSize = false;
   /// A shading runs over all monitors at once rather than over each.
   bool shadesWholeDesktop = false;
+  /// One tile stands in the middle of the monitor, rather than in its upper left corner.
+  bool centersTiles = false;
   /// A tile that is larger than the last monitor is cut to its size, around the middle.
   bool cutsTilesToLastMonitor = false;
 };

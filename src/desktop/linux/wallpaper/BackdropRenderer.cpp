@@ -32,6 +32,11 @@ QImage tileOf(const QImage& picture, const BackdropLayout& layout) {
                       size.width(), size.height());
 }
 
+QPoint firstTile(const QSize& tile, const QRect& area, const BackdropLayout& layout) {
+  const auto style = layout.manner.centersTiles ? BackdropStyle::Centered : BackdropStyle::Tiled;
+  return placedPicture(tile, area, style, layout.manner.rounding).topLeft();
+}
+
 void drawTiles(QPainter& painter, const QImage& tile, const QPoint& origin, const QRect& area) {
   QBrush brush(tile);
   brush.setTransform(QTransform::fromTranslate(origin.x(), origin.y()));
@@ -70,7 +75,8 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
   if (picture.isNull()) return;
   const QRect place = placeOf(original.isEmpty() ? picture.size() : original);
   if (style == BackdropStyle::Tiled) {
-    drawTiles(painter, tileOf(picture, layout), place.topLeft(), monitor.pixels);
+    const QImage tile = tileOf(picture, layout);
+    drawTiles(painter, tile, firstTile(tile.size(), area, layout), monitor.pixels);
   } else {
     drawScaled(painter, picture, place);
   }

@@ -1,7 +1,9 @@
 #include "desktop/linux/wallpaper/PlasmaDesktops.h"
 
+#include <QDBusArgument>
 #include <QJsonDocument>
 #include <QMetaObject>
+#include <QVariantMap>
 #include <utility>
 
 #include "desktop/linux/wallpaper/WallpaperLog.h"
@@ -9,9 +11,12 @@
 namespace linux_desktop {
 namespace {
 
+const QString kPath = QStringLiteral("/PlasmaShell");
+const QString kInterface = QStringLiteral("org.kde.PlasmaShell");
+
 // A script that throws ends without an error, so each says how far it has come. A desktop of
 // another activity or of a screen that has gone has no screen. A slide show notes which picture is
-// on.
+// on, up to Plasma 5.
 const QString kRead = QStringLiteral(R"(
 const setting = (group, key) => String(ConfigFile("kdeglobals", group).readEntry(key));
 const look = setting("KDE", "LookAndFeelPackage");
@@ -23,7 +28,7 @@ for (const d of desktops()) {
     d.currentConfigGroup = ["Wallpaper", plugin, "General"];
     return String(d.readConfig(key));
   };
-  print(JSON.stringify({id: d.id, x: g.x, y: g.y, plugin: d.wallpaperPlugin,
+  print(JSON.stringify({id: d.id, screen: d.screen, x: g.x, y: g.y, plugin: d.wallpaperPlugin,
                         image: read("org.kde.image", "Image"),
                         shown: read(d.wallpaperPlugin, "Image"),
                         fill: read(d.wallpaperPlugin, "FillMode"),
@@ -32,13 +37,19 @@ for (const d of desktops()) {
 print("OK\n");
 )");
 
-// The picture before the plugin that shows it, so that no other picture comes up between.
+// The picture before the plugin that shows it, so that no other picture comes up between. A slide
+// show goes on from the one that is noted, which Plasma 6 overwrites when the plugin changes. In
+// Plasma 5 that note would become the picture plugin's, too.
 const QString kWrite = QStringLiteral(R"(
 const wanted = %1;
 const target = desktopById(wanted.id);
 target.currentConfigGroup = ["Wallpaper", "org.kde.image", "General"];
 if (String(target.readConfig("Image")) !== wanted.image) target.writeConfig("Image", wanted.image);
 if (target.wallpaperPlugin !== wanted.plugin) target.wallpaperPlugin = wanted.plugin;
+if (wanted.slide) {
+  target.currentConfigGroup = ["Wallpaper", wanted.plugin, "General"];
+  target.writeConfig("Image", wanted.slide);
+}
 print("SET\n");
 )");
 
@@ -47,9 +58,7 @@ print("SET\n");
 PlasmaDesktops::Lines PlasmaDesktops::evaluate(const QString& script,
                                                const QDeadlineTimer& deadline) {
   const QDBusMessage answer = shell_.call(
-      shell_.method(QStringLiteral("/PlasmaShell"), QStringLiteral("org.kde.PlasmaShell"),
-                    QStringLiteral("evaluateScript"), {script}),
-      deadline);
+      shell_.method(kPath, kInterface, QStringLiteral("evaluateScript"), {script}), deadline);
   if (answer.type() == QDBusMessage::ErrorMessage) {
     qCDebug(lcWallpaper) << "plasmashell:" << answer.errorMessage();
     return {};
@@ -58,6 +67,23 @@ PlasmaDesktops::Lines PlasmaDesktops::evaluate(const QString& script,
   qCDebug(lcWallpaper) << "plasmashell:" << printed;
   const QList<QByteArray> lines = printed.split('\n');
   return {lines.begin(), lines.end()};
+}
+
+void PlasmaDesktops::askForSlides(Lines& printed, const QDeadlineTimer& deadline) {
+  for (QByteArray& line : printed) {
+    QJsonObject desktop = QJsonDocument::fromJson(line).object();
+    if (desktop[QLatin1String("plugin")] != QLatin1String(kSlideShowPlugin)) continue;
+    const auto screen = static_cast<uint>(desktop[QLatin1String("screen")].toInt());
+    const QDBusMessage answer = shell_.call(
+        shell_.method(kPath, kInterface, QStringLiteral("wallpaper"), {screen}), deadline);
+    if (answer.type() == QDBusMessage::ErrorMessage) return;
+    const auto settings = qdbus_cast<QVariantMap>(answer.arguments().value(0));
+    const QString slide = settings.value(QStringLiteral("Image")).toString();
+    if (slide.isEmpty()) continue;
+    desktop.insert(QLatin1String("shown"), slide);
+    desktop.insert(QLatin1String("slide"), slide);
+    line = QJsonDocument(desktop).toJson(QJsonDocument::Compact);
+  }
 }
 
 bool PlasmaDesktops::keep(Lines printed) {
@@ -71,7 +97,9 @@ bool PlasmaDesktops::keep(Lines printed) {
 }
 
 bool PlasmaDesktops::read(const QDeadlineTimer& deadline) {
-  return keep(evaluate(kRead, deadline));
+  Lines printed = evaluate(kRead, deadline);
+  askForSlides(printed, deadline);
+  return keep(std::move(printed));
 }
 
 std::optional<QJsonObject> PlasmaDesktops::at(const QPoint& corner,

@@ -10,6 +10,8 @@
 
 namespace linux_desktop {
 
+inline constexpr const char* kSlideShowPlugin = "org.kde.slideshow";
+
 /// The desktops of Plasma's shell, one a screen, reached through its scripting. What was read
 /// serves for the rest of that turn of the event loop: a script takes the shell ten milliseconds
 /// and more, and one toggle asks about each monitor several times. Main thread only.
@@ -19,13 +21,15 @@ class PlasmaDesktops {
   PlasmaDesktops(const PlasmaDesktops&) = delete;
   PlasmaDesktops& operator=(const PlasmaDesktops&) = delete;
 
-  /// What the shell keeps for the screen whose corner that is: `id`, `plugin`, the `image` that the
-  /// picture plugin would show, the one that is `shown`, `fill`, `color`, `look` and `window`. None
-  /// when there is no such screen or the shell does not answer.
+  /// What the shell keeps for the screen whose corner that is: `id`, its number as `screen`,
+  /// `plugin`, the `image` that the picture plugin would show, the one that is `shown`, `fill`,
+  /// `color`, `look` and `window`; for a slide show of Plasma 6 also its `slide`. None when there
+  /// is no such screen or the shell does not answer.
   [[nodiscard]] std::optional<QJsonObject> at(const QPoint& corner, const QDeadlineTimer& deadline);
 
-  /// Gives the desktop `id` that `plugin` and that `image`; whoever calls tells of the change.
-  /// False: nothing was set, or the shell does not answer.
+  /// Gives the desktop `id` that `plugin` and that `image`, and has a slide show go on from its
+  /// `slide`, if any; whoever calls tells of the change. False: nothing was set, or the shell does
+  /// not answer.
   [[nodiscard]] bool set(const QJsonObject& wanted, const QDeadlineTimer& deadline);
 
   /// Asks anew, whether anything differs from what it was at the last change that was told.
@@ -36,6 +40,8 @@ class PlasmaDesktops {
   using Lines = std::vector<QByteArray>;
 
   [[nodiscard]] Lines evaluate(const QString& script, const QDeadlineTimer& deadline);
+  /// From Plasma 6 on only the bus tells which slide is on; before, it does not know the question.
+  void askForSlides(Lines& printed, const QDeadlineTimer& deadline);
   /// False: that is no answer of a reading script that came to its end.
   bool keep(Lines printed);
   bool read(const QDeadlineTimer& deadline);

@@ -13,9 +13,13 @@ namespace {
 using platform::Dictionary;
 
 const QString kPicturePlugin = QStringLiteral("org.kde.image");
-const QString kSlideShowPlugin = QStringLiteral("org.kde.slideshow");
 const QString kColourPlugin = QStringLiteral("org.kde.color");
 constexpr std::array kTexts{"plugin", "image"};
+constexpr const char* kSlide = "slide";
+
+bool isSlideShow(const QJsonObject& desktop) {
+  return desktop[QLatin1String("plugin")] == QLatin1String(kSlideShowPlugin);
+}
 
 // By the number that Plasma keeps, which is QML's Image.fillMode; none is 2.
 constexpr std::array kStyles{BackdropStyle::Stretched, BackdropStyle::Fitted, BackdropStyle::Zoomed,
@@ -78,7 +82,7 @@ std::optional<Backdrop> PlasmaWallpaper::backdrop(const Monitor& monitor) {
   if (text("plugin") == kColourPlugin) return backdrop;
   const QString image = text("shown");
   const bool isKnown =
-      text("plugin") == kPicturePlugin || (text("plugin") == kSlideShowPlugin && !image.isEmpty());
+      text("plugin") == kPicturePlugin || (isSlideShow(*desktop) && !image.isEmpty());
   if (!isKnown) return std::nullopt;
   backdrop.file = plasmaPicture(image, monitor.pixels.size(), lookOf(text("look"), text("window")));
   backdrop.style = styleOf(text("fill"));
@@ -92,7 +96,9 @@ std::optional<Dictionary> PlasmaWallpaper::state(const Monitor& monitor) {
   for (const char* key : kTexts) {
     state.emplace(key, desktop->value(QLatin1String(key)).toString().toStdString());
   }
-  if (desktop->value(QLatin1String("plugin")) == kSlideShowPlugin) state.emplace(kSlideShow, true);
+  if (isSlideShow(*desktop)) state.emplace(kSlideShow, true);
+  if (const QString slide = desktop->value(QLatin1String(kSlide)).toString(); !slide.isEmpty())
+    state.emplace(kSlide, slide.toStdString());
   return state;
 }
 
@@ -116,6 +122,8 @@ std::optional<std::string> PlasmaWallpaper::restore(const Monitor& /*monitor*/,
     const auto text = platform::valueOf<std::string>(state, key).value_or(std::string());
     wanted.insert(QLatin1String(key), QString::fromStdString(text));
   }
+  if (const auto slide = platform::valueOf<std::string>(state, kSlide))
+    wanted.insert(QLatin1String(kSlide), QString::fromStdString(*slide));
   return write(wanted, BusPeer::deadline());
 }
 

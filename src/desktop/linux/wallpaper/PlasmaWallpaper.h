@@ -14,8 +14,9 @@
 namespace linux_desktop {
 
 /// Plasma: a wallpaper plugin a screen, with settings of its own, reached through the scripting of
-/// the shell. The shell tells nobody of a change, but notes each in a file, also which picture of a
-/// slide show is on.
+/// the shell. The shell tells nobody of a change, but notes each in a file, up to Plasma 5 also
+/// which picture of a slide show is on. In Plasma 6 the next slide is seen with the next change of
+/// anything else in there.
 class PlasmaWallpaper final : public WallpaperAdapter {
  public:
   PlasmaWallpaper();
@@ -26,6 +27,10 @@ class PlasmaWallpaper final : public WallpaperAdapter {
   std::optional<std::string> restore(const Monitor& monitor,
                                      const platform::Dictionary& state) override;
   void setChanged(std::function<void()> changed) override;
+
+  [[nodiscard]] BackdropManner manner() const override {
+    return {.turnsUpright = true, .centersTiles = true};
+  }
 
  private:
   [[nodiscard]] std::optional<std::string> write(const QJsonObject& wanted,
