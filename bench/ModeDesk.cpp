@@ -79,7 +79,7 @@ void ModeDesk::openWindow(int number) {
 }
 
 void ModeDesk::choose(const std::vector<std::string_view>& features, std::string_view more) const {
-  std::string json = "{\"kUserdefaultsSelectedWallpaper\": \"" + chosenPicture().string() + "\"";
+  std::string json = R"({"kUserdefaultsSelectedWallpaper": ")" + chosenPicture().string() + "\"";
   for (const std::string_view feature : features)
     json += ", \"" + std::string(feature) + "\": true";
   if (!more.empty()) json += ", " + std::string(more);

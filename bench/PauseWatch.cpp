@@ -1,7 +1,5 @@
 #include "bench/PauseWatch.h"
 
-#include <gio/gio.h>
-
 #include <cstdlib>
 #include <stdexcept>
 

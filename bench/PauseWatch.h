@@ -1,8 +1,8 @@
 #pragma once
 
-#include <memory>
+#include <gio/gio.h>
 
-struct _GDBusConnection;
+#include <memory>
 
 namespace bench {
 
@@ -18,9 +18,9 @@ class PauseWatch {
 
  private:
   struct Release {
-    void operator()(_GDBusConnection* connection) const;
+    void operator()(GDBusConnection* connection) const;
   };
-  std::unique_ptr<_GDBusConnection, Release> connection_;
+  std::unique_ptr<GDBusConnection, Release> connection_;
 };
 
 }  // namespace bench

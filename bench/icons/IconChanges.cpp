@@ -37,7 +37,7 @@ class Changer final : public platform::port::StatusItemClient {
  public:
   explicit Changer(int count) : count_(count), item_(bar_.createStatusItem(*this)) {
     QObject::connect(&timer_, &QTimer::timeout, &bar_, [this] { change(); });
-    item_->setImage(&images_[0]);
+    item_->setImage(&images_.front());
     timer_.start(kPause);
   }
 

@@ -28,7 +28,7 @@ void frameOfASwitch(benchmark::State& state) {
   program.press();
   program.release();
   program.pass(50ms);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     QPainter painter(&image);
     linux_desktop::LayerPainter(painter, theme, program.now())
         .paint(program.masterSwitch(), kLowerLeft);
@@ -39,7 +39,7 @@ BENCHMARK(frameOfASwitch)->Arg(1)->Arg(2);
 // The floor: each pixel of the same picture written once.
 void fillOfThePicture(benchmark::State& state) {
   QImage image = pictureOf(state);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     QPainter painter(&image);
     painter.fillRect(QRect({}, kPicture), Qt::white);
   }

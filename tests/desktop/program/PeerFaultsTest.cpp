@@ -31,8 +31,7 @@ INSTANTIATE_TEST_SUITE_P(EachPanel, PanelFaultsTest,
 /// MATE's tray is a program of its own, which does not hang with the panel.
 class HungPanelTest : public PanelFaultsTest {};
 
-INSTANTIATE_TEST_SUITE_P(EachPanel, HungPanelTest,
-                         testing::Values(Panel::XfcePanel, Panel::Tint2),
+INSTANTIATE_TEST_SUITE_P(EachPanel, HungPanelTest, testing::Values(Panel::XfcePanel, Panel::Tint2),
                          testing::PrintToStringParamName());
 
 TEST_P(HungPanelTest, APanelThatHangsBeforeTheStartHoldsNothingUp) {
