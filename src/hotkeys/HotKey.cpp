@@ -7,7 +7,7 @@
 namespace hotkeys {
 
 std::shared_ptr<HotKey> HotKey::make(KeyCombo keyCombo, Handler keyDown, Handler keyUp) {
-  const std::shared_ptr<HotKey> hotKey(new HotKey(keyCombo, std::move(keyDown), std::move(keyUp)));
+  std::shared_ptr<HotKey> hotKey(new HotKey(keyCombo, std::move(keyDown), std::move(keyUp)));
   HotKeysController::registerHotKey(hotKey);
   return hotKey;
 }

@@ -28,6 +28,7 @@ enum class Direction { Across, Down };
 /// One direction of the blur, on alpha alone; what lies outside the image is clear.
 QImage blurredAlong(const QImage& source, const std::vector<double>& kernel, Direction direction) {
   const int reach = static_cast<int>(kernel.size()) / 2;
+  const double* const middle = kernel.data() + reach;
   const bool across = direction == Direction::Across;
   const int length = across ? source.width() : source.height();
   const qsizetype step = across ? 1 : source.bytesPerLine();
@@ -40,8 +41,7 @@ QImage blurredAlong(const QImage& source, const std::vector<double>& kernel, Dir
       const int from = std::max(-reach, -place);
       const int to = std::min(reach, length - 1 - place);
       double sum = 0;
-      for (int at = from; at <= to; ++at)
-        sum += kernel[static_cast<std::size_t>(at + reach)] * pixel[at * step];
+      for (int at = from; at <= to; ++at) sum += middle[at] * pixel[at * step];
       line[x] = static_cast<uchar>(std::lround(sum));
     }
   }

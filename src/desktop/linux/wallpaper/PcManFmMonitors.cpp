@@ -15,6 +15,7 @@ std::vector<QString> outputsInUse(XServer& server) {
   const auto* outputs = xcb_randr_get_screen_resources_current_outputs(resources.get());
   const int count = xcb_randr_get_screen_resources_current_outputs_length(resources.get());
   std::vector<xcb_randr_get_output_info_cookie_t> cookies;
+  cookies.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
     cookies.push_back(
         xcb_randr_get_output_info(connection, outputs[i], resources->config_timestamp));

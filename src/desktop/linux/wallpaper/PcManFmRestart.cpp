@@ -54,7 +54,7 @@ bool PcManFmRestart::watchEnd() {
   const auto descriptor = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
   if (descriptor < 0) return false;
   // Readable when the process has ended.
-  end_.reset(new QSocketNotifier(descriptor, QSocketNotifier::Read));
+  end_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
   QObject::connect(end_.get(), &QSocketNotifier::activated, this, [this] { ended(); });
   QObject::connect(end_.get(), &QObject::destroyed, this, [descriptor] { ::close(descriptor); });
   return true;

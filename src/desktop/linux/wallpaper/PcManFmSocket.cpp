@@ -30,7 +30,7 @@ class Connection {
       return false;
     std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
     // Fails at once, rather than waits, where too many others wait already.
-    const timeval limit{0, kPatience * 1000};
+    const timeval limit{0, suseconds_t{kPatience} * 1000};
     ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     return ::connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   }

@@ -65,7 +65,7 @@ QString bestIn(const QDir& folder, const QSize& screen) {
 }  // namespace
 
 QString plasmaPicture(const QString& image, const QSize& size, const PlasmaLook& look) {
-  const QString path = pathOf(image.isEmpty() ? themePicture(look) : image);
+  QString path = pathOf(image.isEmpty() ? themePicture(look) : image);
   const QFileInfo found(path);
   if (path.isEmpty() || found.isFile()) return path;
   const QDir folder(QDir(path).filePath(QStringLiteral("contents")));

@@ -1,6 +1,7 @@
 #include "desktop/linux/wallpaper/RootWallpaper.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
 
@@ -44,8 +45,8 @@ struct RootWallpaper::Saved {
   std::unique_ptr<RootPixmap> content;
 };
 
-RootWallpaper::RootWallpaper(const WallpaperSurroundings& surroundings)
-    : surroundings_(surroundings) {}
+RootWallpaper::RootWallpaper(WallpaperSurroundings surroundings)
+    : surroundings_(std::move(surroundings)) {}
 
 RootWallpaper::~RootWallpaper() = default;
 

@@ -18,7 +18,7 @@ namespace linux_desktop {
 /// remembered, at the server.
 class RootWallpaper final : public WallpaperAdapter {
  public:
-  explicit RootWallpaper(const WallpaperSurroundings& surroundings);
+  explicit RootWallpaper(WallpaperSurroundings surroundings);
   ~RootWallpaper() override;
 
   /// Whether nothing covers the root window. To be asked last.

@@ -38,7 +38,7 @@ auto rowOf(const Table& table, int number) {
 
 /// Four numbers from 0 to 1.
 QColor colourOf(const QVariant& value, const QColor& otherwise) {
-  const QVariantList parts = qdbus_cast<QVariantList>(value);
+  const auto parts = qdbus_cast<QVariantList>(value);
   if (parts.size() < 3) return otherwise;
   const auto part = [&](int index) {
     return static_cast<float>(std::clamp(parts.at(index).toDouble(), 0.0, 1.0));

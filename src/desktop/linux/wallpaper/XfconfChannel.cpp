@@ -38,6 +38,7 @@ std::optional<QVariantMap> XfconfChannel::read(const QString& base,
 
 std::vector<QDBusMessage> XfconfChannel::methodsOf(const std::vector<Change>& changes) const {
   std::vector<QDBusMessage> methods;
+  methods.reserve(changes.size());
   for (const Change& change : changes) {
     methods.push_back(change.value
                           ? service_.method(kPath, kInterface, QStringLiteral("SetProperty"),

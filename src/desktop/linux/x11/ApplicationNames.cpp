@@ -15,7 +15,7 @@ namespace {
 
 /// Folders within the folders of entries; their names become part of the entries' own.
 constexpr int kDeepestFolder = 3;
-constexpr qint64 kLargestEntry = 256 * 1024;
+constexpr qint64 kLargestEntry = 256LL * 1024;
 
 qint64 changeOf(const QString& folder) {
   return QFileInfo(folder).lastModified().toMSecsSinceEpoch();

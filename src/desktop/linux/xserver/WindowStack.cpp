@@ -21,6 +21,7 @@ bool isOurs(const XServer& server, xcb_window_t window) {
 std::vector<std::vector<xcb_window_t>> childrenOf(XServer& server,
                                                   const std::vector<xcb_window_t>& parents) {
   std::vector<xcb_query_tree_cookie_t> cookies;
+  cookies.reserve(parents.size());
   for (const xcb_window_t parent : parents) cookies.push_back(xcb_query_tree(server.get(), parent));
   std::vector<std::vector<xcb_window_t>> results;
   for (const auto& cookie : cookies) {
@@ -39,6 +40,7 @@ std::vector<std::vector<xcb_window_t>> childrenOf(XServer& server,
 std::vector<XReply<xcb_get_window_attributes_reply_t>> shownAmong(
     XServer& server, const std::vector<xcb_window_t>& windows) {
   std::vector<xcb_get_window_attributes_cookie_t> cookies;
+  cookies.reserve(windows.size());
   for (const xcb_window_t window : windows) {
     cookies.push_back(xcb_get_window_attributes(server.get(), window));
   }
@@ -71,6 +73,7 @@ xcb_window_t topLevelOf(XServer& server, xcb_window_t window) {
 std::vector<WindowStack::TopLevel> topLevelsOf(XServer& server) {
   const std::vector<xcb_window_t> windows = childrenOf(server, {server.root()}).front();
   std::vector<xcb_get_geometry_cookie_t> cookies;
+  cookies.reserve(windows.size());
   for (const xcb_window_t window : windows) {
     cookies.push_back(xcb_get_geometry(server.get(), window));
   }
@@ -90,13 +93,17 @@ std::vector<WindowStack::TopLevel> topLevelsOf(XServer& server) {
   return topLevels;
 }
 
+std::vector<xcb_window_t> windowsOf(const std::vector<Candidate>& candidates) {
+  std::vector<xcb_window_t> windows(candidates.size());
+  std::ranges::transform(candidates, windows.begin(), &Candidate::window);
+  return windows;
+}
+
 /// Moves those of the type DESKTOP from `candidates` to `found`, and drops what has another type:
 /// that is a client, and holds no others.
 void takeDesktopWindows(XServer& server, std::vector<Candidate>& candidates,
                         std::vector<Candidate>& found) {
-  std::vector<xcb_window_t> windows;
-  for (const Candidate& candidate : candidates) windows.push_back(candidate.window);
-  const auto types = server.numbersOf(windows, "_NET_WM_WINDOW_TYPE");
+  const auto types = server.numbersOf(windowsOf(candidates), "_NET_WM_WINDOW_TYPE");
   const xcb_atom_t desktop = server.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
   std::vector<Candidate> untyped;
   for (std::size_t i = 0; i < candidates.size(); ++i) {
@@ -124,9 +131,7 @@ std::vector<Candidate> listedDesktopWindows(XServer& server, const std::vector<x
 }
 
 std::vector<Candidate> below(XServer& server, const std::vector<Candidate>& parents) {
-  std::vector<xcb_window_t> windows;
-  for (const Candidate& parent : parents) windows.push_back(parent.window);
-  const auto children = childrenOf(server, windows);
+  const auto children = childrenOf(server, windowsOf(parents));
   std::vector<Candidate> result;
   for (std::size_t i = 0; i < parents.size(); ++i) {
     for (const xcb_window_t child : children[i]) result.push_back({child, parents[i].level});
@@ -136,8 +141,7 @@ std::vector<Candidate> below(XServer& server, const std::vector<Candidate>& pare
 
 std::vector<WindowStack::DesktopWindow> shownDesktopWindows(XServer& server,
                                                             const std::vector<Candidate>& found) {
-  std::vector<xcb_window_t> windows;
-  for (const Candidate& candidate : found) windows.push_back(candidate.window);
+  const std::vector<xcb_window_t> windows = windowsOf(found);
   const auto shown = shownAmong(server, windows);
   std::vector<WindowStack::DesktopWindow> result;
   for (std::size_t i = 0; i < found.size(); ++i) {
