@@ -7,7 +7,6 @@
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
-#include <utility>
 
 #include "desktop/harness/DesktopConfiguration.h"
 #include "desktop/harness/SoftPictures.h"
@@ -65,8 +64,8 @@ void say(const std::string& text) {
 
 }  // namespace
 
-Demonstration::Demonstration(std::filesystem::path folder)
-    : folder_(std::filesystem::absolute(std::move(folder))),
+Demonstration::Demonstration(const std::filesystem::path& folder)
+    : folder_(std::filesystem::absolute(folder)),
       desk_(harness::everydayDesktop()),
       reader_(desk_) {
   std::filesystem::create_directories(folder_);
@@ -151,7 +150,7 @@ void Demonstration::furnishDesktop() {
   }
   harness::configureIcons(desk_, harness::DesktopIcons::Xfdesktop,
                           {{.picture = home / "dusk.png"}, {.picture = home / "dusk.png"}});
-  desk_.home().writeConfig("calmdeck/settings.json", "{\"kUserdefaultsSelectedWallpaper\": \"" +
+  desk_.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsSelectedWallpaper": ")" +
                                                          (home / "meadow.png").string() + "\", " +
                                                          kMicrophoneShortcut + "}\n");
   desk_.startIcons(harness::DesktopIcons::Xfdesktop);

@@ -16,7 +16,7 @@ namespace demo {
 class Demonstration {
  public:
   /// Screenshots go to `folder`, which is made.
-  explicit Demonstration(std::filesystem::path folder);
+  explicit Demonstration(const std::filesystem::path& folder);
 
   /// Runs all of it and returns whether everything changed and returned; prints as it goes.
   [[nodiscard]] bool run();

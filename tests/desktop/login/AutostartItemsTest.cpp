@@ -58,10 +58,10 @@ TEST_F(AutostartItemsTest, WhatOtherProgramsStartIsResolvedByTheRulesOfDesktopEn
   } rows[] = {
       {"Exec=/a/b", "/a/b"},
       {"Exec=/a/b --option %U", "/a/b"},
-      {"Exec=\"/a b/c\" \"d e\"", "/a b/c"},
+      {R"(Exec="/a b/c" "d e")", "/a b/c"},
       {"Exec=/a\\sb/c", "/a"},
-      {"Exec=\"/a/\\\\\\\\b\"", "/a/\\b"},
-      {"Exec=\"/a/\\\\$b\"", "/a/$b"},
+      {R"(Exec="/a/\\\\b")", R"(/a/\b)"},
+      {R"(Exec="/a/\\$b")", "/a/$b"},
       {"Exec=/a/100%%", "/a/100%"},
       {"Exec=/a/%f", ""},
       {"Exec=/a/%", ""},

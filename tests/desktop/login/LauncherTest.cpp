@@ -9,14 +9,13 @@
 namespace {
 
 namespace fs = std::filesystem;
-using harness::Command;
 using linux_desktop::ownProgramPath;
 
 class LauncherTest : public AutostartFixture {
  protected:
   /// A program that leaves a file beside itself when it is run.
   [[nodiscard]] fs::path makeProgram(const fs::path& name) const {
-    const fs::path program = root / name;
+    fs::path program = root / name;
     write(program, "#!/bin/sh\n: > \"$0.ran\"\n");
     fs::permissions(program, fs::perms::owner_all);
     return program;
