@@ -31,7 +31,7 @@ TEST_F(GeneralPaneTest, TheMenuOpensTheWindowInFrontAndOnlyOnce) {
   desk.tray.choose("Preferences");
   EXPECT_EQ(desk.log.calls("window"),
             (Lines{"window.show", "window.makeKey", "windows.activateApplication"}));
-  const auto controller = app::sharedPreferencesWindowController();
+  const auto& controller = app::sharedPreferencesWindowController();
   EXPECT_EQ(controller->window()->title(), "Preferences");
   record(toggleApp);
   openPreferences();

@@ -2,9 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <iterator>
 

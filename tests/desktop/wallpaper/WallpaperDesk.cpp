@@ -66,10 +66,11 @@ bool WallpaperDesk::isAnsweredAtOnce(const std::vector<std::string>& fields) {
 }
 
 std::string WallpaperDesk::picture(const std::string& name, std::uint32_t colour) const {
-  constexpr int kSide = 64;
+  constexpr std::uint16_t kSide = 64;
   const std::filesystem::path path = desk_.home().home() / name;
   std::filesystem::create_directories(path.parent_path());
-  harness::writePng({kSide, kSide, std::vector<std::uint32_t>(kSide * kSide, colour)}, path);
+  harness::writePng({kSide, kSide, std::vector<std::uint32_t>(std::size_t{kSide} * kSide, colour)},
+                    path);
   return path;
 }
 

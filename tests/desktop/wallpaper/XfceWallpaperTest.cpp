@@ -10,7 +10,6 @@ namespace wallpaper_test {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 using namespace std::chrono_literals;
 
