@@ -52,7 +52,7 @@ TEST_P(DesktopContract, AScreenHasAPlaceAndANameAndIsToldOnceWhenItGoesOrComes) 
 }
 
 TEST_P(DesktopContract, AnotherSpaceIsToldOnce) {
-  if (!has(desk().desktop().spaces())) return;
+  ASSERT_NE(desk().desktop().spaces(), nullptr);
   Told told(desk().desktop());
   auto& spaces = *desk().desktop().spaces();
   spaces.setClient(&told);
