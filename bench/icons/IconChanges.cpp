@@ -77,7 +77,8 @@ class Changer final : public platform::port::StatusItemClient {
   std::array<platform::NSImage, 2> images_{imageOf("logo-initial-small.svg"),
                                            imageOf("logo-active-small.svg")};
   QTimer timer_;
-  linux_desktop::TrayStatusBar bar_;
+  linux_desktop::OwnWindows ownWindows_;
+  linux_desktop::TrayStatusBar bar_{ownWindows_, nullptr};
   std::unique_ptr<platform::port::StatusItemPeer> item_;
 };
 

@@ -74,10 +74,11 @@ struct LinuxDesktop::Services {
   QtMainLoop loop;
   StandardOutputStream output;
   SettingsFile settings;
-  TrayStatusBar tray;
   std::unique_ptr<WindowSystem> windowSystem = openWindowSystem();
+  TrayStatusBar tray{windowSystem->ownWindows(), windowSystem->legacyTray()};
   SessionHotKeys hotKeys{windowSystem->hotKeys()};
-  QtWindows windows{loop, windowSystem->covers(), windowSystem->keyTranslator()};
+  QtWindows windows{loop, windowSystem->ownWindows(), windowSystem->covers(),
+                    windowSystem->keyTranslator()};
   PulseSound sound;
   NotificationDaemon notificationDaemon{QDBusConnection::sessionBus()};
   DaemonDoNotDisturb doNotDisturb{notificationDaemon};

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "desktop/linux/tray/TrayStatusBar.h"
+#include "desktop/linux/x11/XOwnWindows.h"
+#include "desktop/linux/x11/XTraySelection.h"
 #include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSMenu.h"
 
@@ -79,7 +81,11 @@ class Probe final : public platform::port::StatusItemClient {
   platform::NSImage square_{"square", kSquare};
   platform::NSImage disc_{"disc", kDisc};
   platform::NSMenu menu_{"Menu"};
-  TrayStatusBar bar_;
+  std::unique_ptr<linux_desktop::XServer> server_ = linux_desktop::XServer::connect();
+  linux_desktop::XEvents events_{*server_};
+  linux_desktop::XOwnWindows ownWindows_{events_};
+  linux_desktop::XTraySelection legacyTray_;
+  TrayStatusBar bar_{ownWindows_, &legacyTray_};
   std::unique_ptr<platform::port::StatusItemPeer> item_;
 };
 

@@ -74,7 +74,8 @@ struct UiTest::Desk final : platform::Desktop {
   linux_desktop::QtScreens qtScreens;
   linux_desktop::QtMainLoop loop;
   TestKeys keys;
-  linux_desktop::QtWindows qtWindows{loop, nullptr, &keys};
+  linux_desktop::OwnWindows ownWindows;
+  linux_desktop::QtWindows qtWindows{loop, ownWindows, nullptr, &keys};
   platform::Runtime runtime{*this};
 };
 

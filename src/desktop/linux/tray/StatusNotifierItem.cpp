@@ -4,6 +4,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <climits>
+#include <utility>
 
 #include "desktop/linux/tray/DBusMenu.h"
 #include "desktop/linux/tray/TrayLog.h"
@@ -31,11 +32,15 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& connection, Report
       object_(connection, kPath, (registerIconPixmapTypes(), makeInterface()), reports_.called) {}
 
 BusInterface StatusNotifierItem::makeInterface() {
-  const auto reporting = [this](const std::function<void()>& what) {
-    return [this, &what](const QDBusMessage&) {
-      report(what);
+  const auto reporting = [this](const std::function<void(const Click&)>& what) {
+    return [this, &what](const QDBusMessage& call) {
+      report(what, call);
       return QVariantList();
     };
+  };
+  const auto keepToken = [this](const QDBusMessage& call) {
+    token_ = call.arguments().value(0).toString();
+    return QVariantList();
   };
   const auto ignore = [](const QDBusMessage&) { return QVariantList(); };
   const auto ours = [this] { return image_ == nullptr ? IconPixmaps() : image_->pixmaps; };
@@ -46,7 +51,7 @@ BusInterface StatusNotifierItem::makeInterface() {
                       {"ContextMenu", {{"i", "i"}, {}, reporting(reports_.menuAsked)}},
                       {"SecondaryActivate", {{"i", "i"}, {}, ignore}},
                       {"Scroll", {{"i", "s"}, {}, ignore}},
-                      {"ProvideXdgActivationToken", {{"s"}, {}, ignore}}},
+                      {"ProvideXdgActivationToken", {{"s"}, {}, keepToken}}},
           .properties = {{"Category", text("ApplicationStatus")},
                          {"Id", text("calmdeck")},
                          {"Title", text("Calmdeck")},
@@ -67,8 +72,12 @@ BusInterface StatusNotifierItem::makeInterface() {
           .emitted = {{"NewIcon", {}}}};
 }
 
-void StatusNotifierItem::report(const std::function<void()>& what) {
-  QMetaObject::invokeMethod(&later_, what, Qt::QueuedConnection);
+void StatusNotifierItem::report(const std::function<void(const Click&)>& what,
+                                const QDBusMessage& call) {
+  const QVariantList place = call.arguments();
+  const Click click{{place.value(0).toInt(), place.value(1).toInt()}, std::exchange(token_, {})};
+  QMetaObject::invokeMethod(
+      &later_, [&what, click] { what(click); }, Qt::QueuedConnection);
 }
 
 void StatusNotifierItem::setImage(const StatusImage& image) {

@@ -2,6 +2,8 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QPoint>
+#include <QString>
 #include <functional>
 
 #include "desktop/linux/tray/BusObject.h"
@@ -14,11 +16,19 @@ class StatusNotifierItem {
  public:
   static constexpr const char* kPath = "/StatusNotifierItem";
 
+  /// A click, as the host tells of it.
+  struct Click {
+    /// Near the item, in coordinates of the host's choice; some hosts send what means nothing.
+    QPoint place;
+    /// The token for xdg-activation that the host provided just before; else empty.
+    QString token;
+  };
+
   /// Told on the main thread, in the order of arrival, after the host has got its reply.
   struct Reports {
-    std::function<void()> activated;
+    std::function<void(const Click& click)> activated;
     /// The host draws no menus and asks us to.
-    std::function<void()> menuAsked;
+    std::function<void(const Click& click)> menuAsked;
     /// Before each call, with the bus name of the host that made it.
     std::function<void(const QString& host)> called;
   };
@@ -32,7 +42,7 @@ class StatusNotifierItem {
 
  private:
   [[nodiscard]] BusInterface makeInterface();
-  void report(const std::function<void()>& what);
+  void report(const std::function<void(const Click& click)>& what, const QDBusMessage& call);
   void announceImage();
 
   QDBusConnection connection_;
@@ -40,6 +50,7 @@ class StatusNotifierItem {
   const StatusImage* image_ = nullptr;
   const StatusImage* announced_ = nullptr;
   bool announcing_ = false;
+  QString token_;
   QObject later_;  // cancels what is reported later
   BusObject object_;
 };

@@ -1,20 +1,15 @@
 #include "desktop/linux/tray/TrayAnchor.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
 #include <algorithm>
 
-#include "desktop/linux/xserver/ScreenPixels.h"
-
 namespace linux_desktop {
 namespace {
 
-/// In Qt's coordinates, as `point`.
-std::optional<QRect> panelAt(const QPoint& point, const std::vector<XPanel>& panels) {
-  for (const XPanel& panel : panels)
-    if (const QRect geometry = fromPixels(panel.geometry); geometry.contains(point))
-      return geometry;
+std::optional<QRect> panelAt(const QPoint& point, const std::vector<DesktopPanel>& panels) {
+  for (const DesktopPanel& panel : panels)
+    if (panel.geometry.contains(point)) return panel.geometry;
   return std::nullopt;
 }
 
@@ -29,22 +24,18 @@ QPoint trayEnd(const QRect& panel) {
 
 }  // namespace
 
-void TrayAnchor::rememberPointer() {
-  const QPoint point = QCursor::pos();
-  click_ = Click{point, panelAt(point, panels()).has_value()};
+void TrayAnchor::rememberClick(QPoint told) {
+  const QPoint point = windows_.pointer().value_or(told);
+  click_ = Click{point, panelAt(point, windows_.panels()).has_value()};
 }
 
 Anchor TrayAnchor::anchor() const {
-  const Panels now = panels();
+  const Panels now = windows_.panels();
   if (const auto known = atLastClick(now)) return *known;
   if (const auto known = atIcon(now)) return *known;
   if (const auto guess = fromPanels(now)) return *guess;
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   return {QGuiApplication::isRightToLeft() ? screen.topLeft() : screen.topRight(), std::nullopt};
-}
-
-TrayAnchor::Panels TrayAnchor::panels() const {
-  return server_ ? panelsOn(*server_) : Panels{};
 }
 
 std::optional<Anchor> TrayAnchor::atLastClick(const Panels& panels) const {
@@ -61,17 +52,15 @@ std::optional<Anchor> TrayAnchor::atIcon(const Panels& panels) const {
 }
 
 std::optional<Anchor> TrayAnchor::fromPanels(const Panels& panels) const {
-  for (const XPanel& panel : panels)
-    if (const auto tray = hostPid_ == 0 ? std::nullopt : partDrawnBy(hostPid_, panel, *server_))
-      return Anchor{fromPixels(*tray).center(), fromPixels(panel.geometry)};
-  const auto isHost = [this](const XPanel& panel) {
+  if (const auto tray = hostPid_ == 0 ? std::nullopt : windows_.partDrawnBy(hostPid_))
+    return Anchor{tray->part.center(), tray->panel};
+  const auto isHost = [this](const DesktopPanel& panel) {
     return hostPid_ != 0 && panel.pid == hostPid_;
   };
   auto panel = std::ranges::find_if(panels, isHost);
   if (panel == panels.end()) panel = panels.begin();
   if (panel == panels.end()) return std::nullopt;
-  const QRect geometry = fromPixels(panel->geometry);
-  return Anchor{trayEnd(geometry), geometry};
+  return Anchor{trayEnd(panel->geometry), panel->geometry};
 }
 
 }  // namespace linux_desktop

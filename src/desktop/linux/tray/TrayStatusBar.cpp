@@ -26,14 +26,17 @@ using State = WatcherConnection::State;
 
 }  // namespace
 
-TrayStatusBar::TrayStatusBar() : bus_(QDBusConnection::sessionBus()), watcher_(bus_) {
+TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray)
+    : bus_(QDBusConnection::sessionBus()), anchor_(windows), watcher_(bus_), legacy_(legacyTray) {
   settling_.setSingleShot(true);
   settling_.setInterval(kSettling);
   connect(&settling_, &QTimer::timeout, this, &TrayStatusBar::followTrays);
   connect(&watcher_, &WatcherConnection::watcherAppeared, this, &TrayStatusBar::registerItems);
   connect(&watcher_, &WatcherConnection::stateChanged, this, &TrayStatusBar::followSoon);
-  connect(&selection_, &TraySelection::changed, this, &TrayStatusBar::followSoon);
-  connect(&selection_, &TraySelection::docked, this, &TrayStatusBar::followTrays);
+  if (legacy_ != nullptr) {
+    legacy_->setObserver(
+        {.changed = [this] { followSoon(); }, .docked = [this] { followTrays(); }});
+  }
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);
   connect(&patience_, &QTimer::timeout, this, &TrayStatusBar::sayThatThereIsNone);
@@ -44,7 +47,9 @@ TrayStatusBar::TrayStatusBar() : bus_(QDBusConnection::sessionBus()), watcher_(b
   });
 }
 
-TrayStatusBar::~TrayStatusBar() = default;
+TrayStatusBar::~TrayStatusBar() {
+  if (legacy_ != nullptr) legacy_->setObserver({});
+}
 
 std::unique_ptr<platform::port::StatusItemPeer> TrayStatusBar::createStatusItem(
     platform::port::StatusItemClient& client) {
@@ -61,14 +66,15 @@ void TrayStatusBar::forget(const TrayStatusItem& item) {
 }
 
 void TrayStatusBar::registerItems() {
-  anchor_.forgetPointer();
+  anchor_.forgetClick();
   shownBy(watcher_.owner());
   for (TrayStatusItem* item : items_) item->registerWith(watcher_.owner());
 }
 
 bool TrayStatusBar::wantsXEmbed() const {
   const State state = watcher_.state();
-  return selection_.isOwned() && (state == State::NoWatcher || state == State::NoHost);
+  return legacy_ != nullptr && legacy_->isRunning() &&
+         (state == State::NoWatcher || state == State::NoHost);
 }
 
 /// What goes is followed at once, and so is what the very first look finds.
@@ -86,7 +92,7 @@ void TrayStatusBar::followTrays() {
   patience_.stop();
   const bool xembed = wantsXEmbed();
   for (TrayStatusItem* item : items_) item->useXEmbed(xembed);
-  setHasTray(watcher_.state() == State::Ready || (xembed && selection_.isDocked()));
+  setHasTray(watcher_.state() == State::Ready || (xembed && legacy_->isDocked()));
   if (hasTray_) return;
   if (xembed)
     patience_.start();

@@ -8,8 +8,8 @@
 
 #include "desktop/linux/tray/StatusImages.h"
 #include "desktop/linux/tray/TrayAnchor.h"
-#include "desktop/linux/tray/TraySelection.h"
 #include "desktop/linux/tray/WatcherConnection.h"
+#include "desktop/linux/windowsystem/LegacyTray.h"
 #include "platform/port/StatusBar.h"
 
 namespace linux_desktop {
@@ -23,7 +23,8 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   Q_OBJECT
 
  public:
-  TrayStatusBar();
+  /// `legacyTray` is null where there can be none. Both outlive this.
+  TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray);
   ~TrayStatusBar() override;
   TrayStatusBar(const TrayStatusBar&) = delete;
   TrayStatusBar& operator=(const TrayStatusBar&) = delete;
@@ -44,7 +45,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   friend class TrayStatusItem;
   [[nodiscard]] StatusImages& images() { return images_; }
   [[nodiscard]] bool hasBus() const { return bus_.isConnected(); }
-  void rememberPointer() { anchor_.rememberPointer(); }
+  void rememberClick(QPoint told) { anchor_.rememberClick(told); }
   void shownBy(const QString& host);
   void forget(const TrayStatusItem& item);
 
@@ -59,7 +60,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   StatusImages images_;
   TrayAnchor anchor_;
   WatcherConnection watcher_;
-  TraySelection selection_;
+  LegacyTray* legacy_;
   QTimer settling_;
   QTimer patience_;
   QString host_;  // the bus name of the program that draws our icon

@@ -33,8 +33,8 @@ TrayStatusItem::TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemCli
   busMenu_.emplace(connection_, opening_);
   notifier_.emplace(
       connection_,
-      StatusNotifierItem::Reports{.activated = [this] { activated(); },
-                                  .menuAsked = [this] { menuAsked(); },
+      StatusNotifierItem::Reports{.activated = [this](const auto& click) { activated(click); },
+                                  .menuAsked = [this](const auto& click) { menuAsked(click); },
                                   .called = [this](const QString& host) { bar_.shownBy(host); }});
   notifier_->setImage(*image_);
 }
@@ -86,25 +86,34 @@ void TrayStatusItem::registerWith(const QString& watcher) {
 void TrayStatusItem::useXEmbed(bool use) {
   if (use == xembed_.has_value()) return;
   if (use)
-    xembed_.emplace(*image_, XEmbedIcon::Reports{.activated = [this] { activated(); },
-                                                 .menuAsked = [this] { menuAsked(); }});
+    xembed_.emplace(*image_, XEmbedIcon::Reports{.activated = [this] { activated({}); },
+                                                 .menuAsked = [this] { menuAsked({}); }});
   else
     xembed_.reset();
+}
+
+QString TrayStatusItem::takeToken() {
+  return std::exchange(token_, {});
+}
+
+void TrayStatusItem::remember(const StatusNotifierItem::Click& click) {
+  bar_.rememberClick(click.place);
+  token_ = click.token;
 }
 
 QRect TrayStatusItem::geometry() const {
   return xembed_ ? xembed_->geometry() : QRect();
 }
 
-void TrayStatusItem::activated() {
-  bar_.rememberPointer();
+void TrayStatusItem::activated(const StatusNotifierItem::Click& click) {
+  remember(click);
   // xfce4-panel keeps the closing of a menu to itself. While one is open it takes the clicks.
   opening_.end();
   client_.statusItemClicked(platform::NSEventType::LeftMouseUp);
 }
 
-void TrayStatusItem::menuAsked() {
-  bar_.rememberPointer();
+void TrayStatusItem::menuAsked(const StatusNotifierItem::Click& click) {
+  remember(click);
   requestMenu({anchor().point, {}});
 }
 

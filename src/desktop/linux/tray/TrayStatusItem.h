@@ -47,6 +47,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   [[nodiscard]] bool isShown() const override;
   [[nodiscard]] Anchor anchor() const override;
   void menuRequested(QWidget& button) override;
+  [[nodiscard]] QString takeToken() override;
   void setActivationObserver(std::function<void()> activated) override {
     client_.setObserver(std::move(activated));
   }
@@ -59,8 +60,9 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   [[nodiscard]] QRect geometry() const;
 
  private:
-  void activated();
-  void menuAsked();
+  void activated(const StatusNotifierItem::Click& click);
+  void menuAsked(const StatusNotifierItem::Click& click);
+  void remember(const StatusNotifierItem::Click& click);
   void requestMenu(const MenuPlace& place);
 
   TrayStatusBar& bar_;
@@ -68,6 +70,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   const StatusImage* image_;
   MenuOpening opening_;
   OwnMenu ownMenu_;
+  QString token_;
   std::optional<MenuPlace> menuPlace_;  // of the menu that was asked for, if we are to draw it
 
   /// The item's own: hosts drop an icon when the connection that offered it ends.

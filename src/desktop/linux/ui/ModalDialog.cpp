@@ -6,7 +6,6 @@
 
 #include "desktop/linux/ui/ExposeWatch.h"
 #include "desktop/linux/ui/QtWindowPeer.h"
-#include "desktop/linux/ui/XWindowHints.h"
 
 namespace linux_desktop {
 
@@ -39,13 +38,9 @@ void ModalDialog::show() {
   QWindow& window = *dialog_->windowHandle();
   if (const QtWindowPeer* behind = windowBehind()) window.setTransientParent(behind->handle());
   dialog_->show();
-  XServer* server = services_.server.get();
-  if (server == nullptr) {
-    dialog_->activateWindow();
-    return;
-  }
-  markAsAskedFor(window, *server);
-  onceExposed(window, [&window, server] { activate(window, *server); });
+  OwnWindows& ownWindows = services_.ownWindows;
+  ownWindows.markAsAskedFor(window);
+  onceExposed(window, [&window, &ownWindows] { ownWindows.activate(window, {}); });
 }
 
 void ModalDialog::end() {

@@ -5,16 +5,11 @@
 #include <vector>
 
 #include "desktop/linux/tray/StatusItemAnchor.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
 
 namespace linux_desktop {
 
-/// A panel of the desktop. All rectangles of this header are in one and the same system of
-/// coordinates, y down.
-struct DesktopPanel {
-  QRect geometry;
-  /// What the panel keeps free of windows; empty for one that hides itself or floats.
-  QRect reserved;
-};
+// All rectangles are in one and the same system of coordinates, y down.
 
 /// What is left of `monitor` beside the panels on it.
 [[nodiscard]] QRect usableArea(const QRect& monitor, const std::vector<DesktopPanel>& panels);

@@ -11,9 +11,6 @@
 #include "desktop/linux/ui/ExposeWatch.h"
 #include "desktop/linux/ui/PopoverPlacement.h"
 #include "desktop/linux/ui/ProgramIcon.h"
-#include "desktop/linux/ui/XWindowHints.h"
-#include "desktop/linux/xserver/ScreenPixels.h"
-#include "desktop/linux/xserver/XPanels.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/port/StatusBar.h"
 
@@ -28,8 +25,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kOwnPress{40};
 
-/// The server's time begins anew every 49 days.
-constexpr bool isNotBefore(xcb_timestamp_t time, xcb_timestamp_t other) {
+/// On a clock that goes round.
+constexpr bool isNotBefore(std::uint32_t time, std::uint32_t other) {
   return static_cast<std::int32_t>(time - other) >= 0;
 }
 
@@ -71,11 +68,9 @@ void QtWindowPeer::show(const port::Placement& placement) {
   // Openbox 3.6 calls windows of other workspaces iconic; Qt believes it and would map it so.
   window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
   if (!window_->isVisible()) {
-    if (services_.server) {
-      if (isPopover(window_->chrome())) keepOutOfTaskLists(*handle(), *services_.server);
-    }
+    if (isPopover(window_->chrome())) services_.ownWindows.keepOutOfTaskLists(*handle());
     window_->show();
-    if (services_.server) markAsAskedFor(*handle(), *services_.server);
+    services_.ownWindows.markAsAskedFor(*handle());
     watchOutside();
   }
   window_->raise();
@@ -97,11 +92,7 @@ void QtWindowPeer::makeKey() {
   const CallScope scope(calls_);
   if (!window_ || !window_->isVisible()) return;
   onceExposed(*handle(), [this] {
-    if (services_.server) {
-      activate(*handle(), *services_.server);
-    } else {
-      window_->activateWindow();
-    }
+    services_.ownWindows.activate(*handle(), anchor_ == nullptr ? QString() : anchor_->takeToken());
   });
 }
 
@@ -121,8 +112,7 @@ Chrome QtWindowPeer::chromeFor(const StatusItemAnchor* anchor) const {
   if (model_.style() == platform::NSWindowStyle::Titled) return Chrome::Titled;
   if (anchor == nullptr) return Chrome::Ordinary;
   if (!anchor->isShown()) return Chrome::OrdinaryWithMenu;
-  const bool round = services_.server && services_.server->isComposited();
-  return round ? Chrome::RoundPopover : Chrome::Popover;
+  return services_.ownWindows.mayBeRound() ? Chrome::RoundPopover : Chrome::Popover;
 }
 
 void QtWindowPeer::ensureWindow(Chrome chrome) {
@@ -142,14 +132,9 @@ void QtWindowPeer::place() {
   Anchor anchor = anchor_->anchor();
   const QScreen* screen = QGuiApplication::screenAt(anchor.point);
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  std::vector<DesktopPanel> panels;
-  if (services_.server) {
-    for (const XPanel& panel : panelsOn(*services_.server)) {
-      panels.push_back({fromPixels(panel.geometry, *screen), fromPixels(panel.reserved, *screen)});
-    }
-  }
   const QSize size = window_->layout()->totalSizeHint();
-  window_->move(placePopover(anchor, size, screen->geometry(), panels).topLeft());
+  window_->move(
+      placePopover(anchor, size, screen->geometry(), services_.ownWindows.panels()).topLeft());
 }
 
 void QtWindowPeer::resized() {
@@ -169,31 +154,16 @@ void QtWindowPeer::watchOutside() {
   anchor_->setActivationObserver([weak = std::weak_ptr(acts_)] {
     if (const auto acts = weak.lock()) acts->itemActivated();
   });
-  auto server = XServer::connect();
-  if (!server) return;
-  presses_ = std::make_unique<OutsidePresses>(
-      std::move(server),
-      [this](QPoint onRoot, xcb_timestamp_t time) { pressedSomewhere(onRoot, time); });
+  presses_ = services_.ownWindows.watchPresses(
+      *handle(), [this](const OutsidePress& press) { pressedOutside(press); });
 }
 
-bool QtWindowPeer::isOurs(QPoint onRoot) const {
-  const auto own = services_.server->geometry(static_cast<xcb_window_t>(window_->winId()));
-  return own && own->contains(onRoot);
-}
-
-bool QtWindowPeer::isOnPanel(QPoint onRoot) const {
-  return std::ranges::any_of(panelsOn(*services_.server), [onRoot](const XPanel& panel) {
-    return panel.geometry.contains(onRoot);
-  });
-}
-
-void QtWindowPeer::pressedSomewhere(QPoint onRoot, xcb_timestamp_t time) {
+void QtWindowPeer::pressedOutside(const OutsidePress& press) {
   if (services_.alerts > 0 || QApplication::activePopupWidget() != nullptr) return;
-  if (isOurs(onRoot)) return;
   // The pointer may have left the window since: then Qt has the press, or gets it within this time.
-  QTimer::singleShot(kOwnPress, &context_, [this, time, onPanel = isOnPanel(onRoot)] {
-    if (!acts_ || (lastPressInside_ && isNotBefore(*lastPressInside_, time))) return;
-    if (onPanel) {
+  QTimer::singleShot(kOwnPress, &context_, [this, press] {
+    if (!acts_ || (lastPressInside_ && isNotBefore(*lastPressInside_, press.time))) return;
+    if (press.isOnPanel) {
       acts_->pressedOnPanel();
     } else {
       acts_->pressedElsewhere();
@@ -202,7 +172,7 @@ void QtWindowPeer::pressedSomewhere(QPoint onRoot, xcb_timestamp_t time) {
 }
 
 void QtWindowPeer::pressedInside(quint64 time) {
-  lastPressInside_ = static_cast<xcb_timestamp_t>(time);
+  lastPressInside_ = static_cast<std::uint32_t>(time);
 }
 
 void QtWindowPeer::alertDidEnd() {

@@ -7,7 +7,6 @@
 
 #include "desktop/linux/tray/StatusItemAnchor.h"
 #include "desktop/linux/ui/OutsideActs.h"
-#include "desktop/linux/ui/OutsidePresses.h"
 #include "desktop/linux/ui/PanelWindow.h"
 #include "desktop/linux/ui/WindowServices.h"
 #include "platform/port/Windows.h"
@@ -55,9 +54,7 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void ensureWindow(Chrome chrome);
   void place();
   void watchOutside();
-  void pressedSomewhere(QPoint onRoot, xcb_timestamp_t time);
-  [[nodiscard]] bool isOurs(QPoint onRoot) const;
-  [[nodiscard]] bool isOnPanel(QPoint onRoot) const;
+  void pressedOutside(const OutsidePress& press);
   void report(std::function<void()> what);
   [[nodiscard]] platform::NSEvent eventAt(platform::NSEventType type, QPointF inWindow) const;
 
@@ -68,8 +65,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   StatusItemAnchor* anchor_ = nullptr;
   std::unique_ptr<PanelWindow> window_;
   std::shared_ptr<OutsideActs> acts_;
-  std::unique_ptr<OutsidePresses> presses_;
-  std::optional<xcb_timestamp_t> lastPressInside_;
+  std::unique_ptr<OwnWindows::PressWatch> presses_;
+  std::optional<std::uint32_t> lastPressInside_;
   /// How many calls of the model are on the stack: reports wait until there is none.
   int calls_ = 0;
   /// Reports that wait are dropped with it.

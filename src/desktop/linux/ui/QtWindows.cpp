@@ -22,10 +22,10 @@ class NeverShown final : public platform::port::WindowPeer {
 
 }  // namespace
 
-QtWindows::QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers,
-                     KeyTranslator* keys)
+QtWindows::QtWindows(const platform::port::MainLoop& loop, OwnWindows& ownWindows,
+                     CoverWindows* covers, KeyTranslator* keys)
     : services_{.clock = [&loop] { return loop.now(); },
-                .server = XServer::connect(),
+                .ownWindows = ownWindows,
                 .keys = keys,
                 .alerts = 0,
                 .shown = {}},

@@ -14,8 +14,8 @@ class QtWindows final : public platform::port::Windows {
   /// `loop` is for its clock. `covers` makes the windows below all others; null: they never come to
   /// the screen. `keys` says what the keys of titled windows are; null: none is reported. All
   /// outlive this, as this does its peers.
-  explicit QtWindows(const platform::port::MainLoop& loop, CoverWindows* covers = nullptr,
-                     KeyTranslator* keys = nullptr);
+  QtWindows(const platform::port::MainLoop& loop, OwnWindows& ownWindows,
+            CoverWindows* covers = nullptr, KeyTranslator* keys = nullptr);
   ~QtWindows() override;
   QtWindows(const QtWindows&) = delete;
   QtWindows& operator=(const QtWindows&) = delete;

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include "desktop/linux/ui/LayerWidget.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
-#include "desktop/linux/xserver/XServer.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
 
 namespace linux_desktop {
 
@@ -14,8 +13,7 @@ class QtWindowPeer;
 /// What the windows of one QtWindows share.
 struct WindowServices {
   Clock clock;
-  /// Null where the interface is not on an X server.
-  std::unique_ptr<XServer> server;
+  OwnWindows& ownWindows;
   /// Null where nobody can say what a key is to the platform: then none is reported.
   KeyTranslator* keys = nullptr;
   /// How many dialogs that all windows wait for are on the screen.

@@ -13,9 +13,11 @@ class PlainWindowSystem final : public WindowSystem {
   PlainWindowSystem();
 
   platform::port::Screens& screens() override { return screens_; }
+  OwnWindows& ownWindows() override { return ownWindows_; }
   platform::port::DesktopPictures* desktopPictures() override { return &pictures_; }
 
  private:
+  OwnWindows ownWindows_;
   QtScreens screens_;
   WallpaperPictures pictures_;
 };

@@ -2,6 +2,8 @@
 
 #include "desktop/linux/windowsystem/CoverWindows.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
+#include "desktop/linux/windowsystem/LegacyTray.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
 #include "platform/port/DesktopPictures.h"
 #include "platform/port/HotKeys.h"
 #include "platform/port/RunningApplications.h"
@@ -18,6 +20,8 @@ class WindowSystem {
   virtual ~WindowSystem() = default;
 
   virtual platform::port::Screens& screens() = 0;
+  virtual OwnWindows& ownWindows() = 0;
+  virtual LegacyTray* legacyTray() { return nullptr; }
   virtual CoverWindows* covers() { return nullptr; }
   virtual platform::port::DesktopPictures* desktopPictures() { return nullptr; }
   virtual platform::port::WindowList* windowList() { return nullptr; }

@@ -12,8 +12,10 @@
 #include "desktop/linux/x11/XHotKeys.h"
 #include "desktop/linux/x11/XKeyTranslator.h"
 #include "desktop/linux/x11/XKeyboard.h"
+#include "desktop/linux/x11/XOwnWindows.h"
 #include "desktop/linux/x11/XScreens.h"
 #include "desktop/linux/x11/XSpaces.h"
+#include "desktop/linux/x11/XTraySelection.h"
 #include "desktop/linux/x11/XWindowList.h"
 #include "desktop/linux/xserver/XEvents.h"
 #include "desktop/linux/xserver/XServer.h"
@@ -27,6 +29,8 @@ class X11WindowSystem final : public WindowSystem {
   [[nodiscard]] static std::unique_ptr<X11WindowSystem> open();
 
   platform::port::Screens& screens() override { return screens_; }
+  OwnWindows& ownWindows() override { return ownWindows_; }
+  LegacyTray* legacyTray() override { return &tray_; }
   CoverWindows* covers() override { return &covers_; }
   platform::port::DesktopPictures* desktopPictures() override { return &told_; }
   platform::port::WindowList* windowList() override { return &windowList_; }
@@ -44,6 +48,8 @@ class X11WindowSystem final : public WindowSystem {
 
   std::unique_ptr<XServer> server_;
   XEvents events_{*server_};
+  XOwnWindows ownWindows_{events_};
+  XTraySelection tray_;
   XScreens screens_{events_};
   WallpaperPictures told_{[this] { return screens_.monitors(); }, &events_};
   MonitorPictures shown_{events_, screens_};

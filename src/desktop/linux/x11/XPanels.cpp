@@ -1,4 +1,4 @@
-#include "desktop/linux/xserver/XPanels.h"
+#include "desktop/linux/x11/XPanels.h"
 
 #include <algorithm>
 #include <array>

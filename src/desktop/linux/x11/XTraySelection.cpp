@@ -1,7 +1,8 @@
-#include "desktop/linux/tray/TraySelection.h"
+#include "desktop/linux/x11/XTraySelection.h"
 
 #include <QGuiApplication>
 #include <string>
+#include <utility>
 
 #include "desktop/linux/xserver/XReply.h"
 
@@ -38,7 +39,7 @@ xcb_connection_t* connectionOfQt() {
 
 }  // namespace
 
-TraySelection::TraySelection() : connection_(connectionOfQt()) {
+XTraySelection::XTraySelection() : connection_(connectionOfQt()) {
   if (connection_ == nullptr) return;
   const Screen screen = defaultScreen(connection_);
   selection_ = intern(connection_, "_NET_SYSTEM_TRAY_S" + std::to_string(screen.number));
@@ -49,11 +50,11 @@ TraySelection::TraySelection() : connection_(connectionOfQt()) {
   if (owner) owner_ = owner->owner;
 }
 
-TraySelection::~TraySelection() {
+XTraySelection::~XTraySelection() {
   if (selectionEvent_ != 0) qGuiApp->removeNativeEventFilter(this);
 }
 
-void TraySelection::askForChanges(xcb_window_t root) {
+void XTraySelection::askForChanges(xcb_window_t root) {
   // Qt has told the server which version of the extension this connection speaks.
   const auto* extension = xcb_get_extension_data(connection_, &xcb_xfixes_id);
   if (extension == nullptr || extension->present == 0) return;
@@ -66,8 +67,8 @@ void TraySelection::askForChanges(xcb_window_t root) {
   qGuiApp->installNativeEventFilter(this);
 }
 
-bool TraySelection::nativeEventFilter(const QByteArray& /*eventType*/, void* message,
-                                      qintptr* /*result*/) {
+bool XTraySelection::nativeEventFilter(const QByteArray& /*eventType*/, void* message,
+                                       qintptr* /*result*/) {
   const auto type = static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7F;
   if (type == selectionEvent_)
     handle(*static_cast<const xcb_xfixes_selection_notify_event_t*>(message));
@@ -75,20 +76,24 @@ bool TraySelection::nativeEventFilter(const QByteArray& /*eventType*/, void* mes
   return false;
 }
 
-// Both report later: the tray may be in the middle of setting itself up, and Qt of the event.
-void TraySelection::handle(const xcb_xfixes_selection_notify_event_t& change) {
+// The tray may be in the middle of setting itself up, and Qt of the event.
+void XTraySelection::reportLater(std::function<void()> what) {
+  if (what) QMetaObject::invokeMethod(&context_, std::move(what), Qt::QueuedConnection);
+}
+
+void XTraySelection::handle(const xcb_xfixes_selection_notify_event_t& change) {
   if (change.selection != selection_ || change.owner == owner_) return;
   owner_ = change.owner;
   docked_ = false;
-  QMetaObject::invokeMethod(this, &TraySelection::changed, Qt::QueuedConnection);
+  reportLater(observer().changed);
 }
 
-void TraySelection::handle(const xcb_client_message_event_t& message) {
+void XTraySelection::handle(const xcb_client_message_event_t& message) {
   constexpr std::uint32_t kEmbeddedNotify = 0;  // no other window of this process is embedded
   if (message.type != xembed_ || message.format != 32) return;
   if (message.data.data32[1] != kEmbeddedNotify || docked_) return;
   docked_ = true;
-  QMetaObject::invokeMethod(this, &TraySelection::docked, Qt::QueuedConnection);
+  reportLater(observer().docked);
 }
 
 }  // namespace linux_desktop

@@ -1,0 +1,104 @@
+#include "desktop/linux/x11/XOwnWindows.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "desktop/linux/x11/ScreenPixels.h"
+#include "desktop/linux/x11/XPanels.h"
+#include "desktop/linux/x11/XPressWatch.h"
+
+namespace linux_desktop {
+namespace {
+
+xcb_connection_t* qtConnection() {
+  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+  return x11 == nullptr ? nullptr : x11->connection();
+}
+
+xcb_window_t idOf(const QWindow& window) {
+  return static_cast<xcb_window_t>(window.winId());
+}
+
+}  // namespace
+
+void XOwnWindows::keepOutOfTaskLists(QWindow& window) {
+  // Qt adds its own states to these when it maps the window.
+  const std::array states{server_.atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                          server_.atom("_NET_WM_STATE_SKIP_PAGER")};
+  xcb_change_property(qtConnection(), XCB_PROP_MODE_REPLACE, idOf(window),
+                      server_.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(),
+                      states.data());
+}
+
+void XOwnWindows::markAsAskedFor(QWindow& window) {
+  // Qt has written the time of the last event it saw, which may be none or long ago; where the
+  // window manager knows the property, into a window of its own.
+  xcb_flush(qtConnection());
+  const xcb_timestamp_t now = server_.time();
+  const auto other = server_.numbers(idOf(window), "_NET_WM_USER_TIME_WINDOW");
+  const xcb_window_t holder = other.empty() ? idOf(window) : other.front();
+  xcb_change_property(qtConnection(), XCB_PROP_MODE_REPLACE, holder,
+                      server_.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, 32, 1, &now);
+  xcb_flush(qtConnection());
+}
+
+void XOwnWindows::activate(QWindow& window, const QString& /*token*/) {
+  const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
+  const xcb_atom_t message = server_.atom("_NET_ACTIVE_WINDOW");
+  if (std::ranges::find(supported, message) == supported.end()) {
+    window.requestActivate();
+    return;
+  }
+  // EWMH 1.5: source 2 is "the user's own wish", as a pager would pass it on.
+  constexpr std::uint32_t kUser = 2;
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = idOf(window);
+  event.type = message;
+  event.data.data32[0] = kUser;
+  event.data.data32[1] = server_.time();
+  xcb_send_event(qtConnection(), 0, server_.root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(qtConnection());
+}
+
+std::vector<DesktopPanel> XOwnWindows::panels() {
+  std::vector<DesktopPanel> panels;
+  for (const XPanel& panel : panelsOn(server_)) {
+    const QScreen* screen = screenOf(panel.geometry);
+    panels.push_back(
+        {fromPixels(panel.geometry, screen), fromPixels(panel.reserved, screen), panel.pid});
+  }
+  return panels;
+}
+
+std::optional<PanelPart> XOwnWindows::partDrawnBy(std::uint32_t pid) {
+  for (const XPanel& panel : panelsOn(server_)) {
+    const auto part = linux_desktop::partDrawnBy(pid, panel, server_);
+    if (!part) continue;
+    const QScreen* screen = screenOf(panel.geometry);
+    return PanelPart{fromPixels(*part, screen), fromPixels(panel.geometry, screen)};
+  }
+  return std::nullopt;
+}
+
+std::optional<QPoint> XOwnWindows::pointer() {
+  return QCursor::pos();
+}
+
+std::unique_ptr<OwnWindows::PressWatch> XOwnWindows::watchPresses(QWindow& window,
+                                                                  Pressed pressed) {
+  const auto isOnPanel = [this](QPoint onRoot) {
+    return std::ranges::any_of(panelsOn(server_), [onRoot](const XPanel& panel) {
+      return panel.geometry.contains(onRoot);
+    });
+  };
+  return std::make_unique<XPressWatch>(events_, idOf(window), isOnPanel, std::move(pressed));
+}
+
+}  // namespace linux_desktop
