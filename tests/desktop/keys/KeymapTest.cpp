@@ -5,10 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "desktop/linux/keys/KeyDown.h"
 #include "platform/carbon/KeyCodes.h"
+#include "preferences/PreferencesTest.h"
 
 namespace {
 
@@ -121,6 +124,46 @@ TEST(Keymap, EveryLetterIsOnEveryLayout) {
     const Keymap keymap = keymapOf(layouts);
     for (const std::uint16_t code : {kVK_ANSI_A, kVK_ANSI_M, kVK_ANSI_P, kVK_ANSI_Z})
       EXPECT_FALSE(keymap.keysOf(code, 0, false).empty()) << layouts << ' ' << code;
+  }
+}
+
+// --- Under the recorder ---
+
+class RecordedKeysTest : public preferences::PreferencesTest {
+ protected:
+  /// Records the key, held with these flags, and returns what the desktop was then asked for; none
+  /// when it was not taken.
+  [[nodiscard]] std::optional<preferences::Combination> recorded(const Keymap& keymap, Keycode key,
+                                                                 std::uint32_t flags) {
+    const auto press = linux_desktop::keyDownEvent(keymap, key, 0, flags);
+    if (!press) return std::nullopt;
+    record(toggleApp);
+    desk.screen.pressKey(*press);
+    desk.loop.settle();
+    const std::set<preferences::Combination> held = desk.keys.held();
+    EXPECT_EQ(held.empty(), preferences::shortcutState().isRecordingShortcut) << "key " << key;
+    return held.empty() ? std::nullopt : std::optional(*held.begin());
+  }
+};
+
+TEST_F(RecordedKeysTest, WhatIsTakenIsTheKeyThatWasPressed) {
+  launchAndOpen();
+  for (const char* layout : {"us", "de", "fr", "ru"}) {
+    const Keymap keymap = keymapOf(layout);
+    for (const std::uint32_t shift : {std::uint32_t{0}, NSEventModifierFlags::Shift}) {
+      std::set<std::uint32_t> codes;
+      for (Keycode key = 8; key <= 255; ++key) {
+        const auto taken = recorded(
+            keymap, key, NSEventModifierFlags::Control | NSEventModifierFlags::Option | shift);
+        if (!taken) continue;
+        codes.insert(taken->keyCode);
+        const auto code = static_cast<std::uint16_t>(taken->keyCode);
+        const auto fire = keymap.keysOf(code, 0, shift != 0);
+        EXPECT_TRUE(std::ranges::find(fire, key) != fire.end())
+            << layout << ": key " << key << " became " << look(toggleApp).label;
+      }
+      EXPECT_GE(codes.size(), 26U + 10U + 12U) << layout << ": letters, digits and F1 to F12";
+    }
   }
 }
 

@@ -46,7 +46,7 @@ constexpr KeyRow kKeys[] = {
     {platform::kVK_ANSI_9, XKB_KEY_9},
     {platform::kVK_ANSI_Period, XKB_KEY_period},
     {platform::kVK_ANSI_Quote, XKB_KEY_quotedbl},
-    {platform::kVK_ANSI_Quote, XKB_KEY_apostrophe},
+    {platform::kVK_ANSI_Quote, XKB_KEY_apostrophe, U'"'},
     {platform::kVK_ANSI_RightBracket, XKB_KEY_bracketright},
     {platform::kVK_ANSI_Semicolon, XKB_KEY_semicolon},
     {platform::kVK_ANSI_Slash, XKB_KEY_slash},

@@ -12,7 +12,7 @@ struct KeyRow {
   /// Of `platform/carbon/KeyCodes.h`.
   std::uint16_t code;
   xkb_keysym_t keysym;
-  /// What the platform has the key give; 0: what the keysym stands for.
+  /// The character by which the platform has the key; 0: the one that the keysym stands for.
   char32_t text = 0;
 };
 

@@ -11,7 +11,9 @@ namespace linux_desktop {
 class KeyTranslator {
  public:
   virtual ~KeyTranslator() = default;
-  /// The KeyDown event of a press; none for a modifier key alone.
+  /// The KeyDown event of a press; none for a modifier key alone. Without characters when no hot
+  /// key can stand for the press: the key has no character that names it, or a modifier is held
+  /// that is none of the four.
   [[nodiscard]] virtual std::optional<platform::NSEvent> translate(const QKeyEvent& press) = 0;
 };
 
