@@ -47,6 +47,46 @@ TEST(HotKeys, AHeldKeyIsOnePressAndOneReleaseWhicheverIsLetGoFirst) {
   EXPECT_EQ(keys.count("released 1"), 2U);
 }
 
+TEST(HotKeys, AKeyThatIsDownAlreadyDoesNothingUntilItIsPressedAnew) {
+  KeysDesk keys;
+  for (const std::uint8_t place : {kControl, kAlt, kP}) keys.input().placeDown(place);
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  for (int repeats = 0; repeats < 3; ++repeats) ASSERT_TRUE(keys.repeats());
+  keys.input().placeUp(kP);
+  EXPECT_TRUE(keys.fires(1, {kP})) << "we saw its release";
+  EXPECT_EQ(keys.count("released 1"), 1U);
+
+  keys.unregister(1);
+  keys.input().placeDown(kP);
+  ASSERT_EQ(keys.registers(2, kVK_ANSI_P, kControlAlt), noErr);
+  for (const std::uint8_t place : {kControl, kAlt, kP}) keys.input().placeUp(place);
+  EXPECT_TRUE(keys.fires(2, {kControl, kAlt, kP})) << "others may have seen its release";
+}
+
+TEST(HotKeys, RollingFromOneToTheNextLosesNoPress) {
+  KeysDesk keys;
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  ASSERT_EQ(keys.registers(2, kVK_ANSI_M, kControlAlt), noErr);
+  for (const std::uint8_t place : {kControl, kAlt, kP, kM}) keys.input().placeDown(place);
+  for (const std::uint8_t place : {kP, kM}) keys.input().placeUp(place);
+  for (const char* line : {"pressed 1$", "pressed 2$", "released 1$", "released 2$"})
+    EXPECT_TRUE(keys.says(line)) << line;
+  EXPECT_TRUE(keys.fires(2, {kM}));
+  EXPECT_TRUE(keys.fires(1, {kP}));
+}
+
+TEST(HotKeys, EachKeyOfAModifierMakesItThoughTheySetDifferentBits) {
+  KeysDesk keys;
+  const auto result =
+      keys.desk().run({"xmodmap", "-e", "remove mod4 = Super_R", "-e", "add mod3 = Super_R"});
+  ASSERT_TRUE(result.succeeded()) << result.errorOutput;
+  ASSERT_TRUE(keys.adapted("English", 0));
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, cmdKey), noErr);
+  EXPECT_TRUE(keys.fires(1, {kSuper, kP}));
+  EXPECT_TRUE(keys.fires(1, {kRightSuper, kP}));
+  EXPECT_TRUE(keys.fires(1, {kSuper, kRightSuper, kP}));
+}
+
 TEST(HotKeys, WhatAnotherProgramHoldsIsRefusedAndLeftAlone) {
   KeysDesk keys;
   constexpr std::uint16_t kState = kXControl | kXAlt;
@@ -57,8 +97,15 @@ TEST(HotKeys, WhatAnotherProgramHoldsIsRefusedAndLeftAlone) {
       << "nothing is left half taken";
   third.ungrab(kP, kState);
   keys.other().ungrab(kP, kState | kXNumLock);
+
+  ASSERT_TRUE(keys.other().grabsByXInput(kP, kState | kXNumLock)) << "in the other way of two";
+  EXPECT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), eventHotKeyExistsErr);
+  ASSERT_TRUE(third.grabs(kP, kState));
+  third.ungrab(kP, kState);
+  keys.other().ungrabByXInput(kP, kState | kXNumLock);
   EXPECT_EQ(keys.registers(2, kVK_ANSI_P, kControlAlt), noErr);
   EXPECT_FALSE(third.grabs(kP, kState | kXNumLock));
+  EXPECT_FALSE(third.grabsByXInput(kP, kState | kXNumLock));
 
   EXPECT_EQ(keys.registers(3, kVK_ANSI_P, kControlAlt), eventHotKeyExistsErr) << "our own";
   EXPECT_TRUE(keys.fires(2, {kControl, kAlt, kP}));

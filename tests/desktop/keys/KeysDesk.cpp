@@ -1,6 +1,7 @@
 #include "desktop/keys/KeysDesk.h"
 
 #include <sys/stat.h>
+#include <xcb/xinput.h>
 
 #include <fstream>
 #include <sstream>
@@ -55,6 +56,24 @@ void Typewriter::ungrab(std::uint8_t keycode, std::uint16_t modifiers) {
   xcb_ungrab_key(x_.get(), keycode, x_.root(), modifiers);
   const XReply<xcb_get_input_focus_reply_t> done(
       xcb_get_input_focus_reply(x_.get(), xcb_get_input_focus(x_.get()), nullptr));
+}
+
+bool Typewriter::grabsByXInput(std::uint8_t keycode, std::uint32_t modifiers) {
+  constexpr std::uint32_t kEvents = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
+  xcb_discard_reply(x_.get(), xcb_input_xi_query_version(x_.get(), 2, 0).sequence);
+  const auto cookie = xcb_input_xi_passive_grab_device(
+      x_.get(), XCB_CURRENT_TIME, x_.root(), XCB_NONE, keycode, XCB_INPUT_DEVICE_ALL_MASTER, 1, 1,
+      XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_GRAB_MODE_ASYNC, 0, &kEvents,
+      &modifiers);
+  const XReply<xcb_input_xi_passive_grab_device_reply_t> refused(
+      xcb_input_xi_passive_grab_device_reply(x_.get(), cookie, nullptr));
+  return refused && refused->num_modifiers == 0;
+}
+
+void Typewriter::ungrabByXInput(std::uint8_t keycode, std::uint32_t modifiers) {
+  xcb_input_xi_passive_ungrab_device(x_.get(), x_.root(), keycode, XCB_INPUT_DEVICE_ALL_MASTER, 1,
+                                     XCB_INPUT_GRAB_TYPE_KEYCODE, &modifiers);
+  forget();
 }
 
 KeysDesk::KeysDesk(const harness::DeskOptions& options)

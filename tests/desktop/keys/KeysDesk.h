@@ -15,9 +15,9 @@
 namespace place {
 inline constexpr std::uint8_t k1 = 10, kMinus = 20, kTab = 23, kQ = 24, kY = 29, kP = 33,
                               kReturn = 36, kControl = 37, kA = 38, kQuote = 48, kShift = 50,
-                              kZ = 52, kAlt = 64, kCapsLock = 66, kF1 = 67, kNumLock = 77,
-                              kKeypad5 = 84, kKeypadEnter = 104, kUp = 111, kDelete = 119,
-                              kSuper = 133, kMenu = 135;
+                              kZ = 52, kM = 58, kAlt = 64, kCapsLock = 66, kF1 = 67, kNumLock = 77,
+                              kKeypad5 = 84, kKeypadEnter = 104, kRightAlt = 108, kUp = 111,
+                              kDelete = 119, kSuper = 133, kRightSuper = 134, kMenu = 135;
 }  // namespace place
 
 /// What a foreign window is typed. Its own connection, so it hears as any other program does.
@@ -33,6 +33,9 @@ class Typewriter {
   /// Grabs as other programs do; false when somebody has it already.
   [[nodiscard]] bool grabs(std::uint8_t keycode, std::uint16_t modifiers);
   void ungrab(std::uint8_t keycode, std::uint16_t modifiers);
+  /// The same by XInput, which the server keeps apart.
+  [[nodiscard]] bool grabsByXInput(std::uint8_t keycode, std::uint32_t modifiers);
+  void ungrabByXInput(std::uint8_t keycode, std::uint32_t modifiers);
 
  private:
   void takeEvents();

@@ -35,7 +35,7 @@ class X11WindowSystem final : public WindowSystem {
   platform::port::DesktopPictures* desktopPictures() override { return &told_; }
   platform::port::WindowList* windowList() override { return &windowList_; }
   platform::port::Spaces* spaces() override { return &spaces_; }
-  platform::port::HotKeys* hotKeys() override { return hotKeys_ ? &*hotKeys_ : nullptr; }
+  platform::port::HotKeys* hotKeys() override { return hotKeys_.get(); }
   KeyTranslator* keyTranslator() override { return translator_ ? &*translator_ : nullptr; }
   platform::port::RunningApplications* runningApplications() override { return &applications_; }
 
@@ -59,7 +59,7 @@ class X11WindowSystem final : public WindowSystem {
   XApplications applications_{events_};
   /// Null where the server has no XKB, and then the two that need it are absent.
   std::unique_ptr<XKeyboard> keyboard_;
-  std::optional<XHotKeys> hotKeys_;
+  std::unique_ptr<XHotKeys> hotKeys_;
   std::optional<XKeyTranslator> translator_;
 };
 

@@ -1,5 +1,7 @@
 #include "desktop/linux/x11/XHotKeys.h"
 
+#include <xcb/xinput.h>
+
 #include <algorithm>
 #include <ranges>
 #include <string>
@@ -13,22 +15,45 @@ namespace {
 
 using platform::port::HotKeyNumber;
 
-/// A held key repeats much sooner. What comes later is another press, whose key's release was lost:
-/// with a keyboard that was unplugged, for instance.
-constexpr xcb_timestamp_t kLongestRepeat = 3000;
+/// The kinds of key events that a grab brings, and the version that has it.
+constexpr std::uint32_t kEvents =
+    XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
+constexpr std::uint16_t kMajor = 2;
+
+template <class T>
+bool haveCommon(const std::vector<T>& some, const std::vector<T>& others) {
+  return std::ranges::find_first_of(some, others) != some.end();
+}
 
 bool overlap(const XChord& one, const XChord& other) {
-  return one.state == other.state && std::ranges::any_of(one.keys, [&](xcb_keycode_t key) {
-           return std::ranges::find(other.keys, key) != other.keys.end();
-         });
+  return haveCommon(one.keys, other.keys) && haveCommon(one.states, other.states);
+}
+
+bool includes(const XChord& chord, const xcb_input_key_press_event_t& press) {
+  const std::uint32_t state = press.mods.effective & XModifiers::kAll;
+  return overlap(chord, {{static_cast<xcb_keycode_t>(press.detail)}, {state}});
 }
 
 }  // namespace
 
-XHotKeys::XHotKeys(XEvents& events, XKeyboard& keyboard) : events_(events), keyboard_(keyboard) {
-  // Grabbed keys come whatever is selected on the window.
-  watch_ = events.watch(events.server().root(), XCB_EVENT_MASK_NO_EVENT,
-                        [this](const xcb_generic_event_t& event) { handle(event); });
+std::unique_ptr<XHotKeys> XHotKeys::open(XEvents& events, XKeyboard& keyboard) {
+  xcb_connection_t* connection = events.server().get();
+  const auto* extension = xcb_get_extension_data(connection, &xcb_input_id);
+  if (extension != nullptr && extension->present != 0) {
+    const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+        connection, xcb_input_xi_query_version(connection, kMajor, 0), nullptr));
+    if (version && version->major_version >= kMajor) {
+      return std::unique_ptr<XHotKeys>(new XHotKeys(events, keyboard, extension->major_opcode));
+    }
+  }
+  qCWarning(lcKeys, "no XInput 2: there are no shortcuts");
+  return nullptr;
+}
+
+XHotKeys::XHotKeys(XEvents& events, XKeyboard& keyboard, std::uint8_t extension)
+    : events_(events), keyboard_(keyboard), extension_(extension) {
+  watch_ = events.watchExtension(XCB_GE_GENERIC,
+                                 [this](const xcb_generic_event_t& event) { handle(event); });
   keyboard.setChanged([this] { adapt(); });
 }
 
@@ -57,23 +82,35 @@ bool XHotKeys::isOurs(const XChord& chord) const {
   });
 }
 
+// The server has two kinds of grabs and looks for others of the same kind only, so both are taken.
+// Of the two it reports to the one that came last, which is the kind that tells repeats.
 bool XHotKeys::grab(const XChord& chord) {
   // To grab once more what is ours already succeeds, and to undo it would take it away.
   if (isOurs(chord)) return false;
   xcb_connection_t* connection = events_.server().get();
-  std::vector<xcb_void_cookie_t> cookies;
+  const xcb_window_t root = events_.server().root();
+  std::vector<xcb_void_cookie_t> older;
+  std::vector<xcb_input_xi_passive_grab_device_cookie_t> newer;
   for (const xcb_keycode_t key : chord.keys) {
-    for (const std::uint16_t locks : chord.lockStates) {
-      const auto state = static_cast<std::uint16_t>(chord.state | locks);
-      cookies.push_back(xcb_grab_key_checked(connection, 0, events_.server().root(), state, key,
-                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    for (const std::uint32_t state : chord.states) {
+      older.push_back(xcb_grab_key_checked(connection, 0, root, static_cast<std::uint16_t>(state),
+                                           key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     }
+    newer.push_back(xcb_input_xi_passive_grab_device(
+        connection, XCB_CURRENT_TIME, root, XCB_NONE, key, XCB_INPUT_DEVICE_ALL_MASTER,
+        static_cast<std::uint16_t>(chord.states.size()), 1, XCB_INPUT_GRAB_TYPE_KEYCODE,
+        XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_GRAB_MODE_ASYNC, 0, &kEvents, chord.states.data()));
   }
   // All are on their way now; the answer to the first question says how each of them went.
   bool isTaken = false;
-  for (const xcb_void_cookie_t& cookie : cookies) {
+  for (const xcb_void_cookie_t& cookie : older) {
     const XReply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
     isTaken = isTaken || error != nullptr;
+  }
+  for (const auto& cookie : newer) {
+    const XReply<xcb_input_xi_passive_grab_device_reply_t> refused(
+        xcb_input_xi_passive_grab_device_reply(connection, cookie, nullptr));
+    isTaken = isTaken || !refused || refused->num_modifiers != 0;
   }
   // What another program holds is not touched by this.
   if (isTaken) ungrab(chord);
@@ -81,14 +118,18 @@ bool XHotKeys::grab(const XChord& chord) {
 }
 
 void XHotKeys::ungrab(const XChord& chord) {
+  xcb_connection_t* connection = events_.server().get();
+  const xcb_window_t root = events_.server().root();
   for (const xcb_keycode_t key : chord.keys) {
-    for (const std::uint16_t locks : chord.lockStates) {
-      xcb_ungrab_key(events_.server().get(), key, events_.server().root(),
-                     static_cast<std::uint16_t>(chord.state | locks));
+    for (const std::uint32_t state : chord.states) {
+      xcb_ungrab_key(connection, key, root, static_cast<std::uint16_t>(state));
     }
+    xcb_input_xi_passive_ungrab_device(connection, root, key, XCB_INPUT_DEVICE_ALL_MASTER,
+                                       static_cast<std::uint16_t>(chord.states.size()),
+                                       XCB_INPUT_GRAB_TYPE_KEYCODE, chord.states.data());
   }
   // Others may take it as soon as anybody is told that it is free.
-  xcb_flush(events_.server().get());
+  xcb_flush(connection);
 }
 
 void XHotKeys::adapt() {
@@ -121,44 +162,45 @@ void XHotKeys::adapt() {
 }
 
 void XHotKeys::handle(const xcb_generic_event_t& event) {
-  const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
-  switch (event.response_type & 0x7f) {
-    case XCB_KEY_PRESS:
-      return pressed(key);
-    case XCB_KEY_RELEASE:
-      return released(key.detail);
-    default:
-      return;
-  }
+  const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
+  if (key.extension != extension_) return;
+  if (key.event_type == XCB_INPUT_KEY_PRESS) pressed(key);
+  if (key.event_type == XCB_INPUT_KEY_RELEASE) released(static_cast<xcb_keycode_t>(key.detail));
 }
 
-void XHotKeys::pressed(const xcb_key_press_event_t& press) {
-  const auto isIt = [&](const HotKey& hotKey) {
-    if (hotKey.down) return *hotKey.down == press.detail;
-    if (!hotKey.chord) return false;
-    const auto held = press.state & XModifiers::kAll & ~hotKey.chord->lockStates.back();
-    return held == hotKey.chord->state &&
-           std::ranges::find(hotKey.chord->keys, press.detail) != hotKey.chord->keys.end();
-  };
-  const auto found = std::ranges::find_if(hotKeys_, isIt);
-  if (found == hotKeys_.end()) return;
-  const bool isRepeat = found->down && press.time - found->lastPress < kLongestRepeat;
-  found->down = press.detail;
-  found->lastPress = press.time;
+void XHotKeys::pressed(const xcb_input_key_press_event_t& press) {
+  const auto key = static_cast<xcb_keycode_t>(press.detail);
+  const bool isRepeat = (press.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
+  // Nobody told of the release before: that of a keyboard which was unplugged, for instance.
+  if (!isRepeat && grabbing_ == key) released(key);
+  if (!grabbing_) grabbing_ = key;
   if (isRepeat) {
-    qCDebug(lcKeys) << "hot key" << found->number << "repeats";
-  } else if (client_ != nullptr) {
-    client_->hotKeyPressed(found->number);
+    // Also of a key that was down already when it became a hot key.
+    qCDebug(lcKeys) << "key" << key << "repeats";
+    return;
   }
+  const auto found = std::ranges::find_if(hotKeys_, [&press](const HotKey& hotKey) {
+    return hotKey.chord && includes(*hotKey.chord, press);
+  });
+  if (found == hotKeys_.end()) return;
+  found->down = key;
+  if (client_ != nullptr) client_->hotKeyPressed(found->number);
 }
 
 void XHotKeys::released(xcb_keycode_t key) {
+  // What else is down then is let go unseen.
+  const bool isLast = grabbing_ == key;
+  if (isLast) grabbing_.reset();
   // The modifiers may have been let go before it.
-  const auto found =
-      std::ranges::find_if(hotKeys_, [key](const HotKey& hotKey) { return hotKey.down == key; });
-  if (found == hotKeys_.end()) return;
-  found->down.reset();
-  if (client_ != nullptr) client_->hotKeyReleased(found->number);
+  const auto isUp = [isLast, key](const HotKey& hotKey) {
+    return hotKey.down && (isLast || *hotKey.down == key);
+  };
+  // Hot keys come and go while one is reported.
+  for (auto found = std::ranges::find_if(hotKeys_, isUp); found != hotKeys_.end();
+       found = std::ranges::find_if(hotKeys_, isUp)) {
+    found->down.reset();
+    if (client_ != nullptr) client_->hotKeyReleased(found->number);
+  }
 }
 
 }  // namespace linux_desktop

@@ -10,8 +10,10 @@ std::optional<platform::NSEvent> XKeyTranslator::translate(const QKeyEvent& pres
   const std::uint32_t state = press.nativeModifiers();
   // Where XKB has the layout in the state of a key event.
   const KeyboardGroup group = state >> 13U & 3U;
-  return keyDownEvent(*keymap, press.nativeScanCode(), group,
-                      keyboard_.modifiers()->flagsOf(state));
+  const XModifiers& modifiers = *keyboard_.modifiers();
+  auto event = keyDownEvent(*keymap, press.nativeScanCode(), group, modifiers.flagsOf(state));
+  if (event && modifiers.hasOthers(state)) event->charactersIgnoringModifiers.reset();
+  return event;
 }
 
 }  // namespace linux_desktop

@@ -8,6 +8,7 @@
 
 #include "desktop/linux/keys/KeysLog.h"
 #include "desktop/linux/x11/Xkb.h"
+#include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
 namespace {
@@ -50,10 +51,6 @@ XKeyboard::~XKeyboard() = default;
 
 void XKeyboard::selectEvents() {
   xcb_connection_t* connection = events_.server().get();
-  // A key that is held is pressed once and released once.
-  xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD,
-                           XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
-                           XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0);
   constexpr std::uint16_t kKeyboards = XCB_XKB_NKN_DETAIL_KEYCODES | XCB_XKB_NKN_DETAIL_DEVICE_ID;
   constexpr std::uint16_t kMapParts =
       XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
@@ -121,15 +118,13 @@ const XModifiers* XKeyboard::modifiers() {
 std::optional<XChord> XKeyboard::chordOf(std::uint32_t keyCode, std::uint32_t modifiers) {
   load();
   if (!loaded_ || keyCode > std::numeric_limits<std::uint16_t>::max()) return std::nullopt;
-  const auto state = loaded_->modifiers.stateOf(modifiers);
-  if (!state) return std::nullopt;
-  XChord chord{{}, *state, loaded_->modifiers.lockStates()};
-  const bool shift = (*state & XCB_MOD_MASK_SHIFT) != 0;
+  XChord chord{{}, loaded_->modifiers.statesOf(modifiers)};
+  const bool shift = (modifiers & platform::shiftKey) != 0;
   for (const Keycode key :
        loaded_->keymap.keysOf(static_cast<std::uint16_t>(keyCode), group_, shift)) {
     chord.keys.push_back(static_cast<xcb_keycode_t>(key));
   }
-  if (chord.keys.empty()) return std::nullopt;
+  if (chord.keys.empty() || chord.states.empty()) return std::nullopt;
   return chord;
 }
 

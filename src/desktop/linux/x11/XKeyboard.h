@@ -15,13 +15,11 @@ struct xkb_context;
 
 namespace linux_desktop {
 
-/// A combination as the server knows it: any of some keys, while exactly these modifiers are held.
+/// A combination as the server knows it: any of some keys, in any of some states of the modifiers.
 struct XChord {
   std::vector<xcb_keycode_t> keys;
-  /// Without locks.
-  std::uint16_t state = 0;
-  /// Every set of locks with which it is the same combination; see XModifiers::lockStates().
-  std::vector<std::uint16_t> lockStates;
+  /// See XModifiers::statesOf().
+  std::vector<std::uint32_t> states;
   bool operator==(const XChord&) const = default;
 };
 

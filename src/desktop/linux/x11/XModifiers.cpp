@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <iterator>
+#include <numeric>
 
 #include "platform/appkit/NSEvent.h"
 #include "platform/carbon/KeyCodes.h"
@@ -30,16 +32,16 @@ constexpr Keysyms kNumLock{XKB_KEY_Num_Lock, XKB_KEY_Num_Lock};
 constexpr Keysyms kScrollLock{XKB_KEY_Scroll_Lock, XKB_KEY_Scroll_Lock};
 
 /// The bits that keys with one of these keysyms set.
-std::uint16_t bitsOf(const Keysyms& keysyms, const xcb_get_modifier_mapping_reply_t& mapping,
+std::uint32_t bitsOf(const Keysyms& keysyms, const xcb_get_modifier_mapping_reply_t& mapping,
                      const Keymap& keymap) {
   const xcb_keycode_t* keys = xcb_get_modifier_mapping_keycodes(&mapping);
   const std::size_t width = mapping.keycodes_per_modifier;
-  std::uint16_t bits = 0;
+  std::uint32_t bits = 0;
   for (std::size_t i = 0; i < 8 * width; ++i) {
     if (keys[i] == 0 || std::ranges::find(keysyms, keymap.firstKeysym(keys[i])) == keysyms.end()) {
       continue;
     }
-    bits = static_cast<std::uint16_t>(bits | 1U << (i / width));
+    bits |= 1U << (i / width);
   }
   return bits;
 }
@@ -47,29 +49,32 @@ std::uint16_t bitsOf(const Keysyms& keysyms, const xcb_get_modifier_mapping_repl
 }  // namespace
 
 XModifiers::XModifiers(const xcb_get_modifier_mapping_reply_t& mapping, const Keymap& keymap) {
-  std::uint16_t held = 0;
+  std::uint32_t held = 0;
   for (const ModifierRow& row : kModifiers) {
     bits_.push_back(bitsOf(row.keysyms, mapping, keymap));
     held |= bits_.back();
   }
   locks_ |= bitsOf(kNumLock, mapping, keymap);
   locks_ |= bitsOf(kScrollLock, mapping, keymap);
-  locks_ = static_cast<std::uint16_t>(locks_ & ~held);
-  for (std::uint16_t state = 0; state <= locks_; ++state) {
-    if ((state & ~locks_) == 0) lockStates_.push_back(state);
-  }
+  locks_ &= ~held;
 }
 
-std::optional<std::uint16_t> XModifiers::stateOf(std::uint32_t hotKeyModifiers) const {
-  std::uint16_t state = 0;
+std::vector<std::uint32_t> XModifiers::statesOf(std::uint32_t hotKeyModifiers) const {
+  std::vector<std::uint32_t> wanted;
+  std::uint32_t allowed = locks_;
   for (std::size_t i = 0; i < std::size(kModifiers); ++i) {
     if ((hotKeyModifiers & kModifiers[i].hotKeyModifier) == 0) continue;
     hotKeyModifiers &= ~kModifiers[i].hotKeyModifier;
-    if (bits_[i] == 0) return std::nullopt;
-    state |= bits_[i];
+    wanted.push_back(bits_[i]);
+    allowed |= bits_[i];
   }
-  if (hotKeyModifiers != 0) return std::nullopt;
-  return state;
+  std::vector<std::uint32_t> states;
+  for (std::uint32_t state = 0; hotKeyModifiers == 0 && state <= kAll; ++state) {
+    const bool isHeld =
+        std::ranges::all_of(wanted, [state](std::uint32_t bits) { return (state & bits) != 0; });
+    if (isHeld && (state & ~allowed) == 0) states.push_back(state);
+  }
+  return states;
 }
 
 std::uint32_t XModifiers::flagsOf(std::uint32_t state) const {
@@ -79,6 +84,11 @@ std::uint32_t XModifiers::flagsOf(std::uint32_t state) const {
     if ((state & bits_[i]) != 0) flags |= kModifiers[i].flag;
   }
   return flags;
+}
+
+bool XModifiers::hasOthers(std::uint32_t state) const {
+  const std::uint32_t known = std::accumulate(bits_.begin(), bits_.end(), locks_, std::bit_or());
+  return (state & kAll & ~known) != 0;
 }
 
 }  // namespace linux_desktop
