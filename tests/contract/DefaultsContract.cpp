@@ -12,15 +12,13 @@ const std::map<std::string, Value> kValues{
     {"no", false},
     {"yes", true},
     {"one", 1},
-    {"one and nothing", 1.0},
-    {"fraction", 0.1},
+    {"beyond a double", std::int64_t{9007199254740993}},
     {"largest", std::int64_t{INT64_MAX}},
     {"smallest", std::int64_t{INT64_MIN}},
-    {"vast", 1e300},
     {"empty", ""},
     {"text", "caf\xc3\xa9 \"quoted\" \\ \n\t /\x01"},
     {"no elements", Array{}},
-    {"elements", Array{14, 11, true, 1.0, "x", Array{1}}},
+    {"elements", Array{14, 11, true, "x", Array{1}}},
 };
 
 TEST_P(DesktopContract, ASettingCanBeReplacedAndRemoved) {

@@ -17,6 +17,11 @@ namespace fs = std::filesystem;
 
 class RestartTest : public testing::Test {
  protected:
+  void terminate() {
+    program.program().signal(SIGTERM);
+    EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
+  }
+
   ProgramDesk program{
       DeskOptions{.windowManager = WindowManager::Openbox, .sound = SoundServerKind::PulseAudio}};
   const harness::PrivateHome& home = program.desk().home();
@@ -27,8 +32,7 @@ TEST_F(RestartTest, TerminationLeavesTheEffectsAndTheNextStartHasTheSwitchesAndN
   ASSERT_TRUE(program.start());
   ASSERT_TRUE(program.clickSwitch("Notifications"));
   ASSERT_TRUE(program.muteByTheMode());
-  program.program().signal(SIGTERM);
-  EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
+  terminate();
   EXPECT_TRUE(program.sinkMuted(true));
 
   ASSERT_TRUE(program.start());
@@ -49,6 +53,7 @@ TEST_F(RestartTest, SettingsOfTheWrongTypeCountAsAbsent) {
   EXPECT_TRUE(program.switchedOn({"Desktop icons"}));
   ASSERT_TRUE(program.muteByTheMode());
   EXPECT_THAT(program.complaints(""), testing::Each(testing::Not(testing::HasSubstr("defaults"))));
+  terminate();
   const std::string stored = harness::textOf(folder / "settings.json");
   EXPECT_THAT(stored, testing::ContainsRegex("\"kUserdefaultsToggleSpeakerOff\": ?true"));
   EXPECT_THAT(stored, testing::HasSubstr("ofANewerVersion"));
@@ -62,6 +67,7 @@ TEST_F(RestartTest, ABrokenSettingsFileIsSetAsideWithOneLine) {
   EXPECT_TRUE(program.switchedOn({}));
   ASSERT_TRUE(program.clickSwitch("Speaker"));
   ASSERT_TRUE(program.switchedOn({"Speaker"}));
+  terminate();
 
   std::vector<std::string> others;
   for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {

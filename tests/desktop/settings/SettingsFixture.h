@@ -3,17 +3,28 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
+#include <QtGlobal>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
 
 #include "desktop/linux/defaults/SettingsFile.h"
 
-/// A settings file in a folder of its own, and what the program said about it.
+/// A settings file in a folder of its own, and how often the program complained about it.
 class SettingsFixture : public ::testing::Test {
  protected:
+  SettingsFixture() {
+    said_ = 0;
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++said_; });
+  }
+  ~SettingsFixture() override { qInstallMessageHandler(nullptr); }
+
   [[nodiscard]] const std::filesystem::path& file() const { return file_; }
+  [[nodiscard]] std::filesystem::path folder() const { return file_.parent_path(); }
   [[nodiscard]] std::filesystem::path beside(const std::string& suffix) const {
     return file_.string() + suffix;
   }
@@ -29,16 +40,28 @@ class SettingsFixture : public ::testing::Test {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
-  /// How many lines of standard error `action` caused.
-  template <typename Action>
-  static std::ptrdiff_t linesSaidBy(Action action) {
-    ::testing::internal::CaptureStderr();
-    action();
-    const std::string said = ::testing::internal::GetCapturedStderr();
-    return std::count(said.begin(), said.end(), '\n');
+  /// One run of the program that sets this.
+  void store(std::string_view key, platform::Value value) const {
+    linux_desktop::SettingsFile(file_).set(key, std::move(value));
+  }
+  /// What the next run finds.
+  [[nodiscard]] std::optional<platform::Value> stored(std::string_view key) const {
+    return linux_desktop::SettingsFile(file_).object(key);
   }
 
-  QTemporaryDir folder_;
+  /// The complaints since this was last asked.
+  static int complaints() { return said_.exchange(0); }
+  template <typename Fact>
+  static bool until(Fact fact) {
+    using Clock = std::chrono::steady_clock;
+    const auto deadline = Clock::now() + std::chrono::seconds(10);
+    while (!fact() && Clock::now() < deadline)
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return fact();
+  }
+
+  static inline std::atomic<int> said_;
+  QTemporaryDir temporary_;
   std::filesystem::path file_ =
-      std::filesystem::path(folder_.path().toStdString()) / "calmdeck" / "settings.json";
+      std::filesystem::path(temporary_.path().toStdString()) / "calmdeck" / "settings.json";
 };

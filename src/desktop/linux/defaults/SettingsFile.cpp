@@ -1,6 +1,7 @@
 #include "desktop/linux/defaults/SettingsFile.h"
 
-#include <QLoggingCategory>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QStandardPaths>
 #include <utility>
 
@@ -11,19 +12,54 @@ namespace linux_desktop {
 
 namespace {
 
-Q_LOGGING_CATEGORY(lcDefaults, "calmdeck.defaults", QtWarningMsg)
-
 namespace fs = std::filesystem;
+using platform::Array;
+using platform::Value;
 
-void warn(const fs::path& file, const std::string& message) {
-  qCWarning(lcDefaults, "Settings file %s: %s", file.c_str(), message.c_str());
+QString nameOf(std::string_view key) {
+  return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
 }
+
+std::optional<Value> integerOf(const QJsonValue& json) {
+  const qint64 number = json.toInteger();
+  return json == QJsonValue(number) ? std::optional<Value>(std::int64_t{number}) : std::nullopt;
+}
+
+// None for what no setting is: null, an object, a fraction.
+std::optional<Value> valueOf(const QJsonValue& json) {
+  if (json.isBool()) return json.toBool();
+  if (json.isDouble()) return integerOf(json);
+  if (json.isString()) return json.toString().toStdString();
+  if (!json.isArray()) return std::nullopt;
+  Array array;
+  for (const QJsonValue element : json.toArray()) {
+    std::optional<Value> value = valueOf(element);
+    if (!value) return std::nullopt;
+    array.push_back(std::move(*value));
+  }
+  return array;
+}
+
+struct JsonOf {
+  QJsonValue operator()(bool value) const { return value; }
+  QJsonValue operator()(std::int64_t value) const { return qint64{value}; }
+  QJsonValue operator()(const std::string& value) const { return QString::fromStdString(value); }
+  QJsonValue operator()(const Array& value) const {
+    QJsonArray array;
+    for (const Value& element : value) array.append(std::visit(*this, element.storage()));
+    return array;
+  }
+  template <typename Other>
+  QJsonValue operator()(const Other& /*value*/) const {
+    platform::programmingError("a setting is a Bool, an integer, a string or an array of these");
+  }
+};
 
 }  // namespace
 
-SettingsFile::SettingsFile(fs::path file) : file_(std::move(file)) {
-  const auto content = readWhole(file_, kLargestFile);
-  if (const auto* text = std::get_if<std::string>(&content)) {
+SettingsFile::SettingsFile(fs::path file) : file_(std::move(file)), writer_(file_) {
+  const auto content = readWhole(file_, kLargestSettings);
+  if (const auto* text = std::get_if<QByteArray>(&content)) {
     take(*text);
   } else if (std::holds_alternative<FileTooBig>(content)) {
     startAgain("bigger than 1 MiB");
@@ -32,47 +68,38 @@ SettingsFile::SettingsFile(fs::path file) : file_(std::move(file)) {
   }
 }
 
-SettingsFile::~SettingsFile() {
-  if (behind_) store();
-}
-
 fs::path SettingsFile::standardPath() {
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
   return fs::path(folder.toStdString()) / "calmdeck" / "settings.json";
 }
 
-std::optional<platform::Value> SettingsFile::object(std::string_view key) const {
-  const auto found = members_.find(key);
-  return found == members_.end() ? std::nullopt : found->second.value;
+std::optional<Value> SettingsFile::object(std::string_view key) const {
+  return valueOf(members_.value(nameOf(key)));
 }
 
-void SettingsFile::set(std::string_view key, platform::Value value) {
-  std::optional<std::string> text = jsonText(value);
-  if (!text) {
-    platform::programmingError("the setting " + std::string(key) +
-                               " was given a value that settings cannot hold");
-  }
-  if (!behind_ && object(key) == value) return;
-  members_.insert_or_assign(std::string(key), JsonMember{std::move(*text), std::move(value)});
+void SettingsFile::set(std::string_view key, Value value) {
+  const QJsonValue json = std::visit(JsonOf{}, value.storage());
+  if (members_.value(nameOf(key)) == json) return;
+  members_.insert(nameOf(key), json);
   store();
 }
 
 void SettingsFile::remove(std::string_view key) {
-  const auto found = members_.find(key);
-  if (found != members_.end())
-    members_.erase(found);
-  else if (!behind_)
-    return;
+  if (!members_.contains(nameOf(key))) return;
+  members_.remove(nameOf(key));
   store();
 }
 
-void SettingsFile::take(std::string_view text) {
-  auto result = readJson(text);
-  if (const auto* error = std::get_if<JsonError>(&result)) {
-    startAgain("no settings in line " + std::to_string(error->line) + ", column " +
-               std::to_string(error->column) + ": " + error->reason);
+void SettingsFile::take(const QByteArray& text) {
+  QJsonParseError error;
+  const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+  if (document.isObject()) {
+    members_ = document.object();
+  } else if (error.error == QJsonParseError::NoError) {
+    startAgain("no JSON object");
   } else {
-    members_ = std::get<JsonMembers>(std::move(result));
+    startAgain("no settings at byte " + std::to_string(error.offset) + ": " +
+               error.errorString().toStdString());
   }
 }
 
@@ -81,29 +108,20 @@ void SettingsFile::startAgain(const std::string& reason) {
   if (const auto* error = std::get_if<FileError>(&aside)) {
     keepForThisRun(reason + "; it cannot be renamed either (" + error->reason + ")");
   } else {
-    warn(file_, reason + "; it is now " + std::get<fs::path>(aside).string() +
-                    " and the settings start empty");
+    writer_.complain(reason + "; it is now " + std::get<fs::path>(aside).string() +
+                     " and the settings start empty");
   }
 }
 
 void SettingsFile::keepForThisRun(const std::string& reason) {
   mayWrite_ = false;
-  warn(file_, reason +
-                  "; the settings start empty, are kept for this run only and the file stays "
-                  "as it is");
+  writer_.complain(reason +
+                   "; the settings start empty, are kept for this run only and the file stays "
+                   "as it is");
 }
 
 void SettingsFile::store() {
-  if (!mayWrite_) return;
-  const std::string text = writeJson(members_);
-  // A bigger one would not be read again.
-  const auto error = text.size() > kLargestFile ? FileError{"it would be bigger than 1 MiB"}
-                                                : replaceWhole(file_, text);
-  if (error && !behind_) {
-    warn(file_, "it cannot be written (" + error->reason +
-                    "); what changes is kept for this run and written as soon as that works");
-  }
-  behind_ = error.has_value();
+  if (mayWrite_) writer_.write(QJsonDocument(members_).toJson());
 }
 
 }  // namespace linux_desktop

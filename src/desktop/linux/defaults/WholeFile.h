@@ -1,10 +1,9 @@
 #pragma once
 
-#include <cstddef>
+#include <QByteArray>
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 
 namespace linux_desktop {
@@ -18,16 +17,19 @@ struct FileTooBig {};
 
 /// The whole of an ordinary file that has at most `limit` bytes; links are followed. A link to
 /// nowhere is an absent file. Anything but an ordinary file is an error; it is not waited for.
-[[nodiscard]] std::variant<std::string, FileAbsent, FileTooBig, FileError> readWhole(
-    const std::filesystem::path& file, std::size_t limit);
+[[nodiscard]] std::variant<QByteArray, FileAbsent, FileTooBig, FileError> readWhole(
+    const std::filesystem::path& file, qsizetype limit);
 
-/// Gives `file` the content `bytes` and mode 0600. When it returns without an error, the content
-/// has reached the disk, and so has its place in the folder. With an error, or when the machine
-/// stops in between, the file is wholly the old or wholly the new one: the new one only if the
-/// disk refused at the very last step. A link is kept and its target replaced. Missing folders are
-/// made with mode 0700. A file without the right to write is left alone.
+/// Who may use a file that is written: whoever could before, or nobody but its owner.
+enum class Access { AsBefore, OwnerOnly };
+
+/// Gives `file` the content `bytes`; none on success, when the content has reached the disk. With
+/// an error, or when the machine stops in between, the file is wholly the old or wholly the new
+/// one. A link is kept and its target replaced. Missing folders are made with mode 0700. A file
+/// without the right to write is left alone.
 [[nodiscard]] std::optional<FileError> replaceWhole(const std::filesystem::path& file,
-                                                    std::string_view bytes);
+                                                    const QByteArray& bytes,
+                                                    Access access = Access::AsBefore);
 
 /// Renames `file` (of a link, the target) to its own name with `.broken` added, or `.broken-2`,
 /// `.broken-3`, ... when that is taken, and returns the new name. Never replaces a file.

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 using Time = fs::file_time_type;
 
 constexpr std::string_view kSuffix = ".desktop";
-constexpr std::size_t kLargestEntry = std::size_t{1} << 18U;
+constexpr qsizetype kLargestEntry = qsizetype{1} << 18U;
 
 /// `org.calmdeck.Calmdeck.desktop` is first, the name of the program's installed entry.
 std::string ownName(int number) {
@@ -42,9 +42,9 @@ Time timeOf(const fs::path& file) {
 }
 
 std::optional<std::string> textOf(const fs::path& file) {
-  auto content = readWhole(file, kLargestEntry);
-  if (auto* text = std::get_if<std::string>(&content)) return std::move(*text);
-  return std::nullopt;
+  const auto content = readWhole(file, kLargestEntry);
+  const auto* text = std::get_if<QByteArray>(&content);
+  return text != nullptr ? std::optional(text->toStdString()) : std::nullopt;
 }
 
 /// On one line, whatever it contains.
@@ -116,7 +116,7 @@ std::optional<LoginItem> AutostartItems::insert(std::string_view path,
   std::error_code ignored;  // said by items() where it matters
   const std::vector<Listed> others = listedIn(folders_.front(), ignored);
   const auto name = freeName();
-  const auto error = name ? replaceWhole(fileOf(*name), entryFor(path))
+  const auto error = name ? replaceWhole(fileOf(*name), QByteArray::fromStdString(entryFor(path)))
                           : FileError{"too many entries of Calmdeck"};
   if (error) {
     qCWarning(lcLogin, "%s: no entry can be added (%s), so Calmdeck is not started at login",
@@ -133,7 +133,8 @@ bool AutostartItems::remove(const LoginItem& item) {
   const bool removed = fs::remove(file, error);
   std::string reason = error ? error.message() : "";
   if (removed && isThereForAllUsers(item.identifier)) {
-    if (auto failure = replaceWhole(file, entryForNothing())) reason = std::move(failure->reason);
+    const auto failure = replaceWhole(file, QByteArray::fromStdString(entryForNothing()));
+    if (failure) reason = failure->reason;
   }
   if (reason.empty()) return removed;
   qCWarning(lcLogin, "%s: it cannot be switched off (%s)", file.c_str(), reason.c_str());

@@ -1,16 +1,14 @@
 #include "desktop/linux/notifications/LxqtDoNotDisturb.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QList>
-#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QString>
 #include <algorithm>
 #include <iterator>
 
+#include "desktop/linux/defaults/WholeFile.h"
 #include "desktop/linux/notifications/NotificationsLog.h"
 
 namespace linux_desktop {
@@ -35,12 +33,6 @@ std::optional<QByteArray> contentsOf(const QString& path) {
   if (!file.exists()) return QByteArray();
   if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
   return file.readAll();
-}
-
-bool replace(const QString& path, const QByteArray& text) {
-  if (!QDir().mkpath(QFileInfo(path).path())) return false;
-  QSaveFile file(path);
-  return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
 }
 
 bool startsGeneral(const QByteArray& line) {
@@ -80,7 +72,10 @@ std::optional<bool> LxqtDoNotDisturb::isOn() {
 bool LxqtDoNotDisturb::set(bool on) {
   const QString path = ownSettingsFile();
   const std::optional<QByteArray> text = contentsOf(path);
-  if (text && replace(path, withGeneralEntry(*text, kKey, on ? "true" : "false"))) return true;
+  if (text) {
+    const QByteArray changed = withGeneralEntry(*text, kKey, on ? "true" : "false");
+    if (!replaceWhole(path.toStdString(), changed)) return true;
+  }
   qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s cannot be written",
             qPrintable(path));
   return false;

@@ -1,9 +1,8 @@
 #include "desktop/linux/wallpaper/SettingsText.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
+
+#include "desktop/linux/defaults/WholeFile.h"
 
 namespace linux_desktop {
 namespace {
@@ -59,13 +58,8 @@ std::optional<std::string> putSettingsText(const QString& file,
     QFile stored(file);
     return stored.remove() ? std::nullopt : std::optional(stored.errorString().toStdString());
   }
-  QDir().mkpath(QFileInfo(file).path());
-  QSaveFile saved(file);
-  if (!saved.open(QIODevice::WriteOnly) || saved.write(*text) != text->size() || !saved.flush() ||
-      !saved.commit()) {
-    return file.toStdString() + ": " + saved.errorString().toStdString();
-  }
-  return std::nullopt;
+  const auto error = replaceWhole(file.toStdString(), *text);
+  return error ? std::optional(file.toStdString() + ": " + error->reason) : std::nullopt;
 }
 
 std::optional<QByteArray> writtenValue(const QByteArray& text, const QByteArray& section,
