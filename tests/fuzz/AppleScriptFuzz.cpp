@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/applescript/RunScript.h"
-#include "platform/applescript/ScriptFailure.h"
 #include "platform/port/Automation.h"
 
 // Runs the bytes before the first NUL as a script, on a desktop that answers from the bytes after
@@ -26,7 +25,7 @@ class Answers {
   Answers(const std::uint8_t* data, std::size_t size) : bytes_(data, size) {}
 
   std::optional<port::ScriptError> error() {
-    constexpr std::array<int, 8> kNumbers{-1700, -1708, -1719, -1728, -1743, -10000, -10006, 0};
+    constexpr std::array<int, 7> kNumbers{-1700, -1708, -1719, -1728, -1743, -10000, 0};
     if (bytes_.ConsumeIntegralInRange(0, 3) != 3) return std::nullopt;
     return port::ScriptError{bytes_.PickValueInArray(kNumbers), text()};
   }
@@ -79,10 +78,6 @@ class AnyObject final : public port::ScriptObject {
     require(!name.empty(), "a property has a name");
     if (auto error = answers_.error()) return *error;
     return answers_.value();
-  }
-
-  std::optional<port::ScriptError> setProperty(std::string_view, const Value&) override {
-    return answers_.error();
   }
 
   std::optional<port::ScriptError> click() override { return answers_.error(); }

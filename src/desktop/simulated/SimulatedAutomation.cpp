@@ -29,12 +29,6 @@ ScriptResult<Value> SimulatedScriptObject::property(std::string_view name) {
   return found->second;
 }
 
-std::optional<ScriptError> SimulatedScriptObject::setProperty(std::string_view name,
-                                                              const Value& value) {
-  properties.insert_or_assign(std::string(name), value);
-  return std::nullopt;
-}
-
 std::optional<ScriptError> SimulatedScriptObject::click() {
   ++clicks;
   if (onClick) onClick(*this);

@@ -21,8 +21,6 @@ class SimulatedScriptObject final : public platform::port::ScriptObject,
   [[nodiscard]] Result<std::shared_ptr<ScriptObject>> element(
       std::string_view className, const platform::port::ElementSpecifier& which) override;
   [[nodiscard]] Result<platform::Value> property(std::string_view name) override;
-  [[nodiscard]] std::optional<platform::port::ScriptError> setProperty(
-      std::string_view name, const platform::Value& value) override;
   [[nodiscard]] std::optional<platform::port::ScriptError> click() override;
 
   // --- Levers ---

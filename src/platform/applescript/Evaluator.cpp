@@ -1,152 +1,226 @@
-#include "platform/applescript/Evaluator.h"
-
 #include <algorithm>
+#include <map>
 #include <utility>
+
+#include "platform/applescript/Script.h"
 
 namespace platform::applescript {
 namespace {
 
-std::string notUnderstood(std::string_view object, std::string_view command) {
-  return std::string(object) + " doesn’t understand the “" + std::string(command) + "” message.";
+/// What an expression gives: a value, or none for `missing value`.
+using Item = std::optional<Value>;
+
+/// An object of an application, whose name stands as the script wrote it.
+struct Object {
+  std::shared_ptr<port::ScriptObject> object;
+  std::string application;
+};
+
+/// For messages.
+std::string shown(const Item& item) {
+  if (!item) return "missing value";
+  if (const auto text = item->as<std::string>()) return "\"" + *text + "\"";
+  return textOf(*item).value_or("a record");
 }
 
-// What commands outside of every `tell` go to.
-constexpr std::string_view kScriptItself = "«script»";
+std::string shown(const Name& name) {
+  if (const auto* text = std::get_if<std::string>(&name.which)) {
+    return name.words + " \"" + *text + "\"";
+  }
+  const auto* index = std::get_if<std::int64_t>(&name.which);
+  return index != nullptr ? name.words + ' ' + std::to_string(*index) : name.words;
+}
+
+std::optional<std::string> itemText(const Item& item) {
+  return item ? textOf(*item) : std::nullopt;
+}
+
+class Evaluator {
+ public:
+  explicit Evaluator(port::Automation* automation) : automation_(automation) {}
+
+  std::optional<Value> run(const Block& script) {
+    execute(script);
+    return std::move(result_);
+  }
+
+ private:
+  // --- Statements ---
+  void execute(const Block& block) {
+    for (const Statement& statement : block) {
+      std::visit([&](const auto& node) { execute(node, statement.range); }, statement.node);
+    }
+  }
+
+  void execute(const Tell& tell, SourceRange /*range*/) {
+    Object target = object(*tell.target);
+    const std::optional<Object> outer = std::exchange(target_, std::move(target));
+    execute(tell.body);
+    target_ = outer;
+  }
+
+  void execute(const If& conditional, SourceRange /*range*/) {
+    const Item truth = value(*conditional.condition);
+    if (made<bool>(truth, "boolean", conditional.condition->range)) execute(conditional.body);
+  }
+
+  void execute(const Set& assignment, SourceRange /*range*/) {
+    result_ = value(*assignment.value);
+    variables_.insert_or_assign(assignment.variable, result_);
+  }
+
+  void execute(const Command& command, SourceRange range) {
+    const auto error = carryOut(command, range);
+    if (error) raise(*error, told(), range);
+    result_.reset();
+  }
+
+  std::optional<port::ScriptError> carryOut(const Command& command, SourceRange range) {
+    const Expression& parameter = *command.parameter;
+    switch (command.verb) {
+      case Verb::Click:
+        return object(parameter).object->click();
+      case Verb::DisplayNotification: {
+        const auto text = made<std::string>(value(parameter), "text", parameter.range);
+        return automation(told(), range).displayNotification(text);
+      }
+      case Verb::KeyCode: {
+        const std::int64_t code = made<std::int64_t>(value(parameter), "integer", parameter.range);
+        if (target_) return automation(told(), range).keyCode(code);
+        break;
+      }
+      case Verb::SetInputVolume: {
+        const std::int64_t level = made<std::int64_t>(value(parameter), "integer", parameter.range);
+        return automation(told(), range)
+            .setInputVolume(static_cast<int>(std::clamp<std::int64_t>(level, 0, 100)));
+      }
+    }
+    fail(kNotUnderstood, "«script» doesn’t understand the “key code” message.", range);
+  }
+
+  // --- Values ---
+  Item value(const Expression& expression) {
+    return std::visit([&](const auto& node) { return value(node, expression.range); },
+                      expression.node);
+  }
+
+  Item value(const Literal& literal, SourceRange /*range*/) { return literal.value; }
+
+  Item value(const VolumeSettings& /*settings*/, SourceRange range) {
+    return taken(automation(told(), range).volumeSettings(), told(), range);
+  }
+
+  Item value(const Name& name, SourceRange range) {
+    if (!std::holds_alternative<std::monostate>(name.which)) {
+      fail(kCannotMake, "Can’t make " + shown(name) + " into the expected type.", range);
+    }
+    if (!name.its && !name.container) return variable(name.words, range);
+    const bool isEntry =
+        name.container && std::holds_alternative<VolumeSettings>(name.container->node);
+    if (isEntry) return entry(value(*name.container), name.words);
+    const Object owner = container(name, range);
+    return taken(owner.object->property(name.words), owner.application, range);
+  }
+
+  Item value(const AsText& coercion, SourceRange range) {
+    const Item item = value(*coercion.operand);
+    if (auto text = itemText(item)) return std::move(*text);
+    fail(kCannotMake, "Can’t make " + shown(item) + " into type text.", range);
+  }
+
+  Item value(const Difference& difference, SourceRange /*range*/) {
+    const Item left = value(*difference.left);
+    return left != value(*difference.right);
+  }
+
+  Item variable(const std::string& word, SourceRange range) {
+    const auto found = variables_.find(word);
+    if (found != variables_.end()) return found->second;
+    fail(kVariableNotDefined, "The variable " + word + " is not defined.", range);
+  }
+
+  static Item entry(const Item& record, const std::string& name) {
+    const Dictionary settings = record->as<Dictionary>().value_or(Dictionary());
+    const auto found = settings.find(name);
+    return found == settings.end() ? Item() : found->second;
+  }
+
+  /// The item if it is of that type.
+  template <typename T>
+  T made(const Item& item, std::string_view type, SourceRange range) const {
+    if (auto value = item ? item->as<T>() : std::nullopt) return *value;
+    fail(kCannotMake, "Can’t make " + shown(item) + " into type " + std::string(type) + ".", range);
+  }
+
+  // --- Objects ---
+  Object object(const Expression& expression) {
+    const auto* name = std::get_if<Name>(&expression.node);
+    if (name == nullptr) fail(kNoSuchObject, "Can’t get an object.", expression.range);
+    const auto* text = std::get_if<std::string>(&name->which);
+    const bool isApplication = name->words == "application" && !name->its && !name->container;
+    if (text != nullptr && isApplication) return application(*text, expression.range);
+    const Object owner = container(*name, expression.range);
+    auto element =
+        taken(owner.object->element(name->words, name->which), owner.application, expression.range);
+    if (!element) fail(kNoSuchObject, "Can’t get " + shown(*name) + ".", expression.range);
+    return {std::move(element), owner.application};
+  }
+
+  Object container(const Name& name, SourceRange range) {
+    if (name.container) return object(*name.container);
+    if (!target_) fail(kNoSuchObject, "Can’t get " + shown(name) + ".", range);
+    return *target_;
+  }
+
+  // That an application is not there, no application says.
+  Object application(const std::string& name, SourceRange range) {
+    auto result = automation(name, range).application(name);
+    const auto* error = std::get_if<port::ScriptError>(&result);
+    const bool isRefused = error != nullptr && error->number == kNotAuthorized;
+    auto object = taken(std::move(result), isRefused ? name : std::string(), range);
+    if (!object) fail(kNoSuchObject, "Can’t get application \"" + name + "\".", range);
+    return {std::move(object), name};
+  }
+
+  // --- The desktop ---
+  /// The name of the application that is being told; empty outside of every `tell`.
+  [[nodiscard]] std::string told() const { return target_ ? target_->application : std::string(); }
+
+  port::Automation& automation(const std::string& application, SourceRange range) const {
+    if (automation_ != nullptr) return *automation_;
+    // Standard commands outside of any application are carried out by this one.
+    const std::string name = application.empty() ? "System Events" : application;
+    fail(kNotAuthorized, "Not authorized to send Apple events to " + name + ".", range, name);
+  }
+
+  template <typename T>
+  static T taken(port::ScriptResult<T> result, const std::string& application, SourceRange range) {
+    if (const auto* error = std::get_if<port::ScriptError>(&result)) {
+      raise(*error, application, range);
+    }
+    return std::get<T>(std::move(result));
+  }
+
+  [[noreturn]] static void raise(const port::ScriptError& error, const std::string& application,
+                                 SourceRange range) {
+    fail(error.number, error.message, range, application);
+  }
+
+  [[noreturn]] static void fail(int number, std::string message, SourceRange range,
+                                std::string application = {}) {
+    throw ScriptFailure{number, std::move(message), range, std::move(application)};
+  }
+
+  port::Automation* automation_;
+  std::map<std::string, Item, std::less<>> variables_;
+  std::optional<Object> target_;
+  std::optional<Value> result_;
+};
 
 }  // namespace
 
-ScriptOutcome Evaluator::run(const Block& script) {
-  if (!execute(script)) return *state_.failure;
-  const Value* value = result_ ? valueIn(*result_) : nullptr;
-  return value ? std::optional<Value>(*value) : std::nullopt;
-}
-
-bool Evaluator::execute(const Block& block) {
-  return std::all_of(block.begin(), block.end(), [this](const Statement& statement) {
-    return std::visit([&](const auto& node) { return execute(node, statement.range); },
-                      statement.node);
-  });
-}
-
-bool Evaluator::execute(const Tell& tell, SourceRange) {
-  std::optional<Item> target = expressions_.object(*tell.target);
-  if (!target) return false;
-  const std::optional<Item> outer = std::exchange(state_.target, std::move(target));
-  const bool done = execute(tell.body);
-  state_.target = outer;
-  return done;
-}
-
-bool Evaluator::execute(const If& conditional, SourceRange) {
-  for (const If::Branch& branch : conditional.branches) {
-    const std::optional<Item> truth = parameter(*branch.condition, CoercedType::Boolean);
-    if (!truth) return false;
-    if (booleanOf(*truth) == true) return execute(branch.body);
-  }
-  return execute(conditional.otherwise);
-}
-
-bool Evaluator::execute(const Set& assignment, SourceRange) {
-  const std::optional<Item> value = expressions_.value(*assignment.value);
-  if (!value) return false;
-  const Expression& target = *assignment.target;
-  const Name* name = std::get_if<Name>(&target.node);
-  if (!name) return refuseSetting(*value, target.range);
-  if (name->words.size() == 1 && !name->its && !name->container) {
-    state_.variables.insert_or_assign(name->words.front(), *value);
-  } else if (!setProperty(*name, *value, target.range)) {
-    return false;
-  }
-  result_ = value;
-  return true;
-}
-
-bool Evaluator::setProperty(const Name& name, const Item& value, SourceRange range) {
-  const std::optional<Item> container = expressions_.container(name.container, range);
-  if (!container) return false;
-  const auto* reference = std::get_if<Reference>(&*container);
-  if (!reference) return refuseSetting(value, range);
-  const Value* plain = valueIn(value);
-  if (!plain) {
-    state_.fail(kCannotMake, "Can’t make " + sourceForm(value) + " into the expected type.", range);
-    return false;
-  }
-  const auto error = reference->object->setProperty(joined(name.words), *plain);
-  if (!error) return true;
-  state_.fail({error->number, error->message, {}, *reference->application}, range);
-  return false;
-}
-
-bool Evaluator::refuseSetting(const Item& value, SourceRange target) {
-  const std::string text(state_.source.substr(target.begin, target.end - target.begin));
-  state_.fail(kCannotSet, "Can’t set " + text + " to " + sourceForm(value) + ".", target);
-  return false;
-}
-
-bool Evaluator::execute(const SetInputVolume& command, SourceRange range) {
-  const std::optional<Item> level = parameter(*command.level, CoercedType::Integer);
-  if (!level || !state_.reaches(state_.application(), range)) return false;
-  const std::int64_t clamped = std::clamp<std::int64_t>(*integerOf(*level), 0, 100);
-  return finishCommand(state_.automation->setInputVolume(static_cast<int>(clamped)), range);
-}
-
-bool Evaluator::execute(const Click& command, SourceRange range) {
-  if (!command.target && !state_.target) {
-    state_.fail(kNotUnderstood, notUnderstood(kScriptItself, "click"), range);
-    return false;
-  }
-  const std::optional<Item> target =
-      command.target ? expressions_.object(*command.target) : state_.target;
-  if (!target) return false;
-  const auto* reference = std::get_if<Reference>(&*target);
-  if (!reference) {
-    state_.fail(kNotUnderstood, notUnderstood(sourceForm(*target), "click"), range);
-    return false;
-  }
-  if (const auto error = reference->object->click()) {
-    state_.fail({error->number, error->message, {}, *reference->application}, range);
-    return false;
-  }
-  result_ = target;
-  return true;
-}
-
-bool Evaluator::execute(const KeyCode& command, SourceRange range) {
-  const std::optional<Item> code = parameter(*command.code, CoercedType::Integer);
-  const std::string application = state_.application();
-  if (!code || !state_.reaches(application, range)) return false;
-  if (application.empty()) {
-    state_.fail(kNotUnderstood, notUnderstood(kScriptItself, "key code"), range);
-    return false;
-  }
-  return finishCommand(state_.automation->keyCode(*integerOf(*code)), range);
-}
-
-bool Evaluator::execute(const DisplayNotification& command, SourceRange range) {
-  const std::optional<Item> text = parameter(*command.text, CoercedType::Text);
-  if (!text || !state_.reaches(state_.application(), range)) return false;
-  return finishCommand(state_.automation->displayNotification(*textOf(*text)), range);
-}
-
-bool Evaluator::execute(const Evaluation& evaluation, SourceRange) {
-  result_ = expressions_.value(*evaluation.expression);
-  return result_.has_value();
-}
-
-std::optional<Item> Evaluator::parameter(const Expression& expression, CoercedType type) {
-  const std::optional<Item> item = expressions_.value(expression);
-  if (!item) return std::nullopt;
-  return expressions_.coerced(*item, type, expression.range);
-}
-
-// A command gives nothing, and so does a script that ends with one.
-bool Evaluator::finishCommand(const std::optional<port::ScriptError>& error, SourceRange range) {
-  if (error) {
-    state_.fail({error->number, error->message, {}, state_.application()}, range);
-    return false;
-  }
-  result_.reset();
-  return true;
+std::optional<Value> evaluate(const Block& script, port::Automation* automation) {
+  return Evaluator(automation).run(script);
 }
 
 }  // namespace platform::applescript

@@ -1,7 +1,6 @@
 #include "platform/applescript/NSAppleScript.h"
 
 #include "platform/Runtime.h"
-#include "platform/applescript/Item.h"
 #include "platform/applescript/RunScript.h"
 #include "platform/foundation/Utf8.h"
 

@@ -1,194 +1,220 @@
-#include "platform/applescript/Parser.h"
-
-#include <optional>
+#include <algorithm>
 #include <utility>
 
-#include "platform/applescript/ExpressionParser.h"
-#include "platform/applescript/TokenStream.h"
+#include "platform/applescript/Lexer.h"
+#include "platform/applescript/Script.h"
 
 namespace platform::applescript {
 namespace {
 
-// Each function that returns an optional returns none after an error, which the stream then holds.
+/// How deep statements may be nested, and how deep the expressions in one.
+constexpr int kMaxDepth = 100;
+
+struct CommandRow {
+  std::string_view words;
+  Verb verb;
+};
+constexpr CommandRow kCommands[] = {{"click", Verb::Click},
+                                    {"display notification", Verb::DisplayNotification},
+                                    {"key code", Verb::KeyCode},
+                                    {"set volume input volume", Verb::SetInputVolume}};
+
+bool isName(const Token& token) {
+  return token.kind == TokenKind::Word && !isReserved(token.text);
+}
+
+bool beginsOperand(const Token& token) {
+  return token.kind == TokenKind::Number || token.kind == TokenKind::Text || isName(token);
+}
+
 class Parser {
  public:
-  explicit Parser(std::string_view source) : stream_(source) {}
+  explicit Parser(std::string_view source) : tokens_(tokens(source)) {}
 
-  std::variant<Block, ScriptFailure> run() {
-    std::optional<Block> script = block();
-    if (script && stream_.peek().kind != TokenKind::EndOfScript) stream_.expect("end of line");
-    if (stream_.failure()) return *stream_.failure();
-    return std::move(*script);
+  Block script() {
+    Block statements = block();
+    if (peek().kind != TokenKind::EndOfScript) expected("end of line");
+    return statements;
   }
 
  private:
-  using StatementNode = decltype(Statement::node);
-  using Node = std::optional<StatementNode>;
+  /// The token that comes next, or `ahead` after it; the last one for ever at the end.
+  [[nodiscard]] const Token& peek(std::size_t ahead = 0) const {
+    return tokens_[std::min(next_ + ahead, tokens_.size() - 1)];
+  }
+  const Token& take() {
+    const Token& token = peek();
+    if (next_ + 1 < tokens_.size()) ++next_;
+    return token;
+  }
+  [[nodiscard]] bool at(std::string_view text, TokenKind kind = TokenKind::Word) const {
+    return peek().kind == kind && peek().text == text;
+  }
+  /// Takes these words, a blank between two, or nothing.
+  bool takeWords(std::string_view words) {
+    std::size_t count = 0;
+    for (std::size_t begin = 0; begin <= words.size(); ++count) {
+      const std::size_t end = std::min(words.find(' ', begin), words.size());
+      const Token& token = peek(count);
+      const std::string_view word = words.substr(begin, end - begin);
+      if (token.kind != TokenKind::Word || token.text != word) return false;
+      begin = end + 1;
+    }
+    next_ += count;
+    return true;
+  }
+  void expect(std::string_view text, TokenKind kind = TokenKind::Word) {
+    if (!at(text, kind)) expected("“" + std::string(text) + "”");
+    take();
+  }
+  [[nodiscard]] bool atLineEnd() const {
+    return peek().kind == TokenKind::EndOfLine || peek().kind == TokenKind::EndOfScript;
+  }
+  [[nodiscard]] SourceRange rangeFrom(std::size_t begin) const {
+    return {begin, tokens_[next_ - 1].range.end};
+  }
 
-  // The statements up to `end`, `else` or the end of the script.
-  std::optional<Block> block() {
+  [[noreturn]] void fail(int number, std::string message) const {
+    const bool speaks = peek().kind == TokenKind::Bad && !peek().text.empty();
+    throw ScriptFailure{speaks ? kUnexpectedElement : number,
+                        speaks ? peek().text : std::move(message),
+                        peek().range,
+                        {}};
+  }
+  [[noreturn]] void expected(std::string_view what) const {
+    fail(kUnexpectedElement,
+         "Expected " + std::string(what) + " but found " + described(peek()) + ".");
+  }
+  [[noreturn]] void lineShouldEnd() const {
+    const Token& last = tokens_[next_ - 1];
+    if (!beginsOperand(peek()) || !beginsOperand(last)) expected("end of line");
+    fail(kMisplacedElement,
+         "A " + described(peek()) + " can’t go after this " + described(last) + ".");
+  }
+
+  // The statements up to `end` or the end of the script.
+  Block block() {
     Block statements;
     while (true) {
-      while (stream_.peek().kind == TokenKind::EndOfLine) stream_.take();
-      if (stream_.peek().kind == TokenKind::EndOfScript || stream_.atWord("end") ||
-          stream_.atWord("else")) {
-        return statements;
-      }
-      std::optional<Statement> next = statement();
-      if (!next) return std::nullopt;
-      statements.push_back(std::move(*next));
-      if (stream_.atLineEnd()) continue;
-      stream_.expectLineEnd();
-      return std::nullopt;
+      while (peek().kind == TokenKind::EndOfLine) take();
+      if (peek().kind == TokenKind::EndOfScript || at("end")) return statements;
+      statements.push_back(statement());
+      if (!atLineEnd()) lineShouldEnd();
     }
   }
 
-  std::optional<Statement> statement() {
-    const Nesting nesting(depth_);
-    if (nesting.tooDeep()) {
-      failTooDeep();
-      return std::nullopt;
+  Statement statement() {
+    if (depth_ == kMaxDepth && at("tell")) {
+      fail(kTellsTooDeep, "Tell statements are nested too deeply.");
     }
-    const std::size_t begin = stream_.peek().range.begin;
-    Node node = statementNode();
-    if (!node) return std::nullopt;
-    return Statement{stream_.rangeFrom(begin), std::move(*node)};
+    if (depth_ == kMaxDepth) fail(kStackOverflow, "Stack overflow.");
+    ++depth_;
+    const std::size_t begin = peek().range.begin;
+    auto node = statementNode();
+    --depth_;
+    return {rangeFrom(begin), std::move(node)};
   }
 
-  void failTooDeep() {
-    if (stream_.atWord("tell")) {
-      stream_.fail(kTellsTooDeep, "Tell statements are nested too deeply.");
-    } else {
-      stream_.fail(kStackOverflow, "Stack overflow.");
+  decltype(Statement::node) statementNode() {
+    for (const auto& [words, verb] : kCommands) {
+      if (takeWords(words)) return Command{verb, expression()};
     }
+    if (takeWords("tell")) return withBody<Tell>("tell", operand());
+    if (takeWords("if")) {
+      ExpressionPtr condition = expression();
+      expect("then");
+      return withBody<If>("if", std::move(condition));
+    }
+    if (!takeWords("set")) expected("statement");
+    if (!isName(peek())) expected("variable name");
+    std::string variable = take().text;
+    if (!at("to") && beginsOperand(peek())) lineShouldEnd();
+    expect("to");
+    return Set{std::move(variable), expression()};
   }
 
-  Node statementNode() {
-    if (stream_.takeWord("tell")) return tell();
-    if (stream_.takeWord("if")) return conditional();
-    if (stream_.takeWords({"set", "volume", "input", "volume"})) {
-      return command<SetInputVolume>();
-    }
-    if (stream_.takeWord("set")) return assignment();
-    if (stream_.takeWord("click")) return click();
-    if (stream_.takeWords({"key", "code"})) return command<KeyCode>();
-    if (stream_.takeWords({"display", "notification"})) return command<DisplayNotification>();
-    return evaluation();
+  // The lines between the head of a statement and its end.
+  template <typename Node>
+  Node withBody(std::string_view kind, ExpressionPtr head) {
+    if (!atLineEnd()) lineShouldEnd();
+    Block body = block();
+    expect("end");
+    expect(kind);
+    return {std::move(head), std::move(body)};
   }
 
-  template <typename Command>
-  Node command() {
-    ExpressionPtr parameter = expressions_.expression();
-    if (!parameter) return std::nullopt;
-    return Command{std::move(parameter)};
+  template <typename Node>
+  ExpressionPtr make(std::size_t begin, Node node) const {
+    return std::make_unique<Expression>(Expression{rangeFrom(begin), std::move(node)});
   }
 
-  Node click() {
-    if (stream_.atLineEnd()) return Click{};
-    return command<Click>();
+  ExpressionPtr expression() {
+    const std::size_t begin = peek().range.begin;
+    ExpressionPtr left = coercion();
+    if (!takeWords("is not equal to")) return left;
+    ExpressionPtr right = coercion();
+    return make(begin, Difference{std::move(left), std::move(right)});
   }
 
-  // Several words alone could be anything; only where an object or a value is wanted do they name
-  // one.
-  Node evaluation() {
-    const Token& second = stream_.peek(1);
-    ExpressionPtr expression = expressions_.expression();
-    if (!expression) return std::nullopt;
-    const Name* name = std::get_if<Name>(&expression->node);
-    if (name && name->words.size() > 1 && !name->its && !name->container &&
-        second.kind == TokenKind::Word) {
-      stream_.misplace(second, "identifier");
-      return std::nullopt;
-    }
-    return Evaluation{std::move(expression)};
+  ExpressionPtr coercion() {
+    const std::size_t begin = peek().range.begin;
+    ExpressionPtr value = operand();
+    if (!takeWords("as")) return value;
+    expect("text");
+    return make(begin, AsText{std::move(value)});
   }
 
-  Node assignment() {
-    const Token& start = stream_.peek();
-    if (start.kind != TokenKind::Word || (isReserved(start.text) && start.text != "its")) {
-      stream_.expect("variable name or property");
-      return std::nullopt;
-    }
-    ExpressionPtr target = expressions_.reference();
-    if (!target || !takeOrExpect("to")) return std::nullopt;
-    ExpressionPtr value = expressions_.expression();
-    if (!value) return std::nullopt;
-    return Set{std::move(target), std::move(value)};
-  }
-
-  Node tell() {
-    ExpressionPtr target = expressions_.expression();
-    if (!target) return std::nullopt;
-    const Nesting told(tells_);
-    Tell tell{std::move(target), {}};
-    if (stream_.takeWord("to")) {
-      std::optional<Statement> only = statement();
-      if (!only) return std::nullopt;
-      tell.body.push_back(std::move(*only));
-      return tell;
-    }
-    std::optional<Block> body = bodyOfLines();
-    if (!body || !takeEnd("tell")) return std::nullopt;
-    tell.body = std::move(*body);
-    return tell;
-  }
-
-  Node conditional() {
-    If result;
-    while (true) {
-      ExpressionPtr condition = expressions_.expression();
-      if (!condition || !takeOrExpect("then")) return std::nullopt;
-      if (result.branches.empty() && !stream_.atLineEnd()) return oneLine(std::move(condition));
-      std::optional<Block> body = bodyOfLines();
-      if (!body) return std::nullopt;
-      result.branches.push_back({std::move(condition), std::move(*body)});
-      if (!stream_.takeWords({"else", "if"})) break;
-    }
-    if (stream_.takeWord("else")) {
-      std::optional<Block> otherwise = bodyOfLines();
-      if (!otherwise) return std::nullopt;
-      result.otherwise = std::move(*otherwise);
-    }
-    if (!takeEnd("if")) return std::nullopt;
+  ExpressionPtr operand() {
+    if (nested_ == kMaxDepth) fail(kStackOverflow, "Stack overflow.");
+    ++nested_;
+    ExpressionPtr result = operandNode();
+    --nested_;
     return result;
   }
 
-  Node oneLine(ExpressionPtr condition) {
-    std::optional<Statement> only = statement();
-    if (!only) return std::nullopt;
-    If result;
-    result.branches.push_back({std::move(condition), {}});
-    result.branches.back().body.push_back(std::move(*only));
-    return result;
+  ExpressionPtr operandNode() {
+    const std::size_t begin = peek().range.begin;
+    if (peek().kind == TokenKind::Number) return make(begin, Literal{Value(take().number)});
+    if (peek().kind == TokenKind::Text) return make(begin, Literal{Value(take().text)});
+    if (takeWords("get volume settings")) return make(begin, VolumeSettings{});
+    if (at("(", TokenKind::Symbol)) return parenthesized();
+    return name(begin);
   }
 
-  std::optional<Block> bodyOfLines() {
-    if (stream_.atLineEnd()) return block();
-    stream_.expectLineEnd();
-    return std::nullopt;
+  ExpressionPtr parenthesized() {
+    take();
+    ExpressionPtr inner = expression();
+    expect(")", TokenKind::Symbol);
+    return inner;
   }
 
-  bool takeEnd(std::string_view kind) {
-    if (!takeOrExpect("end")) return false;
-    return stream_.atLineEnd() || takeOrExpect(kind);
+  // Without a dictionary, a run of words is one name, as long as it can be.
+  ExpressionPtr name(std::size_t begin) {
+    Name name;
+    name.its = takeWords("its");
+    if (!isName(peek())) expected(name.its ? "identifier" : "expression");
+    for (; isName(peek()); name.words += take().text) {
+      if (!name.words.empty()) name.words += ' ';
+    }
+    if (peek().kind == TokenKind::Number) {
+      name.which = take().number;
+    } else if (peek().kind == TokenKind::Text) {
+      name.which = take().text;
+    }
+    if (takeWords("of")) name.container = operand();
+    return make(begin, std::move(name));
   }
 
-  bool takeOrExpect(std::string_view word) {
-    if (stream_.takeWord(word)) return true;
-    stream_.expect("“" + std::string(word) + "”");
-    return false;
-  }
-
-  TokenStream stream_;
+  std::vector<Token> tokens_;
+  std::size_t next_ = 0;
   int depth_ = 0;
-  int tells_ = 0;
-  ExpressionParser expressions_{stream_, tells_};
+  int nested_ = 0;
 };
 
 }  // namespace
 
-std::variant<Block, ScriptFailure> parse(std::string_view source) {
-  return Parser(source).run();
+Block parse(std::string_view source) {
+  return Parser(source).script();
 }
 
 }  // namespace platform::applescript

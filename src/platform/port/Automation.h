@@ -14,8 +14,8 @@ namespace platform::port {
 /// Why an operation of a scriptable object failed, with the number that scripts see.
 struct ScriptError {
   /// -1708 the object does not understand the message, -1719 no element at that index, -1728 no
-  /// such object (name, property or application), -1743 the user or the desktop does not allow it,
-  /// -10006 the property cannot be set; a service's own failure is -10000.
+  /// such object (name, property or application), -1743 the user or the desktop does not allow it;
+  /// a service's own failure is -10000.
   int number = -10000;
   /// Shown to whoever reads the error; a full sentence without the "… got an error:" prefix.
   std::string message;
@@ -39,8 +39,6 @@ class ScriptObject {
   [[nodiscard]] virtual ScriptResult<std::shared_ptr<ScriptObject>> element(
       std::string_view className, const ElementSpecifier& which) = 0;
   [[nodiscard]] virtual ScriptResult<Value> property(std::string_view name) = 0;
-  [[nodiscard]] virtual std::optional<ScriptError> setProperty(std::string_view name,
-                                                               const Value& value) = 0;
   [[nodiscard]] virtual std::optional<ScriptError> click() = 0;
 };
 

@@ -16,7 +16,7 @@ namespace {
 constexpr const char* kLook = R"(tell application "System Events"
   tell application process "ControlCenter"
     click menu bar item "Focus" of menu bar 1
-    value of checkbox "Do Not Disturb" of window 1
+    set state to value of checkbox "Do Not Disturb" of window 1
   end tell
   key code 53
 end tell)";

@@ -5,6 +5,7 @@
 #include "platform/foundation/AttributeText.h"
 #include "platform/foundation/NSDate.h"
 #include "platform/foundation/UserInfoText.h"
+#include "platform/foundation/Value.h"
 
 namespace platform {
 namespace {
@@ -24,6 +25,26 @@ TEST(NSDateTest, DatesAreDescribedInUtcToTheSecond) {
       {sys_days(1970y / 1 / 1) - 1ms, "1969-12-31 23:59:59 +0000"},
   };
   for (const auto& row : rows) EXPECT_EQ(NSDate(row.time).description(), row.text);
+}
+
+TEST(ValueDescriptionTest, NestedContainersAreIndentedByLevel) {
+  const Dictionary inner{{"deep", Dictionary{}}, {"n", 1.5}};
+  const Dictionary outer{{"a b", "x_y\n\x01"}, {"list", Array{true, "", Array{}}}, {"sub", inner}};
+  EXPECT_EQ(description(outer),
+            "{\n"
+            "    \"a b\" = \"x_y\\n\\001\";\n"
+            "    list =     (\n"
+            "        1,\n"
+            "        \"\",\n"
+            "        (\n"
+            "        )\n"
+            "    );\n"
+            "    sub =     {\n"
+            "        deep =         {\n"
+            "        };\n"
+            "        n = \"1.5\";\n"
+            "    };\n"
+            "}");
 }
 
 TEST(AttributeTextTest, NumbersAndTruthsAreReadStrictly) {

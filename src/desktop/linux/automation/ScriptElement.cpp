@@ -15,7 +15,6 @@ namespace {
 constexpr int kNotUnderstood = -1708;
 constexpr int kInvalidIndex = -1719;
 constexpr int kNoSuchObject = -1728;
-constexpr int kCannotSet = -10006;
 
 std::string inQuotes(std::string_view name) {
   return "\"" + std::string(name) + "\"";
@@ -57,14 +56,8 @@ ScriptResult<std::shared_ptr<ScriptObject>> ScriptElement::element(std::string_v
 }
 
 ScriptResult<Value> ScriptElement::property(std::string_view name) {
-  if (hasProperty(name)) return value();
+  if (value && name == "value") return value();
   return ScriptError{kNoSuchObject, "Can’t get " + std::string(name) + " of " + description_ + "."};
-}
-
-std::optional<ScriptError> ScriptElement::setProperty(std::string_view name,
-                                                      const Value& /*newValue*/) {
-  return ScriptError{hasProperty(name) ? kCannotSet : kNoSuchObject,
-                     "Can’t set " + std::string(name) + " of " + description_ + "."};
 }
 
 std::optional<ScriptError> ScriptElement::click() {

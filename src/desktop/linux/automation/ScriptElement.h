@@ -31,8 +31,6 @@ class ScriptElement final : public platform::port::ScriptObject {
   [[nodiscard]] Result<std::shared_ptr<ScriptObject>> element(
       std::string_view className, const platform::port::ElementSpecifier& which) override;
   [[nodiscard]] Result<platform::Value> property(std::string_view name) override;
-  [[nodiscard]] std::optional<Error> setProperty(std::string_view name,
-                                                 const platform::Value& newValue) override;
   [[nodiscard]] std::optional<Error> click() override;
 
  private:
@@ -42,8 +40,6 @@ class ScriptElement final : public platform::port::ScriptObject {
     std::function<bool()> exists;
     std::shared_ptr<ScriptElement> object;
   };
-
-  [[nodiscard]] bool hasProperty(std::string_view name) const { return value && name == "value"; }
 
   std::string description_;
   std::vector<Child> children_;

@@ -1,3 +1,3 @@
 tell application "System Events"
-set owner of 3 to missing value
+set owner to 3
 end if

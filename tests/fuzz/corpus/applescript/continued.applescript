@@ -1,4 +1,0 @@
-set x ¬
- to get ¬ 
- "é≠"
-x does not equal x

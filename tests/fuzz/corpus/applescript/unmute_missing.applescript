@@ -1,2 +1,0 @@
-    set volume input volume missing value
-    display notification "Mic unmuted"
