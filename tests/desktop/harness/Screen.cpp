@@ -22,6 +22,21 @@ Rect cut(const Rect& area, const Rect& limit) {
           std::max(0, std::min(area.bottom(), limit.bottom()) - y)};
 }
 
+/// 0xRRGGBB of a pixel as servers of that depth have it.
+std::uint32_t colourOf(std::uint32_t pixel, int depth) {
+  const auto part = [pixel](unsigned shift, unsigned most) {
+    return ((pixel >> shift & most) * 0xffU + most / 2) / most;
+  };
+  switch (depth) {
+    case 16:
+      return part(11, 0x1f) << 16 | part(5, 0x3f) << 8 | part(0, 0x1f);
+    case 30:
+      return part(20, 0x3ff) << 16 | part(10, 0x3ff) << 8 | part(0, 0x3ff);
+    default:
+      return pixel & 0xffffffU;
+  }
+}
+
 }  // namespace
 
 std::uint32_t Image::at(int x, int y) const {
@@ -80,12 +95,20 @@ Image Screen::area(const Rect& wanted) const {
       static_cast<std::int16_t>(inside.y), static_cast<std::uint16_t>(inside.width),
       static_cast<std::uint16_t>(inside.height), ~0U);
   const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x_.get(), cookie, nullptr));
-  const std::size_t count = indexOf(inside.width, 0, inside.height);
-  if (!reply || static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) < 4 * count)
-    throw std::runtime_error("the screen cannot be read");
-  Image image{inside.width, inside.height, std::vector<std::uint32_t>(count)};
-  std::memcpy(image.pixels.data(), xcb_get_image_data(reply.get()), 4 * count);
-  for (std::uint32_t& pixel : image.pixels) pixel &= 0xffffffU;
+  if (!reply) throw std::runtime_error("the screen cannot be read");
+  const std::size_t each = reply->depth > 16 ? 4 : 2;
+  // Rows end at whole words.
+  const std::size_t stride = (each * static_cast<std::size_t>(inside.width) + 3) / 4 * 4;
+  Image image{inside.width, inside.height, {}};
+  for (int y = 0; y < inside.height; ++y) {
+    const std::uint8_t* row =
+        xcb_get_image_data(reply.get()) + stride * static_cast<std::size_t>(y);
+    for (int x = 0; x < inside.width; ++x) {
+      std::uint32_t pixel = 0;
+      std::memcpy(&pixel, row + each * static_cast<std::size_t>(x), each);
+      image.pixels.push_back(colourOf(pixel, reply->depth));
+    }
+  }
   return image;
 }
 

@@ -47,7 +47,8 @@ bool traySelectionOwned(const XConnection& x) {
 
 XDesk::XDesk(const DeskOptions& options) : environment_(home_.environment()) {
   for (const auto& [name, value] : options.environment) environment_[name] = value;
-  server_ = std::make_unique<XServer>(home_.runtime(), environment_, options.monitors);
+  server_ =
+      std::make_unique<XServer>(home_.runtime(), environment_, options.monitors, options.depth);
   environment_["DISPLAY"] = server_->display();
   // MATE's daemon ends while it has nothing to show, and only this tells that it will come again.
   if (options.notifications == NotificationDaemon::Mate)

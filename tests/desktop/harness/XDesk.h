@@ -31,6 +31,8 @@ struct DeskOptions {
   std::optional<SoundServerKind> sound = {};
   /// Two of different sizes, side by side.
   std::vector<Rect> monitors = {{0, 0, 1280, 720}, {1280, 0, 1024, 600}};
+  /// With another depth the first one only, named "screen".
+  int depth = 24;
   bool sessionBus = true;
   /// Added to what every program of this desktop inherits.
   Environment environment = {};

@@ -11,10 +11,18 @@ namespace harness {
 
 namespace {
 
+constexpr int kUsualDepth = 24;
+
 Command serverCommand(const std::string& display, const std::string& rfbSocket,
-                      const Environment& environment, const std::vector<Rect>& monitors) {
+                      const Environment& environment, const std::vector<Rect>& monitors,
+                      int depth) {
   const Rect first = monitors.empty() ? Rect{0, 0, 1280, 720} : monitors.front();
   const std::string geometry = std::to_string(first.width) + "x" + std::to_string(first.height);
+  if (depth != kUsualDepth) {
+    return {{"Xvfb", display, "-displayfd", "1", "-screen", "0",
+             geometry + "x" + std::to_string(depth), "-nolisten", "tcp", "-noreset"},
+            environment};
+  }
   return {{"Xvnc", display, "-displayfd", "1", "-geometry", geometry, "-depth", "24",
            "-SecurityTypes", "None", "-rfbport", "-1", "-rfbunixpath", rfbSocket, "-nolisten",
            "tcp", "-noreset", "-AcceptSetDesktopSize=1"},
@@ -45,18 +53,19 @@ std::vector<Rect> monitorsOf(const XConnection& x) {
 }  // namespace
 
 XServer::XServer(const std::filesystem::path& folder, const Environment& environment,
-                 const std::vector<Rect>& monitors)
+                 const std::vector<Rect>& monitors, int depth)
     : rfbSocket_(folder / "rfb") {
   constexpr int kAttempts = 5;
-  for (int attempt = 1; !start(environment, monitors); ++attempt) {
+  for (int attempt = 1; !start(environment, monitors, depth); ++attempt) {
     if (attempt == kAttempts) throw std::runtime_error("no X server: " + process_->errorOutput());
   }
-  if (!monitors.empty()) setMonitors(monitors);
+  if (!monitors.empty() && depth == kUsualDepth) setMonitors(monitors);
 }
 
-bool XServer::start(const Environment& environment, const std::vector<Rect>& monitors) {
+bool XServer::start(const Environment& environment, const std::vector<Rect>& monitors, int depth) {
   display_ = randomDisplay();
-  process_ = std::make_unique<Process>(serverCommand(display_, rfbSocket_, environment, monitors));
+  process_ =
+      std::make_unique<Process>(serverCommand(display_, rfbSocket_, environment, monitors, depth));
   return process_->waitForLine("^[0-9]+$").has_value();
 }
 

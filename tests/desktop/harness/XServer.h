@@ -15,9 +15,9 @@ namespace harness {
 class XServer {
  public:
   /// `folder` takes the server's socket. Returns when clients can connect and the monitors are
-  /// as wanted.
+  /// as wanted. With another depth than 24 there is one monitor, the first, and it stays.
   XServer(const std::filesystem::path& folder, const Environment& environment,
-          const std::vector<Rect>& monitors);
+          const std::vector<Rect>& monitors, int depth);
 
   /// As DISPLAY has it.
   [[nodiscard]] const std::string& display() const { return display_; }
@@ -29,7 +29,8 @@ class XServer {
   [[nodiscard]] std::vector<Rect> monitors() const;
 
  private:
-  [[nodiscard]] bool start(const Environment& environment, const std::vector<Rect>& monitors);
+  [[nodiscard]] bool start(const Environment& environment, const std::vector<Rect>& monitors,
+                           int depth);
 
   std::string rfbSocket_;
   std::unique_ptr<Process> process_;

@@ -1,6 +1,7 @@
 #include "desktop/linux/wallpaper/RootWallpaper.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
@@ -11,137 +12,119 @@ namespace {
 using platform::Dictionary;
 
 constexpr const char* kCopy = "copy";
-constexpr const char* kProperty = "_XROOTPMAP_ID";
-/// Told and not yet put back; a program asks more than once before it sets.
-constexpr std::size_t kMostSaved = 4;
+constexpr const char* kRefused = "The X server does not take the picture.";
 
-/// Some points all over the root window.
-std::vector<QPoint> samplePoints(const QRect& area) {
-  std::vector<QPoint> points;
-  for (const int part : {1, 3, 5, 7}) {
-    points.emplace_back(area.width() * part / 8, area.height() * (8 - part) / 8);
-  }
-  return points;
+/// Window managers that compose the whole screen and paint a background of their own over the root
+/// window's. Part of their names: "Mutter (Muffin)", "Mutter(Budgie)", "GNOME Shell".
+constexpr std::array kShells{"Mutter", "Muffin", "GNOME Shell", "Gala", "KWin", "Enlightenment"};
+
+bool isHiddenByAShell(const WallpaperSurroundings& surroundings) {
+  const QString& manager = surroundings.desktop.windowManager;
+  const auto isNamed = [&](const char* name) {
+    return manager.contains(QLatin1String(name), Qt::CaseInsensitive);
+  };
+  return std::ranges::any_of(kShells, isNamed) && surroundings.x11->server().isComposited();
 }
 
-QRect middleRow(const QRect& area) {
-  return {0, area.height() / 2, area.width(), 1};
+/// Repeats a pixmap over `area`, from its corner.
+bool tile(XServer& server, xcb_pixmap_t from, xcb_drawable_t into, const QRect& area) {
+  const XContext context(server, into);
+  const std::array<std::uint32_t, 4> values{XCB_FILL_STYLE_TILED, from,
+                                            static_cast<std::uint32_t>(area.x()),
+                                            static_cast<std::uint32_t>(area.y())};
+  xcb_change_gc(
+      server.get(), context.id(),
+      XCB_GC_FILL_STYLE | XCB_GC_TILE | XCB_GC_TILE_STIPPLE_ORIGIN_X | XCB_GC_TILE_STIPPLE_ORIGIN_Y,
+      values.data());
+  const xcb_rectangle_t whole{
+      static_cast<std::int16_t>(area.x()), static_cast<std::int16_t>(area.y()),
+      static_cast<std::uint16_t>(area.width()), static_cast<std::uint16_t>(area.height())};
+  return succeeded(server,
+                   xcb_poly_fill_rectangle_checked(server.get(), into, context.id(), 1, &whole));
 }
 
 }  // namespace
 
-/// Either a pixmap or, where none is shown, a colour.
-struct RootWallpaper::Background {
-  std::optional<xcb_pixmap_t> pixmap;
-  std::uint32_t colour = 0;
-  /// Tells one content of a pixmap from another.
-  std::vector<std::uint32_t> sample;
-  bool operator==(const Background&) const = default;
-};
-
-struct RootWallpaper::Saved {
-  std::int64_t number = 0;
-  Background background;
-  std::unique_ptr<RootPixmap> content;
-};
-
 RootWallpaper::RootWallpaper(WallpaperSurroundings surroundings)
     : surroundings_(std::move(surroundings)) {}
 
-RootWallpaper::~RootWallpaper() = default;
-
 bool RootWallpaper::runs(const WallpaperSurroundings& surroundings) {
-  return surroundings.x11 != nullptr && surroundings.desktop.window == XCB_NONE;
+  return surroundings.x11 != nullptr && surroundings.desktop.window == XCB_NONE &&
+         !isHiddenByAShell(surroundings);
 }
 
-RootWallpaper::Background RootWallpaper::look() const {
-  Background background;
-  const QRect root = rootArea(server());
+/// Whether the root window still has the picture that we set last, for these monitors.
+bool RootWallpaper::isOurs() const {
   const auto named = namedRootPixmap(server());
-  // A program that gave the root window a colour has left the properties as they were.
-  const bool isTrue =
-      named && std::ranges::all_of(samplePoints(root), [&](const QPoint& point) {
-        const auto pixels = pixelsOf(server(), *named, {point, QSize(1, 1)});
-        return !pixels.empty() && rootBackgroundAt(server(), point) == pixels.front();
-      });
-  if (isTrue) {
-    background.pixmap = named;
-    background.sample = pixelsOf(server(), *named, middleRow(root));
-  } else {
-    background.colour = rootBackgroundAt(server(), samplePoints(root).front()).value_or(0);
-  }
-  return background;
-}
-
-std::unique_ptr<RootPixmap> RootWallpaper::contentOf(const Background& background) const {
-  const QRect root = rootArea(server());
-  auto content = std::make_unique<RootPixmap>(server(), root.size());
-  content->fill(background.colour);
-  if (background.pixmap) content->copy(*background.pixmap, root);
-  return content;
-}
-
-std::optional<std::string> RootWallpaper::set(const RootPixmap& picture) {
-  if (!setRootPixmap(server(), picture)) return "The X server does not take the picture.";
-  ourPixmap_ = server().numbers(server().root(), kProperty);
-  return std::nullopt;
-}
-
-RootWallpaper::Saved* RootWallpaper::savedUnder(std::int64_t number) {
-  const auto found = std::ranges::find(saved_, number, &Saved::number);
-  return found == saved_.end() ? nullptr : &*found;
+  return named && named->id == memory().picture;
 }
 
 std::optional<Backdrop> RootWallpaper::backdrop(const Monitor& monitor) {
-  const QString file = ours_.value(monitor.name);
-  if (file.isEmpty() || server().numbers(server().root(), kProperty) != ourPixmap_) {
-    return std::nullopt;
-  }
-  return Backdrop{.file = file, .style = BackdropStyle::Zoomed};
+  const auto file = memory().files.find(monitor.name);
+  if (file == memory().files.end() || !isOurs()) return std::nullopt;
+  return Backdrop{.file = file->second, .style = BackdropStyle::Zoomed};
 }
 
-std::optional<Dictionary> RootWallpaper::state(const Monitor& /*monitor*/) {
-  Background background = look();
-  if (saved_.empty() || saved_.back().background != background) {
-    auto content = contentOf(background);
-    saved_.push_back({++lastNumber_, std::move(background), std::move(content)});
-    if (saved_.size() > kMostSaved) saved_.pop_front();
+std::optional<Dictionary> RootWallpaper::state(const Monitor& monitor) {
+  auto content = std::make_unique<XPixmap>(server(), monitor.pixels.size());
+  if (!copyRootBackground(server(), monitor.pixels, content->id())) return std::nullopt;
+  const std::int64_t number = ++memory().lastNumber;
+  memory().told.insert_or_assign(
+      monitor.name,
+      RootWallpaperMemory::Told{number, std::move(content), isRootPictureNamed(server())});
+  return Dictionary{{kCopy, number}};
+}
+
+/// Has `paint` change our picture, or one that begins as what the root window shows, and shows it.
+bool RootWallpaper::draw(const std::function<bool(xcb_pixmap_t)>& paint) {
+  RootWallpaperMemory& memory = this->memory();
+  const bool again = isOurs();
+  const auto picture = again ? std::optional(memory.picture) : newRootPixmap(server());
+  if (!picture) return false;
+  if (!paint(*picture)) {
+    if (!again) dropRootPixmap(server(), *picture);
+    return false;
   }
-  return Dictionary{{kCopy, saved_.back().number}};
+  if (!again) memory.files.clear();
+  memory.picture = *picture;
+  showRootPixmap(server(), *picture);
+  return true;
 }
 
 std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QString& file) {
-  const auto picture = contentOf(look());
   BackdropLayout layout;
   for (const Monitor& each : surroundings_.monitors()) layout.desktop |= each.pixels;
   const Backdrop backdrop{.file = file, .style = BackdropStyle::Zoomed};
-  picture->draw(renderBackdrop(backdrop, monitor, layout), monitor.pixels.topLeft());
-  if (auto reason = set(*picture)) return reason;
-  ours_.insert(monitor.name, file);
+  const QImage image = renderBackdrop(backdrop, monitor, layout);
+  const bool shown = draw([&](xcb_pixmap_t picture) {
+    return putImage(server(), picture, image, monitor.pixels.topLeft());
+  });
+  if (!shown) return kRefused;
+  memory().files.insert_or_assign(monitor.name, file);
   return std::nullopt;
 }
 
-/// Whether every monitor shows its part of what was saved.
-bool RootWallpaper::isWhole(const Saved& saved) const {
-  const Background present = look();
-  return present.pixmap &&
-         std::ranges::all_of(surroundings_.monitors(), [&](const Monitor& monitor) {
-           const QRect row =
-               middleRow({{}, monitor.pixels.size()}).translated(monitor.pixels.topLeft());
-           return pixelsOf(server(), *present.pixmap, row) ==
-                  pixelsOf(server(), saved.content->id(), row);
-         });
-}
-
 std::optional<std::string> RootWallpaper::restore(const Monitor& monitor, const Dictionary& state) {
-  const Saved* saved = savedUnder(platform::valueOf<std::int64_t>(state, kCopy).value_or(0));
-  if (saved == nullptr) return "The picture of before is no longer known.";
-  const auto picture = contentOf(look());
-  picture->copy(saved->content->id(), monitor.pixels);
-  if (auto reason = set(*picture)) return reason;
-  ours_.remove(monitor.name);
-  if (!saved->background.pixmap && isWhole(*saved)) {
-    setRootColour(server(), saved->background.colour);
+  auto& told = memory().told;
+  const auto found = told.find(monitor.name);
+  const auto number = platform::valueOf<std::int64_t>(state, kCopy);
+  if (found == told.end() || found->second.number != number) {
+    return "The picture of before is no longer known.";
+  }
+  const std::vector<Monitor> monitors = surroundings_.monitors();
+  const auto present = std::ranges::find(monitors, monitor.name, &Monitor::name);
+  // One that has gone since shows nothing.
+  const bool shown = present == monitors.end() || draw([&](xcb_pixmap_t picture) {
+                       return tile(server(), found->second.content->id(), picture, present->pixels);
+                     });
+  if (!shown) return kRefused;
+  const bool wasNamed = found->second.named;
+  memory().files.erase(monitor.name);
+  told.erase(found);
+  if (wasNamed || !told.empty()) return std::nullopt;
+  if (const auto pixel = onlyPixel(server(), memory().picture)) {
+    showRootColour(server(), *pixel);
+    memory().picture = XCB_NONE;
   }
   return std::nullopt;
 }
@@ -149,7 +132,7 @@ std::optional<std::string> RootWallpaper::restore(const Monitor& monitor, const 
 void RootWallpaper::setChanged(std::function<void()> changed) {
   watch_.reset();
   if (!changed) return;
-  const xcb_atom_t property = server().atom(kProperty);
+  const xcb_atom_t property = server().atom(kRootPictureProperty);
   watch_ = surroundings_.x11->watch(
       server().root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
       [property, changed = std::move(changed)](const xcb_generic_event_t& event) {

@@ -1,55 +1,62 @@
 #pragma once
 
-#include <QHash>
-#include <list>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "desktop/linux/wallpaper/RootPixmap.h"
+#include "desktop/linux/wallpaper/RootBackground.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
 #include "desktop/linux/wallpaper/WallpaperTable.h"
 
 namespace linux_desktop {
 
+/// What has been told of the bare root window and not yet been put back, and what has been set. One
+/// adapter hands it to the next: a program with icons that comes and goes leaves the picture.
+struct RootWallpaperMemory {
+  struct Told {
+    std::int64_t number = 0;
+    std::unique_ptr<XPixmap> content;
+    bool named = false;
+  };
+  // By the monitor's name.
+  std::map<QString, Told> told;
+  std::int64_t lastNumber = 0;
+  std::map<QString, QString> files;
+  xcb_pixmap_t picture = XCB_NONE;
+};
+
 /// A window manager without a desktop: the picture is the root window's background, one for all
-/// monitors, left there by a program that has ended. No file names it, so its content is what is
-/// remembered, at the server.
+/// monitors, left there by a program that has ended. No file names it, so the server keeps a copy
+/// of what a state tells, until that is put back or the monitor's next one is told.
 class RootWallpaper final : public WallpaperAdapter {
  public:
   explicit RootWallpaper(WallpaperSurroundings surroundings);
-  ~RootWallpaper() override;
 
-  /// Whether nothing covers the root window. To be asked last.
+  /// Whether nothing covers the root window, neither a window nor what a shell composes. To be
+  /// asked last.
   [[nodiscard]] static bool runs(const WallpaperSurroundings& surroundings);
 
   /// Known only where the picture is ours.
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   std::optional<platform::Dictionary> state(const Monitor& monitor) override;
+  /// A root window's picture has none.
+  std::optional<platform::Dictionary> options(const Monitor&) override {
+    return platform::Dictionary{};
+  }
   std::optional<std::string> show(const Monitor& monitor, const QString& file) override;
   std::optional<std::string> restore(const Monitor& monitor,
                                      const platform::Dictionary& state) override;
   void setChanged(std::function<void()> changed) override;
 
  private:
-  struct Background;
-  struct Saved;
-
   [[nodiscard]] XServer& server() const { return surroundings_.x11->server(); }
-  [[nodiscard]] Background look() const;
-  [[nodiscard]] std::unique_ptr<RootPixmap> contentOf(const Background& background) const;
-  [[nodiscard]] std::optional<std::string> set(const RootPixmap& picture);
-  [[nodiscard]] Saved* savedUnder(std::int64_t number);
-  [[nodiscard]] bool isWhole(const Saved& saved) const;
+  [[nodiscard]] RootWallpaperMemory& memory() const { return *surroundings_.root; }
+  [[nodiscard]] bool isOurs() const;
+  [[nodiscard]] bool draw(const std::function<bool(xcb_pixmap_t)>& paint);
 
   WallpaperSurroundings surroundings_;
-  /// What was told; the newest last.
-  std::list<Saved> saved_;
-  std::int64_t lastNumber_ = 0;
-  /// By monitor, while the root picture is the one that we set last.
-  QHash<QString, QString> ours_;
-  std::vector<std::uint32_t> ourPixmap_;
   std::unique_ptr<XEvents::Watch> watch_;
 };
 

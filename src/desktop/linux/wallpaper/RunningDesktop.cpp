@@ -11,29 +11,47 @@
 namespace linux_desktop {
 namespace {
 
-/// The second of the two strings, each ended by a null byte (ICCCM 4.1.2.5).
-QString classOf(const XServer& server, xcb_window_t window) {
+QByteArray textOf(const XServer& server, xcb_window_t window, xcb_atom_t property) {
   xcb_generic_error_t* error = nullptr;
   const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
       server.get(),
-      xcb_get_property(server.get(), 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256),
+      xcb_get_property(server.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 256),
       &error));
   const XReply<xcb_generic_error_t> gone(error);
   if (!reply) return {};
-  const QByteArray both(static_cast<const char*>(xcb_get_property_value(reply.get())),
-                        xcb_get_property_value_length(reply.get()));
-  return QString::fromUtf8(both.split('\0').value(1));
+  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+          xcb_get_property_value_length(reply.get())};
+}
+
+/// EWMH 1.5.
+QString windowManagerOf(XServer& server) {
+  const auto check = server.numbers(server.root(), "_NET_SUPPORTING_WM_CHECK");
+  if (check.empty()) return {};
+  return QString::fromUtf8(textOf(server, check.front(), server.atom("_NET_WM_NAME")));
+}
+
+bool coversAMonitor(const WindowStack::DesktopWindow& window,
+                    const std::vector<Monitor>& monitors) {
+  return std::ranges::any_of(monitors,
+                             [&](const Monitor& monitor) { return window.covers(monitor.pixels); });
 }
 
 }  // namespace
 
-RunningDesktop lookAtDesktopWindow(XServer& server, const WindowStack& stack) {
-  const auto lowest =
-      std::ranges::find(stack.desktopWindows, false, &WindowStack::DesktopWindow::ours);
+RunningDesktop lookAtDesktopWindow(XServer& server, const WindowStack& stack,
+                                   const std::vector<Monitor>& monitors) {
+  const auto lowest = std::ranges::find_if(stack.desktopWindows, [&](const auto& window) {
+    return !window.ours && coversAMonitor(window, monitors);
+  });
   RunningDesktop desktop;
-  if (lowest == stack.desktopWindows.end()) return desktop;
+  if (lowest == stack.desktopWindows.end()) {
+    desktop.windowManager = windowManagerOf(server);
+    return desktop;
+  }
   desktop.window = lowest->window;
-  desktop.windowClass = classOf(server, lowest->window);
+  // The second of the two strings, each ended by a null byte (ICCCM 4.1.2.5).
+  const QByteArray both = textOf(server, lowest->window, XCB_ATOM_WM_CLASS);
+  desktop.windowClass = QString::fromUtf8(both.split('\0').value(1));
   const auto pid = server.numbers(lowest->window, "_NET_WM_PID");
   desktop.pid = pid.empty() ? 0 : pid.front();
   return desktop;

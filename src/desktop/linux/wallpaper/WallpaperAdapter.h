@@ -29,7 +29,13 @@ class WallpaperAdapter {
 
   /// All that `restore` takes to put the monitor back as it is now, on every workspace: style,
   /// colours, slide show, keys that are absent. None when the desktop does not answer.
+  /// What it takes to keep (a copy of pixels that no file has) is kept until that is put back.
   [[nodiscard]] virtual std::optional<platform::Dictionary> state(const Monitor& monitor) = 0;
+
+  /// How the monitor shows its picture now; keeps nothing.
+  [[nodiscard]] virtual std::optional<platform::Dictionary> options(const Monitor& monitor) {
+    return state(monitor);
+  }
 
   /// Shows the picture on that monitor on every workspace, with the monitor's own scaling (zoomed
   /// where it shows no picture now). `file` is absolute and was found to be a picture that this

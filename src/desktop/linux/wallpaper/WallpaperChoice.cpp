@@ -3,12 +3,13 @@
 #include <QDBusConnection>
 #include <utility>
 
+#include "desktop/linux/wallpaper/RootWallpaper.h"
 #include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {
 
 WallpaperChoice::WallpaperChoice(std::function<std::vector<Monitor>()> monitors, XEvents* x11)
-    : surroundings_{{}, std::move(monitors), x11} {}
+    : surroundings_{{}, std::move(monitors), x11, std::make_shared<RootWallpaperMemory>()} {}
 
 bool WallpaperChoice::isStillTheSame(const RunningDesktop& seen) const {
   const RunningDesktop& before = surroundings_.desktop;
@@ -20,7 +21,7 @@ bool WallpaperChoice::isStillTheSame(const RunningDesktop& seen) const {
 WallpaperChoice::Current WallpaperChoice::current() {
   RunningDesktop seen;
   if (XEvents* x11 = surroundings_.x11)
-    seen = lookAtDesktopWindow(x11->server(), x11->stack().now());
+    seen = lookAtDesktopWindow(x11->server(), x11->stack().now(), surroundings_.monitors());
   if (!isStillTheSame(seen)) {
     lookAtBus(seen, bus_);
     choose(std::move(seen));

@@ -55,7 +55,7 @@ std::optional<Dictionary> WallpaperPictures::options(const ScreenId& screen) con
   const auto monitor = monitorNamed(screen);
   WallpaperAdapter* adapter = choice_.current().adapter;
   if (!monitor || adapter == nullptr) return std::nullopt;
-  return adapter->state(*monitor);
+  return adapter->options(*monitor);
 }
 
 std::optional<std::string> WallpaperPictures::set(const std::string& path, const ScreenId& screen,

@@ -11,12 +11,16 @@
 
 namespace linux_desktop {
 
+struct RootWallpaperMemory;
+
 /// What an adapter is made from.
 struct WallpaperSurroundings {
   RunningDesktop desktop;
   std::function<std::vector<Monitor>()> monitors;
   /// Null where the interface is not on an X server. Outlives the adapter.
   XEvents* x11 = nullptr;
+  /// Handed on from one adapter of the bare root window to the next.
+  std::shared_ptr<RootWallpaperMemory> root;
 };
 
 /// One desktop that we know to set the picture of.

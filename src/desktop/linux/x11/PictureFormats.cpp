@@ -1,13 +1,19 @@
 #include "desktop/linux/x11/PictureFormats.h"
 
+#include "desktop/linux/xserver/XDrawing.h"
+
 namespace linux_desktop {
 namespace {
 
-bool isEightBitsBlueLowest(const xcb_render_pictforminfo_t& format) {
+bool liesAs(const PixelLayout& layout, const xcb_render_pictforminfo_t& format) {
   const xcb_render_directformat_t& direct = format.direct;
-  return format.type == XCB_RENDER_PICT_TYPE_DIRECT && direct.red_shift == 16 &&
-         direct.green_shift == 8 && direct.blue_shift == 0 && direct.red_mask == 0xff &&
-         direct.green_mask == 0xff && direct.blue_mask == 0xff;
+  const auto mask = [](std::uint16_t width, std::uint16_t shift) {
+    return std::uint32_t{width} << shift;
+  };
+  return format.type == XCB_RENDER_PICT_TYPE_DIRECT &&
+         layout == PixelLayout{mask(direct.red_mask, direct.red_shift),
+                               mask(direct.green_mask, direct.green_shift),
+                               mask(direct.blue_mask, direct.blue_shift)};
 }
 
 }  // namespace
@@ -25,7 +31,9 @@ PictureFormats::ByDepth PictureFormats::read() const {
   if (!reply) return formats;
   auto format = xcb_render_query_pict_formats_formats_iterator(reply.get());
   for (; format.rem > 0; xcb_render_pictforminfo_next(&format)) {
-    if (isEightBitsBlueLowest(*format.data)) formats.emplace(format.data->depth, format.data->id);
+    const xcb_render_pictforminfo_t& info = *format.data;
+    if (liesAs(PixelLayout::ofDepth(server_, info.depth), info))
+      formats.emplace(info.depth, info.id);
   }
   return formats;
 }

@@ -17,8 +17,8 @@ class PictureFormats {
   /// `server` outlives this.
   explicit PictureFormats(XServer& server) : server_(server) {}
 
-  /// The format of 8 bits a colour, blue lowest, in pixels of that depth; none where the server
-  /// has none.
+  /// The format in which pixels of that depth lie as PixelLayout says; none where the server has
+  /// none.
   [[nodiscard]] xcb_render_pictformat_t ofDepth(std::uint8_t depth);
 
  private:

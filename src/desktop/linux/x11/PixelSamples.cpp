@@ -6,15 +6,12 @@
 #include <cstring>
 #include <map>
 
+#include "desktop/linux/xserver/XDrawing.h"
+
 namespace linux_desktop {
 namespace {
 
 constexpr int kPointsAcross = 8;
-
-std::uint32_t colourMask(const XServer& server) {
-  const int depth = server.screen().root_depth;
-  return depth >= 32 ? ~0U : (1U << depth) - 1;
-}
 
 bool areClose(std::uint32_t one, std::uint32_t other, int tolerance) {
   for (int shift = 0; shift < 24; shift += 8) {
@@ -80,7 +77,6 @@ Samples samplesOf(XServer& server, xcb_drawable_t drawable, std::span<const QPoi
                                     static_cast<std::int16_t>(point.y()), 1, 1, ~0U));
   }
   Samples samples;
-  const std::uint32_t mask = colourMask(server);
   for (const auto& cookie : cookies) {
     xcb_generic_error_t* error = nullptr;
     const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(server.get(), cookie, &error));
@@ -90,7 +86,7 @@ Samples samplesOf(XServer& server, xcb_drawable_t drawable, std::span<const QPoi
     std::uint32_t pixel = 0;
     const auto length = static_cast<std::size_t>(xcb_get_image_data_length(reply.get()));
     std::memcpy(&pixel, xcb_get_image_data(reply.get()), std::min(length, sizeof pixel));
-    samples.back() = pixel & mask;
+    samples.back() = PixelLayout::ofDepth(server, reply->depth).colour(pixel);
   }
   return samples;
 }
@@ -134,7 +130,7 @@ std::optional<std::uint32_t> DesktopSight::usual() const {
 }
 
 DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack, const QRect& monitor) {
-  const WindowStack::DesktopWindow* icons = stack.iconsOn(monitor);
+  const WindowStack::DesktopWindow* icons = stack.desktopOn(monitor);
   const QRegion open = uncovered(server, stack, icons, monitor);
   const xcb_window_t window = icons != nullptr ? icons->window : server.root();
   const QPoint origin = icons != nullptr ? icons->area.topLeft() : QPoint();

@@ -12,8 +12,7 @@
 
 namespace linux_desktop {
 
-/// Pixels at some points, as the server has them, without transparency. None where there is none to
-/// be had.
+/// Colours at some points, 0xRRGGBB, without transparency. None where there is none to be had.
 using Samples = std::vector<std::optional<std::uint32_t>>;
 
 /// 64 points spread over `area`.
@@ -23,7 +22,6 @@ using Samples = std::vector<std::optional<std::uint32_t>>;
 /// pixels.
 [[nodiscard]] Samples samplesOf(XServer& server, xcb_drawable_t drawable,
                                 std::span<const QPoint> points);
-/// Of a picture in memory, as a server with 8 bits a colour would have it.
 [[nodiscard]] Samples samplesOf(const QImage& image, std::span<const QPoint> points);
 
 /// How many are known on both sides, and how many of those differ by no more than `tolerance` in

@@ -12,28 +12,11 @@ constexpr std::size_t kEnough = 16;
 
 std::optional<ForeignPixmap> RootPicture::pixmap() {
   if (!pixmapOfTurn_) {
-    pixmapOfTurn_ = readPixmap();
+    pixmapOfTurn_ = namedRootPixmap(server_);
     QMetaObject::invokeMethod(
         &context_, [this] { pixmapOfTurn_.reset(); }, Qt::QueuedConnection);
   }
   return *pixmapOfTurn_;
-}
-
-std::optional<ForeignPixmap> RootPicture::readPixmap() const {
-  const auto ids = server_.numbers(server_.root(), "_XROOTPMAP_ID");
-  if (ids.empty() || ids.front() == XCB_NONE) return std::nullopt;
-  const auto ofPixmap = xcb_get_geometry(server_.get(), ids.front());
-  const auto ofRoot = xcb_get_geometry(server_.get(), server_.root());
-  xcb_generic_error_t* error = nullptr;
-  const XReply<xcb_get_geometry_reply_t> size(
-      xcb_get_geometry_reply(server_.get(), ofPixmap, &error));
-  const XReply<xcb_generic_error_t> gone(error);
-  const XReply<xcb_get_geometry_reply_t> whole(
-      xcb_get_geometry_reply(server_.get(), ofRoot, nullptr));
-  if (!size || !whole || size->width != whole->width || size->height != whole->height) {
-    return std::nullopt;
-  }
-  return ForeignPixmap{ids.front(), size->depth};
 }
 
 bool RootPicture::isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,

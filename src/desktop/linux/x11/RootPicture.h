@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "desktop/linux/wallpaper/Monitor.h"
+#include "desktop/linux/wallpaper/RootBackground.h"
 #include "desktop/linux/x11/PixelSamples.h"
-#include "desktop/linux/x11/XPicture.h"
 
 namespace linux_desktop {
 
@@ -16,8 +16,8 @@ class RootPicture {
  public:
   explicit RootPicture(XServer& server) : server_(server) {}
 
-  /// The pixmap if there is one, it is alive and has the root window's size. Asked for at the first
-  /// call of a turn of the event loop, and forgotten at its end.
+  /// As `namedRootPixmap`. Asked for at the first call of a turn of the event loop, and forgotten
+  /// at its end.
   [[nodiscard]] std::optional<ForeignPixmap> pixmap();
   /// There may be another now.
   void forgetPixmap() { pixmapOfTurn_.reset(); }
@@ -39,8 +39,6 @@ class RootPicture {
     Monitor monitor;
     bool right;
   };
-
-  [[nodiscard]] std::optional<ForeignPixmap> readPixmap() const;
 
   XServer& server_;
   std::optional<std::optional<ForeignPixmap>> pixmapOfTurn_;

@@ -5,15 +5,9 @@
 #include <memory>
 
 #include "desktop/linux/x11/PictureFormats.h"
-#include "desktop/linux/xserver/XServer.h"
+#include "desktop/linux/xserver/XDrawing.h"
 
 namespace linux_desktop {
-
-/// A pixmap of somebody else, which may be gone at any time.
-struct ForeignPixmap {
-  xcb_pixmap_t id = XCB_NONE;
-  std::uint8_t depth = 0;
-};
 
 /// A picture that the X server holds, ready to be a window's background. Nothing of it is kept in
 /// this process. Given back to the server when the last one lets go of it; a window that has it as
@@ -31,30 +25,26 @@ class XPicture {
                                                                   PictureFormats& formats,
                                                                   const ForeignPixmap& source,
                                                                   const QRect& area);
-  /// One colour everywhere, as the root window's pixels have it. Takes the memory of one pixel.
-  [[nodiscard]] static std::shared_ptr<const XPicture> solid(XServer& server, std::uint32_t pixel,
+  /// What the bare root window shows there.
+  [[nodiscard]] static std::shared_ptr<const XPicture> fromRoot(XServer& server, const QRect& area);
+  /// One colour everywhere, 0xRRGGBB. Takes the memory of one pixel.
+  [[nodiscard]] static std::shared_ptr<const XPicture> solid(XServer& server, std::uint32_t colour,
                                                              QSize size);
-
-  ~XPicture();
-  XPicture(const XPicture&) = delete;
-  XPicture& operator=(const XPicture&) = delete;
 
   [[nodiscard]] QSize size() const { return size_; }
   /// Of the root window's depth. A background that is repeated gives the whole picture.
-  [[nodiscard]] xcb_pixmap_t pixmap() const { return pixmap_; }
+  [[nodiscard]] xcb_pixmap_t pixmap() const { return pixmap_.id(); }
 
  private:
   XPicture(XServer& server, QSize size, QSize held);
 
-  [[nodiscard]] bool put(const QImage& image) const;
   [[nodiscard]] bool copy(const ForeignPixmap& source, const QRect& area) const;
   [[nodiscard]] bool convert(PictureFormats& formats, const ForeignPixmap& source,
                              const QRect& area) const;
-  [[nodiscard]] bool succeeded(xcb_void_cookie_t request) const;
 
   XServer& server_;
   QSize size_;
-  xcb_pixmap_t pixmap_;
+  XPixmap pixmap_;
 };
 
 }  // namespace linux_desktop

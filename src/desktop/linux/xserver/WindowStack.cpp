@@ -175,10 +175,23 @@ WindowStack WindowStack::read(XServer& server) {
   return stack;
 }
 
+bool WindowStack::DesktopWindow::covers(const QRect& monitor) const {
+  const QRect shared = area & monitor;
+  return 2 * shared.width() > monitor.width() && 2 * shared.height() > monitor.height();
+}
+
 const WindowStack::DesktopWindow* WindowStack::iconsOn(const QRect& area) const {
   const DesktopWindow* topmost = nullptr;
   for (const DesktopWindow& window : desktopWindows) {
     if (!window.ours && window.area.intersects(area)) topmost = &window;
+  }
+  return topmost;
+}
+
+const WindowStack::DesktopWindow* WindowStack::desktopOn(const QRect& monitor) const {
+  const DesktopWindow* topmost = nullptr;
+  for (const DesktopWindow& window : desktopWindows) {
+    if (!window.ours && window.covers(monitor)) topmost = &window;
   }
   return topmost;
 }

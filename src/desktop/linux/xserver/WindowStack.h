@@ -22,6 +22,10 @@ struct WindowStack {
     /// Which of `topLevels` holds it or is it.
     std::size_t level = 0;
     bool ours = false;
+
+    /// Whether it is the desktop of that monitor, which a small one, a clock's say, is not. Window
+    /// managers may keep it out of the panels' way.
+    [[nodiscard]] bool covers(const QRect& monitor) const;
   };
 
   std::vector<TopLevel> topLevels;
@@ -32,6 +36,8 @@ struct WindowStack {
 
   /// The topmost of the icon windows that shows on part of `area`; null when there is none.
   [[nodiscard]] const DesktopWindow* iconsOn(const QRect& area) const;
+  /// The topmost of those that cover `monitor`; null where its root window shows.
+  [[nodiscard]] const DesktopWindow* desktopOn(const QRect& monitor) const;
 };
 
 }  // namespace linux_desktop
