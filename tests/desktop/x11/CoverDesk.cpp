@@ -62,7 +62,8 @@ CoverDesk::CoverDesk(const CoverDeskOptions& options)
   writePng(picture(1280, 720, 40), desk_.home().home() / "left.png");
   writePng(picture(1024, 600, 200), desk_.home().home() / "right.png");
   if (!options.composited) stopCompositing();
-  configure(options.icons);
+  if (options.icons != DesktopIcons::None) configure(options.icons);
+  if (options.pattern) (void)desk_.run({"xsetroot", "-mod", "16", "24"});
   desk_.startIcons(options.icons);
   bare_ = desk_.screen().settled(desk_.x().screenArea(), kCalm, kPatience);
   isExact_ = options.icons != DesktopIcons::Xfdesktop || hasRootPicture();

@@ -24,6 +24,8 @@ struct CoverDeskOptions {
   DesktopIcons icons = DesktopIcons::None;
   /// False: xfwm4 is told not to composite, as it does by itself.
   bool composited = true;
+  /// Shown by the root window, and named by nobody.
+  bool pattern = false;
 };
 
 /// Two monitors with a wallpaper and icons on them, an ordinary window above, and a program that

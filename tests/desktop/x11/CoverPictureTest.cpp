@@ -61,6 +61,23 @@ TEST(CoverPicture, WhatTheDesktopWasToldIsDrawnUntilItDrawsItItself) {
       << "drawn, in the same pixmap as before: its own pixels are the truth";
 }
 
+TEST(CoverPicture, WhatNobodyKnowsIsNotWaitedFor) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4});
+  covers.setRootPicture(kGreen);
+  ASSERT_TRUE(covers.desk().until([&] { return bothShow(covers, kGreen); }));
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe({"--told"}));
+  for (const std::uint32_t told : {kBlue, kGreen}) {
+    covers.probe().signal(SIGUSR1);
+    EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, told); })) << std::hex << told;
+  }
+}
+
+TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
+  CoverDesk covers({.windowManager = WindowManager::Openbox, .pattern = true});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+}
+
 TEST(CoverPicture, CoversGoAndComeBack) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
   ASSERT_NO_FATAL_FAILURE(covers.startProbe());

@@ -1,7 +1,8 @@
 // A program with nothing but covers: one a screen, refreshed as spaces and screens change. Says in
 // a line when they are up, when it hears of another space and when it has refreshed them for other
 // screens. With "--told" it knows of a backdrop, plain red, which
-// SIGUSR1 turns blue. SIGUSR2 takes the covers down, or puts them up again.
+// SIGUSR1 turns blue, and the next one makes unknown. SIGUSR2 takes the covers down, or puts them
+// up again.
 
 #include <sys/signalfd.h>
 
@@ -101,13 +102,17 @@ class PlainBackdrop final : public linux_desktop::BackdropSource {
   }
   void setChanged(std::function<void()> changed) override { changed_ = std::move(changed); }
 
-  void turnBlue() {
-    backdrop_.primary = Qt::blue;
+  void turn() {
+    if (backdrop_ && backdrop_->primary == Qt::red) {
+      backdrop_->primary = Qt::blue;
+    } else {
+      backdrop_.reset();
+    }
     if (changed_) changed_();
   }
 
  private:
-  Backdrop backdrop_{.file = {}, .primary = Qt::red};
+  std::optional<Backdrop> backdrop_{Backdrop{.file = {}, .primary = Qt::red}};
   std::function<void()> changed_;
 };
 
@@ -210,7 +215,7 @@ int main(int argc, char** argv) {
   QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
     signalfd_siginfo info{};
     if (::read(incoming.get(), &info, sizeof info) != sizeof info) return;
-    if (info.ssi_signo == SIGUSR1) backdrop.turnBlue();
+    if (info.ssi_signo == SIGUSR1) backdrop.turn();
     if (info.ssi_signo == SIGUSR2) probe.toggle();
   });
   return QApplication::exec();

@@ -14,11 +14,15 @@ class MonitorPictures::Drawing {
  public:
   Drawing(BackdropSource* source, const Monitor& monitor) : source_(source), monitor_(monitor) {}
 
-  /// Null where nobody knows what the desktop was told.
+  /// Whether anybody knows what the desktop was told. Draws nothing.
+  [[nodiscard]] bool isTold() {
+    if (source_ != nullptr && !std::exchange(asked_, true)) backdrop_ = source_->backdrop(monitor_);
+    return backdrop_.has_value();
+  }
+  /// Null where nobody knows.
   const QImage& image() {
-    if (source_ == nullptr || std::exchange(drawn_, true)) return image_;
-    const auto backdrop = source_->backdrop(monitor_);
-    if (backdrop) image_ = source_->render(*backdrop, monitor_);
+    if (!isTold() || std::exchange(drawn_, true)) return image_;
+    image_ = source_->render(*backdrop_, monitor_);
     if (image_.size() != monitor_.pixels.size()) image_ = {};
     return image_;
   }
@@ -30,6 +34,8 @@ class MonitorPictures::Drawing {
  private:
   BackdropSource* source_;
   const Monitor& monitor_;
+  bool asked_ = false;
+  std::optional<Backdrop> backdrop_;
   bool drawn_ = false;
   QImage image_;
 };
@@ -40,7 +46,7 @@ class MonitorPictures::Sight {
 
   /// Takes no look.
   [[nodiscard]] xcb_window_t iconWindow() const {
-    const auto* icons = events_.stack().now().iconsOn(monitor_.pixels);
+    const auto* icons = events_.stack().now().desktopOn(monitor_.pixels);
     return icons != nullptr ? icons->window : xcb_window_t{XCB_NONE};
   }
   const DesktopSight& look() {
@@ -78,7 +84,7 @@ void MonitorPictures::follow(std::function<void()> changed) {
   watch_.reset();
   if (!changed_) return;
   XServer& server = events_.server();
-  const xcb_atom_t picture = server.atom("_XROOTPMAP_ID");
+  const xcb_atom_t picture = server.atom(kRootPictureProperty);
   watch_ = events_.watch(server.root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
                          [this, picture](const xcb_generic_event_t& event) {
                            if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
@@ -127,7 +133,9 @@ bool MonitorPictures::isAwaited(const Monitor& monitor, Drawing& drawing) {
   const auto awaited = awaited_.find(monitor.name);
   if (awaited == awaited_.end()) return false;
   const Samples now = rootSamples(monitor);
-  if (now == awaited->second && !drawing.agreesWith(now)) return true;
+  // What nobody knows cannot come, or may be there already.
+  const bool isKnown = !drawing.image().isNull();
+  if (isKnown && now == awaited->second && !drawing.agreesWith(now)) return true;
   awaited_.erase(awaited);
   return false;
 }
@@ -150,6 +158,10 @@ std::shared_ptr<const XPicture> MonitorPictures::picture(const Monitor& monitor)
   XServer& server = events_.server();
   Drawing drawing(backdrops_, monitor);
   Sight sight(events_, monitor);
+  // A compositor may paint another picture than the root window's.
+  if (sight.iconWindow() == XCB_NONE && !drawing.isTold() && !server.isComposited()) {
+    if (auto picture = XPicture::fromRoot(server, monitor.pixels)) return picture;
+  }
   const auto root = root_.pixmap();
   if (root && !isAwaited(monitor, drawing) && isRight(*root, monitor, sight, drawing)) {
     if (auto picture = XPicture::fromPixmap(server, formats_, *root, monitor.pixels))

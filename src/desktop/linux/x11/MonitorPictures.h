@@ -17,8 +17,9 @@ namespace linux_desktop {
 /// What the desktop shows behind everything, monitor by monitor. Main thread only.
 ///
 /// The picture that the desktop has left on the root window, where that is the right one; else what
-/// it was told to show, drawn here. A desktop that was told of another picture takes its time to
-/// draw it; until it has, the picture is drawn here.
+/// it was told to show, drawn here. Where there is no desktop, the root window's own. A desktop
+/// that was told of another picture takes its time to draw it; until it has, the picture is drawn
+/// here.
 class MonitorPictures {
  public:
   /// Both outlive this.
@@ -28,7 +29,7 @@ class MonitorPictures {
   MonitorPictures& operator=(const MonitorPictures&) = delete;
 
   /// Null, as at first: nobody knows what the desktop was told, and where the root window has no
-  /// right picture, the colour that it mostly shows takes its place. Outlives its being set.
+  /// right picture, the colour that is mostly seen takes its place. Outlives its being set.
   void setBackdrops(BackdropSource* backdrops);
 
   /// Null where it cannot be had.
