@@ -1,8 +1,10 @@
 #include "desktop/harness/DesktopConfiguration.h"
 
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <stdexcept>
+#include <string_view>
 
 namespace harness {
 
@@ -75,6 +77,30 @@ void configurePcmanfmQt(const XDesk& desk, const MonitorBackdrop& backdrop) {
                                               "\nDesktopShortcuts=@Invalid()\n");
 }
 
+void setRoot(const XDesk& desk, const MonitorBackdrop& backdrop) {
+  if (backdrop.picture.empty()) {
+    (void)output(desk, {"xsetroot", "-solid", backdrop.colour});
+  } else {
+    (void)output(desk, {"hsetroot", "-cover", backdrop.picture});
+  }
+}
+
+std::string rootPicture(const XConnection& x) {
+  const auto pixmap = x.number(x.root(), "_XROOTPMAP_ID");
+  if (!pixmap) return "no picture\n";
+  const Rect all = x.screenArea();
+  const XReply<xcb_get_image_reply_t> reply(
+      xcb_get_image_reply(x.get(),
+                          xcb_get_image(x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, *pixmap, 0, 0,
+                                        static_cast<std::uint16_t>(all.width),
+                                        static_cast<std::uint16_t>(all.height), ~0U),
+                          nullptr));
+  if (!reply) return "a picture of another size\n";
+  const std::string_view pixels(reinterpret_cast<const char*>(xcb_get_image_data(reply.get())),
+                                static_cast<std::size_t>(xcb_get_image_data_length(reply.get())));
+  return "picture " + std::to_string(std::hash<std::string_view>{}(pixels)) + "\n";
+}
+
 std::string fileOrAbsent(const XDesk& desk, const std::string& name) {
   std::ifstream file(desk.home().config() / name);
   if (!file) return name + " is absent\n";
@@ -99,6 +125,7 @@ void configureIcons(const XDesk& desk, DesktopIcons kind, const Backdrops& backd
   fs::create_directories(desk.home().home() / "Desktop");
   switch (kind) {
     case DesktopIcons::None:
+      setRoot(desk, backdrops.at(0));
       break;
     case DesktopIcons::Xfdesktop:
       configureXfce(desk, backdrops);
@@ -118,7 +145,7 @@ void configureIcons(const XDesk& desk, DesktopIcons kind, const Backdrops& backd
 std::string backdropSettings(const XDesk& desk, DesktopIcons kind) {
   switch (kind) {
     case DesktopIcons::None:
-      break;
+      return rootPicture(desk.x());
     case DesktopIcons::Xfdesktop:
       return output(desk, {"xfconf-query", "-c", kXfceChannel, "-lv"});
     case DesktopIcons::Pcmanfm:

@@ -20,8 +20,8 @@ struct MonitorBackdrop {
 
 /// Tells a program that draws icons, before it starts, what to show behind them on each monitor,
 /// and to show no icons but of what lies in the desktop folder, which is made. Programs that know
-/// only one backdrop take the first monitor's. Throws std::runtime_error when a settings client
-/// refuses.
+/// only one backdrop take the first monitor's. Without such a program the root window gets it.
+/// Throws std::runtime_error when a settings client refuses.
 void configureIcons(const XDesk& desk, DesktopIcons kind,
                     const std::vector<MonitorBackdrop>& backdrops);
 
@@ -30,7 +30,8 @@ void setXfconf(const XDesk& desk, const std::string& channel, const std::string&
                const std::string& type, const std::string& value);
 
 /// All that the icon program's desktop keeps of its backdrops, absent keys and files told from
-/// empty ones: as xfconf-query, dconf and the configuration files have it.
+/// empty ones: as xfconf-query, dconf and the configuration files have it. Without such a program a
+/// number for the root window's picture.
 [[nodiscard]] std::string backdropSettings(const XDesk& desk, DesktopIcons kind);
 
 }  // namespace harness

@@ -33,6 +33,9 @@ inline constexpr std::array kFullDesktops{
     FullDesktop{"Openbox", harness::WindowManager::Openbox, harness::Panel::Tint2,
                 harness::NotificationDaemon::Dunst, harness::DesktopIcons::Pcmanfm,
                 harness::SoundServerKind::PulseAudio},
+    FullDesktop{"BareRoot", harness::WindowManager::Openbox, harness::Panel::Tint2,
+                harness::NotificationDaemon::Dunst, harness::DesktopIcons::None,
+                harness::SoundServerKind::PulseAudio},
 };
 
 /// One of these desktops with two monitors, icons and windows on them, and the program, told to do
@@ -73,7 +76,7 @@ class ModeDesk {
   /// Every monitor shows to the pixel what it showed in `before`; beside a smaller monitor lies
   /// what nobody sees.
   [[nodiscard]] testing::AssertionResult looksAsIn(const harness::Image& before);
-  /// Icons, or a window, are in the corner where icons begin.
+  /// Icons, or a window, are in the corner where icons begin; on a desktop that has any.
   [[nodiscard]] testing::AssertionResult showsIcons();
 
   /// The user's windows, for people to compare: which is active, which are to be seen, bottom to
