@@ -47,7 +47,7 @@ class Rules:
 class Check:
     def __init__(self, tree, rules):
         self.tree, self.rules, self.faults = tree, rules, []
-        self.files = sorted(file.relative_to(tree) for top in ("src", "tests", "bench", "resources")
+        self.files = sorted(file.relative_to(tree) for top in ("src", "tests", "bench", "demo", "resources")
                             for file in (tree / top).rglob("*") if file.suffix in SUFFIXES)
         self.graph = {file: [] for file in self.files}
 

@@ -1,7 +1,7 @@
 #include <exception>
 #include <iostream>
 
-#include "desktop/demo/Demonstration.h"
+#include "demo/Demonstration.h"
 
 /// calmdeck-demo FOLDER: shows what Calmdeck does, on a private desktop. Ends with 0 when all of it
 /// was seen.

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "desktop/demo/Observation.h"
+#include "demo/Observation.h"
 #include "desktop/harness/AccessibilityClient.h"
 #include "desktop/harness/XDesk.h"
 

@@ -1,4 +1,4 @@
-#include "desktop/demo/Demonstration.h"
+#include "demo/Demonstration.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "desktop/demo/Observation.h"
+#include "demo/Observation.h"
 
 #include <algorithm>
 #include <array>
