@@ -8,7 +8,7 @@
 #include "bench/ModeEffects.h"
 #include "bench/ProcessFigures.h"
 #include "bench/ProgramCounts.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 
 namespace bench {
 
@@ -41,9 +41,8 @@ void add(Times& times, Clock::time_point start, const ModeEffects::Seen& seen,
 class ModeRace {
  public:
   explicit ModeRace(int windows) : desk_(windows), effects_(desk_) {
-    desk_.choose({settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleDnd,
-                  settings::kUserdefaultsToggleHideActiveApps,
-                  settings::kUserdefaultsToggleWallpaper});
+    desk_.choose({shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleDnd,
+                  shared::kUserdefaultsToggleHideActiveApps, shared::kUserdefaultsToggleWallpaper});
     ready_.emplace(desk_.desk());
   }
 
@@ -142,7 +141,7 @@ void measureMode(const Options& options, Report& report) {
 void measureCovers(const Options& options, Report& report) {
   ModeDesk desk(0);
   ModeEffects effects(desk);
-  desk.choose({settings::kUserdefaultsToggleDesktopIcons});
+  desk.choose({shared::kUserdefaultsToggleDesktopIcons});
   ReadyProgram ready(desk.desk());
   Times first;
   Times further;

@@ -6,7 +6,7 @@
 #include "bench/DeskProgram.h"
 #include "bench/ModeEffects.h"
 #include "bench/MuteWatch.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 
 namespace bench {
 
@@ -46,10 +46,9 @@ class ShortcutDesk {
     sound.pactl({"set-default-source", kMicrophone});
     microphone_.emplace(kMicrophone, MuteWatch::Device::Source);
     effects_.emplace(desk_);
-    desk_.choose(
-        {settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleDnd,
-         settings::kUserdefaultsToggleHideActiveApps, settings::kUserdefaultsToggleSpeakerOff},
-        R"("kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13],
+    desk_.choose({shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleDnd,
+                  shared::kUserdefaultsToggleHideActiveApps, shared::kUserdefaultsToggleSpeakerOff},
+                 R"("kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13],
                     "kuserdefault_MuteMicShortcut": "m", "kuserdefault_MuteMicFlag": [12, 13])");
     const std::string script = BENCH_SCRIPT;
     desk_.desk().home().writeConfig(

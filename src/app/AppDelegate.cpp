@@ -12,7 +12,7 @@
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
 #include "preferences/ShortcutState.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 
 namespace app {
 
@@ -53,8 +53,8 @@ void AppDelegate::launchSetup() {
 
 void AppDelegate::applyLaunchAtLogin() {
   NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
-  const auto choice = defaults.objectOfType<bool>(settings::kUserdeaultsLaunchAtLogin);
-  if (!choice) defaults.setBool(true, settings::kUserdeaultsLaunchAtLogin);
+  const auto choice = defaults.objectOfType<bool>(shared::kUserdeaultsLaunchAtLogin);
+  if (!choice) defaults.setBool(true, shared::kUserdeaultsLaunchAtLogin);
   setLaunchAtStartup(choice.value_or(true));
 }
 
@@ -99,10 +99,9 @@ void AppDelegate::registerStoredHotKeys() {
   hotkeys::HotKeysController::setUnavailableHandler(
       [] { sharedPreferencesWindowController()->showShortcutUnavailableAlert(); });
   preferences::ShortcutState& state = preferences::shortcutState();
-  state.loadShortcut(settings::kuserdefault_ToggleAppShortcut,
-                     settings::kuserdefault_ToggleAppFlag);
+  state.loadShortcut(shared::kuserdefault_ToggleAppShortcut, shared::kuserdefault_ToggleAppFlag);
   if (!state.currentShortcutModifiers.isEmpty()) registerToggleAppHotKey();
-  state.loadShortcut(settings::kuserdefault_MuteMicShortcut, settings::kuserdefault_MuteMicFlag);
+  state.loadShortcut(shared::kuserdefault_MuteMicShortcut, shared::kuserdefault_MuteMicFlag);
   if (!state.currentShortcutModifiers.isEmpty()) registerMuteMicHotKey();
 }
 

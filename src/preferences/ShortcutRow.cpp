@@ -2,7 +2,7 @@
 
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 
 namespace preferences {
 
@@ -10,8 +10,8 @@ const ShortcutRow ShortcutRow::toggleApp{
     .box = &generalVc::boxShortcutToggleApp,
     .label = &generalVc::lblShortcutToggleApp,
     .clearButton = &generalVc::btnClearShortcut_ToggleApp,
-    .textKey = settings::kuserdefault_ToggleAppShortcut,
-    .listKey = settings::kuserdefault_ToggleAppFlag,
+    .textKey = shared::kuserdefault_ToggleAppShortcut,
+    .listKey = shared::kuserdefault_ToggleAppFlag,
     .registerHotKey = &PreferencesHost::registerToggleAppHotKey,
     .unregisterHotKey = &PreferencesHost::unregisterToggleAppHotKey,
     .isMuteMic = false,
@@ -21,8 +21,8 @@ const ShortcutRow ShortcutRow::muteMic{
     .box = &generalVc::boxShortcutMuteMic,
     .label = &generalVc::lblShortcutMuteMic,
     .clearButton = &generalVc::btnClearShortcut_MuteMic,
-    .textKey = settings::kuserdefault_MuteMicShortcut,
-    .listKey = settings::kuserdefault_MuteMicFlag,
+    .textKey = shared::kuserdefault_MuteMicShortcut,
+    .listKey = shared::kuserdefault_MuteMicFlag,
     .registerHotKey = &PreferencesHost::registerMuteMicHotKey,
     .unregisterHotKey = &PreferencesHost::unregisterMuteMicHotKey,
     .isMuteMic = true,

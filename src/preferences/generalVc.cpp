@@ -7,7 +7,7 @@
 #include "preferences/ShortcutRow.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/WallpaperTypes.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 
 namespace preferences {
 
@@ -28,12 +28,12 @@ void generalVc::viewDidLoad() {
 
 void generalVc::viewWillAppear() {
   const NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
-  if (const auto launches = defaults.objectOfType<bool>(settings::kUserdeaultsLaunchAtLogin)) {
+  if (const auto launches = defaults.objectOfType<bool>(shared::kUserdeaultsLaunchAtLogin)) {
     connected(&generalVc::checkBoxLaunchAtLogin)
         .setState(*launches ? NSControlStateValue::On : NSControlStateValue::Off);
   }
   connected(&generalVc::lblCurrentWallpaper)
-      .setStringValue(defaults.objectOfType<std::string>(settings::kUserdefaultsSelectedWallpaper)
+      .setStringValue(defaults.objectOfType<std::string>(shared::kUserdefaultsSelectedWallpaper)
                           .value_or("Please select a Wallpaper"));
   shortcutState().isRecordingShortcut = false;
   reload_ToggleApp();
@@ -50,7 +50,7 @@ void generalVc::viewWillDisappear() {
 void generalVc::checkBoxLaunchAtLoginClicked() {
   const bool launches =
       connected(&generalVc::checkBoxLaunchAtLogin).state() == NSControlStateValue::On;
-  NSUserDefaults::standardUserDefaults().setBool(launches, settings::kUserdeaultsLaunchAtLogin);
+  NSUserDefaults::standardUserDefaults().setBool(launches, shared::kUserdeaultsLaunchAtLogin);
   host_().setLaunchAtStartup(launches);
 }
 
@@ -58,7 +58,7 @@ void generalVc::btnChangeWallpaperClicked() {
   const auto url = chooseWallpaperImage();
   if (!url) return;
   NSUserDefaults::standardUserDefaults().setObject(url->path(),
-                                                   settings::kUserdefaultsSelectedWallpaper);
+                                                   shared::kUserdefaultsSelectedWallpaper);
   connected(&generalVc::lblCurrentWallpaper).setStringValue(url->path());
 }
 

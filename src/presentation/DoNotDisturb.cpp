@@ -5,7 +5,7 @@
 #include "platform/foundation/NSProcessInfo.h"
 #include "presentation/FocusScript.h"
 #include "presentation/ViewController.h"
-#include "scripting/ScriptRunner.h"
+#include "shared/ScriptRunner.h"
 
 namespace presentation {
 namespace {
@@ -38,7 +38,7 @@ void publishPreferences() {
 
 void ViewController::turnOnDoNotDisturb() {
   if (isControlCenterSystem()) {
-    scripting::runAppleScript(focusScript("1"));
+    shared::runAppleScript(focusScript("1"));
     return;
   }
   setPreference("dndStart", kDayStart);
@@ -49,7 +49,7 @@ void ViewController::turnOnDoNotDisturb() {
 
 void ViewController::turnOffDoNotDisturb() {
   if (isControlCenterSystem()) {
-    scripting::runAppleScript(focusScript("0"));
+    shared::runAppleScript(focusScript("0"));
     return;
   }
   setPreference("dndStart", std::nullopt);

@@ -9,7 +9,7 @@
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 
 namespace presentation {
 
@@ -40,16 +40,16 @@ struct ViewController::Feature {
 };
 
 const std::array<ViewController::Feature, 5> ViewController::Feature::all{{
-    {11, &ViewController::toggleButtonHideDesktopIcons, settings::kUserdefaultsToggleDesktopIcons,
+    {11, &ViewController::toggleButtonHideDesktopIcons, shared::kUserdefaultsToggleDesktopIcons,
      &ViewController::doHideDesktopIcon, &ViewController::doShowDesktopIcon},
-    {22, &ViewController::toggleButtonDisableNotifications, settings::kUserdefaultsToggleDnd,
+    {22, &ViewController::toggleButtonDisableNotifications, shared::kUserdefaultsToggleDnd,
      &ViewController::turnOnDoNotDisturb, &ViewController::turnOffDoNotDisturb},
-    {33, &ViewController::toggleButtonHideActiveApps, settings::kUserdefaultsToggleHideActiveApps,
+    {33, &ViewController::toggleButtonHideActiveApps, shared::kUserdefaultsToggleHideActiveApps,
      &ViewController::hideAllApps, &ViewController::showAllHiddenApps},
-    {44, &ViewController::toggleButtonTurnOffSpeaker, settings::kUserdefaultsToggleSpeakerOff,
+    {44, &ViewController::toggleButtonTurnOffSpeaker, shared::kUserdefaultsToggleSpeakerOff,
      &ViewController::muteSpeaker, &ViewController::unmuteSpeaker},
     {kWallpaperIndex, &ViewController::toggleButtonChangeWallpaper,
-     settings::kUserdefaultsToggleWallpaper, &ViewController::applyWallpaperAndRefresh,
+     shared::kUserdefaultsToggleWallpaper, &ViewController::applyWallpaperAndRefresh,
      &ViewController::restoreWallpapersAndRefresh},
 }};
 
@@ -110,7 +110,7 @@ void ViewController::btnToggleClickedWithNotification(
   if (!isOn || !index) return;
   if (index == kWallpaperIndex && *isOn &&
       !NSUserDefaults::standardUserDefaults().objectOfType<std::string>(
-          settings::kUserdefaultsSelectedWallpaper)) {
+          shared::kUserdefaultsSelectedWallpaper)) {
     refuseWallpaper();
     return;
   }

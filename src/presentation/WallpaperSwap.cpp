@@ -4,7 +4,7 @@
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
 #include "presentation/ViewController.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 
 namespace presentation {
 
@@ -19,7 +19,7 @@ void ViewController::applySelectedWallpaper() {
     if (url) oldWallpaperUrl_.push_back({screen, std::move(url)});
   }
   const auto path = platform::NSUserDefaults::standardUserDefaults().objectOfType<std::string>(
-      settings::kUserdefaultsSelectedWallpaper);
+      shared::kUserdefaultsSelectedWallpaper);
   if (!path) return;
   for (const auto& screen : NSScreen::screens()) setWallpaper(*path, *screen);
 }

@@ -2,7 +2,7 @@
 
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NSRunLoop.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 
 namespace app {
@@ -17,13 +17,13 @@ using Menu = std::vector<simulated::SimulatedStatusBar::MenuLine>;
 class AppDelegateTest : public tests::ApplicationTest {};
 
 TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTrue) {
-  store(settings::kUserdeaultsLaunchAtLogin, false);
+  store(shared::kUserdeaultsLaunchAtLogin, false);
   launch();
   EXPECT_EQ(desk.log.calls("defaults"), Lines{});
   for (const Value& other : {Value("false"), Value(0), Value(0.0), Value(platform::Array{})}) {
-    store(settings::kUserdeaultsLaunchAtLogin, other);
+    store(shared::kUserdeaultsLaunchAtLogin, other);
     relaunch();
-    EXPECT_EQ(desk.settings.object(settings::kUserdeaultsLaunchAtLogin), Value(true));
+    EXPECT_EQ(desk.settings.object(shared::kUserdeaultsLaunchAtLogin), Value(true));
   }
 }
 

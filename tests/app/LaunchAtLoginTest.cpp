@@ -1,6 +1,6 @@
 #include "app/LaunchOnStartup.h"
 #include "app/addLoginitem.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 
 namespace app {
@@ -95,7 +95,7 @@ TEST_F(LaunchAtLoginTest, EveryLaunchAppliesTheStoredChoice) {
   items.list.clear();
   relaunch();
   EXPECT_EQ(items.paths(), Lines{kOurs});
-  store(settings::kUserdeaultsLaunchAtLogin, false);
+  store(shared::kUserdeaultsLaunchAtLogin, false);
   relaunch();
   EXPECT_EQ(items.paths(), Lines{});
   EXPECT_EQ(desk.output.lines.size(), 1U);

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/carbon/KeyCodes.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 
 namespace app {
@@ -21,8 +21,8 @@ class MicrophoneActionTest : public tests::ApplicationTest {
  protected:
   MicrophoneActionTest() {
     desk.scripts.addApplication("System Events");
-    store(settings::kuserdefault_MuteMicShortcut, "m");
-    store(settings::kuserdefault_MuteMicFlag, Array{14, 11});
+    store(shared::kuserdefault_MuteMicShortcut, "m");
+    store(shared::kuserdefault_MuteMicFlag, Array{14, 11});
   }
   void setLevel(Value level) {
     desk.scripts.volume.insert_or_assign("input volume", std::move(level));

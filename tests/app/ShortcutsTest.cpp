@@ -53,7 +53,7 @@ TEST_F(ShortcutsTest, BothShortcutsComeFromTheSettingsAtEachLaunch) {
 }
 
 TEST_F(ShortcutsTest, WithoutUsableModifiersNothingIsRegistered) {
-  store(settings::kuserdefault_ToggleAppShortcut, "k");
+  store(shared::kuserdefault_ToggleAppShortcut, "k");
   launch();
   EXPECT_THAT(desk.log.calls("hotKeys"), IsEmpty());
   EXPECT_EQ(delegate().hotKeyToggleApp(), nullptr);
@@ -63,7 +63,7 @@ TEST_F(ShortcutsTest, WithoutUsableModifiersNothingIsRegistered) {
     storeShortcut(muteMic, "m", list);
     relaunch();
     EXPECT_THAT(desk.log.calls("hotKeys"), IsEmpty());
-    EXPECT_EQ(desk.settings.object(settings::kuserdefault_ToggleAppFlag), list);
+    EXPECT_EQ(desk.settings.object(shared::kuserdefault_ToggleAppFlag), list);
   }
 }
 

@@ -48,7 +48,7 @@ TEST_F(GeneralPaneTest, AChosenWallpaperIsStoredAndShownAsItsPath) {
   EXPECT_EQ(wallpaper(), "Please select a Wallpaper");
   chooseWallpaper("/Users/someone/Pictures/My Beach.heic");
   EXPECT_EQ(wallpaper(), "/Users/someone/Pictures/My Beach.heic");
-  EXPECT_EQ(stored(settings::kUserdefaultsSelectedWallpaper),
+  EXPECT_EQ(stored(shared::kUserdefaultsSelectedWallpaper),
             Value("/Users/someone/Pictures/My Beach.heic"));
   desk.log.clear();
   chooseWallpaper(std::nullopt);
@@ -82,8 +82,8 @@ TEST_F(GeneralPaneTest, EveryOpeningReadsTheSettingsAnew) {
   launchAndOpen();
   EXPECT_EQ(checkbox(), NSControlStateValue::On);
   closePreferences();
-  store(settings::kUserdefaultsSelectedWallpaper, "/pictures/beach");
-  store(settings::kUserdeaultsLaunchAtLogin, false);
+  store(shared::kUserdefaultsSelectedWallpaper, "/pictures/beach");
+  store(shared::kUserdeaultsLaunchAtLogin, false);
   storeShortcut(muteMic, "j", Array{12});
   openPreferences();
   EXPECT_EQ(wallpaper(), "/pictures/beach");
@@ -91,8 +91,8 @@ TEST_F(GeneralPaneTest, EveryOpeningReadsTheSettingsAnew) {
   EXPECT_EQ(look(muteMic), showing("⌃j"));
   closePreferences();
   // What is of another type counts as absent, and the checkbox stays.
-  store(settings::kUserdefaultsSelectedWallpaper, Array{"/pictures/beach"});
-  store(settings::kUserdeaultsLaunchAtLogin, 1);
+  store(shared::kUserdefaultsSelectedWallpaper, Array{"/pictures/beach"});
+  store(shared::kUserdeaultsLaunchAtLogin, 1);
   openPreferences();
   EXPECT_EQ(wallpaper(), "Please select a Wallpaper");
   EXPECT_EQ(checkbox(), NSControlStateValue::Off);
@@ -101,13 +101,13 @@ TEST_F(GeneralPaneTest, EveryOpeningReadsTheSettingsAnew) {
 TEST_F(GeneralPaneTest, TheCheckboxStoresTheChoiceAndChangesTheLoginItemsAtOnce) {
   launchAndOpen();
   click(pane().checkBoxLaunchAtLogin);
-  EXPECT_EQ(stored(settings::kUserdeaultsLaunchAtLogin), Value(false));
+  EXPECT_EQ(stored(shared::kUserdeaultsLaunchAtLogin), Value(false));
   EXPECT_EQ(desk.log.calls("loginItems").size(), 1U);
   closePreferences();
   openPreferences();
   EXPECT_EQ(checkbox(), NSControlStateValue::Off);
   click(pane().checkBoxLaunchAtLogin);
-  EXPECT_EQ(stored(settings::kUserdeaultsLaunchAtLogin), Value(true));
+  EXPECT_EQ(stored(shared::kUserdeaultsLaunchAtLogin), Value(true));
   EXPECT_EQ(desk.log.calls("loginItems"), Lines{"loginItems.insert /programs/calmdeck"});
 }
 

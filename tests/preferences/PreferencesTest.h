@@ -9,7 +9,7 @@
 #include "preferences/ShortcutRow.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 
 namespace preferences {

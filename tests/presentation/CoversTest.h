@@ -8,7 +8,7 @@ namespace presentation {
 /// The program with covered desktop icons, and the desktop pictures to cover them with.
 class CoversTest : public FeatureTest {
  protected:
-  void launchCovering() { launchWith({settings::kUserdefaultsToggleDesktopIcons}); }
+  void launchCovering() { launchWith({shared::kUserdefaultsToggleDesktopIcons}); }
 
   /// A desktop picture behind the others, of these pixels; numbered from 1 on.
   void addPicture(const std::string& name, std::size_t width, std::size_t height) {

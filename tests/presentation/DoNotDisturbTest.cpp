@@ -34,7 +34,7 @@ const Dictionary kQuiet{{"dndStart", 0.0}, {"dndEnd", 1440.0}, {"doNotDisturb", 
 
 class DoNotDisturbTest : public FeatureTest {
  protected:
-  void launchWithDoNotDisturb() { launchWith({settings::kUserdefaultsToggleDnd}); }
+  void launchWithDoNotDisturb() { launchWith({shared::kUserdefaultsToggleDnd}); }
 };
 
 TEST_F(DoNotDisturbTest, TheScriptIsThisTextForBothStates) {
@@ -87,7 +87,7 @@ TEST_F(DoNotDisturbTest, TheCheckboxIsClickedOnlyIfItIsNotAsWanted) {
 TEST_F(DoNotDisturbTest, AScriptThatFailsIsPrintedAndTheModeGoesOn) {
   addSpeakers();
   addControlCenter();
-  launchWith({settings::kUserdefaultsToggleDnd, settings::kUserdefaultsToggleSpeakerOff});
+  launchWith({shared::kUserdefaultsToggleDnd, shared::kUserdefaultsToggleSpeakerOff});
   checkbox->properties.clear();
   clickMaster();
   ASSERT_FALSE(desk.output.lines.empty());

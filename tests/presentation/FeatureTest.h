@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 
 namespace presentation {

@@ -15,7 +15,7 @@ class HidingApplicationsTest : public FeatureTest {
   void add(Id id, std::optional<std::string> name, Policy policy = Policy::Regular) {
     desk.applications.list.push_back({id, std::move(name), policy});
   }
-  void launchHiding() { launchWith({settings::kUserdefaultsToggleHideActiveApps}); }
+  void launchHiding() { launchWith({shared::kUserdefaultsToggleHideActiveApps}); }
   /// The master switch is clicked, and the event has not ended yet.
   void clickMasterOnly() {
     const auto master = panel().toggleButtonPresentationMode.lock();

@@ -32,7 +32,7 @@ class PanelTest : public FeatureTest {
  protected:
   PanelTest() {
     addSpeakers();
-    store(settings::kUserdefaultsSelectedWallpaper, "/pictures/sea.png");
+    store(shared::kUserdefaultsSelectedWallpaper, "/pictures/sea.png");
   }
 
   [[nodiscard]] std::shared_ptr<CToggleButton> master() {
@@ -128,9 +128,9 @@ TEST_F(PanelTest, NotificationsWithoutUsableEntriesAreIgnored) {
 
 TEST_F(PanelTest, WithoutAStatusButtonTheShortcutWorksAllTheSame) {
   desk.tray.hasButtons = false;
-  store(settings::kUserdefaultsToggleSpeakerOff, true);
-  store(settings::kuserdefault_ToggleAppShortcut, "k");
-  store(settings::kuserdefault_ToggleAppFlag, Array{12});
+  store(shared::kUserdefaultsToggleSpeakerOff, true);
+  store(shared::kuserdefault_ToggleAppShortcut, "k");
+  store(shared::kuserdefault_ToggleAppFlag, Array{12});
   launch();
   EXPECT_EQ(callsOf([this] {
               desk.keys.press({platform::kVK_ANSI_K, platform::controlKey});

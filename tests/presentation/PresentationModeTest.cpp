@@ -20,14 +20,14 @@ class PresentationModeTest : public CoversTest, public ::testing::WithParamInter
     addSpeakers();
     desk.applications.list = {{7, "Mail", platform::NSApplicationActivationPolicy::Regular}};
     desk.pictures.pictures = {{"A", "/old.png"}};
-    store(settings::kUserdefaultsSelectedWallpaper, "/new.png");
+    store(shared::kUserdefaultsSelectedWallpaper, "/new.png");
     addPicture("sea", 1280, 720);
     addControlCenter();
   }
   void launchWithEverything() {
-    launchWith({settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleDnd,
-                settings::kUserdefaultsToggleHideActiveApps,
-                settings::kUserdefaultsToggleSpeakerOff, settings::kUserdefaultsToggleWallpaper});
+    launchWith({shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleDnd,
+                shared::kUserdefaultsToggleHideActiveApps, shared::kUserdefaultsToggleSpeakerOff,
+                shared::kUserdefaultsToggleWallpaper});
   }
   void go(Road road) {
     if (road == Road::Click) {
@@ -76,8 +76,7 @@ TEST_P(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrder) {
 }
 
 TEST_P(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
-  launchWith(
-      {settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleHideActiveApps});
+  launchWith({shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleHideActiveApps});
   EXPECT_THAT(callsOf([this] { go(GetParam()); }),
               ElementsAre(kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty",
                           "windowList.capture 1", "applications.hide 7",
@@ -124,7 +123,7 @@ TEST_P(PresentationModeTest, NothingThatFailsTurnsASwitch) {
   }
   go(GetParam());
   click(panel().toggleButtonTurnOffSpeaker);
-  EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleSpeakerOff), Value(false));
+  EXPECT_EQ(desk.settings.object(shared::kUserdefaultsToggleSpeakerOff), Value(false));
 }
 
 TEST_P(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) {
@@ -186,7 +185,7 @@ TEST_P(PresentationModeTest, AFeatureSwitchActsAtOnceAndIsStored) {
 }
 
 TEST_P(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) {
-  launchWith({settings::kUserdefaultsToggleDesktopIcons});
+  launchWith({shared::kUserdefaultsToggleDesktopIcons});
   go(GetParam());
   for (const char* path : {"/new.png", "/old.png"}) {
     clearPictures();
@@ -201,7 +200,7 @@ TEST_P(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) 
 }
 
 TEST_P(PresentationModeTest, CoversComeAtOnceWhenOnlyTheirSwitchIsTurned) {
-  launchWith({settings::kUserdefaultsToggleWallpaper});
+  launchWith({shared::kUserdefaultsToggleWallpaper});
   go(GetParam());
   EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
   const std::string stored = "defaults.set kUserdefaultsToggleDesktopIcons";

@@ -1,4 +1,4 @@
-#include "settings/SettingsKeys.h"
+#include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 
 namespace presentation {
@@ -28,7 +28,7 @@ class WallpaperGuardTest : public tests::ApplicationTest {
     EXPECT_FALSE(panel().toggleButtonChangeWallpaper.lock()->isOn());
     EXPECT_EQ(delegate().popover()->behavior(), NSPopoverBehavior::Transient);
     EXPECT_TRUE(desk.screen.alerts().empty());
-    EXPECT_FALSE(desk.settings.object(settings::kUserdefaultsToggleWallpaper));
+    EXPECT_FALSE(desk.settings.object(shared::kUserdefaultsToggleWallpaper));
   }
 
   int asked = 0;
@@ -61,7 +61,7 @@ TEST_F(WallpaperGuardTest, ThePanelStaysOpenUnderTheAlertAndClosesAfterwards) {
 
 TEST_F(WallpaperGuardTest, AnythingButATextIsNoChosenWallpaper) {
   for (const Value& value : {Value(true), Value(7), Value(platform::Array{"/pictures/sea.png"})}) {
-    store(settings::kUserdefaultsSelectedWallpaper, value);
+    store(shared::kUserdefaultsSelectedWallpaper, value);
     relaunch();
     const int before = asked;
     clickAndAnswer();
@@ -70,13 +70,13 @@ TEST_F(WallpaperGuardTest, AnythingButATextIsNoChosenWallpaper) {
 }
 
 TEST_F(WallpaperGuardTest, AChosenWallpaperOrTurningOffIsNotAsked) {
-  store(settings::kUserdefaultsSelectedWallpaper, "");
+  store(shared::kUserdefaultsSelectedWallpaper, "");
   launch();
   click(panel().toggleButtonChangeWallpaper);
-  EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleWallpaper), Value(true));
-  desk.settings.values.erase(desk.settings.values.find(settings::kUserdefaultsSelectedWallpaper));
+  EXPECT_EQ(desk.settings.object(shared::kUserdefaultsToggleWallpaper), Value(true));
+  desk.settings.values.erase(desk.settings.values.find(shared::kUserdefaultsSelectedWallpaper));
   click(panel().toggleButtonChangeWallpaper);
-  EXPECT_EQ(desk.settings.object(settings::kUserdefaultsToggleWallpaper), Value(false));
+  EXPECT_EQ(desk.settings.object(shared::kUserdefaultsToggleWallpaper), Value(false));
 }
 
 TEST_F(WallpaperGuardTest, AnEndOfTheProgramUnderTheAlertLeavesNothing) {

@@ -20,8 +20,8 @@ class WallpaperSwapTest : public FeatureTest {
     desk.pictures.pictures = kOld;
     choose("/new.png");
   }
-  void choose(const std::string& path) { store(settings::kUserdefaultsSelectedWallpaper, path); }
-  void launchSwapping() { launchWith({settings::kUserdefaultsToggleWallpaper}); }
+  void choose(const std::string& path) { store(shared::kUserdefaultsSelectedWallpaper, path); }
+  void launchSwapping() { launchWith({shared::kUserdefaultsToggleWallpaper}); }
   /// The program runs, and the mode goes on.
   void swap() {
     launchSwapping();
@@ -61,10 +61,10 @@ TEST_F(WallpaperSwapTest, AScreenWithoutAPictureKeepsTheChosenOne) {
 }
 
 TEST_F(WallpaperSwapTest, WithoutAChosenPictureTheSameOnesAreSetAgain) {
-  store(settings::kUserdefaultsToggleWallpaper, true);
+  store(shared::kUserdefaultsToggleWallpaper, true);
   for (const platform::Value& stored :
        {platform::Value(7), platform::Value(platform::Array{"/new.png"})}) {
-    store(settings::kUserdefaultsSelectedWallpaper, stored);
+    store(shared::kUserdefaultsSelectedWallpaper, stored);
     relaunch();
     EXPECT_THAT(callsOf([this] { panel().togglePresentationMode(); }, "pictures"), IsEmpty());
     EXPECT_THAT(remembered(), ElementsAre("B /old/b.png", "A /old/a.png"));

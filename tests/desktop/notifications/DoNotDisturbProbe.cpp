@@ -9,7 +9,7 @@
 #include "desktop/linux/LinuxDesktop.h"
 #include "platform/Runtime.h"
 #include "presentation/ViewController.h"
-#include "scripting/ScriptRunner.h"
+#include "shared/ScriptRunner.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ constexpr const char* kLook = R"(tell application "System Events"
 end tell)";
 
 void carryOut(std::string_view what) {
-  if (what == "look") return scripting::runAppleScript(kLook);
+  if (what == "look") return shared::runAppleScript(kLook);
   presentation::ViewController controller;
   what == "on" ? controller.turnOnDoNotDisturb() : controller.turnOffDoNotDisturb();
 }

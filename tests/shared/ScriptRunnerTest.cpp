@@ -1,10 +1,10 @@
-#include "scripting/ScriptRunner.h"
+#include "shared/ScriptRunner.h"
 
 #include <gmock/gmock.h>
 
 #include "support/DeskTest.h"
 
-namespace scripting {
+namespace shared {
 namespace {
 
 using ::testing::AllOf;
@@ -39,4 +39,4 @@ TEST_F(ScriptRunnerTest, ATextThatMakesNoScriptDoesNothing) {
 }
 
 }  // namespace
-}  // namespace scripting
+}  // namespace shared

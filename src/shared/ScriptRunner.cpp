@@ -1,9 +1,9 @@
-#include "scripting/ScriptRunner.h"
+#include "shared/ScriptRunner.h"
 
 #include "platform/applescript/NSAppleScript.h"
 #include "platform/foundation/Print.h"
 
-namespace scripting {
+namespace shared {
 
 void runAppleScript(std::string source) {
   const auto script = platform::NSAppleScript::initWithSource(std::move(source));
@@ -13,4 +13,4 @@ void runAppleScript(std::string source) {
   if (errorInfo) platform::print("Optional(" + platform::description(*errorInfo) + ")");
 }
 
-}  // namespace scripting
+}  // namespace shared

@@ -4,7 +4,7 @@
 
 /// The entries of the application's settings. Each is read through NSUserDefaults; a value of
 /// another type than the one given here counts as absent, and each reader decides what that means.
-namespace settings {
+namespace shared {
 
 // The panel's feature switches, Bool. Absent: off.
 inline constexpr std::string_view kUserdefaultsToggleDesktopIcons =
@@ -29,4 +29,4 @@ inline constexpr std::string_view kuserdefault_MuteMicFlag = "kuserdefault_MuteM
 /// (The key has been spelled so from the first version on.)
 inline constexpr std::string_view kUserdeaultsLaunchAtLogin = "kUserdeaultsLaunchAtLogin";
 
-}  // namespace settings
+}  // namespace shared
