@@ -74,6 +74,8 @@ TEST(CoverPicture, WhatNobodyKnowsIsNotWaitedFor) {
 
 TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
   CoverDesk covers({.windowManager = WindowManager::Openbox, .pattern = true});
+  // A clock, which is no desktop.
+  (void)covers.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
   ASSERT_NO_FATAL_FAILURE(covers.startProbe());
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
