@@ -37,6 +37,12 @@ class FeatureTest : public tests::ApplicationTest {
     };
   }
   void clickMaster() { click(panel().toggleButtonPresentationMode); }
+  /// The same, and nothing that follows has run yet.
+  void pressMaster() {
+    const auto master = panel().toggleButtonPresentationMode.lock();
+    desk.screen.press(*master);
+    desk.screen.release(*master);
+  }
   void post(std::int64_t index, bool isOn) {
     platform::NSNotificationCenter::defaultCenter().postNotificationName(
         "toggle", nullptr, platform::Dictionary{{"isOn", isOn}, {"index", index}});

@@ -16,12 +16,6 @@ class HidingApplicationsTest : public FeatureTest {
     desk.applications.list.push_back({id, std::move(name), policy});
   }
   void launchHiding() { launchWith({shared::kUserdefaultsToggleHideActiveApps}); }
-  /// The master switch is clicked, and the event has not ended yet.
-  void clickMasterOnly() {
-    const auto master = panel().toggleButtonPresentationMode.lock();
-    desk.screen.press(*master);
-    desk.screen.release(*master);
-  }
   [[nodiscard]] static Calls hides(const std::vector<Id>& ids) {
     Calls calls;
     for (const Id id : ids) calls.push_back("applications.hide " + std::to_string(id));
@@ -36,7 +30,7 @@ TEST_F(HidingApplicationsTest, OrdinaryApplicationsAreHiddenInTheirOrderAndOnceM
   add(3, "Agent", Policy::Prohibited);
   add(4, "Agent");
   launchHiding();
-  EXPECT_EQ(callsOf([this] { clickMasterOnly(); }, "applications"), hides({5, 9, 4}));
+  EXPECT_EQ(callsOf([this] { pressMaster(); }, "applications"), hides({5, 9, 4}));
   EXPECT_EQ(callsOf([this] { desk.loop.settle(); }), hides({5, 9, 4}));
   EXPECT_THAT(desk.applications.hidden, UnorderedElementsAre(5, 9, 4));
 }
@@ -62,7 +56,7 @@ TEST_F(HidingApplicationsTest, TheSecondPassTakesTheListOfTheFirst) {
   add(1, "Mail");
   add(2, "Terminal");
   launchHiding();
-  clickMasterOnly();
+  pressMaster();
   add(3, "Late");
   desk.applications.list.erase(desk.applications.list.begin());
   desk.applications.hidden.clear();  // the user brings them forward
@@ -99,7 +93,7 @@ TEST_F(HidingApplicationsTest, WhoDoesNotHideIsAskedTwiceAndForgotten) {
 TEST_F(HidingApplicationsTest, AnEndBeforeTheSecondPassLeavesNothing) {
   add(1, "Mail");
   launchHiding();
-  clickMasterOnly();
+  pressMaster();
   desk.loop.terminate();
 }
 

@@ -86,11 +86,7 @@ TEST_P(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
 
 TEST_P(PresentationModeTest, WhatHappensInTheSecondBeforeTheCoversComesAfterThem) {
   launchWithEverything();
-  desk.loop.at(500ms, [this] {
-    const auto master = panel().toggleButtonPresentationMode.lock();
-    desk.screen.press(*master);
-    desk.screen.release(*master);
-  });
+  desk.loop.at(500ms, [this] { pressMaster(); });
   go(GetParam());
   // The stop was kept until the covers were there to be taken down.
   EXPECT_FALSE(panel().toggleButtonPresentationMode.lock()->isOn());
@@ -98,6 +94,23 @@ TEST_P(PresentationModeTest, WhatHappensInTheSecondBeforeTheCoversComesAfterThem
   both.insert(both.end(), kEverythingOff.begin(), kEverythingOff.end());
   EXPECT_EQ(desk.log.calls(), both);
   EXPECT_EQ(desk.screen.coverCount(), 0U);
+}
+
+TEST_P(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHasQueued) {
+  launchWithEverything();
+  const auto answer = checkbox->onClick;
+  bool isFirst = true;
+  checkbox->onClick = [&](simulated::SimulatedScriptObject& self) {
+    answer(self);
+    // It took its time, in which the user has changed his mind.
+    if (std::exchange(isFirst, false)) desk.loop.post([this] { pressMaster(); });
+  };
+  go(GetParam());
+  Calls both = kEverythingOn;
+  both.insert(both.end(), kEverythingOff.begin(), kEverythingOff.end());
+  EXPECT_EQ(desk.log.calls(), both);
+  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  EXPECT_FALSE(desk.applications.isHidden(7));
 }
 
 TEST_P(PresentationModeTest, TheTwoRoadsMeetInOneState) {

@@ -18,22 +18,34 @@ NSRunLoop& NSRunLoop::mainRunLoop() {
 }
 
 void NSRunLoop::deliver(Work event) {
-  if (!isHolding()) {
+  if (!sleeping_ && !isWaiting()) {
     event();
     return;
   }
   held_.push_back(std::move(event));
+  scheduleNext();
 }
 
 void NSRunLoop::enqueue(Work work) {
   queued_.push_back(std::move(work));
-  mainLoop().post(guarded(&NSRunLoop::deliverQueued));
+  scheduleNext();
 }
 
-void NSRunLoop::deliverQueued() {
-  Work work = std::move(queued_.front());
-  queued_.pop_front();
-  deliver(std::move(work));
+void NSRunLoop::scheduleNext() {
+  if (sleeping_ || nextIsScheduled_ || !isWaiting()) return;
+  nextIsScheduled_ = true;
+  mainLoop().post(guarded(&NSRunLoop::runNext));
+}
+
+void NSRunLoop::runNext() {
+  nextIsScheduled_ = false;
+  if (sleeping_) return;
+  std::deque<Work>& first = queued_.empty() ? held_ : queued_;
+  const Work work = std::move(first.front());
+  first.pop_front();
+  // Before the work: it may run a modal loop, in which the rest must have its turn too.
+  scheduleNext();
+  work();
 }
 
 void NSRunLoop::beforeWaiting(Work work) {
@@ -73,20 +85,7 @@ void NSRunLoop::sleep(double seconds) {
   const bool outer = std::exchange(sleeping_, true);
   mainLoop().sleep(durationOf(seconds));
   sleeping_ = outer;
-  if (!sleeping_) scheduleRelease();
-}
-
-void NSRunLoop::scheduleRelease() {
-  if (!held_.empty()) mainLoop().post(guarded(&NSRunLoop::releaseOne));
-}
-
-void NSRunLoop::releaseOne() {
-  if (sleeping_ || held_.empty()) return;
-  const Work event = std::move(held_.front());
-  held_.pop_front();
-  // Before the event: it may run a modal loop, in which the rest must have its turn too.
-  scheduleRelease();
-  event();
+  scheduleNext();
 }
 
 NSRunLoop::Work NSRunLoop::guarded(void (NSRunLoop::*function)()) {

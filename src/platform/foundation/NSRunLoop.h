@@ -15,18 +15,19 @@ namespace platform {
 /// The main run loop: the one place through which everything that happens reaches the application,
 /// and so the keeper of its order. Main thread only.
 ///
-/// While the main thread sleeps (see `sleep`), whatever arrives is held back; it is acted on after
-/// the event that slept has ended, in the order of arrival, before anything that arrives later.
+/// What an event has queued, and what that has queued in turn, runs before the next event is acted
+/// on. Whatever arrives until then, or while the main thread sleeps (see `sleep`), is held back; it
+/// is acted on afterwards, in the order of arrival, before anything that arrives later.
 class NSRunLoop final : public NSObject {
  public:
   using Work = std::function<void()>;
 
   [[nodiscard]] static NSRunLoop& mainRunLoop();
 
-  /// Acts on something that has just arrived: now, or once what is held back has had its turn.
+  /// Acts on something that has just arrived: now, or once what comes before it has had its turn.
   void deliver(Work event);
 
-  /// Delivers `work` after the current event, in the order of queuing.
+  /// Runs `work` after the current event, in the order of queuing.
   void enqueue(Work work);
 
   /// Runs `work` once at the end of the current turn, before the loop waits or sleeps.
@@ -49,10 +50,9 @@ class NSRunLoop final : public NSObject {
   [[nodiscard]] MonotonicTime now() const;
 
  private:
-  [[nodiscard]] bool isHolding() const { return sleeping_ || !held_.empty(); }
-  void deliverQueued();
-  void scheduleRelease();
-  void releaseOne();
+  [[nodiscard]] bool isWaiting() const { return !queued_.empty() || !held_.empty(); }
+  void scheduleNext();
+  void runNext();
   void flushBeforeWaiting();
   /// `function` on this run loop, unless it is gone by then.
   [[nodiscard]] Work guarded(void (NSRunLoop::*function)());
@@ -64,6 +64,7 @@ class NSRunLoop final : public NSObject {
   std::map<TimerId, std::unique_ptr<port::MainLoop::Timer>> timers_;
   TimerId lastTimer_ = 0;
   bool sleeping_ = false;
+  bool nextIsScheduled_ = false;
 };
 
 /// Seconds as the layer's durations.

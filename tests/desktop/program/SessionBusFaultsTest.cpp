@@ -1,4 +1,5 @@
-// The session bus itself as the peer that fails, which everything else on it then seems to do.
+// The session bus itself as the peer that fails, which everything else on it then seems to do; and
+// a daemon on it.
 
 #include <gmock/gmock.h>
 
@@ -75,6 +76,27 @@ TEST_F(SessionBusFaultsTest, ABusThatHangsInTheModeHoldsNothingUp) {
   expectTheModeTurns(false);
   // Where all this takes long enough, Do Not Disturb speaks of its wait.
   EXPECT_THAT(program.complaints(""), testing::Each(testing::HasSubstr("does not answer")));
+}
+
+TEST_F(SessionBusFaultsTest, TwoPressesWhileADaemonHangsEndWithNothingCoveredOrHidden) {
+  furnish(DesktopIcons::Pcmanfm);
+  ASSERT_TRUE(program.start());
+  const auto editor = desk.openWindow("Editor", {60, 60, 300, 200});
+  desk.windows().activate(editor.id);
+  ASSERT_TRUE(program.closes());
+  const auto hidden = [&](bool wanted) {
+    return desk.until([&] { return desk.windows().info(editor.id)->has("HIDDEN") == wanted; });
+  };
+  desk.notifications().freezeGroup();
+  for (int press = 0; press < 2; ++press) desk.input().key(kToggle);
+  EXPECT_TRUE(hidden(true));
+  EXPECT_TRUE(hidden(false));
+  // The click comes after everything that the presses have set going.
+  ASSERT_TRUE(program.clickIcon());
+  ASSERT_TRUE(program.opens());
+  EXPECT_TRUE(covered(false));
+  EXPECT_TRUE(hidden(false));
+  desk.notifications().thawGroup();
 }
 
 TEST_F(SessionBusFaultsTest, WithoutTheBusTheOpenPanelGoesOn) {

@@ -68,11 +68,28 @@ TEST_F(NSRunLoopTest, WhatArrivesDuringASleepTakesEffectAfterItOnceAndInOrder) {
     loop().deliver(note("arrived at once"));
   });
   desk.loop.settle();
-  EXPECT_EQ(order, (Order{"sleeps", "woke", "queued before", "click", "timer", "hot key",
-                          "arrived at once", "queued after"}));
+  EXPECT_EQ(order, (Order{"sleeps", "woke", "queued before", "queued after", "click", "timer",
+                          "hot key", "arrived at once"}));
   EXPECT_EQ(desk.loop.sleeps(), (std::deque<Duration>{1s}));
   desk.loop.advance(500ms);
   EXPECT_EQ(order.back(), "later");
+}
+
+TEST_F(NSRunLoopTest, WhatAnEventHasQueuedRunsWithAllItsHopsBeforeTheNextEvent) {
+  const auto handOn = [this](const std::string& what) {
+    return [this, what] {
+      order.push_back(what);
+      DispatchQueue::globalQueue().async([this, what] {
+        order.push_back(what + ", handed on");
+        DispatchQueue::mainQueue().async(note(what + ", and back"));
+      });
+    };
+  };
+  for (const char* event : {"first", "second"}) loop().deliver(handOn(event));
+  loop().deliver(note("third"));
+  desk.loop.settle();
+  EXPECT_EQ(order, (Order{"first", "first, handed on", "first, and back", "second",
+                          "second, handed on", "second, and back", "third"}));
 }
 
 TEST_F(NSRunLoopTest, AnEventThatWasHeldBackMaySleepItself) {
