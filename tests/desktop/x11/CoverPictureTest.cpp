@@ -196,6 +196,29 @@ INSTANTIATE_TEST_SUITE_P(On, CoverWallpaper, testing::Bool(), [](const auto& row
   return row.param ? "Composited" : "NotComposited";
 });
 
+/// With a window manager and without.
+class CoverMonitors : public testing::TestWithParam<WindowManager> {};
+
+TEST_P(CoverMonitors, NoCoverOfAnEarlierPlaceLiesOverTheLiveOneWhenTheFirstMonitorGoes) {
+  CoverDesk covers({.windowManager = GetParam()});
+  ASSERT_NO_FATAL_FAILURE(covers.startProbe({"--told"}));
+  const std::vector<Rect> both = covers.desk().server().monitors();
+  covers.swapPrimary();
+  ASSERT_TRUE(covers.probe().waitForLine("^refreshed$"));
+  covers.desk().server().setMonitors({both[0]});
+  ASSERT_TRUE(covers.probe().waitForLine("^refreshed$"));
+  EXPECT_TRUE(covers.desk().until([&] { return covers.everyMonitorIsCovered(); }));
+  covers.probe().signal(SIGUSR1);
+  EXPECT_TRUE(covers.desk().until([&] { return covers.desk().screen().pixel(200, 600) == kBlue; }))
+      << "another picture, of which the live cover hears";
+}
+
+INSTANTIATE_TEST_SUITE_P(On, CoverMonitors,
+                         testing::Values(WindowManager::None, WindowManager::Openbox),
+                         [](const auto& row) {
+                           return row.param == WindowManager::None ? "NoWindowManager" : "Openbox";
+                         });
+
 TEST(CoverPicture, CoversFollowTheMonitors) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
   ASSERT_NO_FATAL_FAILURE(covers.startProbe());

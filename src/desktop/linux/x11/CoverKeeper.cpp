@@ -78,6 +78,12 @@ void CoverKeeper::remove(KeptCover& cover) {
   known_.clear();
 }
 
+void CoverKeeper::arrived(const KeptCover& arrival, const QRect& area) {
+  for (KeptCover* cover : covers_) {
+    if (cover != &arrival) cover->giveWay(area);
+  }
+}
+
 void CoverKeeper::handle(const xcb_generic_event_t& event) {
   switch (event.response_type & 0x7f) {
     case XCB_PROPERTY_NOTIFY:

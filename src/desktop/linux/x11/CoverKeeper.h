@@ -21,6 +21,9 @@ class KeptCover {
   /// Puts up another window in its place, with the same picture: what a window manager does with a
   /// window is decided when that comes.
   virtual void remake(const CoverStand& stand) = 0;
+  /// Another cover has come onto the screen at `area`. One that still stands there, where its
+  /// window is not any more, goes.
+  virtual void giveWay(const QRect& area) = 0;
 };
 
 /// Keeps covers above the icon windows while window managers, icon programs and users move things.
@@ -38,6 +41,8 @@ class CoverKeeper {
 
   void add(KeptCover& cover);
   void remove(KeptCover& cover);
+  /// `arrival` has come onto the screen, at `area`.
+  void arrived(const KeptCover& arrival, const QRect& area);
 
  private:
   enum class Manager { None, TakesDesktopWindows, Other };

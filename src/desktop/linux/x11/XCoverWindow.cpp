@@ -56,9 +56,16 @@ void XCoverWindow::apply() {
 void XCoverWindow::putUp(const QRect& area, const std::shared_ptr<const XPicture>& picture,
                          const CoverStand& stand) {
   leaving_ = std::move(surface_);
-  surface_ =
-      std::make_unique<CoverSurface>(events_, area, picture, stand, [this] { leaving_.reset(); });
+  surface_ = std::make_unique<CoverSurface>(events_, area, picture, stand, [this, area] {
+    leaving_.reset();
+    keeper_.arrived(*this, area);
+  });
   surface_->map();
+}
+
+void XCoverWindow::giveWay(const QRect& area) {
+  if (!surface_ || !surface_->area().intersects(area)) return;
+  if (surface_->area() != screens_.toPixels(window_.frame())) surface_.reset();
 }
 
 void XCoverWindow::remake(const CoverStand& stand) {

@@ -16,7 +16,9 @@ namespace linux_desktop {
 /// A cover as the peer of its window. It is up while the window is shown and its content is an
 /// image view with a DesktopCapture of the frame's size; content of another kind or size changes
 /// nothing. A cover that goes elsewhere is a new window there, and the old one goes once that is on
-/// the screen: so a picture is never seen in another's place.
+/// the screen: so a picture is never seen in another's place. A window's place is its frame's on
+/// the screens of the moment, but a cover stays where it is until it is shown another picture or
+/// another cover comes there: the monitors may be others for a while before the covers hear of it.
 class XCoverWindow final : public platform::port::WindowPeer, private KeptCover {
  public:
   /// All outlive this.
@@ -34,6 +36,7 @@ class XCoverWindow final : public platform::port::WindowPeer, private KeptCover 
  private:
   [[nodiscard]] CoverSurface* surface() override { return surface_.get(); }
   void remake(const CoverStand& stand) override;
+  void giveWay(const QRect& area) override;
   void apply();
   void putUp(const QRect& area, const std::shared_ptr<const XPicture>& picture,
              const CoverStand& stand);
