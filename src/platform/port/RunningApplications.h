@@ -29,9 +29,9 @@ struct ApplicationInfo {
 ///
 /// Hiding takes all of an application's windows on all spaces off the screen, and showing brings
 /// back what hiding took away, in its old order, leaving the active window and the space as they
-/// are. A window that the user had minimised before stays so: minimised is not hidden. An
-/// application is hidden when it was hidden, by this process or an earlier one, and not brought
-/// forward since.
+/// are; where the user works in no window by then, the one from before is active again. A window
+/// that the user had minimised before stays so: minimised is not hidden. An application is hidden
+/// when it was hidden, by this process or an earlier one, and not brought forward since.
 ///
 /// Requests take effect soon after; those of one turn of the loop take effect together. Reads are
 /// answered from memory and know of the requests made so far.

@@ -155,6 +155,12 @@ bool ApplicationsDesk::isMarked(xcb_window_t window) const {
   return desk_.x().number(window, "_CALMDECK_HIDDEN").has_value();
 }
 
+bool ApplicationsDesk::hasKeyboard(xcb_window_t window) const {
+  const harness::XReply<xcb_get_input_focus_reply_t> reply(
+      xcb_get_input_focus_reply(desk_.x().get(), xcb_get_input_focus(desk_.x().get()), nullptr));
+  return reply && reply->focus == window;
+}
+
 std::uint32_t ApplicationsDesk::workspace(xcb_window_t window) const {
   return desk_.x().number(window, "_NET_WM_DESKTOP").value_or(UINT32_MAX);
 }

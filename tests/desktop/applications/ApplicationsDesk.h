@@ -60,6 +60,8 @@ class ApplicationsDesk {
 
   [[nodiscard]] bool isMinimised(xcb_window_t window) const;
   [[nodiscard]] bool isMarked(xcb_window_t window) const;
+  /// By the X server itself: xfwm4 goes on calling a window active that it has minimised.
+  [[nodiscard]] bool hasKeyboard(xcb_window_t window) const;
   [[nodiscard]] std::uint32_t workspace(xcb_window_t window) const;
   [[nodiscard]] std::uint32_t currentWorkspace() const;
   /// Waits for it.

@@ -51,6 +51,32 @@ TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {
   EXPECT_TRUE(desk.desk().x().numbers(desk.desk().x().root(), "_CALMDECK_ORDER").empty());
 }
 
+TEST_P(HidingTest, TheWindowThatWasActiveIsSoAgainUnlessTheUserWorksInAnother) {
+  const auto icons = desk.open({.name = "icons", .type = "DESKTOP", .area = {0, 0, 1280, 720}});
+  const auto letter = desk.openProgram("letter", {100, 100, 300, 200});
+  const auto memo = desk.openProgram("memo", {150, 150, 300, 200});
+  const auto drawing = desk.openProgram("drawing", {200, 200, 300, 200});
+  const std::vector<xcb_window_t> hidden{letter, memo, drawing};
+  desk.startProbe();
+  // Whatever becomes active as the others go: nothing, the icons, or what the user works in then.
+  for (const char* meanwhile : {"nothing", "icons", "talk"}) {
+    desk.activate(memo);
+    const auto order = desk.stacking(hidden);
+    desk.tell("hide");
+    ASSERT_TRUE(desk.allMinimised(hidden));
+    xcb_window_t wanted = memo;
+    if (meanwhile == std::string("icons")) desk.activate(icons);
+    if (meanwhile == std::string("talk")) desk.activate(wanted = desk.open({.name = meanwhile}));
+    desk.probe().kill();
+    desk.startProbe();
+    desk.tell("show");
+    ASSERT_TRUE(desk.allShown(hidden));
+    EXPECT_TRUE(desk.desk().until([&] { return desk.hasKeyboard(wanted); })) << meanwhile;
+    EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(hidden) == order; })) << meanwhile;
+    EXPECT_TRUE(desk.desk().until([&] { return desk.desk().windows().active() == wanted; }));
+  }
+}
+
 TEST_P(HidingTest, OnlyWhatHidingTookAwayComesBack) {
   const auto minimisedBefore = desk.open({.name = "minimised before", .className = "A"});
   const auto forward = desk.open({.name = "brought forward", .className = "B"});

@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 using linux_desktop::orderPutBack;
-using linux_desktop::restackings;
 using linux_desktop::WindowOrder;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -23,14 +21,6 @@ TEST(ShowOrderTest, WhatCameSinceStaysOnTop) {
 
 TEST(ShowOrderTest, WindowsThatWereNotRememberedStayWhereTheyAre) {
   EXPECT_THAT(orderPutBack({1, 8, 2}, {8, 2}, {}), ElementsAre(1, 8, 2));
-}
-
-TEST(ShowOrderTest, MovesOnlyWhatIsOutOfPlace) {
-  using linux_desktop::Restacking;
-  EXPECT_THAT(restackings({1, 2, 3}, {1, 2, 3}, {1, 2, 3}), IsEmpty());
-  EXPECT_THAT(restackings({3, 1, 2}, {1, 2, 3}, {1, 2, 3}),
-              ElementsAre(Restacking{1, XCB_NONE}, Restacking{2, 1}));
-  EXPECT_THAT(restackings({2, 9, 1}, {1, 2}, {1, 2, 9}), ElementsAre(Restacking{1, XCB_NONE}));
 }
 
 }  // namespace

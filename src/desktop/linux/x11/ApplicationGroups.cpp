@@ -20,13 +20,6 @@ std::string lowerCase(std::string text) {
   return text;
 }
 
-bool isOurs(const ClientWindow& window) {
-  static const std::string machine = QSysInfo::machineHostName().toStdString();
-  const bool ownProcess = window.pid && *window.pid == QCoreApplication::applicationPid() &&
-                          (window.machine.empty() || window.machine == machine);
-  return ownProcess || lowerCase(window.className) == "calmdeck";
-}
-
 /// The process comes late: in a sandbox the number is an inner one, and terminals share one.
 std::string keyOf(const ClientWindow& window) {
   if (!window.gtkApplicationId.empty()) return "gtk " + window.gtkApplicationId;
@@ -65,6 +58,13 @@ void add(const ClientWindow& window, const ClientWindow& leader, ApplicationGrou
 }
 
 }  // namespace
+
+bool isOurs(const ClientWindow& window) {
+  static const std::string machine = QSysInfo::machineHostName().toStdString();
+  const bool ownProcess = window.pid && *window.pid == QCoreApplication::applicationPid() &&
+                          (window.machine.empty() || window.machine == machine);
+  return ownProcess || lowerCase(window.className) == "calmdeck";
+}
 
 bool ApplicationGroup::isHidden() const {
   return std::ranges::any_of(windows, &ClientWindow::isHidden) ||

@@ -32,6 +32,9 @@ struct ApplicationGroup {
   [[nodiscard]] bool isVisible() const;
 };
 
+/// A window of this program.
+[[nodiscard]] bool isOurs(const ClientWindow& window);
+
 /// The applications but for ourselves, in the order of their oldest windows.
 [[nodiscard]] std::vector<ApplicationGroup> applicationsOf(const ClientList& list);
 

@@ -29,6 +29,7 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(ClientAtom::Coun
     "_GTK_APPLICATION_ID",
     "_CALMDECK_HIDDEN",
     "_CALMDECK_ORDER",
+    "_CALMDECK_ACTIVE",
     "_NET_WM_WINDOW_TYPE",
     "_NET_WM_WINDOW_TYPE_DESKTOP",
     "_NET_WM_WINDOW_TYPE_DOCK",

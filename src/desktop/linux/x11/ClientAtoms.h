@@ -32,6 +32,7 @@ enum class ClientAtom : std::size_t {
   GtkApplicationId,
   HiddenMark,
   HiddenOrder,
+  HiddenActive,
   WindowType,
   DesktopType,
   DockType,

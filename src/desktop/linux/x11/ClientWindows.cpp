@@ -15,12 +15,13 @@ enum RootProperty : std::size_t {
   kSupported,
   kCheck,
   kOrder,
+  kRememberedActive,
   kRootProperties
 };
 constexpr std::array<ClientAtom, kRootProperties> kOfRoot{
     ClientAtom::ClientList,     ClientAtom::ClientListStacking, ClientAtom::ActiveWindow,
     ClientAtom::CurrentDesktop, ClientAtom::Supported,          ClientAtom::SupportingWmCheck,
-    ClientAtom::HiddenOrder};
+    ClientAtom::HiddenOrder,    ClientAtom::HiddenActive};
 
 /// What is read of each window, beside those that the X protocol itself names.
 enum WindowProperty : std::size_t {
@@ -58,6 +59,7 @@ void takeRoot(std::span<const ClientPropertyValue> root, ClientList& list) {
   list.stacking = listIn(root[kStacking]);
   list.rememberedOrder = listIn(root[kOrder]);
   list.active = root[kActive].number().value_or(XCB_NONE);
+  list.rememberedActive = root[kRememberedActive].number().value_or(XCB_NONE);
   list.currentDesktop = root[kCurrentDesktop].number().value_or(0);
 }
 
@@ -71,6 +73,18 @@ std::vector<xcb_window_t> ClientList::knownOrder() const {
   std::vector<xcb_window_t> order = rememberedOrder;
   std::erase_if(order, [&](xcb_window_t window) { return broughtForward.contains(window); });
   return order;
+}
+
+const ClientWindow* ClientList::workWindow(xcb_window_t window) const {
+  const auto found = std::ranges::find(windows, window, &ClientWindow::id);
+  const bool isOne = found != windows.end() && found->kind != ClientKind::Furniture;
+  return isOne ? &*found : nullptr;
+}
+
+bool ClientList::isHere(const ClientWindow& window) const {
+  constexpr std::uint32_t kEverywhere = 0xffffffff;  // EWMH 1.5
+  const std::uint32_t desktop = window.desktop.value_or(currentDesktop);
+  return desktop == currentDesktop || desktop == kEverywhere;
 }
 
 ClientList ClientWindows::read() const {

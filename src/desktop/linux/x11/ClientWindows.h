@@ -65,6 +65,8 @@ struct ClientList {
   /// The stacking order from before windows were hidden; empty when none are.
   std::vector<xcb_window_t> rememberedOrder;
   xcb_window_t active = XCB_NONE;
+  /// The hidden window that the user worked in last; none when there is none.
+  xcb_window_t rememberedActive = XCB_NONE;
   std::uint32_t currentDesktop = 0;
   /// Empty while no window manager runs.
   std::string windowManager;
@@ -74,6 +76,10 @@ struct ClientList {
 
   /// The remembered order without the windows that were brought forward since.
   [[nodiscard]] std::vector<xcb_window_t> knownOrder() const;
+  /// A window that the user may work in; null for a desktop, a panel, a cover or one not listed.
+  [[nodiscard]] const ClientWindow* workWindow(xcb_window_t window) const;
+  /// Whether it belongs to the current workspace.
+  [[nodiscard]] bool isHere(const ClientWindow& window) const;
 };
 
 /// The windows of other programs and our own, as the window manager lists them.

@@ -19,7 +19,7 @@ HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
       wait_(events, clients),
       plan_(std::move(plan)),
       done_(std::move(done)) {
-  requests_.rememberOrder(plan_.order);
+  requests_.remember(plan_.order, plan_.active);
   for (const xcb_window_t window : plan_.windows) requests_.mark(window, HiddenMark::Hidden);
   for (const xcb_window_t window : plan_.followers) requests_.mark(window, HiddenMark::Hidden);
   hide(plan_.windows, [this](const std::vector<xcb_window_t>& left) {

@@ -20,6 +20,8 @@ class HideOperation final : public HiddenOperation {
   struct Plan {
     /// In the stacking order of before, with those that are hidden already.
     std::vector<xcb_window_t> order;
+    /// The one that is to be active again, of those and these.
+    xcb_window_t active = XCB_NONE;
     std::vector<xcb_window_t> windows;
     /// Dialogs of those, which most window managers take away with them.
     std::vector<xcb_window_t> followers;

@@ -46,6 +46,10 @@ void HideRequests::activate(xcb_window_t window, xcb_timestamp_t time) {
   message(window, ClientAtom::ActiveWindow, {kFromPager, time});
 }
 
+void HideRequests::focus(xcb_window_t window, xcb_timestamp_t time) {
+  xcb_set_input_focus(clients_.server().get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
+}
+
 void HideRequests::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
   message(window, ClientAtom::Desktop, {desktop, kFromPager});
 }
@@ -53,10 +57,6 @@ void HideRequests::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
 void HideRequests::restack(xcb_window_t window, xcb_window_t sibling) {
   const std::uint32_t mode = sibling == XCB_NONE ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
   message(window, ClientAtom::RestackWindow, {kFromPager, sibling, mode});
-}
-
-void HideRequests::raise(xcb_window_t window) {
-  message(window, ClientAtom::RestackWindow, {kFromPager, XCB_NONE, XCB_STACK_MODE_ABOVE});
 }
 
 void HideRequests::mark(xcb_window_t window, HiddenMark mark) {
@@ -69,15 +69,20 @@ void HideRequests::unmark(xcb_window_t window) {
   xcb_delete_property(clients_.server().get(), window, clients_.atoms()[ClientAtom::HiddenMark]);
 }
 
-void HideRequests::rememberOrder(std::span<const xcb_window_t> bottomToTop) {
-  const xcb_atom_t name = clients_.atoms()[ClientAtom::HiddenOrder];
-  if (bottomToTop.empty()) {
-    xcb_delete_property(clients_.server().get(), clients_.server().root(), name);
+void HideRequests::remember(std::span<const xcb_window_t> bottomToTop, xcb_window_t active) {
+  remember(ClientAtom::HiddenOrder, bottomToTop);
+  remember(ClientAtom::HiddenActive, std::span(&active, active == XCB_NONE ? 0 : 1));
+}
+
+void HideRequests::remember(ClientAtom name, std::span<const xcb_window_t> windows) {
+  xcb_connection_t* server = clients_.server().get();
+  const xcb_window_t root = clients_.server().root();
+  if (windows.empty()) {
+    xcb_delete_property(server, root, clients_.atoms()[name]);
     return;
   }
-  xcb_change_property(clients_.server().get(), XCB_PROP_MODE_REPLACE, clients_.server().root(),
-                      name, XCB_ATOM_WINDOW, 32, static_cast<std::uint32_t>(bottomToTop.size()),
-                      bottomToTop.data());
+  xcb_change_property(server, XCB_PROP_MODE_REPLACE, root, clients_.atoms()[name], XCB_ATOM_WINDOW,
+                      32, static_cast<std::uint32_t>(windows.size()), windows.data());
 }
 
 void HideRequests::send() {

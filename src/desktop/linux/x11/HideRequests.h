@@ -18,19 +18,22 @@ class HideRequests {
   void restore(xcb_window_t window);
   void map(xcb_window_t window);
   void activate(xcb_window_t window, xcb_timestamp_t time);
+  /// Gives it the keyboard past the window manager.
+  void focus(xcb_window_t window, xcb_timestamp_t time);
   void moveToDesktop(xcb_window_t window, std::uint32_t desktop);
   /// Right above `sibling`; below everything when that is none.
   void restack(xcb_window_t window, xcb_window_t sibling);
-  void raise(xcb_window_t window);
 
-  /// The marks stay on the windows, and the order on the root window, when this process ends.
+  /// The marks stay on the windows, and the rest on the root window, when this process ends.
   void mark(xcb_window_t window, HiddenMark mark);
   void unmark(xcb_window_t window);
-  void rememberOrder(std::span<const xcb_window_t> bottomToTop);
+  /// The stacking order and who is to be active again; none of either forgets it.
+  void remember(std::span<const xcb_window_t> bottomToTop, xcb_window_t active);
 
   void send();
 
  private:
+  void remember(ClientAtom name, std::span<const xcb_window_t> windows);
   void message(xcb_window_t window, ClientAtom type, std::array<std::uint32_t, 5> data);
 
   ClientWindows& clients_;

@@ -94,14 +94,38 @@ void ShowOperation::putBack() {
   WindowSet shown(plan_.windows.begin(), plan_.windows.end());
   std::erase_if(shown, [&](xcb_window_t window) { return now.minimised.contains(window); });
   putBackDesktops(now);
-  putBackOrder(now, shown);
-  const xcb_window_t active = plan_.before.active;
-  if (active != XCB_NONE && active != now.active) {
-    requests_.activate(active, clients_.server().time());
+  if (const xcb_window_t window = toActivate(now, shown); window != XCB_NONE) {
+    activate(window);
   }
+  putBackOrder(now, shown);
   clearMarks(shown);
   requests_.send();
   done_();
+}
+
+xcb_window_t ShowOperation::toActivate(const ClientWindows::Places& now,
+                                       const WindowSet& shown) const {
+  const ClientList& before = plan_.before;
+  const xcb_window_t kept = before.active == now.active ? xcb_window_t{XCB_NONE} : before.active;
+  const ClientWindow* active = before.workWindow(before.active);
+  if (active != nullptr && !active->minimised) return kept;
+  // Window managers give it to what comes back, and only the user to another one.
+  if (before.workWindow(now.active) != nullptr && !shown.contains(now.active)) return XCB_NONE;
+  const ClientWindow* last = before.workWindow(before.rememberedActive);
+  const bool canBeActive =
+      last != nullptr && before.isHere(*last) && (!last->minimised || shown.contains(last->id));
+  return canBeActive ? last->id : kept;
+}
+
+void ShowOperation::activate(xcb_window_t window) {
+  const xcb_timestamp_t time = clients_.server().time();
+  if (!plan_.before.canRestack) {
+    // Activating raises it, which nobody could undo. To Xfwm4, besides, one that was the last to be
+    // minimised has never ceased to be the active one.
+    requests_.focus(window, time);
+    return;
+  }
+  requests_.activate(window, time);
 }
 
 void ShowOperation::putBackDesktops(const ClientWindows::Places& now) {
@@ -115,23 +139,21 @@ void ShowOperation::putBackDesktops(const ClientWindows::Places& now) {
 
 void ShowOperation::putBackOrder(const ClientWindows::Places& now, const WindowSet& shown) {
   if (!plan_.before.canRestack) return;
-  // What is off the screen is nothing to be above of.
+  // What is off the screen is nothing to be above of; nor is a desktop, which stands in a layer of
+  // its own: IceWM passes over such a wish, and KWin takes it for one for the very top.
   WindowOrder current = now.stacking;
-  WindowSet off = now.minimised;
+  WindowSet apart = now.minimised;
   for (const ClientWindow& window : plan_.before.windows) {
-    if (window.minimised && !shown.contains(window.id)) off.insert(window.id);
+    const bool isAway = window.minimised && !shown.contains(window.id);
+    if (isAway || window.kind == ClientKind::Furniture) apart.insert(window.id);
   }
-  std::erase_if(current, [&](xcb_window_t window) { return off.contains(window); });
-  const WindowOrder known = plan_.before.knownOrder();
-  const WindowOrder wanted = orderPutBack(current, shown, known);
-  const std::vector<Restacking> moves = restackings(current, shown, wanted);
-  for (const Restacking& move : moves) requests_.restack(move.window, move.sibling);
-  if (moves.empty()) return;
-  // To KWin, "above that one" is the very top where that one is no ordinary window.
-  const auto last = std::ranges::find_if(
-      wanted.rbegin(), wanted.rend(), [&](xcb_window_t window) { return shown.contains(window); });
-  for (auto newer = last.base(); newer != wanted.end(); ++newer) {
-    if (std::ranges::find(known, *newer) == known.end()) requests_.raise(*newer);
+  std::erase_if(current, [&](xcb_window_t window) { return apart.contains(window); });
+  // Each, wherever it seems to be: IceWM is late to tell what is where, and Openbox puts one to the
+  // very top when the one under it is on another workspace.
+  xcb_window_t sibling = XCB_NONE;
+  for (const xcb_window_t window : orderPutBack(current, shown, plan_.before.knownOrder())) {
+    requests_.restack(window, sibling);
+    sibling = window;
   }
 }
 
@@ -142,7 +164,7 @@ void ShowOperation::clearMarks(const WindowSet& shown) {
     if (window.mark && !staysHidden) requests_.unmark(window.id);
     someStayHidden = someStayHidden || staysHidden;
   }
-  if (!someStayHidden) requests_.rememberOrder({});
+  if (!someStayHidden) requests_.remember({}, XCB_NONE);
 }
 
 }  // namespace linux_desktop

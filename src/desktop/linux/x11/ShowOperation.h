@@ -9,7 +9,8 @@
 namespace linux_desktop {
 
 /// Brings hidden windows back: in the order, on the workspaces and beside the active window of
-/// before. Each window manager heeds another way of asking, so that the gentlest goes first.
+/// before, or with the active window of back then. Each window manager heeds another way of asking,
+/// so that the gentlest goes first.
 class ShowOperation final : public HiddenOperation {
  public:
   struct Plan {
@@ -31,6 +32,11 @@ class ShowOperation final : public HiddenOperation {
   void asked(Way way, std::vector<xcb_window_t> left);
   /// Puts back what window managers change on the way.
   void putBack();
+  /// The window that was active, or the one from when the windows went if it was none to work in;
+  /// none where all is well.
+  [[nodiscard]] xcb_window_t toActivate(const ClientWindows::Places& now,
+                                        const WindowSet& shown) const;
+  void activate(xcb_window_t window);
   void putBackDesktops(const ClientWindows::Places& now);
   void putBackOrder(const ClientWindows::Places& now, const WindowSet& shown);
   void clearMarks(const WindowSet& shown);

@@ -6,10 +6,6 @@
 namespace linux_desktop {
 namespace {
 
-xcb_window_t under(const WindowOrder& order, WindowOrder::const_iterator place) {
-  return place == order.begin() ? xcb_window_t{XCB_NONE} : *std::prev(place);
-}
-
 /// The place above `sibling`; the bottom for none.
 WindowOrder::const_iterator above(const WindowOrder& order, xcb_window_t sibling) {
   return sibling == XCB_NONE ? order.begin() : std::next(std::ranges::find(order, sibling));
@@ -32,21 +28,6 @@ WindowOrder orderPutBack(const WindowOrder& current, const WindowSet& moved,
     sibling = window;
   }
   return order;
-}
-
-std::vector<Restacking> restackings(WindowOrder current, const WindowSet& moved,
-                                    const WindowOrder& wanted) {
-  std::vector<Restacking> moves;
-  for (auto place = wanted.begin(); place != wanted.end(); ++place) {
-    if (!moved.contains(*place)) continue;
-    const xcb_window_t sibling = under(wanted, place);
-    const auto now = std::ranges::find(current, *place);
-    if (now == current.end() || under(current, now) == sibling) continue;
-    current.erase(now);
-    current.insert(above(current, sibling), *place);
-    moves.push_back({*place, sibling});
-  }
-  return moves;
 }
 
 }  // namespace linux_desktop

@@ -18,16 +18,4 @@ using WindowSet = std::unordered_set<xcb_window_t>;
 [[nodiscard]] WindowOrder orderPutBack(const WindowOrder& current, const WindowSet& moved,
                                        const WindowOrder& remembered);
 
-struct Restacking {
-  xcb_window_t window;
-  /// The one to put it above; none: below everything.
-  xcb_window_t sibling;
-  bool operator==(const Restacking&) const = default;
-};
-
-/// Moves of windows in `moved`, one after another, that make `wanted` of `current`; none of those
-/// that are in their place. Both hold the same windows, and the rest of them in the same order.
-[[nodiscard]] std::vector<Restacking> restackings(WindowOrder current, const WindowSet& moved,
-                                                  const WindowOrder& wanted);
-
 }  // namespace linux_desktop

@@ -30,6 +30,25 @@ WindowOrder orderToRemember(const ClientList& list) {
   return orderPutBack(list.stacking, hiddenIn(list), list.knownOrder());
 }
 
+/// Who is to be active again, of the windows that go; who was it when others went, if it is none of
+/// these.
+xcb_window_t activeToRemember(const ClientList& list, const HideOperation::Plan& plan) {
+  WindowSet going(plan.windows.begin(), plan.windows.end());
+  going.insert(plan.followers.begin(), plan.followers.end());
+  if (going.contains(list.active)) return list.active;
+  const auto isInFront = [&](xcb_window_t id) {
+    const ClientWindow* window = list.workWindow(id);
+    return going.contains(id) && window != nullptr && list.isHere(*window);
+  };
+  const ClientWindow* active = list.workWindow(list.active);
+  if (active != nullptr && isOurs(*active)) {
+    // Our own panel has the keyboard from the one on top.
+    const auto top = std::ranges::find_if(list.stacking.rbegin(), list.stacking.rend(), isInFront);
+    if (top != list.stacking.rend()) return *top;
+  }
+  return hiddenIn(list).empty() ? xcb_window_t{XCB_NONE} : list.rememberedActive;
+}
+
 }  // namespace
 
 XApplications::XApplications(XEvents& events)
@@ -164,6 +183,7 @@ bool XApplications::startHiding() {
     return false;
   }
   plan.order = orderToRemember(moment.list);
+  plan.active = activeToRemember(moment.list, plan);
   plan.manager = moment.list.manager;
   watch_.pause();
   operation_ =

@@ -18,8 +18,9 @@ namespace linux_desktop {
 /// The running applications of an X11 desktop: those that have windows, and ourselves.
 ///
 /// Hidden windows are minimised and carry a mark, `_CALMDECK_HIDDEN`; the root window keeps the
-/// stacking order from before, `_CALMDECK_ORDER`. Both outlive this process, so that the next one
-/// can show what this one hid.
+/// stacking order from before, `_CALMDECK_ORDER`, and the one of them that the user worked in last,
+/// `_CALMDECK_ACTIVE`. All of it outlives this process, so that the next one can show what this one
+/// hid.
 class XApplications final : public platform::port::RunningApplications {
  public:
   using Id = platform::port::ApplicationId;
