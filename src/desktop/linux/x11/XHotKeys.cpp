@@ -15,10 +15,9 @@ namespace {
 
 using platform::port::HotKeyNumber;
 
-/// The kinds of key events that a grab brings, and the version that has it.
+/// What a grab brings.
 constexpr std::uint32_t kEvents =
     XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
-constexpr std::uint16_t kMajor = 2;
 
 template <class T>
 bool haveCommon(const std::vector<T>& some, const std::vector<T>& others) {
@@ -37,16 +36,10 @@ bool includes(const XChord& chord, const xcb_input_key_press_event_t& press) {
 }  // namespace
 
 std::unique_ptr<XHotKeys> XHotKeys::open(XEvents& events, XKeyboard& keyboard) {
-  xcb_connection_t* connection = events.server().get();
-  const auto* extension = xcb_get_extension_data(connection, &xcb_input_id);
-  if (extension != nullptr && extension->present != 0) {
-    const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
-        connection, xcb_input_xi_query_version(connection, kMajor, 0), nullptr));
-    if (version && version->major_version >= kMajor) {
-      return std::unique_ptr<XHotKeys>(new XHotKeys(events, keyboard, extension->major_opcode));
-    }
+  if (const auto extension = events.server().inputExtension()) {
+    return std::unique_ptr<XHotKeys>(new XHotKeys(events, keyboard, *extension));
   }
-  qCWarning(lcKeys, "no XInput 2: there are no shortcuts");
+  qCWarning(lcKeys, "no XInput 2.2: there are no shortcuts");
   return nullptr;
 }
 

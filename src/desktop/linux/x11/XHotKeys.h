@@ -17,7 +17,7 @@ namespace linux_desktop {
 /// whether this process runs or not.
 class XHotKeys final : public platform::port::HotKeys {
  public:
-  /// Null, after one line on standard error, where the server has no XInput 2. Both outlive this.
+  /// Null, after one line on standard error, where the server has no XInput 2.2. Both outlive this.
   [[nodiscard]] static std::unique_ptr<XHotKeys> open(XEvents& events, XKeyboard& keyboard);
 
   void setClient(platform::port::HotKeysClient* client) override { client_ = client; }

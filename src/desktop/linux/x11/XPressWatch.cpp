@@ -9,10 +9,6 @@
 namespace linux_desktop {
 namespace {
 
-/// Raw events reach everybody even while somebody grabs, and touches exist, from this version on.
-constexpr std::uint16_t kMajor = 2;
-constexpr std::uint16_t kMinor = 2;
-
 /// Buttons 4 to 7 are the two wheels.
 constexpr bool isWheel(std::uint32_t button) {
   return button >= 4 && button <= 7;
@@ -30,10 +26,10 @@ XPressWatch::XPressWatch(XEvents& events, xcb_window_t window, IsOnPanel isOnPan
     : events_(events),
       window_(window),
       isOnPanel_(std::move(isOnPanel)),
-      pressed_(std::move(pressed)) {
-  if (!hasExtension()) {
-    qCWarning(lcX11, "no XInput %d.%d: a click on the bare desktop may leave the panel open",
-              kMajor, kMinor);
+      pressed_(std::move(pressed)),
+      extension_(events.server().inputExtension()) {
+  if (!extension_) {
+    qCWarning(lcX11, "no XInput 2.2: a click on the bare desktop may leave the panel open");
     return;
   }
   watch_ = events_.watchExtension(XCB_GE_GENERIC,
@@ -43,18 +39,6 @@ XPressWatch::XPressWatch(XEvents& events, xcb_window_t window, IsOnPanel isOnPan
 
 XPressWatch::~XPressWatch() {
   if (watch_) select(0);
-}
-
-bool XPressWatch::hasExtension() {
-  xcb_connection_t* connection = events_.server().get();
-  const auto* extension = xcb_get_extension_data(connection, &xcb_input_id);
-  if (extension == nullptr || extension->present == 0) return false;
-  extension_ = extension->major_opcode;
-  const auto cookie = xcb_input_xi_query_version(connection, kMajor, kMinor);
-  const XReply<xcb_input_xi_query_version_reply_t> version(
-      xcb_input_xi_query_version_reply(connection, cookie, nullptr));
-  return version &&
-         std::pair(version->major_version, version->minor_version) >= std::pair(kMajor, kMinor);
 }
 
 void XPressWatch::select(std::uint32_t mask) {

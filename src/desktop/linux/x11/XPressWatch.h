@@ -26,7 +26,6 @@ class XPressWatch final : public OwnWindows::PressWatch {
   void discardPending() override;
 
  private:
-  [[nodiscard]] bool hasExtension();
   void select(std::uint32_t mask);
   void handle(const xcb_generic_event_t& event);
   [[nodiscard]] std::optional<xcb_timestamp_t> timeOfPress(const xcb_generic_event_t& event) const;
@@ -36,7 +35,7 @@ class XPressWatch final : public OwnWindows::PressWatch {
   xcb_window_t window_;
   IsOnPanel isOnPanel_;
   OwnWindows::Pressed pressed_;
-  std::uint8_t extension_ = 0;
+  std::optional<std::uint8_t> extension_;
   std::unique_ptr<XEvents::Watch> watch_;
   /// What was pressed up to then was for somebody else.
   std::optional<xcb_timestamp_t> discarded_;

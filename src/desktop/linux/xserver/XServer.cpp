@@ -1,7 +1,10 @@
 #include "desktop/linux/xserver/XServer.h"
 
+#include <xcb/xinput.h>
+
 #include <QGuiApplication>
 #include <algorithm>
+#include <utility>
 
 #include "desktop/linux/xserver/XLog.h"
 
@@ -103,6 +106,22 @@ bool XServer::isComposited() {
   const XReply<xcb_get_selection_owner_reply_t> reply(
       xcb_get_selection_owner_reply(get(), cookie, nullptr));
   return reply && reply->owner != XCB_NONE;
+}
+
+std::optional<std::uint8_t> XServer::inputExtension() {
+  // Raw events reach everybody even while somebody grabs, and touches exist, from this version on.
+  // The server holds a connection to the first version that it asks for.
+  constexpr std::uint16_t kMajor = 2;
+  constexpr std::uint16_t kMinor = 2;
+  const auto* extension = xcb_get_extension_data(get(), &xcb_input_id);
+  if (extension == nullptr || extension->present == 0) return std::nullopt;
+  const XReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+      get(), xcb_input_xi_query_version(get(), kMajor, kMinor), nullptr));
+  if (!version ||
+      std::pair(version->major_version, version->minor_version) < std::pair(kMajor, kMinor)) {
+    return std::nullopt;
+  }
+  return extension->major_opcode;
 }
 
 xcb_timestamp_t XServer::time() {

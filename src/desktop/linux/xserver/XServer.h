@@ -38,6 +38,8 @@ class XServer {
   [[nodiscard]] std::optional<QRect> geometry(xcb_window_t window);
   /// Whether windows may be translucent and round now.
   [[nodiscard]] bool isComposited();
+  /// The number of XInput, of version 2.2 at least; none where the server lacks that.
+  [[nodiscard]] std::optional<std::uint8_t> inputExtension();
   /// The server's time now. Events that arrive meanwhile are kept for `nextEvent`.
   [[nodiscard]] xcb_timestamp_t time();
 
