@@ -26,6 +26,8 @@ constexpr const char* kAlert = "Please use a different key combination.";
 
 class PreferencesTest : public testing::Test {
  protected:
+  explicit PreferencesTest(WindowManager windowManager = WindowManager::Openbox)
+      : program({.windowManager = windowManager}) {}
   void SetUp() override {
     ASSERT_TRUE(program.start());
     ASSERT_TRUE(opens());
@@ -121,7 +123,7 @@ class PreferencesTest : public testing::Test {
     return testing::AssertionFailure() << "not seen: " << what;
   }
 
-  ProgramDesk program{harness::DeskOptions{.windowManager = WindowManager::Openbox}};
+  ProgramDesk program;
   harness::XDesk& desk = program.desk();
   const harness::Input& input = desk.input();
   AccessibilityClient reader{desk};
@@ -192,6 +194,31 @@ TEST_F(PreferencesTest, ClosingTheWindowWhileARowRecordsGivesItsShortcutBack) {
   EXPECT_TRUE(awaits("⌃⌥p"));
   EXPECT_TRUE(records(false));
 }
+
+class SentAwayTest : public PreferencesTest, public testing::WithParamInterface<WindowManager> {
+ protected:
+  SentAwayTest() : PreferencesTest(GetParam()) {}
+  /// Returns when the window is off the screen.
+  [[nodiscard]] bool isSent(const char* message, const std::vector<std::uint32_t>& data) {
+    // A program that answers has asked for all that it wanted of the window manager.
+    if (!shows(kNone)) return false;
+    desk.x().askWindowManager(window(kTitle).value().id, message, data);
+    return desk.until([&] { return !window(kTitle); });
+  }
+};
+
+TEST_P(SentAwayTest, PreferencesComeToTheUserFromWhereverTheyAre) {
+  constexpr std::uint32_t kIconic = 3;
+  ASSERT_TRUE(isSent("WM_CHANGE_STATE", {kIconic}));
+  ASSERT_TRUE(opens()) << "minimised";
+  ASSERT_TRUE(isSent("_NET_WM_DESKTOP", {1, 2}));
+  ASSERT_TRUE(opens()) << "on another workspace";
+  EXPECT_EQ(desk.x().number(desk.x().root(), "_NET_CURRENT_DESKTOP"), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, SentAwayTest,
+                         testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
+                                         WindowManager::Icewm));
 
 TEST_F(PreferencesTest, AWallpaperIsChosenInTheFileDialog) {
   const std::filesystem::path pictures = desk.home().home() / "Pictures";

@@ -91,9 +91,12 @@ void QtWindowPeer::hide() {
 void QtWindowPeer::makeKey() {
   const CallScope scope(calls_);
   if (!window_ || !window_->isVisible()) return;
-  onceExposed(*handle(), [this] {
+  const auto ask = [this] {
     services_.ownWindows.activate(*handle(), anchor_ == nullptr ? QString() : anchor_->takeToken());
-  });
+  };
+  // One that is minimised is not seen before it was asked for.
+  if (services_.ownWindows.isKept(*handle())) return ask();
+  onceExposed(*handle(), ask);
 }
 
 void QtWindowPeer::update(const std::vector<port::ChangedView>& changes, bool) {

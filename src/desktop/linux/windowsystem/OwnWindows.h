@@ -48,7 +48,11 @@ class OwnWindows {
   virtual void keepOutOfTaskLists(QWindow& /*window*/) {}
   /// Says of a window that was just shown that the user asked for it now.
   virtual void markAsAskedFor(QWindow& /*window*/) {}
-  /// Asks for the keyboard on behalf of the user, for a window that is on the screen. `token` is
+  /// Whether the desktop has the window, though it may not be on the screen: minimised, or on
+  /// another space.
+  [[nodiscard]] virtual bool isKept(QWindow& window) { return window.isExposed(); }
+  /// Asks for the keyboard on behalf of the user, and for the window to come to where the user is.
+  /// For one that the desktop keeps, or that is on the screen. `token` is
   /// what the user's click gave leave with (xdg-activation), or empty. It may be refused.
   virtual void activate(QWindow& window, const QString& token);
 

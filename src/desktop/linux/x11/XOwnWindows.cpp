@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <utility>
 
 #include "desktop/linux/x11/ScreenPixels.h"
@@ -12,6 +13,10 @@
 
 namespace linux_desktop {
 namespace {
+
+/// EWMH 1.5: source 2 is "the user's own wish", as a pager would pass it on.
+constexpr std::uint32_t kUser = 2;
+constexpr std::uint32_t kEveryWorkspace = 0xffffffff;
 
 xcb_connection_t* qtConnection() {
   const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -45,26 +50,39 @@ void XOwnWindows::markAsAskedFor(QWindow& window) {
   xcb_flush(qtConnection());
 }
 
+bool XOwnWindows::isKept(QWindow& window) {
+  // ICCCM 4.1.3.1: a window manager gives it to the windows that it manages; 0 is Withdrawn.
+  const auto state = server_.numbers(idOf(window), "WM_STATE");
+  return !state.empty() && state.front() != 0;
+}
+
 void XOwnWindows::activate(QWindow& window, const QString& /*token*/) {
   const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
-  const xcb_atom_t message = server_.atom("_NET_ACTIVE_WINDOW");
-  if (std::ranges::find(supported, message) == supported.end()) {
+  if (std::ranges::find(supported, server_.atom("_NET_ACTIVE_WINDOW")) == supported.end()) {
     window.requestActivate();
     return;
   }
-  // EWMH 1.5: source 2 is "the user's own wish", as a pager would pass it on.
-  constexpr std::uint32_t kUser = 2;
+  // Some window managers would take the user to its workspace, or do nothing.
+  const auto workspace = server_.numbers(server_.root(), "_NET_CURRENT_DESKTOP");
+  const auto own = server_.numbers(idOf(window), "_NET_WM_DESKTOP");
+  if (!workspace.empty() && !own.empty() && own != workspace && own.front() != kEveryWorkspace) {
+    ask(window, "_NET_WM_DESKTOP", {workspace.front(), kUser});
+  }
+  ask(window, "_NET_ACTIVE_WINDOW", {kUser, server_.time()});
+  xcb_flush(qtConnection());
+}
+
+void XOwnWindows::ask(QWindow& window, const char* message,
+                      const std::array<std::uint32_t, 2>& data) {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
   event.window = idOf(window);
-  event.type = message;
-  event.data.data32[0] = kUser;
-  event.data.data32[1] = server_.time();
+  event.type = server_.atom(message);
+  std::ranges::copy(data, std::begin(event.data.data32));
   xcb_send_event(qtConnection(), 0, server_.root(),
                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                  reinterpret_cast<const char*>(&event));
-  xcb_flush(qtConnection());
 }
 
 std::vector<DesktopPanel> XOwnWindows::panels() {

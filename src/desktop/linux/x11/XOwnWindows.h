@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "desktop/linux/windowsystem/OwnWindows.h"
 #include "desktop/linux/xserver/XEvents.h"
 
@@ -14,6 +16,7 @@ class XOwnWindows final : public OwnWindows {
 
   void keepOutOfTaskLists(QWindow& window) override;
   void markAsAskedFor(QWindow& window) override;
+  [[nodiscard]] bool isKept(QWindow& window) override;
   void activate(QWindow& window, const QString& token) override;
   [[nodiscard]] bool mayBeRound() override { return server_.isComposited(); }
   [[nodiscard]] std::vector<DesktopPanel> panels() override;
@@ -22,6 +25,9 @@ class XOwnWindows final : public OwnWindows {
   [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window, Pressed pressed) override;
 
  private:
+  /// As EWMH has it, of the window manager.
+  void ask(QWindow& window, const char* message, const std::array<std::uint32_t, 2>& data);
+
   XEvents& events_;
   XServer& server_;
 };
