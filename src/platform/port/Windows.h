@@ -55,8 +55,9 @@ class WindowClient {
   virtual void mouseDown(NSView& view, const NSEvent& event) = 0;
   virtual void mouseUp(NSView& view, const NSEvent& event) = 0;
   /// A key press in a titled window; none for a modifier key alone. What the controls of the window
-  /// need without Control, Option and Command stays theirs and is not reported: Tab and Shift-Tab,
-  /// and Space and Return on a control that they act on. Repeats of a held key are not reported.
+  /// need without any modifier stays theirs and is not reported: Tab, and Space and Return on a
+  /// control that they act on. Shift-Tab is reported, and goes back to the control before as well.
+  /// Repeats of a held key are not reported.
   virtual void keyDown(const NSEvent& event) = 0;
 };
 
@@ -76,7 +77,8 @@ class WindowPeer {
   /// A borderless window appears once it has content: at no moment is it seen empty.
   virtual void show(const Placement& placement) = 0;
   virtual void hide() = 0;
-  /// Asks for the keyboard; the desktop may refuse. A shown window comes to the front.
+  /// Asks for the keyboard; the desktop may refuse. A shown window comes to the front, and to the
+  /// user who minimised it or went to another space.
   virtual void makeKey() = 0;
   /// The window's frame or its views changed. Comes once a turn of the loop at most, with each view
   /// once; what it tells reaches the screen as a whole. A content view that was replaced is among

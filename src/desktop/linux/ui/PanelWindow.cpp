@@ -89,21 +89,32 @@ bool PanelWindow::eventFilter(QObject* watched, QEvent* event) {
     observer_.pressedInside(static_cast<QInputEvent*>(event)->timestamp());
   }
   // A ShortcutOverride asks before each press whether it may be a mnemonic or the like.
-  const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+  const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
+                     event->type() == QEvent::ShortcutOverride;
   if (isKey && chrome_ == Chrome::Titled && watched == windowHandle()) {
-    auto& key = static_cast<QKeyEvent&>(*event);
-    if (isForControls(key)) return false;
-    key.accept();
-    if (event->type() == QEvent::KeyPress && !key.isAutoRepeat()) observer_.keyPressed(key);
-    return true;
+    return takesKey(static_cast<QKeyEvent&>(*event));
   }
   return QWidget::eventFilter(watched, event);
 }
 
+bool PanelWindow::takesKey(QKeyEvent& event) {
+  const std::pair place(event.nativeScanCode(), event.timestamp());
+  if (event.type() == QEvent::KeyRelease) lastRelease_ = place;
+  if (event.type() == QEvent::KeyRelease || isForControls(event)) return false;
+  // A held key is let go and pressed at one time, again and again. Qt, which looks whether the
+  // press follows, may look before that has arrived.
+  const bool isRepeat = event.isAutoRepeat() || (place.first != 0 && place == lastRelease_);
+  if (event.type() == QEvent::KeyPress && !isRepeat) observer_.keyPressed(event);
+  if (event.key() == Qt::Key_Backtab && event.modifiers() == Qt::ShiftModifier) return false;
+  event.accept();
+  return true;
+}
+
 bool PanelWindow::isForControls(const QKeyEvent& event) const {
-  constexpr auto kOthers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-  if ((event.modifiers() & kOthers) != Qt::NoModifier) return false;
-  if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) return true;
+  constexpr auto kModifiers =
+      Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier | Qt::ShiftModifier;
+  if ((event.modifiers() & kModifiers) != Qt::NoModifier) return false;
+  if (event.key() == Qt::Key_Tab) return true;
   const auto* focused = dynamic_cast<const ViewWidget*>(focusWidget());
   return focused != nullptr && focused->actsOn(event.key());
 }

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <memory>
+#include <utility>
 
 #include "desktop/linux/ui/ViewTree.h"
 
@@ -28,7 +29,8 @@ class PanelObserver {
   virtual void closeRequested() = 0;
   /// The user wants the menu that drops down from `button`.
   virtual void menuRequested(QWidget& button) = 0;
-  /// A key was pressed in a titled window that no control of it needs. Not for a repeat.
+  /// A key was pressed in a titled window that no control of it needs, or Shift-Tab, which goes
+  /// back to the control before besides. Not for a repeat.
   virtual void keyPressed(const QKeyEvent& event) = 0;
   virtual void activeChanged(bool active) = 0;
   /// A button or a finger was pressed on it, at the window system's time in milliseconds.
@@ -63,6 +65,8 @@ class PanelWindow final : public QWidget {
 
  private:
   void addMenuRow(QBoxLayout& layout);
+  /// Whether a key event of a titled window ends here.
+  [[nodiscard]] bool takesKey(QKeyEvent& event);
   [[nodiscard]] bool isForControls(const QKeyEvent& event) const;
 
   Chrome chrome_;
@@ -72,6 +76,8 @@ class PanelWindow final : public QWidget {
   /// Where the content goes.
   QBoxLayout* inner_;
   std::unique_ptr<ViewTree> views_;
+  /// Of the key that was let go last: where it is on the keyboard, and when that was.
+  std::pair<quint32, quint64> lastRelease_;
 };
 
 }  // namespace linux_desktop
