@@ -45,6 +45,11 @@ class ContractDesk {
   virtual void clickItem(platform::NSEventType type) = 0;
   virtual void answerAlert(std::size_t button) = 0;
 
+  /// The user presses the key of a letter while exactly these modifiers are held, or lets go of all
+  /// of them again; a virtual key code and a mask.
+  virtual void pressLetter(std::uint32_t keyCode, std::uint32_t modifiers) = 0;
+  virtual void releaseLetter(std::uint32_t keyCode, std::uint32_t modifiers) = 0;
+
   /// A monitor of each of these sizes in pixels, side by side with their upper edges in line; the
   /// first is the primary one.
   virtual void setMonitors(const std::vector<platform::NSSize>& sizes) = 0;

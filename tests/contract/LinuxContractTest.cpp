@@ -3,11 +3,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <utility>
 
 #include "contract/DesktopContract.h"
 #include "desktop/harness/XDesk.h"
 #include "desktop/linux/LinuxDesktop.h"
+#include "platform/carbon/KeyCodes.h"
 
 namespace contract {
 namespace {
@@ -15,6 +17,9 @@ namespace {
 using namespace std::chrono_literals;
 using harness::Rect;
 using linux_desktop::LinuxDesktop;
+
+using platform::controlKey;
+using platform::optionKey;
 
 constexpr const char* kProgram = "calmdeck";
 constexpr const char* kSink = "speakers";
@@ -114,6 +119,13 @@ class LinuxContractDesk final : public ContractDesk {
     x_.input().key("space");
   }
 
+  void pressLetter(std::uint32_t keyCode, std::uint32_t modifiers) override {
+    for (const std::string& key : keysOf(keyCode, modifiers)) x_.input().keyDown(key);
+  }
+  void releaseLetter(std::uint32_t keyCode, std::uint32_t modifiers) override {
+    for (const std::string& key : keysOf(keyCode, modifiers)) x_.input().keyUp(key);
+  }
+
   void setMonitors(const std::vector<platform::NSSize>& sizes) override {
     std::vector<Rect> monitors;
     for (const auto& [width, height] : sizes) {
@@ -168,6 +180,19 @@ class LinuxContractDesk final : public ContractDesk {
       throw std::runtime_error("no desktop, status " + std::to_string(*status));
     }
     desktop_ = std::move(std::get<0>(opened));
+  }
+
+  [[nodiscard]] static std::vector<std::string> keysOf(std::uint32_t keyCode,
+                                                       std::uint32_t modifiers) {
+    const std::pair<std::uint32_t, const char*> known[] = {{controlKey, "ctrl"},
+                                                           {optionKey, "alt"}};
+    const std::map<std::uint32_t, std::string> letters{{platform::kVK_ANSI_J, "j"},
+                                                       {platform::kVK_ANSI_K, "k"}};
+    std::vector<std::string> keys;
+    for (const auto& [bit, name] : known)
+      if ((modifiers & bit) != 0) keys.emplace_back(name);
+    keys.push_back(letters.at(keyCode));
+    return keys;
   }
 
   [[nodiscard]] std::vector<harness::WindowInfo> ownWindows() const {

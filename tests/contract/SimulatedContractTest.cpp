@@ -66,6 +66,13 @@ class SimulatedContractDesk final : public ContractDesk {
   }
   void answerAlert(std::size_t button) override { desk_->screen.answerAlert(button); }
 
+  void pressLetter(std::uint32_t keyCode, std::uint32_t modifiers) override {
+    desk_->keys.press({keyCode, modifiers});
+  }
+  void releaseLetter(std::uint32_t keyCode, std::uint32_t modifiers) override {
+    desk_->keys.release({keyCode, modifiers});
+  }
+
   void setMonitors(const std::vector<platform::NSSize>& sizes) override {
     desk_->displays.list.clear();
     desk_->windowsOnScreen.list.emplace();

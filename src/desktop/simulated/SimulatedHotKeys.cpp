@@ -23,17 +23,20 @@ void SimulatedHotKeys::unregisterHotKey(HotKeyNumber number) {
   if (found == registered_.end()) return;
   log_.add("hotKeys.unregister " + std::to_string(found->second.keyCode) + " " +
            std::to_string(found->second.modifiers));
+  down_.erase(number);
   registered_.erase(found);
 }
 
 void SimulatedHotKeys::press(Combination combination) {
   const HotKeyNumber number = numberOf(combination);
-  if (number != 0 && client_ != nullptr) client_->hotKeyPressed(number);
+  if (number == 0 || client_ == nullptr) return;
+  down_.insert(number);
+  client_->hotKeyPressed(number);
 }
 
 void SimulatedHotKeys::release(Combination combination) {
   const HotKeyNumber number = numberOf(combination);
-  if (number != 0 && client_ != nullptr) client_->hotKeyReleased(number);
+  if (down_.erase(number) != 0 && client_ != nullptr) client_->hotKeyReleased(number);
 }
 
 std::set<SimulatedHotKeys::Combination> SimulatedHotKeys::held() const {

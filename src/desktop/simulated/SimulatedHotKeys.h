@@ -33,7 +33,8 @@ class SimulatedHotKeys final : public platform::port::HotKeys {
   std::set<Combination> heldByOthers;
   /// What this keyboard cannot make.
   std::set<Combination> impossible;
-  /// The user presses a combination, and lets go of it. Nothing happens when nobody holds it.
+  /// The user presses a combination, and lets go of it. Nothing happens when nobody holds it, or
+  /// held it when it was pressed.
   void press(Combination combination);
   void release(Combination combination);
   /// What this program holds.
@@ -47,6 +48,7 @@ class SimulatedHotKeys final : public platform::port::HotKeys {
   CallLog& log_;
   platform::port::HotKeysClient* client_ = nullptr;
   std::map<platform::port::HotKeyNumber, Combination> registered_;
+  std::set<platform::port::HotKeyNumber> down_;
 };
 
 }  // namespace simulated
