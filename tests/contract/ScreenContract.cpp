@@ -123,6 +123,28 @@ TEST_P(DesktopContract, AStatusItemIsThereForAsLongAsItsPeerAndReportsClicks) {
   EXPECT_TRUE(desk().runUntil([this] { return !desk().isItemThere(); }));
 }
 
+TEST_P(DesktopContract, AClickForTheItemsMenuIsAnActOutsideItsWindowAndNoOtherClickOnItIs) {
+  const platform::Runtime runtime(desk().desktop());
+  Reports reports;
+  const auto item = desk().desktop().statusBar().createStatusItem(reports);
+  ASSERT_TRUE(desk().runUntil([this] { return desk().isItemThere(); }));
+  const auto view = std::make_shared<NSView>();
+  view->setFrame({0, 0, 200, 100});
+  const auto window = std::make_shared<NSWindow>(platform::NSWindowStyle::Popover);
+  window->setContentView(view);
+  const auto peer = desk().desktop().windows().createWindow(*window, reports);
+  reports.during([&] { peer->show(platform::port::PlacedAtStatusItem{item.get()}); });
+  ASSERT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
+  desk().clickItem(NSEventType::LeftMouseUp);
+  EXPECT_TRUE(desk().runUntil([&] { return reports.contains("event 2"); }));
+  EXPECT_FALSE(reports.contains("elsewhere"));
+  desk().clickItem(NSEventType::RightMouseUp);
+  EXPECT_TRUE(desk().runUntil([&] { return reports.contains("event 4"); }));
+  std::erase(reports.all, "key");
+  std::erase(reports.all, "not key");
+  EXPECT_EQ(reports.all, (Order{"event 2", "elsewhere", "event 4"}));
+}
+
 TEST_P(DesktopContract, AnAlertIsAnsweredOnceAndLater) {
   platform::NSAlert alert;
   alert.setMessageText("Is this seen?");

@@ -51,7 +51,6 @@ class PreferencesTest : public tests::ApplicationTest {
     launch();
     openPreferences();
   }
-  /// Closes the panel too.
   void closePreferences() {
     desk.screen.escape();
     desk.loop.settle();

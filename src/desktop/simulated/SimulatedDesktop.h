@@ -95,7 +95,7 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedDefaults settings{log};
   SimulatedSession userSession;
   SimulatedWindows screen{log, loop};
-  SimulatedStatusBar tray{log};
+  SimulatedStatusBar tray{log, screen};
   SimulatedAudioObjects audio{log};
   SimulatedAutomation scripts{log};
   SimulatedLoginItems startedAtLogin{log};

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "desktop/simulated/CallLog.h"
+#include "desktop/simulated/SimulatedWindows.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/port/StatusBar.h"
 
@@ -13,7 +14,7 @@ namespace simulated {
 /// A status area with room for one item.
 class SimulatedStatusBar final : public platform::port::StatusBar {
  public:
-  explicit SimulatedStatusBar(CallLog& log) : log_(log) {}
+  SimulatedStatusBar(CallLog& log, SimulatedWindows& windows) : log_(log), windows_(windows) {}
 
   [[nodiscard]] std::unique_ptr<platform::port::StatusItemPeer> createStatusItem(
       platform::port::StatusItemClient& client) override;
@@ -34,7 +35,10 @@ class SimulatedStatusBar final : public platform::port::StatusBar {
   [[nodiscard]] const std::optional<std::vector<MenuLine>>& menu() const { return menu_; }
 
   void leftClick() { client_->statusItemClicked(platform::NSEventType::LeftMouseUp); }
-  void rightClick() { client_->statusItemClicked(platform::NSEventType::RightMouseUp); }
+  void rightClick() {
+    windows_.actElsewhere();
+    client_->statusItemClicked(platform::NSEventType::RightMouseUp);
+  }
   /// Chooses the line with that title, which closes the menu.
   void choose(std::string_view title);
   void closeMenu();
@@ -43,6 +47,7 @@ class SimulatedStatusBar final : public platform::port::StatusBar {
   class Peer;
 
   CallLog& log_;
+  SimulatedWindows& windows_;
   platform::port::StatusItemClient* client_ = nullptr;
   std::string image_;
   std::optional<std::vector<MenuLine>> menu_;

@@ -47,8 +47,9 @@ class WindowClient {
   /// window is still there.
   virtual void windowShouldClose() = 0;
   /// The user pressed a button outside the window, or turned to another program. Once for each such
-  /// act; a click on the window's own status item is none, and neither is one in an alert that the
-  /// window waits for.
+  /// act. A click on the window's own status item is none, but for one that asks for the menu: that
+  /// is reported here first, unless the window itself offers the menu. What the user does in an
+  /// alert that the window waits for is none either.
   virtual void userActedElsewhere() = 0;
   /// A press and a release of the main button on `view`; a release always follows its press. Keys
   /// and assistive technology that flip a control report both, on the control.

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "desktop/program/ProgramDesk.h"
 
 using harness::DeskOptions;
@@ -20,6 +22,19 @@ class StatusMenuTest : public testing::TestWithParam<Panel> {
 INSTANTIATE_TEST_SUITE_P(EachPanel, StatusMenuTest,
                          testing::Values(Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel),
                          testing::PrintToStringParamName());
+
+TEST_P(StatusMenuTest, ItOpensInThePanelsPlaceAndTheNextLeftClickOpensThePanel) {
+  ASSERT_TRUE(program.start());
+  const std::set<xcb_window_t> others = program.desk().windows().viewable();
+  ASSERT_TRUE(program.openMenu());
+  program.desk().input().key("Escape");
+  EXPECT_TRUE(program.closes());
+  ASSERT_TRUE(program.desk().until(
+      [&] { return std::ranges::includes(others, program.desk().windows().viewable()); }));
+  ASSERT_TRUE(program.clickIcon());
+  ASSERT_TRUE(program.says("Left click!"));
+  EXPECT_TRUE(program.opens());
+}
 
 // From the menu's beginning Up goes round to its last item.
 TEST_P(StatusMenuTest, QuitIsTheLastItemAndLeavesTheModesEffects) {

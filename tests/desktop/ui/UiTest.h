@@ -46,13 +46,13 @@ class TestStatusItem final : public platform::port::StatusItemPeer,
   [[nodiscard]] bool isShown() const override { return shown; }
   [[nodiscard]] linux_desktop::Anchor anchor() const override { return {{500, 795}, {}}; }
   void menuRequested(QWidget&) override { ++menuRequests; }
-  void setActivationObserver(std::function<void()> activated) override {
+  void setActivationObserver(std::function<void(platform::NSEventType)> activated) override {
     observer = std::move(activated);
   }
 
   bool shown = true;
   int menuRequests = 0;
-  std::function<void()> observer;
+  std::function<void(platform::NSEventType)> observer;
 };
 
 /// Gives each key its Qt::Key for a code.

@@ -6,6 +6,8 @@
 #include <functional>
 #include <optional>
 
+#include "platform/appkit/NSEvent.h"
+
 class QWidget;
 
 namespace linux_desktop {
@@ -37,9 +39,9 @@ class StatusItemAnchor {
   /// `button` and is its child.
   virtual void menuRequested(QWidget& button) = 0;
 
-  /// `activated` is called at each sign that the user acts on the item: a click or its menu. It
-  /// comes before the item's client is told. An empty function: nobody is called.
-  virtual void setActivationObserver(std::function<void()> activated) = 0;
+  /// `activated` is called with each click on the item that its client is told of next, be it for
+  /// the menu. An empty function: nobody is called.
+  virtual void setActivationObserver(std::function<void(platform::NSEventType)> activated) = 0;
 };
 
 }  // namespace linux_desktop

@@ -16,7 +16,7 @@ QString freshConnectionName() {
 
 void ObservedClient::statusItemClicked(platform::NSEventType type) {
   // A copy: the observer may put another in its place.
-  if (const std::function<void()> clicked = clicked_) clicked();
+  if (const auto clicked = clicked_) clicked(type);
   client_.statusItemClicked(type);
 }
 

@@ -22,7 +22,9 @@ class TrayStatusBar;
 class ObservedClient final : public platform::port::StatusItemClient {
  public:
   explicit ObservedClient(platform::port::StatusItemClient& client) : client_(client) {}
-  void setObserver(std::function<void()> clicked) { clicked_ = std::move(clicked); }
+  void setObserver(std::function<void(platform::NSEventType)> clicked) {
+    clicked_ = std::move(clicked);
+  }
 
   void statusItemClicked(platform::NSEventType type) override;
   void menuItemChosen(std::size_t index) override { client_.menuItemChosen(index); }
@@ -30,7 +32,7 @@ class ObservedClient final : public platform::port::StatusItemClient {
 
  private:
   platform::port::StatusItemClient& client_;
-  std::function<void()> clicked_;
+  std::function<void(platform::NSEventType)> clicked_;
 };
 
 /// One icon, shown by whichever tray there is.
@@ -48,7 +50,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   [[nodiscard]] Anchor anchor() const override;
   void menuRequested(QWidget& button) override;
   [[nodiscard]] QString takeToken() override;
-  void setActivationObserver(std::function<void()> activated) override {
+  void setActivationObserver(std::function<void(platform::NSEventType)> activated) override {
     client_.setObserver(std::move(activated));
   }
 

@@ -12,7 +12,7 @@ namespace linux_desktop {
 ///
 /// A press elsewhere and the loss of the keyboard that follows it are one act. A press on a panel
 /// may be a click on the popover's own status item, which answers for itself: that press waits for
-/// the item's word before it counts.
+/// the item's word before it counts. The item's menu is somewhere else.
 class OutsideActs {
  public:
   /// How long a panel may take to pass a click on.
@@ -29,6 +29,7 @@ class OutsideActs {
   void pressedOnPanel();
   void lostKeyboard();
   void itemActivated();
+  void menuOpens() { report(); }
 
  private:
   void report();

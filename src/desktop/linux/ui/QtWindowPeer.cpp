@@ -154,8 +154,14 @@ void QtWindowPeer::watchOutside() {
   if (!isPopover(window_->chrome())) return;
   acts_ = std::make_shared<OutsideActs>(
       services_.clock, [this] { report([this] { client_.userActedElsewhere(); }); });
-  anchor_->setActivationObserver([weak = std::weak_ptr(acts_)] {
-    if (const auto acts = weak.lock()) acts->itemActivated();
+  anchor_->setActivationObserver([weak = std::weak_ptr(acts_)](NSEventType click) {
+    const auto acts = weak.lock();
+    if (!acts) return;
+    if (click == NSEventType::RightMouseUp) {
+      acts->menuOpens();
+    } else {
+      acts->itemActivated();
+    }
   });
   presses_ = services_.ownWindows.watchPresses(
       *handle(), [this](const OutsidePress& press) { pressedOutside(press); });
