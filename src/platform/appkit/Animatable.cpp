@@ -41,13 +41,7 @@ NSRect interpolate(const NSRect& from, const NSRect& to, double progress) {
 }
 
 NSColor interpolate(const NSColor& from, const NSColor& to, double progress) {
-  const auto start = from.rgba();
-  const auto end = to.rgba();
-  if (!start || !end) return to;
-  return NSColor::RGBA{interpolate(start->red, end->red, progress),
-                       interpolate(start->green, end->green, progress),
-                       interpolate(start->blue, end->blue, progress),
-                       interpolate(start->alpha, end->alpha, progress)};
+  return from.blendedColorWithFraction(progress, to);
 }
 
 }  // namespace platform

@@ -16,7 +16,6 @@ namespace platform {
 
 [[nodiscard]] double interpolate(double from, double to, double progress);
 [[nodiscard]] NSRect interpolate(const NSRect& from, const NSRect& to, double progress);
-/// Colours of the theme have no components here: they change at once.
 [[nodiscard]] NSColor interpolate(const NSColor& from, const NSColor& to, double progress);
 
 /// When and for how long a change is animated.

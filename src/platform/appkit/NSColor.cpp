@@ -1,5 +1,6 @@
 #include "platform/appkit/NSColor.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -33,6 +34,15 @@ std::optional<NSColor> colorFromHex(std::string_view digits) {
 }
 
 }  // namespace
+
+NSColor NSColor::blendedColorWithFraction(double fraction, const NSColor& other) const {
+  const auto between = [fraction](double from, double to) { return from + (to - from) * fraction; };
+  NSColor blend =
+      RGBA{between(fixed_.red, other.fixed_.red), between(fixed_.green, other.fixed_.green),
+           between(fixed_.blue, other.fixed_.blue), between(fixed_.alpha, other.fixed_.alpha)};
+  std::ranges::transform(themeShares_, other.themeShares_, blend.themeShares_.begin(), between);
+  return blend;
+}
 
 template <>
 std::optional<NSColor> attributeFromText<NSColor>(std::string_view text) {

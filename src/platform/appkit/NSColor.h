@@ -1,8 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <string_view>
-#include <variant>
 
 #include "platform/foundation/AttributeText.h"
 
@@ -20,15 +21,21 @@ struct NSColorComponents {
   bool operator==(const NSColorComponents&) const = default;
 };
 
-/// A colour: fixed red, green, blue and alpha from 0 to 1, or one of the theme's. A value.
+/// A colour: fixed red, green, blue and alpha from 0 to 1, one of the theme's, or a blend of such.
+/// A value.
 class NSColor {
  public:
   using RGBA = NSColorComponents;
+  /// How much of each of the theme's colours, in the order of NSSystemColor.
+  using ThemeShares =
+      std::array<double, static_cast<std::size_t>(NSSystemColor::ControlAccent) + 1>;
 
   /// Opaque black.
-  constexpr NSColor() : storage_(RGBA{}) {}
-  constexpr NSColor(RGBA rgba) : storage_(rgba) {}
-  constexpr NSColor(NSSystemColor color) : storage_(color) {}
+  constexpr NSColor() = default;
+  constexpr NSColor(RGBA rgba) : fixed_(rgba) {}
+  constexpr NSColor(NSSystemColor color) : fixed_{0, 0, 0, 0} {
+    themeShares_[static_cast<std::size_t>(color)] = 1;
+  }
 
   // The platform's named colours; the greys by its white values.
   [[nodiscard]] static constexpr NSColor blackColor() { return white(0); }
@@ -39,26 +46,27 @@ class NSColor {
 
   [[nodiscard]] constexpr NSColor colorWithAlphaComponent(double alpha) const {
     NSColor color = *this;
-    if (RGBA* rgba = std::get_if<RGBA>(&color.storage_)) rgba->alpha = alpha;
+    if (rgba()) color.fixed_.alpha = alpha;
     return color;
   }
+  /// What lies that fraction of the way from this colour to the other.
+  [[nodiscard]] NSColor blendedColorWithFraction(double fraction, const NSColor& other) const;
 
-  /// The fixed components, or none for a colour of the theme's.
-  [[nodiscard]] std::optional<RGBA> rgba() const {
-    if (const RGBA* rgba = std::get_if<RGBA>(&storage_)) return *rgba;
-    return std::nullopt;
+  /// The components, or none where the theme has a share in the colour.
+  [[nodiscard]] constexpr std::optional<RGBA> rgba() const {
+    return themeShares_ == ThemeShares{} ? std::optional(fixed_) : std::nullopt;
   }
-  [[nodiscard]] std::optional<NSSystemColor> systemColor() const {
-    if (const auto* color = std::get_if<NSSystemColor>(&storage_)) return *color;
-    return std::nullopt;
-  }
+  /// The colour is the sum of this and the theme's shares.
+  [[nodiscard]] const RGBA& fixedPart() const { return fixed_; }
+  [[nodiscard]] const ThemeShares& themeShares() const { return themeShares_; }
 
   bool operator==(const NSColor&) const = default;
 
  private:
   static constexpr NSColor white(double value) { return RGBA{value, value, value, 1}; }
 
-  std::variant<RGBA, NSSystemColor> storage_;
+  RGBA fixed_;
+  ThemeShares themeShares_{};
 };
 
 /// "#rrggbb", "#rrggbbaa", or a theme colour: "labelColor", "secondaryLabelColor",

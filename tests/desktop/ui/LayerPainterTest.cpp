@@ -135,6 +135,22 @@ TEST_F(LayerPainterTest, MaskCutsSubviewsOffAtTheEdge) {
   EXPECT_EQ(paint(*view, {}).at(15, 12), QColor(Qt::blue));
 }
 
+TEST_F(LayerPainterTest, ColourOnItsWayToOneOfTheThemesIsPaintedBetweenTheTwo) {
+  const auto view = layered({0, 0, 20, 20}, kRed);
+  const platform::MonotonicTime start = loop.now();
+  platform::NSAnimationContext::runAnimationGroup([&](platform::NSAnimationContext& context) {
+    context.setDuration(100);  // however long it takes to get here
+    context.setAllowsImplicitAnimation(true);
+    view->layer()->setBackgroundColor(platform::NSSystemColor::WindowBackground);
+  });
+  EXPECT_EQ(paint(*view, start).at(10, 10), QColor(Qt::red));
+  const QColor middle = paint(*view, start + 50s).at(10, 10);  // 0.8024 of the way to white
+  EXPECT_EQ(middle.red(), 255);
+  EXPECT_NEAR(middle.green(), 205, 3);
+  EXPECT_NEAR(middle.blue(), 205, 3);
+  EXPECT_EQ(paint(*view, loop.now() + 100s).at(10, 10), QColor(Qt::white));
+}
+
 TEST_F(LayerPainterTest, SwitchIsPaintedFromWhereTheSlideIs) {
   const auto toggle = make<controls::CToggleButton>({});
   toggle->setBackColor(NSColor::whiteColor());

@@ -36,6 +36,9 @@ class AnimationTest : public tests::DeskTest {
   [[nodiscard]] CALayer::Presentation layer() const {
     return view->layer()->presentation(desk.loop.now());
   }
+  [[nodiscard]] double shareOf(NSSystemColor color) const {
+    return layer().backgroundColor.themeShares().at(static_cast<std::size_t>(color));
+  }
 
   std::shared_ptr<NSView> view = std::make_shared<NSView>();
 };
@@ -69,19 +72,26 @@ TEST_F(AnimationTest, AChangeAtOnceEndsWhatWasRunning) {
   EXPECT_FALSE(view->isAnimating(desk.loop.now()));
 }
 
-TEST_F(AnimationTest, ALayersLookAnimatesAndThemeColoursDoNot) {
+TEST_F(AnimationTest, ALayersLookAnimatesAndColoursOfTheThemeBlend) {
   animate([this] {
     view->layer()->setBorderColor(NSColor::whiteColor());
     view->layer()->setBackgroundColor(NSSystemColor::ControlAccent);
     view->layer()->setCornerRadius(10);
   });
   EXPECT_EQ(layer().borderColor, NSColor::blackColor());
-  EXPECT_EQ(layer().backgroundColor, NSColor(NSSystemColor::ControlAccent));
+  EXPECT_EQ(layer().backgroundColor, (NSColor::RGBA{0, 0, 0, 0}));
   desk.loop.advance(50ms);
   EXPECT_NEAR(layer().borderColor.rgba()->green, 0.80240, 1e-5);
   EXPECT_NEAR(layer().cornerRadius, 8.0240, 1e-4);
+  EXPECT_NEAR(shareOf(NSSystemColor::ControlAccent), 0.80240, 1e-5);
+  animate([this] { view->layer()->setBackgroundColor(NSColor::whiteColor()); });
+  EXPECT_NEAR(shareOf(NSSystemColor::ControlAccent), 0.80240, 1e-5) << "from where it was";
   desk.loop.advance(50ms);
+  EXPECT_NEAR(shareOf(NSSystemColor::ControlAccent), 0.80240 * (1 - 0.80240), 1e-5);
+  EXPECT_NEAR(layer().backgroundColor.fixedPart().green, 0.80240, 1e-5);
   EXPECT_EQ(layer().borderColor, NSColor::whiteColor());
+  desk.loop.advance(50ms);
+  EXPECT_EQ(layer().backgroundColor, NSColor::whiteColor());
 }
 
 TEST_F(AnimationTest, AViewAppearsAtItsFirstPlace) {

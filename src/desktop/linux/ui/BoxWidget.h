@@ -21,7 +21,7 @@ class BoxWidget final : public QWidget, public ViewWidget {
   void themeDidChange() override;
   /// Where the subview goes.
   [[nodiscard]] QBoxLayout& inside() { return inside_; }
-  [[nodiscard]] bool isMarked() const { return !box_->borderColor().systemColor().has_value(); }
+  [[nodiscard]] bool isMarked() const { return box_->borderColor().rgba().has_value(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

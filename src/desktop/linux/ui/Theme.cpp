@@ -72,10 +72,18 @@ double contrast(const QColor& one, const QColor& other) {
 }
 
 QColor Theme::color(const NSColor& color) const {
-  if (const auto system = color.systemColor()) return this->system(*system);
-  const NSColor::RGBA rgba = color.rgba().value_or(NSColor::RGBA{});
-  return QColor::fromRgbF(static_cast<float>(rgba.red), static_cast<float>(rgba.green),
-                          static_cast<float>(rgba.blue), static_cast<float>(rgba.alpha));
+  NSColor::RGBA sum = color.fixedPart();
+  for (std::size_t i = 0; i < color.themeShares().size(); ++i) {
+    const double share = color.themeShares()[i];
+    if (share == 0) continue;
+    const QColor part = system(static_cast<NSSystemColor>(i));
+    sum.red += share * part.redF();
+    sum.green += share * part.greenF();
+    sum.blue += share * part.blueF();
+    sum.alpha += share * part.alphaF();
+  }
+  return QColor::fromRgbF(static_cast<float>(sum.red), static_cast<float>(sum.green),
+                          static_cast<float>(sum.blue), static_cast<float>(sum.alpha));
 }
 
 QColor Theme::system(NSSystemColor color) const {
