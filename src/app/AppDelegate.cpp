@@ -161,11 +161,6 @@ void AppDelegate::menuDidClose(platform::NSMenu&) {
 
 // --- Menu ---
 
-bool AppDelegate::validateMenuItem(const platform::NSMenuItem& item) {
-  if (item.action() == "checkForUpdate") return updater_ && updater_->canCheckForUpdates();
-  return true;
-}
-
 void AppDelegate::checkForUpdate() {
   if (updater_) updater_->checkForUpdates(this);
 }

@@ -19,7 +19,6 @@ namespace app {
 class AppDelegate final : public platform::NSObject,
                           public platform::NSApplicationDelegate,
                           public platform::NSMenuDelegate,
-                          public platform::NSMenuItemValidation,
                           public presentation::PanelHost,
                           public preferences::PreferencesHost {
  public:
@@ -69,7 +68,6 @@ class AppDelegate final : public platform::NSObject,
   void registerMuteMicHotKey() override;
   void unregisterToggleAppHotKey() override { hotKeyToggleApp_ = nullptr; }
   void unregisterMuteMicHotKey() override { hotKeyMuteMic_ = nullptr; }
-  [[nodiscard]] bool validateMenuItem(const platform::NSMenuItem& item) override;
 
   [[nodiscard]] std::shared_ptr<platform::NSStatusBarButton> statusButton() override {
     return statusbutton_;

@@ -17,11 +17,8 @@ std::shared_ptr<NSMenuItem> NSMenu::addItemWithTitle(std::string title, SEL acti
 
 void NSMenu::update() {
   for (const auto& item : items_) {
-    NSObject* target =
-        NSApplication::sharedApplication().targetForAction(item->action(), item->target().get());
-    auto* validation = dynamic_cast<NSMenuItemValidation*>(target);
-    item->setEnabled(target != nullptr &&
-                     (validation == nullptr || validation->validateMenuItem(*item)));
+    item->setEnabled(NSApplication::sharedApplication().targetForAction(
+                         item->action(), item->target().get()) != nullptr);
   }
 }
 

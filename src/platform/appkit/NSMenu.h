@@ -40,14 +40,6 @@ class NSMenuItem final : public NSObject {
   bool enabled_ = true;
 };
 
-/// Decides whether an item can be chosen now. An object that an item's action would reach may
-/// implement it; without it every item that has somebody to act on it is enabled.
-class NSMenuItemValidation {
- public:
-  virtual ~NSMenuItemValidation() = default;
-  [[nodiscard]] virtual bool validateMenuItem(const NSMenuItem& item) = 0;
-};
-
 /// A list of items. How it is shown is the desktop's affair; see NSStatusItem for when.
 class NSMenu final : public NSObject {
  public:

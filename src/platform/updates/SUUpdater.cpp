@@ -15,10 +15,6 @@ std::shared_ptr<SUUpdater> SUUpdater::initForBundle(NSBundle&) {
   return std::make_shared<SUUpdater>();
 }
 
-bool SUUpdater::canCheckForUpdates() const {
-  return service() != nullptr;
-}
-
 void SUUpdater::checkForUpdatesInBackground() {
   if (service() != nullptr) service()->checkInBackground();
 }

@@ -6,8 +6,7 @@
 namespace platform {
 
 /// Looks for newer versions of the application through the desktop's update service. Where there is
-/// none it cannot check, and says so; asking all the same does nothing. Main thread only; never
-/// waits.
+/// none, asking does nothing. Main thread only; never waits.
 class SUUpdater final : public NSObject {
  public:
   [[nodiscard]] static std::shared_ptr<SUUpdater> initForBundle(NSBundle& bundle);
@@ -18,7 +17,6 @@ class SUUpdater final : public NSObject {
   [[nodiscard]] bool automaticallyChecksForUpdates() const { return automaticallyChecks_; }
   [[nodiscard]] bool automaticallyDownloadsUpdates() const { return automaticallyDownloads_; }
 
-  [[nodiscard]] bool canCheckForUpdates() const;
   /// Tells the user only of a newer version.
   void checkForUpdatesInBackground();
   /// Tells the user in any case.
