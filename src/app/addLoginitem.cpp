@@ -9,7 +9,10 @@ namespace app {
 
 using namespace platform;
 
-std::optional<LSSharedFileListItemRef> addLoginitem::itemRefInLoginItems() {
+namespace {
+
+/// The last entry that starts this program; none where there is none.
+std::optional<LSSharedFileListItemRef> lastItemOfOurs() {
   const std::string path = NSBundle::mainBundle().bundlePath();
   NSURL url = NSURL::fileURLWithPath(path);
   const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
@@ -20,7 +23,16 @@ std::optional<LSSharedFileListItemRef> addLoginitem::itemRefInLoginItems() {
   for (const LSSharedFileListItemRef& item : *items) {
     if (LSSharedFileListItemResolve(item, url) == noErr && url.path() == path) found = item;
   }
-  if (found) LSSharedFileListItemRemove(*list, *found);
+  return found;
+}
+
+}  // namespace
+
+std::optional<LSSharedFileListItemRef> addLoginitem::itemRefInLoginItems() {
+  const auto found = lastItemOfOurs();
+  if (!found) return std::nullopt;
+  const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
+  if (list) LSSharedFileListItemRemove(*list, *found);
   return found;
 }
 
