@@ -1,3 +1,6 @@
+#include <fstream>
+#include <string>
+
 #include "desktop/program/ProgramDesk.h"
 
 using harness::AccessibilityClient;
@@ -49,6 +52,14 @@ TEST_F(PanelUseTest, AScreenReaderFlipsWhatItIsToldOf) {
   EXPECT_TRUE(program.sinkMuted(false));
   on.erase("Presentation mode");
   EXPECT_TRUE(program.switchedOn(on));
+}
+
+TEST_F(PanelUseTest, ItsProcessIsFoundByTheProgramsName) {
+  ASSERT_TRUE(program.start());
+  std::ifstream file("/proc/" + std::to_string(program.program().pid()) + "/comm");
+  std::string name;
+  ASSERT_TRUE(std::getline(file, name));
+  EXPECT_EQ(name, "calmdeck");
 }
 
 TEST_F(PanelUseTest, AClickAnywhereElseClosesIt) {
