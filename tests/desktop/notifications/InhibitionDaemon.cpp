@@ -33,6 +33,7 @@ class Daemon final : public QDBusVirtualObject {
     const bool before = !tickets_.isEmpty();
     if (method == "Inhibit") tickets_.insert(++last_);
     if (method == "UnInhibit") tickets_.remove(message.arguments().value(0).toUInt());
+    if (method == "EndAll") tickets_.clear();  // by hand: no program can
     if (before == tickets_.isEmpty()) tellChange();
     return method == "Inhibit" ? QVariantList{last_} : QVariantList{};
   }

@@ -32,7 +32,7 @@ class BusAdapter : public QObject, public DoNotDisturbAdapter {
   [[nodiscard]] virtual QDBusMessage stateQuestion() const = 0;
   [[nodiscard]] virtual std::optional<bool> stateIn(const QDBusMessage& answer) const = 0;
 
-  /// Asks for the state; to be called once by each constructor, waited for by settle().
+  /// Asks for the state in a constructor; waited for by settle().
   void readFirst();
   void read();
   /// Sends a change that leads to `on`. `done` gets the answer, be it an error.

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "desktop/linux/notifications/BusQuestion.h"
-#include "desktop/linux/notifications/NotificationsLog.h"
 
 namespace linux_desktop {
 namespace {
@@ -19,8 +18,10 @@ const QString kReason = QStringLiteral("Presentation mode");
 
 InhibitionDoNotDisturb::InhibitionDoNotDisturb(QDBusConnection connection,
                                                const NotificationDaemonIdentity& daemon)
-    : PropertyDoNotDisturb(std::move(connection), daemon, kNotifications), name_(daemon.name) {
-  readFirst();
+    : PropertyDoNotDisturb(std::move(connection), daemon, kNotifications) {}
+
+std::optional<bool> InhibitionDoNotDisturb::isOn() {
+  return wanted_ && PropertyDoNotDisturb::isOn().value_or(true);
 }
 
 std::optional<bool> InhibitionDoNotDisturb::stateOf(const QVariantMap& properties) const {
@@ -29,12 +30,8 @@ std::optional<bool> InhibitionDoNotDisturb::stateOf(const QVariantMap& propertie
 }
 
 bool InhibitionDoNotDisturb::set(bool on) {
-  if (!on && !ticket_ && !inhibiting_) {
-    if (!isOn().value_or(false)) return true;
-    qCWarning(lcNotifications, "Do Not Disturb was switched on by somebody else; %s keeps it on",
-              qPrintable(name_));
-    return false;
-  }
+  // It is not quiet: whoever ended that has ended ours, too.
+  if (!inhibiting_ && !PropertyDoNotDisturb::isOn().value_or(true)) ticket_.reset();
   wanted_ = on;
   assume(on);
   if (!inhibiting_ && on != ticket_.has_value()) on ? inhibit() : release();
@@ -46,15 +43,17 @@ void InhibitionDoNotDisturb::inhibit() {
   write(busCall(owner(), kPath, kNotifications, "Inhibit", {kDesktopEntry, kReason, QVariantMap()}),
         true, [this](const QDBusMessage& answer) {
           inhibiting_ = false;
-          if (isError(answer)) return;
+          if (isError(answer)) {
+            wanted_ = false;
+            return;
+          }
           ticket_ = answer.arguments().value(0).toUInt();
           if (!wanted_) release();
         });
 }
 
 void InhibitionDoNotDisturb::release() {
-  write(busCall(owner(), kPath, kNotifications, "UnInhibit", {*std::exchange(ticket_, {})}), false,
-        [this](const QDBusMessage&) { read(); });  // somebody else may want quiet, too
+  write(busCall(owner(), kPath, kNotifications, "UnInhibit", {*std::exchange(ticket_, {})}), false);
 }
 
 }  // namespace linux_desktop

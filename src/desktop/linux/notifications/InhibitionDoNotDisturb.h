@@ -1,19 +1,19 @@
 #pragma once
 
-#include <QString>
-
 #include "desktop/linux/notifications/PropertyDoNotDisturb.h"
 
 namespace linux_desktop {
 
 /// Plasma, and whatever else offers inhibitions: each program that wants quiet holds one of its
-/// own, and it is quiet while there is any. Ours ends with our connection to the bus, and nobody
-/// else's can be ended.
+/// own, and it is quiet while there is any. On is whether we hold ours, so that it stays quiet when
+/// the others' end; nobody else's can be ended. Ours ends with our connection to the bus, and when
+/// the user ends all.
 class InhibitionDoNotDisturb final : public PropertyDoNotDisturb {
   Q_OBJECT
 
  public:
   InhibitionDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
+  [[nodiscard]] std::optional<bool> isOn() override;
   [[nodiscard]] bool set(bool on) override;
 
  protected:
@@ -23,7 +23,6 @@ class InhibitionDoNotDisturb final : public PropertyDoNotDisturb {
   void inhibit();
   void release();
 
-  QString name_;
   bool wanted_ = false;
   bool inhibiting_ = false;  // asked for, the ticket is not here yet
   std::optional<uint> ticket_;
