@@ -15,8 +15,10 @@ using platform::NSEventType;
 using platform::NSRect;
 using tests::Listener;
 
-// Where the knob's left edge is after a third of the time: 0.57586 of the way from 2 to 20.
-constexpr double kThirdOfSlide = 12.3655;
+/// How far an animation is after a third of its time.
+constexpr double kThird = 0.57586;
+/// Where the knob's left edge is then on its way from 2 to 20.
+constexpr double kThirdOfSlide = 2 + 18 * kThird;
 
 const NSColor kRed = NSColor::RGBA{1, 0, 0, 1};
 const NSColor kBlue = NSColor::RGBA{0, 0, 1, 1};
@@ -96,8 +98,7 @@ TEST_F(CToggleButtonTest, ASlideIsOnItsWayAfterATenthOfASecond) {
   EXPECT_EQ(knobOnScreen().x, 2);
   desk.loop.advance(100ms);
   EXPECT_NEAR(knobOnScreen().x, kThirdOfSlide, 0.001);
-  EXPECT_NEAR(track().presentation(desk.loop.now()).borderWidth, 2 + 6 * (kThirdOfSlide - 2) / 18,
-              0.001);
+  EXPECT_NEAR(track().presentation(desk.loop.now()).borderWidth, 2 + 6 * kThird, 0.001);
   EXPECT_TRUE(toggle->isAnimating(desk.loop.now()));
   desk.loop.advance(200ms);
   EXPECT_EQ(knobOnScreen().x, 20);
@@ -211,6 +212,35 @@ TEST_F(CToggleButtonTest, AnOutlineWidthSetWhileOnMovesTheKnobUntilTheNextChange
   toggle->setIsOn(false);
   EXPECT_EQ(knob(), (NSRect{3, 3, 10, 10}));
   EXPECT_EQ(track().borderWidth(), 3);
+}
+
+TEST_F(CToggleButtonTest, ASwitchThatIsOnIsSetPressedAndLetGo) {
+  std::vector<bool> states;
+  toggle->callback = [&states](bool isOn) { states.push_back(isOn); };
+  toggle->setIsOn(true);
+  desk.loop.advance(300ms);
+  toggle->setFillColor(kBlue);
+  EXPECT_EQ(track().borderColor(), kBlue);
+  toggle->setRadius(5);
+  EXPECT_EQ(track().cornerRadius(), 5);
+  EXPECT_EQ(track().borderWidth(), 8);
+  EXPECT_EQ(track().borderColor(), NSColor::lightGrayColor()) << "the outline's, on as well";
+  EXPECT_EQ(knob().x, 20);
+  toggle->setOutlineColor(kRed);
+  toggle->setIsOn(true);
+  EXPECT_EQ(track().borderColor(), kBlue);
+  desk.loop.advance(300ms);
+
+  press();
+  desk.loop.advance(100ms);
+  EXPECT_NEAR(knobOnScreen().width, 12 + 3 * kThird, 0.001);
+  EXPECT_NEAR(knobOnScreen().x, 20 - 3 * kThird, 0.001) << "the right edge stays";
+  release();
+  EXPECT_EQ(listener->notifications, (std::vector{heard(false, 44)}));
+  EXPECT_EQ(track().borderColor(), kRed);
+  desk.loop.advance(300ms);
+  EXPECT_EQ(knobOnScreen(), (NSRect{2, 2, 12, 12}));
+  EXPECT_EQ(states, (std::vector{true, true, false}));
 }
 
 TEST_F(CToggleButtonTest, ColoursShowWhenTheirStateDoes) {

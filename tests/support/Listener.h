@@ -15,6 +15,7 @@ class Listener final : public platform::NSObject {
   struct Heard {
     std::string name;
     std::optional<platform::Dictionary> userInfo;
+    const platform::NSObject* sender = nullptr;
     bool operator==(const Heard&) const = default;
   };
   std::vector<Heard> notifications;
@@ -23,7 +24,7 @@ class Listener final : public platform::NSObject {
   std::function<void()> reaction;
 
   void heard(const platform::NSNotification& notification) {
-    notifications.push_back({notification.name(), notification.userInfo()});
+    notifications.push_back({notification.name(), notification.userInfo(), notification.object()});
     if (reaction) reaction();
   }
   void called() { ++calls; }
