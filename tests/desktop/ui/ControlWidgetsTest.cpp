@@ -110,6 +110,34 @@ TEST_F(ControlWidgetsTest, ViewThatComesIntoABoxIsShownAndTheRestGoesOn) {
   EXPECT_EQ(keys->buttonPresses, 1);
 }
 
+TEST_F(ControlWidgetsTest, ShortcutCanBeReadAndIsSaidInWords) {
+  show();
+  const struct {
+    const char* model;
+    const char* shown;
+    const char* said;
+  } rows[] = {
+      {"⌃⌥p", "⌃⌥p", "Ctrl+Alt+P"},
+      {"⇧⌘R", "⇧⌘R", "Shift+Super+R"},
+      {"⌥f5", "⌥f5", "Alt+F5"},
+      {"⌃ö", "⌃ö", "Ctrl+Ö"},
+      {"⌃\u0003", "⌃Enter", "Ctrl+Enter"},
+      {"⌃\uF746", "⌃Insert", "Ctrl+Insert"},
+      {"⌃ ", "⌃Space", "Ctrl+Space"},
+      {"⇧", "⇧", "Shift+"},
+      {"Record Shortcut", "Record Shortcut", "Record Shortcut"},
+      {"", "", ""},
+  };
+  for (const auto& row : rows) {
+    label->setStringValue(row.model);
+    box->setAccessibilityHelp(row.model);
+    window->displayIfNeeded();
+    EXPECT_EQ(widgetOf<QLabel>(*label).text().toStdString(), row.shown);
+    EXPECT_EQ(readerOf(*box).text(QAccessible::Description).toStdString(), row.said);
+    EXPECT_EQ(label->stringValue(), row.model);
+  }
+}
+
 TEST_F(ControlWidgetsTest, ScreenReaderIsToldWhatEachControlIs) {
   show();
   const struct {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <utility>
 
+#include "desktop/linux/ui/ShortcutText.h"
 #include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {
@@ -15,7 +16,7 @@ LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* 
 }
 
 void LabelWidget::viewDidChange(platform::ViewChange) {
-  setText(QString::fromStdString(field_->stringValue()));
+  setText(readableShortcut(QString::fromStdString(field_->stringValue())));
 }
 
 void LabelWidget::themeDidChange() {

@@ -8,7 +8,7 @@
 
 namespace linux_desktop {
 
-/// A label in the desktop's font and the theme's colours.
+/// A label in the desktop's font and the theme's colours. Of a shortcut it shows what can be read.
 class LabelWidget final : public QLabel, public ViewWidget {
  public:
   LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent);

@@ -11,6 +11,7 @@
 #include "desktop/linux/ui/LabelWidget.h"
 #include "desktop/linux/ui/OverhangItem.h"
 #include "desktop/linux/ui/SeparatorWidget.h"
+#include "desktop/linux/ui/ShortcutText.h"
 #include "platform/appkit/NSStackView.h"
 
 namespace linux_desktop {
@@ -194,7 +195,7 @@ ViewWidget* ViewTree::widgetOf(const NSView& view) const {
 void ViewTree::readCommon(ViewWidget& widget) const {
   widget.widget().setAccessibleName(widget.accessibleName());
   widget.widget().setAccessibleDescription(
-      QString::fromStdString(widget.view().accessibilityHelp()));
+      shortcutInWords(QString::fromStdString(widget.view().accessibilityHelp())));
 }
 
 void ViewTree::readVisibility() {
