@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "hotkeys/KeyCombo.h"
 #include "platform/appkit/NSAlert.h"
+#include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
 #include "preferences/ShortcutRow.h"
@@ -56,6 +58,10 @@ std::string keyText(std::uint16_t keyCode, std::string characters) {
 }
 
 bool isReserved(std::string text, std::uint32_t modifierFlags) {
+  const hotkeys::KeyCombo combination(text, ModifierFlags{modifierFlags});
+  if (platform::IsReservedHotKey(combination.carbonKeyCode, combination.carbonModifiers)) {
+    return true;
+  }
   if ((modifierFlags & kFourModifiers) != Bits::Command) return false;
   std::ranges::transform(text, text.begin(), [](char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -107,7 +113,7 @@ void preferencesWindowController::keyDown(const NSEvent& event) {
 void preferencesWindowController::refuseReserved() {
   shortcutState().clearShortcut();
   showInPane("");
-  askForAnother({});
+  askForAnother("", {});
 }
 
 void preferencesWindowController::takeShortcut(const NSEvent& event) {
@@ -129,23 +135,33 @@ void preferencesWindowController::takeShortcut(const NSEvent& event) {
 // --- Refusals ---
 
 void preferencesWindowController::showShortcutUnavailableAlert() {
+  const std::string refused = shortcutState().shortcutText();
+  auto askedAbout = askedAbout_.lock();
+  if (!askedAbout) askedAbout_ = askedAbout = std::make_shared<std::set<std::string>>();
+  askedAbout->insert(refused);
   shortcutState().clearShortcut();
   showInPane("");
-  askForAnother([](int) {
-    ShortcutState& state = shortcutState();
-    state.clearShortcut();
-    if (!state.currentGeneralVc) return;
-    // A recording that is still on would try the refused combination again, and so never end.
-    state.isRecordingShortcut = false;
-    state.currentGeneralVc->startRecording(ShortcutRow::recording());
-  });
+  askForAnother("Not available: " + refused,
+                [askedAbout](int) { recordAfterRefusals(*askedAbout); });
+}
+
+void preferencesWindowController::recordAfterRefusals(const std::set<std::string>& refused) {
+  ShortcutState& state = shortcutState();
+  if (!state.currentGeneralVc) return state.clearShortcut();
+  const ShortcutRow& row = ShortcutRow::recording();
+  state.loadShortcut(row.textKey, row.listKey);
+  // A recording that is still on tries the stored shortcut. With what was just refused that would
+  // ask again, and so never end.
+  if (refused.contains(state.shortcutText())) state.isRecordingShortcut = false;
+  state.currentGeneralVc->startRecording(row);
 }
 
 void preferencesWindowController::askForAnother(
-    std::function<void(int response)> completionHandler) {
+    const std::string& informativeText, std::function<void(int response)> completionHandler) {
   platform::NSAlert alert;
   alert.setAlertStyle(platform::NSAlertStyle::Informational);
   alert.setMessageText("Please use a different key combination.");
+  alert.setInformativeText(informativeText);
   alert.addButtonWithTitle("OK");
   alert.beginSheetModalForWindow(*window(), std::move(completionHandler));
 }

@@ -81,5 +81,12 @@ TEST_P(DesktopContract, APressAndItsReleaseAreReportedForAsLongAsTheCombinationI
   keys.setClient(nullptr);
 }
 
+TEST_P(DesktopContract, AReservedCombinationIsGivenToNobody) {
+  port::HotKeys& keys = *desk().desktop().hotKeys();
+  EXPECT_FALSE(keys.isReserved(kVK_ANSI_C, kModifiers));
+  ASSERT_TRUE(keys.isReserved(kVK_ANSI_C, controlKey));
+  EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_C, controlKey), eventHotKeyInvalidErr);
+}
+
 }  // namespace
 }  // namespace contract

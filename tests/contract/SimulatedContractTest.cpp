@@ -2,6 +2,7 @@
 
 #include "contract/DesktopContract.h"
 #include "desktop/simulated/SimulatedDesktop.h"
+#include "platform/carbon/KeyCodes.h"
 
 namespace contract {
 namespace {
@@ -13,7 +14,10 @@ constexpr platform::AudioObjectPropertyAddress kMute{platform::kAudioDevicePrope
 
 class SimulatedContractDesk final : public ContractDesk {
  public:
-  SimulatedContractDesk() { setMonitors({{1280, 720}, {1024, 600}}); }
+  SimulatedContractDesk() {
+    setMonitors({{1280, 720}, {1024, 600}});
+    desk_->keys.reserved.insert({platform::kVK_ANSI_C, platform::controlKey});
+  }
 
   [[nodiscard]] platform::Desktop& desktop() override { return *desk_; }
 

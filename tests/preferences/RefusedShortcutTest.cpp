@@ -66,6 +66,46 @@ TEST_F(RefusedShortcutTest, RecordingARefusedRowOnceMoreAsksOnceMoreAndNotForEve
   EXPECT_FALSE(look(muteMic).isBlue);
 }
 
+TEST_F(RefusedShortcutTest, ARowThatRecordsIsStartedAnewWhenTheRefusalWasOfAnother) {
+  storeShortcut(toggleApp, "j", Array{12});
+  storeShortcut(muteMic, "k", Array{12});
+  launch();
+  dismissSheet();
+  record(muteMic);
+  record(toggleApp);
+  ASSERT_EQ(sheets(), 1U);
+  desk.log.clear();
+  dismissSheet();
+  EXPECT_EQ(look(toggleApp), kRecording);
+  EXPECT_THAT(desk.log.calls("hotKeys"),
+              ElementsAre("hotKeys.register 38 4096", "hotKeys.unregister 38 4096"));
+
+  // Taken meanwhile: that is told as well, and once.
+  record(muteMic);
+  record(toggleApp);
+  desk.keys.heldByOthers.insert(kControlJ);
+  dismissSheet();
+  ASSERT_EQ(sheets(), 1U);
+  EXPECT_EQ(desk.screen.alerts()[0].informative, "Not available: ⌃j");
+  dismissSheet();
+  EXPECT_EQ(sheets(), 0U);
+  EXPECT_EQ(look(toggleApp), kRecording);
+}
+
+TEST_F(RefusedShortcutTest, OneOfAnEarlierRunCanBeClearedFromTheOtherRow) {
+  storeShortcut(toggleApp, "k", Array{12});
+  launch();
+  dismissSheet();
+  record(muteMic);
+  dismissSheet();
+  EXPECT_EQ(look(muteMic), kRecording);
+  EXPECT_EQ(look(toggleApp), showing(""));
+  clear(toggleApp);
+  closePreferences();
+  relaunch();
+  EXPECT_EQ(sheets(), 0U);
+}
+
 TEST_F(RefusedShortcutTest, AWindowThatClosesKeepsItsSheetForTheNextTime) {
   launchAndOpen();
   recordARefusedOne(toggleApp);
@@ -94,8 +134,9 @@ TEST_F(RefusedShortcutTest, TwoRefusedAtLaunchAskOneAfterTheOtherAndTheModesRowR
   launch();
   EXPECT_EQ(look(toggleApp), (Look{"", true, false}));
   EXPECT_EQ(look(muteMic), showing("⌃j"));
-  for (int sheet = 0; sheet < 2; ++sheet) {
+  for (const char* named : {"Not available: ⌃k", "Not available: ⌃j"}) {
     ASSERT_EQ(sheets(), 1U);
+    EXPECT_EQ(desk.screen.alerts()[0].informative, named);
     dismissSheet();
     EXPECT_EQ(look(toggleApp), kRecording);
   }

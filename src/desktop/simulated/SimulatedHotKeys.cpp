@@ -10,7 +10,9 @@ platform::OSStatus SimulatedHotKeys::registerHotKey(HotKeyNumber number, std::ui
                                                     std::uint32_t modifiers) {
   const Combination combination{keyCode, modifiers};
   log_.add("hotKeys.register " + std::to_string(keyCode) + " " + std::to_string(modifiers));
-  if (impossible.contains(combination)) return platform::eventHotKeyInvalidErr;
+  if (impossible.contains(combination) || reserved.contains(combination)) {
+    return platform::eventHotKeyInvalidErr;
+  }
   if (heldByOthers.contains(combination) || numberOf(combination) != 0) {
     return platform::eventHotKeyExistsErr;
   }

@@ -27,12 +27,17 @@ class SimulatedHotKeys final : public platform::port::HotKeys {
                                                   std::uint32_t keyCode,
                                                   std::uint32_t modifiers) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
+  [[nodiscard]] bool isReserved(std::uint32_t keyCode, std::uint32_t modifiers) const override {
+    return reserved.contains({keyCode, modifiers});
+  }
 
   // --- Levers ---
   /// What other programs hold.
   std::set<Combination> heldByOthers;
   /// What this keyboard cannot make.
   std::set<Combination> impossible;
+  /// What this desktop gives to nobody.
+  std::set<Combination> reserved;
   /// The user presses a combination, and lets go of it. Nothing happens when nobody holds it, or
   /// held it when it was pressed.
   void press(Combination combination);

@@ -138,8 +138,8 @@ std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::showSheet(
 
 std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::addAlert(
     const platform::NSAlert& alert, bool isSheet, std::function<void(std::size_t)> answered) {
-  alerts_.push_back(
-      {alert.messageText(), static_cast<int>(alert.alertStyle()), alert.buttonTitles(), isSheet});
+  alerts_.push_back({alert.messageText(), static_cast<int>(alert.alertStyle()),
+                     alert.buttonTitles(), isSheet, alert.informativeText()});
   answered_.push_back(std::move(answered));
   return std::make_unique<Alert>(*this);
 }

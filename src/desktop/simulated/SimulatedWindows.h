@@ -49,6 +49,7 @@ class SimulatedWindows final : public platform::port::Windows {
     std::vector<std::string> buttons;
     /// On one window, rather than in front of all.
     bool isSheet = false;
+    std::string informative = {};
     bool operator==(const ShownAlert&) const = default;
   };
   [[nodiscard]] const std::vector<ShownAlert>& alerts() const { return alerts_; }

@@ -19,6 +19,9 @@ class NSAlert {
 
   [[nodiscard]] const std::string& messageText() const { return messageText_; }
   void setMessageText(std::string text) { messageText_ = std::move(text); }
+  /// Smaller, below the message; empty at first.
+  [[nodiscard]] const std::string& informativeText() const { return informativeText_; }
+  void setInformativeText(std::string text) { informativeText_ = std::move(text); }
   [[nodiscard]] NSAlertStyle alertStyle() const { return style_; }
   void setAlertStyle(NSAlertStyle style) { style_ = style; }
   [[nodiscard]] const std::vector<std::string>& buttonTitles() const { return buttonTitles_; }
@@ -35,6 +38,7 @@ class NSAlert {
 
  private:
   std::string messageText_;
+  std::string informativeText_;
   NSAlertStyle style_ = NSAlertStyle::Warning;
   std::vector<std::string> buttonTitles_;
 };

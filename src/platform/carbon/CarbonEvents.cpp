@@ -104,6 +104,10 @@ OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, Eve
   return EventDispatcher::shared().registerHotKey(keyCode, modifiers, hotKeyID, outRef);
 }
 
+bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
+  return service() != nullptr && service()->isReserved(keyCode, modifiers);
+}
+
 OSStatus UnregisterEventHotKey(EventHotKeyRef hotKey) {
   return EventDispatcher::shared().unregisterHotKey(hotKey);
 }

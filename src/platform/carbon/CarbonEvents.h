@@ -67,6 +67,8 @@ using EventHandler = OSStatus (*)(EventRef event, void* userData);
 [[nodiscard]] OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                            EventHotKeyID hotKeyID, EventTargetRef target,
                                            std::uint32_t options, EventHotKeyRef& outRef);
+/// Whether this desktop keeps the combination from everybody, so that nobody need try.
+[[nodiscard]] bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers);
 /// Withdraws a hot key. A reference that is empty or was withdrawn before is paramErr.
 OSStatus UnregisterEventHotKey(EventHotKeyRef hotKey);
 

@@ -38,6 +38,12 @@ class HotKeys {
                                                 std::uint32_t modifiers) = 0;
   /// Gives it back; nothing is reported of it any more. An unknown number: does nothing.
   virtual void unregisterHotKey(HotKeyNumber number) = 0;
+  /// Whether this desktop gives the combination to nobody, whatever is held at the moment: to
+  /// register it is eventHotKeyInvalidErr.
+  [[nodiscard]] virtual bool isReserved(std::uint32_t /*keyCode*/,
+                                        std::uint32_t /*modifiers*/) const {
+    return false;
+  }
 };
 
 }  // namespace platform::port

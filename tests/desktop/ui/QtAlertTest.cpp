@@ -50,6 +50,12 @@ TEST_F(QtAlertTest, KeyboardAnswersWithTheFirstButtonAndEscapeWithTheLast) {
   EXPECT_EQ(box(), nullptr);
 }
 
+TEST_F(QtAlertTest, WritesAShortcutAsItsKeysAreLabelled) {
+  alert.setInformativeText("Not available: ⌃⌥p");
+  ask();
+  EXPECT_EQ(box()->informativeText(), QStringLiteral("Not available: Ctrl+Alt+P"));
+}
+
 TEST_F(QtAlertTest, OneThatIsTakenAwayAnswersNothing) {
   ask();
   peer.reset();

@@ -17,7 +17,7 @@ void SessionHotKeys::setClient(platform::port::HotKeysClient* client) {
 
 platform::OSStatus SessionHotKeys::registerHotKey(platform::port::HotKeyNumber number,
                                                   std::uint32_t keyCode, std::uint32_t modifiers) {
-  if (isReservedForPrograms(keyCode, modifiers)) return platform::eventHotKeyInvalidErr;
+  if (isReserved(keyCode, modifiers)) return platform::eventHotKeyInvalidErr;
   if (kde_) {
     if (const auto status = kde_->registerHotKey(number, keyCode, modifiers)) return *status;
   }
@@ -29,6 +29,10 @@ void SessionHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
   // Whoever does not know the number does nothing.
   if (kde_) kde_->unregisterHotKey(number);
   if (windowSystem_ != nullptr) windowSystem_->unregisterHotKey(number);
+}
+
+bool SessionHotKeys::isReserved(std::uint32_t keyCode, std::uint32_t modifiers) const {
+  return isReservedForPrograms(keyCode, modifiers);
 }
 
 }  // namespace linux_desktop

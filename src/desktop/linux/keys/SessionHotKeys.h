@@ -22,6 +22,7 @@ class SessionHotKeys final : public platform::port::HotKeys {
                                                   std::uint32_t keyCode,
                                                   std::uint32_t modifiers) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
+  [[nodiscard]] bool isReserved(std::uint32_t keyCode, std::uint32_t modifiers) const override;
 
  private:
   std::optional<KdeHotKeys> kde_;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "desktop/linux/ui/PlainTitle.h"
+#include "desktop/linux/ui/ShortcutText.h"
 
 namespace linux_desktop {
 
@@ -37,6 +38,7 @@ std::unique_ptr<QMessageBox> QtAlert::boxFor(const NSAlert& alert, bool isSheet)
   auto box = std::make_unique<QMessageBox>(iconFor(alert.alertStyle()), QStringLiteral("Calmdeck"),
                                            QString::fromStdString(alert.messageText()));
   box->setTextFormat(Qt::PlainText);
+  box->setInformativeText(shortcutInWords(QString::fromStdString(alert.informativeText())));
   // A popover of ours stays in front of ordinary windows, so an alert has to as well.
   box->setWindowFlag(Qt::WindowStaysOnTopHint, !isSheet);
   std::size_t index = 0;
