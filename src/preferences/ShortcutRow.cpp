@@ -9,6 +9,7 @@ namespace preferences {
 const ShortcutRow ShortcutRow::toggleApp{
     .box = &generalVc::boxShortcutToggleApp,
     .label = &generalVc::lblShortcutToggleApp,
+    .recordButton = &generalVc::btnRecordShortcutToggleApp,
     .clearButton = &generalVc::btnClearShortcut_ToggleApp,
     .textKey = shared::kuserdefault_ToggleAppShortcut,
     .listKey = shared::kuserdefault_ToggleAppFlag,
@@ -20,6 +21,7 @@ const ShortcutRow ShortcutRow::toggleApp{
 const ShortcutRow ShortcutRow::muteMic{
     .box = &generalVc::boxShortcutMuteMic,
     .label = &generalVc::lblShortcutMuteMic,
+    .recordButton = &generalVc::btnRecordShortcutMuteMic,
     .clearButton = &generalVc::btnClearShortcut_MuteMic,
     .textKey = shared::kuserdefault_MuteMicShortcut,
     .listKey = shared::kuserdefault_MuteMicFlag,

@@ -16,6 +16,7 @@ class generalVc;
 struct ShortcutRow {
   std::weak_ptr<platform::NSBox> generalVc::*box;
   std::weak_ptr<platform::NSTextField> generalVc::*label;
+  std::weak_ptr<platform::NSButton> generalVc::*recordButton;
   std::weak_ptr<platform::NSButton> generalVc::*clearButton;
   std::string_view textKey;
   std::string_view listKey;

@@ -78,7 +78,8 @@ class generalVc final : public platform::NSViewController {
   void reload(const ShortcutRow& row) const;
   void clear(const ShortcutRow& row) const;
   void showClearButton(const ShortcutRow& row, bool shown) const;
-  void showBorder(const ShortcutRow& row, platform::NSColor color) const;
+  /// On the frame, and to a screen reader, which hears the row's shortcut else.
+  void showRecording(const ShortcutRow& row, bool records) const;
   template <typename View>
   [[nodiscard]] View& connected(std::weak_ptr<View> generalVc::*outlet) const {
     const std::shared_ptr<View> view = (this->*outlet).lock();

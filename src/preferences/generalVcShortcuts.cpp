@@ -24,8 +24,13 @@ void generalVc::showClearButton(const ShortcutRow& row, bool shown) const {
   connected(row.clearButton).setHidden(!shown);
 }
 
-void generalVc::showBorder(const ShortcutRow& row, NSColor color) const {
-  connected(row.box).setBorderColor(color);
+void generalVc::showRecording(const ShortcutRow& row, bool records) const {
+  const std::string& shown = connected(row.label).stringValue();
+  const std::string idle = shown == kNoShortcut ? "No shortcut" : shown;
+  const std::string help = records ? "Waits for the keys to be pressed" : idle;
+  connected(row.box).setBorderColor(records ? NSColor::blueColor() : borderNormalColor);
+  connected(row.box).setAccessibilityHelp(help);
+  connected(row.recordButton).setAccessibilityHelp(help);
 }
 
 // --- Showing what is stored ---
@@ -44,7 +49,7 @@ void generalVc::reload(const ShortcutRow& row) const {
   const bool hasShortcut = !state.currentShortcutModifiers.isEmpty();
   showShortcut(row, hasShortcut ? state.shortcutText() : kNoShortcut);
   showClearButton(row, hasShortcut);
-  showBorder(row, borderNormalColor);
+  showRecording(row, false);
 }
 
 // --- Recording ---
@@ -64,7 +69,7 @@ void generalVc::startRecording(const ShortcutRow& row) {
   state.isRecordingShortcut = true;
   showShortcut(row, "");
   showClearButton(row, false);
-  showBorder(row, NSColor::blueColor());
+  showRecording(row, true);
   (host_().*row.unregisterHotKey)();
   state.clearShortcut();
 }
@@ -78,7 +83,7 @@ void generalVc::resetCurrentRecording() {
 
 void generalVc::endRecording() {
   shortcutState().isRecordingShortcut = false;
-  showBorder(ShortcutRow::recording(), borderNormalColor);
+  showRecording(ShortcutRow::recording(), false);
   showClearButton(ShortcutRow::recording(), true);
 }
 
@@ -101,7 +106,7 @@ void generalVc::clear(const ShortcutRow& row) const {
   defaults.removeObjectForKey(row.listKey);
   showShortcut(row, kNoShortcut);
   showClearButton(row, false);
-  showBorder(row, borderNormalColor);
+  showRecording(row, false);
 }
 
 }  // namespace preferences

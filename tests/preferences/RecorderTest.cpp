@@ -124,6 +124,29 @@ TEST_F(RecorderTest, WhatProgramsUseCommandAloneForIsRefusedAndTheRowKeepsRecord
   EXPECT_EQ(look(toggleApp), showing("⌃⌘c"));
 }
 
+TEST_F(RecorderTest, WhatTheDesktopGivesToNobodyIsRefusedInTheSameWay) {
+  desk.keys.reserved = {{platform::kVK_ANSI_C, controlKey}, {platform::kVK_ANSI_A, controlKey}};
+  launchAndOpen();
+  record(toggleApp);
+  // The last one names no key, and so stands for the key A.
+  for (const char* characters : {"c", "C", "ö"}) {
+    SCOPED_TRACE(characters);
+    pressKey(8, Bits::Control, characters);
+    ASSERT_EQ(desk.screen.alerts().size(), 1U);
+    EXPECT_EQ(desk.screen.alerts()[0].message, "Please use a different key combination.");
+    dismissSheet();
+    EXPECT_EQ(look(toggleApp), kRecording);
+  }
+  EXPECT_EQ(desk.log.calls("defaults"), Lines{});
+  EXPECT_EQ(desk.log.calls("hotKeys"), Lines{});
+  relaunch();
+  EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+  openPreferences();
+  record(toggleApp);
+  pressKey(8, Bits::Control | Bits::Shift, "C");
+  EXPECT_EQ(look(toggleApp), showing("⌃⇧C"));
+}
+
 TEST_F(RecorderTest, RecordingAnotherRowGivesTheFirstItsShortcutBack) {
   storeShortcut(toggleApp, "k", Array{12});
   storeShortcut(muteMic, "j", Array{12});
@@ -152,6 +175,38 @@ TEST_F(RecorderTest, ClosingTheWindowEndsARecordingWithoutANewShortcut) {
   EXPECT_EQ(look(muteMic), showing("⌃j"));
   pressControlK();
   EXPECT_EQ(stored(muteMic.textKey), Value("j"));
+}
+
+TEST_F(RecorderTest, ARecordingThatIsOnWhenThePaneAppearsEnds) {
+  storeShortcut(toggleApp, "k", Array{12});
+  launchAndOpen();
+  closePreferences();
+  pane().performSelector("btnRecordShortcutToggleAppClicked:");
+  openPreferences();
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  pressKey(platform::kVK_ANSI_J, Bits::Control, "j");
+  EXPECT_EQ(stored(toggleApp.textKey), Value("k"));
+}
+
+TEST_F(RecorderTest, AScreenReaderIsToldWhatTheRowHoldsAndWhetherItRecords) {
+  storeShortcut(toggleApp, "k", Array{12});
+  launchAndOpen();
+  const auto expectTold = [](const ShortcutRow& row, const std::string& expected) {
+    EXPECT_EQ((pane().*row.box).lock()->accessibilityHelp(), expected);
+    EXPECT_EQ((pane().*row.recordButton).lock()->accessibilityHelp(), expected);
+  };
+  const char* records = "Waits for the keys to be pressed";
+  expectTold(toggleApp, "⌃k");
+  expectTold(muteMic, "No shortcut");
+  record(toggleApp);
+  expectTold(toggleApp, records);
+  record(muteMic);
+  expectTold(toggleApp, "⌃k");
+  expectTold(muteMic, records);
+  pressKey(platform::kVK_ANSI_J, Bits::Control, "j");
+  expectTold(muteMic, "⌃j");
+  clear(toggleApp);
+  expectTold(toggleApp, "No shortcut");
 }
 
 TEST_F(RecorderTest, ClearingARowLeavesNothingOfItsShortcut) {

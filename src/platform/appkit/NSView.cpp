@@ -143,6 +143,7 @@ void NSView::setAccessibilityLabel(std::string label) {
 }
 
 void NSView::setAccessibilityHelp(std::string help) {
+  if (help == accessibilityHelp_) return;
   accessibilityHelp_ = std::move(help);
   didChange(ViewChange::Attributes);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <stdexcept>
 
 namespace harness {
 
@@ -65,6 +66,12 @@ std::optional<AccessibleElement> AccessibilityClient::await(
 
 bool AccessibilityClient::act(const AccessibleElement& element) const {
   return desk_.run({kPython, kScript, "act", kApplication, element.role, element.name}).succeeded();
+}
+
+std::unique_ptr<Process> AccessibilityClient::listen() const {
+  auto listener = desk_.start({kPython, kScript, "listen", kApplication});
+  if (!listener->waitForLine("listening$")) throw std::runtime_error("nobody can listen");
+  return listener;
 }
 
 }  // namespace harness

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,8 @@ class AccessibilityClient {
   /// Does what the element does when it is activated, without a mouse or a key. False when there
   /// is no such element or it refuses.
   [[nodiscard]] bool act(const AccessibleElement& element) const;
+  /// Prints "<name> <tab> <description>" of each element whose description changes from now on.
+  [[nodiscard]] std::unique_ptr<Process> listen() const;
 
  private:
   const XDesk& desk_;

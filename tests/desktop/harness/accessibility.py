@@ -4,6 +4,8 @@
 accessibility.py tree APPLICATION          one line an element: role, name, states, x, y, width,
                                            height, description, depth; separated by tabs
 accessibility.py act APPLICATION ROLE NAME carries out the first action of that element
+accessibility.py listen APPLICATION        says "listening", then the name and the new description of
+                                           each element that has one, separated by a tab
 
 Ends with 1 when the application or the element is not there (yet).
 """
@@ -54,8 +56,23 @@ def line(element, depth):
                                *area(element), element.get_description(), depth)))
 
 
+def listen(name):
+    def heard(event):
+        if event.source.get_application().get_name() == name:
+            print(event.source.get_name(), event.source.get_description(), sep="\t", flush=True)
+
+    listener = Atspi.EventListener.new(heard)
+    if not listener.register("object:property-change:accessible-description"):
+        return 1
+    print("listening", flush=True)
+    Atspi.event_main()
+    return 0
+
+
 def main(verb, name, *target):
     Atspi.set_timeout(2000, 2000)
+    if verb == "listen":
+        return listen(name)
     found = application(name)
     if not found:
         return 1

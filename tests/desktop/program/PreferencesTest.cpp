@@ -162,6 +162,13 @@ TEST_F(PreferencesTest, KeysWithoutModifiersAreIgnoredAndWhatProgramsNeedIsRefus
   ASSERT_TRUE(records());
   EXPECT_THAT(settings(), Not(HasSubstr("kuserdefault_ToggleApp")));
 
+  input.key("ctrl+c");
+  ASSERT_TRUE(awaits(kAlert));
+  ASSERT_TRUE(clicks("OK"));
+  ASSERT_TRUE(desk.until([&] { return !shows(kAlert) && isActive(kTitle); }));
+  ASSERT_TRUE(records());
+  EXPECT_THAT(settings(), Not(HasSubstr("kuserdefault_ToggleApp")));
+
   input.key("super+shift+q");
   EXPECT_TRUE(awaits("⇧⌘Q"));
   EXPECT_TRUE(togglesTheModeWith("super+shift+q"));
@@ -305,11 +312,18 @@ TEST_F(ReachTest, EveryControlOfBothWindowsHasANameAndIsReachedByTab) {
 }
 
 TEST_F(PreferencesTest, AScreenReaderRecordsClearsAndTicks) {
+  const auto heard = reader.listen();
+  const auto hears = [&](const std::string& description) {
+    return heard->waitForLine(kRecord + ("\t" + description + "$")).has_value();
+  };
   const auto record = reader.await(kRecord);
   ASSERT_TRUE(record && reader.act(*record));
   ASSERT_TRUE(records());
+  EXPECT_TRUE(hears("Waits for the keys to be pressed"));
   input.key("ctrl+alt+p");
   ASSERT_TRUE(awaits("⌃⌥p"));
+  EXPECT_TRUE(hears("Ctrl\\+Alt\\+P"));
+  EXPECT_EQ(element(kBox).value().description, "Ctrl+Alt+P");
   const auto clear = reader.await(kClear);
   ASSERT_TRUE(clear && reader.act(*clear));
   EXPECT_TRUE(awaits(kNone));
