@@ -2,10 +2,14 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
-#include <set>
+#include <utility>
 
 #include "platform/foundation/ClassRegistry.h"
+#include "preferences/ShortcutRow.h"
+#include "preferences/ShortcutState.h"
+#include "preferences/generalVc.h"
 #include "support/ApplicationTest.h"
 
 namespace app {
@@ -28,6 +32,13 @@ class StoryboardTest : public tests::ApplicationTest {
     return NSStoryboard("<storyboard><applicationDelegate class='AppDelegate'/>" + scenes +
                         "</storyboard>")
         .problems();
+  }
+  /// In the view or below it.
+  static bool showsText(const platform::NSView& view, const std::string& text) {
+    const auto* field = dynamic_cast<const platform::NSTextField*>(&view);
+    return (field != nullptr && field->stringValue() == text) ||
+           std::ranges::any_of(view.subviews(),
+                               [&](const auto& inside) { return showsText(*inside, text); });
   }
 
  private:
@@ -53,17 +64,56 @@ TEST_F(StoryboardTest, TheProgramsOwnHasNoProblems) {
 
 TEST_F(StoryboardTest, EverySwitchOfThePanelIsReachableAndSaysWhatItIs) {
   launch();
-  std::set<std::string> labels;
-  for (const auto& outlet :
-       {panel().toggleButtonPresentationMode, panel().toggleButtonHideDesktopIcons,
-        panel().toggleButtonDisableNotifications, panel().toggleButtonHideActiveApps,
-        panel().toggleButtonTurnOffSpeaker, panel().toggleButtonChangeWallpaper}) {
+  const std::pair<std::weak_ptr<controls::CToggleButton>, const char*> rows[] = {
+      {panel().toggleButtonPresentationMode, "Presentation mode"},
+      {panel().toggleButtonHideDesktopIcons, "Desktop icons"},
+      {panel().toggleButtonDisableNotifications, "Notifications"},
+      {panel().toggleButtonHideActiveApps, "Other applications"},
+      {panel().toggleButtonTurnOffSpeaker, "Speaker"},
+      {panel().toggleButtonChangeWallpaper, "Wallpaper"},
+  };
+  for (const auto& [outlet, label] : rows) {
     const auto toggle = outlet.lock();
     ASSERT_TRUE(toggle);
-    EXPECT_TRUE(labels.insert(toggle->accessibilityLabel()).second);
+    EXPECT_EQ(toggle->accessibilityLabel(), label);
+    // What is written beside it.
+    const auto& texts = toggle->superview()->subviews();
+    const auto isNamed = [&label = label](const auto& view) { return showsText(*view, label); };
+    EXPECT_TRUE(std::ranges::any_of(texts, isNamed)) << label;
     EXPECT_NE(toggle->accessibilityHelp(), "");
     EXPECT_TRUE(toggle->acceptsFirstResponder());
   }
+}
+
+TEST_F(StoryboardTest, EveryOutletOfThePreferencesIsTheControlOfItsRow) {
+  launch();
+  sharedPreferencesWindowController()->showWindow(nullptr);
+  const preferences::generalVc& pane = *preferences::shortcutState().currentGeneralVc;
+  const struct {
+    const preferences::ShortcutRow& row;
+    const char* name;
+    const char* record;
+    const char* clear;
+  } rows[] = {
+      {preferences::ShortcutRow::toggleApp, "presentation mode",
+       "btnRecordShortcutToggleAppClicked:", "btnClearShortcut_ToggleAppClicked:"},
+      {preferences::ShortcutRow::muteMic, "the microphone",
+       "btnRecordShortcutMuteMic:", "btnClearShortcutMuteMic:"},
+  };
+  for (const auto& [row, name, record, clear] : rows) {
+    const auto box = (pane.*row.box).lock();
+    EXPECT_EQ(box->accessibilityLabel(), std::string("Shortcut for ") + name);
+    EXPECT_EQ((pane.*row.label).lock()->superview(), box.get());
+    const auto recordButton = (pane.*row.recordButton).lock();
+    EXPECT_EQ(recordButton->accessibilityLabel(), std::string("Record the shortcut for ") + name);
+    EXPECT_EQ(recordButton->action(), record);
+    const auto clearButton = (pane.*row.clearButton).lock();
+    EXPECT_EQ(clearButton->accessibilityLabel(), std::string("Clear the shortcut for ") + name);
+    EXPECT_EQ(clearButton->action(), clear);
+  }
+  EXPECT_EQ(pane.lblCurrentWallpaper.lock()->content(), platform::NSTextContent::FilePath);
+  EXPECT_EQ(pane.btnChangeWallpaper.lock()->action(), "btnChangeWallpaperClicked:");
+  EXPECT_EQ(pane.checkBoxLaunchAtLogin.lock()->action(), "checkBoxLaunchAtLoginClicked:");
 }
 
 TEST_F(StoryboardTest, WhatIsWrongWithASceneIsNamed) {

@@ -60,6 +60,16 @@ TEST_F(HotKeyEventTest, EventsOfWhatIsGoneOrPausedAreNotAnswered) {
   EXPECT_EQ(events, Lines{"second down"});
 }
 
+TEST_F(HotKeyEventTest, APausedOneHearsNothingEvenWhenItIsRegisteredByHand) {
+  const auto hotKey = make(kFirst, "first");
+  hotKey->setPaused(true);
+  HotKeysController::registerHotKey(hotKey);
+  desk.keys.press(kFirst);
+  EXPECT_EQ(send(2, kEventHotKeyPressed), eventNotHandledErr);
+  EXPECT_EQ(send(2, kEventHotKeyReleased), eventNotHandledErr);
+  EXPECT_EQ(events, Lines{});
+}
+
 TEST_F(HotKeyEventTest, WithoutAnAcceptedCombinationNobodyListens) {
   desk.keys.impossible.insert(kFirst);
   const auto refused = make(kFirst, "refused");
