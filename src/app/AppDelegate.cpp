@@ -178,11 +178,15 @@ const platform::ClassDescription& AppDelegate::classDescription() const {
   static constexpr std::array messages{
       platform::message<&AppDelegate::applicationWillFinishLaunching>(
           "applicationWillFinishLaunching:"),
+      platform::message<&AppDelegate::applicationDidFinishLaunching>(
+          "applicationDidFinishLaunching:"),
+      platform::message<&AppDelegate::applicationWillTerminate>("applicationWillTerminate:"),
       platform::message<&AppDelegate::checkForUpdate>("checkForUpdate"),
       platform::message<&AppDelegate::showPreferences>("showPreferences"),
       platform::message<&AppDelegate::quitApp>("quitApp"),
       platform::message<&AppDelegate::togglePopover>("togglePopover:"),
       platform::message<&AppDelegate::showPopover>("showPopover"),
+      platform::message<&AppDelegate::menuDidClose>("menuDidClose:"),
       platform::message<&AppDelegate::registerToggleAppHotKey>("register_ToggleApp:"),
       platform::message<&AppDelegate::unregisterToggleAppHotKey>("unregister_ToggleApp:"),
       platform::message<&AppDelegate::registerMuteMicHotKey>("register_MuteMic:"),

@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
 
+#include <gmock/gmock.h>
+
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "shared/SettingsKeys.h"
@@ -11,10 +13,25 @@ namespace {
 using namespace std::chrono_literals;
 using platform::NSEventType;
 using platform::Value;
+using ::testing::ElementsAre;
 using Lines = std::vector<std::string>;
 using Menu = std::vector<simulated::SimulatedStatusBar::MenuLine>;
 
-class AppDelegateTest : public tests::ApplicationTest {};
+class AppDelegateTest : public tests::ApplicationTest {
+ protected:
+  /// Those parts of the program that the launch has made so far.
+  [[nodiscard]] std::string parts() {
+    const AppDelegate& program = delegate();
+    std::string made;
+    if (program.statusbutton()) made += ", button";
+    if (program.popover()->contentViewController()) made += ", panel";
+    if (program.statusBarMenu()) made += ", menu";
+    if (program.hotKeyToggleApp()) made += ", toggle";
+    if (program.hotKeyMuteMic()) made += ", mute";
+    if (program.updater()) made += ", updater";
+    return made;
+  }
+};
 
 TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTrue) {
   store(shared::kUserdeaultsLaunchAtLogin, false);
@@ -28,21 +45,29 @@ TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTru
 }
 
 TEST_F(AppDelegateTest, TheLaunchTakesItsStepsInOrder) {
+  store(settings::kUserdeaultsLaunchAtLogin, false);
+  store(settings::kuserdefault_ToggleAppShortcut, "k");
+  store(settings::kuserdefault_ToggleAppFlag, platform::Array{12});
+  store(settings::kuserdefault_MuteMicShortcut, "m");
+  store(settings::kuserdefault_MuteMicFlag, platform::Array{12, 11});
+  desk.startedAtLogin.add(desk.programPath);
+  // Each step, and what the program consists of by then.
+  Lines steps;
+  desk.log.witness = [this, &steps](const std::string& entry) { steps.push_back(entry + parts()); };
   launchOnly();
-  EXPECT_EQ(desk.log.calls(),
-            (Lines{"defaults.set kUserdeaultsLaunchAtLogin", "loginItems.insert /programs/calmdeck",
-                   "statusItem.setImage logo-initial-small"}));
-  EXPECT_EQ(desk.settings.object("kUserdeaultsLaunchAtLogin"), Value(true));
+  EXPECT_THAT(
+      steps,
+      ElementsAre("loginItems.remove item-1", "print Optional(<LSSharedFileListItem item-1>)",
+                  "statusItem.setImage logo-initial-small, button",
+                  "hotKeys.register 40 4096, button, panel, menu",
+                  "hotKeys.register 46 4352, button, panel, menu, toggle",
+                  "updates.checkInBackground, button, panel, menu, toggle, mute, updater"));
+  desk.log.witness = nullptr;
   EXPECT_EQ(delegate().statusItem()->length(), -1.0);
   EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
   EXPECT_EQ(delegate().popover()->behavior(), platform::NSPopoverBehavior::Transient);
   EXPECT_EQ(delegate().popover()->contentViewController(), sharedViewController());
-  EXPECT_EQ(sharedStoryboard(), sharedStoryboard());
   EXPECT_EQ(delegate().statusBarMenu()->title(), "Status Bar Menu");
-  EXPECT_TRUE(delegate().updater()->automaticallyChecksForUpdates());
-  EXPECT_FALSE(delegate().updater()->automaticallyDownloadsUpdates());
-  EXPECT_EQ(desk.updateService.backgroundChecks, 1);
-  EXPECT_EQ(desk.updateService.checks, 0);
 }
 
 TEST_F(AppDelegateTest, ThePanelOpensHalfASecondAfterTheLaunch) {
@@ -61,13 +86,11 @@ TEST_F(AppDelegateTest, WithoutAButtonOnlyTheRestIsSetUp) {
   EXPECT_EQ(delegate().statusbutton(), nullptr);
   EXPECT_EQ(delegate().statusBarMenu(), nullptr);
   EXPECT_EQ(delegate().popover()->contentViewController(), nullptr);
-  EXPECT_TRUE(delegate().updater());
-  EXPECT_EQ(desk.updateService.backgroundChecks, 1);
   desk.tray.leftClick();
   desk.userSession.reopen();
-  EXPECT_EQ(desk.log.calls(), (Lines{"defaults.set kUserdeaultsLaunchAtLogin",
-                                     "loginItems.insert /programs/calmdeck"}));
-  EXPECT_EQ(desk.output.lines, Lines{});
+  EXPECT_THAT(desk.log.entries(),
+              ElementsAre("defaults.set kUserdeaultsLaunchAtLogin",
+                          "loginItems.insert /programs/calmdeck", "updates.checkInBackground"));
 }
 
 TEST_F(AppDelegateTest, ARightClickPrintsAndOpensTheMenuForOnceInThePanelsPlace) {
@@ -110,10 +133,22 @@ TEST_F(AppDelegateTest, ClicksDuringASleepTakeEffectAfterItOnceEachAndInOrder) {
   });
   desk.log.clear();
   desk.loop.settle();
-  EXPECT_EQ(desk.output.lines, (Lines{"Left click!", "Right click!"}));
-  EXPECT_EQ(desk.log.calls(), (Lines{"window.hide", "window.show", "windows.activateApplication",
-                                     "window.makeKey", "window.hide", "statusItem.openMenu"}));
+  EXPECT_THAT(desk.log.entries(), ElementsAre("print Left click!", "window.hide", "window.show",
+                                              "windows.activateApplication", "window.makeKey",
+                                              "window.hide",
+                          "print Right click!", "statusItem.openMenu"));
   desk.tray.closeMenu();
+}
+
+TEST_F(AppDelegateTest, ThePlatformReachesItByTheseNames) {
+  launch();
+  for (const char* name :
+       {"applicationWillFinishLaunching:", "applicationDidFinishLaunching:",
+        "applicationWillTerminate:", "checkForUpdate", "showPreferences", "quitApp",
+        "togglePopover:", "showPopover", "menuDidClose:", "register_ToggleApp:",
+        "unregister_ToggleApp:", "register_MuteMic:", "unregister_MuteMic:"}) {
+    EXPECT_TRUE(delegate().respondsToSelector(name)) << name;
+  }
 }
 
 TEST_F(AppDelegateTest, StartingTheProgramAgainShowsThePanel) {
@@ -127,18 +162,17 @@ TEST_F(AppDelegateTest, StartingTheProgramAgainShowsThePanel) {
   EXPECT_EQ(desk.output.lines, Lines{});
 }
 
-TEST_F(AppDelegateTest, CheckForUpdatesAsksTheServiceAndDoesNothingWithoutOne) {
+TEST_F(AppDelegateTest, CheckForUpdatesAsksTheServiceAndNobodyWithoutOne) {
   launch();
-  desk.tray.rightClick();
-  desk.tray.choose("Check for Updates");
-  EXPECT_EQ(desk.updateService.checks, 1);
-  EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
-
-  desk.hasUpdates = false;
-  desk.tray.rightClick();
-  EXPECT_TRUE(desk.tray.menu()->at(1).enabled);
-  desk.tray.choose("Check for Updates");
-  EXPECT_EQ(desk.updateService.checks, 1);
+  for (const bool hasUpdates : {true, false}) {
+    desk.hasUpdates = hasUpdates;
+    desk.tray.rightClick();
+    EXPECT_TRUE(desk.tray.menu()->at(1).enabled);
+    desk.log.clear();
+    desk.tray.choose("Check for Updates");
+    EXPECT_EQ(desk.log.calls(), hasUpdates ? Lines{"updates.checkForUpdates"} : Lines{});
+    EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
+  }
 }
 
 TEST_F(AppDelegateTest, QuitEndsTheProgramAndLeavesTheModesEffects) {

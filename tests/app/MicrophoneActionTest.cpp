@@ -45,13 +45,14 @@ TEST_F(MicrophoneActionTest, APressMutesAndTheNextGivesTheLevelBack) {
   setLevel(35);
   launch();
   press();
-  EXPECT_THAT(desk.output.lines, ElementsAre(StartsWith("Pressed at "), "mic value is", "35"));
-  EXPECT_THAT(deeds(), ElementsAre("automation.setInputVolume 0",
-                                   "automation.displayNotification Mic muted"));
+  EXPECT_THAT(
+      desk.log.entries(),
+      ElementsAre("print Pressed at 1970-01-01 00:00:00 +0000", "print mic value is", "print 35",
+                  "automation.setInputVolume 0", "automation.displayNotification Mic muted"));
   press();
-  EXPECT_THAT(desk.output.lines, ElementsAre(StartsWith("Pressed at "), "mic value is", "0"));
-  EXPECT_THAT(deeds(), ElementsAre("automation.setInputVolume 35",
-                                   "automation.displayNotification Mic unmuted"));
+  EXPECT_THAT(desk.log.entries(), ElementsAre(StartsWith("print Pressed at "), "print mic value is",
+                                              "print 0", "automation.setInputVolume 35",
+                                              "automation.displayNotification Mic unmuted"));
   EXPECT_EQ(level(), Value(35));
 }
 

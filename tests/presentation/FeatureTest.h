@@ -56,6 +56,14 @@ class FeatureTest : public tests::ApplicationTest {
     return desk.log.calls(prefix);
   }
 
+  /// The same, and what was printed between.
+  template <typename Act>
+  [[nodiscard]] Calls entriesOf(const Act& act) {
+    desk.log.clear();
+    act();
+    return desk.log.entries();
+  }
+
   simulated::SimulatedScriptObject* menu = nullptr;
   simulated::SimulatedScriptObject* checkbox = nullptr;
 };

@@ -151,11 +151,5 @@ TEST_F(PanelTest, EachTimeThatItIsShownItComesForwardAndTakesTheKeyboard) {
   EXPECT_EQ(desk.screen.windowCount(), 1U);
 }
 
-TEST_F(PanelTest, TheRepresentedObjectIsKept) {
-  launch();
-  panel().setRepresentedObject(7);
-  EXPECT_EQ(std::any_cast<int>(panel().representedObject()), 7);
-}
-
 }  // namespace
 }  // namespace presentation

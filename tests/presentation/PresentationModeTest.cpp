@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "platform/carbon/KeyCodes.h"
 #include "presentation/CoversTest.h"
 
 namespace presentation {
@@ -7,14 +8,12 @@ namespace {
 
 using namespace std::chrono_literals;
 using platform::Value;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// The ways to start and stop the mode.
-enum class Road { Click, Shortcut };
-
 /// Everything that the mode acts on, one of each.
-class PresentationModeTest : public CoversTest, public ::testing::WithParamInterface<Road> {
+class PresentationModeTest : public CoversTest {
  protected:
   PresentationModeTest() {
     addSpeakers();
@@ -29,14 +28,11 @@ class PresentationModeTest : public CoversTest, public ::testing::WithParamInter
                 shared::kUserdefaultsToggleHideActiveApps, shared::kUserdefaultsToggleSpeakerOff,
                 shared::kUserdefaultsToggleWallpaper});
   }
-  void go(Road road) {
-    if (road == Road::Click) {
-      clickMaster();
-      return;
-    }
-    panel().togglePresentationMode();
+  void pressShortcut() {
+    desk.keys.press({platform::kVK_ANSI_K, platform::controlKey});
     desk.loop.settle();
   }
+  [[nodiscard]] bool isOn() { return panel().toggleButtonPresentationMode.lock()->isOn(); }
 };
 
 const Calls kEverythingOn{"statusItem.setImage logo-active-small",
@@ -55,48 +51,44 @@ const Calls kEverythingOff{"statusItem.setImage logo-initial-small",
                            "applications.unhide 7",
                            "audio.set 42 mute 0"};
 
-INSTANTIATE_TEST_SUITE_P(Roads, PresentationModeTest,
-                         ::testing::Values(Road::Click, Road::Shortcut), [](const auto& road) {
-                           return road.param == Road::Click ? "Click" : "Shortcut";
-                         });
-
-TEST_P(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrder) {
+TEST_F(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrder) {
   launchWithEverything();
   const auto stored = desk.settings.values;
   for (int round = 1; round <= 2; ++round) {
     const auto start = desk.loop.now();
-    EXPECT_EQ(callsOf([this] { go(GetParam()); }), kEverythingOn);
+    EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOn);
     EXPECT_EQ(desk.loop.now() - start, 1s);
     EXPECT_EQ(checkbox->properties.at("value"), Value(1));
-    EXPECT_EQ(callsOf([this] { go(GetParam()); }), kEverythingOff);
+    EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOff);
     EXPECT_EQ(checkbox->properties.at("value"), Value(0));
   }
   EXPECT_THAT(desk.loop.sleeps(), ElementsAre(1s, 1s));
   EXPECT_EQ(desk.settings.values, stored);
 }
 
-TEST_P(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
-  launchWith({shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleHideActiveApps});
-  EXPECT_THAT(callsOf([this] { go(GetParam()); }),
+TEST_F(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
+  launchWith(
+      {settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleHideActiveApps});
+  EXPECT_THAT(callsOf([this] { clickMaster(); }),
               ElementsAre(kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty",
                           "windowList.capture 1", "applications.hide 7",
                           "window.update 0 0 1280 720 showing sea", "applications.hide 7"));
   EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
 }
 
-TEST_P(PresentationModeTest, WhatHappensInTheSecondBeforeTheCoversComesAfterThem) {
+TEST_F(PresentationModeTest, WhatHappensInTheSecondBeforeTheCoversComesAfterThem) {
   launchWithEverything();
   desk.loop.at(500ms, [this] { pressMaster(); });
-  go(GetParam());
+  clickMaster();
   // The stop was kept until the covers were there to be taken down.
-  EXPECT_FALSE(panel().toggleButtonPresentationMode.lock()->isOn());
+  EXPECT_FALSE(isOn());
   Calls both = kEverythingOn;
   both.insert(both.end(), kEverythingOff.begin(), kEverythingOff.end());
   EXPECT_EQ(desk.log.calls(), both);
   EXPECT_EQ(desk.screen.coverCount(), 0U);
 }
 
-TEST_P(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHasQueued) {
+TEST_F(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHasQueued) {
   launchWithEverything();
   const auto answer = checkbox->onClick;
   bool isFirst = true;
@@ -105,7 +97,7 @@ TEST_P(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHa
     // It took its time, in which the user has changed his mind.
     if (std::exchange(isFirst, false)) desk.loop.post([this] { pressMaster(); });
   };
-  go(GetParam());
+  clickMaster();
   Calls both = kEverythingOn;
   both.insert(both.end(), kEverythingOff.begin(), kEverythingOff.end());
   EXPECT_EQ(desk.log.calls(), both);
@@ -113,37 +105,74 @@ TEST_P(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHa
   EXPECT_FALSE(desk.applications.isHidden(7));
 }
 
-TEST_P(PresentationModeTest, TheTwoRoadsMeetInOneState) {
+TEST_F(PresentationModeTest, TheShortcutPrintsTurnsTheSwitchAndGoesTheRoadOfTheClick) {
+  store(settings::kuserdefault_ToggleAppShortcut, "k");
+  store(settings::kuserdefault_ToggleAppFlag, platform::Array{12});
   launchWithEverything();
-  const Road other = GetParam() == Road::Click ? Road::Shortcut : Road::Click;
-  EXPECT_EQ(callsOf([this] { go(GetParam()); }), kEverythingOn);
-  EXPECT_EQ(callsOf([&] { go(other); }), kEverythingOff);
-  EXPECT_FALSE(panel().toggleButtonPresentationMode.lock()->isOn());
+  Calls states;
+  desk.log.witness = [this, &states](const std::string&) {
+    states.emplace_back(isOn() ? "on" : "off");
+  };
+  EXPECT_EQ(callsOf([this] { pressShortcut(); }), kEverythingOn);
+  EXPECT_EQ(desk.log.entries().front(), "print Pressed at 1970-01-01 00:00:00 +0000");
+  EXPECT_THAT(states, Contains("off").Times(1));
+  EXPECT_EQ(states.front(), "off");
+  desk.log.witness = nullptr;
+  EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOff);
+  EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOn);
+  EXPECT_EQ(callsOf([this] { pressShortcut(); }), kEverythingOff);
+  EXPECT_FALSE(isOn());
 }
 
-TEST_P(PresentationModeTest, NothingThatFailsTurnsASwitch) {
+TEST_F(PresentationModeTest, CoversThatWereDeferredComeAlsoWhenTheModeHasEnded) {
+  launchWithEverything();
+  panel().togglePresentationMode();
+  panel().togglePresentationMode();
+  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  desk.loop.settle();
+  EXPECT_FALSE(isOn());
+  EXPECT_EQ(desk.screen.coverCount(), 1U);
+}
+
+TEST_F(PresentationModeTest, OperationsAreReachedByName) {
+  launchWith({settings::kUserdefaultsToggleDesktopIcons});
+  const auto perform = [this](const char* name) {
+    return callsOf([this, name] {
+      panel().performSelector(name);
+      desk.loop.settle();
+    });
+  };
+  EXPECT_THAT(perform("hideAllApps"), ElementsAre("applications.hide 7", "applications.hide 7"));
+  EXPECT_THAT(perform("showAllHiddenApps"), ElementsAre("applications.unhide 7"));
+  EXPECT_THAT(perform("doHideDesktopIcon"),
+              ElementsAre(kEverythingOn[6], kEverythingOn[7], kEverythingOn[8]));
+  EXPECT_THAT(perform("spaceChange"), ElementsAre(kEverythingOn[7], kEverythingOn[8]));
+  EXPECT_THAT(perform("doShowDesktopIcon"), ElementsAre("window.hide"));
+}
+
+TEST_F(PresentationModeTest, NothingThatFailsTurnsASwitch) {
   desk.hasAudio = desk.hasAutomation = desk.hasApplications = false;
   desk.hasPictures = desk.hasWindowList = desk.hasSpaces = false;
   launchWithEverything();
-  EXPECT_EQ(callsOf([this] { go(GetParam()); }),
+  EXPECT_EQ(callsOf([this] { clickMaster(); }),
             (Calls{kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty"}));
-  EXPECT_EQ(callsOf([this] { go(GetParam()); }), (Calls{kEverythingOff[0], "window.hide"}));
+  EXPECT_EQ(callsOf([this] { clickMaster(); }), (Calls{kEverythingOff[0], "window.hide"}));
   for (const auto& outlet :
        {panel().toggleButtonHideDesktopIcons, panel().toggleButtonDisableNotifications,
         panel().toggleButtonHideActiveApps, panel().toggleButtonTurnOffSpeaker,
         panel().toggleButtonChangeWallpaper}) {
     EXPECT_TRUE(outlet.lock()->isOn());
   }
-  go(GetParam());
+  clickMaster();
   click(panel().toggleButtonTurnOffSpeaker);
   EXPECT_EQ(desk.settings.object(shared::kUserdefaultsToggleSpeakerOff), Value(false));
 }
 
-TEST_P(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) {
+TEST_F(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) {
   launchWithEverything();
-  go(GetParam());
+  clickMaster();
   relaunch();
-  EXPECT_FALSE(panel().toggleButtonPresentationMode.lock()->isOn());
+  EXPECT_FALSE(isOn());
   EXPECT_EQ(desk.screen.coverCount(), 0U);
   EXPECT_TRUE(desk.applications.isHidden(7));
   EXPECT_EQ(desk.audio.isMuted(kSpeakers), std::optional(true));
@@ -153,18 +182,18 @@ TEST_P(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) 
   EXPECT_EQ(desk.tray.image(), "logo-initial-small");
 }
 
-TEST_P(PresentationModeTest, AnEndBeforeOrDuringTheSecondLeavesNothing) {
+TEST_F(PresentationModeTest, AnEndBeforeOrDuringTheSecondLeavesNothing) {
   launchWithEverything();
   desk.loop.at(500ms, [this] { desk.loop.terminate(); });
-  go(GetParam());
+  clickMaster();
   relaunch();
-  go(GetParam());
+  clickMaster();
   const auto wallpaper = panel().toggleButtonChangeWallpaper.lock();
   desk.screen.press(*wallpaper);
   desk.screen.release(*wallpaper);  // the refresh waits, and so do the covers
 }
 
-TEST_P(PresentationModeTest, AFeatureSwitchActsAtOnceAndIsStored) {
+TEST_F(PresentationModeTest, AFeatureSwitchActsAtOnceAndIsStored) {
   const struct {
     std::weak_ptr<controls::CToggleButton> ViewController::*outlet;
     Calls on;
@@ -185,7 +214,7 @@ TEST_P(PresentationModeTest, AFeatureSwitchActsAtOnceAndIsStored) {
        {"pictures.set A /old.png", "defaults.set kUserdefaultsToggleWallpaper"}},
   };
   launch();
-  go(GetParam());
+  clickMaster();
   for (const auto& row : rows) {
     EXPECT_EQ(callsOf([&] { click(panel().*row.outlet); }), row.on);
     EXPECT_EQ(callsOf([&] { click(panel().*row.outlet); }), row.off);
@@ -193,13 +222,13 @@ TEST_P(PresentationModeTest, AFeatureSwitchActsAtOnceAndIsStored) {
   EXPECT_EQ(checkbox->clicks, 2);
   // All were taken back already, so the stop leaves alone even what somebody else hid.
   desk.applications.hidden = {7};
-  EXPECT_EQ(callsOf([this] { go(GetParam()); }), Calls{kEverythingOff[0]});
+  EXPECT_EQ(callsOf([this] { clickMaster(); }), Calls{kEverythingOff[0]});
   EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
 }
 
-TEST_P(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) {
-  launchWith({shared::kUserdefaultsToggleDesktopIcons});
-  go(GetParam());
+TEST_F(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) {
+  launchWith({settings::kUserdefaultsToggleDesktopIcons});
+  clickMaster();
   for (const char* path : {"/new.png", "/old.png"}) {
     clearPictures();
     addPicture(path, 1280, 720);
@@ -212,16 +241,16 @@ TEST_P(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) 
   EXPECT_THAT(desk.loop.sleeps(), ElementsAre(1s, 1s));
 }
 
-TEST_P(PresentationModeTest, CoversComeAtOnceWhenOnlyTheirSwitchIsTurned) {
-  launchWith({shared::kUserdefaultsToggleWallpaper});
-  go(GetParam());
+TEST_F(PresentationModeTest, CoversComeAtOnceWhenOnlyTheirSwitchIsTurned) {
+  launchWith({settings::kUserdefaultsToggleWallpaper});
+  clickMaster();
   EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
   const std::string stored = "defaults.set kUserdefaultsToggleDesktopIcons";
   EXPECT_THAT(callsOf([this] { click(panel().toggleButtonHideDesktopIcons); }),
               ElementsAre(kEverythingOn[6], kEverythingOn[7], stored, kEverythingOn[8]));
   EXPECT_THAT(callsOf([this] { click(panel().toggleButtonHideDesktopIcons); }),
               ElementsAre("window.hide", stored));
-  EXPECT_THAT(callsOf([this] { go(GetParam()); }),
+  EXPECT_THAT(callsOf([this] { clickMaster(); }),
               ElementsAre(kEverythingOff[0], kEverythingOff[2]));
   EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
 }

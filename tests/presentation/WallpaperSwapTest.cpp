@@ -89,8 +89,10 @@ TEST_F(WallpaperSwapTest, ScalingAndFillSurviveBothWays) {
 
 TEST_F(WallpaperSwapTest, ARefusalIsOneLineAndTheOthersGoOn) {
   desk.pictures.refusals["B"] = "The picture cannot be read.";
-  swap();
-  EXPECT_THAT(desk.output.lines, ElementsAre("The picture cannot be read."));
+  launchSwapping();
+  EXPECT_THAT(entriesOf([this] { clickMaster(); }),
+              ElementsAre("statusItem.setImage logo-active-small", "pictures.set B /new.png",
+                          "print The picture cannot be read.", "pictures.set A /new.png"));
   EXPECT_EQ(desk.pictures.pictures, (Pictures{{"A", "/new.png"}, {"B", "/old/b.png"}}));
   desk.pictures.refusals = {{"B", "No such screen."}};
   clickMaster();

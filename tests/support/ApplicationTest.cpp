@@ -2,7 +2,6 @@
 
 #include "app/Classes.h"
 #include "platform/appkit/NSApplication.h"
-#include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSBundle.h"
 #include "resources/Resources.h"
 
@@ -23,11 +22,11 @@ void ApplicationTest::makeRuntime() {
 }
 
 void ApplicationTest::TearDown() {
-  // Only covers follow the desktop; for the rest of its life the panel hears of its switches alone.
-  if (desk.screen.coverCount() == 0) {
-    EXPECT_EQ(platform::NSWorkspace::sharedWorkspace().notificationCenter().observerCount(), 0U);
-    EXPECT_LE(platform::NSNotificationCenter::defaultCenter().observerCount(), 1U);
-  }
+  end();
+}
+
+void ApplicationTest::end() {
+  desk.countObservers();
   runtime_.reset();
   EXPECT_EQ(desk.leftBehind(), std::vector<std::string>{});
 }
@@ -42,7 +41,7 @@ void ApplicationTest::launch() {
 }
 
 void ApplicationTest::relaunch() {
-  runtime_.reset();
+  end();
   desk.output.lines.clear();
   desk.log.clear();
   desk.loop.restart();

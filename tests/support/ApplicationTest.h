@@ -45,6 +45,7 @@ class ApplicationTest : public ::testing::Test {
 
  private:
   void makeRuntime();
+  void end();
   std::unique_ptr<platform::Runtime> runtime_;
 };
 

@@ -1,5 +1,7 @@
 #include "desktop/simulated/SimulatedDesktop.h"
 
+#include "platform/appkit/NSWorkspace.h"
+
 namespace simulated {
 
 std::optional<platform::Value> SimulatedDefaults::object(std::string_view key) const {
@@ -18,6 +20,14 @@ void SimulatedDefaults::remove(std::string_view key) {
   if (const auto found = values.find(key); found != values.end()) values.erase(found);
 }
 
+void SimulatedDesktop::countObservers() {
+  if (screen.coverCount() != 0) return;
+  observers_ += platform::NSWorkspace::sharedWorkspace().notificationCenter().observerCount(
+      platform::NSWorkspaceActiveSpaceDidChangeNotification);
+  observers_ += platform::NSNotificationCenter::defaultCenter().observerCount(
+      platform::NSApplicationDidChangeScreenParametersNotification);
+}
+
 std::vector<std::string> SimulatedDesktop::leftBehind() const {
   std::vector<std::string> left;
   if (loop.pendingTimers() != 0) {
@@ -25,6 +35,7 @@ std::vector<std::string> SimulatedDesktop::leftBehind() const {
   }
   if (screen.windowCount() != 0) left.push_back(std::to_string(screen.windowCount()) + " windows");
   if (!screen.alerts().empty()) left.push_back(std::to_string(screen.alerts().size()) + " alerts");
+  if (observers_ != 0) left.push_back(std::to_string(observers_) + " observers");
   if (tray.hasItem()) left.emplace_back("a status item");
   for (const auto& [keyCode, modifiers] : keys.held()) {
     left.push_back("the hot key " + std::to_string(keyCode) + " " + std::to_string(modifiers));

@@ -20,8 +20,15 @@ namespace simulated {
 
 class SimulatedOutput final : public platform::port::StandardOutput {
  public:
-  void print(std::string_view text) override { lines.emplace_back(text); }
+  explicit SimulatedOutput(CallLog& log) : log_(log) {}
+  void print(std::string_view text) override {
+    lines.emplace_back(text);
+    log_.add(std::string(CallLog::kPrint) + lines.back());
+  }
   std::vector<std::string> lines;
+
+ private:
+  CallLog& log_;
 };
 
 class SimulatedDefaults final : public platform::port::DefaultsStore {
@@ -49,10 +56,12 @@ class SimulatedSession final : public platform::port::Session {
 
 class SimulatedUpdates final : public platform::port::UpdateService {
  public:
-  void checkInBackground() override { ++backgroundChecks; }
-  void checkForUpdates() override { ++checks; }
-  int backgroundChecks = 0;
-  int checks = 0;
+  explicit SimulatedUpdates(CallLog& log) : log_(log) {}
+  void checkInBackground() override { log_.add("updates.checkInBackground"); }
+  void checkForUpdates() override { log_.add("updates.checkForUpdates"); }
+
+ private:
+  CallLog& log_;
 };
 
 /// A desktop in memory: state, levers, one log of calls and a clock that is moved by hand. It has
@@ -88,10 +97,13 @@ class SimulatedDesktop final : public platform::Desktop {
 
   /// What the program has not given back, a line each. Empty once its Runtime is gone, or it leaks.
   [[nodiscard]] std::vector<std::string> leftBehind() const;
+  /// To be called before the Runtime goes, which takes the observers along: whoever follows spaces
+  /// or screens then counts as left behind, but for the covers that are up.
+  void countObservers();
 
   CallLog log;
   SimulatedMainLoop loop;
-  SimulatedOutput output;
+  SimulatedOutput output{log};
   SimulatedDefaults settings{log};
   SimulatedSession userSession;
   SimulatedWindows screen{log, loop};
@@ -100,7 +112,7 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedAutomation scripts{log};
   SimulatedLoginItems startedAtLogin{log};
   SimulatedHotKeys keys{log};
-  SimulatedUpdates updateService;
+  SimulatedUpdates updateService{log};
   SimulatedScreens displays;
   SimulatedSpaces workspaces;
   SimulatedApplications applications{log};
@@ -123,6 +135,9 @@ class SimulatedDesktop final : public platform::Desktop {
   bool hasSpaces = true;
   /// Preferences of other programs, and messages to them.
   bool hasPreferences = true;
+
+ private:
+  std::size_t observers_ = 0;
 };
 
 }  // namespace simulated

@@ -46,9 +46,9 @@ void NSNotificationCenter::forgetRemoved() {
       [](const Registration& entry) { return entry.removed || entry.observer.expired(); });
 }
 
-std::size_t NSNotificationCenter::observerCount() const {
-  return static_cast<std::size_t>(std::ranges::count_if(registrations_, [](const auto& entry) {
-    return !entry.removed && !entry.observer.expired();
+std::size_t NSNotificationCenter::observerCount(std::string_view name) const {
+  return static_cast<std::size_t>(std::ranges::count_if(registrations_, [name](const auto& entry) {
+    return entry.name == name && !entry.removed && !entry.observer.expired();
   }));
 }
 

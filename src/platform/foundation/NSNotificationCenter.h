@@ -45,8 +45,8 @@ class NSNotificationCenter final : public NSObject {
                       const NSObject* object = nullptr);
   void postNotificationName(std::string name, const NSObject* object = nullptr,
                             std::optional<Dictionary> userInfo = std::nullopt);
-  /// How many registrations of living observers there are.
-  [[nodiscard]] std::size_t observerCount() const;
+  /// How many registrations of living observers there are for that name.
+  [[nodiscard]] std::size_t observerCount(std::string_view name) const;
 
  private:
   struct Registration {
