@@ -62,14 +62,11 @@ struct AttributeRow {
   std::optional<double> Extent::*value;
 };
 
-constexpr std::array<AttributeRow, 8> kAttributes{{
+constexpr std::array<AttributeRow, 5> kAttributes{{
     {NSLayoutAttribute::Left, &Extents::x, &Extent::low},
     {NSLayoutAttribute::Right, &Extents::x, &Extent::high},
-    {NSLayoutAttribute::Bottom, &Extents::y, &Extent::low},
-    {NSLayoutAttribute::Top, &Extents::y, &Extent::high},
     {NSLayoutAttribute::Width, &Extents::x, &Extent::size},
     {NSLayoutAttribute::Height, &Extents::y, &Extent::size},
-    {NSLayoutAttribute::CenterX, &Extents::x, &Extent::centre},
     {NSLayoutAttribute::CenterY, &Extents::y, &Extent::centre},
 }};
 

@@ -10,7 +10,7 @@ namespace platform {
 class NSView;
 
 /// An edge, centre line or extent of a view that constraints speak of.
-enum class NSLayoutAttribute { Left, Right, Bottom, Top, Width, Height, CenterX, CenterY };
+enum class NSLayoutAttribute { Left, Right, Width, Height, CenterY };
 
 /// One anchor of one view. A value that refers to the view weakly.
 class NSLayoutAnchor {

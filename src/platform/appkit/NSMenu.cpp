@@ -4,21 +4,15 @@
 
 namespace platform {
 
-NSMenuItem::NSMenuItem(std::string title, SEL action, std::string keyEquivalent)
-    : title_(std::move(title)),
-      action_(std::move(action)),
-      keyEquivalent_(std::move(keyEquivalent)) {}
-
-std::shared_ptr<NSMenuItem> NSMenu::addItemWithTitle(std::string title, SEL action,
-                                                     std::string keyEquivalent) {
-  return items_.emplace_back(
-      std::make_shared<NSMenuItem>(std::move(title), std::move(action), std::move(keyEquivalent)));
+void NSMenu::addItemWithTitle(std::string title, SEL action, std::string_view) {
+  items_.push_back(std::make_shared<NSMenuItem>(std::move(title), std::move(action)));
 }
 
 void NSMenu::update() {
   for (const auto& item : items_) {
-    item->setEnabled(NSApplication::sharedApplication().targetForAction(
-                         item->action(), item->target().get()) != nullptr);
+    const NSObject* target =
+        NSApplication::sharedApplication().targetForAction(item->action(), item->target().get());
+    item->setEnabled(target != nullptr);
   }
 }
 

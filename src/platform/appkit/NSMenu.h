@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/NSObject.h"
@@ -21,11 +23,11 @@ class NSMenuDelegate {
 /// One line of a menu.
 class NSMenuItem final : public NSObject {
  public:
-  NSMenuItem(std::string title, SEL action, std::string keyEquivalent);
+  NSMenuItem(std::string title, SEL action)
+      : title_(std::move(title)), action_(std::move(action)) {}
 
   [[nodiscard]] const std::string& title() const { return title_; }
   [[nodiscard]] const SEL& action() const { return action_; }
-  [[nodiscard]] const std::string& keyEquivalent() const { return keyEquivalent_; }
   /// Null: the action travels the responder chain.
   [[nodiscard]] std::shared_ptr<NSObject> target() const { return target_.lock(); }
   void setTarget(const std::shared_ptr<NSObject>& target) { target_ = target; }
@@ -35,7 +37,6 @@ class NSMenuItem final : public NSObject {
  private:
   std::string title_;
   SEL action_;
-  std::string keyEquivalent_;
   std::weak_ptr<NSObject> target_;
   bool enabled_ = true;
 };
@@ -45,8 +46,8 @@ class NSMenu final : public NSObject {
  public:
   explicit NSMenu(std::string title) : title_(std::move(title)) {}
 
-  std::shared_ptr<NSMenuItem> addItemWithTitle(std::string title, SEL action,
-                                               std::string keyEquivalent);
+  /// `keyEquivalent` is empty: no item has a key.
+  void addItemWithTitle(std::string title, SEL action, std::string_view keyEquivalent);
   [[nodiscard]] const std::string& title() const { return title_; }
   [[nodiscard]] const std::vector<std::shared_ptr<NSMenuItem>>& itemArray() const { return items_; }
 

@@ -64,25 +64,18 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   /// `display`: redraws at once. `animate`: moves there visibly. Neither is asked for by anyone;
   /// true is a programming error.
   void setFrame(NSRect frame, bool display, bool animate);
-  [[nodiscard]] NSWindowCollectionBehavior collectionBehavior() const { return spaces_; }
-  void setCollectionBehavior(NSWindowCollectionBehavior behavior) { spaces_ = behavior; }
   [[nodiscard]] CGWindowLevel level() const { return level_; }
   void setLevel(CGWindowLevel level) { level_ = level; }
-  /// Whether hiding the application hides the window too.
-  [[nodiscard]] bool canHide() const { return canHide_; }
-  void setCanHide(bool can) { canHide_ = can; }
-  [[nodiscard]] bool isExcludedFromWindowsMenu() const { return excludedFromWindowsMenu_; }
-  void setExcludedFromWindowsMenu(bool excluded) { excludedFromWindowsMenu_ = excluded; }
-  [[nodiscard]] bool hidesOnDeactivate() const { return hidesOnDeactivate_; }
-  void setHidesOnDeactivate(bool hides) { hidesOnDeactivate_ = hides; }
-  /// Whether the platform opens the window again at the next launch.
-  [[nodiscard]] bool isRestorable() const { return restorable_; }
-  void setRestorable(bool restorable) { restorable_ = restorable; }
-  [[nodiscard]] NSWindowAnimationBehavior animationBehavior() const { return animation_; }
-  void setAnimationBehavior(NSWindowAnimationBehavior behavior) { animation_ = behavior; }
   [[nodiscard]] virtual bool acceptsFirstResponder() const { return true; }
-  /// The layer keeps neither cursor rectangles nor a queue of events for a window, so both find
-  /// nothing to discard; a desktop is never asked to keep any.
+  /// Every desktop treats a window at its own frame as these would have it: it is on all spaces, in
+  /// no list of windows, comes and goes at once and with nobody else, and has neither cursor
+  /// rectangles nor a queue of events to discard. So they find nothing to set.
+  void setCollectionBehavior(NSWindowCollectionBehavior) {}
+  void setCanHide(bool) {}
+  void setExcludedFromWindowsMenu(bool) {}
+  void setHidesOnDeactivate(bool) {}
+  void setRestorable(bool) {}
+  void setAnimationBehavior(NSWindowAnimationBehavior) {}
   void discardCursorRects() {}
   void discardEventsMatchingMask(NSEventMask) {}
   /// Null when the window has none.
@@ -137,8 +130,6 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   NSWindowStyle style_;
   NSRect frame_;
   CGWindowLevel level_ = CGWindowLevelForKey(CGWindowLevelKey::Normal);
-  NSWindowCollectionBehavior spaces_ = NSWindowCollectionBehavior::Default;
-  NSWindowAnimationBehavior animation_ = NSWindowAnimationBehavior::Default;
   std::weak_ptr<NSWindowController> controller_;
   std::string title_;
   std::shared_ptr<NSView> contentView_;
@@ -149,10 +140,6 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   std::unique_ptr<port::Windows::ModalPeer> sheetPeer_;
   std::vector<port::ChangedView> changes_;
   bool frameChanged_ = false;
-  bool canHide_ = true;
-  bool excludedFromWindowsMenu_ = false;
-  bool hidesOnDeactivate_ = false;
-  bool restorable_ = true;
   bool displayScheduled_ = false;
   bool visible_ = false;
   bool key_ = false;
