@@ -37,10 +37,13 @@ TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTru
   store(shared::kUserdeaultsLaunchAtLogin, false);
   launch();
   EXPECT_EQ(desk.log.calls("defaults"), Lines{});
+  EXPECT_EQ(desk.startedAtLogin.paths(), Lines{});
   for (const Value& other : {Value("false"), Value(0), Value(0.0), Value(platform::Array{})}) {
     store(shared::kUserdeaultsLaunchAtLogin, other);
+    desk.startedAtLogin.list.clear();
     relaunch();
     EXPECT_EQ(desk.settings.object(shared::kUserdeaultsLaunchAtLogin), Value(true));
+    EXPECT_EQ(desk.startedAtLogin.paths(), Lines{desk.programPath});
   }
 }
 
@@ -112,13 +115,13 @@ TEST_F(AppDelegateTest, ARightClickPrintsAndOpensTheMenuForOnceInThePanelsPlace)
 
 TEST_F(AppDelegateTest, OnlyReleasesOfEitherButtonSendTheAction) {
   launch();
-  const auto& button = delegate().statusbutton();
-  EXPECT_EQ(button->action(), "togglePopover:");
-  button->click(NSEventType::LeftMouseDown);
-  button->click(NSEventType::RightMouseDown);
-  delegate().togglePopover(nullptr);  // no event is under way
+  desk.tray.click(NSEventType::LeftMouseDown);
+  desk.tray.click(NSEventType::RightMouseDown);
   EXPECT_EQ(desk.output.lines, Lines{});
-  EXPECT_TRUE(delegate().popover()->isShown());
+  desk.tray.leftClick();
+  delegate().togglePopover(nullptr);  // no event is under way any more
+  EXPECT_EQ(desk.output.lines, Lines{"Left click!"});
+  EXPECT_FALSE(delegate().popover()->isShown());
 }
 
 TEST_F(AppDelegateTest, ClicksDuringASleepTakeEffectAfterItOnceEachAndInOrder) {
@@ -142,11 +145,8 @@ TEST_F(AppDelegateTest, ClicksDuringASleepTakeEffectAfterItOnceEachAndInOrder) {
 
 TEST_F(AppDelegateTest, ThePlatformReachesItByTheseNames) {
   launch();
-  for (const char* name :
-       {"applicationWillFinishLaunching:", "applicationDidFinishLaunching:",
-        "applicationWillTerminate:", "checkForUpdate", "showPreferences", "quitApp",
-        "togglePopover:", "showPopover", "menuDidClose:", "register_ToggleApp:",
-        "unregister_ToggleApp:", "register_MuteMic:", "unregister_MuteMic:"}) {
+  for (const char* name : {"applicationWillFinishLaunching:", "applicationDidFinishLaunching:",
+                           "applicationWillTerminate:", "menuDidClose:"}) {
     EXPECT_TRUE(delegate().respondsToSelector(name)) << name;
   }
 }
@@ -173,21 +173,6 @@ TEST_F(AppDelegateTest, CheckForUpdatesAsksTheServiceAndNobodyWithoutOne) {
     EXPECT_EQ(desk.log.calls(), hasUpdates ? Lines{"updates.checkForUpdates"} : Lines{});
     EXPECT_EQ(delegate().statusItem()->menu(), nullptr);
   }
-}
-
-TEST_F(AppDelegateTest, QuitEndsTheProgramAndLeavesTheModesEffects) {
-  addSpeakers();
-  launch();
-  click(panel().toggleButtonTurnOffSpeaker);
-  click(panel().toggleButtonPresentationMode);
-  desk.tray.rightClick();
-  desk.log.clear();
-  desk.tray.choose("Quit");
-  EXPECT_TRUE(desk.loop.isTerminated());
-  desk.loop.advance(1s);
-  EXPECT_EQ(desk.log.calls(), Lines{});
-  EXPECT_EQ(desk.audio.isMuted(42), std::optional(true));
-  EXPECT_EQ(desk.tray.image(), "logo-active-small");
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "app/LaunchOnStartup.h"
 #include "app/addLoginitem.h"
-#include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 
 namespace app {
@@ -87,21 +86,6 @@ TEST_F(LaunchAtLoginTest, TheRemovalIsReachedByName) {
   items.add(kOurs);
   std::make_shared<addLoginitem>()->performSelector("itemRefInLoginItems");
   EXPECT_EQ(items.paths(), Lines{});
-}
-
-TEST_F(LaunchAtLoginTest, EveryLaunchAppliesTheStoredChoice) {
-  launch();
-  EXPECT_EQ(items.paths(), Lines{kOurs});
-  items.list.clear();
-  relaunch();
-  EXPECT_EQ(items.paths(), Lines{kOurs});
-  store(shared::kUserdeaultsLaunchAtLogin, false);
-  relaunch();
-  EXPECT_EQ(items.paths(), Lines{});
-  EXPECT_EQ(desk.output.lines.size(), 1U);
-  relaunch();
-  EXPECT_EQ(items.paths(), Lines{});
-  EXPECT_EQ(desk.output.lines, Lines{});
 }
 
 }  // namespace

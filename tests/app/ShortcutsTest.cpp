@@ -4,11 +4,9 @@
 namespace app {
 namespace {
 
-using namespace std::chrono_literals;
 using preferences::Array;
 using preferences::Combination;
 using preferences::kControlK;
-using preferences::Lines;
 using preferences::Value;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -20,23 +18,6 @@ class ShortcutsTest : public preferences::PreferencesTest {
  protected:
   [[nodiscard]] bool isModeOn() const { return desk.tray.image() == "logo-active-small"; }
 };
-
-TEST_F(ShortcutsTest, AStoredShortcutTurnsTheModeOnAndOffAndPrintsWhen) {
-  storeShortcut(toggleApp, "k", Array{12});
-  desk.loop.setWallClockStart(platform::WallTime(1794858182s));
-  launchOnly();
-  EXPECT_THAT(desk.keys.held(), ElementsAre(kControlK));
-  // The panel has not been opened yet.
-  desk.keys.press(kControlK);
-  desk.keys.release(kControlK);
-  EXPECT_TRUE(isModeOn());
-  EXPECT_FALSE(delegate().popover()->isShown());
-  desk.loop.advance(2s);
-  desk.keys.press(kControlK);
-  EXPECT_FALSE(isModeOn());
-  EXPECT_EQ(desk.output.lines, (Lines{"Pressed at 2026-11-16 19:43:02 +0000",
-                                      "Pressed at 2026-11-16 19:43:04 +0000"}));
-}
 
 TEST_F(ShortcutsTest, BothShortcutsComeFromTheSettingsAtEachLaunch) {
   storeShortcut(toggleApp, "R", Array{14, 11});

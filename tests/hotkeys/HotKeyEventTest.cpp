@@ -49,14 +49,19 @@ TEST_F(HotKeyEventTest, AnsweredIsOnlyWhatRanAHandler) {
 TEST_F(HotKeyEventTest, EventsOfWhatIsGoneOrPausedAreNotAnswered) {
   auto first = make(kFirst, "first");
   const auto second = make(kSecond, "second");
+  const EventHotKeyRef reference = HotKeysController::boxesById().at(1).carbonEventHotKey;
   first.reset();
+  EXPECT_EQ(UnregisterEventHotKey(reference), paramErr) << "withdrawn already";
   second->setPaused(true);
   EXPECT_EQ(send(1, kEventHotKeyPressed), eventNotHandledErr);
   EXPECT_EQ(send(2, kEventHotKeyPressed), eventNotHandledErr);
   EXPECT_TRUE(HotKeysController::boxesById().empty());
+  HotKeysController::registerHotKey(second);
+  EXPECT_EQ(send(3, kEventHotKeyPressed), eventNotHandledErr) << "registered, but paused";
+  second->setPaused(true);
   second->setPaused(false);
-  EXPECT_EQ(send(2, kEventHotKeyPressed), eventNotHandledErr);
-  EXPECT_EQ(send(3, kEventHotKeyPressed), noErr);
+  EXPECT_EQ(send(3, kEventHotKeyPressed), eventNotHandledErr);
+  EXPECT_EQ(send(4, kEventHotKeyPressed), noErr);
   EXPECT_EQ(events, Lines{"second down"});
 }
 
@@ -134,12 +139,13 @@ TEST_F(HotKeyEventTest, AHandlerOfAnotherPartyGetsWhatIsNotOurs) {
                 kTypes, &asked, installed),
             noErr);
   EXPECT_NE(installed, EventHandlerRef::None);
+  const auto second = make(kSecond, "second");  // for which no second handler is installed
   EXPECT_EQ(send(1, kEventHotKeyPressed, 1), noErr);
   EXPECT_EQ(send(1, kEventHotKeyPressed), noErr);
   EXPECT_EQ(send(1, kEventHotKeyReleased), noErr);
   EXPECT_EQ(asked, 2);
   EXPECT_EQ(events, (Lines{"first down", "first up"}));
-  EXPECT_NE(UnregisterEventHotKey(EventHotKeyRef::None), noErr);
+  EXPECT_EQ(UnregisterEventHotKey(EventHotKeyRef::None), paramErr);
 }
 
 }  // namespace

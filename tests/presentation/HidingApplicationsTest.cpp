@@ -90,12 +90,5 @@ TEST_F(HidingApplicationsTest, WhoDoesNotHideIsAskedTwiceAndForgotten) {
   EXPECT_THAT(desk.output.lines, IsEmpty());
 }
 
-TEST_F(HidingApplicationsTest, AnEndBeforeTheSecondPassLeavesNothing) {
-  add(1, "Mail");
-  launchHiding();
-  pressMaster();
-  desk.loop.terminate();
-}
-
 }  // namespace
 }  // namespace presentation

@@ -106,15 +106,16 @@ TEST_F(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHa
 }
 
 TEST_F(PresentationModeTest, TheShortcutPrintsTurnsTheSwitchAndGoesTheRoadOfTheClick) {
-  store(settings::kuserdefault_ToggleAppShortcut, "k");
-  store(settings::kuserdefault_ToggleAppFlag, platform::Array{12});
+  store(shared::kuserdefault_ToggleAppShortcut, "k");
+  store(shared::kuserdefault_ToggleAppFlag, platform::Array{12});
+  desk.loop.setWallClockStart(platform::WallTime(1794858182s));
   launchWithEverything();
   Calls states;
   desk.log.witness = [this, &states](const std::string&) {
     states.emplace_back(isOn() ? "on" : "off");
   };
   EXPECT_EQ(callsOf([this] { pressShortcut(); }), kEverythingOn);
-  EXPECT_EQ(desk.log.entries().front(), "print Pressed at 1970-01-01 00:00:00 +0000");
+  EXPECT_EQ(desk.log.entries().front(), "print Pressed at 2026-11-16 19:43:02 +0000");
   EXPECT_THAT(states, Contains("off").Times(1));
   EXPECT_EQ(states.front(), "off");
   desk.log.witness = nullptr;
@@ -171,6 +172,9 @@ TEST_F(PresentationModeTest, NothingThatFailsTurnsASwitch) {
 TEST_F(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) {
   launchWithEverything();
   clickMaster();
+  desk.tray.rightClick();
+  EXPECT_EQ(callsOf([this] { desk.tray.choose("Quit"); }), Calls{});
+  EXPECT_TRUE(desk.loop.isTerminated());
   relaunch();
   EXPECT_FALSE(isOn());
   EXPECT_EQ(desk.screen.coverCount(), 0U);

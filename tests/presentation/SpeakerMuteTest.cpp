@@ -137,14 +137,6 @@ TEST_F(SpeakerMuteTest, EveryStepAndOutcomeIsPrinted) {
   }
 }
 
-TEST_F(SpeakerMuteTest, TheDeviceIsWrittenToEvenIfNothingWouldChange) {
-  panel->unmuteSpeaker();
-  panel->muteSpeaker();
-  panel->muteSpeaker();
-  EXPECT_EQ(desk.log.calls(),
-            (Lines{"audio.set 42 mute 0", "audio.set 42 mute 1", "audio.set 42 mute 1"}));
-}
-
 TEST_F(SpeakerMuteTest, AnotherDefaultDeviceIsUnmutedAndTheOldOneStaysMuted) {
   panel->muteSpeaker();
   desk.audio.addOutputDevice(43, true);

@@ -34,11 +34,12 @@ class SimulatedStatusBar final : public platform::port::StatusBar {
   /// None while no menu is open.
   [[nodiscard]] const std::optional<std::vector<MenuLine>>& menu() const { return menu_; }
 
-  void leftClick() { client_->statusItemClicked(platform::NSEventType::LeftMouseUp); }
-  void rightClick() {
-    windows_.actElsewhere();
-    client_->statusItemClicked(platform::NSEventType::RightMouseUp);
+  void click(platform::NSEventType type) {
+    if (type == platform::NSEventType::RightMouseUp) windows_.actElsewhere();
+    client_->statusItemClicked(type);
   }
+  void leftClick() { click(platform::NSEventType::LeftMouseUp); }
+  void rightClick() { click(platform::NSEventType::RightMouseUp); }
   /// Chooses the line with that title, which closes the menu.
   void choose(std::string_view title);
   void closeMenu();

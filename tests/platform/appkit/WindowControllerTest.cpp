@@ -84,8 +84,11 @@ class WindowControllerTest : public tests::DeskTest {
 };
 
 TEST_F(WindowControllerTest, TheContentHearsOfEveryComingAndGoing) {
+  desk.log.witness = [this](const std::string& call) { told.push_back(call); };
   EXPECT_THAT(toldBy([this] { controller->showWindow(nullptr); }),
-              ElementsAre("viewDidLoad", "windowDidLoad", "viewWillAppear", "viewDidAppear"));
+              ElementsAre("viewDidLoad", "windowDidLoad", "viewWillAppear", "window.show",
+                          "viewDidAppear", "window.makeKey"));
+  desk.log.witness = nullptr;
   const std::shared_ptr<NSWindow> window = controller->window();
   EXPECT_EQ(window->title(), "Preferences");
   EXPECT_EQ(window->windowController(), controller);

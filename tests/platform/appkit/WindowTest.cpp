@@ -123,6 +123,12 @@ TEST_F(WindowTest, OnlyAVisibleWindowAsksForTheKeyboard) {
   EXPECT_FALSE(window->isKeyWindow());
   window->makeKeyWindow();
   EXPECT_EQ(desk.log.calls(), (Calls{"window.show", "window.makeKey", "window.hide"}));
+  // What is gone by the time that the desktop agrees has it not.
+  show();
+  window->makeKeyWindow();
+  window->orderOut(nullptr);
+  desk.loop.settle();
+  EXPECT_FALSE(window->isKeyWindow());
 }
 
 // --- Popover ---
