@@ -55,6 +55,10 @@ class ContractDesk {
   virtual void setMonitors(const std::vector<platform::NSSize>& sizes) = 0;
   /// The user goes to that space; the first is 0, and there are two at least.
   virtual void goToSpace(std::uint32_t space) = 0;
+  /// The user has the desktop lay out the screen's picture in another way.
+  virtual void changeLayout(const platform::port::ScreenId& screen) = 0;
+  /// How it is laid out, in the desktop's own words.
+  [[nodiscard]] virtual std::string layout(const platform::port::ScreenId& screen) = 0;
   /// The path of a picture file, a new one each time.
   [[nodiscard]] virtual std::string makePicture() = 0;
   /// Another program has itself started at login after all others: the one at `path`, or, where

@@ -28,8 +28,9 @@ constexpr const char* kSource = "microphone";
 /// The private desktop that all cases of the process share, since Qt keeps its session bus for as
 /// long as the process lives. The process's surroundings are the desktop's from here on.
 harness::XDesk& surroundings() {
-  static harness::XDesk desk(
-      {.windowManager = harness::WindowManager::Openbox, .panel = harness::Panel::XfcePanel});
+  static harness::XDesk desk({.windowManager = harness::WindowManager::Openbox,
+                              .panel = harness::Panel::XfcePanel,
+                              .icons = harness::DesktopIcons::Xfdesktop});
   static const bool moved = [] {
     clearenv();
     for (const auto& [name, value] : desk.environment()) setenv(name.c_str(), value.c_str(), 1);
@@ -139,6 +140,16 @@ class LinuxContractDesk final : public ContractDesk {
   void goToSpace(std::uint32_t space) override {
     x_.x().askWindowManager(x_.x().root(), "_NET_CURRENT_DESKTOP", {space, XCB_CURRENT_TIME});
   }
+  void changeLayout(const platform::port::ScreenId& screen) override {
+    static int last = 0;
+    const std::string style = ++last % 2 == 0 ? "3" : "4";
+    EXPECT_TRUE(x_.run({"xfconf-query", "-c", "xfce4-desktop", "-p", styleOf(screen), "-n", "-t",
+                        "int", "-s", style})
+                    .succeeded());
+  }
+  [[nodiscard]] std::string layout(const platform::port::ScreenId& screen) override {
+    return x_.run({"xfconf-query", "-c", "xfce4-desktop", "-p", styleOf(screen)}).output;
+  }
   [[nodiscard]] std::string makePicture() override {
     static int last = 0;
     const auto path = x_.home().home() / ("picture " + std::to_string(++last) + ".png");
@@ -172,6 +183,9 @@ class LinuxContractDesk final : public ContractDesk {
   }
 
  private:
+  static std::string styleOf(const platform::port::ScreenId& screen) {
+    return "/backdrop/screen0/monitor" + screen + "/workspace0/image-style";
+  }
   [[nodiscard]] std::filesystem::path autostart() const { return x_.home().config() / "autostart"; }
 
   void start() {

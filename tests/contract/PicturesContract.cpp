@@ -99,11 +99,38 @@ TEST_P(DesktopContract, APictureThatIsSetIsToldAndTheOldOneComesBack) {
   for (const port::ScreenInfo& screen : screens) {
     EXPECT_TRUE(desk().runUntil([&] { return pictures.path(screen.id) == old[screen.id]; }));
   }
+  for (const port::ScreenInfo& screen : screens) {
+    EXPECT_EQ(pictures.options(screen.id).value_or(Dictionary{}), options[screen.id]);
+  }
   const port::ScreenId& first = screens.front().id;
   EXPECT_EQ(pictures.set(picture, first, options[first]), std::nullopt);
   EXPECT_TRUE(desk().runUntil([&] { return pictures.path(first) == picture; }));
   EXPECT_EQ(pictures.path("no such screen"), std::nullopt);
   EXPECT_EQ(pictures.options("no such screen"), std::nullopt);
+}
+
+TEST_P(DesktopContract, OptionsAreKeptAsTheyAreGivenAndSoIsWhatTheUserChanges) {
+  auto& pictures = *desk().desktop().desktopPictures();
+  const port::ScreenId screen = desk().desktop().screens().screens().front().id;
+  const auto old = pictures.path(screen);
+  ASSERT_TRUE(old);
+  const auto before = pictures.options(screen);
+  ASSERT_TRUE(before);
+  EXPECT_EQ(pictures.set(desk().makePicture(), screen, *before), std::nullopt);
+  desk().changeLayout(screen);
+  const std::string changed = desk().layout(screen);
+  ASSERT_TRUE(desk().runUntil([&] { return pictures.options(screen) != before; }));
+  const auto options = pictures.options(screen);
+  EXPECT_EQ(pictures.set(*old, screen, options.value()), std::nullopt);
+  EXPECT_EQ(desk().layout(screen), changed) << "although the state of before was put back";
+  EXPECT_TRUE(desk().runUntil([&] { return pictures.path(screen) == old; }));
+
+  desk().changeLayout(screen);
+  EXPECT_NE(desk().layout(screen), changed);
+  ASSERT_TRUE(desk().runUntil([&] { return pictures.options(screen) != options; }));
+  EXPECT_EQ(pictures.set(desk().makePicture(), screen, *options), std::nullopt);
+  EXPECT_EQ(desk().layout(screen), changed) << "as it was given";
+  EXPECT_TRUE(desk().runUntil([&] { return pictures.options(screen) == options; }));
 }
 
 }  // namespace

@@ -95,6 +95,13 @@ class SimulatedContractDesk final : public ContractDesk {
     desk_->displays.changed();
   }
   void goToSpace(std::uint32_t) override { desk_->workspaces.changed(); }
+  void changeLayout(const platform::port::ScreenId& screen) override {
+    const auto present = desk_->pictures.pictureOptions.at(screen).find("scaling")->second;
+    desk_->pictures.pictureOptions[screen] = {{"scaling", present.as<std::int64_t>().value() + 1}};
+  }
+  [[nodiscard]] std::string layout(const platform::port::ScreenId& screen) override {
+    return platform::description(desk_->pictures.pictureOptions.at(screen));
+  }
   [[nodiscard]] std::string makePicture() override {
     return "/pictures/new " + std::to_string(++lastPicture_);
   }

@@ -19,13 +19,15 @@ class DesktopPictures {
   /// desktop does not answer.
   [[nodiscard]] virtual std::optional<std::string> path(const ScreenId& screen) const = 0;
 
-  /// How the picture is shown: scaling, fill and whatever else the desktop keeps. To be handed back
-  /// to `set`; what is in it is the desktop's own affair.
+  /// How the picture is shown at this moment: scaling and whatever else a set may touch. To be
+  /// handed to `set`; what is in it is the desktop's own affair.
   [[nodiscard]] virtual std::optional<Dictionary> options(const ScreenId& screen) const = 0;
 
-  /// Shows the picture at `path`. Setting exactly the path that was last told for that screen puts
-  /// back the whole state of that moment instead, whatever it was. On failure nothing has changed
-  /// and the reason comes back, in one line.
+  /// Shows the picture at `path` with these options, but for what has to be another for it to be
+  /// seen. Setting exactly the path that was last told for that screen puts back the state of that
+  /// moment instead, whatever it was: of the options then only what sets have changed themselves,
+  /// and the rest is as given. On failure nothing has changed and the reason comes back, in one
+  /// line.
   [[nodiscard]] virtual std::optional<std::string> set(const std::string& path,
                                                        const ScreenId& screen,
                                                        const Dictionary& options) = 0;

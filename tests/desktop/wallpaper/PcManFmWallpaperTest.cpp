@@ -297,6 +297,39 @@ TEST(LxdeWallpaper, SingleMonitorFollowsWithoutANewStart) {
   EXPECT_TRUE(desktop.shows(0, kRed));
 }
 
+TEST(LxdeWallpaper, WhatTheUserChangesMeanwhileStays) {
+  LxdeDesk desktop({{0, 0, 1280, 720}});
+  desktop.startWith({desktop.settings("fit", desktop.picture("old.png", kRed))});
+  ASSERT_TRUE(desktop.shows(0, kRed));
+  const std::string chosen = desktop.picture("chosen.png", kYellow);
+  const auto stores = [&](const std::string& text) {
+    return desktop.desk().until(
+        [&] { return desktop.read(lxde(0)).find(text) != std::string::npos; });
+  };
+  const std::string old = desktop.path(kFirst);
+  EXPECT_EQ(desktop.set(kFirst, chosen), kNothing);
+  (void)desktop.run({"pcmanfm", "--wallpaper-mode=stretch"});
+  ASSERT_TRUE(stores("wallpaper_mode=stretch"));
+  EXPECT_EQ(desktop.set(kFirst, old), kNothing);
+  EXPECT_TRUE(desktop.shows(0, kRed));
+  EXPECT_TRUE(stores("wallpaper_mode=stretch\n"));
+  EXPECT_TRUE(stores("wallpaper=" + old + "\n"));
+
+  // A colour needs another mode for the picture, unless the user has chosen one by then.
+  for (const bool isChosen : {false, true}) {
+    (void)desktop.run({"pcmanfm", "--wallpaper-mode=color"});
+    ASSERT_TRUE(stores("wallpaper_mode=color"));
+    const std::string reserved = desktop.path(kFirst);
+    EXPECT_EQ(desktop.set(kFirst, chosen), kNothing);
+    EXPECT_TRUE(stores("wallpaper_mode=crop"));
+    if (isChosen) (void)desktop.run({"pcmanfm", "--wallpaper-mode=center"});
+    ASSERT_TRUE(stores(isChosen ? "wallpaper_mode=center" : "wallpaper_mode=crop"));
+    EXPECT_EQ(desktop.set(kFirst, reserved), kNothing);
+    EXPECT_TRUE(stores(isChosen ? "wallpaper_mode=center" : "wallpaper_mode=color"));
+    EXPECT_TRUE(stores("wallpaper=" + old + "\n"));
+  }
+}
+
 TEST(LxdeWallpaper, HungDesktopIsGivenUpAndNothingIsWritten) {
   LxdeDesk desktop;
   const std::string before = desktop.settings("fit", desktop.picture("old.png", kRed));

@@ -124,6 +124,64 @@ INSTANTIATE_TEST_SUITE_P(
                     Start{"OnePictureAWorkspace", startFromOnePictureAWorkspace}),
     [](const auto& row) { return std::string(row.param.name); });
 
+TEST(XfceWallpaper, WhatTheUserChangesMeanwhileStaysAndOnlyWhatWasChangedForThePictureGoesBack) {
+  XfceDesk xfce;
+  startFromColour(xfce);
+  startFromSlideShow(xfce);  // whose pictures are no longer seen on the first monitor
+  xfce.style(kFirst, "0");
+  const std::vector<std::string> old{xfce.path(kFirst), xfce.path(kSecond)};
+  const std::string chosen = xfce.picture("chosen.png", kYellow);
+  EXPECT_EQ(xfce.set(kFirst, chosen), kNothing);
+  EXPECT_EQ(xfce.set(kSecond, chosen), kNothing);
+  const std::string secondsStyle = XfceDesk::key(kSecond, 0, "image-style");
+  xfce.write(secondsStyle, "int", "3");
+  const std::string thirdSpacesStyle = XfceDesk::key(kFirst, 2, "image-style");
+  xfce.write(thirdSpacesStyle, "int", "1");
+  EXPECT_EQ(xfce.set(kFirst, old[0]), kNothing);
+  EXPECT_EQ(xfce.set(kSecond, old[1]), kNothing);
+  EXPECT_EQ(xfce.value(secondsStyle), "3");
+  EXPECT_EQ(xfce.value(thirdSpacesStyle), "1");
+  EXPECT_EQ(xfce.value(XfceDesk::key(kFirst, 0, "image-style")), "0");
+  EXPECT_EQ(xfce.value(XfceDesk::key(kSecond, 1, "image-style")), "4");
+  EXPECT_EQ(xfce.value(XfceDesk::key(kFirst, 2, "backdrop-cycle-enable")), "true");
+  EXPECT_EQ(xfce.path(kSecond), old[1]);
+}
+
+TEST(XfceWallpaper, OneReadingServesATurn) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  const auto bus = xfce.desk().start({"dbus-monitor", "--session", "path='/org/xfce/Xfconf'"});
+  const auto calls = [&](const std::string& method) {
+    const std::string seen = bus->output();
+    std::size_t count = 0;
+    for (auto at = seen.find("member=" + method); at != std::string::npos;
+         at = seen.find("member=" + method, at + 1)) {
+      ++count;
+    }
+    return count;
+  };
+  // What comes after it on the bus is seen after it.
+  const auto mark = [&] {
+    const std::size_t before = calls("ListChannels");
+    return xfce.desk().until([&] {
+      (void)xfce.desk().bus().call("org.xfce.Xfconf", "/org/xfce/Xfconf",
+                                   "org.xfce.Xfconf.ListChannels", {});
+      return calls("ListChannels") > before;
+    });
+  };
+  ASSERT_TRUE(mark()) << bus->errorOutput();
+  const std::string chosen = xfce.picture("chosen.png", kYellow);
+  const std::size_t readBefore = calls("GetAllProperties");
+  const std::vector<std::string> answers = xfce.askTogether({{"path", kFirst},
+                                                             {"path", kSecond},
+                                                             {"set", kFirst, chosen},
+                                                             {"set", kSecond, chosen},
+                                                             {"path", kSecond}});
+  EXPECT_EQ(answers.back(), chosen);
+  ASSERT_TRUE(mark());
+  EXPECT_EQ(calls("GetAllProperties") - readBefore, 1U);
+}
+
 TEST(XfceWallpaper, TellsThePictureOrAReservedPath) {
   XfceDesk xfce;
   startFromPictures(xfce);

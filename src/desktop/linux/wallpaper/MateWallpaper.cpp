@@ -71,14 +71,15 @@ std::optional<Backdrop> MateWallpaper::backdrop(const Monitor& /*monitor*/) {
   return backdrop;
 }
 
-std::optional<Dictionary> MateWallpaper::state(const Monitor& /*monitor*/) {
-  Dictionary state;
-  if (const auto value = settings_->userValue(kPicture)) state.emplace(kPicture, *value);
-  if (isSlideShow(settings_->text(kPicture).value_or(""))) state.emplace(kSlideShow, true);
+std::optional<WallpaperState> MateWallpaper::state(const Monitor& monitor) {
+  WallpaperState state;
+  if (const auto value = settings_->userValue(kPicture)) state.kept.emplace(kPicture, *value);
+  if (const auto shown = backdrop(monitor)) state.file = shown->file;
   return state;
 }
 
-std::optional<std::string> MateWallpaper::show(const Monitor& /*monitor*/, const QString& file) {
+std::optional<std::string> MateWallpaper::show(const Monitor& /*monitor*/, const QString& file,
+                                               const Dictionary& /*options*/) {
   const std::string path = file.toStdString();
   if (settings_->text(kPicture) == path) return std::nullopt;
   if (!settings_->isWritable(kPicture)) return kLocked;
@@ -90,8 +91,8 @@ std::optional<std::string> MateWallpaper::show(const Monitor& /*monitor*/, const
 }
 
 std::optional<std::string> MateWallpaper::restore(const Monitor& /*monitor*/,
-                                                  const Dictionary& state) {
-  const auto old = platform::valueOf<std::string>(state, kPicture);
+                                                  const Dictionary& kept) {
+  const auto old = platform::valueOf<std::string>(kept, kPicture);
   if (settings_->userValue(kPicture) == old) return std::nullopt;
   if (!settings_->setUserValue(kPicture, old)) return kLocked;
   return GuardedSettings::flush() ? std::nullopt : std::optional<std::string>(kNoAnswer);

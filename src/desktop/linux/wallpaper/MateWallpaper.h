@@ -19,10 +19,11 @@ class MateWallpaper final : public WallpaperAdapter {
   [[nodiscard]] static std::unique_ptr<WallpaperAdapter> make(const WallpaperSurroundings&);
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
-  std::optional<platform::Dictionary> state(const Monitor& monitor) override;
-  std::optional<std::string> show(const Monitor& monitor, const QString& file) override;
+  std::optional<WallpaperState> state(const Monitor& monitor) override;
+  std::optional<std::string> show(const Monitor& monitor, const QString& file,
+                                  const platform::Dictionary& options) override;
   std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& state) override;
+                                     const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
 
   [[nodiscard]] bool tilesFromDesktopOrigin() const override { return true; }

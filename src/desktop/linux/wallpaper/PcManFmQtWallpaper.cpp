@@ -107,7 +107,10 @@ BackdropManner PcManFmQtWallpaper::manner() const {
 }
 
 std::optional<Backdrop> PcManFmQtWallpaper::backdrop(const Monitor& /*monitor*/) {
-  const Settings settings = read();
+  return backdropOf(read());
+}
+
+Backdrop PcManFmQtWallpaper::backdropOf(const Settings& settings) const {
   Backdrop backdrop;
   backdrop.primary = backdrop.secondary = settings.colour;
   backdrop.style = settings.style;
@@ -120,24 +123,25 @@ std::optional<Backdrop> PcManFmQtWallpaper::backdrop(const Monitor& /*monitor*/)
   return backdrop;
 }
 
-std::optional<Dictionary> PcManFmQtWallpaper::state(const Monitor& /*monitor*/) {
-  const auto* order = orders_.last();
-  if (order != nullptr && order->state) return order->state;
+std::optional<WallpaperState> PcManFmQtWallpaper::state(const Monitor& /*monitor*/) {
   const Settings settings = read();
+  const Backdrop shown = backdropOf(settings);
+  const QString file = settings.slideShow ? QString() : shown.file;
+  const auto* order = orders_.last();
+  if (order != nullptr && order->state) return WallpaperState{*order->state, file};
   const std::string named = QFile::encodeName(settings.picture).toStdString();
-  Dictionary state{{kSlideShow, settings.slideShow}, {kNamed, named}};
-  const bool shows = settings.style != BackdropStyle::None || settings.picture == inspiteOfMode_;
-  if (shows && QFileInfo::exists(settings.picture)) state.emplace(kFile, named);
+  Dictionary kept{{kNamed, named}};
+  if (!shown.file.isEmpty() && QFileInfo::exists(shown.file)) kept.emplace(kFile, named);
   if (order != nullptr) {
-    state.emplace(kUnwritten, true);
+    kept.emplace(kUnwritten, true);
   } else if (const auto contents = settingsText(file_)) {
-    state.emplace(kContents, contents->toStdString());
+    kept.emplace(kContents, contents->toStdString());
   }
-  return state;
+  return WallpaperState{std::move(kept), file};
 }
 
-std::optional<std::string> PcManFmQtWallpaper::show(const Monitor& /*monitor*/,
-                                                    const QString& file) {
+std::optional<std::string> PcManFmQtWallpaper::show(const Monitor& /*monitor*/, const QString& file,
+                                                    const Dictionary& /*options*/) {
   const bool coloursOnly = read().style == BackdropStyle::None;
   // pcmanfm-qt 1.2 keeps a mode that it was told for its windows, but does not save it.
   if (coloursOnly) inspiteOfMode_ = file;
@@ -146,10 +150,10 @@ std::optional<std::string> PcManFmQtWallpaper::show(const Monitor& /*monitor*/,
 }
 
 std::optional<std::string> PcManFmQtWallpaper::restore(const Monitor& /*monitor*/,
-                                                       const Dictionary& state) {
-  const QString file = fileIn(state, kFile, kNoPicture);
+                                                       const Dictionary& kept) {
+  const QString file = fileIn(kept, kFile, kNoPicture);
   if (file != inspiteOfMode_) inspiteOfMode_.clear();
-  orders_.give({file, {}, state});
+  orders_.give({file, {}, kept});
   return std::nullopt;
 }
 

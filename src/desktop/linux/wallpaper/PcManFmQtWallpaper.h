@@ -22,10 +22,11 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
   ~PcManFmQtWallpaper() override;
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
-  std::optional<platform::Dictionary> state(const Monitor& monitor) override;
-  std::optional<std::string> show(const Monitor& monitor, const QString& file) override;
+  std::optional<WallpaperState> state(const Monitor& monitor) override;
+  std::optional<std::string> show(const Monitor& monitor, const QString& file,
+                                  const platform::Dictionary& options) override;
   std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& state) override;
+                                     const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
   [[nodiscard]] bool tilesFromDesktopOrigin() const override { return true; }
   [[nodiscard]] BackdropManner manner() const override;
@@ -33,6 +34,7 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
  private:
   struct Settings;
   [[nodiscard]] Settings read() const;
+  [[nodiscard]] Backdrop backdropOf(const Settings& settings) const;
   void answered(const PcManFmQtOrders::Order& order, const std::optional<std::string>& reason);
   /// Gives the file the contents that a state tells of.
   void putBackFile(const platform::Dictionary& state) const;

@@ -23,7 +23,9 @@ constexpr const char* kPicture = "wallpaper";
 constexpr const char* kMode = "wallpaper_mode";
 constexpr const char* kOneForAllWorkspaces = "wallpaper_common";
 constexpr const char* kColoursOnly = "color";
+/// Of the file that counts, and whether that is the system's because the user has none.
 constexpr const char* kContents = "contents";
+constexpr const char* kInherited = "inherited";
 constexpr const char* kName = "name";
 
 struct StyleRow {
@@ -67,6 +69,59 @@ QStringList orderOf(const QByteArray& text) {
   return order;
 }
 
+Dictionary optionsIn(const QByteArray& text) {
+  const auto mode = writtenValue(text, kSection, kMode);
+  return mode ? Dictionary{{kMode, mode->toStdString()}} : Dictionary();
+}
+
+std::optional<QByteArray> modeIn(const Dictionary& options) {
+  const auto mode = platform::valueOf<std::string>(options, kMode);
+  return mode ? std::optional(QByteArray::fromStdString(*mode)) : std::nullopt;
+}
+
+Backdrop backdropIn(const QByteArray& text) {
+  Backdrop backdrop;
+  const QColor colour(QString::fromLatin1(valueIn(text, "desktop_bg")));
+  backdrop.primary = backdrop.secondary = colour.isValid() ? colour : QColor(Qt::black);
+  const StyleRow row = styleNamed(valueIn(text, kMode));
+  backdrop.file = fileIn(text);
+  if (row.style == BackdropStyle::None || backdrop.file.isEmpty()) {
+    backdrop.file.clear();
+    return backdrop;
+  }
+  backdrop.style = row.style;
+  backdrop.spansMonitors = row.spans;
+  return backdrop;
+}
+
+/// With the section, and without what `show` writes into it.
+QByteArray restOf(const QByteArray& text) {
+  QByteArray rest = withValue(text, kSection, kPicture, QByteArray());
+  for (const char* key : {kPicture, kMode, kOneForAllWorkspaces}) {
+    rest = withValue(rest, kSection, key, std::nullopt);
+  }
+  return rest;
+}
+
+/// What a file that now holds `present` is to hold again.
+std::optional<QByteArray> restored(const std::optional<QByteArray>& present,
+                                   const Dictionary& kept) {
+  const auto contents = platform::valueOf<std::string>(kept, kContents).value_or(std::string());
+  const QByteArray old = QByteArray::fromStdString(contents);
+  QByteArray text = old;
+  if (present && restOf(*present) != restOf(old)) {
+    // The user has changed other settings since; they stay.
+    text = *present;
+    for (const char* key : {kPicture, kMode, kOneForAllWorkspaces}) {
+      text = withValue(text, kSection, key, writtenValue(old, kSection, key));
+    }
+  }
+  const auto mode = modeIn(kept);
+  if (mode != writtenValue(old, kSection, kMode)) text = withValue(text, kSection, kMode, mode);
+  const bool isInherited = platform::valueOf<bool>(kept, kInherited).value_or(false);
+  return isInherited && text == old ? std::nullopt : std::optional(text);
+}
+
 /// pcmanfm 1.3 saves about a second after an order.
 constexpr std::chrono::seconds kSavedBy{3};
 
@@ -96,6 +151,11 @@ std::optional<QString> PcManFmWallpaper::nameOf(const Monitor& monitor) const {
       .arg(found - outputs.begin());
 }
 
+QByteArray PcManFmWallpaper::textInForce(const QString& name) {
+  const QString stored = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, name);
+  return settingsText(stored).value_or(QByteArray());
+}
+
 QString PcManFmWallpaper::pathOf(const QString& name) const {
   return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
          QLatin1Char('/') + name;
@@ -103,40 +163,33 @@ QString PcManFmWallpaper::pathOf(const QString& name) const {
 
 std::optional<Backdrop> PcManFmWallpaper::backdrop(const Monitor& monitor) {
   const auto name = nameOf(monitor);
-  if (!name) return std::nullopt;
-  const QString stored = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, *name);
-  const QByteArray text = settingsText(stored).value_or(QByteArray());
-  Backdrop backdrop;
-  const QColor colour(QString::fromLatin1(valueIn(text, "desktop_bg")));
-  backdrop.primary = backdrop.secondary = colour.isValid() ? colour : QColor(Qt::black);
-  const StyleRow row = styleNamed(valueIn(text, kMode));
-  backdrop.file = fileIn(text);
-  if (row.style == BackdropStyle::None || backdrop.file.isEmpty()) {
-    backdrop.file.clear();
-    return backdrop;
-  }
-  backdrop.style = row.style;
-  backdrop.spansMonitors = row.spans;
-  return backdrop;
+  return name ? std::optional(backdropIn(textInForce(*name))) : std::nullopt;
 }
 
-std::optional<Dictionary> PcManFmWallpaper::state(const Monitor& monitor) {
+std::optional<WallpaperState> PcManFmWallpaper::state(const Monitor& monitor) {
   const auto name = nameOf(monitor);
   if (!name) return std::nullopt;
-  Dictionary state{{kName, name->toStdString()}};
-  if (const auto contents = settingsText(pathOf(*name))) {
-    state.emplace(kContents, contents->toStdString());
-  }
-  return state;
+  const QByteArray text = textInForce(*name);
+  Dictionary kept = optionsIn(text);
+  kept.emplace(kName, name->toStdString());
+  kept.emplace(kContents, text.toStdString());
+  if (!QFileInfo::exists(pathOf(*name))) kept.emplace(kInherited, true);
+  return WallpaperState{std::move(kept), backdropIn(text).file};
 }
 
-std::optional<std::string> PcManFmWallpaper::show(const Monitor& monitor, const QString& file) {
+std::optional<Dictionary> PcManFmWallpaper::options(const Monitor& monitor) {
+  const auto name = nameOf(monitor);
+  return name ? std::optional(optionsIn(textInForce(*name))) : std::nullopt;
+}
+
+std::optional<std::string> PcManFmWallpaper::show(const Monitor& monitor, const QString& file,
+                                                  const Dictionary& options) {
   const auto name = nameOf(monitor);
   if (!name) return "pcmanfm does not know this screen.";
   // pcmanfm 1.3 saves it as it is and does not find it again.
   if (file.contains(QLatin1Char('\\'))) return "pcmanfm takes no file name with a backslash.";
-  const QString stored = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, *name);
-  QByteArray text = settingsText(stored).value_or(QByteArray());
+  QByteArray text = textInForce(*name);
+  if (const auto mode = modeIn(options)) text = withValue(text, kSection, kMode, mode);
   if (showsColoursOnly(text)) text = withValue(text, kSection, kMode, "crop");
   text = withValue(text, kSection, kPicture, QFile::encodeName(file));
   text = withValue(text, kSection, kOneForAllWorkspaces, "1");
@@ -144,12 +197,11 @@ std::optional<std::string> PcManFmWallpaper::show(const Monitor& monitor, const 
 }
 
 std::optional<std::string> PcManFmWallpaper::restore(const Monitor& /*monitor*/,
-                                                     const Dictionary& state) {
-  const auto name = platform::valueOf<std::string>(state, kName);
+                                                     const Dictionary& kept) {
+  const auto name = platform::valueOf<std::string>(kept, kName);
   if (!name) return "That was not told by this desktop.";
-  const auto contents = platform::valueOf<std::string>(state, kContents);
-  return apply(pathOf(QString::fromStdString(*name)),
-               contents ? std::optional(QByteArray::fromStdString(*contents)) : std::nullopt);
+  const QString path = pathOf(QString::fromStdString(*name));
+  return apply(path, restored(settingsText(path), kept));
 }
 
 std::optional<std::string> PcManFmWallpaper::apply(const QString& path,
@@ -186,6 +238,9 @@ bool PcManFmWallpaper::followsOrders(const std::optional<QByteArray>& before,
 
 void PcManFmWallpaper::keepAgainstSaving(const QString& path, const QByteArray& text) {
   const auto keep = [path, text] {
+    // Not what the user changes meanwhile.
+    const QByteArray present = settingsText(path).value_or(text);
+    if (writtenValue(present, kSection, kMode) != writtenValue(text, kSection, kMode)) return;
     if (const auto reason = putSettingsText(path, text))
       qCWarning(lcWallpaper, "%s", reason->c_str());
   };

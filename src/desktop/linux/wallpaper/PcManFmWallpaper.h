@@ -22,10 +22,12 @@ class PcManFmWallpaper final : public WallpaperAdapter {
   [[nodiscard]] static bool runs(const WallpaperSurroundings& surroundings);
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
-  std::optional<platform::Dictionary> state(const Monitor& monitor) override;
-  std::optional<std::string> show(const Monitor& monitor, const QString& file) override;
+  std::optional<WallpaperState> state(const Monitor& monitor) override;
+  std::optional<platform::Dictionary> options(const Monitor& monitor) override;
+  std::optional<std::string> show(const Monitor& monitor, const QString& file,
+                                  const platform::Dictionary& options) override;
   std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& state) override;
+                                     const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
   [[nodiscard]] BackdropManner manner() const override {
     return {.rounding = SizeRounding::DownInFloat};
@@ -35,6 +37,8 @@ class PcManFmWallpaper final : public WallpaperAdapter {
   /// Of the monitor's settings; none for a monitor that pcmanfm does not have.
   [[nodiscard]] std::optional<QString> nameOf(const Monitor& monitor) const;
   [[nodiscard]] QString pathOf(const QString& name) const;
+  /// The user's settings, or the system's where the user has none.
+  [[nodiscard]] static QByteArray textInForce(const QString& name);
   /// What the monitor is to show from now on.
   [[nodiscard]] std::optional<std::string> apply(const QString& path,
                                                  const std::optional<QByteArray>& text);

@@ -89,20 +89,22 @@ std::optional<Backdrop> PlasmaWallpaper::backdrop(const Monitor& monitor) {
   return backdrop.file.isEmpty() ? std::nullopt : std::optional(backdrop);
 }
 
-std::optional<Dictionary> PlasmaWallpaper::state(const Monitor& monitor) {
+std::optional<WallpaperState> PlasmaWallpaper::state(const Monitor& monitor) {
   const auto desktop = desktops_.at(monitor.pixels.topLeft(), BusPeer::deadline());
   if (!desktop) return std::nullopt;
-  Dictionary state{{"id", desktop->value(QLatin1String("id")).toInt()}};
+  WallpaperState state{{{"id", desktop->value(QLatin1String("id")).toInt()}}, {}};
   for (const char* key : kTexts) {
-    state.emplace(key, desktop->value(QLatin1String(key)).toString().toStdString());
+    state.kept.emplace(key, desktop->value(QLatin1String(key)).toString().toStdString());
   }
-  if (isSlideShow(*desktop)) state.emplace(kSlideShow, true);
   if (const QString slide = desktop->value(QLatin1String(kSlide)).toString(); !slide.isEmpty())
-    state.emplace(kSlide, slide.toStdString());
+    state.kept.emplace(kSlide, slide.toStdString());
+  if (isSlideShow(*desktop)) return state;
+  if (const auto shown = backdrop(monitor)) state.file = shown->file;
   return state;
 }
 
-std::optional<std::string> PlasmaWallpaper::show(const Monitor& monitor, const QString& file) {
+std::optional<std::string> PlasmaWallpaper::show(const Monitor& monitor, const QString& file,
+                                                 const Dictionary& /*options*/) {
   const QDeadlineTimer deadline = BusPeer::deadline();
   const auto desktop = desktops_.at(monitor.pixels.topLeft(), deadline);
   if (!desktop) return "Plasma does not answer for this screen.";
@@ -114,15 +116,15 @@ std::optional<std::string> PlasmaWallpaper::show(const Monitor& monitor, const Q
 }
 
 std::optional<std::string> PlasmaWallpaper::restore(const Monitor& /*monitor*/,
-                                                    const Dictionary& state) {
+                                                    const Dictionary& kept) {
   QJsonObject wanted{
       {QStringLiteral("id"),
-       static_cast<qint64>(platform::valueOf<std::int64_t>(state, "id").value_or(-1))}};
+       static_cast<qint64>(platform::valueOf<std::int64_t>(kept, "id").value_or(-1))}};
   for (const char* key : kTexts) {
-    const auto text = platform::valueOf<std::string>(state, key).value_or(std::string());
+    const auto text = platform::valueOf<std::string>(kept, key).value_or(std::string());
     wanted.insert(QLatin1String(key), QString::fromStdString(text));
   }
-  if (const auto slide = platform::valueOf<std::string>(state, kSlide))
+  if (const auto slide = platform::valueOf<std::string>(kept, kSlide))
     wanted.insert(QLatin1String(kSlide), QString::fromStdString(*slide));
   return write(wanted, BusPeer::deadline());
 }

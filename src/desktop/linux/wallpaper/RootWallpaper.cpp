@@ -65,14 +65,15 @@ std::optional<Backdrop> RootWallpaper::backdrop(const Monitor& monitor) {
   return Backdrop{.file = file->second, .style = BackdropStyle::Zoomed};
 }
 
-std::optional<Dictionary> RootWallpaper::state(const Monitor& monitor) {
+std::optional<WallpaperState> RootWallpaper::state(const Monitor& monitor) {
   auto content = std::make_unique<XPixmap>(server(), monitor.pixels.size());
   if (!copyRootBackground(server(), monitor.pixels, content->id())) return std::nullopt;
   const std::int64_t number = ++memory().lastNumber;
   memory().told.insert_or_assign(
       monitor.name,
       RootWallpaperMemory::Told{number, std::move(content), isRootPictureNamed(server())});
-  return Dictionary{{kCopy, number}};
+  const auto shown = backdrop(monitor);
+  return WallpaperState{{{kCopy, number}}, shown ? shown->file : QString()};
 }
 
 /// Has `paint` change our picture, or one that begins as what the root window shows, and shows it.
@@ -91,7 +92,8 @@ bool RootWallpaper::draw(const std::function<bool(xcb_pixmap_t)>& paint) {
   return true;
 }
 
-std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QString& file) {
+std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QString& file,
+                                               const Dictionary& /*options*/) {
   BackdropLayout layout;
   for (const Monitor& each : surroundings_.monitors()) layout.desktop |= each.pixels;
   const Backdrop backdrop{.file = file, .style = BackdropStyle::Zoomed};
@@ -104,10 +106,10 @@ std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QSt
   return std::nullopt;
 }
 
-std::optional<std::string> RootWallpaper::restore(const Monitor& monitor, const Dictionary& state) {
+std::optional<std::string> RootWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
   auto& told = memory().told;
   const auto found = told.find(monitor.name);
-  const auto number = platform::valueOf<std::int64_t>(state, kCopy);
+  const auto number = platform::valueOf<std::int64_t>(kept, kCopy);
   if (found == told.end() || found->second.number != number) {
     return "The picture of before is no longer known.";
   }

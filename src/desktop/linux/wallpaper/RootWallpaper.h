@@ -40,14 +40,11 @@ class RootWallpaper final : public WallpaperAdapter {
 
   /// Known only where the picture is ours.
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
-  std::optional<platform::Dictionary> state(const Monitor& monitor) override;
-  /// A root window's picture has none.
-  std::optional<platform::Dictionary> options(const Monitor&) override {
-    return platform::Dictionary{};
-  }
-  std::optional<std::string> show(const Monitor& monitor, const QString& file) override;
+  std::optional<WallpaperState> state(const Monitor& monitor) override;
+  std::optional<std::string> show(const Monitor& monitor, const QString& file,
+                                  const platform::Dictionary& options) override;
   std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& state) override;
+                                     const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
 
  private:

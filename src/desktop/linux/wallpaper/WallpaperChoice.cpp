@@ -1,6 +1,7 @@
 #include "desktop/linux/wallpaper/WallpaperChoice.h"
 
 #include <QDBusConnection>
+#include <QMetaObject>
 #include <utility>
 
 #include "desktop/linux/wallpaper/RootWallpaper.h"
@@ -19,6 +20,10 @@ bool WallpaperChoice::isStillTheSame(const RunningDesktop& seen) const {
 }
 
 WallpaperChoice::Current WallpaperChoice::current() {
+  if (isOfThisTurn_) return {row_, adapter_.get()};
+  isOfThisTurn_ = true;
+  QMetaObject::invokeMethod(
+      &turn_, [this] { isOfThisTurn_ = false; }, Qt::QueuedConnection);
   RunningDesktop seen;
   if (XEvents* x11 = surroundings_.x11)
     seen = lookAtDesktopWindow(x11->server(), x11->stack().now(), surroundings_.monitors());

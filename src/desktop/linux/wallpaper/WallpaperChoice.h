@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusServiceWatcher>
+#include <QObject>
 #include <functional>
 #include <memory>
 
@@ -9,9 +10,10 @@
 
 namespace linux_desktop {
 
-/// The adapter of the desktop that runs now. Looks again whenever it is asked, since the program
-/// that draws the desktop can start after us and be replaced: two or three questions to the X
-/// server, and one to the bus where it is another than before. Main thread only.
+/// The adapter of the desktop that runs now. Looks again in each turn of the event loop in which it
+/// is asked, since the program that draws the desktop can start after us and be replaced: two or
+/// three questions to the X server, and one to the bus where it is another than before. Main thread
+/// only.
 class WallpaperChoice {
  public:
   /// `x11` is null where the interface is not on an X server, and outlives this otherwise.
@@ -35,6 +37,8 @@ class WallpaperChoice {
 
   WallpaperSurroundings surroundings_;
   BusPeer bus_{QStringLiteral("org.freedesktop.DBus")};
+  bool isOfThisTurn_ = false;
+  QObject turn_;
   const WallpaperRow* row_ = nullptr;
   std::unique_ptr<WallpaperAdapter> adapter_;
   std::function<void()> changed_;

@@ -42,12 +42,8 @@ std::optional<std::string> WallpaperPictures::path(const ScreenId& screen) const
   if (!monitor || adapter == nullptr) return std::nullopt;
   auto state = adapter->state(*monitor);
   if (!state) return std::nullopt;
-  std::string path = kReservedFolder + screen;
-  if (!platform::valueOf<bool>(*state, kSlideShow).value_or(false)) {
-    const auto backdrop = adapter->backdrop(*monitor);
-    if (backdrop && !backdrop->file.isEmpty()) path = backdrop->file.toStdString();
-  }
-  told_.insert_or_assign(screen, Told{path, *monitor, row, std::move(*state)});
+  std::string path = state->file.isEmpty() ? kReservedFolder + screen : state->file.toStdString();
+  told_.insert_or_assign(screen, Told{path, *monitor, row, std::move(state->kept), {}});
   return path;
 }
 
@@ -59,32 +55,45 @@ std::optional<Dictionary> WallpaperPictures::options(const ScreenId& screen) con
 }
 
 std::optional<std::string> WallpaperPictures::set(const std::string& path, const ScreenId& screen,
-                                                  const Dictionary& /*options*/) {
+                                                  const Dictionary& options) {
   const auto told = told_.find(screen);
   const bool isTold = told != told_.end() && told->second.path == path;
-  auto reason = isTold ? putBack(told->second) : show(path, screen);
+  auto reason = isTold ? putBack(told->second, options) : show(path, screen, options);
   if (!reason && changed_) gathering_.start();
   return reason;
 }
 
-std::optional<std::string> WallpaperPictures::putBack(const Told& told) {
+std::optional<std::string> WallpaperPictures::putBack(const Told& told, const Dictionary& options) {
   const auto [row, adapter] = choice_.current();
-  if (adapter != nullptr && row == told.desktop) {
-    return adapter->restore(told.monitor, told.state);
+  if (adapter == nullptr || row != told.desktop) {
+    if (!isReserved(told.path)) return show(told.path, told.monitor.name.toStdString(), options);
+    return std::string(told.desktop->name) + " no longer draws the desktop.";
   }
-  if (!isReserved(told.path)) return show(told.path, told.monitor.name.toStdString());
-  return std::string(told.desktop->name) + " no longer draws the desktop.";
+  Dictionary state = told.state;
+  for (const auto& [key, value] : options) {
+    const auto ours = told.changed.find(key);
+    if (ours == told.changed.end() || ours->second != value) state.insert_or_assign(key, value);
+  }
+  return adapter->restore(told.monitor, state);
 }
 
-std::optional<std::string> WallpaperPictures::show(const std::string& path,
-                                                   const ScreenId& screen) {
+std::optional<std::string> WallpaperPictures::show(const std::string& path, const ScreenId& screen,
+                                                   const Dictionary& options) {
   const auto monitor = monitorNamed(screen);
   if (!monitor) return "There is no screen " + screen + ".";
   WallpaperAdapter* adapter = choice_.current().adapter;
   if (adapter == nullptr) return "Nobody is known here whose picture could be set.";
   const QString file = QString::fromStdString(path);
   if (auto fault = pictureFault(file)) return fault;
-  return adapter->show(*monitor, file);
+  if (auto reason = adapter->show(*monitor, file, options)) return reason;
+  const auto told = told_.find(screen);
+  if (told == told_.end()) return std::nullopt;
+  for (const auto& [key, value] : adapter->options(*monitor).value_or(Dictionary())) {
+    const auto given = options.find(key);
+    if (given == options.end() || given->second != value)
+      told->second.changed.insert_or_assign(key, value);
+  }
+  return std::nullopt;
 }
 
 std::optional<Backdrop> WallpaperPictures::backdrop(const Monitor& monitor) {

@@ -40,12 +40,16 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
     Monitor monitor;
     const WallpaperRow* desktop = nullptr;
     platform::Dictionary state;
+    /// The options that had to become others since, so that a picture would be seen.
+    platform::Dictionary changed;
   };
 
   [[nodiscard]] std::optional<Monitor> monitorNamed(const platform::port::ScreenId& screen) const;
   [[nodiscard]] std::optional<std::string> show(const std::string& path,
-                                                const platform::port::ScreenId& screen);
-  [[nodiscard]] std::optional<std::string> putBack(const Told& told);
+                                                const platform::port::ScreenId& screen,
+                                                const platform::Dictionary& options);
+  [[nodiscard]] std::optional<std::string> putBack(const Told& told,
+                                                   const platform::Dictionary& options);
 
   std::function<std::vector<Monitor>()> monitors_;
   /// Asking chooses an adapter and remembers what was told, neither of which shows.

@@ -1,7 +1,9 @@
 #include "desktop/linux/wallpaper/XfceWallpaper.h"
 
+#include <QMetaObject>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "desktop/linux/wallpaper/XfceBackdrop.h"
 #include "desktop/linux/xserver/XServer.h"
@@ -19,10 +21,12 @@ constexpr QLatin1String kStyle("image-style");
 constexpr QLatin1String kCycle("backdrop-cycle-enable");
 constexpr int kZoomed = 5;
 constexpr const char* kWorkspaces = "workspaces";
+constexpr const char* kNoAnswer = "Xfce's settings service does not answer.";
 
 // What a set may change, in the order in which the old is put back: the style first, so that a
 // desktop of one colour never draws a picture, and the slide show last, since it starts at once.
 constexpr std::array kChanged{kStyle, kPicture, kCycle};
+constexpr std::array kOptions{kStyle, kCycle};
 
 QString prefixOf(const Monitor& monitor, int workspace) {
   return QStringLiteral("%1/screen0/monitor%2/workspace%3/")
@@ -65,83 +69,116 @@ std::optional<QVariant> present(const QVariantMap& properties, const QString& na
 XfceWallpaper::XfceWallpaper(const WallpaperSurroundings& surroundings)
     : server_(surroundings.x11 == nullptr ? nullptr : &surroundings.x11->server()) {}
 
-int XfceWallpaper::workspaces() const {
-  if (server_ == nullptr) return 1;
-  const auto count = server_->numbers(server_->root(), "_NET_NUMBER_OF_DESKTOPS");
-  return count.empty() ? 1 : std::max(1, static_cast<int>(count.front()));
-}
-
-int XfceWallpaper::presentWorkspace(const QVariantMap& properties) const {
-  const auto single = present(properties, kBase + QLatin1String("/single-workspace-mode"));
-  if (!single || single->toBool() || server_ == nullptr) {
-    return properties.value(kBase + QLatin1String("/single-workspace-number"), 0).toInt();
-  }
-  const auto now = server_->numbers(server_->root(), "_NET_CURRENT_DESKTOP");
-  return now.empty() ? 0 : static_cast<int>(now.front());
+const XfceWallpaper::Seen* XfceWallpaper::look(const QDeadlineTimer& deadline) {
+  if (seen_) return &*seen_;
+  auto properties = channel_.read(kBase, deadline);
+  if (!properties) return nullptr;
+  const auto single = present(*properties, kBase + QLatin1String("/single-workspace-mode"));
+  const bool isSingle = !single || single->toBool() || server_ == nullptr;
+  const auto asked = [&](const char* name) {
+    const auto numbers =
+        server_ == nullptr ? std::vector<std::uint32_t>() : server_->numbers(server_->root(), name);
+    return numbers.empty() ? 0 : static_cast<int>(numbers.front());
+  };
+  const int present =
+      isSingle ? properties->value(kBase + QLatin1String("/single-workspace-number"), 0).toInt()
+               : asked("_NET_CURRENT_DESKTOP");
+  seen_ = Seen{std::move(*properties), std::max(1, asked("_NET_NUMBER_OF_DESKTOPS")), present};
+  QMetaObject::invokeMethod(
+      &turn_, [this] { seen_.reset(); }, Qt::QueuedConnection);
+  return &*seen_;
 }
 
 std::optional<Backdrop> XfceWallpaper::backdrop(const Monitor& monitor) {
-  const auto properties = channel_.read(kBase, BusPeer::deadline());
-  if (!properties) return std::nullopt;
-  return xfceBackdrop(*properties, prefixOf(monitor, presentWorkspace(*properties)));
+  const Seen* seen = look(BusPeer::deadline());
+  if (seen == nullptr) return std::nullopt;
+  return xfceBackdrop(seen->properties, prefixOf(monitor, seen->presentWorkspace));
 }
 
-std::optional<Dictionary> XfceWallpaper::state(const Monitor& monitor) {
-  const auto properties = channel_.read(kBase, BusPeer::deadline());
-  if (!properties) return std::nullopt;
-  Dictionary state{{kWorkspaces, workspaces()}};
-  for (int workspace = 0; workspace < workspaces(); ++workspace) {
-    for (const QLatin1String key : kChanged) {
-      const auto value = valueOf(properties->value(prefixOf(monitor, workspace) + key));
-      if (value) state.insert_or_assign(entryOf(workspace, key), *value);
+Dictionary XfceWallpaper::valuesOf(const Seen& seen, const Monitor& monitor,
+                                   std::span<const QLatin1String> keys) {
+  Dictionary values;
+  for (int workspace = 0; workspace < seen.workspaces; ++workspace) {
+    for (const QLatin1String key : keys) {
+      const auto value = valueOf(seen.properties.value(prefixOf(monitor, workspace) + key));
+      if (value) values.insert_or_assign(entryOf(workspace, key), *value);
     }
   }
-  const QString shown = prefixOf(monitor, presentWorkspace(*properties));
-  if (properties->value(shown + kCycle).toBool()) state.insert_or_assign(kSlideShow, true);
+  return values;
+}
+
+std::optional<WallpaperState> XfceWallpaper::state(const Monitor& monitor) {
+  const Seen* seen = look(BusPeer::deadline());
+  if (seen == nullptr) return std::nullopt;
+  WallpaperState state{valuesOf(*seen, monitor, kChanged), {}};
+  state.kept.emplace(kWorkspaces, seen->workspaces);
+  const QString shown = prefixOf(monitor, seen->presentWorkspace);
+  if (seen->properties.value(shown + kCycle).toBool()) return state;
+  if (const auto backdrop = xfceBackdrop(seen->properties, shown)) state.file = backdrop->file;
   return state;
 }
 
-std::optional<std::string> XfceWallpaper::show(const Monitor& monitor, const QString& file) {
+std::optional<Dictionary> XfceWallpaper::options(const Monitor& monitor) {
+  const Seen* seen = look(BusPeer::deadline());
+  if (seen == nullptr) return std::nullopt;
+  return valuesOf(*seen, monitor, kOptions);
+}
+
+std::optional<std::string> XfceWallpaper::show(const Monitor& monitor, const QString& file,
+                                               const Dictionary& options) {
   const QDeadlineTimer deadline = BusPeer::deadline();
-  const auto now = channel_.read(kBase, deadline);
-  if (!now) return "Xfce's settings service does not answer.";
+  const Seen* now = look(deadline);
+  if (now == nullptr) return kNoAnswer;
   std::vector<Change> wanted;
-  for (int workspace = 0; workspace < workspaces(); ++workspace) {
+  for (int workspace = 0; workspace < now->workspaces; ++workspace) {
     const QString prefix = prefixOf(monitor, workspace);
-    if (now->value(prefix + kCycle).toBool()) wanted.push_back({prefix + kCycle, false});
+    const auto given = [&](QLatin1String key) {
+      const auto option = propertyOf(options, entryOf(workspace, key));
+      return option ? option : present(now->properties, prefix + key);
+    };
+    if (given(kCycle) == true) wanted.push_back({prefix + kCycle, false});
     wanted.push_back({prefix + kPicture, file});
-    if (now->value(prefix + kStyle, kZoomed) == 0) wanted.push_back({prefix + kStyle, kZoomed});
+    const auto style = given(kStyle);
+    wanted.push_back({prefix + kStyle, style == 0 ? kZoomed : style});
   }
   return write(*now, wanted, deadline);
 }
 
-std::optional<std::string> XfceWallpaper::restore(const Monitor& monitor, const Dictionary& state) {
+std::optional<std::string> XfceWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
   const QDeadlineTimer deadline = BusPeer::deadline();
-  const auto now = channel_.read(kBase, deadline);
-  if (!now) return "Xfce's settings service does not answer.";
-  const auto count = platform::valueOf<std::int64_t>(state, kWorkspaces).value_or(0);
+  const Seen* now = look(deadline);
+  if (now == nullptr) return kNoAnswer;
+  const auto count = platform::valueOf<std::int64_t>(kept, kWorkspaces).value_or(0);
   std::vector<Change> wanted;
   for (int workspace = 0; workspace < static_cast<int>(count); ++workspace) {
     for (const QLatin1String key : kChanged) {
       wanted.push_back(
-          {prefixOf(monitor, workspace) + key, propertyOf(state, entryOf(workspace, key))});
+          {prefixOf(monitor, workspace) + key, propertyOf(kept, entryOf(workspace, key))});
     }
   }
   return write(*now, wanted, deadline);
 }
 
-std::optional<std::string> XfceWallpaper::write(const QVariantMap& now,
-                                                const std::vector<Change>& wanted,
+std::optional<std::string> XfceWallpaper::write(const Seen& now, const std::vector<Change>& wanted,
                                                 const QDeadlineTimer& deadline) {
   std::vector<Change> changes;
   std::vector<Change> undo;
   for (const Change& change : wanted) {
-    const auto old = present(now, change.property);
+    const auto old = present(now.properties, change.property);
     if (old == change.value) continue;
     changes.push_back(change);
     undo.insert(undo.begin(), {change.property, old});
   }
-  return channel_.write(changes, undo, deadline);
+  auto reason = channel_.write(changes, undo, deadline);
+  if (reason) {
+    seen_.reset();
+    return reason;
+  }
+  for (const auto& [property, value] : changes) {
+    value ? void(seen_->properties.insert(property, *value))
+          : void(seen_->properties.remove(property));
+  }
+  return std::nullopt;
 }
 
 void XfceWallpaper::setChanged(std::function<void()> changed) {

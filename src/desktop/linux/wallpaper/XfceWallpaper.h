@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QObject>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -13,31 +15,44 @@
 namespace linux_desktop {
 
 /// xfdesktop 4.12 and later: a picture a monitor and workspace, named by connector and number, in
-/// the xfconf channel "xfce4-desktop". A set on every workspace, and a restore, take two rounds of
-/// bus calls: one that reads, one of all writes together.
+/// the xfconf channel "xfce4-desktop". A turn of the event loop takes one bus call that reads and,
+/// for each monitor that is set or restored, a round of all writes together.
 class XfceWallpaper final : public WallpaperAdapter {
  public:
   explicit XfceWallpaper(const WallpaperSurroundings& surroundings);
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
-  std::optional<platform::Dictionary> state(const Monitor& monitor) override;
-  std::optional<std::string> show(const Monitor& monitor, const QString& file) override;
+  std::optional<WallpaperState> state(const Monitor& monitor) override;
+  std::optional<platform::Dictionary> options(const Monitor& monitor) override;
+  std::optional<std::string> show(const Monitor& monitor, const QString& file,
+                                  const platform::Dictionary& options) override;
   std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& state) override;
+                                     const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
   [[nodiscard]] BackdropManner manner() const override {
     return {.rounding = SizeRounding::DownInDouble, .turnsUpright = true, .decodesAtSize = true};
   }
 
  private:
-  [[nodiscard]] int workspaces() const;
-  [[nodiscard]] int presentWorkspace(const QVariantMap& properties) const;
-  [[nodiscard]] std::optional<std::string> write(const QVariantMap& now,
+  /// What one turn of the event loop needs, asked for once.
+  struct Seen {
+    QVariantMap properties;
+    int workspaces = 1;
+    int presentWorkspace = 0;
+  };
+
+  /// Null when the settings service does not answer.
+  [[nodiscard]] const Seen* look(const QDeadlineTimer& deadline);
+  [[nodiscard]] static platform::Dictionary valuesOf(const Seen& seen, const Monitor& monitor,
+                                                     std::span<const QLatin1String> keys);
+  [[nodiscard]] std::optional<std::string> write(const Seen& now,
                                                  const std::vector<XfconfChannel::Change>& wanted,
                                                  const QDeadlineTimer& deadline);
 
   XServer* server_;
   XfconfChannel channel_{QStringLiteral("xfce4-desktop")};
+  std::optional<Seen> seen_;
+  QObject turn_;
 };
 
 }  // namespace linux_desktop
