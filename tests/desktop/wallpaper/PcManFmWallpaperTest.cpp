@@ -330,17 +330,37 @@ TEST(LxdeWallpaper, WhatTheUserChangesMeanwhileStays) {
   }
 }
 
-TEST(LxdeWallpaper, HungDesktopIsGivenUpAndNothingIsWritten) {
-  LxdeDesk desktop;
+/// By how many monitors there are: with one the desktop follows an order, with two it starts again.
+class HungLxdeDesktop : public testing::TestWithParam<int> {};
+
+TEST_P(HungLxdeDesktop, FollowsWhenItGoesOnAndWhatItWasToldLastCounts) {
+  const std::vector<harness::Rect> all = harness::DeskOptions{}.monitors;
+  const bool endsSwapped = GetParam() > 1;
+  LxdeDesk desktop({all.begin(), all.begin() + GetParam()});
   const std::string before = desktop.settings("fit", desktop.picture("old.png", kRed));
   desktop.startWith({before, before});
   ASSERT_TRUE(desktop.shows(0, kRed));
+  const std::string chosen = desktop.picture("chosen.png", kYellow);
+  const std::string old = desktop.path(kFirst);
   desktop.hold(true);
-  EXPECT_THAT(desktop.set(kFirst, desktop.picture("chosen.png", kYellow)),
-              HasSubstr("does not answer"));
-  EXPECT_EQ(desktop.read(lxde(0)), before);
+  EXPECT_EQ(desktop.set(kFirst, chosen), kNothing);
+  EXPECT_EQ(desktop.path(kFirst), chosen);
+  EXPECT_TRUE(desktop.isAnsweredAtOnce({"set", kFirst, chosen}));
+  ASSERT_TRUE(desktop.desk().until(
+      [&] { return desktop.complaints().find("does not answer") != std::string::npos; }));
+  EXPECT_TRUE(desktop.desk().icons().running());
+  const auto putBack = [&] { EXPECT_EQ(desktop.set(kFirst, old), kNothing); };
+  if (!endsSwapped) putBack();
   desktop.hold(false);
+  if (endsSwapped) {
+    EXPECT_TRUE(desktop.shows(0, kYellow));
+    putBack();
+  }
+  EXPECT_TRUE(desktop.shows(0, kRed));
+  EXPECT_TRUE(desktop.desk().until([&] { return desktop.read(lxde(0)) == before; }));
 }
+
+INSTANTIATE_TEST_SUITE_P(Monitors, HungLxdeDesktop, testing::Values(1, 2));
 
 }  // namespace
 }  // namespace wallpaper_test

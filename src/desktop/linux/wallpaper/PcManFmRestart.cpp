@@ -64,15 +64,25 @@ std::optional<std::string> PcManFmRestart::begin() {
   again_ = phase_ == Phase::Starting;
   if (phase_ == Phase::Ending || phase_ == Phase::Starting) return std::nullopt;
   if (!watchEnd()) return "pcmanfm cannot be watched: it is not started again.";
-  if (auto reason = tellPcManFm({kOff})) {
+  // Whoever ends the desktop has to be there to start it again, and an order is carried out however
+  // late it is read: so first the program must be seen to read what it has already done.
+  if (auto reason = tellPcManFm({kOn}, *this, [this] { takeDesktopOff(); })) {
     rest();
     return reason;
   }
-  // Where it still has other windows it stays, and takes this.
-  static_cast<void>(tellPcManFm({kOn}));
   phase_ = Phase::Ending;
-  limit_.start();
   return std::nullopt;
+}
+
+void PcManFmRestart::takeDesktopOff() {
+  if (phase_ != Phase::Ending) return;
+  const auto reason = tellPcManFm({kOff}, *this, [this] {
+    // Where it still has other windows it stays, and takes this.
+    static_cast<void>(tellPcManFm({kOn}, *this, [] {}));
+    if (phase_ == Phase::Ending) limit_.start();
+  });
+  // Where it has just ended, its end is told as well.
+  if (reason) limit_.start();
 }
 
 void PcManFmRestart::ended() {

@@ -28,8 +28,8 @@ class PcManFmRestart final : public QObject {
   /// The desktop window is that of this process.
   void found(qint64 pid);
 
-  /// Those who ask before the program is back share one restart. The reason when the program does
-  /// not take the order within half a second.
+  /// Those who ask before the program is back share one restart, which begins when the program
+  /// reads what it is told. The reason when it cannot be told.
   [[nodiscard]] std::optional<std::string> begin();
   /// What a settings file is to hold when the program starts, should it save others as it ends.
   void keep(const QString& file, const std::optional<QByteArray>& text) { texts_[file] = text; }
@@ -39,6 +39,7 @@ class PcManFmRestart final : public QObject {
 
   explicit PcManFmRestart(QObject* parent);
   [[nodiscard]] bool watchEnd();
+  void takeDesktopOff();
   void ended();
   void started();
   void giveUp();

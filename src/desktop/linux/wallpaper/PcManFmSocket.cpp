@@ -1,53 +1,42 @@
 #include "desktop/linux/wallpaper/PcManFmSocket.h"
 
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 #include <QFile>
+#include <QSocketNotifier>
 #include <QStandardPaths>
-#include <cstring>
+#include <QTimer>
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {
 namespace {
 
-constexpr int kPatience = 500;  // ms
+// A large photograph takes a busy machine three seconds.
+constexpr std::chrono::seconds kLate{5};
 
-class Connection {
- public:
-  Connection() : descriptor_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {}
-  ~Connection() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
+sockaddr_un addressOf(const QByteArray& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  // A path that is too long is cut off, and nobody listens there.
+  qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
+  return address;
+}
 
-  [[nodiscard]] bool reach(const QByteArray& path) const {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (descriptor_ < 0 || static_cast<std::size_t>(path.size()) >= sizeof address.sun_path)
-      return false;
-    std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
-    // Fails at once, rather than waits, where too many others wait already.
-    const timeval limit{0, suseconds_t{kPatience} * 1000};
-    ::setsockopt(descriptor_, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
-    return ::connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  }
-  [[nodiscard]] bool send(const QByteArray& text) const {
-    return ::send(descriptor_, text.constData(), static_cast<std::size_t>(text.size()),
-                  MSG_NOSIGNAL) == text.size() &&
-           ::shutdown(descriptor_, SHUT_WR) == 0;
-  }
-  /// The reader hangs up when it has read everything.
-  [[nodiscard]] bool isRead() const {
-    pollfd wait{descriptor_, POLLIN, 0};
-    return ::poll(&wait, 1, kPatience) == 1;
-  }
-
- private:
-  int descriptor_;
-};
+/// False: nobody listens, or too many others wait already.
+bool send(const FileDescriptor& connection, const QByteArray& text) {
+  const sockaddr_un address = addressOf(QFile::encodeName(pcManFmSocket()));
+  return ::connect(connection.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) ==
+             0 &&
+         ::send(connection.get(), text.constData(), static_cast<std::size_t>(text.size()),
+                MSG_NOSIGNAL) == text.size() &&
+         ::shutdown(connection.get(), SHUT_WR) == 0;
+}
 
 }  // namespace
 
@@ -63,15 +52,26 @@ QString pcManFmSocket() {
       .arg(folder, display.left(std::max(colon, decltype(colon){0})), number);
 }
 
-std::optional<std::string> tellPcManFm(const QStringList& options) {
+std::optional<std::string> tellPcManFm(const QStringList& options, QObject& context,
+                                       std::function<void()> read) {
   // pcmanfm 1.3: a folder, the number of the screen, then its arguments, one a line.
   const QStringList lines = QStringList{QStringLiteral("/"), QStringLiteral("0")} + options;
-  const Connection connection;
-  if (!connection.reach(QFile::encodeName(pcManFmSocket()))) return "pcmanfm cannot be reached.";
-  if (!connection.send(QFile::encodeName(lines.join(QLatin1Char('\n'))) + '\n') ||
-      !connection.isRead()) {
-    return "pcmanfm does not answer.";
+  auto connection = std::make_shared<FileDescriptor>(
+      ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!send(*connection, QFile::encodeName(lines.join(QLatin1Char('\n'))) + '\n')) {
+    return "pcmanfm cannot be reached.";
   }
+  // The reader hangs up when it has read everything.
+  auto* end = new QSocketNotifier(connection->get(), QSocketNotifier::Read, &context);
+  QObject::connect(end, &QSocketNotifier::activated, end,
+                   [end, connection, read = std::move(read)] {
+                     end->setEnabled(false);
+                     end->deleteLater();
+                     read();
+                   });
+  QTimer::singleShot(kLate, end, [] {
+    qCWarning(lcWallpaper, "pcmanfm does not answer; it gets its picture when it goes on.");
+  });
   return std::nullopt;
 }
 

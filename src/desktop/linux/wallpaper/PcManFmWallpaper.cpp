@@ -210,7 +210,8 @@ std::optional<std::string> PcManFmWallpaper::apply(const QString& path,
   if (before == text) return std::nullopt;
   if (auto reason = putSettingsText(path, text)) return reason;
   const bool ordered = followsOrders(before, text);
-  auto reason = ordered ? tellPcManFm(orderOf(*text)) : PcManFmRestart::instance().begin();
+  auto reason = ordered ? tellPcManFm(orderOf(*text), savingEnds_, [this] { savingEnds_.start(); })
+                        : PcManFmRestart::instance().begin();
   if (reason) {
     static_cast<void>(putSettingsText(path, before));
   } else if (ordered) {
@@ -245,7 +246,7 @@ void PcManFmWallpaper::keepAgainstSaving(const QString& path, const QByteArray& 
       qCWarning(lcWallpaper, "%s", reason->c_str());
   };
   saving_ = std::make_unique<FileWatch>(QStringList{path}, keep);
-  savingEnds_.start();
+  savingEnds_.stop();  // until the order is read, however late
 }
 
 void PcManFmWallpaper::setChanged(std::function<void()> changed) {

@@ -13,7 +13,8 @@ namespace linux_desktop {
 
 /// LXDE's desktop: a file of settings a monitor, by its number. The first monitor follows an order
 /// at once; the others are drawn from their files when the desktop starts, so with several monitors
-/// it is started again.
+/// it is started again. Nobody waits for either: a desktop that is busy or hangs follows when it
+/// goes on.
 class PcManFmWallpaper final : public WallpaperAdapter {
  public:
   explicit PcManFmWallpaper(const WallpaperSurroundings& surroundings);
