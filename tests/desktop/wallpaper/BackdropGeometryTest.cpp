@@ -1,10 +1,17 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <QBuffer>
+#include <QDateTime>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <algorithm>
+#include <random>
 
 #include "desktop/linux/wallpaper/BackdropGeometry.h"
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
 #include "desktop/linux/wallpaper/DesktopProcess.h"
+#include "desktop/linux/wallpaper/PictureReader.h"
 #include "desktop/linux/wallpaper/SettingsText.h"
 
 namespace linux_desktop {
@@ -101,6 +108,82 @@ TEST_F(BackdropRendererTest, GrotesqueProportionsCostNoMemory) {
   const Backdrop backdrop{.file = save(thread, "thread.png"), .style = BackdropStyle::Zoomed};
   const QImage image = renderBackdrop(backdrop, large, {.desktop = large.pixels});
   EXPECT_EQ(image.pixelColor(1920, 1080), QColor(Qt::green));
+}
+
+TEST_F(BackdropRendererTest, DrawingThatDeclaresAnySizeCostsWhatIsSeenOfIt) {
+  QFile drawing(folder_.filePath(QStringLiteral("drawing.svg")));
+  ASSERT_TRUE(drawing.open(QIODevice::WriteOnly));
+  drawing.write(R"(<svg xmlns="http://www.w3.org/2000/svg" width="20000" height="20000">
+                   <rect width="20000" height="20000" fill="#ff0000"/></svg>)");
+  drawing.close();
+  const auto most = [] {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;  // kilobytes, ever
+  };
+  const auto before = most();
+  for (const auto style : {BackdropStyle::Centered, BackdropStyle::Tiled, BackdropStyle::Zoomed}) {
+    const Backdrop backdrop{.file = drawing.fileName(), .style = style};
+    EXPECT_EQ(renderBackdrop(backdrop, right_, layout_).pixelColor(25, 15), QColor(Qt::red));
+  }
+  EXPECT_LT(most() - before, 100'000);
+}
+
+class PictureReaderTest : public BackdropRendererTest {};
+
+TEST_F(PictureReaderTest, OneReadingServesAllUntilTheFileIsAnother) {
+  const QString file = save(QImage(300, 200, QImage::Format_RGB32), "shared.png");
+  const auto keyOf = [&](const QSize& shown) {
+    return readPicture({file, true, shown}).image.cacheKey();
+  };
+  const qint64 first = keyOf({60, 40});
+  EXPECT_EQ(keyOf({50, 30}), first);
+  EXPECT_EQ(keyOf({}), first);
+  EXPECT_EQ(decodingFault({file, true, {}}), std::nullopt);
+  QFile again(file);
+  ASSERT_TRUE(again.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(again.setFileTime(QDateTime::currentDateTime().addDays(1),
+                                QFileDevice::FileModificationTime));
+  const qint64 second = keyOf({60, 40});
+  EXPECT_NE(second, first);
+  EXPECT_TRUE(forgetPictures());
+  EXPECT_NE(keyOf({60, 40}), second);
+}
+
+TEST_F(PictureReaderTest, LargePhotographIsReadNoLargerThanItIsShownAndUpright) {
+  QImage photograph(6000, 4100, QImage::Format_Grayscale8);
+  photograph.fill(Qt::white);
+  QByteArray jpeg;
+  QBuffer buffer(&jpeg);
+  ASSERT_TRUE(buffer.open(QIODevice::WriteOnly) && photograph.save(&buffer, "JPEG"));
+  // EXIF: to be turned by a quarter.
+  jpeg.insert(2, QByteArray::fromHex("ffe10022457869660000"
+                                     "49492a0008000000"
+                                     "0100120103000100000006000000"
+                                     "00000000"));
+  QFile file(folder_.filePath(QStringLiteral("photograph.jpg")));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(jpeg) == jpeg.size());
+  file.close();
+  const DecodedPicture picture = readPicture({file.fileName(), true, {60, 40}});
+  EXPECT_EQ(picture.size, QSize(4100, 6000));
+  EXPECT_EQ(picture.image.size(), QSize(60, 87));
+  EXPECT_EQ(readPicture({file.fileName(), false, {}}).image.size(), QSize(6000, 4100));
+  EXPECT_TRUE(forgetPictures());
+}
+
+TEST_F(PictureReaderTest, WhatIsBrokenOrTakesTooMuchMemoryIsNamed) {
+  QImage vast(9000, 9000, QImage::Format_Mono);
+  vast.fill(0);
+  const QString large = save(vast, "vast.png");
+  EXPECT_EQ(pictureFault(large), large.toStdString() + " is too large a picture (9000 x 9000).");
+  EXPECT_TRUE(readPicture({large, true, {60, 40}}).image.isNull());
+  QImage noise(90, 90, QImage::Format_RGB32);
+  std::mt19937 random;
+  std::generate_n(reinterpret_cast<std::uint32_t*>(noise.bits()), 90 * 90, random);
+  const QString cut = save(noise, "cut.png");
+  ASSERT_TRUE(QFile::resize(cut, QFileInfo(cut).size() / 2));
+  EXPECT_EQ(pictureFault(cut), std::nullopt) << "as far as a glance tells";
+  EXPECT_EQ(decodingFault({cut, true, {}}), cut.toStdString() + " is not a whole picture.");
 }
 
 TEST(SettingsText, OneValueChangesAndAllElseStays) {

@@ -52,9 +52,13 @@ std::string answer(Desk& desk, const Fields& fields) {
     const auto* monitor = desk.screens.monitorNamed(fields.at(1));
     const auto backdrop = desk.pictures.backdrop(*monitor);
     if (!backdrop) return "-";
-    return desk.pictures.render(*backdrop, *monitor).save(QString::fromStdString(fields.at(2)))
-               ? "saved"
-               : "not saved";
+    const auto image = desk.pictures.render(*backdrop, *monitor);
+    if (!image) return "late";
+    return image->save(QString::fromStdString(fields.at(2))) ? "saved" : "not saved";
+  }
+  if (order == "patience") {
+    WallpaperPictures::waitForPictures(std::stoi(fields.at(1)));
+    return "-";
   }
   if (order == "screens") return std::to_string(desk.screens.monitors().size());
   if (order == "watch") {
@@ -78,6 +82,7 @@ int main(int argc, char** argv) {
   const QGuiApplication application(argc, argv);
   constexpr int kPatience = 3000;  // tests run side by side
   linux_desktop::BusPeer::limitOperationsTo(kPatience);
+  WallpaperPictures::waitForPictures(kPatience);
   Desk desk;
   const probe::OrderFifo orders(argv[1], [&](const std::string& order) { serve(desk, order); });
   return QGuiApplication::exec();

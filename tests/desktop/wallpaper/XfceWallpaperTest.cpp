@@ -209,6 +209,37 @@ TEST(XfceWallpaper, AnyFileNameIsShown) {
   }
 }
 
+/// A picture file that ends too early.
+std::string cutOff(const XfceDesk& xfce, const std::string& name) {
+  const std::string path = xfce.picture(name, kBlue);
+  std::filesystem::resize_file(path, std::filesystem::file_size(path) * 2 / 3);
+  return path;
+}
+
+TEST(XfceWallpaper, PictureThatTakesLongIsShownOnceItIsReadAndABrokenOneNever) {
+  XfceDesk xfce;
+  startFromPictures(xfce);
+  const std::string chosen = xfce.picture("chosen.png", kYellow);
+  EXPECT_EQ(xfce.ask({"patience", "0"}), kNothing);
+  const std::string dump = xfce.dump();
+  const std::string old = xfce.path(kFirst);
+  // Nothing comes in between, not even that it was read.
+  (void)xfce.askTogether({{"set", kFirst, chosen}, {"set", kFirst, old}});
+  const std::string answer = xfce.set(kFirst, cutOff(xfce, "cut.png"));
+  EXPECT_TRUE(xfce.desk().until([&] {
+    return (answer + xfce.complaints()).find("cut.png is not a whole picture.") !=
+           std::string::npos;
+  }));
+  EXPECT_EQ(xfce.dump(), dump);
+
+  EXPECT_EQ(xfce.ask({"watch"}), "watching");
+  EXPECT_EQ(xfce.set(kFirst, chosen), kNothing);
+  EXPECT_TRUE(xfce.shows(0, kYellow));
+  EXPECT_EQ(xfce.path(kFirst), chosen);
+  const std::string drawn = xfce.desk().home().home() / "drawn.png";
+  EXPECT_TRUE(xfce.desk().until([&] { return xfce.ask({"render", kFirst, drawn}) == "saved"; }));
+}
+
 TEST(XfceWallpaper, RefusedPicturesChangeNothing) {
   XfceDesk xfce;
   startFromPictures(xfce);
@@ -220,6 +251,7 @@ TEST(XfceWallpaper, RefusedPicturesChangeNothing) {
       {home + "/missing.png", "does not exist"},
       {home + "/text.png", "is not a picture"},
       {home + "/huge.ppm", "too large"},
+      {cutOff(xfce, "cut.png"), "is not a whole picture"},
       {home, "is not a file"},
       {"relative.png", "not a whole path"},
       {"/dev/null/desktop-picture/stale", "does not exist"},

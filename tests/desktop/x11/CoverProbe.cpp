@@ -95,7 +95,7 @@ class Desk final : public platform::Desktop {
 class PlainBackdrop final : public linux_desktop::BackdropSource {
  public:
   std::optional<Backdrop> backdrop(const Monitor&) override { return backdrop_; }
-  QImage render(const Backdrop& backdrop, const Monitor& monitor) override {
+  std::optional<QImage> render(const Backdrop& backdrop, const Monitor& monitor) override {
     QImage image(monitor.pixels.size(), QImage::Format_RGB32);
     image.fill(backdrop.primary);
     return image;

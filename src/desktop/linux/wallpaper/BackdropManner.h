@@ -12,14 +12,14 @@ struct BackdropManner {
   SizeRounding rounding = SizeRounding::Down;
   /// Turns a photograph upright as its EXIF orientation says.
   bool turnsUpright = false;
-  /// Has a picture decoded at the size at which it is shown, which makes a drawing (SVG) sharp.
-  bool decodesAtSize = false;
   /// A shading runs over all monitors at once rather than over each.
   bool shadesWholeDesktop = false;
   /// One tile stands in the middle of the monitor, rather than in its upper left corner.
   bool centersTiles = false;
   /// A tile that is larger than the last monitor is cut to its size, around the middle.
   bool cutsTilesToLastMonitor = false;
+
+  bool operator==(const BackdropManner&) const = default;
 };
 
 }  // namespace linux_desktop

@@ -2,9 +2,10 @@
 
 #include <QLinearGradient>
 #include <QPainter>
+#include <QSvgRenderer>
 
 #include "desktop/linux/wallpaper/BackdropGeometry.h"
-#include "desktop/linux/wallpaper/BackdropPicture.h"
+#include "desktop/linux/wallpaper/PictureReader.h"
 
 namespace linux_desktop {
 namespace {
@@ -58,27 +59,63 @@ void drawScaled(QPainter& painter, const QImage& picture, const QRect& place) {
   }
 }
 
-void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& monitor,
-                 const BackdropLayout& layout) {
+/// Where a style has a picture, and how that is found from its size.
+struct Placing {
+  BackdropStyle style;
+  QRect area;
+  SizeRounding rounding;
+
+  [[nodiscard]] QRect of(const QSize& size) const {
+    return placedPicture(size, area, style, rounding);
+  }
+};
+
+Placing placingOf(const Backdrop& backdrop, const Monitor& monitor, const BackdropLayout& layout) {
   const BackdropStyle style = styleOf(backdrop, layout);
-  if (style == BackdropStyle::None || backdrop.file.isEmpty()) return;
   const bool onDesktop =
       backdrop.spansMonitors || (style == BackdropStyle::Tiled && layout.tilesFromDesktopOrigin);
-  const QRect area = onDesktop ? layout.desktop : monitor.pixels;
-  const auto placeOf = [&](const QSize& size) {
-    return placedPicture(size, area, style, layout.manner.rounding);
-  };
-  QSize original;
-  const QImage picture =
-      readPicture(backdrop.file, {layout.manner.turnsUpright, layout.manner.decodesAtSize},
-                  [&](const QSize& size) { return placeOf(original = size).size(); });
-  if (picture.isNull()) return;
-  const QRect place = placeOf(original.isEmpty() ? picture.size() : original);
-  if (style == BackdropStyle::Tiled) {
-    const QImage tile = tileOf(picture, layout);
-    drawTiles(painter, tile, firstTile(tile.size(), area, layout), monitor.pixels);
+  return {style, onDesktop ? layout.desktop : monitor.pixels, layout.manner.rounding};
+}
+
+/// Drawn at the size at which it is shown, and no more of it than is seen: it may declare any size.
+/// Not left to QImageReader, whose plugin for drawings is a package of its own.
+void drawDrawing(QPainter& painter, const QString& file, const Placing& placing,
+                 const Monitor& monitor, const BackdropLayout& layout) {
+  QSvgRenderer renderer(file);
+  const QSize size = renderer.defaultSize();
+  if (!renderer.isValid() || size.isEmpty()) return;
+  const bool repeats =
+      placing.style == BackdropStyle::Tiled &&
+      (size.width() < placing.area.width() || size.height() < placing.area.height());
+  if (!repeats || qint64{size.width()} * size.height() > kLargestScaled) {
+    return renderer.render(&painter, placing.of(size));
+  }
+  QImage drawn(size, QImage::Format_ARGB32_Premultiplied);
+  drawn.fill(Qt::transparent);
+  QPainter onTile(&drawn);
+  renderer.render(&onTile);
+  onTile.end();
+  const QImage tile = tileOf(drawn, layout);
+  drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels);
+}
+
+void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& monitor,
+                 const BackdropLayout& layout) {
+  const Placing placing = placingOf(backdrop, monitor, layout);
+  if (placing.style == BackdropStyle::None || backdrop.file.isEmpty()) return;
+  if (isDrawing(backdrop.file)) {
+    return drawDrawing(painter, backdrop.file, placing, monitor, layout);
+  }
+  const bool atOwnSize =
+      placing.style == BackdropStyle::Tiled || placing.style == BackdropStyle::Centered;
+  const DecodedPicture picture = readPicture(
+      {backdrop.file, layout.manner.turnsUpright, atOwnSize ? QSize() : layout.desktop.size()});
+  if (picture.image.isNull()) return;
+  if (placing.style == BackdropStyle::Tiled) {
+    const QImage tile = tileOf(picture.image, layout);
+    drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels);
   } else {
-    drawScaled(painter, picture, place);
+    drawScaled(painter, picture.image, placing.of(picture.size));
   }
 }
 

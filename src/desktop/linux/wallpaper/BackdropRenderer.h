@@ -17,10 +17,13 @@ struct BackdropLayout {
   bool spansByZooming = true;
   BackdropManner manner = {};
   QSize lastMonitor = {};
+
+  bool operator==(const BackdropLayout&) const = default;
 };
 
 /// The backdrop as the desktop draws it on `monitor`, opaque and of the monitor's size in pixels.
-/// Where the picture cannot be read the colours are all there is.
+/// Where the picture cannot be read the colours are all there is. On any thread; takes as long as
+/// the picture takes to be read.
 [[nodiscard]] QImage renderBackdrop(const Backdrop& backdrop, const Monitor& monitor,
                                     const BackdropLayout& layout);
 

@@ -20,12 +20,14 @@ class BackdropSource {
   [[nodiscard]] virtual std::optional<Backdrop> backdrop(const Monitor& monitor) = 0;
 
   /// How the desktop draws that backdrop on that monitor, in the monitor's pixels, opaque. Colours
-  /// alone where the picture cannot be read.
-  [[nodiscard]] virtual QImage render(const Backdrop& backdrop, const Monitor& monitor) = 0;
+  /// alone where the picture cannot be read. None while a picture takes long to be read; that it
+  /// has been is told as a change, and asking again then gives the drawing.
+  [[nodiscard]] virtual std::optional<QImage> render(const Backdrop& backdrop,
+                                                     const Monitor& monitor) = 0;
 
   /// `changed` is called when what a monitor has been told to show became another, by us or by
-  /// anybody; once for changes that follow each other at once. Empty: nobody watches, and nothing
-  /// is watched.
+  /// anybody, or can be drawn now; once for changes that follow each other at once. Empty: nobody
+  /// watches, and nothing is watched.
   virtual void setChanged(std::function<void()> changed) = 0;
 };
 

@@ -95,6 +95,7 @@ bool RootWallpaper::draw(const std::function<bool(xcb_pixmap_t)>& paint) {
 std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QString& file,
                                                const Dictionary& /*options*/) {
   BackdropLayout layout;
+  layout.manner = manner();
   for (const Monitor& each : surroundings_.monitors()) layout.desktop |= each.pixels;
   const Backdrop backdrop{.file = file, .style = BackdropStyle::Zoomed};
   const QImage image = renderBackdrop(backdrop, monitor, layout);

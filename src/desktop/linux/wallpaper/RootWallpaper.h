@@ -46,6 +46,7 @@ class RootWallpaper final : public WallpaperAdapter {
   std::optional<std::string> restore(const Monitor& monitor,
                                      const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
+  [[nodiscard]] BackdropManner manner() const override { return {.turnsUpright = true}; }
 
  private:
   [[nodiscard]] XServer& server() const { return surroundings_.x11->server(); }

@@ -1,10 +1,14 @@
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 
+#include <QPromise>
+#include <QSemaphore>
+#include <QThreadPool>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
-#include "desktop/linux/wallpaper/BackdropRenderer.h"
-#include "desktop/linux/wallpaper/PictureCheck.h"
+#include "desktop/linux/wallpaper/PictureReader.h"
+#include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {
 namespace {
@@ -19,12 +23,34 @@ bool isReserved(const std::string& path) {
   return path.starts_with(kReservedFolder);
 }
 
+/// A picture that was set is wanted again for the covers, a second later and maybe after a picture
+/// that takes long.
+constexpr std::chrono::seconds kKept{5};
+
+/// Has `work` done beside the main thread, and waits for so many milliseconds.
+template <class Result>
+QFuture<Result> doBeside(std::function<Result()> work, int patience) {
+  const auto promise = std::make_shared<QPromise<Result>>();
+  const auto done = std::make_shared<QSemaphore>();
+  promise->start();
+  QThreadPool::globalInstance()->start([promise, done, work = std::move(work)] {
+    promise->addResult(work());
+    promise->finish();
+    done->release();
+  });
+  if (patience > 0) static_cast<void>(done->tryAcquire(1, patience));
+  return promise->future();
+}
+
 }  // namespace
 
 WallpaperPictures::WallpaperPictures(std::function<std::vector<Monitor>()> monitors, XEvents* x11)
     : monitors_(std::move(monitors)), choice_(monitors_, x11) {
   gathering_.setSingleShot(true);
   gathering_.setInterval(0);
+  forgetting_.setSingleShot(true);
+  forgetting_.setInterval(kKept);
+  QObject::connect(&forgetting_, &QTimer::timeout, &forgetting_, [this] { forget(); });
   QObject::connect(&gathering_, &QTimer::timeout, &gathering_, [this] {
     if (changed_) changed_();
   });
@@ -56,6 +82,7 @@ std::optional<Dictionary> WallpaperPictures::options(const ScreenId& screen) con
 
 std::optional<std::string> WallpaperPictures::set(const std::string& path, const ScreenId& screen,
                                                   const Dictionary& options) {
+  awaited_.erase(screen);
   const auto told = told_.find(screen);
   const bool isTold = told != told_.end() && told->second.path == path;
   auto reason = isTold ? putBack(told->second, options) : show(path, screen, options);
@@ -85,6 +112,45 @@ std::optional<std::string> WallpaperPictures::show(const std::string& path, cons
   if (adapter == nullptr) return "Nobody is known here whose picture could be set.";
   const QString file = QString::fromStdString(path);
   if (auto fault = pictureFault(file)) return fault;
+  const QSize shown = layout().desktop.size();
+  const PictureReading reading{file, adapter->manner().turnsUpright, shown};
+  const QFuture<Fault> read =
+      doBeside<Fault>([reading] { return decodingFault(reading); }, patience());
+  forgetting_.start();
+  if (!read.isFinished()) {
+    await(screen, read, [this, screen, file, options] { return give(screen, file, options); });
+    return std::nullopt;
+  }
+  auto fault = read.result();
+  return fault ? fault : give(screen, file, options);
+}
+
+int WallpaperPictures::patience() const {
+  // One that takes long is not waited for twice.
+  return awaited_.empty() && drawings_.empty() ? longestReading_ : 0;
+}
+
+void WallpaperPictures::await(const ScreenId& screen, const QFuture<Fault>& read,
+                              std::function<Fault()> give) {
+  auto& awaited = awaited_[screen];
+  awaited = std::make_unique<QFutureWatcher<Fault>>();
+  const auto act = [this, screen, give = std::move(give)] {
+    auto watcher = std::move(awaited_.extract(screen).mapped());
+    Fault fault = watcher->result();
+    watcher.release()->deleteLater();  // it is the one that calls
+    if (!fault) fault = give();
+    if (fault) qCWarning(lcWallpaper, "%s", fault->c_str());
+    if (!fault && changed_) gathering_.start();
+  };
+  QObject::connect(awaited.get(), &QFutureWatcherBase::finished, &gathering_, act);
+  awaited->setFuture(read);
+}
+
+WallpaperPictures::Fault WallpaperPictures::give(const ScreenId& screen, const QString& file,
+                                                 const Dictionary& options) {
+  const auto monitor = monitorNamed(screen);
+  WallpaperAdapter* adapter = choice_.current().adapter;
+  if (!monitor || adapter == nullptr) return "The desktop has gone.";
   if (auto reason = adapter->show(*monitor, file, options)) return reason;
   const auto told = told_.find(screen);
   if (told == told_.end()) return std::nullopt;
@@ -101,7 +167,7 @@ std::optional<Backdrop> WallpaperPictures::backdrop(const Monitor& monitor) {
   return adapter == nullptr ? std::nullopt : adapter->backdrop(monitor);
 }
 
-QImage WallpaperPictures::render(const Backdrop& backdrop, const Monitor& monitor) {
+BackdropLayout WallpaperPictures::layout() const {
   BackdropLayout layout;
   for (const Monitor& each : monitors_()) {
     layout.desktop |= each.pixels;
@@ -112,7 +178,34 @@ QImage WallpaperPictures::render(const Backdrop& backdrop, const Monitor& monito
     layout.spansByZooming = adapter->spansByZooming();
     layout.manner = adapter->manner();
   }
-  return renderBackdrop(backdrop, monitor, layout);
+  return layout;
+}
+
+std::optional<QImage> WallpaperPictures::render(const Backdrop& backdrop, const Monitor& monitor) {
+  const Drawing::Subject subject{backdrop, monitor, layout()};
+  if (backdrop.file.isEmpty()) return renderBackdrop(backdrop, monitor, subject.layout);
+  const int patience = this->patience();
+  auto& drawing = drawings_[monitor.name];
+  if (!drawing || drawing->subject != subject) {
+    drawing = std::make_unique<Drawing>(subject);
+    QObject::connect(&drawing->image, &QFutureWatcherBase::finished, &gathering_, [this] {
+      if (changed_) gathering_.start();
+    });
+    drawing->image.setFuture(doBeside<QImage>(
+        [subject] { return renderBackdrop(subject.backdrop, subject.monitor, subject.layout); },
+        patience));
+  }
+  forgetting_.start();
+  if (!drawing->image.future().isFinished()) return std::nullopt;
+  QImage image = drawing->image.future().result();
+  drawings_.erase(monitor.name);
+  return image;
+}
+
+void WallpaperPictures::forget() {
+  const bool forgotten = forgetPictures();
+  std::erase_if(drawings_, [](const auto& entry) { return entry.second->image.isFinished(); });
+  if (!forgotten || !drawings_.empty()) forgetting_.start();
 }
 
 void WallpaperPictures::setChanged(std::function<void()> changed) {

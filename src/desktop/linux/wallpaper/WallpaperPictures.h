@@ -1,12 +1,15 @@
 #pragma once
 
+#include <QFutureWatcher>
 #include <QTimer>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "desktop/linux/wallpaper/BackdropRenderer.h"
 #include "desktop/linux/wallpaper/BackdropSource.h"
 #include "desktop/linux/wallpaper/WallpaperChoice.h"
 #include "platform/port/DesktopPictures.h"
@@ -30,10 +33,18 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
                                                const platform::Dictionary& options) override;
 
   [[nodiscard]] std::optional<Backdrop> backdrop(const Monitor& monitor) override;
-  [[nodiscard]] QImage render(const Backdrop& backdrop, const Monitor& monitor) override;
+  [[nodiscard]] std::optional<QImage> render(const Backdrop& backdrop,
+                                             const Monitor& monitor) override;
   void setChanged(std::function<void()> changed) override;
 
+  /// How many milliseconds an operation of this process waits for a picture to be read. One that
+  /// takes longer is set, or drawn, once it has been read; should it turn out broken, that is a
+  /// line on standard error and nothing has changed.
+  static void waitForPictures(int longest) { longestReading_ = longest; }
+
  private:
+  using Fault = std::optional<std::string>;
+
   /// What was last told of a screen, and what that stands for.
   struct Told {
     std::string path;
@@ -44,10 +55,32 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
     platform::Dictionary changed;
   };
 
+  /// A backdrop that is being drawn, or has been and nobody has come for it.
+  struct Drawing {
+    struct Subject {
+      Backdrop backdrop;
+      Monitor monitor;
+      BackdropLayout layout;
+      bool operator==(const Subject&) const = default;
+    };
+    explicit Drawing(Subject what) : subject(std::move(what)) {}
+
+    Subject subject;
+    QFutureWatcher<QImage> image;
+  };
+
   [[nodiscard]] std::optional<Monitor> monitorNamed(const platform::port::ScreenId& screen) const;
   [[nodiscard]] std::optional<std::string> show(const std::string& path,
                                                 const platform::port::ScreenId& screen,
                                                 const platform::Dictionary& options);
+  /// Calls `give` once the screen's next picture has been read and found whole.
+  void await(const platform::port::ScreenId& screen, const QFuture<Fault>& read,
+             std::function<Fault()> give);
+  [[nodiscard]] Fault give(const platform::port::ScreenId& screen, const QString& file,
+                           const platform::Dictionary& options);
+  [[nodiscard]] int patience() const;
+  [[nodiscard]] BackdropLayout layout() const;
+  void forget();
   [[nodiscard]] std::optional<std::string> putBack(const Told& told,
                                                    const platform::Dictionary& options);
 
@@ -56,8 +89,14 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   mutable WallpaperChoice choice_;
   mutable std::map<platform::port::ScreenId, Told> told_;
   std::function<void()> changed_;
+  std::map<platform::port::ScreenId, std::unique_ptr<QFutureWatcher<Fault>>> awaited_;
+  std::map<QString, std::unique_ptr<Drawing>> drawings_;
   /// Gathers the changes that follow each other at once.
   QTimer gathering_;
+  /// Until the pictures that were read are no longer kept.
+  QTimer forgetting_;
+
+  static inline int longestReading_ = 300;
 };
 
 }  // namespace linux_desktop

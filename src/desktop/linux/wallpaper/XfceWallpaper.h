@@ -30,7 +30,7 @@ class XfceWallpaper final : public WallpaperAdapter {
                                      const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
   [[nodiscard]] BackdropManner manner() const override {
-    return {.rounding = SizeRounding::DownInDouble, .turnsUpright = true, .decodesAtSize = true};
+    return {.rounding = SizeRounding::DownInDouble, .turnsUpright = true};
   }
 
  private:

@@ -19,13 +19,15 @@ class MonitorPictures::Drawing {
     if (source_ != nullptr && !std::exchange(asked_, true)) backdrop_ = source_->backdrop(monitor_);
     return backdrop_.has_value();
   }
-  /// Null where nobody knows.
+  /// Null where nobody knows, or it takes long to be drawn.
   const QImage& image() {
     if (!isTold() || std::exchange(drawn_, true)) return image_;
-    image_ = source_->render(*backdrop_, monitor_);
-    if (image_.size() != monitor_.pixels.size()) image_ = {};
+    const auto image = source_->render(*backdrop_, monitor_);
+    takesLong_ = !image;
+    if (image && image->size() == monitor_.pixels.size()) image_ = *image;
     return image_;
   }
+  [[nodiscard]] bool takesLong() const { return takesLong_; }
   [[nodiscard]] bool agreesWith(const Samples& samples) {
     const auto points = samplePoints(QRect(QPoint(), monitor_.pixels.size()));
     return agreement(samplesOf(image(), points), samples, kScalingTolerance).isLikely();
@@ -37,6 +39,7 @@ class MonitorPictures::Drawing {
   bool asked_ = false;
   std::optional<Backdrop> backdrop_;
   bool drawn_ = false;
+  bool takesLong_ = false;
   QImage image_;
 };
 
@@ -134,7 +137,7 @@ bool MonitorPictures::isAwaited(const Monitor& monitor, Drawing& drawing) {
   if (awaited == awaited_.end()) return false;
   const Samples now = rootSamples(monitor);
   // What nobody knows cannot come, or may be there already.
-  const bool isKnown = !drawing.image().isNull();
+  const bool isKnown = !drawing.image().isNull() || drawing.takesLong();
   if (isKnown && now == awaited->second && !drawing.agreesWith(now)) return true;
   awaited_.erase(awaited);
   return false;
@@ -168,6 +171,7 @@ std::shared_ptr<const XPicture> MonitorPictures::picture(const Monitor& monitor)
       return picture;
   }
   if (auto picture = XPicture::fromImage(server, drawing.image())) return picture;
+  if (drawing.takesLong()) return nullptr;
   const auto colour = sight.look().usual();
   return colour ? XPicture::solid(server, *colour, monitor.pixels.size()) : nullptr;
 }

@@ -32,7 +32,7 @@ class MonitorPictures {
   /// right picture, the colour that is mostly seen takes its place. Outlives its being set.
   void setBackdrops(BackdropSource* backdrops);
 
-  /// Null where it cannot be had.
+  /// Null where it cannot be had, or not yet: `follow` tells when it can.
   [[nodiscard]] std::shared_ptr<const XPicture> picture(const Monitor& monitor);
 
   /// `changed` is called when a monitor may show another picture now, or was told to. Empty:
