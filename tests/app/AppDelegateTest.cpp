@@ -48,11 +48,11 @@ TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTru
 }
 
 TEST_F(AppDelegateTest, TheLaunchTakesItsStepsInOrder) {
-  store(settings::kUserdeaultsLaunchAtLogin, false);
-  store(settings::kuserdefault_ToggleAppShortcut, "k");
-  store(settings::kuserdefault_ToggleAppFlag, platform::Array{12});
-  store(settings::kuserdefault_MuteMicShortcut, "m");
-  store(settings::kuserdefault_MuteMicFlag, platform::Array{12, 11});
+  store(shared::kUserdeaultsLaunchAtLogin, false);
+  store(shared::kuserdefault_ToggleAppShortcut, "k");
+  store(shared::kuserdefault_ToggleAppFlag, platform::Array{12});
+  store(shared::kuserdefault_MuteMicShortcut, "m");
+  store(shared::kuserdefault_MuteMicFlag, platform::Array{12, 11});
   desk.startedAtLogin.add(desk.programPath);
   // Each step, and what the program consists of by then.
   Lines steps;

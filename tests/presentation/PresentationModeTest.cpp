@@ -68,7 +68,7 @@ TEST_F(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrder) {
 
 TEST_F(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
   launchWith(
-      {settings::kUserdefaultsToggleDesktopIcons, settings::kUserdefaultsToggleHideActiveApps});
+      {shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleHideActiveApps});
   EXPECT_THAT(callsOf([this] { clickMaster(); }),
               ElementsAre(kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty",
                           "windowList.capture 1", "applications.hide 7",
@@ -136,7 +136,7 @@ TEST_F(PresentationModeTest, CoversThatWereDeferredComeAlsoWhenTheModeHasEnded) 
 }
 
 TEST_F(PresentationModeTest, OperationsAreReachedByName) {
-  launchWith({settings::kUserdefaultsToggleDesktopIcons});
+  launchWith({shared::kUserdefaultsToggleDesktopIcons});
   const auto perform = [this](const char* name) {
     return callsOf([this, name] {
       panel().performSelector(name);
@@ -231,7 +231,7 @@ TEST_F(PresentationModeTest, AFeatureSwitchActsAtOnceAndIsStored) {
 }
 
 TEST_F(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) {
-  launchWith({settings::kUserdefaultsToggleDesktopIcons});
+  launchWith({shared::kUserdefaultsToggleDesktopIcons});
   clickMaster();
   for (const char* path : {"/new.png", "/old.png"}) {
     clearPictures();
@@ -246,7 +246,7 @@ TEST_F(PresentationModeTest, AWallpaperThatChangesReachesTheCoversASecondLater) 
 }
 
 TEST_F(PresentationModeTest, CoversComeAtOnceWhenOnlyTheirSwitchIsTurned) {
-  launchWith({settings::kUserdefaultsToggleWallpaper});
+  launchWith({shared::kUserdefaultsToggleWallpaper});
   clickMaster();
   EXPECT_THAT(desk.loop.sleeps(), IsEmpty());
   const std::string stored = "defaults.set kUserdefaultsToggleDesktopIcons";
