@@ -17,7 +17,7 @@ MAIN = "main"
 
 class Rules:
     def __init__(self, path):
-        self.rooms, self.foreign, self.layered = {}, {}, []
+        self.rooms, self.foreign = {}, {}
         for number, line in enumerate(path.read_text().splitlines(), 1):
             line = line.split("#")[0].strip()
             if not line:
@@ -27,13 +27,17 @@ class Rules:
                 raise SystemExit(f"{path}:{number}: a rule is 'room: rooms'")
             if name.startswith("foreign "):
                 self.foreign[name.split()[1]] = rest.split()
-            elif name == "layered":
-                self.layered = rest.split()
             else:
                 self.rooms[name] = rest.split()
+        self.rooms = {room: self.expanded(allowed) for room, allowed in self.rooms.items()}
         named = {room for allowed in self.rooms.values() for room in allowed}
-        for room in sorted((named | set(self.foreign) | set(self.layered)) - set(self.rooms)):
+        for room in sorted((named | set(self.foreign)) - set(self.rooms)):
             raise SystemExit(f"{path}: {room} is named but has no rule of its own")
+
+    def expanded(self, allowed):
+        below = [room for name in allowed if name.endswith("/*")
+                 for room in self.rooms if (room + "/").startswith(name[:-1])]
+        return [name for name in allowed if not name.endswith("/*")] + below
 
     def room_of(self, file):
         """The room of a path relative to the tree; None when no rule names one."""
@@ -55,7 +59,7 @@ class Check:
         for file in self.files:
             self.check_file(file)
         self.find_cycles(self.graph, "files")
-        self.find_cycles(self.folders(), "folders")
+        self.find_cycles(self.rules.rooms, "rooms")
         return self.faults
 
     def check_file(self, file):
@@ -89,17 +93,6 @@ class Check:
         allowed = self.rules.foreign.get(room, [])
         if not any(fnmatch.fnmatchcase(header, pattern) for pattern in allowed):
             self.faults.append(f"{file}: {room} may not include <{header}>")
-
-    def folders(self):
-        """Which folder of a layered room includes which."""
-        graph = {}
-        for file, targets in self.graph.items():
-            room = self.rules.room_of(file)
-            if room in self.rules.layered:
-                graph.setdefault(file.parent, []).extend(
-                    target.parent for target in targets
-                    if self.rules.room_of(target) == room and target.parent != file.parent)
-        return graph
 
     def find_cycles(self, graph, kind):
         done, path = set(), []

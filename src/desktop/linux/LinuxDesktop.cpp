@@ -7,10 +7,10 @@
 #include <QPixmapCache>
 #include <QThreadPool>
 
+#include "desktop/linux/SessionServices.h"
 #include "desktop/linux/audio/PulseSound.h"
 #include "desktop/linux/automation/LinuxAutomation.h"
 #include "desktop/linux/defaults/SettingsFile.h"
-#include "desktop/linux/keys/SessionHotKeys.h"
 #include "desktop/linux/login/AutostartItems.h"
 #include "desktop/linux/login/ProgramPath.h"
 #include "desktop/linux/loop/QtMainLoop.h"
@@ -26,8 +26,6 @@
 #include "desktop/linux/tray/TrayStatusBar.h"
 #include "desktop/linux/ui/QtWindows.h"
 #include "desktop/linux/updates/PackageKitUpdates.h"
-#include "desktop/linux/windowsystem/PlainWindowSystem.h"
-#include "desktop/linux/x11/X11WindowSystem.h"
 
 namespace linux_desktop {
 namespace {
@@ -42,12 +40,6 @@ bool isDisplayReachable() {
   const bool reachable = xcb_connection_has_error(connection) == 0;
   xcb_disconnect(connection);
   return reachable;
-}
-
-/// By what the interface is on.
-std::unique_ptr<WindowSystem> openWindowSystem() {
-  if (auto x11 = X11WindowSystem::open()) return x11;
-  return std::make_unique<PlainWindowSystem>();
 }
 
 }  // namespace
@@ -74,11 +66,9 @@ struct LinuxDesktop::Services {
   QtMainLoop loop;
   StandardOutputStream output;
   SettingsFile settings;
-  std::unique_ptr<WindowSystem> windowSystem = openWindowSystem();
-  TrayStatusBar tray{windowSystem->ownWindows(), windowSystem->legacyTray()};
-  SessionHotKeys hotKeys{windowSystem->hotKeys()};
-  QtWindows windows{loop, windowSystem->ownWindows(), windowSystem->covers(),
-                    windowSystem->keyTranslator()};
+  SessionServices session;
+  TrayStatusBar tray{session.ownWindows, session.legacyTray};
+  QtWindows windows{loop, session.ownWindows, session.covers, session.keyTranslator};
   PulseSound sound;
   NotificationDaemon notificationDaemon{QDBusConnection::sessionBus()};
   DaemonDoNotDisturb doNotDisturb{notificationDaemon};
@@ -135,7 +125,7 @@ platform::port::StatusBar& LinuxDesktop::statusBar() {
   return services_->tray;
 }
 platform::port::Screens& LinuxDesktop::screens() {
-  return services_->windowSystem->screens();
+  return services_->session.screens;
 }
 platform::port::SystemVersion LinuxDesktop::systemVersion() const {
   // Notifications are silenced by a script from this version on, and ours ends at the daemon.
@@ -151,7 +141,7 @@ std::string LinuxDesktop::bundlePath() const {
   return process_->programPath;
 }
 platform::port::HotKeys* LinuxDesktop::hotKeys() {
-  return services_->hotKeys.isThere() ? &services_->hotKeys : nullptr;
+  return services_->session.hotKeys;
 }
 platform::port::LoginItems* LinuxDesktop::loginItems() {
   return &services_->loginItems;
@@ -160,16 +150,16 @@ platform::port::UpdateService* LinuxDesktop::updates() {
   return &services_->updates;
 }
 platform::port::Spaces* LinuxDesktop::spaces() {
-  return services_->windowSystem->spaces();
+  return services_->session.spaces;
 }
 platform::port::RunningApplications* LinuxDesktop::runningApplications() {
-  return services_->windowSystem->runningApplications();
+  return services_->session.runningApplications;
 }
 platform::port::WindowList* LinuxDesktop::windowList() {
-  return services_->windowSystem->windowList();
+  return services_->session.windowList;
 }
 platform::port::DesktopPictures* LinuxDesktop::desktopPictures() {
-  return services_->windowSystem->desktopPictures();
+  return &services_->session.desktopPictures;
 }
 
 }  // namespace linux_desktop

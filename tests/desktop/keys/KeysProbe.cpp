@@ -51,7 +51,7 @@ class TypedIn final : public QWidget {
 
 class Probe final : platform::port::HotKeysClient {
  public:
-  Probe(linux_desktop::WindowSystem& windowSystem, const char* fifo)
+  Probe(linux_desktop::X11WindowSystem& windowSystem, const char* fifo)
       : windowSystem_(windowSystem),
         orders_(fifo, [this](const std::string& line) { obey(line); }) {
     hotKeys_.setClient(this);
@@ -84,7 +84,7 @@ class Probe final : platform::port::HotKeysClient {
     }
   }
 
-  linux_desktop::WindowSystem& windowSystem_;
+  linux_desktop::X11WindowSystem& windowSystem_;
   linux_desktop::SessionHotKeys hotKeys_{windowSystem_.hotKeys()};
   TypedIn window_{*windowSystem_.keyTranslator()};
   probe::OrderFifo orders_;

@@ -7,6 +7,7 @@
 #include <sys/signalfd.h>
 
 #include <QApplication>
+#include <QScopeGuard>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
@@ -16,7 +17,7 @@
 
 #include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/process/FileDescriptor.h"
-#include "desktop/linux/wallpaper/BackdropSource.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 #include "platform/Desktop.h"
 #include "platform/Runtime.h"
@@ -79,7 +80,7 @@ class Desk final : public platform::Desktop {
   platform::port::Session& session() override { return session_; }
   platform::port::Windows& windows() override { return windows_; }
   platform::port::StatusBar& statusBar() override { absent(); }
-  platform::port::Screens& screens() override { return x_.screens(); }
+  platform::port::Screens& screens() override { return *x_.screens(); }
   [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return {}; }
   [[nodiscard]] std::string bundlePath() const override { return {}; }
   platform::port::WindowList* windowList() override { return x_.windowList(); }
@@ -126,12 +127,12 @@ class Probe final : private platform::port::SpacesClient, private platform::port
       say("refreshed");
     });
     x_.spaces()->setClient(this);
-    x_.screens().setClient(this);
+    x_.screens()->setClient(this);
     putUp();
   }
   ~Probe() override {
     x_.spaces()->setClient(nullptr);
-    x_.screens().setClient(nullptr);
+    x_.screens()->setClient(nullptr);
   }
   Probe(const Probe&) = delete;
   Probe& operator=(const Probe&) = delete;
@@ -207,7 +208,14 @@ int main(int argc, char** argv) {
   PlainBackdrop backdrop;
   const auto x = X11WindowSystem::open();
   if (!x) return 1;
-  if (QApplication::arguments().contains(QLatin1String("--told"))) x->setBackdrops(backdrop);
+  linux_desktop::WallpaperPictures pictures([&x] { return x->monitors(); }, &x->events());
+  const bool isTold = QApplication::arguments().contains(QLatin1String("--told"));
+  if (isTold) {
+    x->setBackdrops(&backdrop);
+  } else {
+    x->setBackdrops(&pictures);
+  }
+  const auto parting = qScopeGuard([&x] { x->setBackdrops(nullptr); });
   Desk desk(*x);
   const platform::Runtime runtime(desk);
   Probe probe(*x);

@@ -46,4 +46,14 @@ std::vector<platform::port::ScreenInfo> QtScreens::screens() const {
   return screens;
 }
 
+std::vector<Monitor> QtScreens::monitors() const {
+  std::vector<Monitor> monitors;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const QRect area = screen->geometry();
+    monitors.push_back(
+        {screen->name(), QRect(area.topLeft(), area.size() * screen->devicePixelRatio())});
+  }
+  return monitors;
+}
+
 }  // namespace linux_desktop

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include "desktop/linux/wallpaper/Monitor.h"
 #include "platform/port/Screens.h"
 
 namespace linux_desktop {
@@ -15,6 +16,8 @@ class QtScreens final : public platform::port::Screens {
 
   void setClient(platform::port::ScreensClient* client) override { client_ = client; }
   [[nodiscard]] std::vector<platform::port::ScreenInfo> screens() const override;
+  /// The same screens, as far as Qt tells of pixels.
+  [[nodiscard]] std::vector<Monitor> monitors() const;
 
  private:
   platform::port::ScreensClient* client_ = nullptr;

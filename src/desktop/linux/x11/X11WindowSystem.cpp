@@ -12,7 +12,6 @@ std::unique_ptr<X11WindowSystem> X11WindowSystem::open() {
 
 X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)
     : server_(std::move(server)), keyboard_(XKeyboard::open(events_)) {
-  shown_.setBackdrops(&told_);
   if (!keyboard_) return;
   hotKeys_ = XHotKeys::open(events_, *keyboard_);
   translator_.emplace(*keyboard_);

@@ -4,8 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include "desktop/linux/wallpaper/WallpaperPictures.h"
-#include "desktop/linux/windowsystem/WindowSystem.h"
 #include "desktop/linux/x11/MonitorPictures.h"
 #include "desktop/linux/x11/XApplications.h"
 #include "desktop/linux/x11/XCovers.h"
@@ -22,26 +20,30 @@
 
 namespace linux_desktop {
 
-/// The X window system, over a connection of our own.
-class X11WindowSystem final : public WindowSystem {
+/// The X window system, over a connection of our own: what it has to offer. A null pointer: this
+/// server cannot do it, and has said so in one line.
+class X11WindowSystem {
  public:
   /// Null where the interface is not on an X server, or that cannot be reached.
   [[nodiscard]] static std::unique_ptr<X11WindowSystem> open();
 
-  platform::port::Screens& screens() override { return screens_; }
-  OwnWindows& ownWindows() override { return ownWindows_; }
-  LegacyTray* legacyTray() override { return &tray_; }
-  CoverWindows* covers() override { return &covers_; }
-  platform::port::DesktopPictures* desktopPictures() override { return &told_; }
-  platform::port::WindowList* windowList() override { return &windowList_; }
-  platform::port::Spaces* spaces() override { return &spaces_; }
-  platform::port::HotKeys* hotKeys() override { return hotKeys_.get(); }
-  KeyTranslator* keyTranslator() override { return translator_ ? &*translator_ : nullptr; }
-  platform::port::RunningApplications* runningApplications() override { return &applications_; }
+  [[nodiscard]] platform::port::Screens* screens() { return &screens_; }
+  [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
+  [[nodiscard]] LegacyTray* legacyTray() { return &tray_; }
+  [[nodiscard]] CoverWindows* covers() { return &covers_; }
+  [[nodiscard]] platform::port::WindowList* windowList() { return &windowList_; }
+  [[nodiscard]] platform::port::Spaces* spaces() { return &spaces_; }
+  [[nodiscard]] platform::port::RunningApplications* runningApplications() {
+    return &applications_;
+  }
+  [[nodiscard]] platform::port::HotKeys* hotKeys() { return hotKeys_.get(); }
+  [[nodiscard]] KeyTranslator* keyTranslator() { return translator_ ? &*translator_ : nullptr; }
 
-  /// Where to ask what the desktop was told to show behind everything; see MonitorPictures. The
-  /// desktop itself, until another one is set, which outlives this or the next call.
-  void setBackdrops(BackdropSource& backdrops) { shown_.setBackdrops(&backdrops); }
+  [[nodiscard]] XEvents& events() { return events_; }
+  [[nodiscard]] const std::vector<Monitor>& monitors() const { return screens_.monitors(); }
+  /// Where to ask what the desktop was told to show behind everything; see MonitorPictures. Null,
+  /// as at first: nobody. Outlives its being set.
+  void setBackdrops(BackdropSource* backdrops) { shown_.setBackdrops(backdrops); }
 
  private:
   explicit X11WindowSystem(std::unique_ptr<XServer> server);
@@ -51,7 +53,6 @@ class X11WindowSystem final : public WindowSystem {
   XOwnWindows ownWindows_{events_};
   XTraySelection tray_;
   XScreens screens_{events_};
-  WallpaperPictures told_{[this] { return screens_.monitors(); }, &events_};
   MonitorPictures shown_{events_, screens_};
   XWindowList windowList_{screens_, shown_};
   XSpaces spaces_{events_, shown_};

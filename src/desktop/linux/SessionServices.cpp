@@ -1,0 +1,109 @@
+#include "desktop/linux/SessionServices.h"
+
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QStringList>
+#include <array>
+
+#include "desktop/linux/keys/SessionHotKeys.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
+#include "desktop/linux/windowsystem/QtScreens.h"
+#include "desktop/linux/x11/X11WindowSystem.h"
+
+namespace linux_desktop {
+
+Q_LOGGING_CATEGORY(lcSession, "calmdeck.session", QtWarningMsg)
+
+/// The rooms from which services come, those that are open in this session.
+struct SessionRooms {
+  std::unique_ptr<X11WindowSystem> x11 = X11WindowSystem::open();
+  QtScreens qtScreens;
+  OwnWindows qtWindows;
+  WallpaperPictures pictures{[this] { return x11 ? x11->monitors() : qtScreens.monitors(); },
+                             x11 ? &x11->events() : nullptr};
+  SessionHotKeys hotKeys{x11 ? x11->hotKeys() : nullptr};
+  QStringList missing;
+
+  SessionRooms() {
+    if (x11) x11->setBackdrops(&pictures);
+  }
+  ~SessionRooms() {
+    if (x11) x11->setBackdrops(nullptr);
+  }
+  SessionRooms(const SessionRooms&) = delete;
+  SessionRooms& operator=(const SessionRooms&) = delete;
+};
+
+namespace {
+
+using platform::port::HotKeys;
+using platform::port::RunningApplications;
+using platform::port::Screens;
+using platform::port::Spaces;
+using platform::port::WindowList;
+
+template <class Service>
+struct Candidate {
+  const char* room;
+  /// Null: not in this session.
+  Service* (*offer)(SessionRooms& rooms);
+};
+
+template <class Service, auto getter>
+constexpr Candidate<Service> x11{"X11", [](SessionRooms& rooms) -> Service* {
+                                   return rooms.x11 ? (*rooms.x11.*getter)() : nullptr;
+                                 }};
+
+using X11 = X11WindowSystem;
+
+// In order of preference.
+constexpr std::array kScreens{
+    x11<Screens, &X11::screens>,
+    Candidate<Screens>{"Qt", [](SessionRooms& rooms) -> Screens* { return &rooms.qtScreens; }}};
+constexpr std::array kOwnWindows{
+    x11<OwnWindows, &X11::ownWindows>,
+    Candidate<OwnWindows>{"Qt", [](SessionRooms& rooms) { return &rooms.qtWindows; }}};
+constexpr std::array kLegacyTray{x11<LegacyTray, &X11::legacyTray>};
+constexpr std::array kCovers{x11<CoverWindows, &X11::covers>};
+constexpr std::array kWindowList{x11<WindowList, &X11::windowList>};
+constexpr std::array kSpaces{x11<Spaces, &X11::spaces>};
+constexpr std::array kApplications{x11<RunningApplications, &X11::runningApplications>};
+constexpr std::array kKeyTranslator{x11<KeyTranslator, &X11::keyTranslator>};
+constexpr std::array kHotKeys{
+    Candidate<HotKeys>{"the session", [](SessionRooms& rooms) -> HotKeys* {
+                         return rooms.hotKeys.isThere() ? &rooms.hotKeys : nullptr;
+                       }}};
+
+/// `without` says what the user then goes without; null where that needs no word.
+template <class Candidates>
+auto choose(SessionRooms& rooms, const Candidates& candidates, const char* without = nullptr)
+    -> decltype(candidates.front().offer(rooms)) {
+  for (const auto& candidate : candidates) {
+    if (auto* service = candidate.offer(rooms)) return service;
+  }
+  if (without != nullptr) rooms.missing << QLatin1String(without);
+  return nullptr;
+}
+
+}  // namespace
+
+SessionServices::SessionServices()
+    : rooms_(std::make_unique<SessionRooms>()),
+      screens(*choose(*rooms_, kScreens)),
+      ownWindows(*choose(*rooms_, kOwnWindows)),
+      desktopPictures(rooms_->pictures),
+      legacyTray(choose(*rooms_, kLegacyTray)),
+      covers(choose(*rooms_, kCovers, "desktop icons are not covered")),
+      windowList(choose(*rooms_, kWindowList)),
+      spaces(choose(*rooms_, kSpaces)),
+      runningApplications(choose(*rooms_, kApplications, "other applications are not hidden")),
+      hotKeys(choose(*rooms_, kHotKeys, "shortcuts do not fire")),
+      keyTranslator(choose(*rooms_, kKeyTranslator, "shortcuts cannot be recorded")) {
+  if (rooms_->missing.isEmpty()) return;
+  qCWarning(lcSession, "here (%s) %s; the rest works", qPrintable(QGuiApplication::platformName()),
+            qPrintable(rooms_->missing.join(QLatin1String(", "))));
+}
+
+SessionServices::~SessionServices() = default;
+
+}  // namespace linux_desktop

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+
+#include "desktop/linux/windowsystem/CoverWindows.h"
+#include "desktop/linux/windowsystem/KeyTranslator.h"
+#include "desktop/linux/windowsystem/LegacyTray.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
+#include "platform/port/DesktopPictures.h"
+#include "platform/port/HotKeys.h"
+#include "platform/port/RunningApplications.h"
+#include "platform/port/Screens.h"
+#include "platform/port/Spaces.h"
+#include "platform/port/WindowList.h"
+
+namespace linux_desktop {
+
+struct SessionRooms;
+
+/// What window systems and shells do each in their own way. Every service is chosen by itself, the
+/// first of its candidates that answers at the start: a session may take one from its window system
+/// and another from its shell. What nobody serves here is null, and one line on standard error has
+/// said so. Main thread only.
+class SessionServices {
+  // What the services belong to.
+  std::unique_ptr<SessionRooms> rooms_;
+
+ public:
+  /// Needs the application object.
+  SessionServices();
+  ~SessionServices();
+  SessionServices(const SessionServices&) = delete;
+  SessionServices& operator=(const SessionServices&) = delete;
+
+  platform::port::Screens& screens;
+  OwnWindows& ownWindows;
+  platform::port::DesktopPictures& desktopPictures;
+  LegacyTray* const legacyTray;
+  CoverWindows* const covers;
+  platform::port::WindowList* const windowList;
+  platform::port::Spaces* const spaces;
+  platform::port::RunningApplications* const runningApplications;
+  platform::port::HotKeys* const hotKeys;
+  /// Null: key presses in windows cannot be told.
+  KeyTranslator* const keyTranslator;
+};
+
+}  // namespace linux_desktop
