@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 
 namespace harness {
 

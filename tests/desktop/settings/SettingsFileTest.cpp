@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/settings/SettingsFixture.h"
 
 namespace {

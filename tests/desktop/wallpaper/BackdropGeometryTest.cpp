@@ -12,7 +12,7 @@
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
 #include "desktop/linux/wallpaper/DesktopProcess.h"
 #include "desktop/linux/wallpaper/PictureReader.h"
-#include "desktop/linux/wallpaper/SettingsText.h"
+#include "desktop/linux/files/SettingsText.h"
 
 namespace linux_desktop {
 namespace {

@@ -16,7 +16,7 @@
 #include <string>
 
 #include "desktop/linux/loop/QtMainLoop.h"
-#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 #include "platform/Desktop.h"

@@ -5,7 +5,7 @@
 #include <QStandardPaths>
 #include <utility>
 
-#include "desktop/linux/defaults/WholeFile.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "platform/foundation/ProgrammingError.h"
 
 namespace linux_desktop {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "desktop/linux/defaults/WholeFile.h"
+#include "desktop/linux/files/WholeFile.h"
 
 namespace linux_desktop {
 

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <utility>
 
-#include "desktop/linux/defaults/WholeFile.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/login/AutostartEntry.h"
 #include "desktop/linux/login/LoginLog.h"
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "desktop/linux/defaults/WholeFile.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/notifications/NotificationsLog.h"
 
 namespace linux_desktop {

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 
 class QSocketNotifier;
 

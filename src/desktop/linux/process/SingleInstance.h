@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/linux/process/RuntimeFolder.h"
 #include "desktop/linux/process/ShowRequests.h"
 

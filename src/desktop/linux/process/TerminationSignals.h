@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 
 namespace linux_desktop {
 

@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "desktop/linux/wallpaper/DesktopProcess.h"
-#include "desktop/linux/wallpaper/SettingsText.h"
+#include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {

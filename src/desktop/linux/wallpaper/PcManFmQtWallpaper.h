@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "desktop/linux/wallpaper/FileWatch.h"
+#include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/wallpaper/PcManFmQtOrders.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
 #include "desktop/linux/wallpaper/WallpaperTable.h"

@@ -11,7 +11,7 @@
 
 #include "desktop/linux/wallpaper/DesktopProcess.h"
 #include "desktop/linux/wallpaper/PcManFmSocket.h"
-#include "desktop/linux/wallpaper/SettingsText.h"
+#include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {

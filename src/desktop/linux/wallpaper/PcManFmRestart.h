@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "desktop/linux/wallpaper/FileWatch.h"
+#include "desktop/linux/files/FileWatch.h"
 
 namespace linux_desktop {
 

@@ -11,7 +11,7 @@
 #include <memory>
 #include <utility>
 
-#include "desktop/linux/process/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {

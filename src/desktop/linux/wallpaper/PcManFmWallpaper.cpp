@@ -10,7 +10,7 @@
 #include "desktop/linux/wallpaper/PcManFmMonitors.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 #include "desktop/linux/wallpaper/PcManFmSocket.h"
-#include "desktop/linux/wallpaper/SettingsText.h"
+#include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/wallpaper/WallpaperLog.h"
 
 namespace linux_desktop {

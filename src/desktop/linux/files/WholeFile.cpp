@@ -1,4 +1,4 @@
-#include "desktop/linux/defaults/WholeFile.h"
+#include "desktop/linux/files/WholeFile.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "desktop/linux/wallpaper/FileWatch.h"
+#include "desktop/linux/files/FileWatch.h"
 
 #include <QFileInfo>
 

@@ -1,8 +1,8 @@
-#include "desktop/linux/wallpaper/SettingsText.h"
+#include "desktop/linux/files/SettingsText.h"
 
 #include <QFile>
 
-#include "desktop/linux/defaults/WholeFile.h"
+#include "desktop/linux/files/WholeFile.h"
 
 namespace linux_desktop {
 namespace {
