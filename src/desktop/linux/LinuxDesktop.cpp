@@ -19,7 +19,7 @@
 #include "desktop/linux/notifications/NotificationDaemon.h"
 #include "desktop/linux/process/BusName.h"
 #include "desktop/linux/process/LivingSessionBus.h"
-#include "desktop/linux/process/ProcessLog.h"
+#include "desktop/linux/log/Log.h"
 #include "desktop/linux/process/StandardOutputStream.h"
 #include "desktop/linux/process/TerminationSignals.h"
 #include "desktop/linux/process/UserSession.h"

@@ -1,18 +1,17 @@
 #include "desktop/linux/SessionServices.h"
 
 #include <QGuiApplication>
-#include <QLoggingCategory>
 #include <QStringList>
 #include <array>
 
 #include "desktop/linux/keys/SessionHotKeys.h"
+#include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/windowsystem/QtScreens.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 
 namespace linux_desktop {
 
-Q_LOGGING_CATEGORY(lcSession, "calmdeck.session", QtWarningMsg)
 
 /// The rooms from which services come, those that are open in this session.
 struct SessionRooms {

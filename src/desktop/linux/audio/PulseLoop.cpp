@@ -1,6 +1,6 @@
 #include "desktop/linux/audio/PulseLoop.h"
 
-#include "desktop/linux/audio/AudioLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

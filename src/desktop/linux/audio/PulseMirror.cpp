@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/audio/AudioLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 
@@ -94,7 +94,7 @@ void PulseMirror::noteServer(const pa_server_info& info) {
 void PulseMirror::setServer(DeviceKind kind, std::uint32_t cookie, const char* defaultName) {
   DeviceTable& table = at(kind).table;
   if (table.defaultName() != defaultName) {
-    qCInfo(audioLog, "the default %s device is now \"%s\"", wordFor(kind), defaultName);
+    qCInfo(lcAudio, "the default %s device is now \"%s\"", wordFor(kind), defaultName);
   }
   table.setServer(cookie, defaultName);
 }
@@ -135,7 +135,7 @@ void PulseMirror::put(const Info& info) {
 }
 
 void PulseMirror::removed(DeviceKind kind, std::uint32_t index) {
-  qCInfo(audioLog, "%s device %u is gone", wordFor(kind), index);
+  qCInfo(lcAudio, "%s device %u is gone", wordFor(kind), index);
   at(kind).table.remove(index);
   at(kind).listed.erase(index);
 }

@@ -9,7 +9,7 @@
 #include <tuple>
 #include <utility>
 
-#include "desktop/linux/audio/AudioLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 
@@ -47,7 +47,7 @@ PulseServer::Answer answerFor(int error) {
     case PA_ERR_NOENTITY:
       return PulseServer::Answer::NoSuchDevice;
     default:
-      qCWarning(audioLog, "the sound server refused a change: %s", pa_strerror(error));
+      qCWarning(lcAudio, "the sound server refused a change: %s", pa_strerror(error));
       return PulseServer::Answer::Refused;
   }
 }
@@ -230,13 +230,13 @@ void PulseServer::fellSilent() {
 void PulseServer::answersAgain() {
   if (trouble_ != Trouble::NoServer && trouble_ != Trouble::Silent) return;
   trouble_ = Trouble::None;
-  qCInfo(audioLog, "the sound server answers");
+  qCInfo(lcAudio, "the sound server answers");
 }
 
 void PulseServer::report(Trouble trouble, const std::string& text) {
   if (trouble_ == trouble) return;
   trouble_ = trouble;
-  qCWarning(audioLog, "%s", text.c_str());
+  qCWarning(lcAudio, "%s", text.c_str());
 }
 
 }  // namespace linux_desktop

@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "desktop/linux/gsettings/GSettingsLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

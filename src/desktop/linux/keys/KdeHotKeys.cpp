@@ -8,7 +8,7 @@
 #include <array>
 
 #include "desktop/linux/keys/CombinationName.h"
-#include "desktop/linux/keys/KeysLog.h"
+#include "desktop/linux/log/Log.h"
 #include "desktop/linux/keys/QtKey.h"
 #include "platform/carbon/CarbonEvents.h"
 

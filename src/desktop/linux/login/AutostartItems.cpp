@@ -10,7 +10,7 @@
 
 #include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/login/AutostartEntry.h"
-#include "desktop/linux/login/LoginLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "desktop/linux/notifications/DoNotDisturbTable.h"
-#include "desktop/linux/notifications/NotificationsLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

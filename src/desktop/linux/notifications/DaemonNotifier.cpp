@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "desktop/linux/notifications/BusQuestion.h"
-#include "desktop/linux/notifications/NotificationsLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -9,7 +9,7 @@
 #include <iterator>
 
 #include "desktop/linux/files/WholeFile.h"
-#include "desktop/linux/notifications/NotificationsLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -1,6 +1,6 @@
 #include "desktop/linux/notifications/MateDoNotDisturb.h"
 
-#include "desktop/linux/notifications/NotificationsLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -5,7 +5,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
-#include "desktop/linux/process/ProcessLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

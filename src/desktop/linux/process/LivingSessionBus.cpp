@@ -3,7 +3,7 @@
 #include <QtGlobal>
 
 #include "desktop/linux/bus/BusProbe.h"
-#include "desktop/linux/process/ProcessLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

@@ -15,7 +15,7 @@
 #include <string_view>
 #include <utility>
 
-#include "desktop/linux/process/ProcessLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <utility>
 
-#include "desktop/linux/process/ProcessLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "desktop/linux/process/ProcessLog.h"
+#include "desktop/linux/log/Log.h"
 #include "platform/foundation/ProgrammingError.h"
 
 namespace linux_desktop {

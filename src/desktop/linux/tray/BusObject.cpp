@@ -3,7 +3,7 @@
 #include <QDBusVariant>
 #include <utility>
 
-#include "desktop/linux/tray/TrayLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {
@@ -41,7 +41,7 @@ BusObject::BusObject(QDBusConnection connection, QString path, BusInterface inte
       interface_(std::move(interface)),
       called_(std::move(called)) {
   if (!connection_.registerVirtualObject(path_, this))
-    qCWarning(trayLog, "the bus object %s cannot be offered", qUtf8Printable(path_));
+    qCWarning(lcTray, "the bus object %s cannot be offered", qUtf8Printable(path_));
 }
 
 BusObject::~BusObject() {
@@ -62,7 +62,7 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
   const QString asked = message.interface();
   const bool aboutProperties = asked == kProperties;
   if (!aboutProperties && asked != interface_.name && !asked.isEmpty()) return false;
-  qCDebug(trayLog) << "from" << message.service() << ":" << message.member() << message.arguments();
+  qCDebug(lcTray) << "from" << message.service() << ":" << message.member() << message.arguments();
   if (called_) called_(message.service());
   const QDBusMessage reply = aboutProperties ? answerAboutProperties(message) : answer(message);
   if (message.isReplyRequired()) connection.send(reply);

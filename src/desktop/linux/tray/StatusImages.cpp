@@ -4,7 +4,7 @@
 #include <QSvgRenderer>
 #include <QtEndian>
 
-#include "desktop/linux/tray/TrayLog.h"
+#include "desktop/linux/log/Log.h"
 #include "platform/appkit/NSImage.h"
 
 namespace linux_desktop {
@@ -41,7 +41,7 @@ StatusImage renderAll(std::string_view svg) {
     image.pixmaps.append(toPixmap(picture));
   }
   if (!svg.empty() && !renderer.isValid())
-    qCWarning(trayLog, "a status picture is not valid SVG; the icon stays empty");
+    qCWarning(lcTray, "a status picture is not valid SVG; the icon stays empty");
   return image;
 }
 

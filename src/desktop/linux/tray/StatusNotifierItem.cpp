@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "desktop/linux/tray/DBusMenu.h"
-#include "desktop/linux/tray/TrayLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {
@@ -107,7 +107,7 @@ void StatusNotifierItem::registerWith(const QString& watcher) {
   auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call, INT_MAX), &later_);
   QObject::connect(reply, &QDBusPendingCallWatcher::finished, &later_, [reply] {
     if (reply->isError())
-      qCInfo(trayLog) << "the tray did not take the icon:" << reply->error().message();
+      qCInfo(lcTray) << "the tray did not take the icon:" << reply->error().message();
     reply->deleteLater();
   });
 }

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <utility>
 
-#include "desktop/linux/tray/TrayLog.h"
+#include "desktop/linux/log/Log.h"
 #include "desktop/linux/tray/TrayStatusItem.h"
 
 namespace linux_desktop {
@@ -109,7 +109,7 @@ void TrayStatusBar::setHasTray(bool hasTray) {
 void TrayStatusBar::sayThatThereIsNone() {
   if (std::exchange(saidNone_, true)) return;
   const bool hangs = wantsXEmbed() || watcher_.state() == State::Silent;
-  qCWarning(trayLog,
+  qCWarning(lcTray,
             "%s: the icon appears once one is there; until then the panel opens as a window",
             hangs ? "the tray does not answer" : "no tray is running");
 }

@@ -9,7 +9,7 @@
 #include <climits>
 #include <utility>
 
-#include "desktop/linux/tray/TrayLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {
@@ -60,7 +60,7 @@ void WatcherConnection::lookForOwner() {
 }
 
 void WatcherConnection::takeOwner(const QString& owner) {
-  qCDebug(trayLog) << "the watcher is" << owner;
+  qCDebug(lcTray) << "the watcher is" << owner;
   owner_ = owner;
   patience_.stop();
   if (owner_.isEmpty()) {
@@ -102,7 +102,7 @@ void WatcherConnection::setState(State state) {
   if (state != State::Asking) patience_.stop();
   if (state == state_) return;
   state_ = state;
-  qCDebug(trayLog) << "watcher state" << static_cast<int>(state_);
+  qCDebug(lcTray) << "watcher state" << static_cast<int>(state_);
   Q_EMIT stateChanged();
 }
 

@@ -10,7 +10,7 @@
 
 #include "desktop/linux/ui/PicturePreview.h"
 #include "desktop/linux/ui/PlainTitle.h"
-#include "desktop/linux/ui/UiLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

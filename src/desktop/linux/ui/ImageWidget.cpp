@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "desktop/linux/ui/Theme.h"
-#include "desktop/linux/ui/UiLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "desktop/linux/updates/SoftwareCentre.h"
-#include "desktop/linux/updates/UpdatesLog.h"
+#include "desktop/linux/log/Log.h"
 #include "platform/appkit/NSAlert.h"
 
 namespace linux_desktop {

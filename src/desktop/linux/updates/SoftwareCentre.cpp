@@ -2,7 +2,7 @@
 #include <gio/gio.h>
 
 #include "desktop/linux/updates/SoftwareCentre.h"
-#include "desktop/linux/updates/UpdatesLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 

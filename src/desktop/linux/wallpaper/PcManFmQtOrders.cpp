@@ -5,7 +5,7 @@
 #include <span>
 #include <utility>
 
-#include "desktop/linux/wallpaper/WallpaperLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -12,7 +12,7 @@
 #include "desktop/linux/wallpaper/DesktopProcess.h"
 #include "desktop/linux/wallpaper/PcManFmSocket.h"
 #include "desktop/linux/files/SettingsText.h"
-#include "desktop/linux/wallpaper/WallpaperLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "desktop/linux/files/FileDescriptor.h"
-#include "desktop/linux/wallpaper/WallpaperLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

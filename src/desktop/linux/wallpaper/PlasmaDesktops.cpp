@@ -6,7 +6,7 @@
 #include <QVariantMap>
 #include <utility>
 
-#include "desktop/linux/wallpaper/WallpaperLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "desktop/linux/wallpaper/PictureReader.h"
-#include "desktop/linux/wallpaper/WallpaperLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -5,7 +5,7 @@
 #include <QDBusVariant>
 #include <algorithm>
 
-#include "desktop/linux/wallpaper/WallpaperLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

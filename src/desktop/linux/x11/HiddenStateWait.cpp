@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/xserver/XLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "desktop/linux/xserver/XLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "desktop/linux/x11/ShowOperation.h"
-#include "desktop/linux/xserver/XLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "desktop/linux/keys/CombinationName.h"
-#include "desktop/linux/keys/KeysLog.h"
+#include "desktop/linux/log/Log.h"
 #include "platform/carbon/CarbonEvents.h"
 
 namespace linux_desktop {

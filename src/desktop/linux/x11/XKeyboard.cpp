@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "desktop/linux/keys/KeysLog.h"
+#include "desktop/linux/log/Log.h"
 #include "desktop/linux/x11/Xkb.h"
 #include "platform/carbon/KeyCodes.h"
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "desktop/linux/xserver/XLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

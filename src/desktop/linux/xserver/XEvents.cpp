@@ -7,7 +7,7 @@
 #include <cstring>
 #include <utility>
 
-#include "desktop/linux/xserver/XLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

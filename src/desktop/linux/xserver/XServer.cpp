@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/xserver/XLog.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {

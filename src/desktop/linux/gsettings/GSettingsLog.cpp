@@ -1,7 +1,0 @@
-#include "desktop/linux/gsettings/GSettingsLog.h"
-
-namespace linux_desktop {
-
-Q_LOGGING_CATEGORY(lcGSettings, "calmdeck.gsettings", QtWarningMsg)
-
-}  // namespace linux_desktop

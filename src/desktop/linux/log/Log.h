@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+namespace linux_desktop {
+
+// What the Linux desktop has to say, on standard error: one category a room. Warnings are shown;
+// the rest is quiet until QT_LOGGING_RULES asks for it.
+
+/// "calmdeck.audio": sound; what changes in ordinary life is on the level info.
+Q_DECLARE_LOGGING_CATEGORY(lcAudio)
+/// "calmdeck.gsettings": settings of the desktop's own.
+Q_DECLARE_LOGGING_CATEGORY(lcGSettings)
+/// "calmdeck.keys": hot keys and the keyboard.
+Q_DECLARE_LOGGING_CATEGORY(lcKeys)
+/// "calmdeck.login": what starts at login.
+Q_DECLARE_LOGGING_CATEGORY(lcLogin)
+/// "calmdeck.notifications": Do Not Disturb and notifications.
+Q_DECLARE_LOGGING_CATEGORY(lcNotifications)
+/// "calmdeck.process": one program a login, files, the session bus.
+Q_DECLARE_LOGGING_CATEGORY(lcProcess)
+/// "calmdeck.session": which services this session offers.
+Q_DECLARE_LOGGING_CATEGORY(lcSession)
+/// "calmdeck.tray": the icon and its menu.
+Q_DECLARE_LOGGING_CATEGORY(lcTray)
+/// "calmdeck.ui": our own windows.
+Q_DECLARE_LOGGING_CATEGORY(lcUi)
+/// "calmdeck.updates": newer versions.
+Q_DECLARE_LOGGING_CATEGORY(lcUpdates)
+/// "calmdeck.wallpaper": the desktop's picture.
+Q_DECLARE_LOGGING_CATEGORY(lcWallpaper)
+/// "calmdeck.x11": screens, covers, windows of other programs.
+Q_DECLARE_LOGGING_CATEGORY(lcX11)
+
+}  // namespace linux_desktop

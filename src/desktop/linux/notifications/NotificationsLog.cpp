@@ -1,7 +1,0 @@
-#include "desktop/linux/notifications/NotificationsLog.h"
-
-namespace linux_desktop {
-
-Q_LOGGING_CATEGORY(lcNotifications, "calmdeck.notifications", QtWarningMsg)
-
-}  // namespace linux_desktop

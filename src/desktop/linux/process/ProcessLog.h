@@ -1,9 +1,0 @@
-#pragma once
-
-#include <QLoggingCategory>
-
-namespace linux_desktop {
-
-Q_DECLARE_LOGGING_CATEGORY(lcProcess)
-
-}  // namespace linux_desktop
