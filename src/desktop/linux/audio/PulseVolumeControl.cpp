@@ -33,16 +33,11 @@ std::optional<VolumeTrouble> troubleIn(PulseServer::Answer answer) {
 
 }  // namespace
 
-std::variant<VolumeSettings, VolumeTrouble> PulseVolumeControl::settings() {
+std::variant<int, VolumeTrouble> PulseVolumeControl::inputLevel() {
   if (!server_.reachable(server_.deadlineFromNow())) return VolumeTrouble::NoServer;
   const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
   if (!source) return VolumeTrouble::NoMicrophone;
-  VolumeSettings settings{.inputLevel = source->muted ? 0 : levelOf(source->volume)};
-  if (const std::optional<Device> sink = server_.defaultDevice(DeviceKind::Sink)) {
-    settings.outputLevel = levelOf(sink->volume);
-    settings.outputMuted = sink->muted;
-  }
-  return settings;
+  return source->muted ? 0 : levelOf(source->volume);
 }
 
 std::optional<VolumeTrouble> PulseVolumeControl::setInputLevel(int level) {

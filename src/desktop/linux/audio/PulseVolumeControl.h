@@ -12,7 +12,7 @@ class PulseVolumeControl final : public VolumeControl {
   /// `server` must outlive this.
   explicit PulseVolumeControl(PulseServer& server) : server_(server) {}
 
-  [[nodiscard]] std::variant<VolumeSettings, VolumeTrouble> settings() override;
+  [[nodiscard]] std::variant<int, VolumeTrouble> inputLevel() override;
   [[nodiscard]] std::optional<VolumeTrouble> setInputLevel(int level) override;
 
  private:

@@ -75,13 +75,9 @@ std::optional<ScriptError> LinuxAutomation::keyCode(std::int64_t code) {
 }
 
 ScriptResult<Dictionary> LinuxAutomation::volumeSettings() {
-  const auto told = volume_.settings();
-  if (const auto* trouble = std::get_if<VolumeTrouble>(&told)) return errorFor(*trouble);
-  const auto& settings = std::get<VolumeSettings>(told);
-  Dictionary record{{"input volume", settings.inputLevel}};
-  if (settings.outputLevel) record.emplace("output volume", *settings.outputLevel);
-  if (settings.outputMuted) record.emplace("output muted", *settings.outputMuted);
-  return record;
+  const auto level = volume_.inputLevel();
+  if (const auto* trouble = std::get_if<VolumeTrouble>(&level)) return errorFor(*trouble);
+  return Dictionary{{"input volume", std::get<int>(level)}};
 }
 
 std::optional<ScriptError> LinuxAutomation::setInputVolume(int level) {

@@ -29,7 +29,7 @@ class LinuxAutomation final : public platform::port::Automation {
       std::string_view name) override;
   /// Only Escape, which closes the menu.
   [[nodiscard]] std::optional<Error> keyCode(std::int64_t code) override;
-  /// Without a microphone there are no settings, whatever the speaker may tell.
+  /// Only the microphone's.
   [[nodiscard]] Result<platform::Dictionary> volumeSettings() override;
   [[nodiscard]] std::optional<Error> setInputVolume(int level) override;
   [[nodiscard]] std::optional<Error> displayNotification(std::string_view text) override;
