@@ -1,12 +1,53 @@
 #include "app/LaunchOnStartup.h"
 
+#include <array>
 #include <string>
 
-#include "app/addLoginitem.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/Print.h"
 
 namespace app {
+
+using namespace platform;
+
+namespace {
+
+/// The last entry that starts this program; none where there is none.
+std::optional<LSSharedFileListItemRef> lastItemOfOurs() {
+  const std::string path = NSBundle::mainBundle().bundlePath();
+  NSURL url = NSURL::fileURLWithPath(path);
+  const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
+  if (!list) return std::nullopt;
+  const auto items = LSSharedFileListCopySnapshot(*list);
+  if (!items) return std::nullopt;
+  std::optional<LSSharedFileListItemRef> found;
+  for (const LSSharedFileListItemRef& item : *items) {
+    if (LSSharedFileListItemResolve(item, url) == noErr && url.path() == path) found = item;
+  }
+  return found;
+}
+
+}  // namespace
+
+std::optional<LSSharedFileListItemRef> addLoginitem::itemRefInLoginItems() {
+  const auto found = lastItemOfOurs();
+  if (!found) return std::nullopt;
+  const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
+  if (list) LSSharedFileListItemRemove(*list, *found);
+  return found;
+}
+
+const ClassDescription& addLoginitem::classDescription() const {
+  static constexpr std::array messages{
+      MessageRow{"itemRefInLoginItems",
+                 [](NSObject& self, NSObject*) {
+                   static_cast<addLoginitem&>(self).itemRefInLoginItems();
+                 }},
+  };
+  static constexpr ClassDescription description{
+      .className = "addLoginitem", .messages = messages, .outlets = {}, .keys = {}};
+  return description;
+}
 
 using namespace platform;
 

@@ -3,9 +3,19 @@
 #include <optional>
 #include <utility>
 
+#include "platform/foundation/NSObject.h"
 #include "platform/launchservices/LSSharedFileList.h"
 
 namespace app {
+
+/// Takes the application out of the login items. Main thread only.
+class addLoginitem final : public platform::NSObject {
+ public:
+  /// Removes the application's last entry and returns it; none when there was none.
+  std::optional<platform::LSSharedFileListItemRef> itemRefInLoginItems();
+
+  [[nodiscard]] const platform::ClassDescription& classDescription() const override;
+};
 
 /// Whether the desktop starts the application at login: the application's entry in the user's login
 /// items, which holds the bundle's path. Main thread only; may touch the file system. A list that

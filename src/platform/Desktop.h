@@ -4,20 +4,10 @@
 
 #include "platform/port/AudioObjects.h"
 #include "platform/port/Automation.h"
-#include "platform/port/DefaultsStore.h"
-#include "platform/port/DesktopPictures.h"
 #include "platform/port/HotKeys.h"
-#include "platform/port/LoginItems.h"
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
-#include "platform/port/Session.h"
-#include "platform/port/Spaces.h"
-#include "platform/port/StandardOutput.h"
-#include "platform/port/StatusBar.h"
-#include "platform/port/SystemServices.h"
-#include "platform/port/UpdateService.h"
-#include "platform/port/WindowList.h"
 #include "platform/port/Windows.h"
 
 namespace platform {

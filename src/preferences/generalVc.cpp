@@ -4,7 +4,6 @@
 
 #include "platform/appkit/NSOpenPanel.h"
 #include "platform/foundation/NSUserDefaults.h"
-#include "preferences/ShortcutRow.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/WallpaperTypes.h"
 #include "shared/SettingsKeys.h"

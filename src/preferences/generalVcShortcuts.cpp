@@ -1,5 +1,4 @@
 #include "platform/foundation/NSUserDefaults.h"
-#include "preferences/ShortcutRow.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 

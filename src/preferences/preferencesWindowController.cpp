@@ -10,7 +10,6 @@
 #include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
-#include "preferences/ShortcutRow.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 

@@ -1,5 +1,4 @@
 #include "app/LaunchOnStartup.h"
-#include "app/addLoginitem.h"
 #include "support/ApplicationTest.h"
 
 namespace app {

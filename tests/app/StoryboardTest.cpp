@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "platform/foundation/ClassRegistry.h"
-#include "preferences/ShortcutRow.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 #include "support/ApplicationTest.h"

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "platform/carbon/KeyCodes.h"
-#include "preferences/ShortcutRow.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 #include "shared/SettingsKeys.h"

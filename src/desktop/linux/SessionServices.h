@@ -6,12 +6,9 @@
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/windowsystem/LegacyTray.h"
 #include "desktop/linux/windowsystem/OwnWindows.h"
-#include "platform/port/DesktopPictures.h"
 #include "platform/port/HotKeys.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
-#include "platform/port/Spaces.h"
-#include "platform/port/WindowList.h"
 
 namespace linux_desktop {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "desktop/simulated/CallLog.h"
+#include "platform/port/Program.h"
 #include "platform/port/RunningApplications.h"
-#include "platform/port/SystemServices.h"
 
 namespace simulated {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "desktop/simulated/CallLog.h"
-#include "platform/port/LoginItems.h"
+#include "platform/port/Program.h"
 
 namespace simulated {
 

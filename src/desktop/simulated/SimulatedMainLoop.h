@@ -5,7 +5,7 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 
 namespace simulated {
 

@@ -8,10 +8,7 @@
 #include <vector>
 
 #include "desktop/simulated/CallLog.h"
-#include "platform/port/DesktopPictures.h"
 #include "platform/port/Screens.h"
-#include "platform/port/Spaces.h"
-#include "platform/port/WindowList.h"
 
 namespace simulated {
 

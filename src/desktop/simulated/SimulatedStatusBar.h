@@ -7,7 +7,7 @@
 #include "desktop/simulated/CallLog.h"
 #include "desktop/simulated/SimulatedWindows.h"
 #include "platform/appkit/NSEvent.h"
-#include "platform/port/StatusBar.h"
+#include "platform/port/Windows.h"
 
 namespace simulated {
 

@@ -6,7 +6,7 @@
 
 #include "platform/appkit/NSColor.h"
 #include "platform/foundation/Geometry.h"
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 
 namespace platform {
 

@@ -7,8 +7,8 @@
 
 #include "platform/appkit/NSEvent.h"
 #include "platform/foundation/NSObject.h"
+#include "platform/port/Program.h"
 #include "platform/port/Screens.h"
-#include "platform/port/Session.h"
 
 namespace platform {
 

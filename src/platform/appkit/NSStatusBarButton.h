@@ -5,7 +5,7 @@
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSView.h"
-#include "platform/port/StatusBar.h"
+#include "platform/port/Windows.h"
 
 namespace platform {
 

@@ -4,7 +4,7 @@
 
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSStatusBarButton.h"
-#include "platform/port/StatusBar.h"
+#include "platform/port/Windows.h"
 
 namespace platform {
 

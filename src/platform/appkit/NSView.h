@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,15 +8,44 @@
 
 #include "platform/appkit/Animatable.h"
 #include "platform/appkit/CALayer.h"
-#include "platform/appkit/NSAccessibility.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSLayoutConstraint.h"
 #include "platform/appkit/NSShadow.h"
-#include "platform/appkit/ViewHost.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/foundation/NSObject.h"
 
 namespace platform {
+
+/// What kind of thing a view is to assistive technology.
+enum class NSAccessibilityRole { Unknown, Group, StaticText, Image, Switch, Button, CheckBox };
+
+class NSView;
+class NSWindow;
+
+/// What changed about a view; a set of bits.
+enum class ViewChange : std::uint32_t {
+  Layer = 1,       ///< the look of its layer, or its shadow
+  Frame = 2,       ///< where it is or how large
+  Subviews = 4,    ///< views were added to it or taken from it
+  Content = 8,     ///< its text, image, title, state or border
+  Hidden = 16,     ///< whether it is hidden
+  Attributes = 32  ///< what assistive technology is told of it, or whether it is enabled
+};
+
+[[nodiscard]] constexpr ViewChange operator|(ViewChange a, ViewChange b) {
+  return static_cast<ViewChange>(static_cast<std::uint32_t>(a) | static_cast<std::uint32_t>(b));
+}
+[[nodiscard]] constexpr bool includes(ViewChange set, ViewChange change) {
+  return (static_cast<std::uint32_t>(set) & static_cast<std::uint32_t>(change)) != 0;
+}
+
+/// What a tree of views hangs in: told of every change, once for each setter call.
+class ViewHost {
+ public:
+  virtual ~ViewHost() = default;
+  virtual void viewDidChange(NSView& view, ViewChange change) = 0;
+  [[nodiscard]] virtual NSWindow* window() = 0;
+};
 
 class NSViewAnimator;
 

@@ -9,7 +9,7 @@
 #include "platform/appkit/NSScreen.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSURL.h"
-#include "platform/port/Spaces.h"
+#include "platform/port/Screens.h"
 
 namespace platform {
 

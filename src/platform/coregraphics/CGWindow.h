@@ -8,7 +8,7 @@
 
 #include "platform/foundation/Geometry.h"
 #include "platform/foundation/Value.h"
-#include "platform/port/WindowList.h"
+#include "platform/port/Screens.h"
 
 namespace platform {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 
 namespace platform {
 

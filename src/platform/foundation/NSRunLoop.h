@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/foundation/NSObject.h"
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 
 namespace platform {
 

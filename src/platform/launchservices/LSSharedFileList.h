@@ -7,7 +7,7 @@
 
 #include "platform/foundation/NSURL.h"
 #include "platform/foundation/OSStatus.h"
-#include "platform/port/LoginItems.h"
+#include "platform/port/Program.h"
 
 namespace platform {
 

@@ -1,4 +1,4 @@
-#include "desktop/linux/x11/ShowOrder.h"
+#include "desktop/linux/x11/HideAndShow.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

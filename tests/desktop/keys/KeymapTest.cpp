@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "desktop/linux/keys/KeyDown.h"
 #include "platform/carbon/KeyCodes.h"
 #include "preferences/PreferencesTest.h"
 

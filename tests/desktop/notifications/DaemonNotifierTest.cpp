@@ -11,7 +11,7 @@
 #include "NotificationStandIn.h"
 #include "desktop/harness/Until.h"
 #include "desktop/harness/XDesk.h"
-#include "desktop/linux/notifications/BusQuestion.h"
+#include "desktop/linux/notifications/BusAdapter.h"
 
 namespace {
 

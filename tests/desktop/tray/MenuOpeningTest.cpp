@@ -1,4 +1,4 @@
-#include "desktop/linux/tray/MenuOpening.h"
+#include "desktop/linux/tray/ItemMenu.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/port/StatusBar.h"
+#include "platform/port/Windows.h"
 
 namespace {
 

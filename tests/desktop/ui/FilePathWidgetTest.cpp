@@ -1,4 +1,4 @@
-#include "desktop/linux/ui/FilePathWidget.h"
+#include "desktop/linux/ui/ContentWidgets.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "desktop/linux/ui/QtAlert.h"
+#include "desktop/linux/ui/QtDialogs.h"
 
 #include <QAbstractButton>
 

@@ -1,4 +1,4 @@
-#include "desktop/linux/ui/QtOpenPanel.h"
+#include "desktop/linux/ui/QtDialogs.h"
 
 #include <QFile>
 #include <QFileDialog>

@@ -8,11 +8,10 @@
 #include <algorithm>
 #include <random>
 
-#include "desktop/linux/wallpaper/BackdropGeometry.h"
-#include "desktop/linux/wallpaper/BackdropRenderer.h"
-#include "desktop/linux/wallpaper/DesktopProcess.h"
-#include "desktop/linux/wallpaper/PictureReader.h"
 #include "desktop/linux/files/SettingsText.h"
+#include "desktop/linux/wallpaper/BackdropRenderer.h"
+#include "desktop/linux/wallpaper/PictureReader.h"
+#include "desktop/linux/wallpaper/RunningDesktop.h"
 
 namespace linux_desktop {
 namespace {

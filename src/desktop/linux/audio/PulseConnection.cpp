@@ -6,7 +6,17 @@
 
 #include <utility>
 
+#include "desktop/linux/log/Log.h"
+
 namespace linux_desktop {
+
+PulseLoop::PulseLoop() : loop_(pa_threaded_mainloop_new()) {
+  // Before there is a thread: libpulse gives the name to the thread that calls.
+  if (loop_) pa_threaded_mainloop_set_name(loop_.get(), "calmdeck-audio");
+  if (!loop_ || pa_threaded_mainloop_start(loop_.get()) < 0) {
+    qFatal("calmdeck.audio: cannot start the thread that talks to the sound server");
+  }
+}
 
 void PulseConnection::Close::operator()(pa_context* context) const {
   pa_context_set_state_callback(context, nullptr, nullptr);

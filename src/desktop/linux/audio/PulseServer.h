@@ -6,9 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "desktop/linux/audio/DeviceTable.h"
 #include "desktop/linux/audio/PulseConnection.h"
-#include "desktop/linux/audio/PulseLoop.h"
 #include "desktop/linux/audio/PulseMirror.h"
 #include "platform/coreaudio/AudioObject.h"
 

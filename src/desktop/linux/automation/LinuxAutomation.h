@@ -4,8 +4,8 @@
 
 #include "desktop/linux/audio/VolumeControl.h"
 #include "desktop/linux/automation/ScriptElement.h"
-#include "desktop/linux/notifications/DoNotDisturbSwitch.h"
-#include "desktop/linux/notifications/Notifier.h"
+#include "desktop/linux/notifications/DaemonNotifier.h"
+#include "desktop/linux/notifications/DoNotDisturbAdapter.h"
 #include "platform/port/Automation.h"
 
 namespace linux_desktop {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "desktop/linux/defaults/SettingsWriter.h"
-#include "platform/port/DefaultsStore.h"
+#include "platform/port/Program.h"
 
 namespace linux_desktop {
 

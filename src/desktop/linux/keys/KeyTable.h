@@ -3,6 +3,7 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace linux_desktop {
@@ -21,5 +22,15 @@ struct KeyRow {
 [[nodiscard]] std::span<const KeyRow> keyTable();
 /// Null when no key has that keysym. A capital letter is its small one.
 [[nodiscard]] const KeyRow* keyRowOf(xkb_keysym_t keysym);
+
+/// A combination of `platform/carbon/KeyCodes.h` as Qt and KDE write it in one number. None for
+/// what they would write in another way on each layout: keys of the block of digits, and Shift with
+/// what is no letter.
+[[nodiscard]] std::optional<int> qtKeyOf(std::uint32_t keyCode, std::uint32_t modifiers);
+
+/// Whether a combination is left to the programs that people work with, so that it is no hot key:
+/// Control alone with a key that every one of them uses for editing, and a key without any
+/// modifier. A virtual key code and a mask of `platform/carbon/KeyCodes.h`.
+[[nodiscard]] bool isReservedForPrograms(std::uint32_t keyCode, std::uint32_t modifiers);
 
 }  // namespace linux_desktop

@@ -1,6 +1,6 @@
 #include "desktop/linux/keys/SessionHotKeys.h"
 
-#include "desktop/linux/keys/ReservedKeys.h"
+#include "desktop/linux/keys/KeyTable.h"
 #include "platform/carbon/CarbonEvents.h"
 
 namespace linux_desktop {

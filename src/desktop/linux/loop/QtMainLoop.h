@@ -4,7 +4,7 @@
 #include <QObject>
 #include <vector>
 
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 
 namespace linux_desktop {
 

@@ -1,13 +1,42 @@
 #include "desktop/linux/notifications/BusAdapter.h"
 
+#include <QDBusError>
+#include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/notifications/BusQuestion.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
+
+QDBusMessage busCall(const QString& service, const QString& path, const QString& interface,
+                     const QString& method, const QVariantList& arguments) {
+  QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, method);
+  call.setArguments(arguments);
+  call.setAutoStartService(false);
+  return call;
+}
+
+QDBusPendingCallWatcher* ask(const QDBusConnection& bus, const QDBusMessage& call, QObject* asker,
+                             std::function<void(const QDBusMessage& answer)> answered, int limit) {
+  auto* question = new QDBusPendingCallWatcher(bus.asyncCall(call, limit), asker);
+  QObject::connect(question, &QDBusPendingCallWatcher::finished, asker,
+                   [question, answered = std::move(answered)] {
+                     question->deleteLater();
+                     answered(question->reply());
+                   });
+  return question;
+}
+
+bool isError(const QDBusMessage& answer) {
+  return answer.type() != QDBusMessage::ReplyMessage;
+}
+
+bool ranOut(const QDBusMessage& answer) {
+  const QDBusError::ErrorType type = QDBusError(answer).type();
+  return type == QDBusError::NoReply || type == QDBusError::Timeout || type == QDBusError::TimedOut;
+}
 
 BusAdapter::BusAdapter(QDBusConnection bus, const NotificationDaemonIdentity& daemon)
     : bus_(std::move(bus)), patience_(daemon.patience) {

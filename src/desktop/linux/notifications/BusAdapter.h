@@ -4,14 +4,41 @@
 #include <QDBusMessage>
 #include <QObject>
 #include <QPointer>
+#include <QString>
 #include <QTimer>
+#include <QVariantList>
+#include <chrono>
+#include <climits>
 #include <functional>
 #include <optional>
 
 #include "desktop/linux/notifications/DoNotDisturbAdapter.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
 
+class QDBusPendingCallWatcher;
+
 namespace linux_desktop {
+
+/// How long anything is waited for before it counts as hanging.
+inline constexpr std::chrono::milliseconds kBusPatience{500};
+/// The limit of a question that may stay open for ever; such an answer says that a peer goes on.
+inline constexpr int kNoLimit = INT_MAX;
+
+/// A method call that never starts a service.
+[[nodiscard]] QDBusMessage busCall(const QString& service, const QString& path,
+                                   const QString& interface, const QString& method,
+                                   const QVariantList& arguments = {});
+
+/// Sends `call` and returns at once. `answered` gets the reply or the error, from the event loop or
+/// from the question's own waitForFinished(), unless `asker` is gone by then. The question deletes
+/// itself after that. `limit` is in milliseconds.
+QDBusPendingCallWatcher* ask(const QDBusConnection& bus, const QDBusMessage& call, QObject* asker,
+                             std::function<void(const QDBusMessage& answer)> answered,
+                             int limit = kNoLimit);
+
+[[nodiscard]] bool isError(const QDBusMessage& answer);
+/// True when no answer came within the question's limit.
+[[nodiscard]] bool ranOut(const QDBusMessage& answer);
 
 /// What the adapters that speak over the bus have in common: which word on the state counts.
 /// Nothing waits but settle(). A write that a hanging daemon does not answer stays in its queue and

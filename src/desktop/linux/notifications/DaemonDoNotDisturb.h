@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "desktop/linux/notifications/DoNotDisturbAdapter.h"
-#include "desktop/linux/notifications/DoNotDisturbSwitch.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
 
 namespace linux_desktop {

@@ -5,10 +5,11 @@
 #include <QVariantMap>
 #include <utility>
 
-#include "desktop/linux/notifications/BusQuestion.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
+
 namespace {
 
 const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");

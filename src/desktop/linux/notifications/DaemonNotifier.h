@@ -5,11 +5,22 @@
 #include <QString>
 #include <QTimer>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "desktop/linux/notifications/NotificationDaemon.h"
-#include "desktop/linux/notifications/Notifier.h"
 
 namespace linux_desktop {
+
+/// Shows the user short texts as notifications. Main thread only; nothing here waits.
+class Notifier {
+ public:
+  virtual ~Notifier() = default;
+
+  /// Asks for the text to be shown, in the place of the one before where that is still there. Why
+  /// not, as a sentence, where it is known at once that nobody will show it.
+  [[nodiscard]] virtual std::optional<std::string> show(std::string_view text) = 0;
+};
 
 /// Notifications through whatever shows them at the time, started by the bus where that is how this
 /// desktop does it. There is one at most on the screen, and one call on its way: of the texts that

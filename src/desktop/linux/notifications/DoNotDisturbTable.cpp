@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "desktop/linux/notifications/DunstDoNotDisturb.h"
-#include "desktop/linux/notifications/InhibitionDoNotDisturb.h"
 #include "desktop/linux/notifications/LxqtDoNotDisturb.h"
 #include "desktop/linux/notifications/MateDoNotDisturb.h"
+#include "desktop/linux/notifications/PropertyDoNotDisturb.h"
 #include "desktop/linux/notifications/XfceDoNotDisturb.h"
 
 namespace linux_desktop {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/notifications/BusQuestion.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
 namespace {

@@ -6,7 +6,7 @@
 #include <QVariantList>
 #include <utility>
 
-#include "desktop/linux/notifications/BusQuestion.h"
+#include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
 namespace {

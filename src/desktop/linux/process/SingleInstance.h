@@ -1,16 +1,53 @@
 #pragma once
 
+#include <QDeadlineTimer>
+#include <QObject>
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "desktop/linux/files/FileDescriptor.h"
-#include "desktop/linux/process/RuntimeFolder.h"
-#include "desktop/linux/process/ShowRequests.h"
+#include "platform/port/Program.h"
+
+class QSocketNotifier;
 
 namespace linux_desktop {
+
+/// The folder for what only running processes of this user share: `$XDG_RUNTIME_DIR`, or, where
+/// that is not set or not ours alone, `calmdeck` in the user's cache folder, made with mode 0700.
+/// Absent when neither can be had.
+[[nodiscard]] std::optional<std::filesystem::path> runtimeFolder();
+
+/// Further starts of the program ask the first to show itself, by a line over a socket file.
+///
+/// A plain socket: Qt's own brings a library for the whole of the network into a process that has
+/// no other use for it. Main thread only; needs the application object.
+class ShowRequests {
+ public:
+  /// `requested` is called out of the event loop, once a request and after it was answered. Takes
+  /// the place of whatever file is at `socket`. Where that cannot be listened at, that is one line
+  /// on standard error. The file goes with this object.
+  ShowRequests(std::filesystem::path socket, std::function<void()> requested);
+  ~ShowRequests();
+  ShowRequests(const ShowRequests&) = delete;
+  ShowRequests& operator=(const ShowRequests&) = delete;
+
+  /// Whether who listens at `socket` has answered in time. What was asked may still be done late.
+  [[nodiscard]] static bool ask(const std::filesystem::path& socket,
+                                const QDeadlineTimer& deadline);
+
+ private:
+  void acceptAll();
+
+  std::filesystem::path path_;
+  std::function<void()> requested_;
+  QObject callers_;  // their parent
+  FileDescriptor socket_;
+  std::unique_ptr<QSocketNotifier> arrivals_;
+};
 
 /// One Calmdeck a user, whatever the number of displays: its settings file has one writer.
 ///
@@ -43,6 +80,21 @@ class SingleInstance {
   std::optional<std::filesystem::path> folder_;
   FileDescriptor lock_;
   std::optional<ShowRequests> requests_;
+};
+
+/// The user's session as the application sees it: it hears of further starts of the program.
+class UserSession final : public platform::port::Session {
+ public:
+  /// See SingleInstance::claim.
+  [[nodiscard]] SingleInstance::Claim claim() { return instance_.claim(); }
+
+  void setClient(platform::port::SessionClient* client) override { client_ = client; }
+
+ private:
+  platform::port::SessionClient* client_ = nullptr;
+  SingleInstance instance_{[this] {
+    if (client_ != nullptr) client_->applicationShouldReopen();
+  }};
 };
 
 }  // namespace linux_desktop

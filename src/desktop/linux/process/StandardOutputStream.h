@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "platform/port/StandardOutput.h"
+#include "platform/port/Program.h"
 
 namespace linux_desktop {
 

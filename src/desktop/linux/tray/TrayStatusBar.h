@@ -10,7 +10,7 @@
 #include "desktop/linux/tray/TrayAnchor.h"
 #include "desktop/linux/tray/WatcherConnection.h"
 #include "desktop/linux/windowsystem/LegacyTray.h"
-#include "platform/port/StatusBar.h"
+#include "platform/port/Windows.h"
 
 namespace linux_desktop {
 

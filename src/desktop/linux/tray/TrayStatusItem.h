@@ -6,13 +6,12 @@
 #include <optional>
 
 #include "desktop/linux/tray/DBusMenu.h"
-#include "desktop/linux/tray/MenuOpening.h"
-#include "desktop/linux/tray/OwnMenu.h"
+#include "desktop/linux/tray/ItemMenu.h"
 #include "desktop/linux/tray/StatusImages.h"
 #include "desktop/linux/tray/StatusItemAnchor.h"
 #include "desktop/linux/tray/StatusNotifierItem.h"
 #include "desktop/linux/tray/XEmbedIcon.h"
-#include "platform/port/StatusBar.h"
+#include "platform/port/Windows.h"
 
 namespace linux_desktop {
 

@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 
-#include "desktop/linux/ui/PressObserver.h"
 #include "desktop/linux/ui/ViewWidget.h"
 
 namespace linux_desktop {

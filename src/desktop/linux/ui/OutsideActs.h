@@ -4,7 +4,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 
 namespace linux_desktop {
 

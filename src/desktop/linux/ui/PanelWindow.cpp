@@ -6,7 +6,7 @@
 #include <QWindow>
 #include <utility>
 
-#include "desktop/linux/ui/MenuButton.h"
+#include "desktop/linux/ui/ButtonWidgets.h"
 #include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {

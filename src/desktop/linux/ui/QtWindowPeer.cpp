@@ -12,7 +12,7 @@
 #include "desktop/linux/ui/PopoverPlacement.h"
 #include "desktop/linux/ui/ProgramIcon.h"
 #include "platform/appkit/NSWindow.h"
-#include "platform/port/StatusBar.h"
+#include "platform/port/Windows.h"
 
 namespace linux_desktop {
 

@@ -3,8 +3,7 @@
 #include <QApplication>
 #include <utility>
 
-#include "desktop/linux/ui/QtAlert.h"
-#include "desktop/linux/ui/QtOpenPanel.h"
+#include "desktop/linux/ui/QtDialogs.h"
 #include "desktop/linux/ui/QtWindowPeer.h"
 #include "platform/appkit/NSWindow.h"
 

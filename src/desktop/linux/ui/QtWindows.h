@@ -3,7 +3,7 @@
 #include "desktop/linux/ui/WidgetAccessibility.h"
 #include "desktop/linux/ui/WindowServices.h"
 #include "desktop/linux/windowsystem/CoverWindows.h"
-#include "platform/port/MainLoop.h"
+#include "platform/port/Program.h"
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {

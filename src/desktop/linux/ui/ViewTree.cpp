@@ -3,14 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/ui/BoxWidget.h"
-#include "desktop/linux/ui/ButtonWidget.h"
-#include "desktop/linux/ui/CheckboxWidget.h"
-#include "desktop/linux/ui/FilePathWidget.h"
-#include "desktop/linux/ui/ImageWidget.h"
-#include "desktop/linux/ui/LabelWidget.h"
-#include "desktop/linux/ui/OverhangItem.h"
-#include "desktop/linux/ui/SeparatorWidget.h"
+#include "desktop/linux/ui/ButtonWidgets.h"
+#include "desktop/linux/ui/ContentWidgets.h"
 #include "desktop/linux/ui/ShortcutText.h"
 #include "platform/appkit/NSStackView.h"
 

@@ -7,11 +7,9 @@
 #include <memory>
 #include <utility>
 
-#include "desktop/linux/ui/BoxWidget.h"
-#include "desktop/linux/ui/CheckboxWidget.h"
-#include "desktop/linux/ui/FilePathWidget.h"
+#include "desktop/linux/ui/ButtonWidgets.h"
+#include "desktop/linux/ui/ContentWidgets.h"
 #include "desktop/linux/ui/LayerWidget.h"
-#include "desktop/linux/ui/MenuButton.h"
 #include "desktop/linux/ui/PanelWindow.h"
 
 namespace linux_desktop {

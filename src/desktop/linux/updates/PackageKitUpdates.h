@@ -5,12 +5,18 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/linux/notifications/Notifier.h"
+#include "desktop/linux/notifications/DaemonNotifier.h"
 #include "desktop/linux/updates/PackageKitQuestion.h"
-#include "platform/port/UpdateService.h"
+#include "platform/port/Program.h"
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {
+
+/// Whether some program of this desktop shows the pages of the system's software.
+[[nodiscard]] bool hasSoftwareCentre();
+
+/// Opens Calmdeck's page there. Returns at once; a failure is one line on standard error.
+void openSoftwareCentre();
 
 /// Newer versions come with the system's updates: PackageKit is asked whether one waits, and the
 /// user is told where to get it. Nothing is ever downloaded or installed from here. Main thread

@@ -1,9 +1,22 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
+#include <QRect>
 #include <QString>
+#include <functional>
+#include <optional>
 
 namespace linux_desktop {
+
+/// A monitor as the display server has it.
+struct Monitor {
+  /// The connector, such as "HDMI-1"; desktops keep their settings under it.
+  QString name;
+  /// In device pixels of the whole desktop, y down.
+  QRect pixels;
+  bool operator==(const Monitor&) const = default;
+};
 
 /// How a picture is laid out. Each desktop has its own names for these.
 enum class BackdropStyle {
@@ -30,6 +43,48 @@ struct Backdrop {
   QColor secondary = Qt::black;
 
   bool operator==(const Backdrop&) const = default;
+};
+
+/// What becomes of a scaled size that is no whole number of pixels. Cut off after a calculation in
+/// floating point, also a whole number can lose a pixel, and with it every pixel of the picture
+/// moves.
+enum class SizeRounding { Down, DownInFloat, DownInDouble, Nearest, Up };
+
+/// The finer points in which one desktop draws a picture differently from another.
+struct BackdropManner {
+  SizeRounding rounding = SizeRounding::Down;
+  /// Turns a photograph upright as its EXIF orientation says.
+  bool turnsUpright = false;
+  /// A shading runs over all monitors at once rather than over each.
+  bool shadesWholeDesktop = false;
+  /// One tile stands in the middle of the monitor, rather than in its upper left corner.
+  bool centersTiles = false;
+  /// A tile that is larger than the last monitor is cut to its size, around the middle.
+  bool cutsTilesToLastMonitor = false;
+
+  bool operator==(const BackdropManner&) const = default;
+};
+
+/// What the running desktop has been told to show, and how that looks. Main thread only; bounded by
+/// half a second.
+class BackdropSource {
+ public:
+  virtual ~BackdropSource() = default;
+
+  /// For the present workspace. None where nobody knows: no desktop draws one, or it does not
+  /// answer.
+  [[nodiscard]] virtual std::optional<Backdrop> backdrop(const Monitor& monitor) = 0;
+
+  /// How the desktop draws that backdrop on that monitor, in the monitor's pixels, opaque. Colours
+  /// alone where the picture cannot be read. None while a picture takes long to be read; that it
+  /// has been is told as a change, and asking again then gives the drawing.
+  [[nodiscard]] virtual std::optional<QImage> render(const Backdrop& backdrop,
+                                                     const Monitor& monitor) = 0;
+
+  /// `changed` is called when what a monitor has been told to show became another, by us or by
+  /// anybody, or can be drawn now; once for changes that follow each other at once. Empty: nobody
+  /// watches, and nothing is watched.
+  virtual void setChanged(std::function<void()> changed) = 0;
 };
 
 }  // namespace linux_desktop

@@ -3,7 +3,10 @@
 #include <QByteArrayList>
 #include <QObject>
 #include <QSocketNotifier>
+#include <QString>
+#include <QStringList>
 #include <QTimer>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -12,6 +15,15 @@
 #include "desktop/linux/files/FileWatch.h"
 
 namespace linux_desktop {
+
+/// Where the running pcmanfm of this display listens for the arguments of its further starts.
+[[nodiscard]] QString pcManFmSocket();
+
+/// Hands options over as `pcmanfm <options>` would, without waiting: `read` is called when they
+/// were read, which is when they are carried out, or when the program has ended. Not once `context`
+/// is gone. The reason where the program cannot be reached; nothing is carried out then.
+[[nodiscard]] std::optional<std::string> tellPcManFm(const QStringList& options, QObject& context,
+                                                     std::function<void()> read);
 
 /// Has pcmanfm draw its desktop anew, which is when it reads what each monitor is to show. It ends
 /// with its last window, so it is started again as it was started first. Belongs to the

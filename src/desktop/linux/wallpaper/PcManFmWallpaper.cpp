@@ -6,12 +6,11 @@
 #include <algorithm>
 #include <chrono>
 
-#include "desktop/linux/wallpaper/DesktopProcess.h"
-#include "desktop/linux/wallpaper/PcManFmMonitors.h"
-#include "desktop/linux/wallpaper/PcManFmRestart.h"
-#include "desktop/linux/wallpaper/PcManFmSocket.h"
 #include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/wallpaper/PcManFmMonitors.h"
+#include "desktop/linux/wallpaper/PcManFmRestart.h"
+#include "desktop/linux/wallpaper/RunningDesktop.h"
 
 namespace linux_desktop {
 namespace {

@@ -5,7 +5,7 @@
 #include <QUrl>
 #include <array>
 
-#include "desktop/linux/wallpaper/PlasmaPicture.h"
+#include "desktop/linux/wallpaper/PlasmaDesktops.h"
 
 namespace linux_desktop {
 namespace {

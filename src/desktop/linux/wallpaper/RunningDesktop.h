@@ -2,11 +2,12 @@
 
 #include <xcb/xproto.h>
 
+#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 #include <vector>
 
-#include "desktop/linux/wallpaper/Monitor.h"
+#include "desktop/linux/wallpaper/Backdrop.h"
 
 namespace linux_desktop {
 
@@ -39,5 +40,12 @@ struct RunningDesktop {
 
 /// Adds what is on the bus, which `bus` stands for, and in the environment.
 void lookAtBus(RunningDesktop& desktop, BusPeer& bus);
+
+/// The program of a process and its arguments as it was started; empty where nobody may know.
+[[nodiscard]] QByteArrayList commandLineOf(qint64 pid);
+
+/// The profile under which a file manager of the pcmanfm family keeps its settings: the one that
+/// its command line names, else "default".
+[[nodiscard]] QString profileIn(const QByteArrayList& commandLine);
 
 }  // namespace linux_desktop

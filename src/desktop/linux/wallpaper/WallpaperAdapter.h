@@ -5,8 +5,6 @@
 #include <string>
 
 #include "desktop/linux/wallpaper/Backdrop.h"
-#include "desktop/linux/wallpaper/BackdropManner.h"
-#include "desktop/linux/wallpaper/Monitor.h"
 #include "platform/foundation/Value.h"
 
 namespace linux_desktop {

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
-#include "desktop/linux/wallpaper/BackdropSource.h"
 #include "desktop/linux/wallpaper/WallpaperChoice.h"
-#include "platform/port/DesktopPictures.h"
+#include "platform/port/Screens.h"
 
 namespace linux_desktop {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QVariantMap>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -8,11 +9,18 @@
 #include <string>
 #include <vector>
 
+#include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
 #include "desktop/linux/wallpaper/WallpaperTable.h"
 #include "desktop/linux/wallpaper/XfconfChannel.h"
 
 namespace linux_desktop {
+
+/// What xfdesktop makes of the properties whose names begin with `prefix` (that of one monitor and
+/// workspace, with the slash). None where no picture was ever chosen: the program then has one of
+/// its own that no property names.
+[[nodiscard]] std::optional<Backdrop> xfceBackdrop(const QVariantMap& properties,
+                                                   const QString& prefix);
 
 /// xfdesktop 4.12 and later: a picture a monitor and workspace, named by connector and number, in
 /// the xfconf channel "xfce4-desktop". A turn of the event loop takes one bus call that reads and,

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QTimer>
 
-#include "desktop/linux/wallpaper/Monitor.h"
+#include "desktop/linux/wallpaper/Backdrop.h"
 #include "platform/port/Screens.h"
 
 namespace linux_desktop {

@@ -1,11 +1,20 @@
 #include "desktop/linux/x11/ApplicationGroups.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <QStandardPaths>
 #include <QSysInfo>
 #include <algorithm>
+#include <array>
 #include <unordered_map>
 
 namespace linux_desktop {
+
 namespace {
 
 using WindowIndex = std::unordered_map<xcb_window_t, const ClientWindow*>;
@@ -90,6 +99,128 @@ std::vector<ApplicationGroup> applicationsOf(const ClientList& list) {
     add(window, leader, groups[place->second]);
   }
   return groups;
+}
+
+namespace {
+
+/// Folders within the folders of entries; their names become part of the entries' own.
+constexpr int kDeepestFolder = 3;
+constexpr qint64 kLargestEntry = 256LL * 1024;
+
+qint64 changeOf(const QString& folder) {
+  return QFileInfo(folder).lastModified().toMSecsSinceEpoch();
+}
+
+/// Of one key and its translations, the one to show in this language.
+class LocalizedValue {
+ public:
+  explicit LocalizedValue(const QByteArray& key) : key_(key) {
+    const QByteArray locale = QLocale::system().name().toUtf8();
+    wanted_ = {key + "[" + locale + "]", key + "[" + locale.left(locale.indexOf('_')) + "]", key};
+  }
+  void take(const QByteArray& key, const QByteArray& value) {
+    const auto place = static_cast<std::size_t>(std::ranges::find(wanted_, key) - wanted_.begin());
+    if (place >= best_) return;
+    best_ = place;
+    value_ = value.toStdString();
+  }
+  [[nodiscard]] const std::string& value() const { return value_; }
+
+ private:
+  QByteArray key_;
+  std::array<QByteArray, 3> wanted_;
+  std::size_t best_ = wanted_.size();
+  std::string value_;
+};
+
+std::string lowerCase(const std::string& text) {
+  return QString::fromStdString(text).toLower().toStdString();
+}
+
+std::string lastPart(const std::string& dotted) {
+  return dotted.substr(dotted.rfind('.') + 1);
+}
+
+}  // namespace
+
+std::optional<std::string> ApplicationNames::nameOf(const std::string& applicationKey,
+                                                    const ClientWindow& window) {
+  if (const auto known = known_.find(applicationKey); known != known_.end()) return known->second;
+  const bool current = !folders_.empty() && std::ranges::all_of(folders_, [](const auto& folder) {
+    return changeOf(folder.first) == folder.second;
+  });
+  if (!current) readFolders();
+  std::optional<std::string> name = entryNameOf(window);
+  if (!name && !window.className.empty()) name = window.className;
+  known_.emplace(applicationKey, name);
+  return name;
+}
+
+std::optional<std::string> ApplicationNames::entryNameOf(const ClientWindow& window) const {
+  const auto in = [](const auto& table, const std::string& key) -> std::optional<std::string> {
+    const auto found = table.find(key);
+    return key.empty() || found == table.end() ? std::nullopt : std::optional(found->second);
+  };
+  for (const std::string& name : {window.className, window.instance}) {
+    if (auto found = in(entries_.byClass, name)) return found;
+  }
+  for (const std::string& name :
+       {window.gtkApplicationId, window.className, lowerCase(window.className), window.instance}) {
+    if (auto found = in(entries_.byFile, name)) return found;
+  }
+  for (const std::string& name : {window.gtkApplicationId, window.className}) {
+    if (auto found = in(entries_.byFile, lastPart(name))) return found;
+  }
+  return std::nullopt;
+}
+
+void ApplicationNames::readFolders() {
+  entries_ = {};
+  folders_.clear();
+  for (const QString& path :
+       QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
+    readFolder(path, 0, {});
+  }
+}
+
+void ApplicationNames::readFolder(const QString& path, int depth, const QString& prefix) {
+  folders_.emplace_back(path, changeOf(path));
+  QDirIterator files(path, {QStringLiteral("*.desktop")}, QDir::Files);
+  while (files.hasNext()) {
+    const QString file = files.next();
+    readEntry(file, (prefix + files.fileInfo().completeBaseName()).toStdString());
+  }
+  if (depth >= kDeepestFolder) return;
+  QDirIterator below(path, QDir::Dirs | QDir::NoDotAndDotDot);
+  while (below.hasNext()) {
+    const QString folder = below.next();
+    readFolder(folder, depth + 1, prefix + below.fileName() + QLatin1Char('-'));
+  }
+}
+
+void ApplicationNames::readEntry(const QString& path, const std::string& file) {
+  // An entry of an earlier folder stands before one of the same name in a later one.
+  if (entries_.byFile.contains(file)) return;
+  QFile entry(path);
+  if (!entry.open(QIODevice::ReadOnly)) return;
+  LocalizedValue name("Name");
+  std::string windowClass;
+  bool inEntry = false;
+  for (const QByteArray& line : entry.read(kLargestEntry).split('\n')) {
+    if (line.startsWith('[')) {
+      if (inEntry) break;
+      inEntry = line.startsWith("[Desktop Entry]");
+    }
+    const auto equals = line.indexOf('=');
+    if (!inEntry || equals < 0) continue;
+    const QByteArray key = line.left(equals).trimmed();
+    const QByteArray value = line.mid(equals + 1).trimmed();
+    if (key == "StartupWMClass") windowClass = value.toStdString();
+    name.take(key, value);
+  }
+  if (name.value().empty()) return;
+  entries_.byFile.emplace(file, name.value());
+  if (!windowClass.empty()) entries_.byClass.emplace(windowClass, name.value());
 }
 
 }  // namespace linux_desktop

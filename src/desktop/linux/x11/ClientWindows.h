@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -8,10 +10,84 @@
 #include <unordered_set>
 #include <vector>
 
-#include "desktop/linux/x11/ClientAtoms.h"
-#include "desktop/linux/x11/ClientProperties.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
+
+/// The names that windows and window managers talk in. Those from DesktopType on are window types,
+/// up to the last.
+enum class ClientAtom : std::size_t {
+  Supported,
+  SupportingWmCheck,
+  WmName,
+  ClientList,
+  ClientListStacking,
+  ActiveWindow,
+  CurrentDesktop,
+  RestackWindow,
+  RequestFrameExtents,
+  FrameExtents,
+  ActionMinimize,
+  ChangeState,
+  State,
+  StateHidden,
+  StateSkipTaskbar,
+  Desktop,
+  Pid,
+  ClientLeader,
+  ClientMachine,
+  GtkApplicationId,
+  HiddenMark,
+  HiddenOrder,
+  HiddenActive,
+  WindowType,
+  DesktopType,
+  DockType,
+  NotificationType,
+  SplashType,
+  NormalType,
+  DialogType,
+  Count
+};
+
+/// Their numbers at one server, asked for in one round trip.
+class ClientAtoms {
+ public:
+  explicit ClientAtoms(XServer& server);
+
+  [[nodiscard]] xcb_atom_t operator[](ClientAtom name) const {
+    return atoms_[static_cast<std::size_t>(name)];
+  }
+
+ private:
+  std::array<xcb_atom_t, static_cast<std::size_t>(ClientAtom::Count)> atoms_{};
+};
+
+struct ClientProperty {
+  xcb_window_t window;
+  xcb_atom_t name;
+};
+
+/// What a property holds; nothing where it is absent or its window is gone.
+class ClientPropertyValue {
+ public:
+  explicit ClientPropertyValue(XReply<xcb_get_property_reply_t> reply) : reply_(std::move(reply)) {}
+
+  /// The items of a property of 32-bit numbers.
+  [[nodiscard]] std::span<const std::uint32_t> numbers() const;
+  [[nodiscard]] std::optional<std::uint32_t> number() const;
+  [[nodiscard]] bool contains(std::uint32_t item) const;
+  /// The parts of a text, which null bytes divide.
+  [[nodiscard]] std::vector<std::string> texts() const;
+  [[nodiscard]] std::string text() const;
+
+ private:
+  XReply<xcb_get_property_reply_t> reply_;
+};
+
+/// The values in the order of the question, however many, in one round trip.
+[[nodiscard]] std::vector<ClientPropertyValue> askFor(XServer& server,
+                                                      std::span<const ClientProperty> properties);
 
 /// What a window is to its application.
 enum class ClientKind {

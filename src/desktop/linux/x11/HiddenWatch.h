@@ -4,7 +4,7 @@
 #include <unordered_set>
 
 #include "desktop/linux/x11/HiddenStateWait.h"
-#include "desktop/linux/x11/HideRequests.h"
+#include "desktop/linux/x11/HideAndShow.h"
 #include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {

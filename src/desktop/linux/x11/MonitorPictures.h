@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "desktop/linux/wallpaper/BackdropSource.h"
+#include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/x11/RootPicture.h"
 #include "desktop/linux/x11/XPicture.h"
 #include "desktop/linux/x11/XScreens.h"

@@ -1,8 +1,156 @@
 #include "desktop/linux/x11/RootPicture.h"
 
 #include <QMetaObject>
+#include <QRegion>
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+
+#include "desktop/linux/xserver/XDrawing.h"
 
 namespace linux_desktop {
+
+namespace {
+
+constexpr int kPointsAcross = 8;
+
+bool areClose(std::uint32_t one, std::uint32_t other, int tolerance) {
+  for (int shift = 0; shift < 24; shift += 8) {
+    const int a = static_cast<int>((one >> shift) & 0xff);
+    const int b = static_cast<int>((other >> shift) & 0xff);
+    if (std::abs(a - b) > tolerance) return false;
+  }
+  return true;
+}
+
+/// Each of its parts is the median of that of the samples, of which there is at least one.
+std::uint32_t middleColour(const Samples& samples) {
+  std::uint32_t colour = 0;
+  for (int shift = 0; shift < 24; shift += 8) {
+    std::vector<std::uint32_t> part;
+    for (const auto& sample : samples) {
+      if (sample) part.push_back((*sample >> shift) & 0xff);
+    }
+    const auto middle = part.begin() + static_cast<std::ptrdiff_t>(part.size() / 2);
+    std::ranges::nth_element(part, middle);
+    colour |= *middle << shift;
+  }
+  return colour;
+}
+
+/// The part of `area` where nothing hides the icons, or the root window if there are none.
+QRegion uncovered(XServer& server, const WindowStack& stack,
+                  const WindowStack::DesktopWindow* icons, const QRect& area) {
+  const bool composited = server.isComposited();
+  // Composited windows keep what is hidden of them.
+  if (icons != nullptr && composited) return QRegion(area & icons->area);
+  QRegion open(icons != nullptr ? area & icons->area : area);
+  const auto whole = server.geometry(server.root());
+  for (std::size_t i = icons != nullptr ? icons->level + 1 : 0; i < stack.topLevels.size(); ++i) {
+    const WindowStack::TopLevel& window = stack.topLevels[i];
+    // A compositor paints into a window over everything, which hides nothing.
+    if (composited && window.overrideRedirect && window.area == whole) continue;
+    open -= window.area;
+  }
+  return open;
+}
+
+}  // namespace
+
+std::vector<QPoint> samplePoints(const QRect& area) {
+  std::vector<QPoint> points;
+  for (int row = 0; row < kPointsAcross; ++row) {
+    for (int column = 0; column < kPointsAcross; ++column) {
+      // Rows are shifted against each other, so that a regular picture is met at various places.
+      const int x = area.width() * (8 * column + row) / (8 * kPointsAcross);
+      const int y = area.height() * (8 * row + column) / (8 * kPointsAcross);
+      points.emplace_back(area.x() + x, area.y() + y);
+    }
+  }
+  return points;
+}
+
+Samples samplesOf(XServer& server, xcb_drawable_t drawable, std::span<const QPoint> points) {
+  std::vector<xcb_get_image_cookie_t> cookies;
+  for (const QPoint& point : points) {
+    cookies.push_back(xcb_get_image(server.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
+                                    static_cast<std::int16_t>(point.x()),
+                                    static_cast<std::int16_t>(point.y()), 1, 1, ~0U));
+  }
+  Samples samples;
+  for (const auto& cookie : cookies) {
+    xcb_generic_error_t* error = nullptr;
+    const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(server.get(), cookie, &error));
+    const XReply<xcb_generic_error_t> gone(error);
+    samples.emplace_back();
+    if (!reply) continue;
+    std::uint32_t pixel = 0;
+    const auto length = static_cast<std::size_t>(xcb_get_image_data_length(reply.get()));
+    std::memcpy(&pixel, xcb_get_image_data(reply.get()), std::min(length, sizeof pixel));
+    samples.back() = PixelLayout::ofDepth(server, reply->depth).colour(pixel);
+  }
+  return samples;
+}
+
+Samples samplesOf(const QImage& image, std::span<const QPoint> points) {
+  Samples samples;
+  for (const QPoint& point : points) {
+    samples.emplace_back();
+    if (image.valid(point)) samples.back() = image.pixel(point) & 0xffffffU;
+  }
+  return samples;
+}
+
+Agreement agreement(const Samples& one, const Samples& other, int tolerance) {
+  Agreement result;
+  for (std::size_t i = 0; i < std::min(one.size(), other.size()); ++i) {
+    if (!one[i] || !other[i]) continue;
+    ++result.compared;
+    if (areClose(*one[i], *other[i], tolerance)) ++result.equal;
+  }
+  return result;
+}
+
+std::size_t DesktopSight::seen() const {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(samples, [](const auto& sample) { return sample.has_value(); }));
+}
+
+std::optional<std::uint32_t> DesktopSight::usual() const {
+  std::map<std::uint32_t, int> counts;
+  for (const auto& sample : samples) {
+    if (sample) ++counts[*sample];
+  }
+  const auto most =
+      std::ranges::max_element(counts, {}, [](const auto& entry) { return entry.second; });
+  if (most == counts.end()) return std::nullopt;
+  // In a photograph hardly a colour comes twice, and one that does is an icon's.
+  constexpr std::size_t kLeastShare = 4;
+  if (static_cast<std::size_t>(most->second) * kLeastShare >= seen()) return most->first;
+  return middleColour(samples);
+}
+
+DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack, const QRect& monitor) {
+  const WindowStack::DesktopWindow* icons = stack.desktopOn(monitor);
+  const QRegion open = uncovered(server, stack, icons, monitor);
+  const xcb_window_t window = icons != nullptr ? icons->window : server.root();
+  const QPoint origin = icons != nullptr ? icons->area.topLeft() : QPoint();
+  std::vector<QPoint> asked;
+  std::vector<std::size_t> places;
+  const std::vector<QPoint> points = samplePoints(monitor);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (!open.contains(points[i])) continue;
+    asked.push_back(points[i] - origin);
+    places.push_back(i);
+  }
+  DesktopSight sight{icons != nullptr ? icons->window : xcb_window_t{XCB_NONE},
+                     Samples(points.size())};
+  const Samples samples = samplesOf(server, window, asked);
+  for (std::size_t i = 0; i < places.size(); ++i) sight.samples[places[i]] = samples[i];
+  return sight;
+}
+
 namespace {
 
 /// Fewer points than these prove nothing.

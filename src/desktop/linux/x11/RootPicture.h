@@ -1,14 +1,57 @@
 #pragma once
 
+#include <QImage>
 #include <QObject>
+#include <QPoint>
+#include <QRect>
 #include <map>
 #include <optional>
+#include <span>
+#include <vector>
 
-#include "desktop/linux/wallpaper/Monitor.h"
+#include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/wallpaper/RootBackground.h"
-#include "desktop/linux/x11/PixelSamples.h"
+#include "desktop/linux/xserver/WindowStack.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
+
+/// Colours at some points, 0xRRGGBB, without transparency. None where there is none to be had.
+using Samples = std::vector<std::optional<std::uint32_t>>;
+
+/// 64 points spread over `area`.
+[[nodiscard]] std::vector<QPoint> samplePoints(const QRect& area);
+
+/// One round trip. `points` are in the drawable's own coordinates; a drawable that is gone has no
+/// pixels.
+[[nodiscard]] Samples samplesOf(XServer& server, xcb_drawable_t drawable,
+                                std::span<const QPoint> points);
+[[nodiscard]] Samples samplesOf(const QImage& image, std::span<const QPoint> points);
+
+/// How many are known on both sides, and how many of those differ by no more than `tolerance` in
+/// each byte.
+struct Agreement {
+  std::size_t compared = 0;
+  std::size_t equal = 0;
+
+  /// At least four fifths: icons and their labels lie over the rest.
+  [[nodiscard]] bool isLikely() const { return compared > 0 && equal * 5 >= compared * 4; }
+};
+[[nodiscard]] Agreement agreement(const Samples& one, const Samples& other, int tolerance = 0);
+
+/// What can be seen of the desktop itself on one monitor.
+struct DesktopSight {
+  /// None: nobody has a window of icons there, and the root window shows.
+  xcb_window_t iconWindow = XCB_NONE;
+  /// Of `samplePoints`, in their order; none where another window hides it.
+  Samples samples;
+
+  [[nodiscard]] std::size_t seen() const;
+  /// The colour seen most often; where none is seen often, one in the middle of all.
+  [[nodiscard]] std::optional<std::uint32_t> usual() const;
+};
+[[nodiscard]] DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack,
+                                         const QRect& monitor);
 
 /// The picture behind everything, where a desktop leaves one on the root window for others. It may
 /// be another than the screen shows, and its owner may take it away at any time.

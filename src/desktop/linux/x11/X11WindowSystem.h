@@ -8,7 +8,6 @@
 #include "desktop/linux/x11/XApplications.h"
 #include "desktop/linux/x11/XCovers.h"
 #include "desktop/linux/x11/XHotKeys.h"
-#include "desktop/linux/x11/XKeyTranslator.h"
 #include "desktop/linux/x11/XKeyboard.h"
 #include "desktop/linux/x11/XOwnWindows.h"
 #include "desktop/linux/x11/XScreens.h"

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/x11/ShowOperation.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/x11/HideAndShow.h"
 
 namespace linux_desktop {
 namespace {

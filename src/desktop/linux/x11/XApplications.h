@@ -8,9 +8,8 @@
 #include <vector>
 
 #include "desktop/linux/x11/ApplicationGroups.h"
-#include "desktop/linux/x11/ApplicationNames.h"
 #include "desktop/linux/x11/HiddenWatch.h"
-#include "desktop/linux/x11/HideOperation.h"
+#include "desktop/linux/x11/HideAndShow.h"
 #include "platform/port/RunningApplications.h"
 
 namespace linux_desktop {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xcb/xcb.h>
+
 #include <QTimer>
 #include <cstdint>
 #include <functional>
@@ -8,12 +10,40 @@
 #include <vector>
 
 #include "desktop/linux/keys/Keymap.h"
-#include "desktop/linux/x11/XModifiers.h"
+#include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/xserver/XEvents.h"
 
 struct xkb_context;
 
 namespace linux_desktop {
+
+/// Which bits of a key event's state stand for which modifiers: any keyboard may have its own. A
+/// value.
+class XModifiers {
+ public:
+  /// All bits that modifiers may have.
+  static constexpr std::uint32_t kAll = 0xff;
+
+  XModifiers(const xcb_get_modifier_mapping_reply_t& mapping, const Keymap& keymap);
+
+  /// Every state in which the modifiers of a hot-key mask are held and no others, whichever locks
+  /// are on. None when the keyboard lacks one of them or the mask has other bits.
+  [[nodiscard]] std::vector<std::uint32_t> statesOf(std::uint32_t hotKeyModifiers) const;
+  /// The NSEventModifierFlags of a state.
+  [[nodiscard]] std::uint32_t flagsOf(std::uint32_t state) const;
+  /// Whether a modifier is held that no hot-key mask has, such as the one for a key's third
+  /// character.
+  [[nodiscard]] bool hasOthers(std::uint32_t state) const;
+
+  bool operator==(const XModifiers&) const = default;
+
+ private:
+  /// In the order of the table. A modifier is held while any of its bits is set: each of its keys
+  /// may set another one. 0: the keyboard lacks it.
+  std::vector<std::uint32_t> bits_;
+  /// Of the lock keys (Caps Lock, Num Lock, Scroll Lock), which say nothing of what the user holds.
+  std::uint32_t locks_ = XCB_MOD_MASK_LOCK;
+};
 
 /// A combination as the server knows it: any of some keys, in any of some states of the modifiers.
 struct XChord {
@@ -69,6 +99,18 @@ class XKeyboard {
   std::function<void()> changed_;
   /// One change arrives as several events, with states between them that nobody types in.
   QTimer settling_;
+};
+
+/// Of key presses that Qt took from the X server.
+class XKeyTranslator final : public KeyTranslator {
+ public:
+  /// `keyboard` outlives this.
+  explicit XKeyTranslator(XKeyboard& keyboard) : keyboard_(keyboard) {}
+
+  [[nodiscard]] std::optional<platform::NSEvent> translate(const QKeyEvent& press) override;
+
+ private:
+  XKeyboard& keyboard_;
 };
 
 }  // namespace linux_desktop

@@ -7,7 +7,6 @@
 #include <iterator>
 #include <utility>
 
-#include "desktop/linux/x11/ScreenPixels.h"
 #include "desktop/linux/x11/XPanels.h"
 #include "desktop/linux/x11/XPressWatch.h"
 

@@ -5,6 +5,7 @@
 #include <iterator>
 
 namespace linux_desktop {
+
 namespace {
 
 /// EWMH 1.5, _NET_WM_STRUT_PARTIAL: the four widths, then where along its edge each begins and

@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "desktop/linux/wallpaper/Monitor.h"
+#include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/xserver/XEvents.h"
 #include "platform/port/Screens.h"
 

@@ -5,7 +5,7 @@
 
 #include "desktop/linux/x11/MonitorPictures.h"
 #include "desktop/linux/xserver/XEvents.h"
-#include "platform/port/Spaces.h"
+#include "platform/port/Screens.h"
 
 namespace linux_desktop {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "desktop/linux/xserver/XReply.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 namespace {

@@ -1,6 +1,5 @@
 #include "desktop/linux/x11/XWindowList.h"
 
-#include "desktop/linux/x11/DesktopCapture.h"
 #include "platform/coregraphics/CGWindow.h"
 
 namespace linux_desktop {

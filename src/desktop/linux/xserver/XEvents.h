@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "desktop/linux/xserver/TurnStack.h"
+#include "desktop/linux/xserver/WindowStack.h"
 #include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {

@@ -9,6 +9,7 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
+
 namespace {
 
 constexpr std::uint32_t kLongestProperty = 1U << 20;

@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <QRect>
+#include <cstdlib>
 #include <deque>
 #include <memory>
 #include <optional>
@@ -12,9 +13,15 @@
 #include <unordered_map>
 #include <vector>
 
-#include "desktop/linux/xserver/XReply.h"
-
 namespace linux_desktop {
+
+struct FreeReply {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+/// A reply, event or error of the X server, which xcb hands over to its caller to free.
+template <class T>
+using XReply = std::unique_ptr<T, FreeReply>;
 
 /// A connection of our own to the X server that the interface is on. Its questions wait for the
 /// server's answer. A window that is gone answers nothing. Main thread only.

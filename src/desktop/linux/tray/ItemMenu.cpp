@@ -1,0 +1,115 @@
+#include "desktop/linux/tray/ItemMenu.h"
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "platform/appkit/NSMenu.h"
+#include "platform/port/Windows.h"
+
+namespace linux_desktop {
+
+MenuEntries entriesOf(const platform::NSMenu& menu) {
+  MenuEntries entries;
+  for (const auto& item : menu.itemArray())
+    entries.push_back({QString::fromStdString(item->title()), item->isEnabled()});
+  return entries;
+}
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The choice is the panel's next message; this is for a busy machine.
+constexpr auto kChoiceWindow = 100ms;
+
+}  // namespace
+
+MenuOpening::MenuOpening(platform::port::StatusItemClient& client) : client_(client) {
+  choiceWindow_.setSingleShot(true);
+  choiceWindow_.setInterval(kChoiceWindow);
+  QObject::connect(&choiceWindow_, &QTimer::timeout, &choiceWindow_, [this] { end(); });
+}
+
+void MenuOpening::begin(Sign sign) {
+  if (inProgress() && !choiceWindow_.isActive() && signs_.insert(sign).second) return;
+  end();  // a sign for the second time: the panel kept the closing to itself
+  signs_ = {sign};
+  endedEarly_ = false;
+  chosenEarly_.reset();
+  ++unanswered_;
+  reporting_ = true;
+  client_.statusItemClicked(platform::NSEventType::RightMouseUp);
+  reporting_ = false;
+}
+
+void MenuOpening::attach() {
+  // A client that answers at once is not busy, so it will not answer older requests any more.
+  if (reporting_) unanswered_ = 1;
+  if (unanswered_ > 0) --unanswered_;
+  if (unanswered_ > 0 || endedEarly_) {
+    endedEarly_ = endedEarly_ && unanswered_ > 0;
+    reportEndLater(std::exchange(chosenEarly_, std::nullopt));
+  } else {
+    attached_ = true;
+  }
+}
+
+void MenuOpening::choose(std::size_t index) {
+  if (!inProgress()) return;
+  if (attached_) {
+    choiceWindow_.stop();
+    signs_.clear();
+    attached_ = false;
+    reportEnd(index);
+  } else {
+    chosenEarly_ = index;
+    end();
+  }
+}
+
+void MenuOpening::end() {
+  if (!inProgress()) return;
+  choiceWindow_.stop();
+  signs_.clear();
+  endedEarly_ = !attached_;
+  if (std::exchange(attached_, false)) reportEnd(std::nullopt);
+}
+
+void MenuOpening::endUnlessChosen() {
+  if (inProgress()) choiceWindow_.start();
+}
+
+void MenuOpening::reportEnd(std::optional<std::size_t> chosen) {
+  if (chosen) client_.menuItemChosen(*chosen);
+  client_.menuDidClose();
+}
+
+void MenuOpening::reportEndLater(std::optional<std::size_t> chosen) {
+  QTimer::singleShot(0, &later_, [this, chosen] { reportEnd(chosen); });
+}
+
+OwnMenu::~OwnMenu() {
+  const std::unique_ptr<QMenu> last(menu_);
+  if (last) last->disconnect(&context_);
+}
+
+void OwnMenu::popUp(const MenuEntries& entries, const MenuPlace& place) {
+  if (menu_) menu_->close();
+  menu_ = std::make_unique<QMenu>(place.owner).release();
+  menu_->setAttribute(Qt::WA_DeleteOnClose);
+  for (std::size_t index = 0; index < entries.size(); ++index) {
+    QAction* action = menu_->addAction(QString(entries[index].title).replace('&', "&&"));
+    action->setEnabled(entries[index].enabled);
+    QObject::connect(action, &QAction::triggered, &context_,
+                     [this, index] { opening_.choose(index); });
+  }
+  // A menu hides before it tells what was chosen; the closing is to come after the choice.
+  QObject::connect(menu_, &QObject::destroyed, &context_, [this, number = ++popUps_] {
+    // One that another has taken the place of ends nothing.
+    if (number == popUps_) opening_.end();
+  });
+  menu_->popup(place.at);
+}
+
+}  // namespace linux_desktop

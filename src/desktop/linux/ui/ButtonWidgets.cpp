@@ -1,0 +1,127 @@
+#include "desktop/linux/ui/ButtonWidgets.h"
+
+#include <QKeyEvent>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
+#include <utility>
+
+#include "desktop/linux/ui/Theme.h"
+
+namespace linux_desktop {
+
+namespace {
+
+bool isReturn(int key) {
+  return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+}  // namespace
+
+ButtonWidget::ButtonWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses,
+                           QWidget* parent)
+    : QPushButton(parent), button_(std::move(button)) {
+  setAutoDefault(false);
+  QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed, QSizePolicy::PushButton);
+  policy.setRetainSizeWhenHidden(true);
+  setSizePolicy(policy);
+  connect(this, &QPushButton::clicked, this, [this, &presses] {
+    const auto pressed = button_;
+    const QPointF middle = mapTo(window(), rect().center());
+    presses.pressed(*pressed, middle);
+    presses.released(*pressed, middle);
+  });
+  viewDidChange(platform::ViewChange::Content);
+}
+
+void ButtonWidget::viewDidChange(platform::ViewChange) {
+  setText(plainTitle(button_->title()));
+}
+
+bool ButtonWidget::actsOn(int key) const {
+  return key == Qt::Key_Space || key == Qt::Key_Select || isReturn(key);
+}
+
+void ButtonWidget::keyPressEvent(QKeyEvent* event) {
+  if (!isReturn(event->key())) {
+    QPushButton::keyPressEvent(event);
+  } else if (!event->isAutoRepeat()) {
+    click();
+  }
+}
+
+CheckboxWidget::CheckboxWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses,
+                               QWidget* parent)
+    : QCheckBox(parent), button_(std::move(button)) {
+  connect(this, &QCheckBox::clicked, this, [this, &presses] {
+    const auto pressed = button_;
+    const QPointF middle = mapTo(window(), rect().center());
+    presses.pressed(*pressed, middle);
+    presses.released(*pressed, middle);
+  });
+  viewDidChange(platform::ViewChange::Content);
+}
+
+void CheckboxWidget::viewDidChange(platform::ViewChange) {
+  setText(plainTitle(button_->title()));
+  setChecked(button_->state() == platform::NSControlStateValue::On);
+}
+
+bool CheckboxWidget::actsOn(int key) const {
+  return key == Qt::Key_Space || key == Qt::Key_Select;
+}
+
+namespace {
+
+constexpr int kMargin = 7;
+constexpr int kSymbolWidth = 12;
+constexpr int kGap = 7;
+
+}  // namespace
+
+MenuButton::MenuButton(QWidget* parent) : QToolButton(parent) {
+  setAutoRaise(true);
+  setFocusPolicy(Qt::TabFocus);
+  setText(QStringLiteral("Menu"));
+  setAccessibleName(text());
+  setShortcut(Qt::Key_F10);
+}
+
+QSize MenuButton::sizeHint() const {
+  const int width = fontMetrics().horizontalAdvance(text());
+  return {2 * kMargin + kSymbolWidth + kGap + width, fontMetrics().height() + kMargin};
+}
+
+void MenuButton::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Down) {
+    click();
+  } else {
+    QToolButton::keyPressEvent(event);
+  }
+}
+
+void MenuButton::paintEvent(QPaintEvent*) {
+  constexpr double kLine = 1.5;
+  constexpr double kDistance = 4;
+  QStylePainter painter(this);
+  QStyleOptionToolButton option;
+  initStyleOption(&option);
+  option.text.clear();
+  painter.drawComplexControl(QStyle::CC_ToolButton, option);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(palette().color(QPalette::WindowText), kLine, Qt::SolidLine, Qt::RoundCap));
+  const QRect inside = rect().adjusted(kMargin, 0, -kMargin, 0);
+  const QRect symbol = QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter,
+                                           {kSymbolWidth, height()}, inside);
+  for (const int row : {-1, 0, 1}) {
+    const double y = QRectF(symbol).center().y() + row * kDistance;
+    painter.drawLine(QPointF(symbol.left(), y), QPointF(symbol.right() + 1, y));
+  }
+  painter.drawText(inside, static_cast<int>(Qt::AlignRight | Qt::AlignVCenter), text());
+  if (hasFocus()) {
+    painter.setPen(QPen(Theme(palette()).focusRing(), 2));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 4, 4);
+  }
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,220 @@
+#include "desktop/linux/ui/ContentWidgets.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyle>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "desktop/linux/log/Log.h"
+#include "desktop/linux/ui/ShortcutText.h"
+#include "desktop/linux/ui/Theme.h"
+
+namespace linux_desktop {
+
+LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
+    : QLabel(parent), field_(std::move(field)) {
+  setTextFormat(Qt::PlainText);
+  viewDidChange(platform::ViewChange::Content);
+  themeDidChange();
+}
+
+void LabelWidget::viewDidChange(platform::ViewChange) {
+  setText(readableShortcut(QString::fromStdString(field_->stringValue())));
+}
+
+void LabelWidget::themeDidChange() {
+  setFont(fontFor(field_->textStyle(), QApplication::font(this)));
+  QPalette own = QApplication::palette(this);
+  own.setColor(QPalette::WindowText, Theme(own).color(field_->textColor()));
+  setPalette(own);
+}
+
+QString LabelWidget::accessibleName() const {
+  const QString label = ViewWidget::accessibleName();
+  return label.isEmpty() || text().isEmpty() ? label : QStringLiteral("%1: %2").arg(label, text());
+}
+
+void SeparatorWidget::paintEvent(QPaintEvent*) {
+  QPainter(this).fillRect(rect(), Theme(palette()).color(platform::NSSystemColor::Separator));
+}
+
+ImageWidget::ImageWidget(std::shared_ptr<platform::NSImageView> view, QWidget* parent)
+    : QWidget(parent), view_(std::move(view)) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  renderer_.setAspectRatioMode(Qt::KeepAspectRatio);
+  viewDidChange(platform::ViewChange::Content);
+}
+
+void ImageWidget::viewDidChange(platform::ViewChange) {
+  if (const auto& image = view_->image()) {
+    const QByteArray svg(image->bytes().data(), static_cast<qsizetype>(image->bytes().size()));
+    if (!renderer_.load(svg)) qCWarning(lcUi) << "cannot draw image" << image->name().c_str();
+  }
+  update();
+}
+
+QSize ImageWidget::sizeHint() const {
+  return {static_cast<int>(std::ceil(view_->size().width)),
+          static_cast<int>(std::ceil(view_->size().height))};
+}
+
+void ImageWidget::paintEvent(QPaintEvent*) {
+  if (!view_->image() || !renderer_.isValid()) return;
+  QImage picture(size() * devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied);
+  picture.fill(Qt::transparent);
+  QPainter drawing(&picture);
+  renderer_.render(&drawing);
+  if (const auto& tint = view_->contentTintColor()) {
+    drawing.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    drawing.fillRect(picture.rect(), Theme(palette()).color(*tint));
+  }
+  drawing.end();
+  QPainter(this).drawImage(rect(), picture);
+}
+
+namespace {
+
+constexpr double kCornerRadius = 5;
+constexpr double kThin = 1;
+constexpr double kStrong = 2;
+constexpr double kTint = 0.12;
+constexpr int kMarginX = 10;
+constexpr int kMarginY = 5;
+/// The field is at least this wide in letters, so that it does not change with what it holds.
+constexpr int kLeastLetters = 24;
+
+}  // namespace
+
+BoxWidget::BoxWidget(std::shared_ptr<platform::NSBox> box, QWidget* parent)
+    : QWidget(parent), box_(std::move(box)) {
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  inside_.setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
+  themeDidChange();
+}
+
+void BoxWidget::viewDidChange(platform::ViewChange) {
+  update();
+  QAccessible::State changed;
+  changed.selected = true;
+  QAccessibleStateChangeEvent event(this, changed);
+  QAccessible::updateAccessibility(&event);
+}
+
+void BoxWidget::themeDidChange() {
+  setMinimumWidth(2 * kMarginX + kLeastLetters * fontMetrics().averageCharWidth());
+  update();
+}
+
+void BoxWidget::paintEvent(QPaintEvent*) {
+  const Theme theme(palette());
+  const QColor color =
+      isMarked() ? theme.mark(box_->borderColor()) : theme.color(box_->borderColor());
+  const double width = isMarked() ? kStrong : kThin;
+  QColor tint = color;
+  tint.setAlphaF(isMarked() ? static_cast<float>(kTint) : 0);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF frame = QRectF(rect()).adjusted(width / 2, width / 2, -width / 2, -width / 2);
+  painter.setPen(QPen(color, width));
+  painter.setBrush(palette().brush(QPalette::Active, QPalette::Base));
+  painter.drawRoundedRect(frame, kCornerRadius, kCornerRadius);
+  painter.setBrush(tint);
+  painter.drawRoundedRect(frame, kCornerRadius, kCornerRadius);
+}
+
+namespace {
+
+constexpr QSize kThumbnail(64, 40);
+/// Read once, for the finest screen it may be moved to.
+constexpr int kMostPixelsPerPoint = 2;
+constexpr double kCornerRadius = 4;
+constexpr int kGap = 10;
+constexpr int kLetters = 42;
+
+bool isPath(const QString& text) {
+  return text.startsWith(QLatin1Char('/'));
+}
+
+}  // namespace
+
+FilePathWidget::FilePathWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
+    : QWidget(parent), field_(std::move(field)) {
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  viewDidChange(platform::ViewChange::Content);
+  themeDidChange();
+}
+
+void FilePathWidget::viewDidChange(platform::ViewChange change) {
+  if (!includes(change, platform::ViewChange::Content)) return;
+  const QString path = text();
+  thumbnail_ = {};
+  loader_.cancel();
+  setToolTip(isPath(path) ? path : QString());
+  if (isPath(path)) {
+    loader_.load(path, kThumbnail * kMostPixelsPerPoint, [this](const QImage& picture) {
+      thumbnail_ = picture;
+      update();
+    });
+  }
+  update();
+}
+
+void FilePathWidget::themeDidChange() {
+  setFont(fontFor(field_->textStyle(), QApplication::font(this)));
+  updateGeometry();
+  update();
+}
+
+QString FilePathWidget::text() const {
+  return QString::fromStdString(field_->stringValue());
+}
+
+QString FilePathWidget::accessibleName() const {
+  const QString label = ViewWidget::accessibleName();
+  return label.isEmpty() ? text() : QStringLiteral("%1: %2").arg(label, text());
+}
+
+QSize FilePathWidget::sizeHint() const {
+  return {kThumbnail.width() + kGap + kLetters * fontMetrics().averageCharWidth(),
+          std::max(kThumbnail.height(), fontMetrics().height())};
+}
+
+QRect FilePathWidget::textArea() const {
+  const QRect logical = rect().adjusted(kThumbnail.width() + kGap, 0, 0, 0);
+  return QStyle::visualRect(layoutDirection(), rect(), logical);
+}
+
+QString FilePathWidget::shownText() const {
+  return fontMetrics().elidedText(text(), Qt::ElideMiddle, textArea().width());
+}
+
+void FilePathWidget::paintEvent(QPaintEvent*) {
+  const Theme theme(palette());
+  QPainter painter(this);
+  painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+  const QRectF slot =
+      QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter, kThumbnail, rect());
+  QRectF picture = slot;
+  if (!thumbnail_.isNull()) {
+    picture.setSize(QSizeF(thumbnail_.size()).scaled(slot.size(), Qt::KeepAspectRatio));
+    picture.moveCenter(slot.center());
+  }
+  const QRectF edge = picture.adjusted(0.5, 0.5, -0.5, -0.5);
+  QPainterPath outline;
+  outline.addRoundedRect(edge, kCornerRadius, kCornerRadius);
+  painter.save();
+  painter.setClipPath(outline);
+  painter.drawImage(picture, thumbnail_);
+  painter.restore();
+  painter.setPen(QPen(theme.color(platform::NSSystemColor::Separator), 1,
+                      thumbnail_.isNull() ? Qt::DashLine : Qt::SolidLine));
+  painter.drawPath(outline);
+  painter.setPen(theme.color(field_->textColor()));
+  painter.drawText(textArea(), static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter), shownText());
+}
+
+}  // namespace linux_desktop

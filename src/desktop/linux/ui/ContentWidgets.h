@@ -1,0 +1,158 @@
+#pragma once
+
+#include <QLabel>
+#include <QSvgRenderer>
+#include <QVBoxLayout>
+#include <QWidget>
+#include <QWidgetItem>
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "desktop/linux/ui/PictureLoader.h"
+#include "desktop/linux/ui/ViewWidget.h"
+#include "platform/appkit/NSBox.h"
+#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSTextField.h"
+
+namespace linux_desktop {
+
+/// A widget in a layout that is placed by its inner part and reaches `overhang` beyond it on each
+/// side. With an overhang it keeps its preferred size, in the middle of its cell.
+class OverhangItem final : public QWidgetItem {
+ public:
+  OverhangItem(QWidget* widget, int overhang) : QWidgetItem(widget), overhang_(overhang) {}
+
+  [[nodiscard]] QSize sizeHint() const override { return inner(QWidgetItem::sizeHint()); }
+  [[nodiscard]] QSize minimumSize() const override { return inner(QWidgetItem::minimumSize()); }
+  [[nodiscard]] QSize maximumSize() const override { return inner(QWidgetItem::maximumSize()); }
+  void setGeometry(const QRect& cell) override {
+    if (overhang_ == 0) {
+      QWidgetItem::setGeometry(cell);
+      return;
+    }
+    QRect placed(QPoint(), QWidgetItem::sizeHint());
+    placed.moveCenter(cell.center());
+    widget()->setGeometry(placed);
+  }
+
+ private:
+  [[nodiscard]] QSize inner(QSize size) const {
+    return {std::max(0, size.width() - 2 * overhang_), std::max(0, size.height() - 2 * overhang_)};
+  }
+
+  int overhang_;
+};
+
+/// A label in the desktop's font and the theme's colours. Of a shortcut it shows what can be read.
+class LabelWidget final : public QLabel, public ViewWidget {
+ public:
+  LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent);
+
+  [[nodiscard]] QWidget& widget() override { return *this; }
+  [[nodiscard]] const platform::NSView& view() const override { return *field_; }
+  void viewDidChange(platform::ViewChange change) override;
+  void themeDidChange() override;
+  /// The text, after what the view is called where that says something else.
+  [[nodiscard]] QString accessibleName() const override;
+
+ private:
+  std::shared_ptr<platform::NSTextField> field_;
+};
+
+/// A thin line across its column.
+class SeparatorWidget final : public QWidget, public ViewWidget {
+ public:
+  SeparatorWidget(std::shared_ptr<platform::NSView> view, QWidget* parent)
+      : QWidget(parent), view_(std::move(view)) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  }
+
+  [[nodiscard]] QWidget& widget() override { return *this; }
+  [[nodiscard]] const platform::NSView& view() const override { return *view_; }
+  void viewDidChange(platform::ViewChange) override {}
+  void themeDidChange() override { update(); }
+  [[nodiscard]] QSize sizeHint() const override { return {1, 1}; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::shared_ptr<platform::NSView> view_;
+};
+
+/// A picture, or the shape of one in the view's tint.
+class ImageWidget final : public QWidget, public ViewWidget {
+ public:
+  ImageWidget(std::shared_ptr<platform::NSImageView> view, QWidget* parent);
+
+  [[nodiscard]] QWidget& widget() override { return *this; }
+  [[nodiscard]] const platform::NSView& view() const override { return *view_; }
+  void viewDidChange(platform::ViewChange change) override;
+  void themeDidChange() override { update(); }
+  [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::shared_ptr<platform::NSImageView> view_;
+  QSvgRenderer renderer_;
+};
+
+/// A field with a rounded frame around its one subview. In one of the theme's colours the frame is
+/// a thin line. In any other it marks the box: strong, in a shade of that colour that stands out
+/// from the window, and with a breath of it over the field.
+class BoxWidget final : public QWidget, public ViewWidget {
+ public:
+  BoxWidget(std::shared_ptr<platform::NSBox> box, QWidget* parent);
+
+  [[nodiscard]] QWidget& widget() override { return *this; }
+  [[nodiscard]] const platform::NSView& view() const override { return *box_; }
+  void viewDidChange(platform::ViewChange change) override;
+  void themeDidChange() override;
+  /// Where the subview goes.
+  [[nodiscard]] QBoxLayout& inside() { return inside_; }
+  [[nodiscard]] bool isMarked() const { return box_->borderColor().rgba().has_value(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::shared_ptr<platform::NSBox> box_;
+  QVBoxLayout inside_{this};
+};
+
+/// A label whose text is the path of a file: elided in the middle, whole in the tool tip and for
+/// assistive technology, beside a small picture of the file. Any other text is shown as it is. Its
+/// size does not depend on the text.
+class FilePathWidget final : public QWidget, public ViewWidget {
+ public:
+  FilePathWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent);
+
+  [[nodiscard]] QWidget& widget() override { return *this; }
+  [[nodiscard]] const platform::NSView& view() const override { return *field_; }
+  void viewDidChange(platform::ViewChange change) override;
+  void themeDidChange() override;
+  [[nodiscard]] QString accessibleName() const override;
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+  /// The text as it is shown now.
+  [[nodiscard]] QString shownText() const;
+  /// Null until it has been read, and for what is no picture.
+  [[nodiscard]] const QImage& thumbnail() const { return thumbnail_; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  [[nodiscard]] QString text() const;
+  [[nodiscard]] QRect textArea() const;
+
+  std::shared_ptr<platform::NSTextField> field_;
+  QImage thumbnail_;
+  PictureLoader loader_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QDialog>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "desktop/linux/ui/WindowServices.h"
+#include "platform/appkit/NSAlert.h"
+#include "platform/appkit/NSOpenPanel.h"
+#include "platform/port/Windows.h"
+
+namespace linux_desktop {
+
+/// A dialog for which one window of ours waits, or all of them, until it ends: what waits takes no
+/// input. It gets the keyboard when it comes, and gives it back when it goes.
+class ModalDialog {
+ public:
+  /// `window` waits, and the others do not; null: all wait. `services` outlive this.
+  ModalDialog(std::unique_ptr<QDialog> dialog, QtWindowPeer* window, WindowServices& services);
+  /// Takes the dialog away; may be called by the dialog's own event. None of its signals comes any
+  /// more.
+  ~ModalDialog();
+  ModalDialog(const ModalDialog&) = delete;
+  ModalDialog& operator=(const ModalDialog&) = delete;
+
+  void show();
+  /// The user has answered, though the dialog may be there a little longer.
+  void end();
+
+ private:
+  [[nodiscard]] QtWindowPeer* windowBehind() const;
+
+  WindowServices& services_;
+  QtWindowPeer* window_;
+  std::unique_ptr<QDialog> dialog_;
+  bool ended_ = false;
+};
+
+/// An alert in a message box.
+class QtAlert final : public platform::port::Windows::ModalPeer {
+ public:
+  using Answered = std::function<void(std::size_t button)>;
+
+  /// `sheetOf` waits for the answer; null: all windows of the application do. `services` outlive
+  /// the alert. `answered` may destroy it.
+  QtAlert(const platform::NSAlert& alert, Answered answered, QtWindowPeer* sheetOf,
+          WindowServices& services);
+
+ private:
+  [[nodiscard]] std::unique_ptr<QMessageBox> boxFor(const platform::NSAlert& alert, bool isSheet);
+  void finish(std::size_t button);
+
+  Answered answered_;
+  ModalDialog dialog_;
+};
+
+/// The desktop's own dialog for choosing a file where there is one, else Qt's with a preview. Only
+/// files of the panel's types are offered, and no other is taken. Begins in the user's folder of
+/// pictures.
+class ChooseFileDialog final : public QFileDialog {
+ public:
+  explicit ChooseFileDialog(const platform::NSOpenPanel& panel);
+
+  /// The file that was chosen, absolute; none when it is not one of those offered.
+  [[nodiscard]] std::optional<std::string> chosen() const;
+
+ protected:
+  void done(int result) override;
+
+ private:
+  [[nodiscard]] bool isNative() const { return layout() == nullptr; }
+  void addPreview();
+  void addPlaces();
+  void sayWhyNot();
+
+  QStringList types_;
+};
+
+/// An open panel as a file dialog, for which all windows of the application wait.
+class QtOpenPanel final : public platform::port::Windows::ModalPeer {
+ public:
+  using Answered = std::function<void(std::optional<std::string> path)>;
+
+  /// `services` outlive it. `answered` may destroy it.
+  QtOpenPanel(const platform::NSOpenPanel& panel, Answered answered, WindowServices& services);
+
+ private:
+  [[nodiscard]] std::unique_ptr<QDialog> dialogFor(const platform::NSOpenPanel& panel);
+  void finish(std::optional<std::string> path);
+
+  Answered answered_;
+  ModalDialog dialog_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,327 @@
+#include "desktop/linux/x11/HideAndShow.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "desktop/linux/log/Log.h"
+
+namespace linux_desktop {
+
+namespace {
+
+/// As a task bar: window managers do what it asks for without doubting.
+constexpr std::uint32_t kFromPager = 2;
+constexpr std::uint32_t kIconicState = 3;
+enum StateChange : std::uint32_t { kRemove = 0, kAdd = 1 };
+
+}  // namespace
+
+void HideRequests::message(xcb_window_t window, ClientAtom type,
+                           std::array<std::uint32_t, 5> data) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = clients_.atoms()[type];
+  std::ranges::copy(data, std::begin(event.data.data32));
+  xcb_send_event(clients_.server().get(), 0, clients_.server().root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+}
+
+void HideRequests::minimise(xcb_window_t window) {
+  // Some take windows of other workspaces for minimised already and pass over the first.
+  message(window, ClientAtom::ChangeState, {kIconicState});
+  message(window, ClientAtom::State,
+          {kAdd, clients_.atoms()[ClientAtom::StateHidden], 0, kFromPager});
+}
+
+void HideRequests::restore(xcb_window_t window) {
+  message(window, ClientAtom::State,
+          {kRemove, clients_.atoms()[ClientAtom::StateHidden], 0, kFromPager});
+}
+
+void HideRequests::map(xcb_window_t window) {
+  xcb_map_window(clients_.server().get(), window);
+}
+
+void HideRequests::activate(xcb_window_t window, xcb_timestamp_t time) {
+  message(window, ClientAtom::ActiveWindow, {kFromPager, time});
+}
+
+void HideRequests::focus(xcb_window_t window, xcb_timestamp_t time) {
+  xcb_set_input_focus(clients_.server().get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
+}
+
+void HideRequests::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
+  message(window, ClientAtom::Desktop, {desktop, kFromPager});
+}
+
+void HideRequests::restack(xcb_window_t window, xcb_window_t sibling) {
+  const std::uint32_t mode = sibling == XCB_NONE ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
+  message(window, ClientAtom::RestackWindow, {kFromPager, sibling, mode});
+}
+
+void HideRequests::mark(xcb_window_t window, HiddenMark mark) {
+  const auto value = static_cast<std::uint32_t>(mark);
+  xcb_change_property(clients_.server().get(), XCB_PROP_MODE_REPLACE, window,
+                      clients_.atoms()[ClientAtom::HiddenMark], XCB_ATOM_CARDINAL, 32, 1, &value);
+}
+
+void HideRequests::unmark(xcb_window_t window) {
+  xcb_delete_property(clients_.server().get(), window, clients_.atoms()[ClientAtom::HiddenMark]);
+}
+
+void HideRequests::remember(std::span<const xcb_window_t> bottomToTop, xcb_window_t active) {
+  remember(ClientAtom::HiddenOrder, bottomToTop);
+  remember(ClientAtom::HiddenActive, std::span(&active, active == XCB_NONE ? 0 : 1));
+}
+
+void HideRequests::remember(ClientAtom name, std::span<const xcb_window_t> windows) {
+  xcb_connection_t* server = clients_.server().get();
+  const xcb_window_t root = clients_.server().root();
+  if (windows.empty()) {
+    xcb_delete_property(server, root, clients_.atoms()[name]);
+    return;
+  }
+  xcb_change_property(server, XCB_PROP_MODE_REPLACE, root, clients_.atoms()[name], XCB_ATOM_WINDOW,
+                      32, static_cast<std::uint32_t>(windows.size()), windows.data());
+}
+
+void HideRequests::send() {
+  xcb_flush(clients_.server().get());
+}
+
+namespace {
+
+/// The place above `sibling`; the bottom for none.
+WindowOrder::const_iterator above(const WindowOrder& order, xcb_window_t sibling) {
+  return sibling == XCB_NONE ? order.begin() : std::next(std::ranges::find(order, sibling));
+}
+
+}  // namespace
+
+WindowOrder orderPutBack(const WindowOrder& current, const WindowSet& moved,
+                         const WindowOrder& remembered) {
+  const WindowSet known(remembered.begin(), remembered.end());
+  const WindowSet present(current.begin(), current.end());
+  WindowOrder order;
+  std::ranges::copy_if(current, std::back_inserter(order), [&](xcb_window_t window) {
+    return !moved.contains(window) || !known.contains(window);
+  });
+  xcb_window_t sibling = XCB_NONE;
+  for (const xcb_window_t window : remembered) {
+    if (!present.contains(window)) continue;
+    if (moved.contains(window)) order.insert(above(order, sibling), window);
+    sibling = window;
+  }
+  return order;
+}
+
+namespace {
+
+/// A window manager under load takes its time, and nobody waits for this.
+constexpr std::chrono::milliseconds kPatience{500};
+
+}  // namespace
+
+HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
+                             std::function<void()> done)
+    : clients_(clients),
+      requests_(clients),
+      wait_(events, clients),
+      plan_(std::move(plan)),
+      done_(std::move(done)) {
+  requests_.remember(plan_.order, plan_.active);
+  for (const xcb_window_t window : plan_.windows) requests_.mark(window, HiddenMark::Hidden);
+  for (const xcb_window_t window : plan_.followers) requests_.mark(window, HiddenMark::Hidden);
+  hide(plan_.windows, [this](const std::vector<xcb_window_t>& left) {
+    if (!left.empty()) qCDebug(lcX11) << left.size() << "windows do not hide";
+    hideFollowersLeft();
+  });
+}
+
+void HideOperation::hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then) {
+  wait_.start(
+      {windows, true, kPatience, plan_.manager},
+      [this](xcb_window_t window) { requests_.minimise(window); }, std::move(then));
+}
+
+void HideOperation::hideFollowersLeft() {
+  std::vector<xcb_window_t> left;
+  if (!plan_.followers.empty() && !wait_.managerIsGone()) {
+    const auto minimised = clients_.minimisedOf(plan_.followers);
+    for (const xcb_window_t window : plan_.followers) {
+      if (!minimised.contains(window)) left.push_back(window);
+    }
+  }
+  if (left.empty()) {
+    done_();
+    return;
+  }
+  hide(left, [this](const std::vector<xcb_window_t>&) { done_(); });
+}
+
+namespace {
+
+/// How long a window manager may do nothing about a request before the next way is tried.
+constexpr std::chrono::milliseconds kUsualPatience{150};
+/// Where no gentler way is left, it only keeps a window manager under load from being hurried.
+constexpr std::chrono::milliseconds kLongPatience{700};
+
+}  // namespace
+
+ShowOperation::Way ShowOperation::firstWay() const {
+  struct Row {
+    std::string_view name;
+    Way way;
+  };
+  // These do not heed the ways before; asking would only cost the wait for it. Marco calls itself
+  // "Metacity (Marco)", Muffin "Mutter (Muffin)".
+  constexpr std::array kRows{Row{"KWin", Way::Map}, Row{"Marco", Way::Map},
+                             Row{"Muffin", Way::Activate}};
+  const auto* row = std::ranges::find_if(kRows, [this](const Row& known) {
+    return plan_.before.windowManager.find(known.name) != std::string::npos;
+  });
+  return row == kRows.end() ? Way::RemoveState : row->way;
+}
+
+ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
+                             std::function<void()> done)
+    : clients_(clients),
+      requests_(clients),
+      wait_(events, clients),
+      plan_(std::move(plan)),
+      done_(std::move(done)) {
+  for (const ClientWindow& window : plan_.before.windows) {
+    if (window.desktop) desktops_.emplace(window.id, *window.desktop);
+  }
+  ask(firstWay(), plan_.windows);
+}
+
+void ShowOperation::ask(Way way, std::vector<xcb_window_t> windows) {
+  const auto patience = way == Way::RemoveState ? kUsualPatience : kLongPatience;
+  wait_.start(
+      {std::move(windows), false, patience, plan_.before.manager},
+      [this, way](xcb_window_t window) { askFor(way, window); },
+      [this, way](std::vector<xcb_window_t> left) { asked(way, std::move(left)); });
+}
+
+void ShowOperation::askFor(Way way, xcb_window_t window) {
+  switch (way) {
+    case Way::RemoveState:
+      requests_.restore(window);
+      break;
+    case Way::Map:
+      requests_.map(window);
+      break;
+    case Way::Activate: {
+      // Activating goes to the workspace of the window, so the window comes to this one first.
+      const auto desktop = desktops_.find(window);
+      const bool elsewhere =
+          desktop != desktops_.end() && desktop->second != plan_.before.currentDesktop;
+      if (elsewhere) requests_.moveToDesktop(window, plan_.before.currentDesktop);
+      requests_.activate(window, XCB_CURRENT_TIME);
+      if (elsewhere) requests_.moveToDesktop(window, desktop->second);
+      break;
+    }
+  }
+}
+
+void ShowOperation::asked(Way way, std::vector<xcb_window_t> left) {
+  if (wait_.managerIsGone()) {
+    done_();
+  } else if (left.empty()) {
+    putBack();
+  } else if (way == Way::RemoveState) {
+    ask(Way::Map, std::move(left));
+  } else if (way == Way::Map) {
+    ask(Way::Activate, std::move(left));
+  } else {
+    qCDebug(lcX11) << left.size() << "windows do not come back";
+    putBack();
+  }
+}
+
+void ShowOperation::putBack() {
+  const ClientWindows::Places now = clients_.placesOf(plan_.windows);
+  WindowSet shown(plan_.windows.begin(), plan_.windows.end());
+  std::erase_if(shown, [&](xcb_window_t window) { return now.minimised.contains(window); });
+  putBackDesktops(now);
+  if (const xcb_window_t window = toActivate(now, shown); window != XCB_NONE) {
+    activate(window);
+  }
+  putBackOrder(now, shown);
+  clearMarks(shown);
+  requests_.send();
+  done_();
+}
+
+xcb_window_t ShowOperation::toActivate(const ClientWindows::Places& now,
+                                       const WindowSet& shown) const {
+  const ClientList& before = plan_.before;
+  const xcb_window_t kept = before.active == now.active ? xcb_window_t{XCB_NONE} : before.active;
+  const ClientWindow* active = before.workWindow(before.active);
+  if (active != nullptr && !active->minimised) return kept;
+  // Window managers give it to what comes back, and only the user to another one.
+  if (before.workWindow(now.active) != nullptr && !shown.contains(now.active)) return XCB_NONE;
+  const ClientWindow* last = before.workWindow(before.rememberedActive);
+  const bool canBeActive =
+      last != nullptr && before.isHere(*last) && (!last->minimised || shown.contains(last->id));
+  return canBeActive ? last->id : kept;
+}
+
+void ShowOperation::activate(xcb_window_t window) {
+  const xcb_timestamp_t time = clients_.server().time();
+  if (!plan_.before.canRestack) {
+    // Activating raises it, which nobody could undo. To Xfwm4, besides, one that was the last to be
+    // minimised has never ceased to be the active one.
+    requests_.focus(window, time);
+    return;
+  }
+  requests_.activate(window, time);
+}
+
+void ShowOperation::putBackDesktops(const ClientWindows::Places& now) {
+  for (const xcb_window_t window : plan_.windows) {
+    const auto before = desktops_.find(window);
+    const auto after = now.desktops.find(window);
+    if (before == desktops_.end() || after == now.desktops.end()) continue;
+    if (before->second != after->second) requests_.moveToDesktop(window, before->second);
+  }
+}
+
+void ShowOperation::putBackOrder(const ClientWindows::Places& now, const WindowSet& shown) {
+  if (!plan_.before.canRestack) return;
+  // What is off the screen is nothing to be above of; nor is a desktop, which stands in a layer of
+  // its own: IceWM passes over such a wish, and KWin takes it for one for the very top.
+  WindowOrder current = now.stacking;
+  WindowSet apart = now.minimised;
+  for (const ClientWindow& window : plan_.before.windows) {
+    const bool isAway = window.minimised && !shown.contains(window.id);
+    if (isAway || window.kind == ClientKind::Furniture) apart.insert(window.id);
+  }
+  std::erase_if(current, [&](xcb_window_t window) { return apart.contains(window); });
+  // Each, wherever it seems to be: IceWM is late to tell what is where, and Openbox puts one to the
+  // very top when the one under it is on another workspace.
+  xcb_window_t sibling = XCB_NONE;
+  for (const xcb_window_t window : orderPutBack(current, shown, plan_.before.knownOrder())) {
+    requests_.restack(window, sibling);
+    sibling = window;
+  }
+}
+
+void ShowOperation::clearMarks(const WindowSet& shown) {
+  bool someStayHidden = false;
+  for (const ClientWindow& window : plan_.before.windows) {
+    const bool staysHidden = window.isHidden() && !shown.contains(window.id);
+    if (window.mark && !staysHidden) requests_.unmark(window.id);
+    someStayHidden = someStayHidden || staysHidden;
+  }
+  if (!someStayHidden) requests_.remember({}, XCB_NONE);
+}
+
+}  // namespace linux_desktop

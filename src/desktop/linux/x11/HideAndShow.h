@@ -1,0 +1,134 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <functional>
+#include <span>
+#include <unordered_set>
+#include <vector>
+
+#include "desktop/linux/x11/ClientWindows.h"
+#include "desktop/linux/x11/HiddenStateWait.h"
+
+namespace linux_desktop {
+
+/// What is asked of the window manager and noted on windows. Nothing is sent before `send`, and
+/// nothing waits for an answer; windows that are gone are no harm.
+class HideRequests {
+ public:
+  /// `clients` outlives this.
+  explicit HideRequests(ClientWindows& clients) : clients_(clients) {}
+
+  void minimise(xcb_window_t window);
+  /// Takes the minimised state back, which not every window manager heeds.
+  void restore(xcb_window_t window);
+  void map(xcb_window_t window);
+  void activate(xcb_window_t window, xcb_timestamp_t time);
+  /// Gives it the keyboard past the window manager.
+  void focus(xcb_window_t window, xcb_timestamp_t time);
+  void moveToDesktop(xcb_window_t window, std::uint32_t desktop);
+  /// Right above `sibling`; below everything when that is none.
+  void restack(xcb_window_t window, xcb_window_t sibling);
+
+  /// The marks stay on the windows, and the rest on the root window, when this process ends.
+  void mark(xcb_window_t window, HiddenMark mark);
+  void unmark(xcb_window_t window);
+  /// The stacking order and who is to be active again; none of either forgets it.
+  void remember(std::span<const xcb_window_t> bottomToTop, xcb_window_t active);
+
+  void send();
+
+ private:
+  void remember(ClientAtom name, std::span<const xcb_window_t> windows);
+  void message(xcb_window_t window, ClientAtom type, std::array<std::uint32_t, 5> data);
+
+  ClientWindows& clients_;
+};
+
+/// Windows, bottom to top.
+using WindowOrder = std::vector<xcb_window_t>;
+using WindowSet = std::unordered_set<xcb_window_t>;
+
+/// `current` with the windows `moved` in it put back to where `remembered` has them: each above the
+/// window that was under it then, or under that one. The others keep their order; those that came
+/// after `remembered` stay on top.
+[[nodiscard]] WindowOrder orderPutBack(const WindowOrder& current, const WindowSet& moved,
+                                       const WindowOrder& remembered);
+
+/// What goes on with windows until it is finished.
+class HiddenOperation {
+ public:
+  virtual ~HiddenOperation() = default;
+};
+
+/// Takes windows off the screen.
+class HideOperation final : public HiddenOperation {
+ public:
+  struct Plan {
+    /// In the stacking order of before, with those that are hidden already.
+    std::vector<xcb_window_t> order;
+    /// The one that is to be active again, of those and these.
+    xcb_window_t active = XCB_NONE;
+    std::vector<xcb_window_t> windows;
+    /// Dialogs of those, which most window managers take away with them.
+    std::vector<xcb_window_t> followers;
+    WindowManagerAtWork manager;
+  };
+
+  /// Asks at once. `done` comes later, when all are gone or refuse, or the window manager is gone;
+  /// their marks stay in any case. `events` and `clients` outlive this.
+  HideOperation(XEvents& events, ClientWindows& clients, Plan plan, std::function<void()> done);
+
+ private:
+  void hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then);
+  void hideFollowersLeft();
+
+  ClientWindows& clients_;
+  HideRequests requests_;
+  HiddenStateWait wait_;
+  Plan plan_;
+  std::function<void()> done_;
+};
+
+/// Brings hidden windows back: in the order, on the workspaces and beside the active window of
+/// before, or with the active window of back then. Each window manager heeds another way of asking,
+/// so that the gentlest goes first.
+class ShowOperation final : public HiddenOperation {
+ public:
+  struct Plan {
+    std::vector<xcb_window_t> windows;
+    /// Everything as it is before.
+    ClientList before;
+  };
+
+  /// Asks at once. `done` comes later, when all are back or do not come, or when the window manager
+  /// is gone: then their marks stay, for the next one. `events` and `clients` outlive this.
+  ShowOperation(XEvents& events, ClientWindows& clients, Plan plan, std::function<void()> done);
+
+ private:
+  enum class Way { RemoveState, Map, Activate };
+
+  [[nodiscard]] Way firstWay() const;
+  void ask(Way way, std::vector<xcb_window_t> windows);
+  void askFor(Way way, xcb_window_t window);
+  void asked(Way way, std::vector<xcb_window_t> left);
+  /// Puts back what window managers change on the way.
+  void putBack();
+  /// The window that was active, or the one from when the windows went if it was none to work in;
+  /// none where all is well.
+  [[nodiscard]] xcb_window_t toActivate(const ClientWindows::Places& now,
+                                        const WindowSet& shown) const;
+  void activate(xcb_window_t window);
+  void putBackDesktops(const ClientWindows::Places& now);
+  void putBackOrder(const ClientWindows::Places& now, const WindowSet& shown);
+  void clearMarks(const WindowSet& shown);
+
+  ClientWindows& clients_;
+  HideRequests requests_;
+  HiddenStateWait wait_;
+  Plan plan_;
+  std::unordered_map<xcb_window_t, std::uint32_t> desktops_;
+  std::function<void()> done_;
+};
+
+}  // namespace linux_desktop
