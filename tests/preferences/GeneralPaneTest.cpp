@@ -96,6 +96,7 @@ TEST_F(GeneralPaneTest, EachChoiceIsKeptUnderItsOwnKey) {
       {panel().toggleButtonTurnOffSpeaker, "kUserdefaultsToggleSpeakerOff"},
       {panel().toggleButtonChangeWallpaper, "kUserdefaultsToggleWallpaper"},
   };
+  desk.tray.leftClick();
   for (const auto& [toggle, key] : switches) {
     click(toggle);
     if (key != nullptr) kept.emplace(key, true);
