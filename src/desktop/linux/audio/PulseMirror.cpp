@@ -10,7 +10,6 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
-
 namespace {
 
 template <class Predicate>

@@ -12,7 +12,6 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
-
 namespace {
 
 struct Release {

@@ -3,7 +3,6 @@
 #include <QMetaObject>
 
 namespace linux_desktop {
-
 namespace {
 
 void post(SocketWatch& watch, void (SocketWatch::*operation)()) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 namespace linux_desktop {
-
 namespace {
 
 // Rounded both ways, so that each level is read as it was set.

@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace linux_desktop {
-
 namespace {
 
 // A starting server binds its socket, which makes it appear, and listens on it a moment later.

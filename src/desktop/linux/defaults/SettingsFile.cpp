@@ -9,7 +9,6 @@
 #include "platform/foundation/ProgrammingError.h"
 
 namespace linux_desktop {
-
 namespace {
 
 namespace fs = std::filesystem;

@@ -8,7 +8,6 @@
 #include "desktop/linux/files/WholeFile.h"
 
 namespace linux_desktop {
-
 namespace {
 
 Q_LOGGING_CATEGORY(lcDefaults, "calmdeck.defaults", QtWarningMsg)

@@ -9,7 +9,6 @@
 #include <system_error>
 
 namespace linux_desktop {
-
 namespace {
 
 namespace fs = std::filesystem;

@@ -25,7 +25,6 @@ struct KdeKeySequence {
 Q_DECLARE_METATYPE(linux_desktop::KdeKeySequence)
 
 namespace linux_desktop {
-
 namespace {
 
 constexpr std::pair<std::uint32_t, const char*> kModifierNames[] = {

@@ -9,7 +9,6 @@
 #include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
-
 namespace {
 
 constexpr KeyRow kKeys[] = {

@@ -13,7 +13,6 @@
 #include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
-
 namespace {
 
 /// The rows of keys as XKB names their places, and what the United States have on them.

@@ -17,7 +17,6 @@
 #include "platform/foundation/Utf8.h"
 
 namespace linux_desktop {
-
 namespace {
 
 namespace fs = std::filesystem;

@@ -6,7 +6,6 @@
 #include <system_error>
 
 namespace linux_desktop {
-
 namespace {
 
 namespace fs = std::filesystem;

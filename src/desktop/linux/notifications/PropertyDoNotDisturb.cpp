@@ -8,7 +8,6 @@
 #include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
-
 namespace {
 
 const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
@@ -48,9 +47,7 @@ void PropertyDoNotDisturb::propertiesChanged(const QString& interface, const QVa
 
 namespace {
 
-const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString kControl = QStringLiteral("org.dunstproject.cmd0");
-const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString kPaused = QStringLiteral("paused");
 const QString kPauseLevel = QStringLiteral("pauseLevel");
 
@@ -78,7 +75,6 @@ bool DunstDoNotDisturb::set(bool on) {
 
 namespace {
 
-const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");
 const QString kInhibited = QStringLiteral("Inhibited");
 const QString kDesktopEntry = QStringLiteral("org.calmdeck.Calmdeck");

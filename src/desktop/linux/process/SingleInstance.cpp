@@ -25,7 +25,6 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
-
 namespace {
 
 namespace fs = std::filesystem;

@@ -12,7 +12,6 @@
 #include "platform/foundation/ProgrammingError.h"
 
 namespace linux_desktop {
-
 namespace {
 
 // The pipe that a signal handler, which has no other way to reach the object, writes to.

@@ -8,7 +8,6 @@
 #include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {
-
 namespace {
 
 bool isReturn(int key) {

@@ -10,7 +10,6 @@
 #include <vector>
 
 namespace linux_desktop {
-
 namespace {
 
 std::vector<double> gaussian(double deviation, int reach) {

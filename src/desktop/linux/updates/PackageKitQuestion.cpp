@@ -9,7 +9,6 @@
 #include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
-
 namespace {
 
 const QString kPackageKit = QStringLiteral("org.freedesktop.PackageKit");

@@ -9,7 +9,6 @@
 #include "platform/appkit/NSAlert.h"
 
 namespace linux_desktop {
-
 namespace {
 
 // AppStream's scheme; the desktop's table of handlers knows who shows such pages.

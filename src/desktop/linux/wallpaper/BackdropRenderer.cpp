@@ -9,7 +9,6 @@
 #include "desktop/linux/wallpaper/PictureReader.h"
 
 namespace linux_desktop {
-
 namespace {
 
 QRect centered(const QSize& size, const QRect& area) {

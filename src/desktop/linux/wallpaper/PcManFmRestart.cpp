@@ -21,7 +21,6 @@
 #include "desktop/linux/wallpaper/RunningDesktop.h"
 
 namespace linux_desktop {
-
 namespace {
 
 // A large photograph takes a busy machine three seconds.

@@ -17,7 +17,6 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
-
 namespace {
 
 QString themePicture(const PlasmaLook& look) {

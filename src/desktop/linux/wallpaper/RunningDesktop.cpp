@@ -9,7 +9,6 @@
 #include "desktop/linux/xserver/WindowStack.h"
 
 namespace linux_desktop {
-
 namespace {
 
 QByteArray textOf(const XServer& server, xcb_window_t window, xcb_atom_t property) {

@@ -10,7 +10,6 @@
 #include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
-
 namespace {
 
 // By the number that the property holds.
@@ -84,7 +83,6 @@ const QString kBase = QStringLiteral("/backdrop");
 constexpr QLatin1String kPicture("last-image");
 constexpr QLatin1String kStyle("image-style");
 constexpr QLatin1String kCycle("backdrop-cycle-enable");
-constexpr int kZoomed = 5;
 constexpr const char* kWorkspaces = "workspaces";
 constexpr const char* kNoAnswer = "Xfce's settings service does not answer.";
 

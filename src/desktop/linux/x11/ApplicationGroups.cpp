@@ -14,7 +14,6 @@
 #include <unordered_map>
 
 namespace linux_desktop {
-
 namespace {
 
 using WindowIndex = std::unordered_map<xcb_window_t, const ClientWindow*>;
@@ -132,10 +131,6 @@ class LocalizedValue {
   std::size_t best_ = wanted_.size();
   std::string value_;
 };
-
-std::string lowerCase(const std::string& text) {
-  return QString::fromStdString(text).toLower().toStdString();
-}
 
 std::string lastPart(const std::string& dotted) {
   return dotted.substr(dotted.rfind('.') + 1);

@@ -5,7 +5,6 @@
 #include <string_view>
 
 namespace linux_desktop {
-
 namespace {
 
 /// In the order of the enumeration.

@@ -9,7 +9,6 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
-
 namespace {
 
 /// As a task bar: window managers do what it asks for without doubting.

@@ -10,7 +10,6 @@
 #include "desktop/linux/xserver/XDrawing.h"
 
 namespace linux_desktop {
-
 namespace {
 
 constexpr int kPointsAcross = 8;

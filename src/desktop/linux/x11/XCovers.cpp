@@ -7,7 +7,6 @@
 #include "platform/appkit/NSWindow.h"
 
 namespace linux_desktop {
-
 namespace {
 
 std::shared_ptr<const XPicture> pictureIn(const platform::NSWindow& window) {

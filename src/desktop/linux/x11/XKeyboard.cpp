@@ -19,7 +19,6 @@
 #include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
-
 namespace {
 
 using platform::NSEventModifierFlags;

@@ -5,7 +5,6 @@
 #include <iterator>
 
 namespace linux_desktop {
-
 namespace {
 
 /// EWMH 1.5, _NET_WM_STRUT_PARTIAL: the four widths, then where along its edge each begins and

@@ -9,7 +9,6 @@
 #include "desktop/linux/xserver/XDrawing.h"
 
 namespace linux_desktop {
-
 namespace {
 
 bool liesAs(const PixelLayout& layout, const xcb_render_pictforminfo_t& format) {

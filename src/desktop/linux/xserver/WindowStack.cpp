@@ -4,7 +4,6 @@
 #include <algorithm>
 
 namespace linux_desktop {
-
 namespace {
 
 /// Window managers put an icon window into one frame or two.

@@ -9,7 +9,6 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
-
 namespace {
 
 constexpr std::uint32_t kLongestProperty = 1U << 20;
