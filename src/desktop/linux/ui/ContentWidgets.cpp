@@ -78,7 +78,7 @@ void ImageWidget::paintEvent(QPaintEvent*) {
 
 namespace {
 
-constexpr double kCornerRadius = 5;
+constexpr double kBoxRadius = 5;
 constexpr double kThin = 1;
 constexpr double kStrong = 2;
 constexpr double kTint = 0.12;
@@ -121,9 +121,9 @@ void BoxWidget::paintEvent(QPaintEvent*) {
   const QRectF frame = QRectF(rect()).adjusted(width / 2, width / 2, -width / 2, -width / 2);
   painter.setPen(QPen(color, width));
   painter.setBrush(palette().brush(QPalette::Active, QPalette::Base));
-  painter.drawRoundedRect(frame, kCornerRadius, kCornerRadius);
+  painter.drawRoundedRect(frame, kBoxRadius, kBoxRadius);
   painter.setBrush(tint);
-  painter.drawRoundedRect(frame, kCornerRadius, kCornerRadius);
+  painter.drawRoundedRect(frame, kBoxRadius, kBoxRadius);
 }
 
 namespace {
@@ -131,7 +131,7 @@ namespace {
 constexpr QSize kThumbnail(64, 40);
 /// Read once, for the finest screen it may be moved to.
 constexpr int kMostPixelsPerPoint = 2;
-constexpr double kCornerRadius = 4;
+constexpr double kPictureRadius = 4;
 constexpr int kGap = 10;
 constexpr int kLetters = 42;
 
@@ -205,7 +205,7 @@ void FilePathWidget::paintEvent(QPaintEvent*) {
   }
   const QRectF edge = picture.adjusted(0.5, 0.5, -0.5, -0.5);
   QPainterPath outline;
-  outline.addRoundedRect(edge, kCornerRadius, kCornerRadius);
+  outline.addRoundedRect(edge, kPictureRadius, kPictureRadius);
   painter.save();
   painter.setClipPath(outline);
   painter.drawImage(picture, thumbnail_);
