@@ -19,38 +19,48 @@ using platform::NSUserDefaults;
 
 namespace {
 
-constexpr std::int64_t kMasterIndex = 99;
+constexpr std::int64_t kIconsIndex = 11;
 constexpr std::int64_t kWallpaperIndex = 55;
+constexpr std::int64_t kMasterIndex = 99;
 constexpr double kCoverDelay = 1;
 constexpr const char* kModeOnImage = "logo-active-small";
 constexpr const char* kModeOffImage = "logo-initial-small";
 
 }  // namespace
 
-/// One feature of the mode: its switch, where that is kept, and what flipping it does while the
-/// mode is on.
+/// One feature of the mode: its switch, where that is kept, which place it has among the others
+/// when the mode starts and when it stops, and what switching it on and off does.
 struct ViewController::Feature {
   std::int64_t index;
-  std::weak_ptr<CToggleButton> ViewController::*outlet;
+  Switch outlet;
   std::string_view key;
+  int startPlace;
+  int stopPlace;
   Operation turnOn;
   Operation turnOff;
 
   static const std::array<Feature, 5> all;
+  [[nodiscard]] static std::array<Feature, 5> inOrder(int Feature::*place) {
+    std::array<Feature, 5> features = all;
+    std::ranges::sort(features, {}, place);
+    return features;
+  }
 };
 
+/// The wallpaper is there before the desktop is covered, and the covers go before it does.
 const std::array<ViewController::Feature, 5> ViewController::Feature::all{{
-    {11, &ViewController::toggleButtonHideDesktopIcons, shared::kUserdefaultsToggleDesktopIcons,
-     &ViewController::doHideDesktopIcon, &ViewController::doShowDesktopIcon},
-    {22, &ViewController::toggleButtonDisableNotifications, shared::kUserdefaultsToggleDnd,
+    {kIconsIndex, &ViewController::toggleButtonHideDesktopIcons,
+     shared::kUserdefaultsToggleDesktopIcons, 2, 1, &ViewController::doHideDesktopIcon,
+     &ViewController::doShowDesktopIcon},
+    {22, &ViewController::toggleButtonDisableNotifications, shared::kUserdefaultsToggleDnd, 3, 3,
      &ViewController::turnOnDoNotDisturb, &ViewController::turnOffDoNotDisturb},
-    {33, &ViewController::toggleButtonHideActiveApps, shared::kUserdefaultsToggleHideActiveApps,
-     &ViewController::hideAllApps, &ViewController::showAllHiddenApps},
-    {44, &ViewController::toggleButtonTurnOffSpeaker, shared::kUserdefaultsToggleSpeakerOff,
+    {33, &ViewController::toggleButtonHideActiveApps, shared::kUserdefaultsToggleHideActiveApps, 4,
+     4, &ViewController::hideAllApps, &ViewController::showAllHiddenApps},
+    {44, &ViewController::toggleButtonTurnOffSpeaker, shared::kUserdefaultsToggleSpeakerOff, 5, 5,
      &ViewController::muteSpeaker, &ViewController::unmuteSpeaker},
     {kWallpaperIndex, &ViewController::toggleButtonChangeWallpaper,
-     shared::kUserdefaultsToggleWallpaper, &ViewController::applyWallpaperAndRefresh,
-     &ViewController::restoreWallpapersAndRefresh},
+     shared::kUserdefaultsToggleWallpaper, 1, 2, &ViewController::applySelectedWallpaper,
+     &ViewController::restoreOldWallpapers},
 }};
 
 // --- Life cycle ---
@@ -91,15 +101,10 @@ void ViewController::setRepresentedObject(std::any object) {
 
 // --- Switches ---
 
-CToggleButton& ViewController::toggle(std::weak_ptr<CToggleButton> ViewController::*outlet) const {
+CToggleButton& ViewController::toggle(Switch outlet) const {
   const std::shared_ptr<CToggleButton> connected = (this->*outlet).lock();
   if (!connected) platform::programmingError("a switch of the panel is not connected");
   return *connected;
-}
-
-const ViewController::Feature* ViewController::featureWithIndex(std::int64_t index) {
-  const auto* found = std::ranges::find(Feature::all, index, &Feature::index);
-  return found == Feature::all.end() ? nullptr : found;
 }
 
 void ViewController::btnToggleClickedWithNotification(
@@ -118,12 +123,18 @@ void ViewController::btnToggleClickedWithNotification(
     *isOn ? startPresentationMode() : stopPresentationMode();
     return;
   }
-  const Feature* feature = featureWithIndex(*index);
-  if (feature == nullptr) return;
-  if (toggle(&ViewController::toggleButtonPresentationMode).isOn()) {
-    (this->*(*isOn ? feature->turnOn : feature->turnOff))();
-  }
+  const auto* feature = std::ranges::find(Feature::all, *index, &Feature::index);
+  if (feature == Feature::all.end()) return;
+  if (this->isOn(&ViewController::toggleButtonPresentationMode)) applyWhileOn(*feature, *isOn);
   NSUserDefaults::standardUserDefaults().setBool(*isOn, feature->key);
+}
+
+void ViewController::applyWhileOn(const Feature& feature, bool isOn) {
+  (this->*(isOn ? feature.turnOn : feature.turnOff))();
+  if (feature.index == kWallpaperIndex &&
+      this->isOn(&ViewController::toggleButtonHideDesktopIcons)) {
+    deferCoverUpdate(&ViewController::spaceChange);
+  }
 }
 
 void ViewController::refuseWallpaper() {
@@ -151,38 +162,20 @@ void ViewController::togglePresentationMode() {
 
 void ViewController::startPresentationMode() {
   showMode(kModeOnImage);
-  const bool coversIcons = isOn(&ViewController::toggleButtonHideDesktopIcons);
-  if (isOn(&ViewController::toggleButtonChangeWallpaper)) {
-    applySelectedWallpaper();
-    if (coversIcons) deferCoverUpdate(&ViewController::doHideDesktopIcon);
-  } else if (coversIcons) {
-    doHideDesktopIcon();
+  for (const Feature& feature : Feature::inOrder(&Feature::startPlace)) {
+    if (!isOn(feature.outlet)) continue;
+    if (feature.index == kIconsIndex && isOn(&ViewController::toggleButtonChangeWallpaper)) {
+      deferCoverUpdate(feature.turnOn);
+    } else {
+      (this->*feature.turnOn)();
+    }
   }
-  if (isOn(&ViewController::toggleButtonDisableNotifications)) turnOnDoNotDisturb();
-  if (isOn(&ViewController::toggleButtonHideActiveApps)) hideAllApps();
-  if (isOn(&ViewController::toggleButtonTurnOffSpeaker)) muteSpeaker();
 }
 
 void ViewController::stopPresentationMode() {
   showMode(kModeOffImage);
-  if (isOn(&ViewController::toggleButtonHideDesktopIcons)) doShowDesktopIcon();
-  if (isOn(&ViewController::toggleButtonChangeWallpaper)) restoreOldWallpapers();
-  if (isOn(&ViewController::toggleButtonDisableNotifications)) turnOffDoNotDisturb();
-  if (isOn(&ViewController::toggleButtonHideActiveApps)) showAllHiddenApps();
-  if (isOn(&ViewController::toggleButtonTurnOffSpeaker)) unmuteSpeaker();
-}
-
-void ViewController::applyWallpaperAndRefresh() {
-  applySelectedWallpaper();
-  if (isOn(&ViewController::toggleButtonHideDesktopIcons)) {
-    deferCoverUpdate(&ViewController::spaceChange);
-  }
-}
-
-void ViewController::restoreWallpapersAndRefresh() {
-  restoreOldWallpapers();
-  if (isOn(&ViewController::toggleButtonHideDesktopIcons)) {
-    deferCoverUpdate(&ViewController::spaceChange);
+  for (const Feature& feature : Feature::inOrder(&Feature::stopPlace)) {
+    if (isOn(feature.outlet)) (this->*feature.turnOff)();
   }
 }
 

@@ -111,22 +111,16 @@ class ViewController final : public platform::NSViewController {
 
  private:
   struct Feature;
-
-  [[nodiscard]] static const Feature* featureWithIndex(std::int64_t index);
-  [[nodiscard]] controls::CToggleButton& toggle(
-      std::weak_ptr<controls::CToggleButton> ViewController::*outlet) const;
-
   using Operation = void (ViewController::*)();
+  using Switch = std::weak_ptr<controls::CToggleButton> ViewController::*;
 
-  void applyWallpaperAndRefresh();
-  void restoreWallpapersAndRefresh();
+  [[nodiscard]] controls::CToggleButton& toggle(Switch outlet) const;
+  [[nodiscard]] bool isOn(Switch outlet) const { return toggle(outlet).isOn(); }
   /// Runs the operation a second after the current event, of which the main thread sleeps: time for
   /// the desktop to show a new wallpaper.
   void deferCoverUpdate(Operation operation);
-  [[nodiscard]] bool isOn(std::weak_ptr<controls::CToggleButton> ViewController::*outlet) const {
-    return toggle(outlet).isOn();
-  }
   void restoreFeatureSwitches();
+  void applyWhileOn(const Feature& feature, bool isOn);
   void startPresentationMode();
   void stopPresentationMode();
   void showMode(const char* imageName);
