@@ -232,18 +232,17 @@ TEST_F(PreferencesTest, AWallpaperIsChosenInTheFileDialog) {
   std::filesystem::create_directories(pictures);
   const std::string chosen = pictures / "my beach.PNG";
   harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, 0x204060)}, chosen);
-  const auto dialog = harness::named("Please select an image — Calmdeck");
+  constexpr const char* kDialog = "Please select an image — Calmdeck";
 
   ASSERT_TRUE(clicks("Choose the wallpaper"));
-  ASSERT_TRUE(desk.awaitWindow(dialog));
+  ASSERT_TRUE(desk.until([&] { return isActive(kDialog); }));
   input.key("Escape");
-  ASSERT_TRUE(desk.until([&] { return !desk.windows().findViewable(dialog); }));
-  EXPECT_TRUE(shows("Please select a Wallpaper"));
+  ASSERT_TRUE(desk.until([&] { return !window(kDialog); }));
+  EXPECT_TRUE(awaits("Please select a Wallpaper"));
   EXPECT_THAT(settings(), Not(HasSubstr("SelectedWallpaper")));
 
   ASSERT_TRUE(clicks("Choose the wallpaper"));
-  ASSERT_TRUE(desk.awaitWindow(dialog));
-  ASSERT_TRUE(desk.until([&] { return shows("Select", "button"); }));
+  ASSERT_TRUE(desk.until([&] { return isActive(kDialog); }));
   for (const char* key :
        {"m", "y", "space", "b", "e", "a", "c", "h", ".", "shift+p", "shift+n", "shift+g", "Return"})
     input.key(key);

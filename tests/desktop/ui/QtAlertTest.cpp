@@ -1,6 +1,7 @@
 #include "desktop/linux/ui/QtDialogs.h"
 
 #include <QAbstractButton>
+#include <QMessageBox>
 
 #include "desktop/ui/PanelTest.h"
 

@@ -1,9 +1,9 @@
 #include "desktop/linux/ui/PictureLoader.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QThreadPool>
-#include <mutex>
 #include <utility>
 
 namespace linux_desktop {
@@ -52,41 +52,16 @@ QImage readSmallPicture(const QString& path, QSize within) {
   return reader.read();
 }
 
-/// What the thread that reads shares with who asked.
-struct PictureLoader::Request {
-  std::mutex mutex;
-  /// Null once nobody waits any more.
-  QObject* receiver = nullptr;
-  /// The main thread's alone.
-  Loaded loaded;
-};
-
-PictureLoader::~PictureLoader() {
-  cancel();
-}
-
-void PictureLoader::cancel() {
-  const auto request = std::exchange(request_, nullptr);
-  if (!request) return;
-  request->loaded = {};
-  const std::scoped_lock lock(request->mutex);
-  request->receiver = nullptr;
-}
-
 void PictureLoader::load(const QString& path, QSize within, Loaded loaded) {
-  cancel();
-  request_ = std::make_shared<Request>();
-  request_->receiver = &receiver_;
-  request_->loaded = std::move(loaded);
-  QThreadPool::globalInstance()->start([request = request_, path, within] {
-    const QImage picture = readSmallPicture(path, within);
-    const auto deliver = [request, picture] {
-      if (request->loaded) request->loaded(picture);
-    };
-    const std::scoped_lock lock(request->mutex);
-    if (request->receiver == nullptr) return;
-    QMetaObject::invokeMethod(request->receiver, deliver, Qt::QueuedConnection);
-  });
+  request_ = std::make_shared<const Loaded>(std::move(loaded));
+  // The application waits for the threads of the pool before it goes.
+  QThreadPool::globalInstance()->start(
+      [request = std::weak_ptr(request_), application = qApp, path, within] {
+        const auto deliver = [request, picture = readSmallPicture(path, within)] {
+          if (const auto wanted = request.lock()) (*wanted)(picture);
+        };
+        QMetaObject::invokeMethod(application, deliver, Qt::QueuedConnection);
+      });
 }
 
 }  // namespace linux_desktop

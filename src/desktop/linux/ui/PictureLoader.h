@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QImage>
-#include <QObject>
 #include <QSize>
 #include <QString>
 #include <functional>
@@ -19,19 +18,13 @@ class PictureLoader {
   /// Called from the event loop, with a null image as readSmallPicture() has it.
   using Loaded = std::function<void(const QImage& picture)>;
 
-  PictureLoader() = default;
-  ~PictureLoader();
-  PictureLoader(const PictureLoader&) = delete;
-  PictureLoader& operator=(const PictureLoader&) = delete;
-
   /// What was asked for before and has not come yet does not come any more.
   void load(const QString& path, QSize within, Loaded loaded);
-  void cancel();
+  void cancel() { request_.reset(); }
 
  private:
-  struct Request;
-  QObject receiver_;
-  std::shared_ptr<Request> request_;
+  /// Gone once nobody waits any more. The main thread's alone.
+  std::shared_ptr<const Loaded> request_;
 };
 
 }  // namespace linux_desktop

@@ -1,10 +1,8 @@
 #include "desktop/linux/ui/QtDialogs.h"
 
+#include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
-#include <QFileSystemModel>
-#include <QGridLayout>
-#include <QItemSelectionModel>
-#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -15,11 +13,55 @@
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/ui/ButtonWidgets.h"
 #include "desktop/linux/ui/ExposeWatch.h"
-#include "desktop/linux/ui/PicturePreview.h"
 #include "desktop/linux/ui/QtWindowPeer.h"
 #include "desktop/linux/ui/ShortcutText.h"
 
 namespace linux_desktop {
+
+using platform::NSAlertStyle;
+
+namespace {
+
+QMessageBox::Icon iconFor(NSAlertStyle style) {
+  switch (style) {
+    case NSAlertStyle::Warning:
+      return QMessageBox::Warning;
+    case NSAlertStyle::Informational:
+      return QMessageBox::Information;
+    case NSAlertStyle::Critical:
+      return QMessageBox::Critical;
+  }
+  return QMessageBox::NoIcon;
+}
+
+/// Desktops differ in whether they mind the letter case.
+QStringList patternsFor(const std::vector<std::string>& types) {
+  QStringList patterns;
+  for (const std::string& type : types) {
+    const QString suffix = QString::fromStdString(type);
+    patterns << "*." + suffix.toLower() << "*." + suffix.toUpper();
+  }
+  patterns.removeDuplicates();
+  return patterns.isEmpty() ? QStringList("*") : patterns;
+}
+
+QString folderOfPictures() {
+  const QString path = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+  return QFileInfo(path).isDir() ? path : QDir::homePath();
+}
+
+std::optional<std::string> chosenIn(const QFileDialog& dialog, const QStringList& patterns) {
+  const QFileInfo file(dialog.selectedFiles().value(0));
+  if (file.isFile() && QDir::match(patterns, file.fileName())) {
+    return file.absoluteFilePath().toStdString();
+  }
+  qCWarning(lcUi) << "a file was chosen that is not of the types asked for";
+  return std::nullopt;
+}
+
+}  // namespace
+
+// --- What both have in common ---
 
 ModalDialog::ModalDialog(std::unique_ptr<QDialog> dialog, QtWindowPeer* window,
                          WindowServices& services)
@@ -61,33 +103,16 @@ void ModalDialog::end() {
   for (QtWindowPeer* peer : services_.shown) peer->alertDidEnd();
 }
 
-using platform::NSAlert;
-using platform::NSAlertStyle;
+// --- Alerts ---
 
-namespace {
-
-QMessageBox::Icon iconFor(NSAlertStyle style) {
-  switch (style) {
-    case NSAlertStyle::Warning:
-      return QMessageBox::Warning;
-    case NSAlertStyle::Informational:
-      return QMessageBox::Information;
-    case NSAlertStyle::Critical:
-      return QMessageBox::Critical;
-  }
-  return QMessageBox::NoIcon;
-}
-
-}  // namespace
-
-QtAlert::QtAlert(const NSAlert& alert, Answered answered, QtWindowPeer* sheetOf,
+QtAlert::QtAlert(const platform::NSAlert& alert, Answered answered, QtWindowPeer* sheetOf,
                  WindowServices& services)
     : answered_(std::move(answered)),
       dialog_(boxFor(alert, sheetOf != nullptr), sheetOf, services) {
   dialog_.show();
 }
 
-std::unique_ptr<QMessageBox> QtAlert::boxFor(const NSAlert& alert, bool isSheet) {
+std::unique_ptr<QDialog> QtAlert::boxFor(const platform::NSAlert& alert, bool isSheet) {
   auto box = std::make_unique<QMessageBox>(iconFor(alert.alertStyle()), QStringLiteral("Calmdeck"),
                                            QString::fromStdString(alert.messageText()));
   box->setTextFormat(Qt::PlainText);
@@ -111,106 +136,7 @@ void QtAlert::finish(std::size_t button) {
   if (answered) answered(button);
 }
 
-namespace {
-
-/// Room for the places, the whole list and the preview beside one another.
-constexpr QSize kSize(900, 520);
-
-QStringList lowerCase(const std::vector<std::string>& types) {
-  QStringList result;
-  for (const std::string& type : types) result << QString::fromStdString(type).toLower();
-  result.removeDuplicates();
-  return result;
-}
-
-/// Desktops differ in whether they mind the letter case.
-QString filterFor(const QStringList& types) {
-  QStringList patterns;
-  for (const QString& type : types) patterns << "*." + type << "*." + type.toUpper();
-  patterns.removeDuplicates();
-  return types.isEmpty() ? QStringLiteral("All files (*)")
-                         : QStringLiteral("Suitable files (%1)").arg(patterns.join(' '));
-}
-
-QString folder(QStandardPaths::StandardLocation location) {
-  const QString path = QStandardPaths::writableLocation(location);
-  return QFileInfo(path).isDir() ? path : QString();
-}
-
-}  // namespace
-
-ChooseFileDialog::ChooseFileDialog(const platform::NSOpenPanel& panel)
-    : types_(lowerCase(panel.allowedFileTypes())) {
-  setAcceptMode(QFileDialog::AcceptOpen);
-  setFileMode(QFileDialog::ExistingFile);
-  setSupportedSchemes({QStringLiteral("file")});
-  setOption(QFileDialog::HideNameFilterDetails);
-  setOption(QFileDialog::ReadOnly);
-  setWindowTitle(QString::fromStdString(panel.message()));
-  setLabelText(QFileDialog::Accept, plainTitle(panel.prompt()));
-  setNameFilter(filterFor(types_));
-  const QString pictures = folder(QStandardPaths::PicturesLocation);
-  setDirectory(pictures.isEmpty() ? folder(QStandardPaths::HomeLocation) : pictures);
-  if (isNative()) return;
-  addPlaces();
-  addPreview();
-}
-
-void ChooseFileDialog::addPreview() {
-  auto* grid = qobject_cast<QGridLayout*>(layout());
-  if (grid == nullptr) return;
-  auto* preview = std::make_unique<PicturePreview>(this).release();
-  grid->addWidget(preview, 1, grid->columnCount());
-  resize(kSize);
-  const auto* list = findChild<QListView*>(QStringLiteral("listView"));
-  if (list == nullptr) return;
-  // Tells of files that were typed or found by their first letters as well.
-  const QItemSelectionModel* selection = list->selectionModel();
-  connect(selection, &QItemSelectionModel::selectionChanged, preview, [selection, preview] {
-    const QModelIndexList rows = selection->selectedRows();
-    preview->show(rows.isEmpty() ? QString()
-                                 : rows.front().data(QFileSystemModel::FilePathRole).toString());
-  });
-}
-
-void ChooseFileDialog::addPlaces() {
-  using Paths = QStandardPaths;
-  QList<QUrl> places;
-  for (const auto place : {Paths::HomeLocation, Paths::PicturesLocation, Paths::DownloadLocation,
-                           Paths::DesktopLocation}) {
-    const QUrl url = QUrl::fromLocalFile(folder(place));
-    if (!url.isEmpty() && !places.contains(url)) places << url;
-  }
-  setSidebarUrls(places << QUrl::fromLocalFile(QStringLiteral("/")));
-}
-
-std::optional<std::string> ChooseFileDialog::chosen() const {
-  const QStringList files = selectedFiles();
-  if (files.size() != 1) return std::nullopt;
-  const QFileInfo file(files.front());
-  const bool isOffered = types_.isEmpty() || types_.contains(file.suffix().toLower());
-  if (!file.isFile() || !isOffered) return std::nullopt;
-  return file.absoluteFilePath().toStdString();
-}
-
-void ChooseFileDialog::done(int result) {
-  if (result == QDialog::Accepted && !chosen()) {
-    // A desktop's own dialog is gone by now.
-    if (!isNative()) return sayWhyNot();
-    qCWarning(lcUi) << "a file was chosen that is not of the types asked for";
-  }
-  QFileDialog::done(result);
-}
-
-void ChooseFileDialog::sayWhyNot() {
-  auto* box = std::make_unique<QMessageBox>(
-                  QMessageBox::Information, windowTitle(),
-                  QStringLiteral("This file is not of a type that can be used here."),
-                  QMessageBox::Ok, this)
-                  .release();
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();
-}
+// --- Open panels ---
 
 QtOpenPanel::QtOpenPanel(const platform::NSOpenPanel& panel, Answered answered,
                          WindowServices& services)
@@ -219,11 +145,22 @@ QtOpenPanel::QtOpenPanel(const platform::NSOpenPanel& panel, Answered answered,
 }
 
 std::unique_ptr<QDialog> QtOpenPanel::dialogFor(const platform::NSOpenPanel& panel) {
-  auto dialog = std::make_unique<ChooseFileDialog>(panel);
-  const ChooseFileDialog& shown = *dialog;
-  QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [this, &shown](int result) {
-    finish(result == QDialog::Accepted ? shown.chosen() : std::nullopt);
-  });
+  const QStringList patterns = patternsFor(panel.allowedFileTypes());
+  auto dialog = std::make_unique<QFileDialog>();
+  dialog->setAcceptMode(QFileDialog::AcceptOpen);
+  dialog->setFileMode(QFileDialog::ExistingFile);
+  dialog->setSupportedSchemes({QStringLiteral("file")});
+  dialog->setOption(QFileDialog::HideNameFilterDetails);
+  dialog->setOption(QFileDialog::ReadOnly);
+  dialog->setWindowTitle(QString::fromStdString(panel.message()));
+  dialog->setLabelText(QFileDialog::Accept, plainTitle(panel.prompt()));
+  dialog->setNameFilter(QStringLiteral("Suitable files (%1)").arg(patterns.join(' ')));
+  dialog->setDirectory(folderOfPictures());
+  QObject::connect(dialog.get(), &QDialog::finished, dialog.get(),
+                   [this, &shown = *dialog, patterns](int result) {
+                     const bool isAccepted = result == QDialog::Accepted;
+                     finish(isAccepted ? chosenIn(shown, patterns) : std::nullopt);
+                   });
   return dialog;
 }
 

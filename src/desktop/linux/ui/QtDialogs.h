@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QFileDialog>
-#include <QMessageBox>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -51,36 +49,16 @@ class QtAlert final : public platform::port::Windows::ModalPeer {
           WindowServices& services);
 
  private:
-  [[nodiscard]] std::unique_ptr<QMessageBox> boxFor(const platform::NSAlert& alert, bool isSheet);
+  [[nodiscard]] std::unique_ptr<QDialog> boxFor(const platform::NSAlert& alert, bool isSheet);
   void finish(std::size_t button);
 
   Answered answered_;
   ModalDialog dialog_;
 };
 
-/// The desktop's own dialog for choosing a file where there is one, else Qt's with a preview. Only
-/// files of the panel's types are offered, and no other is taken. Begins in the user's folder of
-/// pictures.
-class ChooseFileDialog final : public QFileDialog {
- public:
-  explicit ChooseFileDialog(const platform::NSOpenPanel& panel);
-
-  /// The file that was chosen, absolute; none when it is not one of those offered.
-  [[nodiscard]] std::optional<std::string> chosen() const;
-
- protected:
-  void done(int result) override;
-
- private:
-  [[nodiscard]] bool isNative() const { return layout() == nullptr; }
-  void addPreview();
-  void addPlaces();
-  void sayWhyNot();
-
-  QStringList types_;
-};
-
-/// An open panel as a file dialog, for which all windows of the application wait.
+/// An open panel as the desktop's own dialog for files, or Qt's where there is none. All windows of
+/// the application wait for it. It begins in the user's folder of pictures, offers files of the
+/// panel's types alone, and any other that somebody types the name of counts as no answer.
 class QtOpenPanel final : public platform::port::Windows::ModalPeer {
  public:
   using Answered = std::function<void(std::optional<std::string> path)>;
