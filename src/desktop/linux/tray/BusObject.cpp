@@ -12,23 +12,27 @@ const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 
 QString described(const BusInterface::Types& types, const char* direction) {
   QString text;
-  for (const QString& type : types)
+  for (const QString& type : types) {
     text += QStringLiteral("<arg type=\"%1\"%2/>").arg(type, QLatin1String(direction));
+  }
   return text;
 }
 
 /// The <interface> element that introspection shows.
 QString described(const BusInterface& interface) {
   QString text = QStringLiteral("<interface name=\"%1\">\n").arg(interface.name);
-  for (const auto& [name, property] : interface.properties)
+  for (const auto& [name, property] : interface.properties) {
     text += QStringLiteral("<property name=\"%1\" type=\"%2\" access=\"read\"/>\n")
                 .arg(name, property.type);
-  for (const auto& [name, method] : interface.methods)
+  }
+  for (const auto& [name, method] : interface.methods) {
     text += QStringLiteral("<method name=\"%1\">%2%3</method>\n")
                 .arg(name, described(method.taken, " direction=\"in\""),
                      described(method.returned, " direction=\"out\""));
-  for (const auto& [name, types] : interface.emitted)
+  }
+  for (const auto& [name, types] : interface.emitted) {
     text += QStringLiteral("<signal name=\"%1\">%2</signal>\n").arg(name, described(types, ""));
+  }
   return text + QStringLiteral("</interface>\n");
 }
 
@@ -40,8 +44,9 @@ BusObject::BusObject(QDBusConnection connection, QString path, BusInterface inte
       path_(std::move(path)),
       interface_(std::move(interface)),
       called_(std::move(called)) {
-  if (!connection_.registerVirtualObject(path_, this))
+  if (!connection_.registerVirtualObject(path_, this)) {
     qCWarning(lcTray, "the bus object %s cannot be offered", qUtf8Printable(path_));
+  }
 }
 
 BusObject::~BusObject() {
@@ -71,20 +76,23 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
 
 QDBusMessage BusObject::answer(const QDBusMessage& call) const {
   const auto method = interface_.methods.find(call.member());
-  if (method == interface_.methods.end())
+  if (method == interface_.methods.end()) {
     return call.createErrorReply(QDBusError::UnknownMethod, "No such method: " + call.member());
+  }
   return call.createReply(method->second.answer(call));
 }
 
 QDBusMessage BusObject::answerAboutProperties(const QDBusMessage& call) const {
   const QVariantList arguments = call.arguments();
   if (call.member() == "GetAll") return call.createReply(allProperties());
-  if (call.member() != "Get" || arguments.size() != 2)
+  if (call.member() != "Get" || arguments.size() != 2) {
     return call.createErrorReply(QDBusError::PropertyReadOnly, "Properties can only be read");
+  }
   const auto property = interface_.properties.find(arguments[1].toString());
-  if (property == interface_.properties.end())
+  if (property == interface_.properties.end()) {
     return call.createErrorReply(QDBusError::UnknownProperty,
                                  "No such property: " + arguments[1].toString());
+  }
   return call.createReply(QVariant::fromValue(QDBusVariant(property->second.read())));
 }
 

@@ -1,13 +1,37 @@
 #pragma once
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <functional>
 #include <map>
+#include <tuple>
 #include <vector>
 
 namespace linux_desktop {
+
+/// A D-Bus structure: `kFields` is a tuple of pointers to its members, in their order on the bus.
+template <class T>
+concept BusStructure = requires {
+  T::kFields;
+};
+
+template <BusStructure T>
+QDBusArgument& operator<<(QDBusArgument& out, const T& structure) {
+  out.beginStructure();
+  std::apply([&](auto... field) { (out << ... << (structure.*field)); }, T::kFields);
+  out.endStructure();
+  return out;
+}
+
+template <BusStructure T>
+const QDBusArgument& operator>>(const QDBusArgument& in, T& structure) {
+  in.beginStructure();
+  std::apply([&](auto... field) { (in >> ... >> (structure.*field)); }, T::kFields);
+  in.endStructure();
+  return in;
+}
 
 /// What one interface of ours offers on the bus, as tables. Types are D-Bus signatures, one for
 /// each argument.

@@ -1,75 +1,50 @@
 #include "desktop/linux/tray/DBusMenu.h"
 
 #include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QStringList>
+#include <tuple>
 
 namespace linux_desktop {
 
-QDBusArgument& operator<<(QDBusArgument& out, const LayoutItem& item) {
-  out.beginStructure();
-  out << item.id << item.properties << item.children;
-  out.endStructure();
-  return out;
-}
+// The structures of com.canonical.dbusmenu, by their signatures.
 
-const QDBusArgument& operator>>(const QDBusArgument& in, LayoutItem& item) {
-  in.beginStructure();
-  in >> item.id >> item.properties >> item.children;
-  in.endStructure();
-  return in;
-}
+/// (ia{sv}av): an item with its children, each of them again one of these.
+struct LayoutItem {
+  int id = 0;
+  QVariantMap properties;
+  QVariantList children;
 
-QDBusArgument& operator<<(QDBusArgument& out, const ItemProperties& item) {
-  out.beginStructure();
-  out << item.id << item.properties;
-  out.endStructure();
-  return out;
-}
+  static constexpr std::tuple kFields{&LayoutItem::id, &LayoutItem::properties,
+                                      &LayoutItem::children};
+};
 
-const QDBusArgument& operator>>(const QDBusArgument& in, ItemProperties& item) {
-  in.beginStructure();
-  in >> item.id >> item.properties;
-  in.endStructure();
-  return in;
-}
+/// (ia{sv})
+struct ItemProperties {
+  int id = 0;
+  QVariantMap properties;
 
-QDBusArgument& operator<<(QDBusArgument& out, const RemovedProperties& item) {
-  out.beginStructure();
-  out << item.id << item.names;
-  out.endStructure();
-  return out;
-}
+  static constexpr std::tuple kFields{&ItemProperties::id, &ItemProperties::properties};
+};
 
-const QDBusArgument& operator>>(const QDBusArgument& in, RemovedProperties& item) {
-  in.beginStructure();
-  in >> item.id >> item.names;
-  in.endStructure();
-  return in;
-}
+/// (ias)
+struct RemovedProperties {
+  int id = 0;
+  QStringList names;
 
-QDBusArgument& operator<<(QDBusArgument& out, const MenuEvent& event) {
-  out.beginStructure();
-  out << event.id << event.name << event.data << event.timestamp;
-  out.endStructure();
-  return out;
-}
+  static constexpr std::tuple kFields{&RemovedProperties::id, &RemovedProperties::names};
+};
 
-const QDBusArgument& operator>>(const QDBusArgument& in, MenuEvent& event) {
-  in.beginStructure();
-  in >> event.id >> event.name >> event.data >> event.timestamp;
-  in.endStructure();
-  return in;
-}
+/// (isvu)
+struct MenuEvent {
+  int id = 0;
+  QString name;
+  QDBusVariant data;
+  uint timestamp = 0;
 
-void registerDBusMenuTypes() {
-  qDBusRegisterMetaType<LayoutItem>();
-  qDBusRegisterMetaType<ItemProperties>();
-  qDBusRegisterMetaType<QList<ItemProperties>>();
-  qDBusRegisterMetaType<RemovedProperties>();
-  qDBusRegisterMetaType<QList<RemovedProperties>>();
-  qDBusRegisterMetaType<MenuEvent>();
-  qDBusRegisterMetaType<QList<MenuEvent>>();
-  qDBusRegisterMetaType<QList<int>>();
-}
+  static constexpr std::tuple kFields{&MenuEvent::id, &MenuEvent::name, &MenuEvent::data,
+                                      &MenuEvent::timestamp};
+};
 
 namespace {
 
@@ -86,14 +61,25 @@ T argument(const QDBusMessage& call, int index) {
   return qdbus_cast<T>(call.arguments().value(index));
 }
 
+/// Makes the structures known to QtDBus; again does no harm.
+void registerTypes() {
+  qDBusRegisterMetaType<LayoutItem>();
+  qDBusRegisterMetaType<ItemProperties>();
+  qDBusRegisterMetaType<QList<ItemProperties>>();
+  qDBusRegisterMetaType<RemovedProperties>();
+  qDBusRegisterMetaType<QList<RemovedProperties>>();
+  qDBusRegisterMetaType<MenuEvent>();
+  qDBusRegisterMetaType<QList<MenuEvent>>();
+  qDBusRegisterMetaType<QList<int>>();
+}
+
 }  // namespace
 
 DBusMenu::DBusMenu(const QDBusConnection& connection, MenuOpening& opening)
-    : opening_(opening),
-      entries_(kExpected),
-      object_(connection, kPath, (registerDBusMenuTypes(), makeInterface())) {}
+    : opening_(opening), entries_(kExpected), object_(connection, kPath, makeInterface()) {}
 
 BusInterface DBusMenu::makeInterface() {
+  registerTypes();
   const auto event = [this](const QDBusMessage& call) {
     handleEvent(argument<int>(call, 0), argument<QString>(call, 1));
     return QVariantList();
@@ -146,16 +132,18 @@ QVariantList DBusMenu::getLayout(const QDBusMessage& call) const {
 LayoutItem DBusMenu::layoutOf(int id, int depth) const {
   LayoutItem item{id, propertiesOf(id), {}};
   if (id != kRoot || depth == 0) return item;
-  for (int child = 1; knows(child); ++child)
+  for (int child = 1; knows(child); ++child) {
     item.children.append(QVariant::fromValue(layoutOf(child, 0)));
+  }
   return item;
 }
 
 QVariantList DBusMenu::getGroupProperties(const QDBusMessage& call) const {
   QList<ItemProperties> groups;
   const auto ids = argument<QList<int>>(call, 0);
-  for (const int id : ids)
+  for (const int id : ids) {
     if (knows(id)) groups.append({id, propertiesOf(id)});
+  }
   for (int id = kRoot; ids.isEmpty() && knows(id); ++id) groups.append({id, propertiesOf(id)});
   return {QVariant::fromValue(groups)};
 }
@@ -194,8 +182,9 @@ bool DBusMenu::aboutToShow(int id, MenuOpening::Sign sign) {
 void DBusMenu::handleEvent(int id, const QString& name) {
   if (id == kRoot && name == "opened") opening_.begin(MenuOpening::Sign::Opened);
   if (id == kRoot && name == "closed") opening_.endUnlessChosen();
-  if (id != kRoot && knows(id) && name == "clicked")
+  if (id != kRoot && knows(id) && name == "clicked") {
     opening_.choose(static_cast<std::size_t>(id - 1));
+  }
 }
 
 bool DBusMenu::knows(int id) const {

@@ -8,14 +8,6 @@
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {
-
-MenuEntries entriesOf(const platform::NSMenu& menu) {
-  MenuEntries entries;
-  for (const auto& item : menu.itemArray())
-    entries.push_back({QString::fromStdString(item->title()), item->isEnabled()});
-  return entries;
-}
-
 namespace {
 
 using namespace std::chrono_literals;
@@ -25,7 +17,16 @@ constexpr auto kChoiceWindow = 100ms;
 
 }  // namespace
 
-MenuOpening::MenuOpening(platform::port::StatusItemClient& client) : client_(client) {
+MenuEntries entriesOf(const platform::NSMenu& menu) {
+  MenuEntries entries;
+  for (const auto& item : menu.itemArray()) {
+    entries.push_back({QString::fromStdString(item->title()), item->isEnabled()});
+  }
+  return entries;
+}
+
+MenuOpening::MenuOpening(platform::port::StatusItemClient& client, std::function<void()> requested)
+    : client_(client), requested_(std::move(requested)) {
   choiceWindow_.setSingleShot(true);
   choiceWindow_.setInterval(kChoiceWindow);
   QObject::connect(&choiceWindow_, &QTimer::timeout, &choiceWindow_, [this] { end(); });
@@ -39,6 +40,7 @@ void MenuOpening::begin(Sign sign) {
   chosenEarly_.reset();
   ++unanswered_;
   reporting_ = true;
+  if (requested_) requested_();
   client_.statusItemClicked(platform::NSEventType::RightMouseUp);
   reporting_ = false;
 }

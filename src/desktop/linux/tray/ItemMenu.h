@@ -1,14 +1,15 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <optional>
 #include <QMenu>
 #include <QObject>
 #include <QPoint>
 #include <QPointer>
 #include <QString>
 #include <QTimer>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -44,7 +45,9 @@ class MenuOpening {
   /// What tells that a menu is wanted. A panel gives each at most once an opening.
   enum class Sign : std::uint8_t { AboutToShow, AboutToShowGroup, Opened, Asked };
 
-  explicit MenuOpening(platform::port::StatusItemClient& client);
+  /// `requested` is called before each report of a request.
+  explicit MenuOpening(platform::port::StatusItemClient& client,
+                       std::function<void()> requested = {});
 
   void begin(Sign sign);
   /// The client has put its menu in place.
@@ -64,6 +67,7 @@ class MenuOpening {
   void reportEndLater(std::optional<std::size_t> chosen);
 
   platform::port::StatusItemClient& client_;
+  std::function<void()> requested_;
   std::set<Sign> signs_;     // given so far for the opening in progress
   bool reporting_ = false;   // inside the report of a request
   int unanswered_ = 0;       // requests that the client has not attached a menu for

@@ -1,6 +1,5 @@
 #include "desktop/linux/tray/StatusImages.h"
 
-#include <QDBusMetaType>
 #include <QPainter>
 #include <QSvgRenderer>
 #include <QtEndian>
@@ -9,41 +8,6 @@
 #include "platform/appkit/NSImage.h"
 
 namespace linux_desktop {
-
-QDBusArgument& operator<<(QDBusArgument& out, const IconPixmap& pixmap) {
-  out.beginStructure();
-  out << pixmap.width << pixmap.height << pixmap.pixels;
-  out.endStructure();
-  return out;
-}
-
-const QDBusArgument& operator>>(const QDBusArgument& in, IconPixmap& pixmap) {
-  in.beginStructure();
-  in >> pixmap.width >> pixmap.height >> pixmap.pixels;
-  in.endStructure();
-  return in;
-}
-
-QDBusArgument& operator<<(QDBusArgument& out, const ToolTip& toolTip) {
-  out.beginStructure();
-  out << toolTip.iconName << toolTip.icon << toolTip.title << toolTip.text;
-  out.endStructure();
-  return out;
-}
-
-const QDBusArgument& operator>>(const QDBusArgument& in, ToolTip& toolTip) {
-  in.beginStructure();
-  in >> toolTip.iconName >> toolTip.icon >> toolTip.title >> toolTip.text;
-  in.endStructure();
-  return in;
-}
-
-void registerIconPixmapTypes() {
-  qDBusRegisterMetaType<IconPixmap>();
-  qDBusRegisterMetaType<IconPixmaps>();
-  qDBusRegisterMetaType<ToolTip>();
-}
-
 namespace {
 
 /// Icon sizes of the usual panels at scale 1 and 2; a panel scales from the next larger one.
@@ -68,16 +32,18 @@ IconPixmap toPixmap(const QImage& picture) {
 
 StatusImage renderAll(std::string_view svg) {
   QSvgRenderer renderer;
-  if (!svg.empty())
+  if (!svg.empty()) {
     renderer.load(QByteArray::fromRawData(svg.data(), static_cast<qsizetype>(svg.size())));
+  }
   StatusImage image;
   for (const int size : kSizes) {
     const QImage picture = render(renderer, size);
     image.icon.addPixmap(QPixmap::fromImage(picture));
     image.pixmaps.append(toPixmap(picture));
   }
-  if (!svg.empty() && !renderer.isValid())
+  if (!svg.empty() && !renderer.isValid()) {
     qCWarning(lcTray, "a status picture is not valid SVG; the icon stays empty");
+  }
   return image;
 }
 

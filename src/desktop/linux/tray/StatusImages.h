@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QByteArray>
-#include <QDBusArgument>
 #include <QIcon>
 #include <QList>
 #include <map>
+#include <tuple>
 
 namespace platform {
 class NSImage;
@@ -18,25 +18,11 @@ struct IconPixmap {
   int width = 0;
   int height = 0;
   QByteArray pixels;
+
+  static constexpr std::tuple kFields{&IconPixmap::width, &IconPixmap::height, &IconPixmap::pixels};
 };
 
 using IconPixmaps = QList<IconPixmap>;
-
-/// Signature (sa(iiay)ss).
-struct ToolTip {
-  QString iconName;
-  IconPixmaps icon;
-  QString title;
-  QString text;
-};
-
-QDBusArgument& operator<<(QDBusArgument& out, const IconPixmap& pixmap);
-const QDBusArgument& operator>>(const QDBusArgument& in, IconPixmap& pixmap);
-QDBusArgument& operator<<(QDBusArgument& out, const ToolTip& toolTip);
-const QDBusArgument& operator>>(const QDBusArgument& in, ToolTip& toolTip);
-
-/// Makes the structures known to QtDBus. Call it before the first use; again does no harm.
-void registerIconPixmapTypes();
 
 /// One picture in every size that panels show, for both tray protocols.
 struct StatusImage {

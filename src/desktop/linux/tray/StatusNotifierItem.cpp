@@ -1,16 +1,37 @@
 #include "desktop/linux/tray/StatusNotifierItem.h"
 
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <climits>
+#include <tuple>
 #include <utility>
 
-#include "desktop/linux/tray/DBusMenu.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/tray/DBusMenu.h"
 
 namespace linux_desktop {
+
+/// Signature (sa(iiay)ss).
+struct ToolTip {
+  QString iconName;
+  IconPixmaps icon;
+  QString title;
+  QString text;
+
+  static constexpr std::tuple kFields{&ToolTip::iconName, &ToolTip::icon, &ToolTip::title,
+                                      &ToolTip::text};
+};
+
 namespace {
+
+/// Makes the structures known to QtDBus; again does no harm.
+void registerTypes() {
+  qDBusRegisterMetaType<IconPixmap>();
+  qDBusRegisterMetaType<IconPixmaps>();
+  qDBusRegisterMetaType<ToolTip>();
+}
 
 BusInterface::Property text(const char* value) {
   return {"s", [value] { return QVariant(value); }};
@@ -29,9 +50,10 @@ BusInterface::Property constant(const char* type, const QVariant& value) {
 StatusNotifierItem::StatusNotifierItem(const QDBusConnection& connection, Reports reports)
     : connection_(connection),
       reports_(std::move(reports)),
-      object_(connection, kPath, (registerIconPixmapTypes(), makeInterface()), reports_.called) {}
+      object_(connection, kPath, makeInterface(), reports_.called) {}
 
 BusInterface StatusNotifierItem::makeInterface() {
+  registerTypes();
   const auto reporting = [this](const std::function<void(const Click&)>& what) {
     return [this, &what](const QDBusMessage& call) {
       report(what, call);
@@ -106,8 +128,9 @@ void StatusNotifierItem::registerWith(const QString& watcher) {
   // No time limit: a watcher that hangs reads the call when it goes on, and nothing waits for it.
   auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call, INT_MAX), &later_);
   QObject::connect(reply, &QDBusPendingCallWatcher::finished, &later_, [reply] {
-    if (reply->isError())
+    if (reply->isError()) {
       qCInfo(lcTray) << "the tray did not take the icon:" << reply->error().message();
+    }
     reply->deleteLater();
   });
 }

@@ -8,8 +8,9 @@ namespace linux_desktop {
 namespace {
 
 std::optional<QRect> panelAt(const QPoint& point, const std::vector<DesktopPanel>& panels) {
-  for (const DesktopPanel& panel : panels)
+  for (const DesktopPanel& panel : panels) {
     if (panel.geometry.contains(point)) return panel.geometry;
+  }
   return std::nullopt;
 }
 
@@ -52,8 +53,9 @@ std::optional<Anchor> TrayAnchor::atIcon(const Panels& panels) const {
 }
 
 std::optional<Anchor> TrayAnchor::fromPanels(const Panels& panels) const {
-  if (const auto tray = hostPid_ == 0 ? std::nullopt : windows_.partDrawnBy(hostPid_))
+  if (const auto tray = hostPid_ == 0 ? std::nullopt : windows_.partDrawnBy(hostPid_)) {
     return Anchor{tray->part.center(), tray->panel};
+  }
   const auto isHost = [this](const DesktopPanel& panel) {
     return hostPid_ != 0 && panel.pid == hostPid_;
   };

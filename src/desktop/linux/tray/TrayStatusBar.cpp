@@ -80,10 +80,11 @@ bool TrayStatusBar::wantsXEmbed() const {
 /// What goes is followed at once, and so is what the very first look finds.
 void TrayStatusBar::followSoon() {
   const bool mayBeStarting = saidNone_ || hasTray_;
-  if (wantsXEmbed() && mayBeStarting)
+  if (wantsXEmbed() && mayBeStarting) {
     settling_.start();
-  else
+  } else {
     followTrays();
+  }
 }
 
 void TrayStatusBar::followTrays() {
@@ -94,10 +95,11 @@ void TrayStatusBar::followTrays() {
   for (TrayStatusItem* item : items_) item->useXEmbed(xembed);
   setHasTray(watcher_.state() == State::Ready || (xembed && legacy_->isDocked()));
   if (hasTray_) return;
-  if (xembed)
+  if (xembed) {
     patience_.start();
-  else
+  } else {
     sayThatThereIsNone();
+  }
 }
 
 void TrayStatusBar::setHasTray(bool hasTray) {

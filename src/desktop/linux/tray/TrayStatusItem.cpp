@@ -5,6 +5,9 @@
 #include "desktop/linux/tray/TrayStatusBar.h"
 
 namespace linux_desktop {
+
+using platform::NSEventType;
+
 namespace {
 
 QString freshConnectionName() {
@@ -14,17 +17,11 @@ QString freshConnectionName() {
 
 }  // namespace
 
-void ObservedClient::statusItemClicked(platform::NSEventType type) {
-  // A copy: the observer may put another in its place.
-  if (const auto clicked = clicked_) clicked(type);
-  client_.statusItemClicked(type);
-}
-
 TrayStatusItem::TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemClient& client)
     : bar_(bar),
       client_(client),
       image_(&bar.images().rendered(nullptr)),
-      opening_(client_),
+      opening_(client, [this] { tellObserver(NSEventType::RightMouseUp); }),
       ownMenu_(opening_),
       connection_(bar.hasBus() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus,
                                                                freshConnectionName())
@@ -85,11 +82,17 @@ void TrayStatusItem::registerWith(const QString& watcher) {
 
 void TrayStatusItem::useXEmbed(bool use) {
   if (use == xembed_.has_value()) return;
-  if (use)
+  if (use) {
     xembed_.emplace(*image_, XEmbedIcon::Reports{.activated = [this] { activated({}); },
                                                  .menuAsked = [this] { menuAsked({}); }});
-  else
+  } else {
     xembed_.reset();
+  }
+}
+
+void TrayStatusItem::tellObserver(NSEventType click) const {
+  // A copy: the observer may put another in its place.
+  if (const auto observer = observer_) observer(click);
 }
 
 QString TrayStatusItem::takeToken() {
@@ -109,7 +112,8 @@ void TrayStatusItem::activated(const StatusNotifierItem::Click& click) {
   remember(click);
   // xfce4-panel keeps the closing of a menu to itself. While one is open it takes the clicks.
   opening_.end();
-  client_.statusItemClicked(platform::NSEventType::LeftMouseUp);
+  tellObserver(NSEventType::LeftMouseUp);
+  client_.statusItemClicked(NSEventType::LeftMouseUp);
 }
 
 void TrayStatusItem::menuAsked(const StatusNotifierItem::Click& click) {

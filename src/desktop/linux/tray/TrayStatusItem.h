@@ -17,23 +17,6 @@ namespace linux_desktop {
 
 class TrayStatusBar;
 
-/// The item's client, with somebody who is told of the clicks first.
-class ObservedClient final : public platform::port::StatusItemClient {
- public:
-  explicit ObservedClient(platform::port::StatusItemClient& client) : client_(client) {}
-  void setObserver(std::function<void(platform::NSEventType)> clicked) {
-    clicked_ = std::move(clicked);
-  }
-
-  void statusItemClicked(platform::NSEventType type) override;
-  void menuItemChosen(std::size_t index) override { client_.menuItemChosen(index); }
-  void menuDidClose() override { client_.menuDidClose(); }
-
- private:
-  platform::port::StatusItemClient& client_;
-  std::function<void(platform::NSEventType)> clicked_;
-};
-
 /// One icon, shown by whichever tray there is.
 class TrayStatusItem final : public platform::port::StatusItemPeer, public StatusItemAnchor {
  public:
@@ -50,7 +33,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   void menuRequested(QWidget& button) override;
   [[nodiscard]] QString takeToken() override;
   void setActivationObserver(std::function<void(platform::NSEventType)> activated) override {
-    client_.setObserver(std::move(activated));
+    observer_ = std::move(activated);
   }
 
   /// Makes the item known to a watcher that does not know it.
@@ -65,9 +48,11 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   void menuAsked(const StatusNotifierItem::Click& click);
   void remember(const StatusNotifierItem::Click& click);
   void requestMenu(const MenuPlace& place);
+  void tellObserver(platform::NSEventType click) const;
 
   TrayStatusBar& bar_;
-  ObservedClient client_;
+  platform::port::StatusItemClient& client_;
+  std::function<void(platform::NSEventType)> observer_;
   const StatusImage* image_;
   MenuOpening opening_;
   OwnMenu ownMenu_;

@@ -12,8 +12,9 @@ XEmbedIcon::XEmbedIcon(const StatusImage& image, Reports reports) : reports_(std
   connect(&icon_, &QSystemTrayIcon::activated, this,
           [this](QSystemTrayIcon::ActivationReason reason) {
             // The second of two quick clicks comes as a double click only.
-            if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
+            if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick) {
               reports_.activated();
+            }
             if (reason == QSystemTrayIcon::Context) reports_.menuAsked();
           });
   qApp->installEventFilter(this);
@@ -23,8 +24,9 @@ XEmbedIcon::XEmbedIcon(const StatusImage& image, Reports reports) : reports_(std
 /// Qt 6 drops the second of two quick clicks with the right button.
 bool XEmbedIcon::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::MouseButtonDblClick && watched->inherits("QSystemTrayIconSys") &&
-      static_cast<QMouseEvent*>(event)->button() == Qt::RightButton)
+      static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
     reports_.menuAsked();
+  }
   return false;
 }
 
