@@ -10,8 +10,29 @@
 namespace linux_desktop {
 namespace {
 
+// Of the menu's button.
+constexpr int kMargin = 7;
+constexpr int kSymbolWidth = 12;
+constexpr int kGap = 7;
+
 bool isReturn(int key) {
   return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+bool isSpace(int key) {
+  return key == Qt::Key_Space || key == Qt::Key_Select;
+}
+
+/// What is pressed may take the widget away.
+void reportClicks(QAbstractButton& widget, std::shared_ptr<platform::NSButton> button,
+                  PressObserver& presses) {
+  QObject::connect(&widget, &QAbstractButton::clicked, &widget,
+                   [&widget, button = std::move(button), &presses] {
+                     const auto pressed = button;
+                     const QPointF middle = widget.mapTo(widget.window(), widget.rect().center());
+                     presses.pressed(*pressed, middle);
+                     presses.released(*pressed, middle);
+                   });
 }
 
 }  // namespace
@@ -23,12 +44,7 @@ ButtonWidget::ButtonWidget(std::shared_ptr<platform::NSButton> button, PressObse
   QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed, QSizePolicy::PushButton);
   policy.setRetainSizeWhenHidden(true);
   setSizePolicy(policy);
-  connect(this, &QPushButton::clicked, this, [this, &presses] {
-    const auto pressed = button_;
-    const QPointF middle = mapTo(window(), rect().center());
-    presses.pressed(*pressed, middle);
-    presses.released(*pressed, middle);
-  });
+  reportClicks(*this, button_, presses);
   viewDidChange(platform::ViewChange::Content);
 }
 
@@ -37,7 +53,7 @@ void ButtonWidget::viewDidChange(platform::ViewChange) {
 }
 
 bool ButtonWidget::actsOn(int key) const {
-  return key == Qt::Key_Space || key == Qt::Key_Select || isReturn(key);
+  return isSpace(key) || isReturn(key);
 }
 
 void ButtonWidget::keyPressEvent(QKeyEvent* event) {
@@ -51,12 +67,7 @@ void ButtonWidget::keyPressEvent(QKeyEvent* event) {
 CheckboxWidget::CheckboxWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses,
                                QWidget* parent)
     : QCheckBox(parent), button_(std::move(button)) {
-  connect(this, &QCheckBox::clicked, this, [this, &presses] {
-    const auto pressed = button_;
-    const QPointF middle = mapTo(window(), rect().center());
-    presses.pressed(*pressed, middle);
-    presses.released(*pressed, middle);
-  });
+  reportClicks(*this, button_, presses);
   viewDidChange(platform::ViewChange::Content);
 }
 
@@ -66,16 +77,8 @@ void CheckboxWidget::viewDidChange(platform::ViewChange) {
 }
 
 bool CheckboxWidget::actsOn(int key) const {
-  return key == Qt::Key_Space || key == Qt::Key_Select;
+  return isSpace(key);
 }
-
-namespace {
-
-constexpr int kMargin = 7;
-constexpr int kSymbolWidth = 12;
-constexpr int kGap = 7;
-
-}  // namespace
 
 MenuButton::MenuButton(QWidget* parent) : QToolButton(parent) {
   setAutoRaise(true);
@@ -91,8 +94,7 @@ QSize MenuButton::sizeHint() const {
 }
 
 void MenuButton::keyPressEvent(QKeyEvent* event) {
-  const int key = event->key();
-  if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Down) {
+  if (isReturn(event->key()) || event->key() == Qt::Key_Down) {
     click();
   } else {
     QToolButton::keyPressEvent(event);

@@ -14,6 +14,36 @@
 #include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {
+namespace {
+
+// Of boxes.
+constexpr double kBoxRadius = 5;
+constexpr double kThin = 1;
+constexpr double kStrong = 2;
+constexpr double kTint = 0.12;
+constexpr int kMarginX = 10;
+constexpr int kMarginY = 5;
+/// The field is at least this wide in letters, so that it does not change with what it holds.
+constexpr int kLeastLetters = 24;
+
+// Of paths.
+constexpr QSize kThumbnail(64, 40);
+/// Read once, for the finest screen it may be moved to.
+constexpr int kMostPixelsPerPoint = 2;
+constexpr double kPictureRadius = 4;
+constexpr int kGap = 10;
+constexpr int kLetters = 42;
+
+bool isPath(const QString& text) {
+  return text.startsWith(QLatin1Char('/'));
+}
+
+/// What a reader says of a text that has a label.
+QString labelled(const QString& label, const QString& text) {
+  return QStringLiteral("%1: %2").arg(label, text);
+}
+
+}  // namespace
 
 LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
     : QLabel(parent), field_(std::move(field)) {
@@ -35,7 +65,7 @@ void LabelWidget::themeDidChange() {
 
 QString LabelWidget::accessibleName() const {
   const QString label = ViewWidget::accessibleName();
-  return label.isEmpty() || text().isEmpty() ? label : QStringLiteral("%1: %2").arg(label, text());
+  return label.isEmpty() || text().isEmpty() ? label : labelled(label, text());
 }
 
 void SeparatorWidget::paintEvent(QPaintEvent*) {
@@ -76,19 +106,6 @@ void ImageWidget::paintEvent(QPaintEvent*) {
   QPainter(this).drawImage(rect(), picture);
 }
 
-namespace {
-
-constexpr double kBoxRadius = 5;
-constexpr double kThin = 1;
-constexpr double kStrong = 2;
-constexpr double kTint = 0.12;
-constexpr int kMarginX = 10;
-constexpr int kMarginY = 5;
-/// The field is at least this wide in letters, so that it does not change with what it holds.
-constexpr int kLeastLetters = 24;
-
-}  // namespace
-
 BoxWidget::BoxWidget(std::shared_ptr<platform::NSBox> box, QWidget* parent)
     : QWidget(parent), box_(std::move(box)) {
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -126,21 +143,6 @@ void BoxWidget::paintEvent(QPaintEvent*) {
   painter.drawRoundedRect(frame, kBoxRadius, kBoxRadius);
 }
 
-namespace {
-
-constexpr QSize kThumbnail(64, 40);
-/// Read once, for the finest screen it may be moved to.
-constexpr int kMostPixelsPerPoint = 2;
-constexpr double kPictureRadius = 4;
-constexpr int kGap = 10;
-constexpr int kLetters = 42;
-
-bool isPath(const QString& text) {
-  return text.startsWith(QLatin1Char('/'));
-}
-
-}  // namespace
-
 FilePathWidget::FilePathWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
     : QWidget(parent), field_(std::move(field)) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -175,7 +177,7 @@ QString FilePathWidget::text() const {
 
 QString FilePathWidget::accessibleName() const {
   const QString label = ViewWidget::accessibleName();
-  return label.isEmpty() ? text() : QStringLiteral("%1: %2").arg(label, text());
+  return label.isEmpty() ? text() : labelled(label, text());
 }
 
 QSize FilePathWidget::sizeHint() const {

@@ -10,7 +10,36 @@
 #include <vector>
 
 namespace linux_desktop {
+
+using platform::CALayer;
+using platform::NSRect;
+using platform::NSShadow;
+using platform::NSView;
+
 namespace {
+
+// --- Shapes ---
+
+QPainterPath rounded(const QRectF& rect, double radius) {
+  QPainterPath path;
+  const double fitting = std::clamp(radius, 0.0, std::min(rect.width(), rect.height()) / 2);
+  if (!rect.isEmpty()) path.addRoundedRect(rect, fitting, fitting);
+  return path;
+}
+
+QRectF inset(const QRectF& rect, double by) {
+  return rect.adjusted(by, by, -by, -by);
+}
+
+/// The ring between the edge and `width` inside it; all of the shape where the ring closes.
+QPainterPath border(const QRectF& bounds, double radius, double width) {
+  QPainterPath path = rounded(bounds, radius);
+  path.addPath(rounded(inset(bounds, width), radius - width));
+  path.setFillRule(Qt::OddEvenFill);
+  return path;
+}
+
+// --- Shadows ---
 
 std::vector<double> gaussian(double deviation, int reach) {
   std::vector<double> kernel;
@@ -55,9 +84,7 @@ QImage shape(QSizeF size, double cornerRadius, int reach) {
   mask.fill(0);
   QPainter painter(&mask);
   painter.setRenderHint(QPainter::Antialiasing);
-  QPainterPath path;
-  path.addRoundedRect(QRectF(QPointF(reach, reach), size), cornerRadius, cornerRadius);
-  painter.fillPath(path, Qt::black);
+  painter.fillPath(rounded(QRectF(QPointF(reach, reach), size), cornerRadius), Qt::black);
   return mask;
 }
 
@@ -104,40 +131,7 @@ class RecentShadows {
   std::list<Entry> shadows_;  // the last one first
 };
 
-}  // namespace
-
-SoftShadow softShadow(QSizeF size, double cornerRadius, double deviation, const QColor& color) {
-  static RecentShadows recent;
-  const Key key{size.width(), size.height(), cornerRadius, deviation, color.rgba()};
-  if (const SoftShadow* known = recent.find(key)) return *known;
-  return recent.add(key, blurred(size, cornerRadius, deviation, color));
-}
-
-using platform::CALayer;
-using platform::NSRect;
-using platform::NSShadow;
-using platform::NSView;
-
-namespace {
-
-QPainterPath rounded(const QRectF& rect, double radius) {
-  QPainterPath path;
-  const double fitting = std::clamp(radius, 0.0, std::min(rect.width(), rect.height()) / 2);
-  if (!rect.isEmpty()) path.addRoundedRect(rect, fitting, fitting);
-  return path;
-}
-
-QRectF inset(const QRectF& rect, double by) {
-  return rect.adjusted(by, by, -by, -by);
-}
-
-/// The ring between the edge and `width` inside it; all of the shape where the ring closes.
-QPainterPath border(const QRectF& bounds, double radius, double width) {
-  QPainterPath path = rounded(bounds, radius);
-  path.addPath(rounded(inset(bounds, width), radius - width));
-  path.setFillRule(Qt::OddEvenFill);
-  return path;
-}
+// --- Painting ---
 
 class SavedState {
  public:
@@ -151,6 +145,13 @@ class SavedState {
 };
 
 }  // namespace
+
+SoftShadow softShadow(QSizeF size, double cornerRadius, double deviation, const QColor& color) {
+  static RecentShadows recent;
+  const Key key{size.width(), size.height(), cornerRadius, deviation, color.rgba()};
+  if (const SoftShadow* known = recent.find(key)) return *known;
+  return recent.add(key, blurred(size, cornerRadius, deviation, color));
+}
 
 void LayerPainter::paint(const NSView& view, QPointF lowerLeft) {
   const SavedState state(painter_);
@@ -170,7 +171,7 @@ void LayerPainter::paintView(const NSView& view, const NSRect& frame) {
   painter_.translate(frame.x, frame.y);
   painter_.scale(view.contentScale(), view.contentScale());
   const QRectF bounds(0, 0, frame.width, frame.height);
-  if (const platform::CALayer* layer = view.layer()) {
+  if (const CALayer* layer = view.layer()) {
     paintLayer(view, layer->presentation(time_), bounds);
   } else {
     paintSubviews(view);

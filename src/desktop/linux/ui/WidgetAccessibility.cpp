@@ -140,8 +140,9 @@ QAccessibleInterface* make(const QString&, QObject* object) {
   if (auto* button = dynamic_cast<MenuButton*>(object)) return made<MenuButtonAccessible>(*button);
   if (auto* box = dynamic_cast<BoxWidget*>(object)) return made<BoxAccessible>(*box);
   if (auto* path = dynamic_cast<FilePathWidget*>(object)) return made<PathAccessible>(*path);
-  if (auto* checkbox = dynamic_cast<CheckboxWidget*>(object))
+  if (auto* checkbox = dynamic_cast<CheckboxWidget*>(object)) {
     return made<SwitchAccessible>(*checkbox, [checkbox] { checkbox->click(); });
+  }
   auto* layers = dynamic_cast<LayerWidget*>(object);
   const bool isSwitch = layers != nullptr &&
                         layers->view().accessibilityRole() == platform::NSAccessibilityRole::Switch;
