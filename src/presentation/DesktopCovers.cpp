@@ -9,7 +9,6 @@
 #include "platform/coregraphics/CGWindow.h"
 #include "platform/foundation/Print.h"
 #include "platform/foundation/UserInfoText.h"
-#include "presentation/BGWindow.h"
 #include "presentation/ViewController.h"
 
 namespace presentation {

@@ -1,16 +1,114 @@
+#include <array>
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
 
+#include "platform/coreaudio/AudioObject.h"
 #include "platform/foundation/Print.h"
-#include "presentation/AudioProperty.h"
 #include "presentation/ViewController.h"
 
 namespace presentation {
 
 using platform::AudioObjectID;
 using platform::AudioObjectPropertyAddress;
+using platform::noErr;
+using platform::OSStatus;
 using platform::print;
 
 namespace {
+
+// --- One property of an audio object ---
+
+/// Why an audio property could not be read or written.
+struct AudioPropertyError {
+  enum class Case {
+    GetPropertyData,
+    SetPropertyData,
+    NoProperty,
+    PropertyNotSettable,
+    EmptyResult
+  };
+
+  Case error = Case::NoProperty;
+  /// The platform's status; only with GetPropertyData and SetPropertyData.
+  OSStatus status = noErr;
+};
+
+using AudioPropertyResult = std::variant<std::uint32_t, AudioPropertyError>;
+using Case = AudioPropertyError::Case;
+
+/// By case, in the order of the enumeration.
+struct CaseRow {
+  std::string_view name;
+  bool hasStatus;
+};
+
+constexpr std::array<CaseRow, 5> kCases{{
+    {"GetPropertyData", true},
+    {"SetPropertyData", true},
+    {"NoProperty", false},
+    {"PropertyNotSettable", false},
+    {"EmptyResult", false},
+}};
+
+std::string description(const AudioPropertyError& error) {
+  const CaseRow& row = kCases.at(static_cast<std::size_t>(error.error));
+  std::string text(row.name);
+  return row.hasStatus ? text + "(" + std::to_string(error.status) + ")" : text;
+}
+
+/// "1,,,, AudioObjectPropertyAddress(…)"
+std::string objectAndAddress(AudioObjectID object, const AudioObjectPropertyAddress& address) {
+  return std::to_string(object) + ",,,, " + platform::description(address);
+}
+
+/// "success(1)", "failure(NoProperty)", "failure(SetPropertyData(560947818))".
+std::string description(const AudioPropertyResult& result) {
+  if (const auto* value = std::get_if<std::uint32_t>(&result)) {
+    return "success(" + std::to_string(*value) + ")";
+  }
+  return "failure(" + description(std::get<AudioPropertyError>(result)) + ")";
+}
+
+/// Reads one 32-bit property, and prints every step.
+AudioPropertyResult readAudioProperty(AudioObjectID object,
+                                      const AudioObjectPropertyAddress& address) {
+  print(std::to_string(object));
+  print(platform::description(address));
+  if (!AudioObjectHasProperty(object, address)) {
+    print("error aaya1 " + objectAndAddress(object, address));
+    return AudioPropertyError{Case::NoProperty};
+  }
+  std::uint32_t value = 0;
+  std::uint32_t size = sizeof value;
+  const OSStatus status = AudioObjectGetPropertyData(object, address, 0, nullptr, size, &value);
+  if (status != noErr) {
+    print("error aaya2 " + objectAndAddress(object, address) + "....." + std::to_string(status));
+    return AudioPropertyError{Case::GetPropertyData, status};
+  }
+  print("result 1 " + std::to_string(value));
+  print("result aaya " + std::to_string(value));
+  return value;
+}
+
+/// Writes one 32-bit property. The write is attempted whenever the object can be asked whether it
+/// is settable, whatever it answers.
+AudioPropertyResult writeAudioProperty(std::uint32_t value, AudioObjectID object,
+                                       const AudioObjectPropertyAddress& address) {
+  if (!AudioObjectHasProperty(object, address)) return AudioPropertyError{Case::NoProperty};
+  bool settable = false;
+  if (AudioObjectIsPropertySettable(object, address, settable) != noErr) {
+    return AudioPropertyError{Case::PropertyNotSettable};
+  }
+  const OSStatus status =
+      AudioObjectSetPropertyData(object, address, 0, nullptr, sizeof value, &value);
+  if (status != noErr) return AudioPropertyError{Case::SetPropertyData, status};
+  return value;
+}
+
+// --- The default output device ---
 
 constexpr AudioObjectPropertyAddress kDefaultOutputDevice{
     platform::kAudioHardwarePropertyDefaultOutputDevice, platform::kAudioObjectPropertyScopeGlobal,
@@ -46,13 +144,13 @@ void ViewController::muteSpeaker() {
   const AudioObjectID object = resolve(device);
   const AudioPropertyResult before = readAudioProperty(object, kOutputMute);
   print("*****************");
-  print(presentation::description(before));
-  print(presentation::description(writeAudioProperty(1, object, kOutputMute)));
+  print(description(before));
+  print(description(writeAudioProperty(1, object, kOutputMute)));
 }
 
 void ViewController::unmuteSpeaker() {
   const AudioObjectID object = resolve(defaultOutputDevice());
-  print(presentation::description(writeAudioProperty(0, object, kOutputMute)));
+  print(description(writeAudioProperty(0, object, kOutputMute)));
 }
 
 }  // namespace presentation

@@ -10,13 +10,22 @@
 #include "controls/CToggleButton.h"
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"
+#include "platform/appkit/NSWindow.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSTimer.h"
-#include "presentation/BGWindow.h"
 #include "presentation/PanelHost.h"
 
 namespace presentation {
+
+/// The window that covers a screen's desktop icons: above them, below every normal window.
+class BGWindow final : public platform::NSWindow {
+ public:
+  using NSWindow::NSWindow;
+
+  /// The keyboard never goes to a cover.
+  [[nodiscard]] bool acceptsFirstResponder() const override { return false; }
+};
 
 /// The panel, and with it presentation mode.
 ///
