@@ -1,7 +1,5 @@
 #include "desktop/linux/LinuxDesktop.h"
 
-#include <xcb/xcb.h>
-
 #include <QApplication>
 #include <QDBusConnection>
 #include <QPixmapCache>
@@ -25,20 +23,15 @@
 #include "desktop/linux/tray/TrayStatusBar.h"
 #include "desktop/linux/ui/QtWindows.h"
 #include "desktop/linux/updates/PackageKitUpdates.h"
+#include "desktop/linux/x11/X11WindowSystem.h"
 
 namespace linux_desktop {
 namespace {
 
 /// Qt ends the process by an abort where it finds no display, so that is looked at first.
 bool isDisplayReachable() {
-  if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-      qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    return true;
-  }
-  xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-  const bool reachable = xcb_connection_has_error(connection) == 0;
-  xcb_disconnect(connection);
-  return reachable;
+  return qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+         qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || X11WindowSystem::isReachable();
 }
 
 }  // namespace

@@ -7,19 +7,18 @@
 #include "desktop/linux/keys/SessionHotKeys.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
-#include "desktop/linux/windowsystem/QtScreens.h"
+#include "desktop/linux/windowsystem/MonitorScreens.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 
 namespace linux_desktop {
-
 
 /// The rooms from which services come, those that are open in this session.
 struct SessionRooms {
   std::unique_ptr<X11WindowSystem> x11 = X11WindowSystem::open();
   QtScreens qtScreens;
   OwnWindows qtWindows;
-  WallpaperPictures pictures{[this] { return x11 ? x11->monitors() : qtScreens.monitors(); },
-                             x11 ? &x11->events() : nullptr};
+  DesktopFacts qtFacts{[this] { return qtScreens.monitors(); }};
+  WallpaperPictures pictures{x11 ? *x11->desktopFacts() : qtFacts};
   SessionHotKeys hotKeys{x11 ? x11->hotKeys() : nullptr};
   QStringList missing;
 

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 
-#include "desktop/linux/windowsystem/QtScreens.h"
+#include "desktop/linux/windowsystem/MonitorScreens.h"
 #include "platform/foundation/ProgrammingError.h"
 
 namespace ui_test {

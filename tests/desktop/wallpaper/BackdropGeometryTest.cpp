@@ -10,8 +10,8 @@
 
 #include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
+#include "desktop/linux/wallpaper/PcManFmRestart.h"
 #include "desktop/linux/wallpaper/PictureReader.h"
-#include "desktop/linux/wallpaper/RunningDesktop.h"
 
 namespace linux_desktop {
 namespace {
@@ -64,7 +64,7 @@ TEST_F(BackdropRendererTest, UnreadablePictureLeavesTheColours) {
                     .primary = Qt::black,
                     .secondary = Qt::white};
   const QImage image = renderBackdrop(backdrop, right_, layout_);
-  EXPECT_EQ(image.size(), right_.pixels.size());
+  EXPECT_EQ(image.size(), right_.pixels().size());
   EXPECT_LT(qRed(image.pixel(0, 15)), 6);
   EXPECT_GT(qRed(image.pixel(49, 15)), 249);
   BackdropLayout whole = layout_;
@@ -79,7 +79,7 @@ TEST_F(BackdropRendererTest, TilesBeginWhereTheDesktopHasThem) {
   const Backdrop backdrop{.file = save(tile, "tile.png"), .style = BackdropStyle::Tiled};
   BackdropLayout layout = layout_;
   Monitor monitor = right_;
-  monitor.pixels.moveLeft(70);
+  monitor.points.moveLeft(70);
   EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(0, 20), QColor(Qt::red));
   layout.tilesFromDesktopOrigin = true;
   EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(10, 20), QColor(Qt::red));
@@ -105,7 +105,7 @@ TEST_F(BackdropRendererTest, GrotesqueProportionsCostNoMemory) {
   thread.fill(Qt::green);
   const Monitor large{QStringLiteral("large"), {0, 0, 3840, 2160}};
   const Backdrop backdrop{.file = save(thread, "thread.png"), .style = BackdropStyle::Zoomed};
-  const QImage image = renderBackdrop(backdrop, large, {.desktop = large.pixels});
+  const QImage image = renderBackdrop(backdrop, large, {.desktop = large.pixels()});
   EXPECT_EQ(image.pixelColor(1920, 1080), QColor(Qt::green));
 }
 

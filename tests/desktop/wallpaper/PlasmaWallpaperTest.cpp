@@ -17,8 +17,8 @@ enum class Second { Picture, SlideShow };
 
 class PlasmaDesk : public WallpaperDesk {
  public:
-  explicit PlasmaDesk(Second second = Second::Picture)
-      : WallpaperDesk({.environment = {{"XDG_CURRENT_DESKTOP", "KDE"}}}) {
+  explicit PlasmaDesk(Second second = Second::Picture, Interface interface = Interface::X11)
+      : WallpaperDesk({.environment = {{"XDG_CURRENT_DESKTOP", "KDE"}}}, interface) {
     std::vector<std::string> shell{PLASMA_STAND_IN, picture("old.png", 0xc02020)};
     if (second == Second::SlideShow) shell.push_back(picture("slide.png", 0x20c020));
     shell_ = desk().start(shell);
@@ -54,8 +54,15 @@ class PlasmaDesk : public WallpaperDesk {
   int notes_ = 0;
 };
 
-TEST(PlasmaWallpaper, EachScreenIsSetAndPutBackByItsPlace) {
-  PlasmaDesk plasma;
+class PlasmaOn : public testing::TestWithParam<Interface> {};
+
+INSTANTIATE_TEST_SUITE_P(An, PlasmaOn, testing::Values(Interface::X11, Interface::Other),
+                         [](const auto& row) {
+                           return row.param == Interface::X11 ? "XServer" : "UnknownWindowSystem";
+                         });
+
+TEST_P(PlasmaOn, EachScreenIsSetAndPutBackByItsPlace) {
+  PlasmaDesk plasma(Second::Picture, GetParam());
   const std::string colour = plasma.path(kFirst);
   EXPECT_THAT(colour, StartsWith("/dev/null/"));
   EXPECT_EQ(plasma.backdrop(kFirst), "\t0\t0\t#20a040");

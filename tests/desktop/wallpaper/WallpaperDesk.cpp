@@ -23,12 +23,22 @@ bool alike(std::uint32_t one, std::uint32_t other) {
   return true;
 }
 
+std::string offscreen(const std::filesystem::path& folder) {
+  const std::filesystem::path file = folder / "screens.json";
+  std::ofstream(file) << R"({"screens": [
+    {"name": "VNC-0", "x": 0, "y": 0, "width": 1280, "height": 720, "dpr": 1},
+    {"name": "VNC-1", "x": 1280, "y": 0, "width": 1024, "height": 600, "dpr": 2}]})";
+  return "offscreen:configfile=" + file.string();
+}
+
 }  // namespace
 
-WallpaperDesk::WallpaperDesk(const harness::DeskOptions& options)
+WallpaperDesk::WallpaperDesk(const harness::DeskOptions& options, Interface interface)
     : desk_(options), fifo_(desk_.home().runtime() / "probe") {
   if (::mkfifo(fifo_.c_str(), 0600) != 0) throw std::runtime_error("no FIFO for the probe");
-  probe_ = desk_.start({WALLPAPER_PROBE, fifo_}, {{"QT_QPA_PLATFORM", "xcb"}});
+  const bool isX11 = interface == Interface::X11;
+  probe_ = desk_.start({WALLPAPER_PROBE, fifo_},
+                       {{"QT_QPA_PLATFORM", isX11 ? "xcb" : offscreen(desk_.home().home())}});
 }
 
 std::string WallpaperDesk::ask(const std::vector<std::string>& fields) {

@@ -16,10 +16,18 @@ inline constexpr const char* kSecond = "VNC-1";
 /// What the probe answers where there is nothing to tell: no path, or no reason to fail.
 inline constexpr const char* kNothing = "-";
 
+/// What the probe's interface is on.
+enum class Interface {
+  X11,
+  /// One of which only Qt knows anything: the same two screens, the second one with two pixels a
+  /// point each way.
+  Other
+};
+
 /// A private desktop with a process on it that sets and reads the desktop's pictures.
 class WallpaperDesk {
  public:
-  explicit WallpaperDesk(const harness::DeskOptions& options);
+  explicit WallpaperDesk(const harness::DeskOptions& options, Interface interface = Interface::X11);
 
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
 

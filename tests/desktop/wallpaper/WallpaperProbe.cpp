@@ -3,26 +3,36 @@
 // an order are parted by tabs; its answer is one line, which begins with "answer" and a tab.
 
 #include <QGuiApplication>
+#include <algorithm>
 #include <sstream>
 
 #include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
-#include "desktop/linux/x11/XScreens.h"
+#include "desktop/linux/windowsystem/MonitorScreens.h"
+#include "desktop/linux/x11/X11WindowSystem.h"
 #include "desktop/probe/OrderFifo.h"
 #include "platform/foundation/Value.h"
 
 namespace {
 
 using linux_desktop::Backdrop;
+using linux_desktop::DesktopFacts;
 using linux_desktop::WallpaperPictures;
 using Fields = std::vector<std::string>;
 
 struct Desk {
-  std::unique_ptr<linux_desktop::XServer> server = linux_desktop::XServer::connect();
-  linux_desktop::XEvents events{*server};
-  linux_desktop::XScreens screens{events};
-  WallpaperPictures pictures{[this] { return screens.monitors(); }, &events};
+  std::unique_ptr<linux_desktop::X11WindowSystem> x11 = linux_desktop::X11WindowSystem::open();
+  linux_desktop::QtScreens screens;
+  DesktopFacts plain{[this] { return screens.monitors(); }};
+  DesktopFacts& facts = x11 ? *x11->desktopFacts() : plain;
+  WallpaperPictures pictures{facts};
   int changes = 0;
+
+  [[nodiscard]] linux_desktop::Monitor monitorNamed(const std::string& name) const {
+    const auto monitors = facts.monitors();
+    return *std::ranges::find(monitors, QString::fromStdString(name),
+                              &linux_desktop::Monitor::name);
+  }
 };
 
 std::string told(const std::optional<std::string>& text) {
@@ -44,15 +54,15 @@ std::string answer(Desk& desk, const Fields& fields) {
     return told(desk.pictures.set(fields.at(2), fields.at(1), options));
   }
   if (order == "backdrop") {
-    const auto* monitor = desk.screens.monitorNamed(fields.at(1));
-    const auto backdrop = desk.pictures.backdrop(*monitor);
+    const auto monitor = desk.monitorNamed(fields.at(1));
+    const auto backdrop = desk.pictures.backdrop(monitor);
     return backdrop ? describe(*backdrop) : "-";
   }
   if (order == "render") {
-    const auto* monitor = desk.screens.monitorNamed(fields.at(1));
-    const auto backdrop = desk.pictures.backdrop(*monitor);
+    const auto monitor = desk.monitorNamed(fields.at(1));
+    const auto backdrop = desk.pictures.backdrop(monitor);
     if (!backdrop) return "-";
-    const auto image = desk.pictures.render(*backdrop, *monitor);
+    const auto image = desk.pictures.render(*backdrop, monitor);
     if (!image) return "late";
     return image->save(QString::fromStdString(fields.at(2))) ? "saved" : "not saved";
   }
@@ -60,7 +70,7 @@ std::string answer(Desk& desk, const Fields& fields) {
     WallpaperPictures::waitForPictures(std::stoi(fields.at(1)));
     return "-";
   }
-  if (order == "screens") return std::to_string(desk.screens.monitors().size());
+  if (order == "screens") return std::to_string(desk.facts.monitors().size());
   if (order == "watch") {
     desk.pictures.setChanged([&desk] { ++desk.changes; });
     return "watching";

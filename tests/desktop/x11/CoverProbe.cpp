@@ -15,8 +15,8 @@
 #include <cstdio>
 #include <string>
 
-#include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/files/FileDescriptor.h"
+#include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 #include "platform/Desktop.h"
@@ -97,7 +97,7 @@ class PlainBackdrop final : public linux_desktop::BackdropSource {
  public:
   std::optional<Backdrop> backdrop(const Monitor&) override { return backdrop_; }
   std::optional<QImage> render(const Backdrop& backdrop, const Monitor& monitor) override {
-    QImage image(monitor.pixels.size(), QImage::Format_RGB32);
+    QImage image(monitor.pixels().size(), QImage::Format_RGB32);
     image.fill(backdrop.primary);
     return image;
   }
@@ -208,7 +208,7 @@ int main(int argc, char** argv) {
   PlainBackdrop backdrop;
   const auto x = X11WindowSystem::open();
   if (!x) return 1;
-  linux_desktop::WallpaperPictures pictures([&x] { return x->monitors(); }, &x->events());
+  linux_desktop::WallpaperPictures pictures(*x->desktopFacts());
   const bool isTold = QApplication::arguments().contains(QLatin1String("--told"));
   if (isTold) {
     x->setBackdrops(&backdrop);

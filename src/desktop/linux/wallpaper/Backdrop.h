@@ -13,8 +13,16 @@ namespace linux_desktop {
 struct Monitor {
   /// The connector, such as "HDMI-1"; desktops keep their settings under it.
   QString name;
-  /// In device pixels of the whole desktop, y down.
-  QRect pixels;
+  /// Of the whole desktop, y down.
+  QRect points;
+  /// Device pixels for each point.
+  double scale = 1;
+
+  /// The same in device pixels. Where monitors are scaled differently, these may overlap.
+  [[nodiscard]] QRect pixels() const {
+    return {(QPointF(points.topLeft()) * scale).toPoint(),
+            (QSizeF(points.size()) * scale).toSize()};
+  }
   bool operator==(const Monitor&) const = default;
 };
 

@@ -136,7 +136,7 @@ Placing placingOf(const Backdrop& backdrop, const Monitor& monitor, const Backdr
   const BackdropStyle style = styleOf(backdrop, layout);
   const bool onDesktop =
       backdrop.spansMonitors || (style == BackdropStyle::Tiled && layout.tilesFromDesktopOrigin);
-  return {style, onDesktop ? layout.desktop : monitor.pixels, layout.manner.rounding};
+  return {style, onDesktop ? layout.desktop : monitor.pixels(), layout.manner.rounding};
 }
 
 /// Drawn at the size at which it is shown, and no more of it than is seen: it may declare any size.
@@ -158,7 +158,7 @@ void drawDrawing(QPainter& painter, const QString& file, const Placing& placing,
   renderer.render(&onTile);
   onTile.end();
   const QImage tile = tileOf(drawn, layout);
-  drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels);
+  drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels());
 }
 
 void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& monitor,
@@ -175,7 +175,7 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
   if (picture.image.isNull()) return;
   if (placing.style == BackdropStyle::Tiled) {
     const QImage tile = tileOf(picture.image, layout);
-    drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels);
+    drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels());
   } else {
     drawScaled(painter, picture.image, placing.of(picture.size));
   }
@@ -185,12 +185,12 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
 
 QImage renderBackdrop(const Backdrop& backdrop, const Monitor& monitor,
                       const BackdropLayout& layout) {
-  QImage image(monitor.pixels.size(), QImage::Format_RGB32);
+  QImage image(monitor.pixels().size(), QImage::Format_RGB32);
   image.fill(Qt::black);
   QPainter painter(&image);
-  painter.translate(-monitor.pixels.topLeft());
+  painter.translate(-monitor.pixels().topLeft());
   const bool whole = backdrop.spansMonitors || layout.manner.shadesWholeDesktop;
-  painter.fillRect(monitor.pixels, colours(backdrop, whole ? layout.desktop : monitor.pixels));
+  painter.fillRect(monitor.pixels(), colours(backdrop, whole ? layout.desktop : monitor.pixels()));
   drawPicture(painter, backdrop, monitor, layout);
   return image;
 }

@@ -48,11 +48,11 @@ bool isSlideShow(const std::string& file) {
 
 }  // namespace
 
-std::unique_ptr<WallpaperAdapter> MateWallpaper::make(const WallpaperSurroundings& /*unused*/) {
+std::shared_ptr<WallpaperAdapter> MateWallpaper::make(const WallpaperSurroundings& /*unused*/) {
   auto settings =
       GuardedSettings::open(kSchema, {kPicture, kOptions, kShading, kPrimary, kSecondary});
   if (!settings) return nullptr;
-  return std::unique_ptr<WallpaperAdapter>(new MateWallpaper(std::move(settings)));
+  return std::shared_ptr<WallpaperAdapter>(new MateWallpaper(std::move(settings)));
 }
 
 std::optional<Backdrop> MateWallpaper::backdrop(const Monitor& /*monitor*/) {

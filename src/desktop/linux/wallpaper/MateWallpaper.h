@@ -16,7 +16,7 @@ namespace linux_desktop {
 class MateWallpaper final : public WallpaperAdapter {
  public:
   /// Null where MATE's settings cannot be reached.
-  [[nodiscard]] static std::unique_ptr<WallpaperAdapter> make(const WallpaperSurroundings&);
+  [[nodiscard]] static std::shared_ptr<WallpaperAdapter> make(const WallpaperSurroundings&);
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   std::optional<WallpaperState> state(const Monitor& monitor) override;

@@ -13,7 +13,7 @@
 
 #include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/log/Log.h"
-#include "desktop/linux/wallpaper/RunningDesktop.h"
+#include "desktop/linux/wallpaper/PcManFmRestart.h"
 
 namespace linux_desktop {
 namespace {
@@ -136,7 +136,7 @@ struct PcManFmQtWallpaper::Settings {
 
 PcManFmQtWallpaper::PcManFmQtWallpaper(const WallpaperSurroundings& surroundings)
     : name_(QStringLiteral("pcmanfm-qt/%1/settings.conf")
-                .arg(profileIn(commandLineOf(surroundings.desktop.pid)))),
+                .arg(profileIn(commandLineOf(surroundings.window.pid)))),
       file_(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
             QLatin1Char('/') + name_),
       orders_([this](const auto& order, const auto& reason) { answered(order, reason); }) {}

@@ -8,9 +8,7 @@
 
 #include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/log/Log.h"
-#include "desktop/linux/wallpaper/PcManFmMonitors.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
-#include "desktop/linux/wallpaper/RunningDesktop.h"
 
 namespace linux_desktop {
 namespace {
@@ -127,14 +125,13 @@ constexpr std::chrono::seconds kSavedBy{3};
 }  // namespace
 
 bool PcManFmWallpaper::runs(const WallpaperSurroundings& surroundings) {
-  return surroundings.x11 != nullptr &&
-         (surroundings.desktop.windowClass == QLatin1String("Pcmanfm") ||
-          PcManFmRestart::instance().isUnderWay());
+  return surroundings.window.windowClass == QLatin1String("Pcmanfm") ||
+         PcManFmRestart::instance().isUnderWay();
 }
 
 PcManFmWallpaper::PcManFmWallpaper(const WallpaperSurroundings& surroundings)
-    : surroundings_(surroundings) {
-  PcManFmRestart::instance().found(surroundings.desktop.pid);
+    : facts_(surroundings.facts) {
+  PcManFmRestart::instance().found(surroundings.window.pid);
   profile_ = profileIn(PcManFmRestart::instance().commandLine());
   savingEnds_.setSingleShot(true);
   savingEnds_.setInterval(kSavedBy);
@@ -142,7 +139,8 @@ PcManFmWallpaper::PcManFmWallpaper(const WallpaperSurroundings& surroundings)
 }
 
 std::optional<QString> PcManFmWallpaper::nameOf(const Monitor& monitor) const {
-  const std::vector<QString> outputs = outputsInUse(surroundings_.x11->server());
+  // GTK 2, and so pcmanfm, counts them like this, from 0.
+  const std::vector<QString> outputs = facts_.outputsInUse();
   const auto found = std::ranges::find(outputs, monitor.name);
   if (found == outputs.end()) return std::nullopt;
   return QStringLiteral("pcmanfm/%1/desktop-items-%2.conf")
@@ -224,7 +222,7 @@ std::optional<std::string> PcManFmWallpaper::apply(const QString& path,
 
 bool PcManFmWallpaper::followsOrders(const std::optional<QByteArray>& before,
                                      const std::optional<QByteArray>& text) const {
-  const bool simple = before && text && surroundings_.monitors().size() == 1;
+  const bool simple = before && text && facts_.monitors().size() == 1;
   if (!simple || PcManFmRestart::instance().isUnderWay()) return false;
   const auto isCommon = [](const QByteArray& each) {
     return valueIn(each, kOneForAllWorkspaces) != "0";
@@ -252,7 +250,7 @@ void PcManFmWallpaper::setChanged(std::function<void()> changed) {
   watch_.reset();
   if (!changed) return;
   QStringList files;
-  for (const Monitor& monitor : surroundings_.monitors()) {
+  for (const Monitor& monitor : facts_.monitors()) {
     if (const auto name = nameOf(monitor)) files.push_back(pathOf(*name));
   }
   watch_ = std::make_unique<FileWatch>(files, std::move(changed));

@@ -49,7 +49,7 @@ class PcManFmWallpaper final : public WallpaperAdapter {
   /// The program saves its settings some time after an order, in its own words.
   void keepAgainstSaving(const QString& path, const QByteArray& text);
 
-  WallpaperSurroundings surroundings_;
+  DesktopFacts& facts_;
   QString profile_;
   std::unique_ptr<FileWatch> watch_;
   std::unique_ptr<FileWatch> saving_;

@@ -74,7 +74,7 @@ void PlasmaWallpaper::setChanged(std::function<void()> changed) {
 }
 
 std::optional<Backdrop> PlasmaWallpaper::backdrop(const Monitor& monitor) {
-  const auto desktop = desktops_.at(monitor.pixels.topLeft(), BusPeer::deadline());
+  const auto desktop = desktops_.at(monitor.points.topLeft(), BusPeer::deadline());
   if (!desktop) return std::nullopt;
   const auto text = [&](const char* key) { return desktop->value(QLatin1String(key)).toString(); };
   Backdrop backdrop;
@@ -84,13 +84,14 @@ std::optional<Backdrop> PlasmaWallpaper::backdrop(const Monitor& monitor) {
   const bool isKnown =
       text("plugin") == kPicturePlugin || (isSlideShow(*desktop) && !image.isEmpty());
   if (!isKnown) return std::nullopt;
-  backdrop.file = plasmaPicture(image, monitor.pixels.size(), lookOf(text("look"), text("window")));
+  backdrop.file =
+      plasmaPicture(image, monitor.pixels().size(), lookOf(text("look"), text("window")));
   backdrop.style = styleOf(text("fill"));
   return backdrop.file.isEmpty() ? std::nullopt : std::optional(backdrop);
 }
 
 std::optional<WallpaperState> PlasmaWallpaper::state(const Monitor& monitor) {
-  const auto desktop = desktops_.at(monitor.pixels.topLeft(), BusPeer::deadline());
+  const auto desktop = desktops_.at(monitor.points.topLeft(), BusPeer::deadline());
   if (!desktop) return std::nullopt;
   WallpaperState state{{{"id", desktop->value(QLatin1String("id")).toInt()}}, {}};
   for (const char* key : kTexts) {
@@ -106,7 +107,7 @@ std::optional<WallpaperState> PlasmaWallpaper::state(const Monitor& monitor) {
 std::optional<std::string> PlasmaWallpaper::show(const Monitor& monitor, const QString& file,
                                                  const Dictionary& /*options*/) {
   const QDeadlineTimer deadline = BusPeer::deadline();
-  const auto desktop = desktops_.at(monitor.pixels.topLeft(), deadline);
+  const auto desktop = desktops_.at(monitor.points.topLeft(), deadline);
   if (!desktop) return "Plasma does not answer for this screen.";
   return write(
       {{QStringLiteral("id"), desktop->value(QLatin1String("id"))},

@@ -1,22 +1,41 @@
 #include "desktop/linux/wallpaper/WallpaperChoice.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingReply>
 #include <QMetaObject>
 #include <utility>
 
-#include "desktop/linux/wallpaper/RootWallpaper.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
+namespace {
 
-WallpaperChoice::WallpaperChoice(std::function<std::vector<Monitor>()> monitors, XEvents* x11)
-    : surroundings_{{}, std::move(monitors), x11, std::make_shared<RootWallpaperMemory>()} {}
+QStringList namesOnBus(BusPeer& bus) {
+  const QDBusPendingReply<QStringList> names =
+      bus.call(bus.method(QStringLiteral("/org/freedesktop/DBus"),
+                          QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ListNames")));
+  return names.isError() ? QStringList() : names.value();
+}
 
-bool WallpaperChoice::isStillTheSame(const RunningDesktop& seen) const {
-  const RunningDesktop& before = surroundings_.desktop;
-  if (!adapter_ || seen.window == XCB_NONE || seen.windowClass != before.windowClass) return false;
+}  // namespace
+
+WallpaperChoice::WallpaperChoice(DesktopFacts& facts)
+    : surroundings_{facts,
+                    {},
+                    {},
+                    qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                        .split(QLatin1Char(':'), Qt::SkipEmptyParts)} {}
+
+WallpaperChoice::~WallpaperChoice() {
+  take(nullptr, nullptr);
+}
+
+bool WallpaperChoice::isStillTheSame(const DesktopWindow& seen) const {
+  const DesktopWindow& before = surroundings_.window;
+  if (!adapter_ || seen.id == 0 || seen.windowClass != before.windowClass) return false;
   // xfdesktop 4.20 has a window a monitor, and any of them can be the lowest.
-  return seen.window == before.window || (seen.pid != 0 && seen.pid == before.pid);
+  return seen.id == before.id || (seen.pid != 0 && seen.pid == before.pid);
 }
 
 WallpaperChoice::Current WallpaperChoice::current() {
@@ -24,33 +43,33 @@ WallpaperChoice::Current WallpaperChoice::current() {
   isOfThisTurn_ = true;
   QMetaObject::invokeMethod(
       &turn_, [this] { isOfThisTurn_ = false; }, Qt::QueuedConnection);
-  RunningDesktop seen;
-  if (XEvents* x11 = surroundings_.x11)
-    seen = lookAtDesktopWindow(x11->server(), x11->stack().now(), surroundings_.monitors());
-  if (!isStillTheSame(seen)) {
-    lookAtBus(seen, bus_);
-    choose(std::move(seen));
-  }
+  const DesktopWindow seen = surroundings_.facts.desktopWindow();
+  if (!isStillTheSame(seen)) choose(seen);
   return {row_, adapter_.get()};
 }
 
-void WallpaperChoice::choose(RunningDesktop seen) {
-  const bool sameProgram =
-      seen.window == surroundings_.desktop.window && seen.pid == surroundings_.desktop.pid;
-  surroundings_.desktop = std::move(seen);
+void WallpaperChoice::choose(const DesktopWindow& seen) {
+  const DesktopWindow& before = surroundings_.window;
+  const bool sameProgram = seen.id == before.id && seen.pid == before.pid;
+  surroundings_.window = seen;
+  surroundings_.busNames = namesOnBus(bus_);
   for (const WallpaperRow& row : wallpaperTable()) {
     if (!row.runs(surroundings_)) continue;
     if (&row == row_ && sameProgram && adapter_) return;
     auto adapter = row.make(surroundings_);
     if (!adapter) continue;
     qCInfo(lcWallpaper) << "the desktop's pictures are those of" << row.name;
-    adapter_ = std::move(adapter);
-    row_ = &row;
-    adapter_->setChanged(changed_);
-    return;
+    return take(&row, std::move(adapter));
   }
-  adapter_.reset();
-  row_ = nullptr;
+  take(nullptr, nullptr);
+}
+
+void WallpaperChoice::take(const WallpaperRow* row, std::shared_ptr<WallpaperAdapter> adapter) {
+  // It may live on.
+  if (adapter_) adapter_->setChanged({});
+  row_ = row;
+  adapter_ = std::move(adapter);
+  if (adapter_) adapter_->setChanged(changed_);
 }
 
 void WallpaperChoice::setChanged(std::function<void()> changed) {

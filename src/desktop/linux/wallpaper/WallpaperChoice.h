@@ -12,12 +12,15 @@ namespace linux_desktop {
 
 /// The adapter of the desktop that runs now. Looks again in each turn of the event loop in which it
 /// is asked, since the program that draws the desktop can start after us and be replaced: two or
-/// three questions to the X server, and one to the bus where it is another than before. Main thread
-/// only.
+/// three questions to the window system, and one to the bus where it is another than before. Main
+/// thread only.
 class WallpaperChoice {
  public:
-  /// `x11` is null where the interface is not on an X server, and outlives this otherwise.
-  WallpaperChoice(std::function<std::vector<Monitor>()> monitors, XEvents* x11);
+  /// `facts` outlives this.
+  explicit WallpaperChoice(DesktopFacts& facts);
+  ~WallpaperChoice();
+  WallpaperChoice(const WallpaperChoice&) = delete;
+  WallpaperChoice& operator=(const WallpaperChoice&) = delete;
 
   struct Current {
     const WallpaperRow* row = nullptr;
@@ -31,8 +34,9 @@ class WallpaperChoice {
   void setChanged(std::function<void()> changed);
 
  private:
-  [[nodiscard]] bool isStillTheSame(const RunningDesktop& seen) const;
-  void choose(RunningDesktop seen);
+  [[nodiscard]] bool isStillTheSame(const DesktopWindow& seen) const;
+  void choose(const DesktopWindow& seen);
+  void take(const WallpaperRow* row, std::shared_ptr<WallpaperAdapter> adapter);
   void watchNames();
 
   WallpaperSurroundings surroundings_;
@@ -40,7 +44,7 @@ class WallpaperChoice {
   bool isOfThisTurn_ = false;
   QObject turn_;
   const WallpaperRow* row_ = nullptr;
-  std::unique_ptr<WallpaperAdapter> adapter_;
+  std::shared_ptr<WallpaperAdapter> adapter_;
   std::function<void()> changed_;
   /// Only while somebody watches.
   std::unique_ptr<QDBusServiceWatcher> names_;

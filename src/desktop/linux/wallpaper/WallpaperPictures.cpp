@@ -7,8 +7,8 @@
 #include <chrono>
 #include <utility>
 
-#include "desktop/linux/wallpaper/PictureReader.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/wallpaper/PictureReader.h"
 
 namespace linux_desktop {
 namespace {
@@ -44,8 +44,7 @@ QFuture<Result> doBeside(std::function<Result()> work, int patience) {
 
 }  // namespace
 
-WallpaperPictures::WallpaperPictures(std::function<std::vector<Monitor>()> monitors, XEvents* x11)
-    : monitors_(std::move(monitors)), choice_(monitors_, x11) {
+WallpaperPictures::WallpaperPictures(DesktopFacts& facts) : facts_(facts), choice_(facts) {
   gathering_.setSingleShot(true);
   gathering_.setInterval(0);
   forgetting_.setSingleShot(true);
@@ -57,7 +56,7 @@ WallpaperPictures::WallpaperPictures(std::function<std::vector<Monitor>()> monit
 }
 
 std::optional<Monitor> WallpaperPictures::monitorNamed(const ScreenId& screen) const {
-  const std::vector<Monitor> monitors = monitors_();
+  const std::vector<Monitor> monitors = facts_.monitors();
   const auto found = std::ranges::find(monitors, QString::fromStdString(screen), &Monitor::name);
   return found == monitors.end() ? std::nullopt : std::optional(*found);
 }
@@ -169,9 +168,9 @@ std::optional<Backdrop> WallpaperPictures::backdrop(const Monitor& monitor) {
 
 BackdropLayout WallpaperPictures::layout() const {
   BackdropLayout layout;
-  for (const Monitor& each : monitors_()) {
-    layout.desktop |= each.pixels;
-    layout.lastMonitor = each.pixels.size();
+  for (const Monitor& each : facts_.monitors()) {
+    layout.desktop |= each.pixels();
+    layout.lastMonitor = each.pixels().size();
   }
   if (const WallpaperAdapter* adapter = choice_.current().adapter) {
     layout.tilesFromDesktopOrigin = adapter->tilesFromDesktopOrigin();

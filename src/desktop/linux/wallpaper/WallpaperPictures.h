@@ -19,10 +19,8 @@ namespace linux_desktop {
 /// The desktop's pictures, over the adapter of whichever desktop runs.
 class WallpaperPictures final : public platform::port::DesktopPictures, public BackdropSource {
  public:
-  /// `monitors` tells those that are connected now; their names are the screens' ids. `x11` is null
-  /// where the interface is not on an X server, and outlives this otherwise. Nobody is asked
-  /// anything yet.
-  WallpaperPictures(std::function<std::vector<Monitor>()> monitors, XEvents* x11);
+  /// `facts` outlives this. Nobody is asked anything yet.
+  explicit WallpaperPictures(DesktopFacts& facts);
 
   [[nodiscard]] std::optional<std::string> path(
       const platform::port::ScreenId& screen) const override;
@@ -84,7 +82,7 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   [[nodiscard]] std::optional<std::string> putBack(const Told& told,
                                                    const platform::Dictionary& options);
 
-  std::function<std::vector<Monitor>()> monitors_;
+  DesktopFacts& facts_;
   /// Asking chooses an adapter and remembers what was told, neither of which shows.
   mutable WallpaperChoice choice_;
   mutable std::map<platform::port::ScreenId, Told> told_;

@@ -6,7 +6,6 @@
 #include "desktop/linux/wallpaper/PcManFmQtWallpaper.h"
 #include "desktop/linux/wallpaper/PcManFmWallpaper.h"
 #include "desktop/linux/wallpaper/PlasmaWallpaper.h"
-#include "desktop/linux/wallpaper/RootWallpaper.h"
 #include "desktop/linux/wallpaper/XfceWallpaper.h"
 
 namespace linux_desktop {
@@ -21,15 +20,14 @@ constexpr const char* kPcManFmQt = "org.pcmanfm.PCManFM";
 
 /// Who draws the desktop, by its window, and confirmed by its name on the bus.
 bool isDrawnBy(const Surroundings& surroundings, const char* windowClass, const char* name) {
-  return surroundings.desktop.windowClass == QLatin1String(windowClass) &&
-         surroundings.desktop.busNames.contains(QLatin1String(name));
+  return surroundings.window.windowClass == QLatin1String(windowClass) &&
+         surroundings.busNames.contains(QLatin1String(name));
 }
 
 /// For a desktop that no window shows: by its name on the bus, where the environment agrees.
 bool isRunningUnseen(const Surroundings& surroundings, const char* name, const char* environment) {
-  const RunningDesktop& desktop = surroundings.desktop;
-  return desktop.window == XCB_NONE && desktop.busNames.contains(QLatin1String(name)) &&
-         desktop.environment.contains(QLatin1String(environment), Qt::CaseInsensitive);
+  return surroundings.window.id == 0 && surroundings.busNames.contains(QLatin1String(name)) &&
+         surroundings.environment.contains(QLatin1String(environment), Qt::CaseInsensitive);
 }
 
 bool runsXfce(const Surroundings& surroundings) {
@@ -52,13 +50,21 @@ bool runsLxqt(const Surroundings& surroundings) {
   return isDrawnBy(surroundings, "pcmanfm-qt", kPcManFmQt);
 }
 
+bool isBare(const Surroundings& surroundings) {
+  return surroundings.window.id == 0 && surroundings.facts.bareDesktop() != nullptr;
+}
+
 template <class Adapter>
-std::unique_ptr<WallpaperAdapter> make(const Surroundings& surroundings) {
+std::shared_ptr<WallpaperAdapter> make(const Surroundings& surroundings) {
   if constexpr (std::is_default_constructible_v<Adapter>) {
-    return std::make_unique<Adapter>();
+    return std::make_shared<Adapter>();
   } else {
-    return std::make_unique<Adapter>(surroundings);
+    return std::make_shared<Adapter>(surroundings);
   }
+}
+
+std::shared_ptr<WallpaperAdapter> makeBare(const Surroundings& surroundings) {
+  return surroundings.facts.bareDesktop();
 }
 
 constexpr std::array kTable{
@@ -67,7 +73,7 @@ constexpr std::array kTable{
     WallpaperRow{"Plasma", kPlasmashell, &runsPlasma, &make<PlasmaWallpaper>},
     WallpaperRow{"LXQt", kPcManFmQt, &runsLxqt, &make<PcManFmQtWallpaper>},
     WallpaperRow{"LXDE", "", &PcManFmWallpaper::runs, &make<PcManFmWallpaper>},
-    WallpaperRow{"the bare root window", "", &RootWallpaper::runs, &make<RootWallpaper>},
+    WallpaperRow{"the bare screen", "", &isBare, &makeBare},
 };
 
 }  // namespace

@@ -1,26 +1,23 @@
 #pragma once
 
-#include <functional>
+#include <QStringList>
 #include <memory>
 #include <span>
-#include <vector>
 
-#include "desktop/linux/wallpaper/RunningDesktop.h"
+#include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
-#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 
-struct RootWallpaperMemory;
-
-/// What an adapter is made from.
+/// What an adapter is chosen by and made from.
 struct WallpaperSurroundings {
-  RunningDesktop desktop;
-  std::function<std::vector<Monitor>()> monitors;
-  /// Null where the interface is not on an X server. Outlives the adapter.
-  XEvents* x11 = nullptr;
-  /// Handed on from one adapter of the bare root window to the next.
-  std::shared_ptr<RootWallpaperMemory> root;
+  /// Outlives the adapter.
+  DesktopFacts& facts;
+  DesktopWindow window;
+  /// The names that have an owner on the session bus.
+  QStringList busNames;
+  /// What XDG_CURRENT_DESKTOP lists; only ever a tie-break.
+  QStringList environment;
 };
 
 /// One desktop that we know to set the picture of.
@@ -30,7 +27,7 @@ struct WallpaperRow {
   const char* busName;
   bool (*runs)(const WallpaperSurroundings& surroundings);
   /// Null where the desktop runs but its settings cannot be reached.
-  std::unique_ptr<WallpaperAdapter> (*make)(const WallpaperSurroundings& surroundings);
+  std::shared_ptr<WallpaperAdapter> (*make)(const WallpaperSurroundings& surroundings);
 };
 
 /// In order of preference: of those that run, the first one that can be made is taken.

@@ -7,8 +7,6 @@
 #include <array>
 #include <utility>
 
-#include "desktop/linux/xserver/XServer.h"
-
 namespace linux_desktop {
 namespace {
 
@@ -130,23 +128,20 @@ std::optional<QVariant> present(const QVariantMap& properties, const QString& na
 }  // namespace
 
 XfceWallpaper::XfceWallpaper(const WallpaperSurroundings& surroundings)
-    : server_(surroundings.x11 == nullptr ? nullptr : &surroundings.x11->server()) {}
+    : facts_(surroundings.facts) {}
 
 const XfceWallpaper::Seen* XfceWallpaper::look(const QDeadlineTimer& deadline) {
   if (seen_) return &*seen_;
   auto properties = channel_.read(kBase, deadline);
   if (!properties) return nullptr;
   const auto single = present(*properties, kBase + QLatin1String("/single-workspace-mode"));
-  const bool isSingle = !single || single->toBool() || server_ == nullptr;
-  const auto asked = [&](const char* name) {
-    const auto numbers =
-        server_ == nullptr ? std::vector<std::uint32_t>() : server_->numbers(server_->root(), name);
-    return numbers.empty() ? 0 : static_cast<int>(numbers.front());
-  };
-  const int present =
-      isSingle ? properties->value(kBase + QLatin1String("/single-workspace-number"), 0).toInt()
-               : asked("_NET_CURRENT_DESKTOP");
-  seen_ = Seen{std::move(*properties), std::max(1, asked("_NET_NUMBER_OF_DESKTOPS")), present};
+  auto workspaces = facts_.workspaces();
+  if (!single || single->toBool() || !workspaces) {
+    workspaces =
+        Workspaces{workspaces.value_or(Workspaces()).count,
+                   properties->value(kBase + QLatin1String("/single-workspace-number"), 0).toInt()};
+  }
+  seen_ = Seen{std::move(*properties), *workspaces};
   QMetaObject::invokeMethod(
       &turn_, [this] { seen_.reset(); }, Qt::QueuedConnection);
   return &*seen_;
@@ -155,13 +150,13 @@ const XfceWallpaper::Seen* XfceWallpaper::look(const QDeadlineTimer& deadline) {
 std::optional<Backdrop> XfceWallpaper::backdrop(const Monitor& monitor) {
   const Seen* seen = look(BusPeer::deadline());
   if (seen == nullptr) return std::nullopt;
-  return xfceBackdrop(seen->properties, prefixOf(monitor, seen->presentWorkspace));
+  return xfceBackdrop(seen->properties, prefixOf(monitor, seen->workspaces.present));
 }
 
 Dictionary XfceWallpaper::valuesOf(const Seen& seen, const Monitor& monitor,
                                    std::span<const QLatin1String> keys) {
   Dictionary values;
-  for (int workspace = 0; workspace < seen.workspaces; ++workspace) {
+  for (int workspace = 0; workspace < seen.workspaces.count; ++workspace) {
     for (const QLatin1String key : keys) {
       const auto value = valueOf(seen.properties.value(prefixOf(monitor, workspace) + key));
       if (value) values.insert_or_assign(entryOf(workspace, key), *value);
@@ -174,8 +169,8 @@ std::optional<WallpaperState> XfceWallpaper::state(const Monitor& monitor) {
   const Seen* seen = look(BusPeer::deadline());
   if (seen == nullptr) return std::nullopt;
   WallpaperState state{valuesOf(*seen, monitor, kChanged), {}};
-  state.kept.emplace(kWorkspaces, seen->workspaces);
-  const QString shown = prefixOf(monitor, seen->presentWorkspace);
+  state.kept.emplace(kWorkspaces, seen->workspaces.count);
+  const QString shown = prefixOf(monitor, seen->workspaces.present);
   if (seen->properties.value(shown + kCycle).toBool()) return state;
   if (const auto backdrop = xfceBackdrop(seen->properties, shown)) state.file = backdrop->file;
   return state;
@@ -193,7 +188,7 @@ std::optional<std::string> XfceWallpaper::show(const Monitor& monitor, const QSt
   const Seen* now = look(deadline);
   if (now == nullptr) return kNoAnswer;
   std::vector<Change> wanted;
-  for (int workspace = 0; workspace < now->workspaces; ++workspace) {
+  for (int workspace = 0; workspace < now->workspaces.count; ++workspace) {
     const QString prefix = prefixOf(monitor, workspace);
     const auto given = [&](QLatin1String key) {
       const auto option = propertyOf(options, entryOf(workspace, key));

@@ -45,8 +45,8 @@ class XfceWallpaper final : public WallpaperAdapter {
   /// What one turn of the event loop needs, asked for once.
   struct Seen {
     QVariantMap properties;
-    int workspaces = 1;
-    int presentWorkspace = 0;
+    /// The present one is the one whose picture is shown.
+    Workspaces workspaces;
   };
 
   /// Null when the settings service does not answer.
@@ -57,7 +57,7 @@ class XfceWallpaper final : public WallpaperAdapter {
                                                  const std::vector<XfconfChannel::Change>& wanted,
                                                  const QDeadlineTimer& deadline);
 
-  XServer* server_;
+  DesktopFacts& facts_;
   XfconfChannel channel_{QStringLiteral("xfce4-desktop")};
   std::optional<Seen> seen_;
   QObject turn_;

@@ -16,14 +16,10 @@ WindowManagerTurn::WindowManagerTurn(XEvents& events, const ClientWindows& clien
   // IceWM answers only for a window that it could manage: one with pixels.
   xcb_create_window(server_.get(), XCB_COPY_FROM_PARENT, window_, server_.root(), -1, -1, 1, 1, 0,
                     XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  answer_ = events.watch(
-      window_, XCB_EVENT_MASK_PROPERTY_CHANGE, [this](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
-        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (change.atom != clients_.atoms()[ClientAtom::FrameExtents]) return;
-        // What is done about it may end this.
-        if (const auto then = std::exchange(come_, nullptr)) then();
-      });
+  answer_ = events.watchProperty(window_, clients_.atoms()[ClientAtom::FrameExtents], [this] {
+    // What is done about it may end this.
+    if (const auto then = std::exchange(come_, nullptr)) then();
+  });
   ask();
 }
 
@@ -80,12 +76,8 @@ void HiddenStateWait::start(const Goal& goal, const Request& request, Done done)
 }
 
 void HiddenStateWait::watch(xcb_window_t window) {
-  watches_.push_back(events_.watch(
-      window, XCB_EVENT_MASK_PROPERTY_CHANGE, [this, window](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
-        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (change.atom == clients_.atoms()[ClientAtom::State]) changed(window);
-      }));
+  watches_.push_back(events_.watchProperty(window, clients_.atoms()[ClientAtom::State],
+                                           [this, window] { changed(window); }));
 }
 
 void HiddenStateWait::watchManager(xcb_window_t window) {

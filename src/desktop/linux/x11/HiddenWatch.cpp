@@ -25,14 +25,9 @@ void HiddenWatch::follow(const ClientList& list) {
 }
 
 void HiddenWatch::watchRoot() {
-  root_ = events_.watch(clients_.server().root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
-                        [this](const xcb_generic_event_t& event) {
-                          if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
-                          const auto& change =
-                              reinterpret_cast<const xcb_property_notify_event_t&>(event);
-                          if (change.atom == clients_.atoms()[ClientAtom::ActiveWindow])
-                            activeWindowChanged();
-                        });
+  root_ =
+      events_.watchProperty(clients_.server().root(), clients_.atoms()[ClientAtom::ActiveWindow],
+                            [this] { activeWindowChanged(); });
 }
 
 void HiddenWatch::pause() {

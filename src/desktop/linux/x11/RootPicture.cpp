@@ -184,7 +184,7 @@ RootPicture::Verdict RootPicture::judge(const ForeignPixmap& pixmap, const Monit
     if (!sameIcons) return Verdict::Unknown;
     return known->second.right ? Verdict::Right : Verdict::Wrong;
   }
-  const auto points = samplePoints(monitor.pixels);
+  const auto points = samplePoints(monitor.pixels());
   const bool right = agreement(sight.samples, samplesOf(server_, pixmap.id, points)).isLikely();
   findings_.insert_or_assign(monitor.name, Finding{pixmap.id, sight.iconWindow, monitor, right});
   return right ? Verdict::Right : Verdict::Wrong;

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "desktop/linux/wallpaper/Backdrop.h"
-#include "desktop/linux/wallpaper/RootBackground.h"
+#include "desktop/linux/x11/RootBackground.h"
 #include "desktop/linux/xserver/WindowStack.h"
 #include "desktop/linux/xserver/XServer.h"
 

@@ -10,6 +10,13 @@ std::unique_ptr<X11WindowSystem> X11WindowSystem::open() {
   return std::unique_ptr<X11WindowSystem>(new X11WindowSystem(std::move(server)));
 }
 
+bool X11WindowSystem::isReachable() {
+  xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+  const bool reachable = xcb_connection_has_error(connection) == 0;
+  xcb_disconnect(connection);
+  return reachable;
+}
+
 X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)
     : server_(std::move(server)), keyboard_(XKeyboard::open(events_)) {
   if (!keyboard_) return;

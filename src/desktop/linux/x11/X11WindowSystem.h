@@ -2,18 +2,17 @@
 
 #include <memory>
 #include <optional>
-#include <vector>
 
+#include "desktop/linux/windowsystem/DesktopView.h"
 #include "desktop/linux/x11/MonitorPictures.h"
 #include "desktop/linux/x11/XApplications.h"
 #include "desktop/linux/x11/XCovers.h"
+#include "desktop/linux/x11/XDesktopFacts.h"
 #include "desktop/linux/x11/XHotKeys.h"
 #include "desktop/linux/x11/XKeyboard.h"
 #include "desktop/linux/x11/XOwnWindows.h"
 #include "desktop/linux/x11/XScreens.h"
-#include "desktop/linux/x11/XSpaces.h"
 #include "desktop/linux/x11/XTraySelection.h"
-#include "desktop/linux/x11/XWindowList.h"
 #include "desktop/linux/xserver/XEvents.h"
 #include "desktop/linux/xserver/XServer.h"
 
@@ -25,6 +24,8 @@ class X11WindowSystem {
  public:
   /// Null where the interface is not on an X server, or that cannot be reached.
   [[nodiscard]] static std::unique_ptr<X11WindowSystem> open();
+  /// Whether the X server of the environment can be reached. Needs no application object.
+  [[nodiscard]] static bool isReachable();
 
   [[nodiscard]] platform::port::Screens* screens() { return &screens_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
@@ -38,8 +39,7 @@ class X11WindowSystem {
   [[nodiscard]] platform::port::HotKeys* hotKeys() { return hotKeys_.get(); }
   [[nodiscard]] KeyTranslator* keyTranslator() { return translator_ ? &*translator_ : nullptr; }
 
-  [[nodiscard]] XEvents& events() { return events_; }
-  [[nodiscard]] const std::vector<Monitor>& monitors() const { return screens_.monitors(); }
+  [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
   /// Where to ask what the desktop was told to show behind everything; see MonitorPictures. Null,
   /// as at first: nobody. Outlives its being set.
   void setBackdrops(BackdropSource* backdrops) { shown_.setBackdrops(backdrops); }
@@ -53,8 +53,9 @@ class X11WindowSystem {
   XTraySelection tray_;
   XScreens screens_{events_};
   MonitorPictures shown_{events_, screens_};
-  XWindowList windowList_{screens_, shown_};
-  XSpaces spaces_{events_, shown_};
+  DesktopWindowList windowList_{screens_, shown_};
+  DesktopSpaces spaces_{shown_};
+  XDesktopFacts facts_{events_, screens_};
   XCovers covers_{events_, screens_};
   XApplications applications_{events_};
   /// Null where the server has no XKB, and then the two that need it are absent.

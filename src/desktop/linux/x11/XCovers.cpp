@@ -2,22 +2,10 @@
 
 #include <utility>
 
-#include "desktop/linux/x11/XWindowList.h"
-#include "platform/appkit/NSImageView.h"
+#include "desktop/linux/windowsystem/DesktopView.h"
 #include "platform/appkit/NSWindow.h"
 
 namespace linux_desktop {
-namespace {
-
-std::shared_ptr<const XPicture> pictureIn(const platform::NSWindow& window) {
-  const auto view = std::dynamic_pointer_cast<platform::NSImageView>(window.contentView());
-  if (!view || !view->image()) return nullptr;
-  const auto capture = std::dynamic_pointer_cast<const DesktopCapture>(view->image()->capture());
-  return capture ? capture->picture() : nullptr;
-}
-
-}  // namespace
-
 XCoverWindow::XCoverWindow(platform::NSWindow& window, XEvents& events, const XScreens& screens,
                            CoverKeeper& keeper)
     : window_(window), events_(events), screens_(screens), keeper_(keeper) {}
@@ -43,8 +31,8 @@ void XCoverWindow::update(const std::vector<platform::port::ChangedView>&, bool)
 }
 
 void XCoverWindow::apply() {
-  const auto picture = pictureIn(window_);
-  const QRect area = screens_.toPixels(window_.frame());
+  const auto picture = std::dynamic_pointer_cast<const XPicture>(pictureIn(window_));
+  const QRect area = screens_.pixels(window_.frame());
   if (!picture || picture->size() != area.size()) return;
   if (!surface_ || surface_->area() != area) {
     putUp(area, picture, keeper_.standFor(area));
@@ -65,7 +53,7 @@ void XCoverWindow::putUp(const QRect& area, const std::shared_ptr<const XPicture
 
 void XCoverWindow::giveWay(const QRect& area) {
   if (!surface_ || !surface_->area().intersects(area)) return;
-  if (surface_->area() != screens_.toPixels(window_.frame())) surface_.reset();
+  if (surface_->area() != screens_.pixels(window_.frame())) surface_.reset();
 }
 
 void XCoverWindow::remake(const CoverStand& stand) {

@@ -15,7 +15,7 @@ class NSWindow;
 namespace linux_desktop {
 
 /// A cover as the peer of its window. It is up while the window is shown and its content is an
-/// image view with a DesktopCapture of the frame's size; content of another kind or size changes
+/// image view with a captured XPicture of the frame's size; content of another kind or size changes
 /// nothing. A cover that goes elsewhere is a new window there, and the old one goes once that is on
 /// the screen: so a picture is never seen in another's place. A window's place is its frame's on
 /// the screens of the moment, but a cover stays where it is until it is shown another picture or

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "desktop/linux/wallpaper/RootBackground.h"
+#include "desktop/linux/x11/RootBackground.h"
 #include "desktop/linux/xserver/XDrawing.h"
 
 namespace linux_desktop {

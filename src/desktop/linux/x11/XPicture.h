@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "desktop/linux/windowsystem/DesktopView.h"
 #include "desktop/linux/xserver/XDrawing.h"
 #include "desktop/linux/xserver/XServer.h"
 
@@ -37,7 +38,7 @@ class PictureFormats {
 /// A picture that the X server holds, ready to be a window's background. Nothing of it is kept in
 /// this process. Given back to the server when the last one lets go of it; a window that has it as
 /// its background keeps showing it. The server connection outlives it.
-class XPicture {
+class XPicture final : public HeldPicture {
  public:
   // Each gives null where the server does not take the picture: no memory, a screen whose colours
   // are not known here, or a source that is gone.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string>
 
 #include "desktop/linux/log/Log.h"
 
@@ -22,45 +23,9 @@ std::string atomName(xcb_connection_t* connection, xcb_get_atom_name_cookie_t co
           static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))};
 }
 
-}  // namespace
-
-XScreens::XScreens(XEvents& events) : events_(events) {
-  settling_.setSingleShot(true);
-  settling_.setInterval(kSettling);
-  QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { settled(); });
-  watchRandr();
-  // A monitor that is set on a virtual server shows only by the root window's own event.
-  watches_.push_back(events_.watch(
-      events_.server().root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-      [this](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7f) != XCB_CONFIGURE_NOTIFY) return;
-        // Others may watch its children, too.
-        const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-        if (change.window == change.event) settling_.start();
-      }));
-  monitors_ = read();
-}
-
-void XScreens::watchRandr() {
-  xcb_connection_t* connection = events_.server().get();
-  const auto* extension = xcb_get_extension_data(connection, &xcb_randr_id);
-  if (extension == nullptr || extension->present == 0) {
-    qCWarning(lcX11, "no RandR: a monitor that comes or goes is not noticed");
-    return;
-  }
-  xcb_randr_select_input(connection, events_.server().root(),
-                         XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
-                             XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
-  for (const int kind : {XCB_RANDR_SCREEN_CHANGE_NOTIFY, XCB_RANDR_NOTIFY}) {
-    watches_.push_back(
-        events_.watchExtension(static_cast<std::uint8_t>(extension->first_event + kind),
-                               [this](const xcb_generic_event_t&) { settling_.start(); }));
-  }
-}
-
-std::vector<Monitor> XScreens::read() const {
-  xcb_connection_t* connection = events_.server().get();
-  const xcb_window_t root = events_.server().root();
+std::vector<Monitor> monitorsOf(XServer& server) {
+  xcb_connection_t* connection = server.get();
+  const xcb_window_t root = server.root();
   const XReply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
       connection, xcb_randr_get_monitors(connection, root, 1), nullptr));
   std::vector<Monitor> monitors;
@@ -82,44 +47,42 @@ std::vector<Monitor> XScreens::read() const {
     monitors[i].name = QString::fromStdString(atomName(connection, names[i]));
   }
   if (!monitors.empty()) return monitors;
-  const auto whole = events_.server().geometry(root);
+  const auto whole = server.geometry(root);
   return {{QStringLiteral("screen"), whole.value_or(QRect(0, 0, 1, 1))}};
 }
 
-void XScreens::settled() {
-  std::vector<Monitor> now = read();
-  if (now == monitors_) return;
-  monitors_ = std::move(now);
-  if (client_ != nullptr) client_->screenParametersDidChange();
+}  // namespace
+
+XScreens::XScreens(XEvents& events)
+    : MonitorScreens([&server = events.server()] { return monitorsOf(server); }, kSettling) {
+  watchRandr(events);
+  // A monitor that is set on a virtual server shows only by the root window's own event.
+  watches_.push_back(events.watch(
+      events.server().root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+      [this](const xcb_generic_event_t& event) {
+        if ((event.response_type & 0x7f) != XCB_CONFIGURE_NOTIFY) return;
+        // Others may watch its children, too.
+        const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+        if (change.window == change.event) mayHaveChanged();
+      }));
+  readNow();
 }
 
-std::vector<platform::port::ScreenInfo> XScreens::screens() const {
-  const int bottom = monitors_.front().pixels.y() + monitors_.front().pixels.height();
-  const int left = monitors_.front().pixels.x();
-  std::vector<platform::port::ScreenInfo> screens;
-  for (const Monitor& monitor : monitors_) {
-    const QRect& area = monitor.pixels;
-    screens.push_back(
-        {monitor.name.toStdString(),
-         platform::NSRect{static_cast<double>(area.x() - left),
-                          static_cast<double>(bottom - area.y() - area.height()),
-                          static_cast<double>(area.width()), static_cast<double>(area.height())},
-         1});
+void XScreens::watchRandr(XEvents& events) {
+  xcb_connection_t* connection = events.server().get();
+  const auto* extension = xcb_get_extension_data(connection, &xcb_randr_id);
+  if (extension == nullptr || extension->present == 0) {
+    qCWarning(lcX11, "no RandR: a monitor that comes or goes is not noticed");
+    return;
   }
-  return screens;
-}
-
-const Monitor* XScreens::monitorNamed(const platform::port::ScreenId& id) const {
-  const auto found = std::ranges::find(monitors_, QString::fromStdString(id), &Monitor::name);
-  return found == monitors_.end() ? nullptr : &*found;
-}
-
-QRect XScreens::toPixels(const platform::NSRect& frame) const {
-  const QRect& first = monitors_.front().pixels;
-  const int bottom = first.y() + first.height();
-  return {static_cast<int>(frame.x) + first.x(),
-          bottom - static_cast<int>(frame.y) - static_cast<int>(frame.height),
-          static_cast<int>(frame.width), static_cast<int>(frame.height)};
+  xcb_randr_select_input(connection, events.server().root(),
+                         XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+                             XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+  for (const int kind : {XCB_RANDR_SCREEN_CHANGE_NOTIFY, XCB_RANDR_NOTIFY}) {
+    watches_.push_back(
+        events.watchExtension(static_cast<std::uint8_t>(extension->first_event + kind),
+                              [this](const xcb_generic_event_t&) { mayHaveChanged(); }));
+  }
 }
 
 }  // namespace linux_desktop

@@ -90,6 +90,16 @@ std::unique_ptr<XEvents::Watch> XEvents::watch(xcb_window_t window, std::uint32_
   return watch;
 }
 
+std::unique_ptr<XEvents::Watch> XEvents::watchProperty(xcb_window_t window, xcb_atom_t property,
+                                                       std::function<void()> changed) {
+  return watch(window, XCB_EVENT_MASK_PROPERTY_CHANGE,
+               [property, changed = std::move(changed)](const xcb_generic_event_t& event) {
+                 if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
+                 const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+                 if (change.atom == property) changed();
+               });
+}
+
 std::unique_ptr<XEvents::Watch> XEvents::watchExtension(std::uint8_t responseType,
                                                         Handler handler) {
   return add(std::make_shared<Entry>(Entry{XCB_NONE, 0, responseType, std::move(handler)}));

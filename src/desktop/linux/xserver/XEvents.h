@@ -38,6 +38,9 @@ class XEvents {
   /// gone sends nothing more.
   [[nodiscard]] std::unique_ptr<Watch> watch(xcb_window_t window, std::uint32_t mask,
                                              Handler handler);
+  /// Each time that a property of `window` is written or deleted.
+  [[nodiscard]] std::unique_ptr<Watch> watchProperty(xcb_window_t window, xcb_atom_t property,
+                                                     std::function<void()> changed);
   /// The event of an extension with this number (its first event plus the kind). Selecting it at
   /// the server is the caller's affair.
   [[nodiscard]] std::unique_ptr<Watch> watchExtension(std::uint8_t responseType, Handler handler);

@@ -2,24 +2,27 @@
 
 #include <QRect>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 
 #include "desktop/linux/xserver/XDrawing.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 
-/// Where desktops name the picture that they leave on the root window.
-inline constexpr const char* kRootPictureProperty = "_XROOTPMAP_ID";
-
-/// The pixmap that this property names, if it is alive and as large as the root window. What it
-/// holds need not be what the root window shows: a program that sets a colour leaves the property
-/// as it was.
+/// The pixmap that a desktop has left on the root window and named for others, if it is alive and
+/// as large as the root window. What it holds need not be what the root window shows: a program
+/// that sets a colour leaves the name as it was.
 [[nodiscard]] std::optional<ForeignPixmap> namedRootPixmap(XServer& server);
-/// Whether the property names anything, be it alive or not.
+/// Whether anything is named, be it alive or not.
 [[nodiscard]] bool isRootPictureNamed(XServer& server);
+/// `changed` is called when a picture is named, maybe the same again, for other pixels.
+[[nodiscard]] std::unique_ptr<XEvents::Watch> watchRootPicture(XEvents& events,
+                                                               std::function<void()> changed);
 
 /// Copies the root window's background in `area` to the origin of a drawable of its depth: what is
-/// really there, also under windows and whatever the property says. False where the server keeps
+/// really there, also under windows and whatever is named. False where the server keeps
 /// nothing of what windows hide.
 [[nodiscard]] bool copyRootBackground(XServer& server, const QRect& area, xcb_drawable_t into);
 

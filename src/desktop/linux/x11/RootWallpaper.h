@@ -6,37 +6,25 @@
 #include <optional>
 #include <string>
 
-#include "desktop/linux/wallpaper/RootBackground.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
-#include "desktop/linux/wallpaper/WallpaperTable.h"
+#include "desktop/linux/x11/RootBackground.h"
+#include "desktop/linux/x11/XScreens.h"
+#include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 
-/// What has been told of the bare root window and not yet been put back, and what has been set. One
-/// adapter hands it to the next: a program with icons that comes and goes leaves the picture.
-struct RootWallpaperMemory {
-  struct Told {
-    std::int64_t number = 0;
-    std::unique_ptr<XPixmap> content;
-    bool named = false;
-  };
-  // By the monitor's name.
-  std::map<QString, Told> told;
-  std::int64_t lastNumber = 0;
-  std::map<QString, QString> files;
-  xcb_pixmap_t picture = XCB_NONE;
-};
-
 /// A window manager without a desktop: the picture is the root window's background, one for all
 /// monitors, left there by a program that has ended. No file names it, so the server keeps a copy
-/// of what a state tells, until that is put back or the monitor's next one is told.
+/// of what a state tells, until that is put back or the monitor's next one is told. There is one
+/// for the whole session: a program with icons that comes and goes leaves the picture.
 class RootWallpaper final : public WallpaperAdapter {
  public:
-  explicit RootWallpaper(WallpaperSurroundings surroundings);
+  /// Both outlive this.
+  RootWallpaper(XEvents& events, const XScreens& screens) : events_(events), screens_(screens) {}
 
-  /// Whether nothing covers the root window, neither a window nor what a shell composes. To be
-  /// asked last.
-  [[nodiscard]] static bool runs(const WallpaperSurroundings& surroundings);
+  /// Whether the root window is seen where no window covers it: some shells compose another
+  /// background over it.
+  [[nodiscard]] bool isSeen() const;
 
   /// Known only where the picture is ours.
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
@@ -49,12 +37,25 @@ class RootWallpaper final : public WallpaperAdapter {
   [[nodiscard]] BackdropManner manner() const override { return {.turnsUpright = true}; }
 
  private:
-  [[nodiscard]] XServer& server() const { return surroundings_.x11->server(); }
-  [[nodiscard]] RootWallpaperMemory& memory() const { return *surroundings_.root; }
+  /// What was told of a monitor and has not been put back yet.
+  struct Told {
+    std::int64_t number = 0;
+    std::unique_ptr<XPixmap> content;
+    bool named = false;
+  };
+
+  [[nodiscard]] XServer& server() const { return events_.server(); }
   [[nodiscard]] bool isOurs() const;
   [[nodiscard]] bool draw(const std::function<bool(xcb_pixmap_t)>& paint);
 
-  WallpaperSurroundings surroundings_;
+  XEvents& events_;
+  const XScreens& screens_;
+  // By the monitor's name.
+  std::map<QString, Told> told_;
+  std::map<QString, QString> files_;
+  std::int64_t lastNumber_ = 0;
+  /// The one that we set last.
+  xcb_pixmap_t picture_ = XCB_NONE;
   std::unique_ptr<XEvents::Watch> watch_;
 };
 

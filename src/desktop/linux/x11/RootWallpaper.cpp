@@ -1,10 +1,11 @@
-#include "desktop/linux/wallpaper/RootWallpaper.h"
+#include "desktop/linux/x11/RootWallpaper.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
+#include "desktop/linux/x11/ClientWindows.h"
 
 namespace linux_desktop {
 namespace {
@@ -18,12 +19,12 @@ constexpr const char* kRefused = "The X server does not take the picture.";
 /// window's. Part of their names: "Mutter (Muffin)", "Mutter(Budgie)", "GNOME Shell".
 constexpr std::array kShells{"Mutter", "Muffin", "GNOME Shell", "Gala", "KWin", "Enlightenment"};
 
-bool isHiddenByAShell(const WallpaperSurroundings& surroundings) {
-  const QString& manager = surroundings.desktop.windowManager;
-  const auto isNamed = [&](const char* name) {
-    return manager.contains(QLatin1String(name), Qt::CaseInsensitive);
-  };
-  return std::ranges::any_of(kShells, isNamed) && surroundings.x11->server().isComposited();
+/// EWMH 1.5.
+QString windowManagerOf(XServer& server) {
+  const auto check = server.numbers(server.root(), "_NET_SUPPORTING_WM_CHECK");
+  if (check.empty()) return {};
+  const ClientProperty name{check.front(), server.atom("_NET_WM_NAME")};
+  return QString::fromStdString(askFor(server, {&name, 1}).front().text());
 }
 
 /// Repeats a pixmap over `area`, from its corner.
@@ -45,49 +46,47 @@ bool tile(XServer& server, xcb_pixmap_t from, xcb_drawable_t into, const QRect& 
 
 }  // namespace
 
-RootWallpaper::RootWallpaper(WallpaperSurroundings surroundings)
-    : surroundings_(std::move(surroundings)) {}
-
-bool RootWallpaper::runs(const WallpaperSurroundings& surroundings) {
-  return surroundings.x11 != nullptr && surroundings.desktop.window == XCB_NONE &&
-         !isHiddenByAShell(surroundings);
+bool RootWallpaper::isSeen() const {
+  const QString manager = windowManagerOf(server());
+  const auto isNamed = [&](const char* name) {
+    return manager.contains(QLatin1String(name), Qt::CaseInsensitive);
+  };
+  return std::ranges::none_of(kShells, isNamed) || !server().isComposited();
 }
 
 /// Whether the root window still has the picture that we set last, for these monitors.
 bool RootWallpaper::isOurs() const {
   const auto named = namedRootPixmap(server());
-  return named && named->id == memory().picture;
+  return named && named->id == picture_;
 }
 
 std::optional<Backdrop> RootWallpaper::backdrop(const Monitor& monitor) {
-  const auto file = memory().files.find(monitor.name);
-  if (file == memory().files.end() || !isOurs()) return std::nullopt;
+  const auto file = files_.find(monitor.name);
+  if (file == files_.end() || !isOurs()) return std::nullopt;
   return Backdrop{.file = file->second, .style = BackdropStyle::Zoomed};
 }
 
 std::optional<WallpaperState> RootWallpaper::state(const Monitor& monitor) {
-  auto content = std::make_unique<XPixmap>(server(), monitor.pixels.size());
-  if (!copyRootBackground(server(), monitor.pixels, content->id())) return std::nullopt;
-  const std::int64_t number = ++memory().lastNumber;
-  memory().told.insert_or_assign(
-      monitor.name,
-      RootWallpaperMemory::Told{number, std::move(content), isRootPictureNamed(server())});
+  auto content = std::make_unique<XPixmap>(server(), monitor.pixels().size());
+  if (!copyRootBackground(server(), monitor.pixels(), content->id())) return std::nullopt;
+  const std::int64_t number = ++lastNumber_;
+  told_.insert_or_assign(monitor.name,
+                         Told{number, std::move(content), isRootPictureNamed(server())});
   const auto shown = backdrop(monitor);
   return WallpaperState{{{kCopy, number}}, shown ? shown->file : QString()};
 }
 
 /// Has `paint` change our picture, or one that begins as what the root window shows, and shows it.
 bool RootWallpaper::draw(const std::function<bool(xcb_pixmap_t)>& paint) {
-  RootWallpaperMemory& memory = this->memory();
   const bool again = isOurs();
-  const auto picture = again ? std::optional(memory.picture) : newRootPixmap(server());
+  const auto picture = again ? std::optional(picture_) : newRootPixmap(server());
   if (!picture) return false;
   if (!paint(*picture)) {
     if (!again) dropRootPixmap(server(), *picture);
     return false;
   }
-  if (!again) memory.files.clear();
-  memory.picture = *picture;
+  if (!again) files_.clear();
+  picture_ = *picture;
   showRootPixmap(server(), *picture);
   return true;
 }
@@ -96,54 +95,44 @@ std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QSt
                                                const Dictionary& /*options*/) {
   BackdropLayout layout;
   layout.manner = manner();
-  for (const Monitor& each : surroundings_.monitors()) layout.desktop |= each.pixels;
+  for (const Monitor& each : screens_.monitors()) layout.desktop |= each.pixels();
   const Backdrop backdrop{.file = file, .style = BackdropStyle::Zoomed};
   const QImage image = renderBackdrop(backdrop, monitor, layout);
   const bool shown = draw([&](xcb_pixmap_t picture) {
-    return putImage(server(), picture, image, monitor.pixels.topLeft());
+    return putImage(server(), picture, image, monitor.pixels().topLeft());
   });
   if (!shown) return kRefused;
-  memory().files.insert_or_assign(monitor.name, file);
+  files_.insert_or_assign(monitor.name, file);
   return std::nullopt;
 }
 
 std::optional<std::string> RootWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
-  auto& told = memory().told;
-  const auto found = told.find(monitor.name);
+  const auto found = told_.find(monitor.name);
   const auto number = platform::valueOf<std::int64_t>(kept, kCopy);
-  if (found == told.end() || found->second.number != number) {
+  if (found == told_.end() || found->second.number != number) {
     return "The picture of before is no longer known.";
   }
-  const std::vector<Monitor> monitors = surroundings_.monitors();
+  const std::vector<Monitor>& monitors = screens_.monitors();
   const auto present = std::ranges::find(monitors, monitor.name, &Monitor::name);
   // One that has gone since shows nothing.
-  const bool shown = present == monitors.end() || draw([&](xcb_pixmap_t picture) {
-                       return tile(server(), found->second.content->id(), picture, present->pixels);
-                     });
+  const bool shown =
+      present == monitors.end() || draw([&](xcb_pixmap_t picture) {
+        return tile(server(), found->second.content->id(), picture, present->pixels());
+      });
   if (!shown) return kRefused;
   const bool wasNamed = found->second.named;
-  memory().files.erase(monitor.name);
-  told.erase(found);
-  if (wasNamed || !told.empty()) return std::nullopt;
-  if (const auto pixel = onlyPixel(server(), memory().picture)) {
+  files_.erase(monitor.name);
+  told_.erase(found);
+  if (wasNamed || !told_.empty()) return std::nullopt;
+  if (const auto pixel = onlyPixel(server(), picture_)) {
     showRootColour(server(), *pixel);
-    memory().picture = XCB_NONE;
+    picture_ = XCB_NONE;
   }
   return std::nullopt;
 }
 
 void RootWallpaper::setChanged(std::function<void()> changed) {
-  watch_.reset();
-  if (!changed) return;
-  const xcb_atom_t property = server().atom(kRootPictureProperty);
-  watch_ = surroundings_.x11->watch(
-      server().root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
-      [property, changed = std::move(changed)](const xcb_generic_event_t& event) {
-        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if ((event.response_type & 0x7f) == XCB_PROPERTY_NOTIFY && change.atom == property) {
-          changed();
-        }
-      });
+  watch_ = changed ? watchRootPicture(events_, std::move(changed)) : nullptr;
 }
 
 }  // namespace linux_desktop

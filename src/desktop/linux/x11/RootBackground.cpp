@@ -1,4 +1,4 @@
-#include "desktop/linux/wallpaper/RootBackground.h"
+#include "desktop/linux/x11/RootBackground.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,13 @@
 namespace linux_desktop {
 namespace {
 
-constexpr std::array kNames{kRootPictureProperty, "ESETROOT_PMAP_ID"};
+/// Where the picture is named; the second says that it may be freed by the next who sets one.
+constexpr std::array kNames{"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"};
+
+xcb_pixmap_t named(XServer& server, const char* property = kNames.front()) {
+  const auto numbers = server.numbers(server.root(), property);
+  return numbers.empty() ? xcb_pixmap_t{XCB_NONE} : numbers.front();
+}
 
 struct Geometry {
   QSize size;
@@ -31,10 +37,8 @@ using Maker = std::unique_ptr<xcb_connection_t, Disconnect>;
 
 /// What its maker left for ever goes when that maker is "killed": the custom of all who set one.
 void freeFormer(XServer& server, xcb_pixmap_t next) {
-  const auto one = server.numbers(server.root(), kNames[0]);
-  const auto other = server.numbers(server.root(), kNames[1]);
-  if (one.empty() || one != other || one.front() == next) return;
-  dropRootPixmap(server, one.front());
+  const xcb_pixmap_t former = named(server);
+  if (former != next && former == named(server, kNames.back())) dropRootPixmap(server, former);
 }
 
 void clearRoot(XServer& server) {
@@ -55,17 +59,21 @@ bool isOnePixel(const std::uint8_t* first, std::size_t width, std::size_t stride
 }  // namespace
 
 bool isRootPictureNamed(XServer& server) {
-  const auto named = server.numbers(server.root(), kRootPictureProperty);
-  return !named.empty() && named.front() != XCB_NONE;
+  return named(server) != XCB_NONE;
 }
 
 std::optional<ForeignPixmap> namedRootPixmap(XServer& server) {
-  const auto named = server.numbers(server.root(), kRootPictureProperty);
-  if (named.empty() || named.front() == XCB_NONE) return std::nullopt;
+  const xcb_pixmap_t id = named(server);
+  if (id == XCB_NONE) return std::nullopt;
   const auto root = geometryOf(server.get(), server.root());
-  const auto pixmap = geometryOf(server.get(), named.front());
+  const auto pixmap = geometryOf(server.get(), id);
   if (!root || !pixmap || root->size != pixmap->size) return std::nullopt;
-  return ForeignPixmap{named.front(), pixmap->depth};
+  return ForeignPixmap{id, pixmap->depth};
+}
+
+std::unique_ptr<XEvents::Watch> watchRootPicture(XEvents& events, std::function<void()> changed) {
+  XServer& server = events.server();
+  return events.watchProperty(server.root(), server.atom(kNames.front()), std::move(changed));
 }
 
 bool copyRootBackground(XServer& server, const QRect& area, xcb_drawable_t into) {
