@@ -107,10 +107,8 @@ std::vector<ClientPropertyValue> askFor(XServer& server,
   std::vector<ClientPropertyValue> values;
   values.reserve(properties.size());
   for (const auto& cookie : cookies) {
-    xcb_generic_error_t* error = nullptr;
     values.emplace_back(
-        XReply<xcb_get_property_reply_t>(xcb_get_property_reply(server.get(), cookie, &error)));
-    const XReply<xcb_generic_error_t> gone(error);
+        XReply<xcb_get_property_reply_t>(xcb_get_property_reply(server.get(), cookie, nullptr)));
   }
   return values;
 }

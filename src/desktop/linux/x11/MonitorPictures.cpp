@@ -1,6 +1,6 @@
 #include "desktop/linux/x11/MonitorPictures.h"
 
-#include <utility>
+#include <optional>
 
 namespace linux_desktop {
 namespace {

@@ -22,10 +22,8 @@ struct Geometry {
 };
 
 std::optional<Geometry> geometryOf(xcb_connection_t* connection, xcb_drawable_t drawable) {
-  xcb_generic_error_t* error = nullptr;
   const XReply<xcb_get_geometry_reply_t> reply(
-      xcb_get_geometry_reply(connection, xcb_get_geometry(connection, drawable), &error));
-  const XReply<xcb_generic_error_t> gone(error);
+      xcb_get_geometry_reply(connection, xcb_get_geometry(connection, drawable), nullptr));
   if (!reply) return std::nullopt;
   return Geometry{{reply->width, reply->height}, reply->depth};
 }

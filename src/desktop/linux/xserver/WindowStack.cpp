@@ -26,9 +26,7 @@ std::vector<std::vector<xcb_window_t>> childrenOf(XServer& server,
   for (const xcb_window_t parent : parents) cookies.push_back(xcb_query_tree(server.get(), parent));
   std::vector<std::vector<xcb_window_t>> results;
   for (const auto& cookie : cookies) {
-    xcb_generic_error_t* error = nullptr;
-    const XReply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(server.get(), cookie, &error));
-    const XReply<xcb_generic_error_t> gone(error);
+    const XReply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(server.get(), cookie, nullptr));
     results.emplace_back();
     if (!reply) continue;
     const xcb_window_t* children = xcb_query_tree_children(reply.get());
@@ -47,10 +45,8 @@ std::vector<XReply<xcb_get_window_attributes_reply_t>> shownAmong(
   }
   std::vector<XReply<xcb_get_window_attributes_reply_t>> results;
   for (const auto& cookie : cookies) {
-    xcb_generic_error_t* error = nullptr;
     XReply<xcb_get_window_attributes_reply_t> reply(
-        xcb_get_window_attributes_reply(server.get(), cookie, &error));
-    const XReply<xcb_generic_error_t> gone(error);
+        xcb_get_window_attributes_reply(server.get(), cookie, nullptr));
     const bool shown = reply && reply->map_state == XCB_MAP_STATE_VIEWABLE &&
                        reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
     results.push_back(shown ? std::move(reply) : nullptr);
@@ -61,10 +57,8 @@ std::vector<XReply<xcb_get_window_attributes_reply_t>> shownAmong(
 /// None for a window that is gone or lies deeper than window managers put one.
 xcb_window_t topLevelOf(XServer& server, xcb_window_t window) {
   for (int level = 0; level <= kLevelsBelowTop; ++level) {
-    xcb_generic_error_t* error = nullptr;
     const XReply<xcb_query_tree_reply_t> reply(
-        xcb_query_tree_reply(server.get(), xcb_query_tree(server.get(), window), &error));
-    const XReply<xcb_generic_error_t> gone(error);
+        xcb_query_tree_reply(server.get(), xcb_query_tree(server.get(), window), nullptr));
     if (!reply || reply->parent == server.root()) return reply ? window : XCB_NONE;
     window = reply->parent;
   }
@@ -81,10 +75,8 @@ std::vector<WindowStack::TopLevel> topLevelsOf(XServer& server) {
   const auto shown = shownAmong(server, windows);
   std::vector<WindowStack::TopLevel> topLevels;
   for (std::size_t i = 0; i < windows.size(); ++i) {
-    xcb_generic_error_t* error = nullptr;
     const XReply<xcb_get_geometry_reply_t> place(
-        xcb_get_geometry_reply(server.get(), cookies[i], &error));
-    const XReply<xcb_generic_error_t> gone(error);
+        xcb_get_geometry_reply(server.get(), cookies[i], nullptr));
     if (!place || !shown[i]) continue;
     const int borders = 2 * place->border_width;
     topLevels.push_back({windows[i],

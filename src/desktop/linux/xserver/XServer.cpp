@@ -77,9 +77,7 @@ std::vector<std::vector<std::uint32_t>> XServer::numbersOf(std::span<const xcb_w
   }
   std::vector<std::vector<std::uint32_t>> results;
   for (const auto& cookie : cookies) {
-    xcb_generic_error_t* error = nullptr;
-    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(get(), cookie, &error));
-    const XReply<xcb_generic_error_t> gone(error);
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(get(), cookie, nullptr));
     results.push_back(numbersIn(reply));
   }
   return results;
@@ -88,13 +86,9 @@ std::vector<std::vector<std::uint32_t>> XServer::numbersOf(std::span<const xcb_w
 std::optional<QRect> XServer::geometry(xcb_window_t window) {
   const auto sizeCookie = xcb_get_geometry(get(), window);
   const auto placeCookie = xcb_translate_coordinates(get(), window, root_, 0, 0);
-  xcb_generic_error_t* error = nullptr;
-  const XReply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(get(), sizeCookie, &error));
-  const XReply<xcb_generic_error_t> firstError(error);
-  error = nullptr;
+  const XReply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(get(), sizeCookie, nullptr));
   const XReply<xcb_translate_coordinates_reply_t> place(
-      xcb_translate_coordinates_reply(get(), placeCookie, &error));
-  const XReply<xcb_generic_error_t> secondError(error);
+      xcb_translate_coordinates_reply(get(), placeCookie, nullptr));
   if (!size || !place) return std::nullopt;
   return QRect(place->dst_x, place->dst_y, size->width, size->height);
 }
