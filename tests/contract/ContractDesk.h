@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -8,6 +10,7 @@
 #include <vector>
 
 #include "platform/Desktop.h"
+#include "platform/Runtime.h"
 
 namespace contract {
 
@@ -79,6 +82,24 @@ struct DeskKind {
   friend std::ostream& operator<<(std::ostream& stream, const DeskKind& kind) {
     return stream << kind.name;
   }
+};
+
+/// What every desktop promises, service by service. A case sees one desktop through its port and
+/// judges it from outside through its desk. No case is skipped: both desktops have every service.
+class DesktopContract : public ::testing::TestWithParam<DeskKind> {
+ protected:
+  [[nodiscard]] ContractDesk& desk() { return *desk_; }
+  [[nodiscard]] platform::port::MainLoop& loop() { return desk_->desktop().mainLoop(); }
+  [[nodiscard]] platform::port::DefaultsStore& defaults() { return desk_->desktop().defaults(); }
+  /// `what`, noted when it runs.
+  [[nodiscard]] std::function<void()> note(std::string what) {
+    return [this, what = std::move(what)] { order.push_back(what); };
+  }
+
+  std::vector<std::string> order;
+
+ private:
+  std::unique_ptr<ContractDesk> desk_ = GetParam().make();
 };
 
 }  // namespace contract

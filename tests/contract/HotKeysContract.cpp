@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "contract/DesktopContract.h"
+#include "contract/ContractDesk.h"
 #include "platform/carbon/CarbonEvents.h"
 #include "platform/carbon/KeyCodes.h"
 

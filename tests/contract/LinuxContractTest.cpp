@@ -6,7 +6,7 @@
 #include <map>
 #include <utility>
 
-#include "contract/DesktopContract.h"
+#include "contract/ContractDesk.h"
 #include "desktop/harness/XDesk.h"
 #include "desktop/linux/LinuxDesktop.h"
 #include "platform/carbon/KeyCodes.h"

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <thread>
 
-#include "contract/DesktopContract.h"
+#include "contract/ContractDesk.h"
 
 namespace contract {
 namespace {
@@ -127,6 +127,18 @@ TEST_P(DesktopContract, TheEndOfTheProgramEndsEveryRunAndSleep) {
   loop().run();
   order.emplace_back("outer run");
   EXPECT_EQ(order, (Order{"inner run", "sleep", "outer run"}));
+}
+
+TEST_P(DesktopContract, AStopDuringASleepEndsTheRunAfterIt) {
+  loop().post([this] {
+    loop().post([this] { loop().stop(); });
+    const MonotonicTime start = loop().now();
+    loop().sleep(20ms);
+    EXPECT_GE(loop().now() - start, 20ms);
+    order.emplace_back("slept");
+  });
+  loop().run();
+  EXPECT_EQ(order, Order{"slept"});
 }
 
 TEST_P(DesktopContract, ASleepEndsEarlyWhenTheProgramDoes) {

@@ -1,7 +1,7 @@
 #include <map>
 #include <set>
 
-#include "contract/DesktopContract.h"
+#include "contract/ContractDesk.h"
 #include "platform/appkit/NSImageView.h"
 #include "platform/appkit/NSWindow.h"
 

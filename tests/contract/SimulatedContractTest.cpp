@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "contract/DesktopContract.h"
+#include "contract/ContractDesk.h"
 #include "desktop/simulated/SimulatedDesktop.h"
 #include "platform/carbon/KeyCodes.h"
 

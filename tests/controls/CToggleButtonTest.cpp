@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/Attributes.h"
 #include "support/DeskTest.h"
-#include "support/Listener.h"
 
 namespace controls {
 namespace {
@@ -283,15 +281,6 @@ TEST_F(CToggleButtonTest, AttributesAreSetByKeyAndRefusedWhenOfAnotherType) {
   EXPECT_EQ(toggle->outlineColor(), kRed);
   EXPECT_FALSE(toggle->setValueForKey("statetag", "11"));
   EXPECT_EQ(CToggleButton::initWithCoder(tests::Attributes{{"hidden", "maybe"}}), nullptr);
-}
-
-TEST_F(CToggleButtonTest, AssistiveTechnologySeesASwitchWithItsState) {
-  EXPECT_EQ(toggle->accessibilityRole(), platform::NSAccessibilityRole::Switch);
-  EXPECT_EQ(toggle->accessibilityValue(), std::optional(false));
-  EXPECT_TRUE(toggle->acceptsFirstResponder());
-  press();
-  release();
-  EXPECT_EQ(toggle->accessibilityValue(), std::optional(true));
 }
 
 }  // namespace

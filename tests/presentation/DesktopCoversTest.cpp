@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/appkit/NSWindowController.h"
-#include "presentation/CoversTest.h"
+#include "presentation/FeatureTest.h"
 
 namespace presentation {
 namespace {
@@ -48,11 +48,11 @@ TEST_F(DesktopCoversTest, EveryScreenGetsACoverBehindAllAndThenItsPicture) {
              "window.show behind at level -20, 1280 120 1024 600 empty", "windowList.capture 1",
              "windowList.capture 2", "window.update 0 0 1280 720 showing left",
              "window.update 1280 120 1024 600 showing right"}));
-  ASSERT_EQ(panel().transWindow().size(), 2U);
-  EXPECT_EQ(panel().transWindow()[1]->style(), platform::NSWindowStyle::Borderless);
+  ASSERT_EQ(desk.screen.covers().size(), 2U);
+  EXPECT_EQ(desk.screen.covers()[1]->style(), platform::NSWindowStyle::Borderless);
   EXPECT_EQ(entriesOf([this] { clickMaster(); }),
             (Calls{"statusItem.setImage logo-initial-small", "window.hide", "window.hide"}));
-  EXPECT_THAT(panel().transWindow(), IsEmpty());
+  EXPECT_THAT(desk.screen.covers(), IsEmpty());
   EXPECT_EQ(desk.screen.windowCount(), 1U);  // the panel's
 }
 
@@ -243,14 +243,14 @@ TEST_F(DesktopCoversTest, ACoverOutlivesItsScreenUntilAllAreTakenDown) {
   cover();
   setScreens({kLeft});
   desk.loop.advance(1s);
-  EXPECT_EQ(desk.screen.coverCount(), 2U);
+  EXPECT_EQ(desk.screen.covers().size(), 2U);
   EXPECT_THAT(shown(), ElementsAre("left", "right"));
   desk.log.clear();
   setScreens({kLeft, kRight});
   EXPECT_THAT(desk.log.calls("window.show"), IsEmpty());
   setScreens({kLeft});
   clickMaster();
-  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  EXPECT_EQ(desk.screen.covers().size(), 0U);
 }
 
 TEST_F(DesktopCoversTest, AnotherOrderMovesEachCoverTogetherWithItsPicture) {
@@ -270,7 +270,7 @@ TEST_F(DesktopCoversTest, AScreenWithoutItsPictureDoesNotMoveItsCover) {
   desk.loop.advance(1s);
   EXPECT_THAT(desk.log.calls("window."),
               ElementsAre("window.update 1280 120 1024 600 showing right"));
-  EXPECT_EQ(panel().transWindow()[0]->frame(), kLeft.frame);
+  EXPECT_EQ(desk.screen.covers()[0]->frame(), kLeft.frame);
 }
 
 TEST_F(DesktopCoversTest, AScreenThatHasNoCoverYetIsPassedOver) {
@@ -288,7 +288,7 @@ TEST_F(DesktopCoversTest, CoveringTwiceMakesTwoOfEachAndOneDownTakesAll) {
   desk.log.clear();
   post(11, true);
   desk.loop.settle();
-  EXPECT_EQ(desk.screen.coverCount(), 4U);
+  EXPECT_EQ(desk.screen.covers().size(), 4U);
   EXPECT_THAT(shown(), ElementsAre("left", "right", "", ""));
   EXPECT_EQ(callsOf([this] { changeSpace(); }, "windowList").size(), 4U);
   EXPECT_THAT(callsOf([this] { clickMaster(); }, "window.hide").size(), 4U);

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/carbon/KeyCodes.h"
-#include "presentation/CoversTest.h"
+#include "presentation/FeatureTest.h"
 
 namespace presentation {
 namespace {
@@ -85,7 +85,7 @@ TEST_F(PresentationModeTest, WhatHappensInTheSecondBeforeTheCoversComesAfterThem
   Calls both = kEverythingOn;
   both.insert(both.end(), kEverythingOff.begin(), kEverythingOff.end());
   EXPECT_EQ(desk.log.calls(), both);
-  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  EXPECT_EQ(desk.screen.covers().size(), 0U);
 }
 
 TEST_F(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHasQueued) {
@@ -101,7 +101,7 @@ TEST_F(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHa
   Calls both = kEverythingOn;
   both.insert(both.end(), kEverythingOff.begin(), kEverythingOff.end());
   EXPECT_EQ(desk.log.calls(), both);
-  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  EXPECT_EQ(desk.screen.covers().size(), 0U);
   EXPECT_FALSE(desk.applications.isHidden(7));
 }
 
@@ -129,10 +129,10 @@ TEST_F(PresentationModeTest, CoversThatWereDeferredComeAlsoWhenTheModeHasEnded) 
   launchWithEverything();
   panel().togglePresentationMode();
   panel().togglePresentationMode();
-  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  EXPECT_EQ(desk.screen.covers().size(), 0U);
   desk.loop.settle();
   EXPECT_FALSE(isOn());
-  EXPECT_EQ(desk.screen.coverCount(), 1U);
+  EXPECT_EQ(desk.screen.covers().size(), 1U);
 }
 
 TEST_F(PresentationModeTest, OperationsAreReachedByName) {
@@ -177,7 +177,7 @@ TEST_F(PresentationModeTest, TheEndOfTheProgramLeavesTheModesEffectsButNoCover) 
   EXPECT_TRUE(desk.loop.isTerminated());
   relaunch();
   EXPECT_FALSE(isOn());
-  EXPECT_EQ(desk.screen.coverCount(), 0U);
+  EXPECT_EQ(desk.screen.covers().size(), 0U);
   EXPECT_TRUE(desk.applications.isHidden(7));
   EXPECT_EQ(desk.audio.isMuted(kSpeakers), std::optional(true));
   EXPECT_EQ(desk.pictures.pictures["A"], "/new.png");

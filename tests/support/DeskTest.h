@@ -2,8 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
 #include "desktop/simulated/SimulatedDesktop.h"
 #include "platform/Runtime.h"
+#include "platform/foundation/NSCoder.h"
+#include "platform/foundation/NSNotificationCenter.h"
 
 namespace tests {
 
@@ -12,6 +20,52 @@ class DeskTest : public ::testing::Test {
  protected:
   simulated::SimulatedDesktop desk;
   platform::Runtime runtime{desk};
+};
+
+/// An interface description of one object, as a map.
+class Attributes final : public platform::NSCoder {
+ public:
+  using Map = std::map<std::string, std::string, std::less<>>;
+
+  Attributes(std::initializer_list<Map::value_type> values = {}) : values_(values) {}
+
+  [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const override {
+    const auto found = values_.find(name);
+    if (found == values_.end()) return std::nullopt;
+    return found->second;
+  }
+
+ private:
+  Map values_;
+};
+
+/// An observer that remembers what it was told. It answers "heard:" and "called".
+class Listener final : public platform::NSObject {
+ public:
+  struct Heard {
+    std::string name;
+    std::optional<platform::Dictionary> userInfo;
+    const platform::NSObject* sender = nullptr;
+    bool operator==(const Heard&) const = default;
+  };
+  std::vector<Heard> notifications;
+  int calls = 0;
+  /// What it does when it hears something.
+  std::function<void()> reaction;
+
+  void heard(const platform::NSNotification& notification) {
+    notifications.push_back({notification.name(), notification.userInfo(), notification.object()});
+    if (reaction) reaction();
+  }
+  void called() { ++calls; }
+
+  [[nodiscard]] const platform::ClassDescription& classDescription() const override {
+    static constexpr std::array messages{platform::message<&Listener::heard>("heard:"),
+                                         platform::message<&Listener::called>("called")};
+    static constexpr platform::ClassDescription description{.className = "Listener",
+                                                            .messages = messages};
+    return description;
+  }
 };
 
 }  // namespace tests

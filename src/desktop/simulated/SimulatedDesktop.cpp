@@ -21,7 +21,7 @@ void SimulatedDefaults::remove(std::string_view key) {
 }
 
 void SimulatedDesktop::countObservers() {
-  if (screen.coverCount() != 0) return;
+  if (!screen.covers().empty()) return;
   observers_ += platform::NSWorkspace::sharedWorkspace().notificationCenter().observerCount(
       platform::NSWorkspaceActiveSpaceDidChangeNotification);
   observers_ += platform::NSNotificationCenter::defaultCenter().observerCount(

@@ -192,8 +192,12 @@ std::size_t SimulatedWindows::visibleWindowCount() const {
       std::ranges::count_if(windows_, [](const Window* window) { return window->isVisible(); }));
 }
 
-std::size_t SimulatedWindows::coverCount() const {
-  return static_cast<std::size_t>(std::ranges::count_if(windows_, &Window::isAtFrame));
+std::vector<NSWindow*> SimulatedWindows::covers() const {
+  std::vector<NSWindow*> covers;
+  for (const Window* window : windows_) {
+    if (window->isAtFrame()) covers.push_back(&window->window);
+  }
+  return covers;
 }
 
 std::vector<NSWindow*> SimulatedWindows::visibleWindows() const {

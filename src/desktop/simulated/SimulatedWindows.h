@@ -74,7 +74,7 @@ class SimulatedWindows final : public platform::port::Windows {
   /// of content.
   [[nodiscard]] std::vector<platform::NSWindow*> visibleWindows() const;
   /// Windows that are shown at their own frame, seen or not.
-  [[nodiscard]] std::size_t coverCount() const;
+  [[nodiscard]] std::vector<platform::NSWindow*> covers() const;
   /// How often changes of the model reached a window.
   [[nodiscard]] int updates() const { return updates_; }
 

@@ -5,7 +5,6 @@
 #include "platform/appkit/NSAlert.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "support/DeskTest.h"
-#include "support/Listener.h"
 
 namespace platform {
 namespace {
