@@ -23,15 +23,14 @@ bool isSpace(int key) {
   return key == Qt::Key_Space || key == Qt::Key_Select;
 }
 
-/// What is pressed may take the widget away.
+/// What is pressed may take the widget away; Qt keeps the lambda until it returns.
 void reportClicks(QAbstractButton& widget, std::shared_ptr<platform::NSButton> button,
                   PressObserver& presses) {
   QObject::connect(&widget, &QAbstractButton::clicked, &widget,
                    [&widget, button = std::move(button), &presses] {
-                     const auto pressed = button;
                      const QPointF middle = widget.mapTo(widget.window(), widget.rect().center());
-                     presses.pressed(*pressed, middle);
-                     presses.released(*pressed, middle);
+                     presses.pressed(*button, middle);
+                     presses.released(*button, middle);
                    });
 }
 
