@@ -7,7 +7,7 @@
 
 #include "bench/DeskProgram.h"
 #include "desktop/harness/DesktopConfiguration.h"
-#include "desktop/harness/SoftPictures.h"
+#include "desktop/harness/Screen.h"
 
 namespace bench {
 

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "desktop/harness/SoftPictures.h"
+#include "desktop/harness/Screen.h"
 
 namespace bench {
 

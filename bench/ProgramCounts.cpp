@@ -7,7 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "desktop/harness/FileDescriptor.h"
+#include "desktop/harness/LineCapture.h"
 
 namespace bench {
 

@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "desktop/harness/DesktopConfiguration.h"
-#include "desktop/harness/SoftPictures.h"
+#include "desktop/harness/Screen.h"
 
 namespace demo {
 

@@ -4,7 +4,6 @@
 #include "desktop/applications/ApplicationsDesk.h"
 
 using harness::WindowManager;
-using testing::HasSubstr;
 
 namespace {
 
@@ -102,25 +101,6 @@ TEST_P(HidingTest, OnlyWhatHidingTookAwayComesBack) {
   EXPECT_TRUE(desk.isMinimised(putAway));
   const std::vector<xcb_window_t> forwardAbove{quiet, forward};
   EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(forwardAbove) == forwardAbove; }));
-}
-
-TEST_P(HidingTest, TheNextProcessShowsWhatTheOneBeforeHid) {
-  const auto first = desk.openProgram("first", {100, 100, 300, 200});
-  const auto second = desk.openProgram("second", {150, 150, 300, 200});
-  const auto third = desk.openProgram("third", {200, 200, 300, 200});
-  const std::vector<xcb_window_t> all{first, second, third};
-  const auto order = desk.stacking(all);
-  desk.startProbe();
-  desk.tell("hide");
-  ASSERT_TRUE(desk.allMinimised(all));
-  desk.probe().kill();
-
-  desk.startProbe();
-  ASSERT_THAT(desk.list(), testing::Contains(HasSubstr(" regular hidden Xmessage")));
-  desk.tell("show");
-  ASSERT_TRUE(desk.allShown(all));
-  EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(all) == order; }));
-  EXPECT_THAT(desk.stacking(all), testing::ElementsAreArray(order));
 }
 
 TEST_P(HidingTest, TheLastWishPrevails) {

@@ -4,7 +4,6 @@
 
 #include "desktop/applications/ApplicationsDesk.h"
 
-using harness::Stream;
 using harness::WindowManager;
 
 namespace {
@@ -48,24 +47,6 @@ TEST_P(ManagerFaultsTest, OneThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   ASSERT_TRUE(desk.allShown(windows));
   // One that was waited for would have been complained of.
   EXPECT_EQ(desk.probe().errorOutput(), "");
-}
-
-TEST_P(ManagerFaultsTest, OneThatHangsIsComplainedOfOnceAndTheLastWishHoldsWhenItGoesOn) {
-  const auto order = desk.stacking(windows);
-  for (const char* wishes : {"hide", "show hide"}) {
-    desk.desk().windowManager().freezeGroup();
-    desk.tell(wishes);
-    ASSERT_TRUE(desk.probe().waitForLine("does not answer", harness::kPatience, Stream::Error));
-    desk.tell("show");
-    desk.desk().windowManager().thawGroup();
-    ASSERT_TRUE(desk.allShown(windows));
-    // That it has come to everything.
-    desk.tell("hide");
-    ASSERT_TRUE(desk.allMinimised(windows));
-    desk.tell("show");
-    ASSERT_TRUE(desk.allShown(windows));
-    EXPECT_TRUE(desk.desk().until([&] { return desk.stacking(windows) == order; }));
-  }
 }
 
 }  // namespace

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "desktop/harness/PrivateHome.h"
+#include "desktop/harness/Process.h"
 #include "desktop/harness/SoundServer.h"
-#include "desktop/harness/Until.h"
 #include "desktop/linux/audio/PulseSound.h"
 
 /// What the room prints by default, line by line. Also from the thread of the loop.

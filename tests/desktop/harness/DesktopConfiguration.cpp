@@ -107,6 +107,19 @@ std::string fileOrAbsent(const XDesk& desk, const std::string& name) {
   return name + "\n" + std::string(std::istreambuf_iterator<char>(file), {});
 }
 
+std::vector<std::string> reader(const XDesk& desk, NotificationDaemon kind) {
+  switch (kind) {
+    case NotificationDaemon::XfceNotifyd:
+      return {"xfconf-query", "-c", "xfce4-notifyd", "-p", "/do-not-disturb"};
+    case NotificationDaemon::Dunst:
+      return {"dunstctl", "is-paused"};
+    case NotificationDaemon::Mate:
+      return {"gsettings", "get", "org.mate.NotificationDaemon", "do-not-disturb"};
+    default:
+      return {"sed", "-n", "s/^doNotDisturb=//p", desk.home().config() / "lxqt/notifications.conf"};
+  }
+}
+
 }  // namespace
 
 void setXfconf(const XDesk& desk, const std::string& channel, const std::string& key,
@@ -157,6 +170,13 @@ std::string backdropSettings(const XDesk& desk, DesktopIcons kind) {
       return fileOrAbsent(desk, kPcmanfmQtFile);
   }
   return {};
+}
+
+std::optional<bool> doNotDisturb(const XDesk& desk, NotificationDaemon kind) {
+  const std::string answer = desk.run(reader(desk, kind)).output;
+  if (answer == "true\n") return true;
+  if (answer == "false\n") return false;
+  return std::nullopt;
 }
 
 }  // namespace harness

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,5 +34,9 @@ void setXfconf(const XDesk& desk, const std::string& channel, const std::string&
 /// empty ones: as xfconf-query, dconf and the configuration files have it. Without such a program a
 /// number for the root window's picture.
 [[nodiscard]] std::string backdropSettings(const XDesk& desk, DesktopIcons kind);
+
+/// Whether a notification daemon keeps its peace, as its desktop's own tools tell it; none where
+/// nobody has ever set it, or they cannot tell.
+[[nodiscard]] std::optional<bool> doNotDisturb(const XDesk& desk, NotificationDaemon kind);
 
 }  // namespace harness

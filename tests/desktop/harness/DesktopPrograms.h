@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "desktop/harness/PrivateHome.h"
-#include "desktop/harness/VncMonitors.h"
+#include "desktop/harness/XConnection.h"
 
 namespace harness {
 

@@ -10,9 +10,11 @@
 #include <thread>
 #include <vector>
 
-#include "desktop/harness/FileDescriptor.h"
+#include "desktop/linux/files/FileDescriptor.h"
 
 namespace harness {
+
+using linux_desktop::FileDescriptor;
 
 enum class Stream { Output, Error };
 

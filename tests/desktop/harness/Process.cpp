@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstring>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace harness {
@@ -221,6 +222,17 @@ RunResult runToEnd(const Command& command) {
   const std::optional<ProcessEnd> end = process.waitForExit();
   if (!end) throw std::runtime_error(command.argv.front() + " did not end in time");
   return {*end, process.output(), process.errorOutput()};
+}
+
+bool until(const std::function<bool()>& fact, std::chrono::milliseconds patience,
+           const std::function<void()>& meanwhile) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (!fact()) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    if (meanwhile) meanwhile();
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return true;
 }
 
 }  // namespace harness

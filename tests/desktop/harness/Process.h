@@ -4,12 +4,12 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "desktop/harness/FileDescriptor.h"
 #include "desktop/harness/LineCapture.h"
 
 namespace harness {
@@ -104,5 +104,11 @@ struct RunResult {
 /// Runs a program to its end. Throws std::runtime_error when it cannot be run or is still running
 /// after kPatience.
 [[nodiscard]] RunResult runToEnd(const Command& command);
+
+/// Waits until `fact` holds, for facts that announce themselves to nobody; false when it still does
+/// not after `patience`. `meanwhile` runs between two looks: give a turn of the event loop where
+/// the fact needs one.
+bool until(const std::function<bool()>& fact, std::chrono::milliseconds patience = kPatience,
+           const std::function<void()>& meanwhile = {});
 
 }  // namespace harness

@@ -3,6 +3,9 @@
 #include <png.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
@@ -35,6 +38,43 @@ std::uint32_t colourOf(std::uint32_t pixel, int depth) {
     default:
       return pixel & 0xffffffU;
   }
+}
+
+struct Colour {
+  int red;
+  int green;
+  int blue;
+};
+
+Image gradient(int width, int height, const Colour& top, const Colour& bottom) {
+  const auto mix = [height](int first, int last, int y) {
+    return static_cast<std::uint32_t>(first + (last - first) * y / std::max(height - 1, 1));
+  };
+  Image image{width, height, {}};
+  image.pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  for (int y = 0; y < height; ++y) {
+    const std::uint32_t colour = mix(top.red, bottom.red, y) << 16 |
+                                 mix(top.green, bottom.green, y) << 8 |
+                                 mix(top.blue, bottom.blue, y);
+    image.pixels.insert(image.pixels.end(), static_cast<std::size_t>(width), colour);
+  }
+  return image;
+}
+
+int channel(std::uint32_t pixel, int shift) {
+  return static_cast<int>(pixel >> shift & 0xff);
+}
+
+bool isEdge(std::uint32_t left, std::uint32_t right) {
+  constexpr int kSharp = 24;
+  for (const int shift : {0, 8, 16}) {
+    if (std::abs(channel(left, shift) - channel(right, shift)) > kSharp) return true;
+  }
+  return false;
+}
+
+bool liesIn(const std::vector<Rect>& areas, int x, int y) {
+  return std::ranges::any_of(areas, [&](const Rect& area) { return area.contains(x, y); });
 }
 
 }  // namespace
@@ -88,12 +128,12 @@ void writePng(const Image& image, const std::filesystem::path& path) {
     throw std::runtime_error("cannot write " + path.string() + ": " + header.message);
 }
 
-Image Screen::area(const Rect& wanted) const {
+Image Screen::area(const Rect& wanted, xcb_drawable_t of) const {
   const Rect inside = cut(wanted, x_.screenArea());
   const auto cookie = xcb_get_image(
-      x_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, x_.root(), static_cast<std::int16_t>(inside.x),
-      static_cast<std::int16_t>(inside.y), static_cast<std::uint16_t>(inside.width),
-      static_cast<std::uint16_t>(inside.height), ~0U);
+      x_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, of == XCB_NONE ? x_.root() : of,
+      static_cast<std::int16_t>(inside.x), static_cast<std::int16_t>(inside.y),
+      static_cast<std::uint16_t>(inside.width), static_cast<std::uint16_t>(inside.height), ~0U);
   const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x_.get(), cookie, nullptr));
   if (!reply) throw std::runtime_error("the screen cannot be read");
   const std::size_t each = reply->depth > 16 ? 4 : 2;
@@ -128,6 +168,61 @@ Image Screen::settled(const Rect& wanted, std::chrono::milliseconds calm,
       [&] { return isStill() && Clock::now() - since >= calm && programsRest_() && isStill(); },
       patience);
   return last;
+}
+
+using namespace std::chrono_literals;
+
+TrayIconFinder::TrayIconFinder(const Screen& screen, const std::vector<Rect>& panels)
+    : screen_(screen) {
+  for (const Rect& area : panels) panels_.push_back({area, screen.area(area)});
+}
+
+std::optional<Rect> TrayIconFinder::changed(const Panel& panel, const Image& now) const {
+  std::optional<Rect> area = changedArea(panel.before, now);
+  if (!area) return std::nullopt;
+  area->x += panel.area.x;
+  area->y += panel.area.y;
+  return area;
+}
+
+std::optional<Rect> TrayIconFinder::find(std::chrono::milliseconds patience) const {
+  std::optional<Rect> icon;
+  const auto look = [&] {
+    for (const Panel& panel : panels_) {
+      if (!changed(panel, screen_.area(panel.area))) continue;
+      icon = changed(panel, screen_.settled(panel.area, 150ms, kPatience));
+      if (icon) return true;
+    }
+    return false;
+  };
+  screen_.waitUntil(look, patience);
+  return icon;
+}
+
+Image dusk(int width, int height) {
+  return gradient(width, height, {44, 62, 108}, {186, 120, 110});
+}
+
+Image meadow(int width, int height) {
+  return gradient(width, height, {120, 176, 208}, {58, 118, 84});
+}
+
+bool showsIcons(const Image& image, const std::vector<Rect>& apart) {
+  constexpr int kFewest = 50;
+  int edges = 0;
+  for (int y = 0; y < image.height; ++y) {
+    for (int x = 1; x < image.width; ++x) {
+      if (isEdge(image.at(x - 1, y), image.at(x, y)) && !liesIn(apart, x, y)) ++edges;
+    }
+  }
+  return edges >= kFewest;
+}
+
+bool alike(std::uint32_t one, std::uint32_t other) {
+  constexpr int kLittle = 8;
+  return std::ranges::all_of(std::array{0, 8, 16}, [&](int shift) {
+    return std::abs(channel(one, shift) - channel(other, shift)) <= kLittle;
+  });
 }
 
 }  // namespace harness

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "desktop/harness/Process.h"
 #include "desktop/harness/XConnection.h"
 
 namespace harness {
@@ -38,8 +39,8 @@ class Screen {
       : x_(x), programsRest_(std::move(programsRest)) {}
 
   [[nodiscard]] Image whole() const { return area(x_.screenArea()); }
-  /// Cut to the X screen.
-  [[nodiscard]] Image area(const Rect& wanted) const;
+  /// Cut to the X screen; of another drawable as large as that where one is given.
+  [[nodiscard]] Image area(const Rect& wanted, xcb_drawable_t of = XCB_NONE) const;
   [[nodiscard]] std::uint32_t pixel(int x, int y) const { return area({x, y, 1, 1}).at(0, 0); }
 
   /// The image of `wanted` once it has stayed the same for `calm` and no program has anything left
@@ -58,5 +59,39 @@ class Screen {
   const XConnection& x_;
   std::function<bool()> programsRest_;
 };
+
+/// Finds a tray icon by eye: it is what changed in the panels since the finder was made. So make
+/// it before the program starts, with panels on which nothing else moves.
+class TrayIconFinder {
+ public:
+  TrayIconFinder(const Screen& screen, const std::vector<Rect>& panels);
+
+  /// The icon's pixels' bounds once they have come to rest, in root coordinates; absent when
+  /// nothing appears within `patience`.
+  [[nodiscard]] std::optional<Rect> find(std::chrono::milliseconds patience = kPatience) const;
+
+ private:
+  struct Panel {
+    Rect area;
+    Image before;
+  };
+  [[nodiscard]] std::optional<Rect> changed(const Panel& panel, const Image& now) const;
+
+  const Screen& screen_;
+  std::vector<Panel> panels_;
+};
+
+/// Pictures for desktops: soft, so that whatever stands on one shows by its edges. Every row has
+/// one colour.
+[[nodiscard]] Image dusk(int width, int height);
+[[nodiscard]] Image meadow(int width, int height);
+
+/// Whether anything with sharp edges, an icon or its name, is to be seen in an image that is
+/// otherwise one of these pictures. What lies in `apart`, in the image's own coordinates, does not
+/// count.
+[[nodiscard]] bool showsIcons(const Image& image, const std::vector<Rect>& apart = {});
+
+/// True when no channel of two colours differs by more than a scaler's rounding can make it.
+[[nodiscard]] bool alike(std::uint32_t one, std::uint32_t other);
 
 }  // namespace harness

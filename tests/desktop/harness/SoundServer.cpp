@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "desktop/harness/Until.h"
+#include "desktop/harness/Process.h"
 
 namespace harness {
 

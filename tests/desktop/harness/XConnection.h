@@ -13,9 +13,31 @@
 #include <string_view>
 #include <vector>
 
-#include "desktop/harness/VncMonitors.h"
-
 namespace harness {
+
+/// A rectangle in device pixels; x to the right and y downwards from the top left of the X screen.
+struct Rect {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  [[nodiscard]] int right() const { return x + width; }
+  [[nodiscard]] int bottom() const { return y + height; }
+  [[nodiscard]] int centreX() const { return x + width / 2; }
+  [[nodiscard]] int centreY() const { return y + height / 2; }
+  [[nodiscard]] bool empty() const { return width <= 0 || height <= 0; }
+  [[nodiscard]] bool contains(int px, int py) const {
+    return px >= x && px < right() && py >= y && py < bottom();
+  }
+  [[nodiscard]] bool contains(const Rect& other) const {
+    return other.x >= x && other.y >= y && other.right() <= right() && other.bottom() <= bottom();
+  }
+  [[nodiscard]] bool intersects(const Rect& other) const {
+    return other.x < right() && x < other.right() && other.y < bottom() && y < other.bottom();
+  }
+  bool operator==(const Rect&) const = default;
+};
 
 /// What xcb hands out is freed with free().
 struct FreeReply {

@@ -14,7 +14,6 @@
 #include "desktop/harness/Screen.h"
 #include "desktop/harness/SessionBus.h"
 #include "desktop/harness/SoundServer.h"
-#include "desktop/harness/TrayIconFinder.h"
 #include "desktop/harness/WindowList.h"
 #include "desktop/harness/XConnection.h"
 #include "desktop/harness/XServer.h"

@@ -71,7 +71,14 @@ bool XServer::start(const Environment& environment, const std::vector<Rect>& mon
 
 void XServer::setMonitors(const std::vector<Rect>& wanted) {
   const XConnection x(display_);
-  setVncMonitors(rfbSocket_, wanted);
+  // Debian's own Python, as everything that the harness starts.
+  std::vector<std::string> argv{"/usr/bin/python3", HARNESS_FOLDER "/vnc_monitors.py", rfbSocket_};
+  for (const Rect& monitor : wanted) {
+    argv.push_back(std::to_string(monitor.width) + "x" + std::to_string(monitor.height) + "+" +
+                   std::to_string(monitor.x) + "+" + std::to_string(monitor.y));
+  }
+  if (const RunResult asked = runToEnd({argv}); !asked.succeeded())
+    throw std::runtime_error("the monitors were refused: " + asked.errorOutput);
   if (!x.waitUntil([&] { return monitorsOf(x) == wanted; }, kPatience))
     throw std::runtime_error("the X server did not take the monitors");
 }

@@ -1,12 +1,87 @@
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "desktop/login/AutostartFixture.h"
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/Process.h"
+#include "desktop/linux/login/AutostartItems.h"
+#include "desktop/linux/login/ProgramPath.h"
 
 namespace {
 
+/// Autostart folders of their own, none of them there yet, and what the program says about them.
+class AutostartFixture : public ::testing::Test {
+ protected:
+  using Path = std::filesystem::path;
+  using Texts = std::vector<std::string>;
+
+  [[nodiscard]] std::vector<Path> folders() const { return {folder_, everybodys_}; }
+  [[nodiscard]] Path file(const std::string& name) const { return folder_ / name; }
+
+  static void write(const Path& file, const std::string& text) {
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << text;
+  }
+  /// An entry with these lines, `age` old.
+  void writeEntry(const std::string& name, const std::string& lines,
+                  std::chrono::seconds age = std::chrono::hours(1)) const {
+    write(file(name), "[Desktop Entry]\nType=Application\nName=x\n" + lines + "\n");
+    std::filesystem::last_write_time(file(name), Clock::now() - age);
+  }
+  [[nodiscard]] static std::string textOf(const Path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  [[nodiscard]] std::vector<platform::port::LoginItem> listed() {
+    const auto list = items.items();
+    EXPECT_TRUE(list);
+    return list.value_or(std::vector<platform::port::LoginItem>{});
+  }
+  [[nodiscard]] Texts names() {
+    Texts names;
+    for (const auto& item : listed()) names.push_back(item.identifier);
+    return names;
+  }
+  [[nodiscard]] Texts programs() {
+    Texts programs;
+    for (const auto& item : listed()) programs.push_back(items.resolve(item).value_or(""));
+    return programs;
+  }
+
+  /// How many lines of standard error `action` caused.
+  template <typename Action>
+  static std::ptrdiff_t linesSaidBy(Action action) {
+    ::testing::internal::CaptureStderr();
+    action();
+    const std::string said = ::testing::internal::GetCapturedStderr();
+    return std::count(said.begin(), said.end(), '\n');
+  }
+
+  using Clock = std::filesystem::file_time_type::clock;
+  static constexpr const char* kFirst = "org.calmdeck.Calmdeck.desktop";
+  static constexpr const char* kSecond = "org.calmdeck.Calmdeck-2.desktop";
+
+  QTemporaryDir temporary_;
+  const Path root = temporary_.path().toStdString();
+  const Path folder_ = root / "config" / "autostart";
+  const Path everybodys_ = root / "xdg" / "autostart";
+  linux_desktop::AutostartItems items{folders()};
+};
+
 namespace fs = std::filesystem;
-using namespace std::chrono_literals;
 using linux_desktop::AutostartItems;
+using linux_desktop::ownProgramPath;
+using namespace std::chrono_literals;
 
 class AutostartItemsTest : public AutostartFixture {};
 
@@ -135,6 +210,68 @@ TEST_F(AutostartItemsTest, StandsInTheConfigurationFolders) {
   ::unsetenv("XDG_CONFIG_DIRS");
   ::setenv("HOME", "/somewhere", 1);
   EXPECT_EQ(AutostartItems::standardFolders().front(), "/somewhere/.config/autostart");
+}
+
+class LauncherTest : public AutostartFixture {
+ protected:
+  /// A program that leaves a file beside itself when it is run.
+  [[nodiscard]] fs::path makeProgram(const fs::path& name) const {
+    fs::path program = root / name;
+    write(program, "#!/bin/sh\n: > \"$0.ran\"\n");
+    fs::permissions(program, fs::perms::owner_all);
+    return program;
+  }
+  [[nodiscard]] static bool hasRun(const fs::path& program) {
+    return harness::until([&] { return fs::remove(program.string() + ".ran"); });
+  }
+};
+
+TEST_F(LauncherTest, EveryLauncherStartsTheProgramOfAnEntry) {
+  const std::vector<std::vector<std::string>> launchers = {{"gio", "launch"}, {"dex"}};
+  for (const char* name : {"plain", "with some blanks/my program", "caf\xc3\xa9 \xe2\x98\x95",
+                           "it's", "a;b~#&*()[]{}<>|=!?^", "-dash", "a@b+c,d:e", "a: b#c"}) {
+    const fs::path program = makeProgram(name);
+    const auto item = items.insert(program.string(), {});
+    ASSERT_TRUE(item) << name;
+    EXPECT_EQ(items.resolve(*item), program.string());
+    const std::string entry = file(item->identifier).string();
+    for (std::vector<std::string> command : launchers) {
+      command.push_back(entry);
+      // Kept until the program has run, since what a launcher started may go with it.
+      harness::Process launcher({command});
+      EXPECT_TRUE(hasRun(program)) << command.front() << ": " << program << launcher.errorOutput();
+    }
+    EXPECT_TRUE(harness::runToEnd({{"desktop-file-validate", entry}}).succeeded()) << name;
+    EXPECT_TRUE(items.remove(*item));
+  }
+}
+
+TEST_F(LauncherTest, APathThatLaunchersDisagreeOnIsRefusedWithOneLine) {
+  for (const std::string path :
+       {"/100%", "/a\"b", "/a$b", "/a`b", "/a\\b", "/a\nb", "/a\tb", "/caf\xe9", "relative", ""}) {
+    EXPECT_EQ(linesSaidBy([&] { EXPECT_FALSE(items.insert(path, {})); }), 1) << path;
+  }
+  EXPECT_FALSE(fs::exists(folder_));
+}
+
+TEST_F(LauncherTest, TheProgramIsTheAppImageOnlyWhereItRunsFromOne) {
+  int argc = 0;
+  const QCoreApplication application(argc, nullptr);
+  const fs::path self = fs::canonical("/proc/self/exe");
+  const fs::path image = makeProgram("Calmdeck-1.0.AppImage");
+  fs::create_symlink(image, root / "Current.AppImage");
+  EXPECT_EQ(ownProgramPath(), self);
+
+  ::setenv("APPIMAGE", (root / "Current.AppImage").c_str(), 1);
+  EXPECT_EQ(ownProgramPath(), self) << "left over from another one";
+  ::setenv("APPDIR", root.c_str(), 1);
+  EXPECT_EQ(ownProgramPath(), self) << "an AppImage that started this program";
+  ::setenv("APPDIR", self.parent_path().parent_path().c_str(), 1);
+  EXPECT_EQ(ownProgramPath(), fs::canonical(image));
+  ::setenv("APPIMAGE", "no-path", 1);
+  EXPECT_EQ(ownProgramPath(), self);
+  ::unsetenv("APPIMAGE");
+  ::unsetenv("APPDIR");
 }
 
 }  // namespace

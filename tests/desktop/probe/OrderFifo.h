@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "desktop/harness/FileDescriptor.h"
+#include "desktop/harness/LineCapture.h"
 
 namespace probe {
 

@@ -5,8 +5,7 @@
 #include <sstream>
 
 #include "desktop/harness/DesktopConfiguration.h"
-#include "desktop/harness/DoNotDisturbState.h"
-#include "desktop/harness/SoftPictures.h"
+#include "desktop/harness/Screen.h"
 
 using harness::DesktopIcons;
 using harness::Image;
@@ -43,7 +42,7 @@ void PrintTo(const FullDesktop& row, std::ostream* stream) {
   *stream << row.name;
 }
 
-ModeDesk::ModeDesk(const FullDesktop& kind, Start start)
+ModeDesk::ModeDesk(const FullDesktop& kind)
     : kind_(kind),
       program_({.windowManager = kind.windowManager,
                 .panel = kind.panel,
@@ -54,26 +53,16 @@ ModeDesk::ModeDesk(const FullDesktop& kind, Start start)
   harness::writePng(harness::meadow(1600, 900), home.home() / "meadow.png");
   home.writeConfig("calmdeck/settings.json",
                    kSettings + (home.home() / "meadow.png").string() + "\"}\n");
-  startIcons(start);
+  startIcons();
 }
 
-void ModeDesk::startIcons(Start start) {
+void ModeDesk::startIcons() {
   const std::filesystem::path home = desk().home().home();
-  if (start == Start::Picture) {
-    const harness::MonitorBackdrop picture{.picture = home / "dusk.png"};
-    harness::configureIcons(desk(), kind_.icons, {picture, picture});
-  } else if (start == Start::Colour) {
-    harness::configureIcons(desk(), kind_.icons, {{.colour = "#204060"}, {.colour = "#604020"}});
-  }
-  std::filesystem::create_directories(home / "Desktop");
+  const harness::MonitorBackdrop picture{.picture = home / "dusk.png"};
+  harness::configureIcons(desk(), kind_.icons, {picture, picture});
   for (const char* name : {"Salaries.ods", "Draft letter.txt"})
     std::ofstream(home / "Desktop" / name) << name << '\n';
   desk().startIcons(kind_.icons);
-  if (start == Start::NothingSet && kind_.icons == DesktopIcons::Xfdesktop) {
-    // It writes defaults when it starts.
-    (void)desk().run({"xfconf-query", "-c", "xfce4-desktop", "-p", "/backdrop", "-r", "-R"});
-    (void)photograph();
-  }
 }
 
 AssertionResult ModeDesk::waitFor(const std::function<bool()>& fact, const std::string& claim) {

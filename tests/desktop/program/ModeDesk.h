@@ -43,10 +43,7 @@ inline constexpr std::array kFullDesktops{
 /// waits for a fact fails with what the program wrote.
 class ModeDesk {
  public:
-  /// What the desktop shows at first.
-  enum class Start { Picture, Colour, NothingSet };
-
-  explicit ModeDesk(const FullDesktop& kind, Start start = Start::Picture);
+  explicit ModeDesk(const FullDesktop& kind);
 
   [[nodiscard]] harness::XDesk& desk() { return program_.desk(); }
   [[nodiscard]] ProgramDesk& program() { return program_; }
@@ -93,7 +90,7 @@ class ModeDesk {
                                                  const std::string& claim);
   [[nodiscard]] bool everyMonitorHasItsCover();
   [[nodiscard]] bool isBare(const harness::Rect& monitor, std::vector<harness::Rect> apart);
-  void startIcons(Start start);
+  void startIcons();
 
   const FullDesktop kind_;
   ProgramDesk program_;

@@ -11,7 +11,6 @@ using harness::AccessibleElement;
 using harness::Image;
 using harness::WindowInfo;
 using harness::WindowManager;
-using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -22,7 +21,6 @@ constexpr const char* kBox = "Shortcut for presentation mode";
 constexpr const char* kRecord = "Record the shortcut for presentation mode";
 constexpr const char* kClear = "Clear the shortcut for presentation mode";
 constexpr const char* kNone = "Record Shortcut";
-constexpr const char* kAlert = "Please use a different key combination.";
 
 class PreferencesTest : public testing::Test {
  protected:
@@ -54,12 +52,6 @@ class PreferencesTest : public testing::Test {
     const auto found = window(name);
     return found && desk.windows().active() == found->id;
   }
-  [[nodiscard]] testing::AssertionResult closes() {
-    desk.windows().close(window(kTitle).value().id);
-    return desk.until([&] { return !window(kTitle); }) ? testing::AssertionSuccess()
-                                                       : failure("it closes");
-  }
-
   // --- What is in it ---
 
   [[nodiscard]] std::optional<AccessibleElement> element(const std::string& name,
@@ -144,36 +136,6 @@ TEST_F(PreferencesTest, AShortcutIsRecordedUsedClearedAndGone) {
   EXPECT_TRUE(records(false));
 }
 
-TEST_F(PreferencesTest, KeysWithoutModifiersAreIgnoredAndWhatProgramsNeedIsRefused) {
-  ASSERT_TRUE(clicks(kRecord));
-  ASSERT_TRUE(records());
-  for (const char* key : {"p", "F5", "Escape"}) input.key(key);
-  EXPECT_TRUE(program.says("ESC"));
-  ASSERT_TRUE(records());
-
-  input.key("super+q");
-  ASSERT_TRUE(awaits(kAlert));
-  input.key("ctrl+alt+x");
-  EXPECT_TRUE(program.clickSwitch(ProgramDesk::kSpeaker)) << "other windows go on";
-  EXPECT_TRUE(program.switchedOn({ProgramDesk::kSpeaker, "Launch Calmdeck at login"}));
-  ASSERT_TRUE(clicks("OK"));
-  EXPECT_TRUE(desk.until([&] { return !shows(kAlert); }));
-  EXPECT_TRUE(desk.until([&] { return isActive(kTitle); }));
-  ASSERT_TRUE(records());
-  EXPECT_THAT(settings(), Not(HasSubstr("kuserdefault_ToggleApp")));
-
-  input.key("ctrl+c");
-  ASSERT_TRUE(awaits(kAlert));
-  ASSERT_TRUE(clicks("OK"));
-  ASSERT_TRUE(desk.until([&] { return !shows(kAlert) && isActive(kTitle); }));
-  ASSERT_TRUE(records());
-  EXPECT_THAT(settings(), Not(HasSubstr("kuserdefault_ToggleApp")));
-
-  input.key("super+shift+q");
-  EXPECT_TRUE(awaits("⇧⌘Q"));
-  EXPECT_TRUE(togglesTheModeWith("super+shift+q"));
-}
-
 TEST_F(PreferencesTest, AShortcutPressedInTheWindowLeavesItTheKeysThatFollow) {
   recordFromScratch("ctrl+alt+p", "⌃⌥p");
   const auto lines = [&](std::string_view wanted) {
@@ -189,17 +151,6 @@ TEST_F(PreferencesTest, AShortcutPressedInTheWindowLeavesItTheKeysThatFollow) {
     input.key("ctrl+shift+j");
     ASSERT_TRUE(desk.until([&] { return lines("38") == round; })) << "after " << round;
   }
-}
-
-TEST_F(PreferencesTest, ClosingTheWindowWhileARowRecordsGivesItsShortcutBack) {
-  recordFromScratch("ctrl+alt+p", "⌃⌥p");
-  ASSERT_TRUE(clicks(kRecord));
-  ASSERT_TRUE(records());
-  ASSERT_TRUE(closes());
-  EXPECT_TRUE(togglesTheModeWith("ctrl+alt+p"));
-  ASSERT_TRUE(opens());
-  EXPECT_TRUE(awaits("⌃⌥p"));
-  EXPECT_TRUE(records(false));
 }
 
 class SentAwayTest : public PreferencesTest, public testing::WithParamInterface<WindowManager> {

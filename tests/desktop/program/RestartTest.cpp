@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <sstream>
 
 #include "desktop/program/ProgramDesk.h"
 
@@ -9,7 +10,6 @@ using harness::DeskOptions;
 using harness::ProcessEnd;
 using harness::SoundServerKind;
 using harness::WindowManager;
-using testing::SizeIs;
 
 namespace {
 
@@ -25,7 +25,6 @@ class RestartTest : public testing::Test {
   ProgramDesk program{
       DeskOptions{.windowManager = WindowManager::Openbox, .sound = SoundServerKind::PulseAudio}};
   const harness::PrivateHome& home = program.desk().home();
-  const fs::path folder = home.config() / "calmdeck";
 };
 
 TEST_F(RestartTest, TerminationLeavesTheEffectsAndTheNextStartHasTheSwitchesAndNotTheMode) {
@@ -44,36 +43,81 @@ TEST_F(RestartTest, TerminationLeavesTheEffectsAndTheNextStartHasTheSwitchesAndN
   EXPECT_TRUE(program.sinkMuted(false));
 }
 
-TEST_F(RestartTest, SettingsOfTheWrongTypeCountAsAbsent) {
-  home.writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": "yes",
-    "kUserdefaultsToggleDnd": 1, "kUserdefaultsToggleHideActiveApps": null,
-    "kUserdefaultsToggleWallpaper": [true], "kUserdeaultsLaunchAtLogin": {"a": 1},
-    "kUserdefaultsToggleDesktopIcons": true, "ofANewerVersion": {"kept": [1]}})");
+TEST_F(RestartTest, AFirstLaunchMakesAnEntryThatStartsTheProgramAtLogin) {
+  const fs::path entry = home.config() / "autostart/org.calmdeck.Calmdeck.desktop";
   ASSERT_TRUE(program.start());
-  EXPECT_TRUE(program.switchedOn({"Desktop icons"}));
-  ASSERT_TRUE(program.muteByTheMode());
-  EXPECT_THAT(program.complaints(""), testing::Each(testing::Not(testing::HasSubstr("defaults"))));
+  EXPECT_THAT(harness::textOf(entry),
+              testing::HasSubstr("\nExec=" + fs::canonical(CALMDECK_PROGRAM).string()));
+  EXPECT_THAT(program.complaints("login"), testing::IsEmpty());
   terminate();
-  const std::string stored = harness::textOf(folder / "settings.json");
-  EXPECT_THAT(stored, testing::ContainsRegex("\"kUserdefaultsToggleSpeakerOff\": ?true"));
-  EXPECT_THAT(stored, testing::HasSubstr("ofANewerVersion"));
+  const auto launcher = program.desk().start({"gio", "launch", entry.string()});
+  EXPECT_TRUE(program.opens());
 }
 
-TEST_F(RestartTest, ABrokenSettingsFileIsSetAsideWithOneLine) {
-  const std::string broken = "{\"kUserdefaultsToggleDnd\": tru";
-  home.writeConfig("calmdeck/settings.json", broken);
-  ASSERT_TRUE(program.start());
-  EXPECT_THAT(program.complaints("defaults"), SizeIs(1));
-  EXPECT_TRUE(program.switchedOn({}));
-  ASSERT_TRUE(program.clickSwitch("Speaker"));
-  ASSERT_TRUE(program.switchedOn({"Speaker"}));
-  terminate();
+// --- The shortcuts, stored by an earlier run and pressed on the real keyboard ---
 
-  std::vector<std::string> others;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    if (entry.path().filename() != "settings.json") others.push_back(harness::textOf(entry));
+constexpr const char* kSource = "microphone";
+constexpr const char* kToggle = "ctrl+alt+p";
+constexpr const char* kMuteMic = "ctrl+alt+m";
+
+class ShortcutTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    desk.home().writeConfig("calmdeck/settings.json",
+                            R"({"kUserdefaultsToggleSpeakerOff": true,
+                                "kuserdefault_ToggleAppShortcut": "p",
+                                "kuserdefault_ToggleAppFlag": [12, 13],
+                                "kuserdefault_MuteMicShortcut": "M",
+                                "kuserdefault_MuteMicFlag": [12, 13]})");
+    desk.sound().addSource(kSource);
+    ASSERT_TRUE(program.start());
   }
-  EXPECT_THAT(others, testing::ElementsAre(broken));
+
+  /// Some other program has the keyboard, and the panel is closed.
+  void useAnotherProgram() {
+    const auto editor = desk.openWindow("Editor", {200, 200, 300, 200});
+    desk.windows().activate(editor.id);
+    ASSERT_TRUE(desk.until([&] { return desk.windows().active() == editor.id; }));
+    ASSERT_TRUE(program.closes());
+  }
+  [[nodiscard]] bool microphoneMuted(bool muted) {
+    return desk.until([&] { return desk.sound().sourceMuted(kSource) == muted; });
+  }
+  [[nodiscard]] long presses() {
+    std::istringstream lines(program.program().output());
+    long count = 0;
+    for (std::string line; std::getline(lines, line);)
+      if (line.starts_with("Pressed at ")) ++count;
+    return count;
+  }
+
+  ProgramDesk program{{.windowManager = harness::WindowManager::Xfwm4,
+                       .panel = harness::Panel::XfcePanel,
+                       .sound = harness::SoundServerKind::PulseAudio}};
+  harness::XDesk& desk = program.desk();
+};
+
+TEST_F(ShortcutTest, TurnsTheModeOnAndOffInAnyProgramAndWhileThePanelIsOpen) {
+  desk.input().key(kToggle);
+  EXPECT_TRUE(program.sinkMuted(true));
+  EXPECT_TRUE(program.switchedOn({ProgramDesk::kMaster, ProgramDesk::kSpeaker}));
+  EXPECT_TRUE(program.opens()) << "the panel stays";
+
+  ASSERT_NO_FATAL_FAILURE(useAnotherProgram());
+  desk.input().key(kToggle);
+  EXPECT_TRUE(program.sinkMuted(false));
+  desk.input().key(kToggle);
+  EXPECT_TRUE(program.sinkMuted(true));
+  EXPECT_EQ(presses(), 3);
+}
+
+TEST_F(ShortcutTest, MutesTheMicrophoneAndBack) {
+  ASSERT_NO_FATAL_FAILURE(useAnotherProgram());
+  desk.input().key(kMuteMic);
+  EXPECT_TRUE(microphoneMuted(true));
+  desk.input().key(kMuteMic);
+  EXPECT_TRUE(microphoneMuted(false));
+  EXPECT_TRUE(program.sinkMuted(false));
 }
 
 }  // namespace

@@ -4,18 +4,122 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusVirtualObject>
+#include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
+#include <QVariantList>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <utility>
 
 #include "desktop/harness/Process.h"
-#include "desktop/harness/Until.h"
-#include "desktop/updates/PackageKitStandIn.h"
 #include "platform/appkit/NSAlert.h"
 
 namespace {
+
+/// As much of PackageKit as looks for updates, under its name on a bus while it lives. Answers from
+/// the event loop.
+class PackageKitStandIn final : public QDBusVirtualObject {
+ public:
+  /// At which question it falls silent for ever.
+  enum class Silence { Never, AtCreateTransaction, AtGetUpdates };
+
+  /// `name` is that of a connection in Qt's own list.
+  PackageKitStandIn(const QString& address, QString name);
+  ~PackageKitStandIn() override;
+  PackageKitStandIn(const PackageKitStandIn&) = delete;
+  PackageKitStandIn& operator=(const PackageKitStandIn&) = delete;
+
+  /// Every call, in order, with its arguments.
+  QStringList calls;
+
+  /// The updates that wait: "name;version;architecture;origin".
+  QStringList packages;
+  uint kind = 5;  // PackageKit's PK_INFO_ENUM_NORMAL
+  Silence silence = Silence::Never;
+  /// What goes wrong while it looks, in its words.
+  std::optional<QString> trouble;
+  /// GetUpdates itself is an error.
+  bool refuses = false;
+
+  [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override;
+
+ private:
+  void createTransaction(const QDBusMessage& message);
+  void getUpdates(const QDBusMessage& message);
+  void tell(const QDBusMessage& transaction, const QString& signal, const QVariantList& arguments);
+
+  QString name_;
+  QDBusConnection bus_;
+  int transactions_ = 0;
+};
+
+constexpr const char* kService = "org.freedesktop.PackageKit";
+constexpr uint kSuccess = 1;
+constexpr uint kFailed = 2;
+
+PackageKitStandIn::PackageKitStandIn(const QString& address, QString name)
+    : name_(std::move(name)), bus_(QDBusConnection::connectToBus(address, name_)) {
+  bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
+  bus_.registerService(kService);
+}
+
+PackageKitStandIn::~PackageKitStandIn() {
+  bus_.unregisterService(kService);
+  bus_.unregisterObject("/", QDBusConnection::UnregisterTree);
+  QDBusConnection::disconnectFromBus(name_);
+}
+
+bool PackageKitStandIn::handleMessage(const QDBusMessage& message, const QDBusConnection&) {
+  QStringList words{message.member()};
+  for (const QVariant& argument : message.arguments()) {
+    const QStringList list = argument.toStringList();
+    words << (list.isEmpty() ? QStringList{argument.toString()} : list);
+  }
+  calls << words.join(QLatin1Char(' '));
+  if (message.member() == QLatin1String("CreateTransaction")) {
+    createTransaction(message);
+  } else if (message.member() == QLatin1String("GetUpdates")) {
+    getUpdates(message);
+  } else {
+    bus_.send(message.createReply());
+  }
+  return true;
+}
+
+void PackageKitStandIn::createTransaction(const QDBusMessage& message) {
+  if (silence == Silence::AtCreateTransaction) return;
+  const QString path = "/" + QString::number(++transactions_) + "_transaction";
+  bus_.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+}
+
+void PackageKitStandIn::getUpdates(const QDBusMessage& message) {
+  if (silence == Silence::AtGetUpdates) return;
+  if (refuses) {
+    bus_.send(
+        message.createErrorReply(QStringLiteral("org.example.Refused"), "It is not allowed."));
+    return;
+  }
+  bus_.send(message.createReply());
+  for (const QString& id : packages) tell(message, "Package", {kind, id, "a summary"});
+  if (trouble) tell(message, "ErrorCode", {1U, *trouble});
+  tell(message, "Finished", {trouble ? kFailed : kSuccess, 12U});
+}
+
+void PackageKitStandIn::tell(const QDBusMessage& transaction, const QString& signal,
+                             const QVariantList& arguments) {
+  QDBusMessage message =
+      QDBusMessage::createSignal(transaction.path(), transaction.interface(), signal);
+  message.setArguments(arguments);
+  bus_.send(message);
+}
 
 using namespace std::chrono_literals;
 using linux_desktop::PackageKitUpdates;

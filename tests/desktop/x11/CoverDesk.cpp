@@ -3,9 +3,6 @@
 #include <xcb/randr.h>
 
 #include <algorithm>
-#include <csignal>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -24,8 +21,6 @@ constexpr Rect kFrontArea{500, 250, 300, 150};
 /// Frame and shadow of a window.
 constexpr int kAroundWindow = 60;
 constexpr int kThickestBar = 48;
-/// In steps of 255.
-constexpr int kVisible = 8;
 constexpr auto kCalm = 300ms;
 
 Rect grown(const Rect& area, int by) {
@@ -98,9 +93,9 @@ void CoverDesk::stopCompositing() const {
   if (!desk_.until([&] { return !isComposited(); })) throw std::runtime_error("still composited");
 }
 
-void CoverDesk::changeWallpaper() const {
+void CoverDesk::changeWallpaper(const std::filesystem::path& picture) const {
   harness::setXfconf(desk_, "xfce4-desktop", "/backdrop/screen0/monitorVNC-0/workspace0/last-image",
-                     "string", desk_.home().home() / "right.png");
+                     "string", picture);
 }
 
 void CoverDesk::placeIcons() {
@@ -111,18 +106,36 @@ void CoverDesk::placeIcons() {
   icons_ = changedArea(bare_, desk_.screen().settled(all, kCalm, kPatience));
 }
 
-void CoverDesk::startProbe(const std::vector<std::string>& arguments) {
-  std::vector<std::string> argv{COVER_PROBE};
-  argv.insert(argv.end(), arguments.begin(), arguments.end());
-  probe_ = desk_.start(argv);
-  ASSERT_TRUE(probe_->waitForLine("^up$")) << probe_->errorOutput();
-  ASSERT_TRUE(desk_.until([&] { return everyMonitorIsCovered(); })) << probe_->errorOutput();
+void CoverDesk::launch() {
+  desk_.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleDesktopIcons": true,
+    "kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13]})");
+  program_ = desk_.startCalmdeck();
+  ASSERT_TRUE(desk_.until([&] { return desk_.openPopover().has_value(); }))
+      << program_->errorOutput();
+  const harness::XConnection& x = desk_.x();
+  // What a window manager does on a click on the close button; not every desk here has one.
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = desk_.openPopover()->id;
+  event.type = x.atom("WM_PROTOCOLS");
+  event.data.data32[0] = x.atom("WM_DELETE_WINDOW");
+  xcb_send_event(x.get(), 0, event.window, XCB_EVENT_MASK_NO_EVENT,
+                 reinterpret_cast<const char*>(&event));
+  ASSERT_TRUE(desk_.until([&] { return !desk_.openPopover(); })) << program_->errorOutput();
+}
+
+void CoverDesk::startCovered() {
+  ASSERT_NO_FATAL_FAILURE(launch());
+  toggle();
+  ASSERT_TRUE(desk_.until([&] { return everyMonitorIsCovered(); })) << program_->errorOutput();
 }
 
 std::vector<WindowInfo> CoverDesk::covers() const {
   std::vector<WindowInfo> found = desk_.windows().all();
-  std::erase_if(found, [](const WindowInfo& window) {
-    return window.className != kCoverClass || !window.viewable;
+  // That of a monitor which is gone stays where nobody sees it.
+  std::erase_if(found, [all = desk_.x().screenArea()](const WindowInfo& window) {
+    return window.className != kCoverClass || !window.viewable || !window.area.intersects(all);
   });
   return found;
 }
@@ -133,6 +146,12 @@ std::vector<WindowInfo> CoverDesk::iconWindows() const {
     return window.className == kCoverClass || !window.viewable || window.type != "DESKTOP";
   });
   return found;
+}
+
+xcb_window_t CoverDesk::coverOf(const Rect& monitor) const {
+  for (const WindowInfo& window : covers())
+    if (liesOn(window.area, monitor)) return window.id;
+  return XCB_NONE;
 }
 
 bool CoverDesk::everyMonitorIsCovered() {
@@ -181,21 +200,16 @@ bool CoverDesk::hasRootPicture() const {
 }
 
 bool CoverDesk::isAlike(std::uint32_t a, std::uint32_t b) const {
-  if (isExact_) return a == b;
-  for (int shift = 0; shift < 24; shift += 8) {
-    const int apart = static_cast<int>(a >> shift & 0xff) - static_cast<int>(b >> shift & 0xff);
-    if (std::abs(apart) > kVisible) return false;
-  }
-  return true;
+  return isExact_ ? a == b : harness::alike(a, b);
 }
 
 bool CoverDesk::looksUncovered() {
   const Rect all = desk_.x().screenArea();
   const Image covered = desk_.screen().settled(all, kCalm, kPatience);
-  probe_->signal(SIGUSR2);
+  toggle();
   if (!desk_.until([&] { return covers().empty(); })) return false;
   const Image uncovered = desk_.screen().settled(all, kCalm, kPatience);
-  probe_->signal(SIGUSR2);
+  toggle();
   if (!desk_.until([&] { return everyMonitorIsCovered(); })) return false;
   if (covered.width != uncovered.width || covered.height != uncovered.height) return false;
   const Rect around = grown(front_.area, kAroundWindow);
@@ -211,23 +225,7 @@ bool CoverDesk::looksUncovered() {
 
 Image CoverDesk::rootPicture(const Rect& monitor) const {
   const auto pixmap = desk_.x().number(desk_.x().root(), "_XROOTPMAP_ID");
-  if (!pixmap) return {};
-  const harness::XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
-      desk_.x().get(),
-      xcb_get_image(desk_.x().get(), XCB_IMAGE_FORMAT_Z_PIXMAP, *pixmap,
-                    static_cast<std::int16_t>(monitor.x), static_cast<std::int16_t>(monitor.y),
-                    static_cast<std::uint16_t>(monitor.width),
-                    static_cast<std::uint16_t>(monitor.height), ~0U),
-      nullptr));
-  const auto count =
-      static_cast<std::size_t>(monitor.width) * static_cast<std::size_t>(monitor.height);
-  if (!reply || static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) < 4 * count) {
-    return {};
-  }
-  Image image{monitor.width, monitor.height, std::vector<std::uint32_t>(count)};
-  std::memcpy(image.pixels.data(), xcb_get_image_data(reply.get()), 4 * count);
-  for (std::uint32_t& pixel : image.pixels) pixel &= 0xffffffU;
-  return image;
+  return pixmap ? desk_.screen().area(monitor, *pixmap) : Image{};
 }
 
 void CoverDesk::setRootPicture(std::uint32_t colour) {

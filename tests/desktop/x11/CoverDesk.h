@@ -28,19 +28,25 @@ struct CoverDeskOptions {
   bool pattern = false;
 };
 
-/// Two monitors with a wallpaper and icons on them, an ordinary window above, and a program that
+/// Two monitors with a wallpaper and icons on them, an ordinary window above, and Calmdeck, which
 /// covers the icons.
 class CoverDesk {
  public:
   explicit CoverDesk(const CoverDeskOptions& options);
 
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
-  [[nodiscard]] Process& probe() { return *probe_; }
+  [[nodiscard]] Process& program() { return *program_; }
 
-  /// Returns once the probe has said that its covers are up and each monitor has one.
-  void startProbe(const std::vector<std::string>& arguments = {});
+  /// Starts the program, whose mode covers icons and does nothing else, and closes its panel.
+  void launch();
+  /// By the program's shortcut.
+  void toggle() { desk_.input().key("ctrl+alt+p"); }
+  /// Launches, and returns once each monitor has its cover.
+  void startCovered();
   /// On the screen now, in no particular order.
   [[nodiscard]] std::vector<WindowInfo> covers() const;
+  /// The one that lies on this monitor now.
+  [[nodiscard]] xcb_window_t coverOf(const Rect& monitor) const;
   /// Exactly one cover a monitor, as large as it; icewm's may be a little less.
   [[nodiscard]] bool everyMonitorIsCovered();
   /// Windows of icons, the covers not among them.
@@ -60,7 +66,7 @@ class CoverDesk {
   [[nodiscard]] std::string faultAfterAWhile(bool frontShows = true) const;
 
   /// Shows another picture on the first monitor, where xfdesktop draws it.
-  void changeWallpaper() const;
+  void changeWallpaper(const std::filesystem::path& picture) const;
   /// Whether the desktop offers its own picture, on the root window. xfdesktop does up to 4.18.
   [[nodiscard]] bool hasRootPicture() const;
   /// Whether two colours are to the eye the same: equal, or nearly so where no root picture is.
@@ -92,7 +98,7 @@ class CoverDesk {
   std::optional<Rect> icons_;
   WindowInfo front_;
   Image frontPixels_;
-  std::unique_ptr<Process> probe_;
+  std::unique_ptr<Process> program_;
 };
 
 }  // namespace cover_test

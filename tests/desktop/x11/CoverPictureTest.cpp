@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <csignal>
+#include <filesystem>
 #include <string>
 
 #include "desktop/x11/CoverDesk.h"
@@ -13,86 +13,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::uint32_t kRed = 0xff0000;
+constexpr Rect kFirst{0, 0, 1280, 720};
 constexpr std::uint32_t kGreen = 0x00ff00;
 constexpr std::uint32_t kBlue = 0x0000ff;
-/// As another program may scale the same picture.
-constexpr std::uint32_t kAlmostBlue = 0x0808f4;
 
 /// Whether both monitors show that colour somewhere clear of windows.
 bool bothShow(CoverDesk& covers, std::uint32_t colour) {
   return covers.desk().screen().pixel(200, 600) == colour &&
          covers.desk().screen().pixel(1280 + 700, 500) == colour;
-}
-
-TEST(CoverPicture, TheBareRootsColourIsCopiedWhereNothingElseIsKnown) {
-  CoverDesk covers({.windowManager = WindowManager::Openbox});
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
-  EXPECT_EQ(covers.faultAfterAWhile(), "");
-}
-
-TEST(CoverPicture, WithoutAWindowManagerTheCoverIsAboveTheIconsAndBelowTheWindows) {
-  CoverDesk covers({.icons = DesktopIcons::Pcmanfm});
-  ASSERT_TRUE(covers.icons().has_value());
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
-  EXPECT_EQ(covers.faultAfterAWhile(), "");
-
-  covers.desk().startWindowManager(WindowManager::Openbox);
-  const auto isManaged = [](const WindowInfo& cover) { return cover.managed; };
-  EXPECT_TRUE(covers.desk().until([&] {
-    return covers.everyMonitorIsCovered() && std::ranges::all_of(covers.covers(), isManaged);
-  })) << "a window manager that comes takes over";
-}
-
-TEST(CoverPicture, WhatTheDesktopWasToldIsDrawnUntilItDrawsItItself) {
-  CoverDesk covers({.windowManager = WindowManager::Openbox});
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe({"--told"}));
-  ASSERT_TRUE(covers.desk().until([&] { return bothShow(covers, kRed); }));
-
-  covers.setRootPicture(kGreen);
-  ASSERT_TRUE(covers.probe().waitForLine("^space$"));
-  EXPECT_TRUE(bothShow(covers, kRed)) << "not what was told, and nothing of it can be seen";
-
-  covers.probe().signal(SIGUSR1);
-  EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, kBlue); })) << "told, not drawn";
-
-  covers.setRootPicture(kAlmostBlue);
-  EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, kAlmostBlue); }))
-      << "drawn, in the same pixmap as before: its own pixels are the truth";
-}
-
-TEST(CoverPicture, WhatNobodyKnowsIsNotWaitedFor) {
-  CoverDesk covers({.windowManager = WindowManager::Xfwm4});
-  covers.setRootPicture(kGreen);
-  ASSERT_TRUE(covers.desk().until([&] { return bothShow(covers, kGreen); }));
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe({"--told"}));
-  for (const std::uint32_t told : {kBlue, kGreen}) {
-    covers.probe().signal(SIGUSR1);
-    EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, told); })) << std::hex << told;
-  }
-}
-
-TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
-  CoverDesk covers({.windowManager = WindowManager::Openbox, .pattern = true});
-  // A clock, which is no desktop.
-  (void)covers.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
-  EXPECT_EQ(covers.faultAfterAWhile(), "");
-}
-
-TEST(CoverPicture, CoversGoAndComeBack) {
-  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
-  ASSERT_EQ(covers.faultAfterAWhile(), "");
-  covers.probe().signal(SIGUSR2);
-  EXPECT_TRUE(covers.desk().until([&] { return covers.covers().empty(); }));
-  EXPECT_TRUE(covers.desk().until([&] { return !covers.fault().empty(); })) << "the icons show";
-  covers.probe().signal(SIGUSR2);
-  EXPECT_TRUE(covers.desk().until([&] { return covers.everyMonitorIsCovered(); }));
-  EXPECT_EQ(covers.faultAfterAWhile(), "");
-  covers.probe().kill();
-  EXPECT_TRUE(covers.desk().until([&] { return covers.covers().empty(); }))
-      << "covers end with their program";
 }
 
 /// Whether each monitor shows what the desktop draws there, icons aside, and the windows above.
@@ -110,6 +38,71 @@ bool showsTheDesktop(CoverDesk& covers) {
     }
     return true;
   });
+}
+
+TEST(CoverPicture, TheBareRootsColourIsCopiedWhereNothingElseIsKnown) {
+  CoverDesk covers({.windowManager = WindowManager::Openbox});
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+}
+
+TEST(CoverPicture, WithoutAWindowManagerTheCoverIsAboveTheIconsAndBelowTheWindows) {
+  CoverDesk covers({.icons = DesktopIcons::Pcmanfm});
+  ASSERT_TRUE(covers.icons().has_value());
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+
+  covers.desk().startWindowManager(WindowManager::Openbox);
+  const auto isManaged = [](const WindowInfo& cover) { return cover.managed; };
+  EXPECT_TRUE(covers.desk().until([&] {
+    return covers.everyMonitorIsCovered() && std::ranges::all_of(covers.covers(), isManaged);
+  })) << "a window manager that comes takes over";
+}
+
+TEST(CoverPicture, WhatTheDesktopWasToldIsDrawnUntilItDrawsItItself) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  const std::filesystem::path picture = covers.desk().home().home() / "blue.png";
+  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, kBlue)}, picture);
+  covers.desk().icons().freeze();
+  covers.changeWallpaper(picture);
+  const auto isBlue = [&] { return covers.desk().screen().pixel(200, 600) == kBlue; };
+  EXPECT_TRUE(covers.desk().until(isBlue)) << "told, not drawn";
+  covers.desk().icons().thaw();
+  EXPECT_TRUE(covers.desk().until([&] { return showsTheDesktop(covers); })) << "drawn";
+  EXPECT_TRUE(isBlue());
+}
+
+TEST(CoverPicture, WhatSomebodyPutsOnTheRootIsFollowed) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4});
+  covers.setRootPicture(kGreen);
+  ASSERT_TRUE(covers.desk().until([&] { return bothShow(covers, kGreen); }));
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  covers.setRootPicture(kBlue);
+  EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, kBlue); }));
+}
+
+TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
+  CoverDesk covers({.windowManager = WindowManager::Openbox, .pattern = true});
+  // A clock, which is no desktop.
+  (void)covers.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+}
+
+TEST(CoverPicture, CoversGoAndComeBack) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  ASSERT_EQ(covers.faultAfterAWhile(), "");
+  covers.toggle();
+  EXPECT_TRUE(covers.desk().until([&] { return covers.covers().empty(); }));
+  EXPECT_TRUE(covers.desk().until([&] { return !covers.fault().empty(); })) << "the icons show";
+  covers.toggle();
+  EXPECT_TRUE(covers.desk().until([&] { return covers.everyMonitorIsCovered(); }));
+  EXPECT_EQ(covers.faultAfterAWhile(), "");
+  covers.program().kill();
+  EXPECT_TRUE(covers.desk().until([&] { return covers.covers().empty(); }))
+      << "covers end with their program";
 }
 
 /// Looks at the same points over and over, as fast as the server answers.
@@ -156,23 +149,22 @@ class Watcher {
 
 TEST(CoverPicture, NothingFlashesWhileCoversComeAndGo) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  ASSERT_NO_FATAL_FAILURE(covers.launch());
   Watcher watcher(covers);
-  const std::unique_ptr<Process> probe = covers.desk().start({COVER_PROBE});
+  covers.toggle();
   EXPECT_EQ(watcher.unlikeLooks([&] { return covers.everyMonitorIsCovered(); }), 0);
-  probe->signal(SIGUSR2);
+  covers.toggle();
   EXPECT_EQ(watcher.unlikeLooks([&] { return covers.covers().empty(); }), 0);
 }
 
 TEST(CoverPicture, AnotherPrimaryMonitorDisturbsNothing) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   ASSERT_EQ(covers.faultAfterAWhile(), "");
   Watcher watcher(covers);
+  const xcb_window_t before = covers.coverOf(kFirst);
   covers.swapPrimary();
-  const auto isRefreshed = [&] {
-    return covers.probe().output().find("refreshed") != std::string::npos;
-  };
-  EXPECT_EQ(watcher.unlikeLooks(isRefreshed), 0);
+  EXPECT_EQ(watcher.unlikeLooks([&] { return covers.coverOf(kFirst) != before; }), 0);
   EXPECT_TRUE(covers.everyMonitorIsCovered());
   EXPECT_TRUE(showsTheDesktop(covers));
 }
@@ -184,11 +176,11 @@ TEST_P(CoverWallpaper, ANewOneIsFollowed) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4,
                     .icons = DesktopIcons::Xfdesktop,
                     .composited = GetParam()});
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   const std::uint32_t before = covers.desk().screen().pixel(200, 600);
-  covers.changeWallpaper();
+  covers.changeWallpaper(covers.desk().home().home() / "right.png");
   ASSERT_TRUE(covers.desk().until([&] { return covers.desk().screen().pixel(200, 600) != before; }))
-      << covers.probe().errorOutput();
+      << covers.program().errorOutput();
   EXPECT_TRUE(covers.desk().until([&] { return showsTheDesktop(covers); }));
 }
 
@@ -201,14 +193,14 @@ class CoverMonitors : public testing::TestWithParam<WindowManager> {};
 
 TEST_P(CoverMonitors, NoCoverOfAnEarlierPlaceLiesOverTheLiveOneWhenTheFirstMonitorGoes) {
   CoverDesk covers({.windowManager = GetParam()});
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe({"--told"}));
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   const std::vector<Rect> both = covers.desk().server().monitors();
+  const xcb_window_t before = covers.coverOf(kFirst);
   covers.swapPrimary();
-  ASSERT_TRUE(covers.probe().waitForLine("^refreshed$"));
+  ASSERT_TRUE(covers.desk().until([&] { return covers.coverOf(kFirst) != before; }));
   covers.desk().server().setMonitors({both[0]});
-  ASSERT_TRUE(covers.probe().waitForLine("^refreshed$"));
   EXPECT_TRUE(covers.desk().until([&] { return covers.everyMonitorIsCovered(); }));
-  covers.probe().signal(SIGUSR1);
+  covers.setRootPicture(kBlue);
   EXPECT_TRUE(covers.desk().until([&] { return covers.desk().screen().pixel(200, 600) == kBlue; }))
       << "another picture, of which the live cover hears";
 }
@@ -221,18 +213,18 @@ INSTANTIATE_TEST_SUITE_P(On, CoverMonitors,
 
 TEST(CoverPicture, CoversFollowTheMonitors) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
-  ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   const std::vector<std::vector<Rect>> layouts{
       {{0, 0, 1280, 720}},                                             // one gone
       {{0, 0, 1280, 720}, {1280, 0, 800, 600}},                        // back, in another size
       {{0, 0, 1280, 720}, {1280, 0, 800, 600}, {2080, 0, 640, 480}}};  // and one more
   for (const auto& layout : layouts) {
     covers.desk().server().setMonitors(layout);
-    ASSERT_TRUE(covers.probe().waitForLine("^refreshed$"));
-    EXPECT_TRUE(covers.desk().until([&] { return showsTheDesktop(covers); }))
-        << layout.size() << " monitors";
+    EXPECT_TRUE(covers.desk().until([&] {
+      return covers.everyMonitorIsCovered() && showsTheDesktop(covers);
+    })) << layout.size()
+        << " monitors";
   }
-  EXPECT_TRUE(covers.everyMonitorIsCovered());
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ class CoverStand : public testing::TestWithParam<Surroundings> {
   void SetUp() override {
     ASSERT_TRUE(covers.icons().has_value());
     ASSERT_NE(covers.fault(), "") << "the icons show while there is no cover";
-    ASSERT_NO_FATAL_FAILURE(covers.startProbe());
+    ASSERT_NO_FATAL_FAILURE(covers.startCovered());
     ASSERT_EQ(covers.faultAfterAWhile(), "");
   }
 };

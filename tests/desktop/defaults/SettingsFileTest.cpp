@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "desktop/defaults/SettingsFixture.h"
 #include "desktop/linux/files/FileDescriptor.h"
-#include "desktop/settings/SettingsFixture.h"
 
 namespace {
 

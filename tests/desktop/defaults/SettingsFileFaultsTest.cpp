@@ -10,7 +10,7 @@
 #include <csignal>
 #include <cstring>
 
-#include "desktop/settings/SettingsFixture.h"
+#include "desktop/defaults/SettingsFixture.h"
 
 namespace {
 

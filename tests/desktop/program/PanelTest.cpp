@@ -1,0 +1,258 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <fstream>
+#include <ostream>
+#include <string>
+
+#include "desktop/program/ProgramDesk.h"
+
+using harness::AccessibilityClient;
+using harness::DeskOptions;
+using harness::Panel;
+using harness::ProcessEnd;
+using harness::Rect;
+using harness::SoundServerKind;
+using harness::WindowManager;
+
+namespace {
+
+/// A desktop as people have them.
+struct Everyday {
+  const char* name;
+  WindowManager windowManager;
+  Panel panel;
+  SoundServerKind sound;
+};
+
+constexpr Everyday kDesktops[] = {
+    {"XfcePanelPulseAudio", WindowManager::Xfwm4, Panel::XfcePanel, SoundServerKind::PulseAudio},
+    {"Tint2PipeWire", WindowManager::Openbox, Panel::Tint2, SoundServerKind::PipeWire},
+    {"LxqtPanelPipeWire", WindowManager::Openbox, Panel::LxqtPanel, SoundServerKind::PipeWire},
+    {"MatePanelPulseAudio", WindowManager::Marco, Panel::MatePanel, SoundServerKind::PulseAudio},
+};
+
+// What a test runner lists the case under.
+void PrintTo(const Everyday& row, std::ostream* stream) {
+  *stream << row.name;
+}
+
+class ClickTest : public testing::TestWithParam<Everyday> {
+ protected:
+  ProgramDesk program{DeskOptions{.windowManager = GetParam().windowManager,
+                                  .panel = GetParam().panel,
+                                  .sound = GetParam().sound}};
+};
+
+INSTANTIATE_TEST_SUITE_P(EachDesktop, ClickTest, testing::ValuesIn(kDesktops),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_P(ClickTest, TheTrayIconOpensThePanelWhoseSwitchesMuteTheSink) {
+  ASSERT_TRUE(program.start());
+  const harness::Image off = program.iconImage();
+
+  ASSERT_TRUE(program.clickIcon());
+  ASSERT_TRUE(program.says("Left click!"));
+  ASSERT_TRUE(program.closes());
+  ASSERT_TRUE(program.clickIcon());
+  ASSERT_TRUE(program.says("Left click!"));
+  ASSERT_TRUE(program.opens());
+  EXPECT_EQ(program.program().output(), "Left click!\nLeft click!\n");
+
+  ASSERT_TRUE(program.clickSwitch(ProgramDesk::kSpeaker));
+  ASSERT_TRUE(program.switchedOn({ProgramDesk::kSpeaker}));
+  EXPECT_TRUE(program.sinkMuted(false)) << "the mode is off";
+  ASSERT_TRUE(program.clickSwitch(ProgramDesk::kMaster));
+  EXPECT_TRUE(program.sinkMuted(true));
+  EXPECT_TRUE(program.desk().until([&] { return program.iconImage() != off; }));
+
+  ASSERT_TRUE(program.clickSwitch(ProgramDesk::kMaster));
+  EXPECT_TRUE(program.sinkMuted(false));
+  EXPECT_TRUE(program.desk().until([&] { return program.iconImage() == off; }));
+}
+
+class StatusMenuTest : public testing::TestWithParam<Panel> {
+ protected:
+  ProgramDesk program{DeskOptions{.windowManager = WindowManager::Openbox,
+                                  .panel = GetParam(),
+                                  .sound = SoundServerKind::PulseAudio}};
+};
+
+INSTANTIATE_TEST_SUITE_P(EachPanel, StatusMenuTest,
+                         testing::Values(Panel::XfcePanel, Panel::Tint2, Panel::LxqtPanel),
+                         testing::PrintToStringParamName());
+
+TEST_P(StatusMenuTest, ItOpensInThePanelsPlaceAndTheNextLeftClickOpensThePanel) {
+  ASSERT_TRUE(program.start());
+  for (int round = 0; round < 2; ++round) {
+    ASSERT_TRUE(program.opens());
+    const std::set<xcb_window_t> others = program.desk().windows().viewable();
+    ASSERT_TRUE(program.openMenu());
+    ASSERT_TRUE(program.says("Right click!"));
+    program.desk().input().key("Escape");
+    EXPECT_TRUE(program.closes());
+    ASSERT_TRUE(program.desk().until(
+        [&] { return std::ranges::includes(others, program.desk().windows().viewable()); }));
+    ASSERT_TRUE(program.clickIcon());
+    ASSERT_TRUE(program.says("Left click!"));
+  }
+  EXPECT_TRUE(program.opens());
+}
+
+// From the menu's beginning Up goes round to its last item.
+TEST_P(StatusMenuTest, QuitIsTheLastItemOfTheVeryFirstOneAndLeavesTheModesEffects) {
+  ASSERT_TRUE(program.start());
+  ASSERT_TRUE(program.muteByTheMode());
+  ASSERT_TRUE(program.openMenu());
+  for (const char* key : {"Up", "Return"}) program.desk().input().key(key);
+  EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
+  EXPECT_TRUE(program.sinkMuted(true));
+  EXPECT_THAT(program.complaints(""), testing::IsEmpty());
+}
+
+TEST_P(StatusMenuTest, AProgramThatIsBusyOffersItLate) {
+  const harness::PrivateHome& home = program.desk().home();
+  const std::string picture = home.home() / "picture.png";
+  harness::writePng(harness::Image{8, 8, std::vector<std::uint32_t>(64, 0x204060)}, picture);
+  // With these two the mode takes a second to start.
+  home.writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleDesktopIcons": true,
+    "kUserdefaultsToggleWallpaper": true, "kuserdefault_ToggleAppShortcut": "p",
+    "kuserdefault_ToggleAppFlag": [12, 13], "kUserdefaultsSelectedWallpaper": ")" +
+                                                 picture + "\"}");
+  ASSERT_TRUE(program.start());
+  const auto icon = program.desk().trayIcon();
+  ASSERT_TRUE(icon);
+  program.desk().input().key("ctrl+alt+p");
+  program.desk().input().click(icon->centreX(), icon->centreY(), harness::Button::Right);
+  ASSERT_TRUE(program.says("Right click!"));
+  (void)program.desk().screen().settled(program.desk().x().screenArea(),
+                                        std::chrono::milliseconds(300), harness::kPatience);
+  for (const char* key : {"Up", "Return"}) program.desk().input().key(key);
+  EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
+}
+
+class PanelUseTest : public testing::Test {
+ protected:
+  ProgramDesk program{DeskOptions{.windowManager = WindowManager::Openbox,
+                                  .panel = Panel::XfcePanel,
+                                  .sound = SoundServerKind::PulseAudio}};
+  const harness::Input& input = program.desk().input();
+};
+
+TEST_F(PanelUseTest, ItsProcessIsFoundByTheProgramsName) {
+  ASSERT_TRUE(program.start());
+  std::ifstream file("/proc/" + std::to_string(program.program().pid()) + "/comm");
+  std::string name;
+  ASSERT_TRUE(std::getline(file, name));
+  EXPECT_EQ(name, "calmdeck");
+}
+
+TEST_F(PanelUseTest, AClickAnywhereElseClosesIt) {
+  const auto window = program.desk().openWindow("Slides", {60, 60, 400, 300});
+  const Rect bar = program.desk().panelAreas().at(0);
+  const struct {
+    const char* where;
+    int x, y;
+  } places[] = {{"another window", window.area.centreX(), window.area.centreY()},
+                {"the bare desktop", 700, 60},
+                {"the other monitor", 1700, 300},
+                {"the panel beside the icon", bar.centreX(), bar.centreY()}};
+  ASSERT_TRUE(program.start());
+  for (const auto& place : places) {
+    ASSERT_FALSE(program.popoverArea().contains(place.x, place.y));
+    input.click(place.x, place.y);
+    EXPECT_TRUE(program.closes()) << place.where;
+    ASSERT_TRUE(program.clickIcon());
+    ASSERT_TRUE(program.opens()) << place.where;
+  }
+}
+
+class WithoutTrayTest : public testing::Test {
+ protected:
+  /// As a screen reader finds them below the button.
+  [[nodiscard]] std::vector<std::string> itemsOfTheMenu() {
+    std::vector<std::string> names;
+    for (const auto& element : AccessibilityClient(program.desk()).elements())
+      if (element.role == "menu item" && element.is("showing")) names.push_back(element.name);
+    return names;
+  }
+
+  ProgramDesk program{
+      DeskOptions{.windowManager = WindowManager::Openbox, .sound = SoundServerKind::PulseAudio}};
+};
+
+TEST_F(WithoutTrayTest, ThePanelIsAnOrdinaryWindowWithTheMenuInIt) {
+  ASSERT_TRUE(program.start());
+  EXPECT_THAT(program.complaints("tray"), testing::SizeIs(1));
+  const auto window = program.desk().openPopover();
+  ASSERT_TRUE(window);
+  EXPECT_TRUE(window->managed);
+  EXPECT_EQ(window->type, "NORMAL");
+  EXPECT_EQ(window->name, "Calmdeck");
+  EXPECT_FALSE(window->has("SKIP_TASKBAR"));
+
+  const auto other = program.desk().openWindow("Slides", {60, 60, 200, 100});
+  program.desk().input().click(other.area.centreX(), other.area.centreY());
+  ASSERT_TRUE(program.desk().until([&] { return program.desk().windows().active() == other.id; }));
+  ASSERT_TRUE(program.muteByTheMode()) << "it stays open";
+
+  const AccessibilityClient reader(program.desk());
+  const auto menu = reader.await("Menu");
+  ASSERT_TRUE(menu);
+  program.desk().input().click(menu->area.centreX(), menu->area.centreY());
+  ASSERT_TRUE(program.says("Right click!"));
+  const auto shown = program.desk().awaitWindow([&](const harness::WindowInfo& popup) {
+    return harness::ofClass("calmdeck")(popup) && popup.id != window->id;
+  });
+  ASSERT_TRUE(shown);
+  EXPECT_GE(shown->area.y, menu->area.bottom()) << "it drops down from its button";
+  const auto master = reader.await(ProgramDesk::kMaster);
+  ASSERT_TRUE(master);
+  EXPECT_FALSE(shown->area.intersects(master->area));
+  program.desk().input().key("Escape");
+  ASSERT_TRUE(program.desk().until([&] { return itemsOfTheMenu().empty(); }));
+
+  // And all of it from the keyboard.
+  program.desk().input().key("F10");
+  ASSERT_TRUE(program.says("Right click!"));
+  ASSERT_TRUE(program.desk().until([&] { return !itemsOfTheMenu().empty(); }));
+  EXPECT_THAT(itemsOfTheMenu(), testing::Contains("Quit"));
+  for (const char* key : {"Up", "Return"}) program.desk().input().key(key);
+  EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
+  EXPECT_TRUE(program.sinkMuted(true));
+}
+
+TEST_F(WithoutTrayTest, ASecondStartShowsThePanelOfTheFirst) {
+  ASSERT_TRUE(program.start());
+  program.desk().input().key("Escape");
+  ASSERT_TRUE(program.closes());
+  const auto second = program.desk().run({CALMDECK_PROGRAM});
+  EXPECT_TRUE(second.succeeded()) << second.errorOutput;
+  EXPECT_EQ(second.output + second.errorOutput, "");
+  EXPECT_TRUE(program.opens());
+  EXPECT_TRUE(program.muteByTheMode());
+}
+
+TEST(UpdateCheckTest, WithoutAPackageServiceTheUserIsToldWhereUpdatesComeFrom) {
+  ProgramDesk program{
+      DeskOptions{.windowManager = WindowManager::Openbox, .panel = Panel::XfcePanel}};
+  ASSERT_TRUE(program.start());
+  ASSERT_TRUE(program.openMenu());
+  for (const char* key : {"Up", "Up", "Return"}) program.desk().input().key(key);
+
+  const harness::AccessibilityClient reader(program.desk());
+  ASSERT_TRUE(reader.await("OK"));
+  std::vector<std::string> texts;
+  for (const harness::AccessibleElement& element : reader.elements()) texts.push_back(element.name);
+  EXPECT_THAT(texts, testing::Contains("New versions of Calmdeck come with the system's updates."));
+  program.desk().input().key("Return");
+  const auto isAnswered = [&] {
+    return std::ranges::none_of(reader.elements(), [](const harness::AccessibleElement& element) {
+      return element.name == "OK";
+    });
+  };
+  EXPECT_TRUE(program.desk().until(isAnswered));
+  EXPECT_THAT(program.complaints("updates"), testing::IsEmpty()) << "the launch asked as well";
+}
+
+}  // namespace
