@@ -12,7 +12,7 @@
 #include "NotificationStandIn.h"
 #include "desktop/harness/Process.h"
 #include "desktop/harness/XDesk.h"
-#include "desktop/linux/notifications/BusAdapter.h"
+#include "desktop/linux/bus/BusCall.h"
 
 namespace {
 

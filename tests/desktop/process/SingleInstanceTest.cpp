@@ -18,7 +18,7 @@
 #include <string>
 
 #include "desktop/harness/Process.h"
-#include "desktop/linux/process/BusName.h"
+#include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/process/SingleInstance.h"
 
 namespace {

@@ -196,13 +196,13 @@ TEST_F(SessionBusFaultsTest, ABusThatHangsBeforeTheStartIsLeftOut) {
   furnish(DesktopIcons::Pcmanfm);
   bus().freeze();
   ASSERT_TRUE(program.start());
-  EXPECT_THAT(program.complaints("process"), SizeIs(1));
+  EXPECT_THAT(program.complaints("bus"), SizeIs(1));
   EXPECT_TRUE(desk.trayIcon());
   expectTheModeTurns(true);
   expectTheModeTurns(false);
   bus().thaw();
   expectTheModeTurns(true);
-  EXPECT_THAT(program.complaints("process"), SizeIs(1));
+  EXPECT_THAT(program.complaints("bus"), SizeIs(1));
 }
 
 TEST_F(SessionBusFaultsTest, ABusThatHangsInTheModeHoldsNothingUp) {

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <random>
 
-#include "desktop/linux/files/SettingsText.h"
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 #include "desktop/linux/wallpaper/PictureReader.h"
@@ -183,18 +182,6 @@ TEST_F(PictureReaderTest, WhatIsBrokenOrTakesTooMuchMemoryIsNamed) {
   ASSERT_TRUE(QFile::resize(cut, QFileInfo(cut).size() / 2));
   EXPECT_EQ(pictureFault(cut), std::nullopt) << "as far as a glance tells";
   EXPECT_EQ(decodingFault({cut, true, {}}), cut.toStdString() + " is not a whole picture.");
-}
-
-TEST(SettingsText, OneValueChangesAndAllElseStays) {
-  const QByteArray text = "# mine\n[Other]\nkey=1\n[Desktop]\n key = a=b \nlast=2";
-  EXPECT_EQ(writtenValue(text, "Desktop", "key"), QByteArray("a=b"));
-  EXPECT_EQ(writtenValue(text, "Desktop", "none"), std::nullopt);
-  EXPECT_EQ(writtenValue(text, "None", "key"), std::nullopt);
-  EXPECT_EQ(withValue(text, "Desktop", "key", QByteArray("c")),
-            "# mine\n[Other]\nkey=1\n[Desktop]\nkey=c\nlast=2");
-  EXPECT_EQ(withValue(text, "Other", "key", std::nullopt),
-            "# mine\n[Other]\n[Desktop]\n key = a=b \nlast=2");
-  EXPECT_EQ(withValue("", "*", "key", QByteArray("c")), "[*]\nkey=c\n");
 }
 
 TEST(DesktopProcess, ProfileIsTheOneOfTheCommandLine) {

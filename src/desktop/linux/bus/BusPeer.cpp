@@ -1,6 +1,5 @@
 #include "desktop/linux/bus/BusPeer.h"
 
-#include <QDBusConnection>
 #include <QDBusError>
 #include <algorithm>
 
@@ -12,21 +11,11 @@ QDBusMessage noAnswer(const QString& service) {
                                    QStringLiteral("%1 does not answer").arg(service));
 }
 
-bool ranOut(const QDBusMessage& answer) {
-  const QString name = answer.errorName();
-  return name == QDBusError::errorString(QDBusError::NoReply) ||
-         name == QDBusError::errorString(QDBusError::Timeout) ||
-         name == QDBusError::errorString(QDBusError::TimedOut);
-}
-
 }  // namespace
 
 QDBusMessage BusPeer::method(const QString& path, const QString& interface, const QString& name,
                              const QVariantList& arguments) const {
-  QDBusMessage message = QDBusMessage::createMethodCall(service_, path, interface, name);
-  message.setAutoStartService(false);
-  message.setArguments(arguments);
-  return message;
+  return busCall(service_, path, interface, name, arguments);
 }
 
 bool BusPeer::isHung() {
@@ -54,19 +43,16 @@ std::vector<QDBusMessage> BusPeer::callAll(std::span<const QDBusMessage> methods
     answers.push_back(ranOut(answer) ? noAnswer(service_) : answer);
   }
   if (std::ranges::any_of(answers, ranOut)) {
-    sign_ = QDBusConnection::sessionBus().asyncCall(method(
-        QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping")));
+    sign_ = QDBusConnection::sessionBus().asyncCall(
+        method(QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
+               QStringLiteral("Ping")),
+        kNoLimit);
   }
   return answers;
 }
 
 void BusPeer::send(std::span<const QDBusMessage> methods) {
   for (const QDBusMessage& method : methods) QDBusConnection::sessionBus().send(method);
-}
-
-std::string reasonOf(const QDBusMessage& error) {
-  const QString text = error.errorMessage().simplified();
-  return (text.isEmpty() ? error.errorName() : text).toStdString();
 }
 
 }  // namespace linux_desktop

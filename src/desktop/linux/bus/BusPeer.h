@@ -6,18 +6,17 @@
 #include <QVariantList>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
+
+#include "desktop/linux/bus/BusCall.h"
 
 namespace linux_desktop {
 
 /// A service on the session bus that is asked and waited for, but never for long: an operation has
 /// half a second for all that it asks, and once that ran out the next ones fail at once until the
-/// service answers again. No service is started by being asked. Main thread only.
+/// service answers again or ends. No service is started by being asked. Main thread only.
 class BusPeer {
  public:
-  static constexpr int kLongestOperation = 500;  // ms
-
   explicit BusPeer(QString service) : service_(std::move(service)) {}
 
   /// The time of one operation, from now on.
@@ -41,14 +40,11 @@ class BusPeer {
  private:
   [[nodiscard]] bool isHung();
 
-  static inline int longestOperation_ = kLongestOperation;
+  static inline int longestOperation_ = kBusPatience.count();
 
   QString service_;
   /// Out since the service let a call run into its limit.
   std::optional<QDBusPendingCall> sign_;
 };
-
-/// What went wrong, in one line.
-[[nodiscard]] std::string reasonOf(const QDBusMessage& error);
 
 }  // namespace linux_desktop

@@ -1,12 +1,14 @@
 // GIO first: it has a member that is called as one of Qt's keywords.
 #include <gio/gio.h>
 
+#include <QtGlobal>
 #include <future>
 #include <string>
 #include <thread>
 #include <utility>
 
 #include "desktop/linux/bus/BusProbe.h"
+#include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {
@@ -61,21 +63,35 @@ BusProbe::BusProbe(Bus bus, std::function<void(bool answers)> heard)
 
 BusProbe::~BusProbe() = default;
 
-bool BusProbe::hangs(Bus bus, std::chrono::milliseconds patience) {
+namespace {
+
+/// Needs no application object.
+bool sessionBusHangs(std::chrono::milliseconds patience) {
   keepIdleThreadsAsleep();
   const std::shared_ptr<GCancellable> limit(g_cancellable_new(), g_object_unref);
   std::promise<void> done;
   const std::future<void> heard = done.get_future();
   // The thread is left behind, so it owns what it uses.
-  std::thread([bus, limit, promise = std::move(done)]() mutable {
+  std::thread([limit, promise = std::move(done)]() mutable {
     GDBusConnection* connection = g_dbus_connection_new_for_address_sync(
-        addressOf(bus).c_str(), kAsAnyClient, nullptr, limit.get(), nullptr);
+        addressOf(BusProbe::Bus::Session).c_str(), kAsAnyClient, nullptr, limit.get(), nullptr);
     if (connection != nullptr) g_object_unref(connection);
     promise.set_value();
   }).detach();
   const bool hangs = heard.wait_for(patience) == std::future_status::timeout;
   g_cancellable_cancel(limit.get());
   return hangs;
+}
+
+}  // namespace
+
+void leaveOutHungSessionBus(std::chrono::milliseconds patience) {
+  if (!sessionBusHangs(patience)) return;
+  qCWarning(lcBus,
+            "the session bus does not answer: no notifications can be silenced, and only trays of "
+            "the old kind show the icon, until Calmdeck is started again");
+  // No transport has this name, so every library gives up at once.
+  qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
 }  // namespace linux_desktop

@@ -143,13 +143,13 @@ std::optional<platform::OSStatus> KdeHotKeys::registerHotKey(platform::port::Hot
   if (find(kComponent, action) != nullptr) return platform::eventHotKeyExistsErr;
   listen();
   const QDBusMessage answer = service_.callAll(registration(action, *key)).back();
-  if (answer.type() == QDBusMessage::ReplyMessage && holds(answer, *key)) {
+  if (!isError(answer) && holds(answer, *key)) {
     hotKeys_.push_back({number, action, *key});
     return platform::noErr;
   }
   // Also what comes to be only after we stopped waiting.
   send(QStringLiteral("unregister"), {kComponent, action});
-  if (answer.type() == QDBusMessage::ReplyMessage) return platform::eventHotKeyExistsErr;
+  if (!isError(answer)) return platform::eventHotKeyExistsErr;
   qCWarning(lcKeys, "KDE's shortcuts cannot be had: %s", reasonOf(answer).c_str());
   return std::nullopt;
 }

@@ -9,6 +9,8 @@ namespace linux_desktop {
 
 /// "calmdeck.audio": sound; what changes in ordinary life is on the level info.
 Q_DECLARE_LOGGING_CATEGORY(lcAudio)
+/// "calmdeck.bus": the buses, what we offer on them, and services that more than one room asks.
+Q_DECLARE_LOGGING_CATEGORY(lcBus)
 /// "calmdeck.gsettings": settings of the desktop's own.
 Q_DECLARE_LOGGING_CATEGORY(lcGSettings)
 /// "calmdeck.keys": hot keys and the keyboard.
@@ -17,7 +19,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcKeys)
 Q_DECLARE_LOGGING_CATEGORY(lcLogin)
 /// "calmdeck.notifications": Do Not Disturb and notifications.
 Q_DECLARE_LOGGING_CATEGORY(lcNotifications)
-/// "calmdeck.process": one program a login, files, the session bus.
+/// "calmdeck.process": one program a login, files.
 Q_DECLARE_LOGGING_CATEGORY(lcProcess)
 /// "calmdeck.session": which services this session offers.
 Q_DECLARE_LOGGING_CATEGORY(lcSession)

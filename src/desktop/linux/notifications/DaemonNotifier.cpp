@@ -5,8 +5,8 @@
 #include <QVariantMap>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/log/Log.h"
-#include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
 namespace {

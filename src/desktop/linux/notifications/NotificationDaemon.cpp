@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/log/Log.h"
-#include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
 namespace {
@@ -42,10 +42,9 @@ void NotificationDaemon::settle() {
 void NotificationDaemon::lookForOwner() {
   identity_.patience = QDeadlineTimer(kBusPatience);
   // A change of owner that comes first knows better, and makes this one void.
-  question(busCall(kBus, kBusPath, kBus, "GetNameOwner", {kNotifications}),
-           [this](const QDBusMessage& answer) {
-             takeOwner(isError(answer) ? QString() : textAt(answer, 0));
-           });
+  question(callToBus("GetNameOwner", {kNotifications}), [this](const QDBusMessage& answer) {
+    takeOwner(isError(answer) ? QString() : textAt(answer, 0));
+  });
 }
 
 void NotificationDaemon::takeOwner(const QString& owner) {
@@ -60,11 +59,10 @@ void NotificationDaemon::takeOwner(const QString& owner) {
 }
 
 void NotificationDaemon::askWhatCanBeStarted() {
-  question(busCall(kBus, kBusPath, kBus, "ListActivatableNames"),
-           [this](const QDBusMessage& answer) {
-             canBeStarted_ = answer.arguments().value(0).toStringList().contains(kNotifications);
-             setState(State::None);
-           });
+  question(callToBus("ListActivatableNames"), [this](const QDBusMessage& answer) {
+    canBeStarted_ = answer.arguments().value(0).toStringList().contains(kNotifications);
+    setState(State::None);
+  });
 }
 
 void NotificationDaemon::startableChanged() {

@@ -4,7 +4,7 @@
 #include <QDBusMessage>
 #include <QVariantMap>
 
-#include "desktop/linux/tray/BusObject.h"
+#include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/tray/ItemMenu.h"
 
 namespace linux_desktop {

@@ -6,7 +6,7 @@
 #include <QString>
 #include <functional>
 
-#include "desktop/linux/tray/BusObject.h"
+#include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/tray/StatusImages.h"
 
 namespace linux_desktop {

@@ -1,12 +1,11 @@
 #include "desktop/linux/tray/TrayStatusBar.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <algorithm>
 #include <chrono>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/tray/TrayStatusItem.h"
 
@@ -119,16 +118,11 @@ void TrayStatusBar::sayThatThereIsNone() {
 void TrayStatusBar::shownBy(const QString& host) {
   if (host == host_ || host.isEmpty()) return;
   host_ = host;
-  QDBusMessage call =
-      QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                     "org.freedesktop.DBus", "GetConnectionUnixProcessID");
-  call.setArguments({host});
-  auto* reply = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, host] {
-    reply->deleteLater();
-    const QDBusPendingReply<uint> pid = *reply;
-    if (host == host_ && !pid.isError()) anchor_.setHostProcess(pid.value());
-  });
+  ask(bus_, callToBus("GetConnectionUnixProcessID", {host}), this,
+      [this, host](const QDBusMessage& answer) {
+        const QDBusReply<uint> pid = answer;
+        if (host == host_ && pid.isValid()) anchor_.setHostProcess(pid.value());
+      });
 }
 
 }  // namespace linux_desktop

@@ -1,22 +1,16 @@
 #include "desktop/linux/tray/WatcherConnection.h"
 
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#include <chrono>
-#include <climits>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 namespace {
-
-using namespace std::chrono_literals;
-
-constexpr auto kPatience = 500ms;
 
 const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
@@ -26,7 +20,7 @@ const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 WatcherConnection::WatcherConnection(QDBusConnection connection)
     : connection_(std::move(connection)) {
   patience_.setSingleShot(true);
-  patience_.setInterval(kPatience);
+  patience_.setInterval(kBusPatience);
   connect(&patience_, &QTimer::timeout, this, [this] {
     if (state_ == State::Asking) setState(owner_.isEmpty() ? State::NoWatcher : State::Silent);
   });
@@ -46,16 +40,10 @@ WatcherConnection::WatcherConnection(QDBusConnection connection)
 }
 
 void WatcherConnection::lookForOwner() {
-  QDBusMessage call = QDBusMessage::createMethodCall(
-      "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetNameOwner");
-  call.setArguments({kWatcher});
   patience_.start();
-  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call, INT_MAX), this);
-  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
-    reply->deleteLater();
-    const QDBusPendingReply<QString> owner = *reply;
+  ask(connection_, callToBus("GetNameOwner", {kWatcher}), this, [this](const QDBusMessage& answer) {
     // A change of owner that came first knows better.
-    if (owner_.isEmpty()) takeOwner(owner.isError() ? QString() : owner.value());
+    if (owner_.isEmpty()) takeOwner(QDBusReply<QString>(answer).value());
   });
 }
 
@@ -73,19 +61,14 @@ void WatcherConnection::takeOwner(const QString& owner) {
 }
 
 void WatcherConnection::askForHost() {
-  QDBusMessage call = QDBusMessage::createMethodCall(owner_, kWatcherPath,
-                                                     "org.freedesktop.DBus.Properties", "Get");
-  call.setArguments({kWatcher, "IsStatusNotifierHostRegistered"});
-  call.setAutoStartService(false);
   patience_.start();
-  // No time limit: the answer of a watcher that hangs tells us that it goes on.
-  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call, INT_MAX), this);
-  connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = owner_] {
-    reply->deleteLater();
+  const QDBusMessage call = busCall(owner_, kWatcherPath, "org.freedesktop.DBus.Properties", "Get",
+                                    {kWatcher, "IsStatusNotifierHostRegistered"});
+  ask(connection_, call, this, [this, asked = owner_](const QDBusMessage& answer) {
     if (asked != owner_) return;
-    const QDBusPendingReply<QDBusVariant> answer = *reply;
+    const QDBusReply<QDBusVariant> value = answer;
     // A watcher without the property leaves the question open; then there is most likely a host.
-    const bool hasHost = answer.isError() || answer.value().variant().toBool();
+    const bool hasHost = !value.isValid() || value.value().variant().toBool();
     setState(hasHost ? State::Ready : State::NoHost);
   });
 }

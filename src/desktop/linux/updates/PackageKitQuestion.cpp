@@ -5,8 +5,8 @@
 #include <QStringList>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/log/Log.h"
-#include "desktop/linux/notifications/BusAdapter.h"
 
 namespace linux_desktop {
 namespace {
@@ -66,14 +66,11 @@ void PackageKitQuestion::takeTransaction(const QDBusMessage& answer) {
 // Following signals of a name that others may take waits for the bus to say whose it is, and not
 // every version of Qt tells who answered.
 void PackageKitQuestion::findService() {
-  const QString bus = QStringLiteral("org.freedesktop.DBus");
-  ask(bus_,
-      busCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, "GetNameOwner", {kPackageKit}),
-      this, [this](const QDBusMessage& answer) {
-        if (isError(answer)) return ended();
-        service_ = answer.arguments().value(0).toString();
-        lookForUpdates();
-      });
+  ask(bus_, callToBus("GetNameOwner", {kPackageKit}), this, [this](const QDBusMessage& answer) {
+    if (isError(answer)) return ended();
+    service_ = answer.arguments().value(0).toString();
+    lookForUpdates();
+  });
 }
 
 void PackageKitQuestion::ended() {

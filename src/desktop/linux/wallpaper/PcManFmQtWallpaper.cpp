@@ -7,11 +7,10 @@
 #include <QStandardPaths>
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <span>
 #include <utility>
 
-#include "desktop/linux/files/SettingsText.h"
+#include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 
@@ -20,10 +19,6 @@ namespace {
 
 // A large photograph takes a busy machine three seconds.
 constexpr int kLate = 5000;  // ms
-
-// An order whose answer is given up is carried out all the same. If the desktop ends, the bus
-// answers in its place.
-constexpr int kUnlimited = std::numeric_limits<int>::max();
 
 }  // namespace
 
@@ -63,21 +58,16 @@ void PcManFmQtOrders::give(Order order) {
 }
 
 void PcManFmQtOrders::send() {
-  call_.emplace(QDBusConnection::sessionBus().asyncCall(message(*onItsWay_), kUnlimited));
-  // Queued, because the call is gone once its answer was taken.
-  QObject::connect(
-      &*call_, &QDBusPendingCallWatcher::finished, &late_, [this] { takeAnswer(); },
-      Qt::QueuedConnection);
+  // Without a limit: an order whose answer is given up is carried out all the same.
+  ask(QDBusConnection::sessionBus(), message(*onItsWay_), &late_,
+      [this](const QDBusMessage& answer) { takeAnswer(answer); });
   late_.start();
 }
 
-void PcManFmQtOrders::takeAnswer() {
+void PcManFmQtOrders::takeAnswer(const QDBusMessage& answer) {
   late_.stop();
-  const QDBusMessage answer = call_->reply();
-  call_.reset();
   const Order done = *std::exchange(onItsWay_, std::exchange(next_, std::nullopt));
-  const bool refused = answer.type() == QDBusMessage::ErrorMessage;
-  answered_(done, refused ? std::optional(reasonOf(answer)) : std::nullopt);
+  answered_(done, isError(answer) ? std::optional(reasonOf(answer)) : std::nullopt);
   if (onItsWay_) send();
 }
 
@@ -120,7 +110,7 @@ QString fileIn(const Dictionary& state, const char* key, const QString& otherwis
 }
 
 QByteArray withoutPicture(const QByteArray& text) {
-  return withValue(text, kSection, kPicture, std::nullopt);
+  return withIniValue(text, kSection, kPicture, std::nullopt);
 }
 
 }  // namespace
@@ -203,7 +193,7 @@ std::optional<WallpaperState> PcManFmQtWallpaper::state(const Monitor& /*monitor
   if (!shown.file.isEmpty() && QFileInfo::exists(shown.file)) kept.emplace(kFile, named);
   if (order != nullptr) {
     kept.emplace(kUnwritten, true);
-  } else if (const auto contents = settingsText(file_)) {
+  } else if (const auto contents = iniText(file_)) {
     kept.emplace(kContents, contents->toStdString());
   }
   return WallpaperState{std::move(kept), file};
@@ -236,7 +226,7 @@ void PcManFmQtWallpaper::answered(const PcManFmQtOrders::Order& order,
   // one starts with it.
   if (order.state) {
     putBackFile(*order.state);
-  } else if (const auto text = settingsText(file_)) {
+  } else if (const auto text = iniText(file_)) {
     ours_ = withoutPicture(*text);
   }
   if (reason && changed_) changed_();
@@ -252,13 +242,13 @@ void PcManFmQtWallpaper::putBackFile(const Dictionary& state) const {
 
 std::optional<std::string> PcManFmQtWallpaper::putBackFile(
     const std::optional<QByteArray>& old) const {
-  const auto present = settingsText(file_);
-  if (!present) return putSettingsText(file_, old);
+  const auto present = iniText(file_);
+  if (!present) return putIniText(file_, old);
   const QByteArray rest = withoutPicture(*present);
-  if (rest == ours_ || (old && rest == withoutPicture(*old))) return putSettingsText(file_, old);
+  if (rest == ours_ || (old && rest == withoutPicture(*old))) return putIniText(file_, old);
   // Somebody has changed other settings since; they stay.
-  const auto picture = old ? writtenValue(*old, kSection, kPicture) : std::nullopt;
-  return putSettingsText(file_, withValue(*present, kSection, kPicture, picture));
+  const auto picture = old ? iniValue(*old, kSection, kPicture) : std::nullopt;
+  return putIniText(file_, withIniValue(*present, kSection, kPicture, picture));
 }
 
 void PcManFmQtWallpaper::setChanged(std::function<void()> changed) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDBusPendingCallWatcher>
 #include <QString>
 #include <QTimer>
 #include <functional>
@@ -47,13 +46,12 @@ class PcManFmQtOrders {
  private:
   [[nodiscard]] QDBusMessage message(const Order& order) const;
   void send();
-  void takeAnswer();
+  void takeAnswer(const QDBusMessage& answer);
 
   BusPeer peer_{QStringLiteral("org.pcmanfm.PCManFM")};
   Answered answered_;
   std::optional<Order> onItsWay_;
   std::optional<Order> next_;
-  std::optional<QDBusPendingCallWatcher> call_;
   /// Until an order is so late that the user should read of it.
   QTimer late_;
 };

@@ -16,7 +16,7 @@
 #include <utility>
 
 #include "desktop/linux/files/FileDescriptor.h"
-#include "desktop/linux/files/SettingsText.h"
+#include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
@@ -177,8 +177,7 @@ void PcManFmRestart::ended() {
   end_->setEnabled(false);
   end_.release()->deleteLater();
   for (const auto& [file, text] : std::exchange(texts_, {})) {
-    if (const auto reason = putSettingsText(file, text))
-      qCWarning(lcWallpaper, "%s", reason->c_str());
+    if (const auto reason = putIniText(file, text)) qCWarning(lcWallpaper, "%s", reason->c_str());
   }
   QProcess program;
   program.setProgram(QFile::decodeName(commandLine_.first()));

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "desktop/linux/files/SettingsText.h"
+#include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 
@@ -47,7 +47,7 @@ const StyleRow& styleNamed(const QByteArray& name) {
 }
 
 QByteArray valueIn(const QByteArray& text, const char* key) {
-  return writtenValue(text, kSection, key).value_or(QByteArray());
+  return iniValue(text, kSection, key).value_or(QByteArray());
 }
 
 QString fileIn(const QByteArray& text) {
@@ -67,7 +67,7 @@ QStringList orderOf(const QByteArray& text) {
 }
 
 Dictionary optionsIn(const QByteArray& text) {
-  const auto mode = writtenValue(text, kSection, kMode);
+  const auto mode = iniValue(text, kSection, kMode);
   return mode ? Dictionary{{kMode, mode->toStdString()}} : Dictionary();
 }
 
@@ -93,9 +93,9 @@ Backdrop backdropIn(const QByteArray& text) {
 
 /// With the section, and without what `show` writes into it.
 QByteArray restOf(const QByteArray& text) {
-  QByteArray rest = withValue(text, kSection, kPicture, QByteArray());
+  QByteArray rest = withIniValue(text, kSection, kPicture, QByteArray());
   for (const char* key : {kPicture, kMode, kOneForAllWorkspaces}) {
-    rest = withValue(rest, kSection, key, std::nullopt);
+    rest = withIniValue(rest, kSection, key, std::nullopt);
   }
   return rest;
 }
@@ -110,11 +110,11 @@ std::optional<QByteArray> restored(const std::optional<QByteArray>& present,
     // The user has changed other settings since; they stay.
     text = *present;
     for (const char* key : {kPicture, kMode, kOneForAllWorkspaces}) {
-      text = withValue(text, kSection, key, writtenValue(old, kSection, key));
+      text = withIniValue(text, kSection, key, iniValue(old, kSection, key));
     }
   }
   const auto mode = modeIn(kept);
-  if (mode != writtenValue(old, kSection, kMode)) text = withValue(text, kSection, kMode, mode);
+  if (mode != iniValue(old, kSection, kMode)) text = withIniValue(text, kSection, kMode, mode);
   const bool isInherited = platform::valueOf<bool>(kept, kInherited).value_or(false);
   return isInherited && text == old ? std::nullopt : std::optional(text);
 }
@@ -150,7 +150,7 @@ std::optional<QString> PcManFmWallpaper::nameOf(const Monitor& monitor) const {
 
 QByteArray PcManFmWallpaper::textInForce(const QString& name) {
   const QString stored = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, name);
-  return settingsText(stored).value_or(QByteArray());
+  return iniText(stored).value_or(QByteArray());
 }
 
 QString PcManFmWallpaper::pathOf(const QString& name) const {
@@ -186,10 +186,10 @@ std::optional<std::string> PcManFmWallpaper::show(const Monitor& monitor, const 
   // pcmanfm 1.3 saves it as it is and does not find it again.
   if (file.contains(QLatin1Char('\\'))) return "pcmanfm takes no file name with a backslash.";
   QByteArray text = textInForce(*name);
-  if (const auto mode = modeIn(options)) text = withValue(text, kSection, kMode, mode);
-  if (showsColoursOnly(text)) text = withValue(text, kSection, kMode, "crop");
-  text = withValue(text, kSection, kPicture, QFile::encodeName(file));
-  text = withValue(text, kSection, kOneForAllWorkspaces, "1");
+  if (const auto mode = modeIn(options)) text = withIniValue(text, kSection, kMode, mode);
+  if (showsColoursOnly(text)) text = withIniValue(text, kSection, kMode, "crop");
+  text = withIniValue(text, kSection, kPicture, QFile::encodeName(file));
+  text = withIniValue(text, kSection, kOneForAllWorkspaces, "1");
   return apply(pathOf(*name), text);
 }
 
@@ -198,19 +198,19 @@ std::optional<std::string> PcManFmWallpaper::restore(const Monitor& /*monitor*/,
   const auto name = platform::valueOf<std::string>(kept, kName);
   if (!name) return "That was not told by this desktop.";
   const QString path = pathOf(QString::fromStdString(*name));
-  return apply(path, restored(settingsText(path), kept));
+  return apply(path, restored(iniText(path), kept));
 }
 
 std::optional<std::string> PcManFmWallpaper::apply(const QString& path,
                                                    const std::optional<QByteArray>& text) {
-  const auto before = settingsText(path);
+  const auto before = iniText(path);
   if (before == text) return std::nullopt;
-  if (auto reason = putSettingsText(path, text)) return reason;
+  if (auto reason = putIniText(path, text)) return reason;
   const bool ordered = followsOrders(before, text);
   auto reason = ordered ? tellPcManFm(orderOf(*text), savingEnds_, [this] { savingEnds_.start(); })
                         : PcManFmRestart::instance().begin();
   if (reason) {
-    static_cast<void>(putSettingsText(path, before));
+    static_cast<void>(putIniText(path, before));
   } else if (ordered) {
     keepAgainstSaving(path, *text);
   } else {
@@ -237,10 +237,9 @@ bool PcManFmWallpaper::followsOrders(const std::optional<QByteArray>& before,
 void PcManFmWallpaper::keepAgainstSaving(const QString& path, const QByteArray& text) {
   const auto keep = [path, text] {
     // Not what the user changes meanwhile.
-    const QByteArray present = settingsText(path).value_or(text);
-    if (writtenValue(present, kSection, kMode) != writtenValue(text, kSection, kMode)) return;
-    if (const auto reason = putSettingsText(path, text))
-      qCWarning(lcWallpaper, "%s", reason->c_str());
+    const QByteArray present = iniText(path).value_or(text);
+    if (iniValue(present, kSection, kMode) != iniValue(text, kSection, kMode)) return;
+    if (const auto reason = putIniText(path, text)) qCWarning(lcWallpaper, "%s", reason->c_str());
   };
   saving_ = std::make_unique<FileWatch>(QStringList{path}, keep);
   savingEnds_.stop();  // until the order is read, however late

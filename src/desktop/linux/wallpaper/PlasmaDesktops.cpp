@@ -131,7 +131,7 @@ PlasmaDesktops::Lines PlasmaDesktops::evaluate(const QString& script,
                                                const QDeadlineTimer& deadline) {
   const QDBusMessage answer = shell_.call(
       shell_.method(kPath, kInterface, QStringLiteral("evaluateScript"), {script}), deadline);
-  if (answer.type() == QDBusMessage::ErrorMessage) {
+  if (isError(answer)) {
     qCDebug(lcWallpaper) << "plasmashell:" << answer.errorMessage();
     return {};
   }
@@ -148,7 +148,7 @@ void PlasmaDesktops::askForSlides(Lines& printed, const QDeadlineTimer& deadline
     const auto screen = static_cast<uint>(desktop[QLatin1String("screen")].toInt());
     const QDBusMessage answer = shell_.call(
         shell_.method(kPath, kInterface, QStringLiteral("wallpaper"), {screen}), deadline);
-    if (answer.type() == QDBusMessage::ErrorMessage) return;
+    if (isError(answer)) return;
     const auto settings = qdbus_cast<QVariantMap>(answer.arguments().value(0));
     const QString slide = settings.value(QStringLiteral("Image")).toString();
     if (slide.isEmpty()) continue;

@@ -241,8 +241,8 @@ std::optional<std::string> XfceWallpaper::write(const Seen& now, const std::vect
 
 void XfceWallpaper::setChanged(std::function<void()> changed) {
   if (!changed) return channel_.setChanged({});
-  channel_.setChanged([changed = std::move(changed)](const QString& property) {
-    if (property.startsWith(kBase)) changed();
+  channel_.setChanged([changed = std::move(changed)](const Change& change) {
+    if (change.property.startsWith(kBase)) changed();
   });
 }
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "desktop/linux/bus/XfconfChannel.h"
 #include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
 #include "desktop/linux/wallpaper/WallpaperTable.h"
-#include "desktop/linux/wallpaper/XfconfChannel.h"
 
 namespace linux_desktop {
 

@@ -13,8 +13,8 @@
 
 namespace linux_desktop {
 
-/// A channel of Xfce's settings service, asked over the bus. Main thread only; bounded as BusPeer
-/// is.
+/// A channel of xfconf, Xfce's settings service, on the session bus. What waits is bounded as
+/// BusPeer is. Main thread only.
 class XfconfChannel final : public QObject {
   Q_OBJECT
 
@@ -27,8 +27,14 @@ class XfconfChannel final : public QObject {
 
   explicit XfconfChannel(QString channel) : channel_(std::move(channel)) {}
 
-  /// The properties below `base` by their full names; unset ones are missing. None when the service
-  /// does not answer.
+  /// Asks for the property `base` and all below it. See propertiesIn().
+  [[nodiscard]] QDBusMessage question(const QString& base) const;
+  /// What is set, by full names; none when this is an error that says nothing of that.
+  [[nodiscard]] static std::optional<QVariantMap> propertiesIn(const QDBusMessage& answer);
+  /// Makes the change, once it is sent.
+  [[nodiscard]] QDBusMessage order(const Change& change) const;
+
+  /// Asks, and waits for the answer. None when the service does not give one.
   [[nodiscard]] std::optional<QVariantMap> read(const QString& base,
                                                 const QDeadlineTimer& deadline);
 
@@ -38,20 +44,19 @@ class XfconfChannel final : public QObject {
                                                  const std::vector<Change>& undo,
                                                  const QDeadlineTimer& deadline);
 
-  /// `changed` is called with the name of a property that was set or unset, by us or by anybody.
-  /// Empty: nothing is watched.
-  void setChanged(std::function<void(const QString& property)> changed);
+  /// `changed` is told of what was set or unset, by us or by anybody. Empty: nothing is watched.
+  void setChanged(std::function<void(const Change& change)> changed);
 
  private Q_SLOTS:
   void propertyChanged(const QDBusMessage& signal);
 
  private:
-  [[nodiscard]] std::vector<QDBusMessage> methodsOf(const std::vector<Change>& changes) const;
+  [[nodiscard]] std::vector<QDBusMessage> ordersFor(const std::vector<Change>& changes) const;
   void watch(bool wanted);
 
   QString channel_;
   BusPeer service_{QStringLiteral("org.xfce.Xfconf")};
-  std::function<void(const QString&)> changed_;
+  std::function<void(const Change&)> changed_;
 };
 
 }  // namespace linux_desktop

@@ -1,8 +1,11 @@
-#include "desktop/linux/tray/BusObject.h"
+#include "desktop/linux/bus/BusObject.h"
 
+#include <QCoreApplication>
+#include <QDBusReply>
 #include <QDBusVariant>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
@@ -45,7 +48,7 @@ BusObject::BusObject(QDBusConnection connection, QString path, BusInterface inte
       interface_(std::move(interface)),
       called_(std::move(called)) {
   if (!connection_.registerVirtualObject(path_, this)) {
-    qCWarning(lcTray, "the bus object %s cannot be offered", qUtf8Printable(path_));
+    qCWarning(lcBus, "the bus object %s cannot be offered", qUtf8Printable(path_));
   }
 }
 
@@ -67,7 +70,7 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
   const QString asked = message.interface();
   const bool aboutProperties = asked == kProperties;
   if (!aboutProperties && asked != interface_.name && !asked.isEmpty()) return false;
-  qCDebug(lcTray) << "from" << message.service() << ":" << message.member() << message.arguments();
+  qCDebug(lcBus) << "from" << message.service() << ":" << message.member() << message.arguments();
   if (called_) called_(message.service());
   const QDBusMessage reply = aboutProperties ? answerAboutProperties(message) : answer(message);
   if (message.isReplyRequired()) connection.send(reply);
@@ -100,6 +103,32 @@ QVariantMap BusObject::allProperties() const {
   QVariantMap all;
   for (const auto& [name, property] : interface_.properties) all.insert(name, property.read());
   return all;
+}
+
+namespace {
+
+// D-Bus's DBUS_NAME_FLAG_DO_NOT_QUEUE and DBUS_REQUEST_NAME_REPLY_PRIMARY_OWNER.
+constexpr quint32 kDoNotQueue = 4;
+constexpr quint32 kPrimaryOwner = 1;
+
+void report(const QString& name, const QDBusReply<quint32>& reply) {
+  if (!reply.isValid()) {
+    qCDebug(lcBus) << "No name" << name << "on the bus:" << reply.error().message();
+  } else if (reply.value() != kPrimaryOwner) {
+    qCDebug(lcBus) << "The name" << name << "belongs to another program";
+  }
+}
+
+}  // namespace
+
+// QDBusConnection::registerService would wait for the answer.
+void requestBusName(const QDBusConnection& bus, const QString& name) {
+  if (!bus.isConnected()) {
+    qCDebug(lcBus) << "No session bus:" << name << "is not registered";
+    return;
+  }
+  ask(bus, callToBus(QStringLiteral("RequestName"), {name, kDoNotQueue}),
+      QCoreApplication::instance(), [name](const QDBusMessage& answer) { report(name, answer); });
 }
 
 }  // namespace linux_desktop

@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QString>
 #include <functional>
 #include <map>
 #include <tuple>
@@ -84,5 +85,11 @@ class BusObject final : public QDBusVirtualObject {
   BusInterface interface_;
   std::function<void(const QString&)> called_;
 };
+
+/// Asks for the program's name on a session bus, so that desktop services can find it there.
+/// Nothing depends on the answer: no bus, a bus that hangs and a name that is taken are each a
+/// debug line. Never waits. The name is held until the connection closes.
+void requestBusName(const QDBusConnection& bus,
+                    const QString& name = QStringLiteral("org.calmdeck.Calmdeck"));
 
 }  // namespace linux_desktop

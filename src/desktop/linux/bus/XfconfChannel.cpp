@@ -1,4 +1,4 @@
-#include "desktop/linux/wallpaper/XfconfChannel.h"
+#include "desktop/linux/bus/XfconfChannel.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -13,10 +13,6 @@ namespace {
 const QString kPath = QStringLiteral("/org/xfce/Xfconf");
 const QString kInterface = QStringLiteral("org.xfce.Xfconf");
 
-bool isError(const QDBusMessage& answer) {
-  return answer.type() == QDBusMessage::ErrorMessage;
-}
-
 /// The service's word for a channel or a branch in which nothing was ever set.
 bool meansEmpty(const QDBusMessage& error) {
   return error.errorName().startsWith(QLatin1String("org.xfce.Xfconf.Error.")) &&
@@ -25,44 +21,52 @@ bool meansEmpty(const QDBusMessage& error) {
 
 }  // namespace
 
-std::optional<QVariantMap> XfconfChannel::read(const QString& base,
-                                               const QDeadlineTimer& deadline) {
-  const QDBusMessage answer = service_.call(
-      service_.method(kPath, kInterface, QStringLiteral("GetAllProperties"), {channel_, base}),
-      deadline);
+QDBusMessage XfconfChannel::question(const QString& base) const {
+  return service_.method(kPath, kInterface, QStringLiteral("GetAllProperties"), {channel_, base});
+}
+
+std::optional<QVariantMap> XfconfChannel::propertiesIn(const QDBusMessage& answer) {
   if (!isError(answer)) return qdbus_cast<QVariantMap>(answer.arguments().value(0));
   if (meansEmpty(answer)) return QVariantMap();
-  qCDebug(lcWallpaper) << "xfconf:" << answer.errorMessage();
+  qCDebug(lcBus) << "xfconf:" << answer.errorMessage();
   return std::nullopt;
 }
 
-std::vector<QDBusMessage> XfconfChannel::methodsOf(const std::vector<Change>& changes) const {
-  std::vector<QDBusMessage> methods;
-  methods.reserve(changes.size());
-  for (const Change& change : changes) {
-    methods.push_back(change.value
-                          ? service_.method(kPath, kInterface, QStringLiteral("SetProperty"),
-                                            {channel_, change.property,
-                                             QVariant::fromValue(QDBusVariant(*change.value))})
-                          : service_.method(kPath, kInterface, QStringLiteral("ResetProperty"),
-                                            {channel_, change.property, false}));
+QDBusMessage XfconfChannel::order(const Change& change) const {
+  if (!change.value) {
+    return service_.method(kPath, kInterface, QStringLiteral("ResetProperty"),
+                           {channel_, change.property, false});
   }
-  return methods;
+  return service_.method(
+      kPath, kInterface, QStringLiteral("SetProperty"),
+      {channel_, change.property, QVariant::fromValue(QDBusVariant(*change.value))});
+}
+
+std::optional<QVariantMap> XfconfChannel::read(const QString& base,
+                                               const QDeadlineTimer& deadline) {
+  return propertiesIn(service_.call(question(base), deadline));
+}
+
+std::vector<QDBusMessage> XfconfChannel::ordersFor(const std::vector<Change>& changes) const {
+  std::vector<QDBusMessage> orders;
+  orders.reserve(changes.size());
+  for (const Change& change : changes) orders.push_back(order(change));
+  return orders;
 }
 
 std::optional<std::string> XfconfChannel::write(const std::vector<Change>& changes,
                                                 const std::vector<Change>& undo,
                                                 const QDeadlineTimer& deadline) {
   if (changes.empty()) return std::nullopt;
-  const auto answers = service_.callAll(methodsOf(changes), deadline);
+  const auto answers = service_.callAll(ordersFor(changes), deadline);
   const auto failed = std::ranges::find_if(answers, isError);
   if (failed == answers.end()) return std::nullopt;
   // What ran into its limit still waits in the service's queue, and so will this, behind it.
-  BusPeer::send(methodsOf(undo));
+  BusPeer::send(ordersFor(undo));
   return reasonOf(*failed);
 }
 
-void XfconfChannel::setChanged(std::function<void(const QString& property)> changed) {
+void XfconfChannel::setChanged(std::function<void(const Change& change)> changed) {
   const bool watched = static_cast<bool>(changed_);
   changed_ = std::move(changed);
   if (static_cast<bool>(changed_) != watched) watch(!watched);
@@ -85,7 +89,9 @@ void XfconfChannel::watch(bool wanted) {
 void XfconfChannel::propertyChanged(const QDBusMessage& signal) {
   const QVariantList arguments = signal.arguments();
   if (arguments.value(0).toString() != channel_ || !changed_) return;
-  changed_(arguments.value(1).toString());
+  Change change{arguments.value(1).toString(), std::nullopt};
+  if (arguments.size() > 2) change.value = arguments[2].value<QDBusVariant>().variant();
+  changed_(change);
 }
 
 }  // namespace linux_desktop
