@@ -58,63 +58,6 @@ ClientAtoms::ClientAtoms(XServer& server) {
 
 namespace {
 
-/// In items of four bytes.
-constexpr std::uint32_t kLongest = 1U << 16;
-
-}  // namespace
-
-std::span<const std::uint32_t> ClientPropertyValue::numbers() const {
-  if (!reply_ || reply_->format != 32) return {};
-  const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(reply_.get()));
-  return {items, static_cast<std::size_t>(xcb_get_property_value_length(reply_.get())) / 4};
-}
-
-std::optional<std::uint32_t> ClientPropertyValue::number() const {
-  const auto items = numbers();
-  return items.empty() ? std::nullopt : std::optional(items.front());
-}
-
-bool ClientPropertyValue::contains(std::uint32_t item) const {
-  return std::ranges::find(numbers(), item) != numbers().end();
-}
-
-std::vector<std::string> ClientPropertyValue::texts() const {
-  if (!reply_ || reply_->format != 8) return {};
-  const std::string all(static_cast<const char*>(xcb_get_property_value(reply_.get())),
-                        static_cast<std::size_t>(xcb_get_property_value_length(reply_.get())));
-  std::vector<std::string> parts;
-  for (std::size_t start = 0; start < all.size();) {
-    const std::size_t end = std::min(all.find('\0', start), all.size());
-    parts.push_back(all.substr(start, end - start));
-    start = end + 1;
-  }
-  return parts;
-}
-
-std::string ClientPropertyValue::text() const {
-  std::vector<std::string> parts = texts();
-  return parts.empty() ? std::string() : std::move(parts.front());
-}
-
-std::vector<ClientPropertyValue> askFor(XServer& server,
-                                        std::span<const ClientProperty> properties) {
-  std::vector<xcb_get_property_cookie_t> cookies;
-  cookies.reserve(properties.size());
-  for (const auto& [window, name] : properties) {
-    cookies.push_back(
-        xcb_get_property(server.get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, kLongest));
-  }
-  std::vector<ClientPropertyValue> values;
-  values.reserve(properties.size());
-  for (const auto& cookie : cookies) {
-    values.emplace_back(
-        XReply<xcb_get_property_reply_t>(xcb_get_property_reply(server.get(), cookie, nullptr)));
-  }
-  return values;
-}
-
-namespace {
-
 /// What is read of the root window.
 enum RootProperty : std::size_t {
   kList,
@@ -152,19 +95,19 @@ constexpr std::array<ClientAtom, kTransientFor> kOfWindow{
     ClientAtom::Pid,           ClientAtom::ClientLeader,
     ClientAtom::ClientMachine, ClientAtom::GtkApplicationId};
 
-std::vector<xcb_window_t> listIn(const ClientPropertyValue& value) {
+std::vector<xcb_window_t> listIn(const XPropertyValue& value) {
   const auto items = value.numbers();
   return {items.begin(), items.end()};
 }
 
-std::optional<HiddenMark> markIn(const ClientPropertyValue& value) {
+std::optional<HiddenMark> markIn(const XPropertyValue& value) {
   const auto mark = value.number();
   if (!mark) return std::nullopt;
   return *mark == 0 ? HiddenMark::BroughtForward : HiddenMark::Hidden;
 }
 
 /// What changes from one moment to the next.
-void takeRoot(std::span<const ClientPropertyValue> root, ClientList& list) {
+void takeRoot(std::span<const XPropertyValue> root, ClientList& list) {
   list.stacking = listIn(root[kStacking]);
   list.rememberedOrder = listIn(root[kOrder]);
   list.active = root[kActive].number().value_or(XCB_NONE);
@@ -197,8 +140,8 @@ bool ClientList::isHere(const ClientWindow& window) const {
 }
 
 ClientList ClientWindows::read() const {
-  std::vector<ClientProperty> questions = rootQuestions();
-  const auto root = askFor(server_, questions);
+  std::vector<XProperty> questions = rootQuestions();
+  const auto root = server_.read(questions);
   const std::vector<xcb_window_t> ids = listIn(root[kList]);
   const xcb_window_t check = root[kCheck].number().value_or(XCB_NONE);
 
@@ -210,7 +153,7 @@ ClientList ClientWindows::read() const {
     questions.push_back({id, XCB_ATOM_WM_TRANSIENT_FOR});
     questions.push_back({id, XCB_ATOM_WM_CLASS});
   }
-  const auto values = askFor(server_, questions);
+  const auto values = server_.read(questions);
 
   ClientList list;
   if (check == XCB_NONE || values[0].number() != check) return list;
@@ -228,14 +171,14 @@ ClientList ClientWindows::read() const {
 }
 
 bool ClientWindows::refresh(ClientList& list) const {
-  std::vector<ClientProperty> questions = rootQuestions();
+  std::vector<XProperty> questions = rootQuestions();
   questions.push_back({list.manager.window, atoms_[ClientAtom::SupportingWmCheck]});
   const std::size_t first = questions.size();
   for (const ClientWindow& window : list.windows) {
     questions.push_back({window.id, atoms_[ClientAtom::State]});
     questions.push_back({window.id, atoms_[ClientAtom::HiddenMark]});
   }
-  const auto values = askFor(server_, questions);
+  const auto values = server_.read(questions);
   const auto& own = values[kRootProperties];
   if (own.number() != list.manager.window ||
       !std::ranges::equal(values[kList].numbers(), list.windows, {}, {}, &ClientWindow::id)) {
@@ -250,15 +193,15 @@ bool ClientWindows::refresh(ClientList& list) const {
   return true;
 }
 
-std::vector<ClientProperty> ClientWindows::rootQuestions() const {
-  std::vector<ClientProperty> questions;
+std::vector<XProperty> ClientWindows::rootQuestions() const {
+  std::vector<XProperty> questions;
   questions.reserve(kOfRoot.size());
   for (const ClientAtom name : kOfRoot) questions.push_back({server_.root(), atoms_[name]});
   return questions;
 }
 
 ClientWindow ClientWindows::windowOf(xcb_window_t id,
-                                     std::span<const ClientPropertyValue> values) const {
+                                     std::span<const XPropertyValue> values) const {
   ClientWindow window;
   window.id = id;
   window.kind = kindOf(values[kType].numbers());
@@ -295,9 +238,9 @@ ClientKind ClientWindows::kindOf(std::span<const std::uint32_t> types) const {
 
 std::unordered_set<xcb_window_t> ClientWindows::minimisedOf(
     std::span<const xcb_window_t> windows) const {
-  std::vector<ClientProperty> questions;
+  std::vector<XProperty> questions;
   for (const xcb_window_t id : windows) questions.push_back({id, atoms_[ClientAtom::State]});
-  const auto states = askFor(server_, questions);
+  const auto states = server_.read(questions);
   std::unordered_set<xcb_window_t> minimised;
   for (std::size_t i = 0; i < windows.size(); ++i) {
     if (states[i].contains(atoms_[ClientAtom::StateHidden])) minimised.insert(windows[i]);
@@ -306,14 +249,14 @@ std::unordered_set<xcb_window_t> ClientWindows::minimisedOf(
 }
 
 ClientWindows::Places ClientWindows::placesOf(std::span<const xcb_window_t> windows) const {
-  std::vector<ClientProperty> questions{{server_.root(), atoms_[ClientAtom::ClientListStacking]},
-                                        {server_.root(), atoms_[ClientAtom::ActiveWindow]}};
+  std::vector<XProperty> questions{{server_.root(), atoms_[ClientAtom::ClientListStacking]},
+                                   {server_.root(), atoms_[ClientAtom::ActiveWindow]}};
   const std::size_t first = questions.size();
   for (const xcb_window_t id : windows) {
     questions.push_back({id, atoms_[ClientAtom::Desktop]});
     questions.push_back({id, atoms_[ClientAtom::State]});
   }
-  const auto values = askFor(server_, questions);
+  const auto values = server_.read(questions);
   Places places;
   places.stacking = listIn(values[0]);
   places.active = values[1].number().value_or(XCB_NONE);

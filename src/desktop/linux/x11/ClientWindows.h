@@ -63,32 +63,6 @@ class ClientAtoms {
   std::array<xcb_atom_t, static_cast<std::size_t>(ClientAtom::Count)> atoms_{};
 };
 
-struct ClientProperty {
-  xcb_window_t window;
-  xcb_atom_t name;
-};
-
-/// What a property holds; nothing where it is absent or its window is gone.
-class ClientPropertyValue {
- public:
-  explicit ClientPropertyValue(XReply<xcb_get_property_reply_t> reply) : reply_(std::move(reply)) {}
-
-  /// The items of a property of 32-bit numbers.
-  [[nodiscard]] std::span<const std::uint32_t> numbers() const;
-  [[nodiscard]] std::optional<std::uint32_t> number() const;
-  [[nodiscard]] bool contains(std::uint32_t item) const;
-  /// The parts of a text, which null bytes divide.
-  [[nodiscard]] std::vector<std::string> texts() const;
-  [[nodiscard]] std::string text() const;
-
- private:
-  XReply<xcb_get_property_reply_t> reply_;
-};
-
-/// The values in the order of the question, however many, in one round trip.
-[[nodiscard]] std::vector<ClientPropertyValue> askFor(XServer& server,
-                                                      std::span<const ClientProperty> properties);
-
 /// What a window is to its application.
 enum class ClientKind {
   /// Normal, or without a type.
@@ -188,10 +162,10 @@ class ClientWindows {
   [[nodiscard]] Places placesOf(std::span<const xcb_window_t> windows) const;
 
  private:
-  [[nodiscard]] std::vector<ClientProperty> rootQuestions() const;
+  [[nodiscard]] std::vector<XProperty> rootQuestions() const;
   [[nodiscard]] ClientKind kindOf(std::span<const std::uint32_t> types) const;
   [[nodiscard]] ClientWindow windowOf(xcb_window_t id,
-                                      std::span<const ClientPropertyValue> values) const;
+                                      std::span<const XPropertyValue> values) const;
 
   XServer& server_;
   ClientAtoms atoms_;

@@ -85,7 +85,7 @@ void CoverKeeper::arrived(const KeptCover& arrival, const QRect& area) {
 }
 
 void CoverKeeper::handle(const xcb_generic_event_t& event) {
-  switch (event.response_type & 0x7f) {
+  switch (typeOf(event)) {
     case XCB_PROPERTY_NOTIFY:
       handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event).atom);
       break;

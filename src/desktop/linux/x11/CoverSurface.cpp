@@ -38,7 +38,7 @@ CoverSurface::CoverSurface(XEvents& events, const QRect& area,
   describe();
   watch_ = events_.watch(window_, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS,
                          [mapped = std::move(mapped)](const xcb_generic_event_t& event) {
-                           if ((event.response_type & 0x7f) == XCB_MAP_NOTIFY) mapped();
+                           if (typeOf(event) == XCB_MAP_NOTIFY) mapped();
                          });
 }
 
@@ -100,16 +100,8 @@ void CoverSurface::restack(const CoverStand& stand) {
     xcb_flush(server_.get());
     return;
   }
-  xcb_client_message_event_t message{};
-  message.response_type = XCB_CLIENT_MESSAGE;
-  message.format = 32;
-  message.window = window_;
-  message.type = server_.atom("_NET_RESTACK_WINDOW");
-  message.data.data32[0] = kFromPager;
-  message.data.data32[2] = XCB_STACK_MODE_ABOVE;
-  xcb_send_event(server_.get(), 0, server_.root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&message));
+  server_.askManager(window_, server_.atom("_NET_RESTACK_WINDOW"),
+                     {kFromPager, XCB_NONE, XCB_STACK_MODE_ABOVE});
   xcb_flush(server_.get());
 }
 

@@ -20,23 +20,12 @@ WindowManagerTurn::WindowManagerTurn(XEvents& events, const ClientWindows& clien
     // What is done about it may end this.
     if (const auto then = std::exchange(come_, nullptr)) then();
   });
-  ask();
+  server_.askManager(window_, clients_.atoms()[ClientAtom::RequestFrameExtents], {});
 }
 
 WindowManagerTurn::~WindowManagerTurn() {
   answer_.reset();
   xcb_destroy_window(server_.get(), window_);
-}
-
-void WindowManagerTurn::ask() const {
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window_;
-  event.type = clients_.atoms()[ClientAtom::RequestFrameExtents];
-  xcb_send_event(server_.get(), 0, server_.root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&event));
 }
 
 namespace {
@@ -84,25 +73,22 @@ void HiddenStateWait::watchManager(xcb_window_t window) {
   if (window == XCB_NONE) return;
   watches_.push_back(events_.watch(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
                                    [this](const xcb_generic_event_t& event) {
-                                     if ((event.response_type & 0x7f) != XCB_DESTROY_NOTIFY) return;
+                                     if (typeOf(event) != XCB_DESTROY_NOTIFY) return;
                                      managerIsGone_ = true;
                                      end();
                                    }));
-  watches_.push_back(events_.watch(
-      clients_.server().root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
-      [this](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
-        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        // Another one has come. Its predecessor may have gone before we watched its window.
-        if (change.atom == clients_.atoms()[ClientAtom::SupportingWmCheck]) {
-          managerIsGone_ = true;
-          end();
-          return;
-        }
-        const bool isItsOwn = change.atom == clients_.atoms()[ClientAtom::ActiveWindow] ||
-                              change.atom == clients_.atoms()[ClientAtom::ClientListStacking];
-        if (isItsOwn && turn_) giveItsTurnTime();
-      }));
+  const xcb_window_t root = clients_.server().root();
+  const ClientAtoms& atoms = clients_.atoms();
+  // Another one has come. Its predecessor may have gone before we watched its window.
+  watches_.push_back(events_.watchProperty(root, atoms[ClientAtom::SupportingWmCheck], [this] {
+    managerIsGone_ = true;
+    end();
+  }));
+  for (const ClientAtom itsOwn : {ClientAtom::ActiveWindow, ClientAtom::ClientListStacking}) {
+    watches_.push_back(events_.watchProperty(root, atoms[itsOwn], [this] {
+      if (turn_) giveItsTurnTime();
+    }));
+  }
 }
 
 void HiddenStateWait::giveItsTurnTime() {

@@ -23,8 +23,6 @@ class WindowManagerTurn {
   WindowManagerTurn& operator=(const WindowManagerTurn&) = delete;
 
  private:
-  void ask() const;
-
   XServer& server_;
   const ClientWindows& clients_;
   /// Never on the screen.

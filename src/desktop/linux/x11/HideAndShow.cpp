@@ -19,16 +19,8 @@ enum StateChange : std::uint32_t { kRemove = 0, kAdd = 1 };
 }  // namespace
 
 void HideRequests::message(xcb_window_t window, ClientAtom type,
-                           std::array<std::uint32_t, 5> data) {
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window;
-  event.type = clients_.atoms()[type];
-  std::ranges::copy(data, std::begin(event.data.data32));
-  xcb_send_event(clients_.server().get(), 0, clients_.server().root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&event));
+                           const std::array<std::uint32_t, 5>& details) {
+  clients_.server().askManager(window, clients_.atoms()[type], details);
 }
 
 void HideRequests::minimise(xcb_window_t window) {

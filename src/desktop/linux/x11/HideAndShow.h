@@ -40,7 +40,7 @@ class HideRequests {
 
  private:
   void remember(ClientAtom name, std::span<const xcb_window_t> windows);
-  void message(xcb_window_t window, ClientAtom type, std::array<std::uint32_t, 5> data);
+  void message(xcb_window_t window, ClientAtom type, const std::array<std::uint32_t, 5>& details);
 
   ClientWindows& clients_;
 };

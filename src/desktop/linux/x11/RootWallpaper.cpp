@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
-#include "desktop/linux/x11/ClientWindows.h"
 
 namespace linux_desktop {
 namespace {
@@ -23,8 +22,8 @@ constexpr std::array kShells{"Mutter", "Muffin", "GNOME Shell", "Gala", "KWin", 
 QString windowManagerOf(XServer& server) {
   const auto check = server.numbers(server.root(), "_NET_SUPPORTING_WM_CHECK");
   if (check.empty()) return {};
-  const ClientProperty name{check.front(), server.atom("_NET_WM_NAME")};
-  return QString::fromStdString(askFor(server, {&name, 1}).front().text());
+  const XProperty name{check.front(), server.atom("_NET_WM_NAME")};
+  return QString::fromStdString(server.read({&name, 1}).front().text());
 }
 
 /// Repeats a pixmap over `area`, from its corner.

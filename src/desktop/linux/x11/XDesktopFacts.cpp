@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <array>
 
-#include "desktop/linux/x11/ClientWindows.h"
-
 namespace linux_desktop {
 namespace {
 
@@ -32,8 +30,8 @@ DesktopWindow XDesktopFacts::desktopWindow() {
   if (lowest == stack.desktopWindows.end()) return {};
   XServer& server = events_.server();
   const auto values =
-      askFor(server, std::array{ClientProperty{lowest->window, XCB_ATOM_WM_CLASS},
-                                ClientProperty{lowest->window, server.atom("_NET_WM_PID")}});
+      server.read(std::array{XProperty{lowest->window, XCB_ATOM_WM_CLASS},
+                             XProperty{lowest->window, server.atom("_NET_WM_PID")}});
   // ICCCM 4.1.2.5.
   const auto names = values[0].texts();
   return {lowest->window, names.size() < 2 ? QString() : QString::fromStdString(names[1]),

@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <utility>
 
 #include "desktop/linux/x11/XPanels.h"
@@ -65,23 +64,12 @@ void XOwnWindows::activate(QWindow& window, const QString& /*token*/) {
   const auto workspace = server_.numbers(server_.root(), "_NET_CURRENT_DESKTOP");
   const auto own = server_.numbers(idOf(window), "_NET_WM_DESKTOP");
   if (!workspace.empty() && !own.empty() && own != workspace && own.front() != kEveryWorkspace) {
-    ask(window, "_NET_WM_DESKTOP", {workspace.front(), kUser});
+    server_.askManager(idOf(window), server_.atom("_NET_WM_DESKTOP"), {workspace.front(), kUser},
+                       qtConnection());
   }
-  ask(window, "_NET_ACTIVE_WINDOW", {kUser, server_.time()});
+  server_.askManager(idOf(window), server_.atom("_NET_ACTIVE_WINDOW"), {kUser, server_.time()},
+                     qtConnection());
   xcb_flush(qtConnection());
-}
-
-void XOwnWindows::ask(QWindow& window, const char* message,
-                      const std::array<std::uint32_t, 2>& data) {
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = idOf(window);
-  event.type = server_.atom(message);
-  std::ranges::copy(data, std::begin(event.data.data32));
-  xcb_send_event(qtConnection(), 0, server_.root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&event));
 }
 
 std::vector<DesktopPanel> XOwnWindows::panels() {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-
 #include "desktop/linux/windowsystem/OwnWindows.h"
 #include "desktop/linux/xserver/XEvents.h"
 
@@ -25,9 +23,6 @@ class XOwnWindows final : public OwnWindows {
   [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window, Pressed pressed) override;
 
  private:
-  /// As EWMH has it, of the window manager.
-  void ask(QWindow& window, const char* message, const std::array<std::uint32_t, 2>& data);
-
   XEvents& events_;
   XServer& server_;
 };

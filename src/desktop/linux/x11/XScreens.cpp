@@ -60,7 +60,7 @@ XScreens::XScreens(XEvents& events)
   watches_.push_back(events.watch(
       events.server().root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
       [this](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7f) != XCB_CONFIGURE_NOTIFY) return;
+        if (typeOf(event) != XCB_CONFIGURE_NOTIFY) return;
         // Others may watch its children, too.
         const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
         if (change.window == change.event) mayHaveChanged();

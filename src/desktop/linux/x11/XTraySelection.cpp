@@ -69,7 +69,7 @@ void XTraySelection::askForChanges(xcb_window_t root) {
 
 bool XTraySelection::nativeEventFilter(const QByteArray& /*eventType*/, void* message,
                                        qintptr* /*result*/) {
-  const auto type = static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7F;
+  const auto type = typeOf(*static_cast<const xcb_generic_event_t*>(message));
   if (type == selectionEvent_)
     handle(*static_cast<const xcb_xfixes_selection_notify_event_t*>(message));
   if (type == XCB_CLIENT_MESSAGE) handle(*static_cast<const xcb_client_message_event_t*>(message));

@@ -12,8 +12,6 @@
 namespace linux_desktop {
 namespace {
 
-constexpr std::uint8_t kSentFlag = 0x80;
-
 /// Where in an event of each core type the window stands that it was selected on.
 struct WindowField {
   std::uint8_t type;
@@ -94,7 +92,7 @@ std::unique_ptr<XEvents::Watch> XEvents::watchProperty(xcb_window_t window, xcb_
                                                        std::function<void()> changed) {
   return watch(window, XCB_EVENT_MASK_PROPERTY_CHANGE,
                [property, changed = std::move(changed)](const xcb_generic_event_t& event) {
-                 if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return;
+                 if (typeOf(event) != XCB_PROPERTY_NOTIFY) return;
                  const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
                  if (change.atom == property) changed();
                });
@@ -131,7 +129,7 @@ void XEvents::dispatch() {
 }
 
 void XEvents::deliver(const xcb_generic_event_t& event) {
-  const auto type = static_cast<std::uint8_t>(event.response_type & ~kSentFlag);
+  const std::uint8_t type = typeOf(event);
   if (type == 0) {
     // A window that is gone by now is the usual case and no news.
     qCDebug(lcX11) << "error" << reinterpret_cast<const xcb_generic_error_t&>(event).error_code;

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
@@ -11,6 +12,7 @@
 namespace linux_desktop {
 namespace {
 
+/// In items of four bytes.
 constexpr std::uint32_t kLongestProperty = 1U << 20;
 
 xcb_screen_t* screenOf(xcb_connection_t* connection, int number) {
@@ -19,14 +21,40 @@ xcb_screen_t* screenOf(xcb_connection_t* connection, int number) {
   return screens.data;
 }
 
-std::vector<std::uint32_t> numbersIn(const XReply<xcb_get_property_reply_t>& reply) {
-  if (!reply || reply->format != 32) return {};
-  const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-  const auto count = static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) / 4;
-  return {values, values + count};
+}  // namespace
+
+std::span<const std::uint32_t> XPropertyValue::numbers() const {
+  if (!reply_ || reply_->format != 32) return {};
+  const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(reply_.get()));
+  return {items, static_cast<std::size_t>(xcb_get_property_value_length(reply_.get())) / 4};
 }
 
-}  // namespace
+std::optional<std::uint32_t> XPropertyValue::number() const {
+  const auto items = numbers();
+  return items.empty() ? std::nullopt : std::optional(items.front());
+}
+
+bool XPropertyValue::contains(std::uint32_t item) const {
+  return std::ranges::find(numbers(), item) != numbers().end();
+}
+
+std::vector<std::string> XPropertyValue::texts() const {
+  if (!reply_ || reply_->format != 8) return {};
+  const std::string all(static_cast<const char*>(xcb_get_property_value(reply_.get())),
+                        static_cast<std::size_t>(xcb_get_property_value_length(reply_.get())));
+  std::vector<std::string> parts;
+  for (std::size_t start = 0; start < all.size();) {
+    const std::size_t end = std::min(all.find('\0', start), all.size());
+    parts.push_back(all.substr(start, end - start));
+    start = end + 1;
+  }
+  return parts;
+}
+
+std::string XPropertyValue::text() const {
+  std::vector<std::string> parts = texts();
+  return parts.empty() ? std::string() : std::move(parts.front());
+}
 
 std::unique_ptr<XServer> XServer::connect() {
   if (QGuiApplication::platformName() != QLatin1String("xcb")) return nullptr;
@@ -63,6 +91,22 @@ xcb_atom_t XServer::atom(std::string_view name) {
   return atom;
 }
 
+std::vector<XPropertyValue> XServer::read(std::span<const XProperty> properties) {
+  std::vector<xcb_get_property_cookie_t> cookies;
+  cookies.reserve(properties.size());
+  for (const auto& [window, name] : properties) {
+    cookies.push_back(
+        xcb_get_property(get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestProperty));
+  }
+  std::vector<XPropertyValue> values;
+  values.reserve(properties.size());
+  for (const auto& cookie : cookies) {
+    values.emplace_back(
+        XReply<xcb_get_property_reply_t>(xcb_get_property_reply(get(), cookie, nullptr)));
+  }
+  return values;
+}
+
 std::vector<std::uint32_t> XServer::numbers(xcb_window_t window, std::string_view property) {
   return numbersOf(std::span(&window, 1), property).front();
 }
@@ -70,17 +114,30 @@ std::vector<std::uint32_t> XServer::numbers(xcb_window_t window, std::string_vie
 std::vector<std::vector<std::uint32_t>> XServer::numbersOf(std::span<const xcb_window_t> windows,
                                                            std::string_view property) {
   const xcb_atom_t name = atom(property);
-  std::vector<xcb_get_property_cookie_t> cookies;
-  for (const xcb_window_t window : windows) {
-    cookies.push_back(
-        xcb_get_property(get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestProperty));
-  }
+  std::vector<XProperty> properties;
+  properties.reserve(windows.size());
+  for (const xcb_window_t window : windows) properties.push_back({window, name});
   std::vector<std::vector<std::uint32_t>> results;
-  for (const auto& cookie : cookies) {
-    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(get(), cookie, nullptr));
-    results.push_back(numbersIn(reply));
+  results.reserve(windows.size());
+  for (const XPropertyValue& value : read(properties)) {
+    const auto items = value.numbers();
+    results.emplace_back(items.begin(), items.end());
   }
   return results;
+}
+
+void XServer::askManager(xcb_window_t window, xcb_atom_t request,
+                         const std::array<std::uint32_t, 5>& details,
+                         xcb_connection_t* over) const {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = request;
+  std::ranges::copy(details, std::begin(event.data.data32));
+  xcb_send_event(over == nullptr ? get() : over, 0, root_,
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
 }
 
 std::optional<QRect> XServer::geometry(xcb_window_t window) {
@@ -125,7 +182,7 @@ xcb_timestamp_t XServer::time() {
   xcb_flush(get());
   while (XReply<xcb_generic_event_t> event{xcb_wait_for_event(get())}) {
     const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
-    if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY && change->window == own_) {
+    if (typeOf(*event) == XCB_PROPERTY_NOTIFY && change->window == own_) {
       return change->time;
     }
     kept_.push_back(std::move(event));

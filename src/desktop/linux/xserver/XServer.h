@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <QRect>
+#include <array>
 #include <cstdlib>
 #include <deque>
 #include <memory>
@@ -11,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace linux_desktop {
@@ -22,6 +24,34 @@ struct FreeReply {
 /// A reply, event or error of the X server, which xcb hands over to its caller to free.
 template <class T>
 using XReply = std::unique_ptr<T, FreeReply>;
+
+/// One of the XCB_..._NOTIFY numbers and their like, whoever has sent the event.
+[[nodiscard]] inline std::uint8_t typeOf(const xcb_generic_event_t& event) {
+  constexpr std::uint8_t kSentByAClient = 0x80;
+  return static_cast<std::uint8_t>(event.response_type & ~kSentByAClient);
+}
+
+struct XProperty {
+  xcb_window_t window;
+  xcb_atom_t name;
+};
+
+/// What a property holds; nothing where it is absent or its window is gone.
+class XPropertyValue {
+ public:
+  explicit XPropertyValue(XReply<xcb_get_property_reply_t> reply) : reply_(std::move(reply)) {}
+
+  /// The items of a property of 32-bit numbers.
+  [[nodiscard]] std::span<const std::uint32_t> numbers() const;
+  [[nodiscard]] std::optional<std::uint32_t> number() const;
+  [[nodiscard]] bool contains(std::uint32_t item) const;
+  /// The parts of a text, which null bytes divide.
+  [[nodiscard]] std::vector<std::string> texts() const;
+  [[nodiscard]] std::string text() const;
+
+ private:
+  XReply<xcb_get_property_reply_t> reply_;
+};
 
 /// A connection of our own to the X server that the interface is on. Its questions wait for the
 /// server's answer. A window that is gone answers nothing. Main thread only.
@@ -36,11 +66,19 @@ class XServer {
   [[nodiscard]] const xcb_screen_t& screen() const;
   [[nodiscard]] xcb_atom_t atom(std::string_view name);
 
+  /// Properties in the order of the question, however many, in one round trip.
+  [[nodiscard]] std::vector<XPropertyValue> read(std::span<const XProperty> properties);
   /// The items of a property of 32-bit numbers.
   [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, std::string_view property);
   /// The same of many windows, in one round trip.
   [[nodiscard]] std::vector<std::vector<std::uint32_t>> numbersOf(
       std::span<const xcb_window_t> windows, std::string_view property);
+  /// Asks the window manager for something with a window, as EWMH and ICCCM 4.1.4 do. Goes out with
+  /// the next flush of `over`, another connection of this program, where the request is to come
+  /// after what was sent there; else of this one.
+  void askManager(xcb_window_t window, xcb_atom_t request,
+                  const std::array<std::uint32_t, 5>& details,
+                  xcb_connection_t* over = nullptr) const;
   /// Where a window is on the root window, in pixels, without what a window manager adds to it.
   [[nodiscard]] std::optional<QRect> geometry(xcb_window_t window);
   /// Whether windows may be translucent and round now.
