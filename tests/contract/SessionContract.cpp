@@ -16,7 +16,7 @@ using platform::port::ApplicationId;
 using platform::port::ApplicationInfo;
 using platform::port::LoginItem;
 
-std::set<ApplicationId> regularOnes(const platform::port::RunningApplications& applications) {
+std::set<ApplicationId> regularOnes(platform::port::RunningApplications& applications) {
   std::set<ApplicationId> ids;
   for (const ApplicationInfo& application : applications.runningApplications()) {
     if (application.activationPolicy == NSApplicationActivationPolicy::Regular) {

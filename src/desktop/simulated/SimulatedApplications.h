@@ -19,12 +19,10 @@ class SimulatedApplications final : public platform::port::RunningApplications {
 
   explicit SimulatedApplications(CallLog& log) : log_(log) {}
 
-  [[nodiscard]] std::vector<platform::port::ApplicationInfo> runningApplications() const override {
+  [[nodiscard]] std::vector<platform::port::ApplicationInfo> runningApplications() override {
     return list;
   }
-  [[nodiscard]] bool isHidden(Id application) const override {
-    return hidden.contains(application);
-  }
+  [[nodiscard]] bool isHidden(Id application) override { return hidden.contains(application); }
   bool hide(Id application) override {
     log_.add("applications.hide " + std::to_string(application));
     if (!runs(application) || obstinate.contains(application)) return false;

@@ -25,13 +25,12 @@ void SimulatedWindowList::addDesktopPicture(std::uint32_t window, std::string co
   captures[window] = std::make_shared<SimulatedCapture>(std::move(content), width, height);
 }
 
-std::optional<std::string> SimulatedDesktopPictures::path(
-    const platform::port::ScreenId& screen) const {
+std::optional<std::string> SimulatedDesktopPictures::path(const platform::port::ScreenId& screen) {
   return find(pictures, screen);
 }
 
 std::optional<platform::Dictionary> SimulatedDesktopPictures::options(
-    const platform::port::ScreenId& screen) const {
+    const platform::port::ScreenId& screen) {
   return find(pictureOptions, screen);
 }
 

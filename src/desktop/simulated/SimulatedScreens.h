@@ -84,10 +84,9 @@ class SimulatedDesktopPictures final : public platform::port::DesktopPictures {
  public:
   explicit SimulatedDesktopPictures(CallLog& log) : log_(log) {}
 
-  [[nodiscard]] std::optional<std::string> path(
-      const platform::port::ScreenId& screen) const override;
+  [[nodiscard]] std::optional<std::string> path(const platform::port::ScreenId& screen) override;
   [[nodiscard]] std::optional<platform::Dictionary> options(
-      const platform::port::ScreenId& screen) const override;
+      const platform::port::ScreenId& screen) override;
   [[nodiscard]] std::optional<std::string> set(const std::string& path,
                                                const platform::port::ScreenId& screen,
                                                const platform::Dictionary& options) override;

@@ -32,7 +32,7 @@ void NSWorkspace::activeSpaceDidChange() {
 
 std::vector<std::shared_ptr<NSRunningApplication>> NSWorkspace::runningApplications() const {
   std::vector<std::shared_ptr<NSRunningApplication>> applications;
-  const port::RunningApplications* service = desktop().runningApplications();
+  port::RunningApplications* service = desktop().runningApplications();
   if (service == nullptr) return applications;
   for (port::ApplicationInfo& info : service->runningApplications()) {
     applications.push_back(std::make_shared<NSRunningApplication>(std::move(info)));
@@ -41,14 +41,14 @@ std::vector<std::shared_ptr<NSRunningApplication>> NSWorkspace::runningApplicati
 }
 
 std::optional<NSURL> NSWorkspace::desktopImageURLForScreen(const NSScreen& screen) const {
-  const port::DesktopPictures* service = desktop().desktopPictures();
+  port::DesktopPictures* service = desktop().desktopPictures();
   const auto path = service == nullptr ? std::nullopt : service->path(screen.id());
   if (!path) return std::nullopt;
   return NSURL::fileURLWithPath(*path);
 }
 
 std::optional<Dictionary> NSWorkspace::desktopImageOptionsForScreen(const NSScreen& screen) const {
-  const port::DesktopPictures* service = desktop().desktopPictures();
+  port::DesktopPictures* service = desktop().desktopPictures();
   return service == nullptr ? std::nullopt : service->options(screen.id());
 }
 

@@ -39,8 +39,8 @@ class RunningApplications {
  public:
   virtual ~RunningApplications() = default;
 
-  [[nodiscard]] virtual std::vector<ApplicationInfo> runningApplications() const = 0;
-  [[nodiscard]] virtual bool isHidden(ApplicationId application) const = 0;
+  [[nodiscard]] virtual std::vector<ApplicationInfo> runningApplications() = 0;
+  [[nodiscard]] virtual bool isHidden(ApplicationId application) = 0;
   /// False when there is no such application any more, or it cannot be hidden or shown.
   virtual bool hide(ApplicationId application) = 0;
   virtual bool unhide(ApplicationId application) = 0;

@@ -91,11 +91,11 @@ class DesktopPictures {
   /// The absolute path of the picture that the screen shows. Where there is no file (a colour, a
   /// slide show), a path that stands for the present state. None for an unknown screen, or when the
   /// desktop does not answer.
-  [[nodiscard]] virtual std::optional<std::string> path(const ScreenId& screen) const = 0;
+  [[nodiscard]] virtual std::optional<std::string> path(const ScreenId& screen) = 0;
 
   /// How the picture is shown at this moment: scaling and whatever else a set may touch. To be
   /// handed to `set`; what is in it is the desktop's own affair.
-  [[nodiscard]] virtual std::optional<Dictionary> options(const ScreenId& screen) const = 0;
+  [[nodiscard]] virtual std::optional<Dictionary> options(const ScreenId& screen) = 0;
 
   /// Shows the picture at `path` with these options, but for what has to be another for it to be
   /// seen. Setting exactly the path that was last told for that screen puts back the state of that

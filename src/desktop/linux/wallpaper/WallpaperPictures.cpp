@@ -61,7 +61,7 @@ std::optional<Monitor> WallpaperPictures::monitorNamed(const ScreenId& screen) c
   return found == monitors.end() ? std::nullopt : std::optional(*found);
 }
 
-std::optional<std::string> WallpaperPictures::path(const ScreenId& screen) const {
+std::optional<std::string> WallpaperPictures::path(const ScreenId& screen) {
   const auto monitor = monitorNamed(screen);
   const auto [row, adapter] = choice_.current();
   if (!monitor || adapter == nullptr) return std::nullopt;
@@ -72,7 +72,7 @@ std::optional<std::string> WallpaperPictures::path(const ScreenId& screen) const
   return path;
 }
 
-std::optional<Dictionary> WallpaperPictures::options(const ScreenId& screen) const {
+std::optional<Dictionary> WallpaperPictures::options(const ScreenId& screen) {
   const auto monitor = monitorNamed(screen);
   WallpaperAdapter* adapter = choice_.current().adapter;
   if (!monitor || adapter == nullptr) return std::nullopt;
@@ -166,7 +166,7 @@ std::optional<Backdrop> WallpaperPictures::backdrop(const Monitor& monitor) {
   return adapter == nullptr ? std::nullopt : adapter->backdrop(monitor);
 }
 
-BackdropLayout WallpaperPictures::layout() const {
+BackdropLayout WallpaperPictures::layout() {
   BackdropLayout layout;
   for (const Monitor& each : facts_.monitors()) {
     layout.desktop |= each.pixels();

@@ -22,10 +22,9 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   /// `facts` outlives this. Nobody is asked anything yet.
   explicit WallpaperPictures(DesktopFacts& facts);
 
-  [[nodiscard]] std::optional<std::string> path(
-      const platform::port::ScreenId& screen) const override;
+  [[nodiscard]] std::optional<std::string> path(const platform::port::ScreenId& screen) override;
   [[nodiscard]] std::optional<platform::Dictionary> options(
-      const platform::port::ScreenId& screen) const override;
+      const platform::port::ScreenId& screen) override;
   [[nodiscard]] std::optional<std::string> set(const std::string& path,
                                                const platform::port::ScreenId& screen,
                                                const platform::Dictionary& options) override;
@@ -77,15 +76,14 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   [[nodiscard]] Fault give(const platform::port::ScreenId& screen, const QString& file,
                            const platform::Dictionary& options);
   [[nodiscard]] int patience() const;
-  [[nodiscard]] BackdropLayout layout() const;
+  [[nodiscard]] BackdropLayout layout();
   void forget();
   [[nodiscard]] std::optional<std::string> putBack(const Told& told,
                                                    const platform::Dictionary& options);
 
   DesktopFacts& facts_;
-  /// Asking chooses an adapter and remembers what was told, neither of which shows.
-  mutable WallpaperChoice choice_;
-  mutable std::map<platform::port::ScreenId, Told> told_;
+  WallpaperChoice choice_;
+  std::map<platform::port::ScreenId, Told> told_;
   std::function<void()> changed_;
   std::map<platform::port::ScreenId, std::unique_ptr<QFutureWatcher<Fault>>> awaited_;
   std::map<QString, std::unique_ptr<Drawing>> drawings_;

@@ -54,7 +54,7 @@ xcb_window_t activeToRemember(const ClientList& list, const HideOperation::Plan&
 XApplications::XApplications(XEvents& events)
     : events_(events), clients_(events.server()), watch_(events, clients_), lastId_(kOurselves) {}
 
-std::unique_ptr<XApplications::Moment> XApplications::read() const {
+std::unique_ptr<XApplications::Moment> XApplications::read() {
   auto moment = std::make_unique<Moment>();
   moment->list = clients_.read();
   std::map<std::string, Id> ids;
@@ -71,7 +71,7 @@ std::unique_ptr<XApplications::Moment> XApplications::read() const {
   return moment;
 }
 
-const XApplications::Moment& XApplications::now() const {
+const XApplications::Moment& XApplications::now() {
   if (!std::exchange(isFresh_, true)) {
     moment_ = read();
     queueEndOfTurn();
@@ -79,7 +79,7 @@ const XApplications::Moment& XApplications::now() const {
   return *moment_;
 }
 
-std::vector<ApplicationInfo> XApplications::runningApplications() const {
+std::vector<ApplicationInfo> XApplications::runningApplications() {
   const Moment& moment = now();
   if (moment.list.windowManager.empty()) {
     warnOnce("no window manager: windows of other programs cannot be hidden");
@@ -103,7 +103,7 @@ std::optional<XApplications::Wish> XApplications::wishFor(Id application) const 
   return std::nullopt;
 }
 
-bool XApplications::isHidden(Id application) const {
+bool XApplications::isHidden(Id application) {
   const Moment& moment = now();
   const auto found = moment.applications.find(application);
   if (found == moment.applications.end()) return false;
@@ -135,11 +135,10 @@ bool XApplications::wish(Id application, Wish wish) {
   return true;
 }
 
-void XApplications::queueEndOfTurn() const {
+void XApplications::queueEndOfTurn() {
   if (std::exchange(turnEnds_, true)) return;
   QMetaObject::invokeMethod(
-      &context_, [self = const_cast<XApplications*>(this)] { self->endTurn(); },
-      Qt::QueuedConnection);
+      &context_, [this] { endTurn(); }, Qt::QueuedConnection);
 }
 
 void XApplications::endTurn() {
@@ -233,7 +232,7 @@ void XApplications::finished() {
       Qt::QueuedConnection);
 }
 
-void XApplications::warnOnce(const char* line) const {
+void XApplications::warnOnce(const char* line) {
   if (!std::exchange(warned_, true)) qCWarning(lcX11, "%s", line);
 }
 

@@ -27,8 +27,8 @@ class XApplications final : public platform::port::RunningApplications {
   /// `events` outlives this.
   explicit XApplications(XEvents& events);
 
-  [[nodiscard]] std::vector<platform::port::ApplicationInfo> runningApplications() const override;
-  [[nodiscard]] bool isHidden(Id application) const override;
+  [[nodiscard]] std::vector<platform::port::ApplicationInfo> runningApplications() override;
+  [[nodiscard]] bool isHidden(Id application) override;
   bool hide(Id application) override;
   bool unhide(Id application) override;
 
@@ -43,13 +43,13 @@ class XApplications final : public platform::port::RunningApplications {
   };
 
   /// Read in this turn of the loop.
-  const Moment& now() const;
+  const Moment& now();
   /// Read at some time.
-  const Moment& latest() const { return moment_ ? *moment_ : now(); }
-  std::unique_ptr<Moment> read() const;
+  const Moment& latest() { return moment_ ? *moment_ : now(); }
+  std::unique_ptr<Moment> read();
   [[nodiscard]] std::optional<Wish> wishFor(Id application) const;
   bool wish(Id application, Wish wish);
-  void queueEndOfTurn() const;
+  void queueEndOfTurn();
   void endTurn();
   void carryOut();
   /// Takes the wishes of that kind out of the waiting ones.
@@ -57,24 +57,24 @@ class XApplications final : public platform::port::RunningApplications {
   [[nodiscard]] bool startHiding();
   [[nodiscard]] bool startShowing();
   void finished();
-  void warnOnce(const char* line) const;
+  void warnOnce(const char* line);
 
   XEvents& events_;
   ClientWindows clients_;
-  mutable HiddenWatch watch_;
-  mutable ApplicationNames names_;
-  mutable std::map<std::string, Id> ids_;
-  mutable Id lastId_;
-  mutable std::unique_ptr<Moment> moment_;
-  mutable bool isFresh_ = false;
-  mutable bool turnEnds_ = false;
-  mutable bool warned_ = false;
+  HiddenWatch watch_;
+  ApplicationNames names_;
+  std::map<std::string, Id> ids_;
+  Id lastId_;
+  std::unique_ptr<Moment> moment_;
+  bool isFresh_ = false;
+  bool turnEnds_ = false;
+  bool warned_ = false;
   /// What was asked for and not begun, and what is under way: one operation at a time, so that the
   /// last wish is also the last request.
   Wishes wishes_;
   Wishes underWay_;
   std::unique_ptr<HiddenOperation> operation_;
-  mutable QObject context_;
+  QObject context_;
 };
 
 }  // namespace linux_desktop
