@@ -11,7 +11,6 @@
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
-#include "preferences/ShortcutState.h"
 #include "shared/SettingsKeys.h"
 
 namespace app {
@@ -106,20 +105,23 @@ void AppDelegate::registerStoredHotKeys() {
 }
 
 void AppDelegate::registerToggleAppHotKey() {
-  registerHotKey(&AppDelegate::hotKeyToggleApp_, [this] { toggleAppPressed(); });
+  registerHotKey(&AppDelegate::hotKeyToggleApp_, preferences::ShortcutRow::toggleApp,
+                 [this] { toggleAppPressed(); });
 }
 
 void AppDelegate::registerMuteMicHotKey() {
-  registerHotKey(&AppDelegate::hotKeyMuteMic_, muteMicPressed);
+  registerHotKey(&AppDelegate::hotKeyMuteMic_, preferences::ShortcutRow::muteMic, muteMicPressed);
 }
 
 void AppDelegate::registerHotKey(std::shared_ptr<hotkeys::HotKey> AppDelegate::*field,
+                                 const preferences::ShortcutRow& row,
                                  hotkeys::HotKey::Handler pressed) {
   const preferences::ShortcutState& state = preferences::shortcutState();
   // The new one is registered while the old one still is.
   this->*field = hotkeys::HotKey::make(
       hotkeys::KeyCombo(state.currentShortcutKey, state.currentShortcutModifiers));
   (this->*field)->keyDownHandler = std::move(pressed);
+  (this->*field)->assignmentHandler = [&row] { preferences::shortcutState().reload(row); };
 }
 
 void AppDelegate::toggleAppPressed() {

@@ -9,7 +9,7 @@
 #include "platform/appkit/NSStatusItem.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/updates/SUUpdater.h"
-#include "preferences/PreferencesHost.h"
+#include "preferences/ShortcutState.h"
 #include "presentation/PanelHost.h"
 
 namespace app {
@@ -42,10 +42,10 @@ class AppDelegate final : public platform::NSObject,
   [[nodiscard]] const std::shared_ptr<platform::SUUpdater>& updater() const { return updater_; }
   /// The shortcuts, each null while it has no combination. One that the desktop refused is there
   /// too, and hears of nothing.
-  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyToggleApp() const {
+  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyToggleApp() const override {
     return hotKeyToggleApp_;
   }
-  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyMuteMic() const {
+  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyMuteMic() const override {
     return hotKeyMuteMic_;
   }
 
@@ -87,9 +87,9 @@ class AppDelegate final : public platform::NSObject,
   void setUpUpdater();
   void handleStatusItemClick(platform::NSObject* sender);
   void toggleAppPressed();
-  /// Fills the field with a hot key for the current combination.
+  /// Fills the field, which is the row's, with a hot key for the current combination.
   void registerHotKey(std::shared_ptr<hotkeys::HotKey> AppDelegate::*field,
-                      hotkeys::HotKey::Handler pressed);
+                      const preferences::ShortcutRow& row, hotkeys::HotKey::Handler pressed);
 
   std::shared_ptr<platform::NSPopover> popover_;
   std::shared_ptr<platform::NSStatusBarButton> statusbutton_;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "hotkeys/KeyCombo.h"
 #include "platform/foundation/NSUUID.h"
@@ -35,6 +36,13 @@ class HotKey final : public std::enable_shared_from_this<HotKey> {
   /// Run when the combination is pressed and when it is let go; either may be empty.
   Handler keyDownHandler;
   Handler keyUpHandler;
+
+  /// The name of the keys that work in place of the combination, where the desktop assigns them
+  /// itself and has; else empty.
+  std::string assignedKeys;
+  /// Run when the desktop has assigned keys, or has refused the combination late, before the user
+  /// is told of that; may be empty.
+  Handler assignmentHandler;
 
   /// While paused, the hot key is not registered.
   [[nodiscard]] bool isPaused() const { return paused_; }

@@ -46,7 +46,9 @@ void HotKeysController::registerHotKey(const std::shared_ptr<HotKey>& hotKey) {
   const std::uint32_t id = ++own.lastHotKeyId;
   HotKeyBox& box = own.boxesById[id];
   box = {.identifier = hotKey->identifier(), .hotKey = hotKey, .carbonHotKeyID = id};
+  hotKey->assignedKeys.clear();
 
+  platform::SetHotKeyAssignmentHandler(&HotKeysController::handleAssignment);
   EventHotKeyRef reference = EventHotKeyRef::None;
   const OSStatus status = platform::RegisterEventHotKey(
       hotKey->keyCombo().carbonKeyCode, hotKey->keyCombo().carbonModifiers, {kSignature, id},
@@ -86,6 +88,15 @@ void HotKeysController::installEventHandler() {
   static_cast<void>(platform::InstallEventHandler(platform::GetEventDispatcherTarget(),
                                                   &HotKeysController::handleEvent, kTypes, nullptr,
                                                   own.eventHandlerRef));
+}
+
+void HotKeysController::handleAssignment(EventHotKeyID id, const std::optional<std::string>& keys) {
+  const std::shared_ptr<HotKey> hotKey = id.signature == kSignature ? hotKeyForId(id.id) : nullptr;
+  if (!hotKey) return;
+  hotKey->assignedKeys = keys.value_or("");
+  if (!keys) state().boxesById.at(id.id).carbonEventHotKey = EventHotKeyRef::None;
+  if (hotKey->assignmentHandler) hotKey->assignmentHandler();
+  if (!keys && state().unavailable) state().unavailable();
 }
 
 OSStatus HotKeysController::handleEvent(platform::EventRef event, void*) {

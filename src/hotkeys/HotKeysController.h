@@ -4,6 +4,8 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSUUID.h"
@@ -19,7 +21,7 @@ struct HotKeyBox {
   std::weak_ptr<HotKey> hotKey;
   /// The box's number, from 1 on; none is given twice in a process.
   std::uint32_t carbonHotKeyID = 0;
-  /// Empty when the desktop refused the combination.
+  /// Empty when the desktop refused the combination, at once or later.
   platform::EventHotKeyRef carbonEventHotKey = platform::EventHotKeyRef::None;
 };
 
@@ -53,6 +55,7 @@ class HotKeysController {
   struct State;
   [[nodiscard]] static State& state();
   static void installEventHandler();
+  static void handleAssignment(platform::EventHotKeyID id, const std::optional<std::string>& keys);
   static platform::OSStatus handleEvent(platform::EventRef event, void* userData);
 };
 

@@ -16,6 +16,7 @@ const ShortcutRow ShortcutRow::toggleApp{
     .listKey = shared::kuserdefault_ToggleAppFlag,
     .registerHotKey = &PreferencesHost::registerToggleAppHotKey,
     .unregisterHotKey = &PreferencesHost::unregisterToggleAppHotKey,
+    .hotKey = &PreferencesHost::hotKeyToggleApp,
     .isMuteMic = false,
 };
 
@@ -28,6 +29,7 @@ const ShortcutRow ShortcutRow::muteMic{
     .listKey = shared::kuserdefault_MuteMicFlag,
     .registerHotKey = &PreferencesHost::registerMuteMicHotKey,
     .unregisterHotKey = &PreferencesHost::unregisterMuteMicHotKey,
+    .hotKey = &PreferencesHost::hotKeyMuteMic,
     .isMuteMic = true,
 };
 
@@ -70,6 +72,13 @@ void ShortcutState::loadShortcut(std::string_view textKey, std::string_view list
   if (const auto list = listOf(defaults.objectForKey(listKey))) {
     currentShortcutModifiers = hotkeys::modifierFlagsFromList(*list);
   }
+}
+
+void ShortcutState::reload(const ShortcutRow& row) {
+  if (currentGeneralVc)
+    currentGeneralVc->reload(row);
+  else
+    loadShortcut(row.textKey, row.listKey);
 }
 
 ShortcutState& shortcutState() {

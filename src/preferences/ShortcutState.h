@@ -24,6 +24,7 @@ struct ShortcutRow {
   std::string_view listKey;
   void (PreferencesHost::*registerHotKey)();
   void (PreferencesHost::*unregisterHotKey)();
+  const std::shared_ptr<hotkeys::HotKey>& (PreferencesHost::*hotKey)() const;
   /// The value of `ShortcutState::recordingMuteMic` that names the row.
   bool isMuteMic;
 
@@ -56,6 +57,8 @@ struct ShortcutState {
   /// Takes both from the settings under these keys. What is absent, or of another type than a
   /// String and an Array of integers, counts as empty.
   void loadShortcut(std::string_view textKey, std::string_view listKey);
+  /// Takes the row's shortcut from the settings, and has the pane show it anew, if there is one.
+  void reload(const ShortcutRow& row);
 };
 
 /// The current Runtime's.

@@ -60,6 +60,8 @@ class generalVc final : public platform::NSViewController {
   // --- Shortcuts (generalVcShortcuts.cpp) ---
   void reload_ToggleApp();
   void reload_MuteMicShortcut();
+  /// Shows the stored shortcut, or the name of the keys that the desktop gave in its place.
+  void reload(const ShortcutRow& row) const;
   /// Gives the row that records its stored shortcut and its hot key back; its caller decides
   /// whether a row still records.
   void resetCurrentRecording();
@@ -75,7 +77,6 @@ class generalVc final : public platform::NSViewController {
  private:
   /// Lets the user choose a file; none when the user did not.
   [[nodiscard]] static std::optional<platform::NSURL> chooseWallpaperImage();
-  void reload(const ShortcutRow& row) const;
   void clear(const ShortcutRow& row) const;
   void showClearButton(const ShortcutRow& row, bool shown) const;
   /// On the frame, and to a screen reader, which hears the row's shortcut else.

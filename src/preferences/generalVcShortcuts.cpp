@@ -46,7 +46,10 @@ void generalVc::reload(const ShortcutRow& row) const {
   ShortcutState& state = shortcutState();
   state.loadShortcut(row.textKey, row.listKey);
   const bool hasShortcut = !state.currentShortcutModifiers.isEmpty();
-  showShortcut(row, hasShortcut ? state.shortcutText() : kNoShortcut);
+  const auto& hotKey = (host_().*row.hotKey)();
+  const bool isAssigned = hotKey && !hotKey->assignedKeys.empty();
+  const std::string shortcut = isAssigned ? hotKey->assignedKeys : state.shortcutText();
+  showShortcut(row, hasShortcut ? shortcut : kNoShortcut);
   showClearButton(row, hasShortcut);
   showRecording(row, false);
 }

@@ -154,5 +154,66 @@ TEST_F(RefusedShortcutTest, TheProgramCanEndUnderItsSheets) {
   desk.loop.terminate();
 }
 
+/// The desktop assigns the keys itself, when it has asked the user.
+class AssignedShortcutTest : public PreferencesTest {
+ protected:
+  AssignedShortcutTest() { desk.keys.assignsKeys = true; }
+  void refuse(Combination asked) {
+    desk.keys.refuse(asked);
+    desk.loop.settle();
+  }
+  [[nodiscard]] static const std::string& spoken(const ShortcutRow& row) {
+    return (pane().*row.recordButton).lock()->accessibilityHelp();
+  }
+};
+
+TEST_F(AssignedShortcutTest, TheRowNamesTheKeysThatTheDesktopGave) {
+  launchAndOpen();
+  record(muteMic);
+  pressControlK();
+  EXPECT_EQ(look(muteMic), showing("⌃k"));
+  record(toggleApp);
+  desk.keys.assign(kControlK, kControlJ, "Ctrl+J");
+  EXPECT_EQ(look(muteMic), showing("Ctrl+J"));
+  EXPECT_EQ(spoken(muteMic), "Ctrl+J");
+  EXPECT_EQ(look(toggleApp), kRecording);
+  EXPECT_TRUE(shortcutState().isRecordingShortcut);
+  pressKey(platform::kVK_ANSI_J, Bits::Option, "j");
+  desk.keys.assign({platform::kVK_ANSI_J, platform::optionKey}, kControlK, "Ctrl+K");
+  closePreferences();
+  openPreferences();
+  EXPECT_EQ(look(toggleApp), showing("Ctrl+K"));
+  EXPECT_EQ(look(muteMic), showing("Ctrl+J"));
+  desk.keys.press(kControlK);
+  EXPECT_THAT(desk.output.lines, ElementsAre(::testing::StartsWith("Pressed at ")));
+
+  // The user gives it others, in the desktop's own settings.
+  desk.keys.assign(kControlK, kControlK, "Super+K");
+  EXPECT_EQ(look(muteMic), showing("Super+K"));
+  clear(muteMic);
+  EXPECT_EQ(look(muteMic), kEmpty);
+}
+
+TEST_F(AssignedShortcutTest, ARefusalThatComesLaterAsksForOtherKeysAsOneAtOnce) {
+  storeShortcut(toggleApp, "k", Array{12});
+  storeShortcut(muteMic, "j", Array{12});
+  launch();
+  EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+  refuse(kControlK);
+  ASSERT_EQ(desk.screen.alerts().size(), 1U);
+  EXPECT_EQ(desk.screen.alerts()[0].informative, "Not available: ⌃k");
+  dismissSheet();
+  EXPECT_EQ(look(toggleApp), kRecording);
+  pressControlK();
+  EXPECT_EQ(look(toggleApp), showing("⌃k"));
+  refuse(kControlK);
+  EXPECT_EQ(look(toggleApp), (Look{"", true, false}));
+  dismissSheet();
+  EXPECT_EQ(look(toggleApp), kRecording);
+  EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+  desk.keys.assign(kControlJ, kControlJ, "Ctrl+J");
+  EXPECT_EQ(look(muteMic), showing("Ctrl+J"));
+}
+
 }  // namespace
 }  // namespace preferences

@@ -38,6 +38,11 @@ class SimulatedHotKeys final : public platform::port::HotKeys {
   std::set<Combination> impossible;
   /// What this desktop gives to nobody.
   std::set<Combination> reserved;
+  /// The desktop assigns the keys itself: what is asked for is held once it has been assigned.
+  bool assignsKeys = false;
+  /// Of what was asked for, gives `given`, by its name, now or once more; or nothing.
+  void assign(Combination asked, Combination given, const std::string& name);
+  void refuse(Combination asked);
   /// The user presses a combination, and lets go of it. Nothing happens when nobody holds it, or
   /// held it when it was pressed.
   void press(Combination combination);
@@ -47,12 +52,16 @@ class SimulatedHotKeys final : public platform::port::HotKeys {
   [[nodiscard]] bool hasClient() const { return client_ != nullptr; }
 
  private:
-  /// 0 when it is not ours.
-  [[nodiscard]] platform::port::HotKeyNumber numberOf(Combination combination) const;
+  using Numbers = std::map<platform::port::HotKeyNumber, Combination>;
+  /// 0 when it is not among them.
+  [[nodiscard]] static platform::port::HotKeyNumber numberOf(const Numbers& numbers,
+                                                             Combination combination);
+  void forget(platform::port::HotKeyNumber number);
 
   CallLog& log_;
   platform::port::HotKeysClient* client_ = nullptr;
-  std::map<platform::port::HotKeyNumber, Combination> registered_;
+  Numbers asked_;
+  Numbers held_;
   std::set<platform::port::HotKeyNumber> down_;
 };
 

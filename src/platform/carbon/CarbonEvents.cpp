@@ -35,11 +35,10 @@ class EventDispatcher final : public port::HotKeysClient {
                           EventHotKeyRef& outRef) {
     if (service() == nullptr) return eventHotKeyInvalidErr;
     service()->setClient(this);
-    const port::HotKeyNumber number = ++lastNumber_;
-    const OSStatus status = service()->registerHotKey(number, keyCode, modifiers);
+    const OSStatus status = service()->registerHotKey(id.id, keyCode, modifiers);
     if (status != noErr) return status;
-    hotKeys_.emplace(number, id);
-    outRef = EventHotKeyRef{number};
+    hotKeys_.emplace(id.id, id);
+    outRef = EventHotKeyRef{id.id};
     return noErr;
   }
 
@@ -50,6 +49,8 @@ class EventDispatcher final : public port::HotKeysClient {
     hotKeys_.erase(found);
     return noErr;
   }
+
+  void setAssignmentHandler(HotKeyAssignmentHandler handler) { assigned_ = handler; }
 
   EventHandlerRef install(EventHandler handler, std::span<const EventTypeSpec> types,
                           void* userData) {
@@ -72,6 +73,15 @@ class EventDispatcher final : public port::HotKeysClient {
 
   void hotKeyPressed(port::HotKeyNumber number) override { arrived(number, kEventHotKeyPressed); }
   void hotKeyReleased(port::HotKeyNumber number) override { arrived(number, kEventHotKeyReleased); }
+  void hotKeyAssigned(port::HotKeyNumber number, const std::optional<std::string>& keys) override {
+    const auto found = hotKeys_.find(number);
+    if (found == hotKeys_.end()) return;
+    const EventHotKeyID id = found->second;
+    if (!keys) hotKeys_.erase(found);
+    NSRunLoop::mainRunLoop().deliver([this, id, keys] {
+      if (assigned_ != nullptr) assigned_(id, keys);
+    });
+  }
 
  private:
   struct Installed {
@@ -90,7 +100,7 @@ class EventDispatcher final : public port::HotKeysClient {
 
   std::map<port::HotKeyNumber, EventHotKeyID> hotKeys_;
   std::vector<Installed> handlers_;
-  port::HotKeyNumber lastNumber_ = 0;
+  HotKeyAssignmentHandler assigned_ = nullptr;
 };
 
 }  // namespace
@@ -106,6 +116,10 @@ OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, Eve
 
 bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   return service() != nullptr && service()->isReserved(keyCode, modifiers);
+}
+
+void SetHotKeyAssignmentHandler(HotKeyAssignmentHandler handler) {
+  EventDispatcher::shared().setAssignmentHandler(handler);
 }
 
 OSStatus UnregisterEventHotKey(EventHotKeyRef hotKey) {

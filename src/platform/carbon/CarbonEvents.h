@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 
 #include "platform/foundation/OSStatus.h"
 #include "platform/port/HotKeys.h"
@@ -63,12 +65,19 @@ using EventHandler = OSStatus (*)(EventRef event, void* userData);
 /// Registers the combination for this process wherever the user is: a virtual key code and a mask
 /// of `KeyCodes.h`. On success `outRef` is not empty; on any other status nothing is registered.
 /// eventHotKeyExistsErr: the combination is taken, by another program or by an earlier call.
-/// eventHotKeyInvalidErr: this desktop cannot give it away. `options` is 0.
+/// eventHotKeyInvalidErr: this desktop cannot give it away. `options` is 0. The `id` is not 0, and
+/// another in each call in a process, whoever calls.
 [[nodiscard]] OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                            EventHotKeyID hotKeyID, EventTargetRef target,
                                            std::uint32_t options, EventHotKeyRef& outRef);
 /// Whether this desktop keeps the combination from everybody, so that nobody need try.
 [[nodiscard]] bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers);
+/// Has `handler` called when a desktop that assigns the keys itself has made up its mind, or the
+/// user has: with the name of the keys that the hot key has now, or none where it has none and is
+/// withdrawn (see port::HotKeysClient). There is one handler; null: nobody is told.
+using HotKeyAssignmentHandler = void (*)(EventHotKeyID hotKeyID,
+                                         const std::optional<std::string>& keys);
+void SetHotKeyAssignmentHandler(HotKeyAssignmentHandler handler);
 /// Withdraws a hot key. A reference that is empty or was withdrawn before is paramErr.
 OSStatus UnregisterEventHotKey(EventHotKeyRef hotKey);
 

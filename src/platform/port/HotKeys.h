@@ -1,13 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "platform/foundation/OSStatus.h"
 
 namespace platform::port {
 
-/// Names one registered hot key between the layer and the desktop. Chosen by the layer, never 0 and
-/// never used twice in a process.
+/// Names one registered hot key, to the desktop as to its owner: the `id` of its EventHotKeyID.
+/// Chosen by the owner, never 0 and never used twice in a process.
 using HotKeyNumber = std::uint32_t;
 
 /// What the desktop reports of hot keys, on the main thread and never from inside a call.
@@ -19,6 +21,11 @@ class HotKeysClient {
   virtual void hotKeyPressed(HotKeyNumber number) = 0;
   /// Once for each press, when the key is let go.
   virtual void hotKeyReleased(HotKeyNumber number) = 0;
+  /// Only from a desktop that assigns the keys itself: what came of a number that it accepted. The
+  /// name by which users there read the keys that it has now, which may be others than were asked
+  /// for; told again when they change. None: it gets no keys, and is no longer registered.
+  virtual void hotKeyAssigned(HotKeyNumber /*number*/, const std::optional<std::string>& /*keys*/) {
+  }
 };
 
 /// Key combinations that reach this program wherever the user is.
@@ -31,9 +38,11 @@ class HotKeys {
 
   /// `client` is told from now on; null: nobody is. It must outlive its being set.
   virtual void setClient(HotKeysClient* client) = 0;
-  /// Takes the combination for this program. Any status but noErr is a refusal that leaves nothing
-  /// half taken: eventHotKeyExistsErr when another program or an earlier number holds it,
-  /// eventHotKeyInvalidErr when this keyboard cannot make it or this desktop keeps it for itself.
+  /// Takes the combination for this program; where the desktop assigns the keys itself, noErr says
+  /// only that it was asked, and `hotKeyAssigned` tells its answer, however late. Any status but
+  /// noErr is a refusal that leaves nothing half taken: eventHotKeyExistsErr when another program
+  /// or an earlier number holds it, eventHotKeyInvalidErr when this keyboard cannot make it or this
+  /// desktop keeps it for itself.
   [[nodiscard]] virtual OSStatus registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
                                                 std::uint32_t modifiers) = 0;
   /// Gives it back; nothing is reported of it any more. An unknown number: does nothing.
