@@ -98,7 +98,7 @@ OwnMenu::~OwnMenu() {
 
 void OwnMenu::popUp(const MenuEntries& entries, const MenuPlace& place) {
   if (menu_) menu_->close();
-  menu_ = std::make_unique<QMenu>(place.owner).release();
+  menu_ = new QMenu(place.owner);
   menu_->setAttribute(Qt::WA_DeleteOnClose);
   for (std::size_t index = 0; index < entries.size(); ++index) {
     QAction* action = menu_->addAction(QString(entries[index].title).replace('&', "&&"));

@@ -1,7 +1,6 @@
 #include "desktop/linux/ui/ExposeWatch.h"
 
 #include <QEvent>
-#include <memory>
 #include <utility>
 
 namespace linux_desktop {
@@ -37,7 +36,7 @@ void onceExposed(QWindow& window, std::function<void()> exposed) {
     exposed();
   } else {
     // The window owns it.
-    static_cast<void>(std::make_unique<ExposeWatch>(window, std::move(exposed)).release());
+    new ExposeWatch(window, std::move(exposed));
   }
 }
 

@@ -34,13 +34,13 @@ PanelWindow::PanelWindow(Chrome chrome, const QString& title, Clock clock, Press
   setWindowTitle(title);
   setAccessibleName(title);
   setAttribute(Qt::WA_TranslucentBackground, chrome == Chrome::RoundPopover);
-  auto* layout = std::make_unique<QVBoxLayout>(this).release();
+  auto* layout = new QVBoxLayout(this);
   const int margin = isPopover(chrome) ? kBorder : 0;
   layout->setContentsMargins(margin, margin, margin, margin);
   layout->setSpacing(0);
   layout->setSizeConstraint(QLayout::SetFixedSize);
   if (chrome == Chrome::OrdinaryWithMenu) addMenuRow(*layout);
-  inner_ = std::make_unique<QVBoxLayout>().release();
+  inner_ = new QVBoxLayout;
   layout->addLayout(inner_);
 }
 
@@ -51,10 +51,10 @@ void PanelWindow::setContent(const std::shared_ptr<platform::NSView>& content) {
 
 // Like a menu bar, so that the menu covers no switch when it drops down.
 void PanelWindow::addMenuRow(QBoxLayout& layout) {
-  auto* button = std::make_unique<MenuButton>(this).release();
+  auto* button = new MenuButton(this);
   connect(button, &QToolButton::clicked, this,
           [this, button] { observer_.menuRequested(*button); });
-  auto* row = std::make_unique<QHBoxLayout>().release();
+  auto* row = new QHBoxLayout;
   row->setContentsMargins(kMenuRowMargin, kMenuRowMargin, kMenuRowMargin, kMenuRowMargin);
   row->addWidget(button);
   row->addStretch();

@@ -125,14 +125,13 @@ void ViewTree::addStack(const std::shared_ptr<NSView>& view, QBoxLayout& layout)
   const auto direction = stack.orientation() == NSStackView::Orientation::Horizontal
                              ? QBoxLayout::LeftToRight
                              : QBoxLayout::TopToBottom;
-  auto inner = std::make_unique<QBoxLayout>(direction);
+  auto* inner = new QBoxLayout(direction);
+  layout.addLayout(inner);
   const NSStackView::Insets& insets = stack.edgeInsets();
   inner->setContentsMargins(qRound(insets.left), qRound(insets.top), qRound(insets.right),
                             qRound(insets.bottom));
   inner->setSpacing(qRound(stack.spacing()));
-  QBoxLayout& column = *inner;
-  layout.addLayout(inner.release());
-  for (const auto& child : stack.subviews()) add(child, column);
+  for (const auto& child : stack.subviews()) add(child, *inner);
 }
 
 void ViewTree::addLayers(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
@@ -173,7 +172,7 @@ void ViewTree::addWidget(const std::shared_ptr<NSView>& view, QBoxLayout& layout
 
 void ViewTree::place(std::unique_ptr<ViewWidget> widget, QBoxLayout& layout) {
   readCommon(*widget);
-  layout.addItem(std::make_unique<OverhangItem>(&widget->widget(), widget->overhang()).release());
+  layout.addItem(new OverhangItem(&widget->widget(), widget->overhang()));
   widgets_.push_back(std::move(widget));
 }
 

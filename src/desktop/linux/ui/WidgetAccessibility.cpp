@@ -4,7 +4,6 @@
 #include <QAccessibleWidget>
 #include <QMenu>
 #include <functional>
-#include <memory>
 #include <utility>
 
 #include "desktop/linux/ui/ButtonWidgets.h"
@@ -130,23 +129,18 @@ class PathAccessible final : public QAccessibleWidget {
 };
 
 /// Qt's cache of interfaces takes what is made over.
-template <class Accessible, class... Arguments>
-QAccessibleInterface* made(Arguments&&... arguments) {
-  return std::make_unique<Accessible>(std::forward<Arguments>(arguments)...).release();
-}
-
 QAccessibleInterface* make(const QString&, QObject* object) {
-  if (auto* window = dynamic_cast<PanelWindow*>(object)) return made<WindowAccessible>(*window);
-  if (auto* button = dynamic_cast<MenuButton*>(object)) return made<MenuButtonAccessible>(*button);
-  if (auto* box = dynamic_cast<BoxWidget*>(object)) return made<BoxAccessible>(*box);
-  if (auto* path = dynamic_cast<FilePathWidget*>(object)) return made<PathAccessible>(*path);
+  if (auto* window = dynamic_cast<PanelWindow*>(object)) return new WindowAccessible(*window);
+  if (auto* button = dynamic_cast<MenuButton*>(object)) return new MenuButtonAccessible(*button);
+  if (auto* box = dynamic_cast<BoxWidget*>(object)) return new BoxAccessible(*box);
+  if (auto* path = dynamic_cast<FilePathWidget*>(object)) return new PathAccessible(*path);
   if (auto* checkbox = dynamic_cast<CheckboxWidget*>(object)) {
-    return made<SwitchAccessible>(*checkbox, [checkbox] { checkbox->click(); });
+    return new SwitchAccessible(*checkbox, [checkbox] { checkbox->click(); });
   }
   auto* layers = dynamic_cast<LayerWidget*>(object);
   const bool isSwitch = layers != nullptr &&
                         layers->view().accessibilityRole() == platform::NSAccessibilityRole::Switch;
-  return isSwitch ? made<SwitchAccessible>(*layers, [layers] { layers->click(); }) : nullptr;
+  return isSwitch ? new SwitchAccessible(*layers, [layers] { layers->click(); }) : nullptr;
 }
 
 }  // namespace
