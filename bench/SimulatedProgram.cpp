@@ -10,7 +10,8 @@ namespace bench {
 
 using namespace std::chrono_literals;
 
-SimulatedProgram::SimulatedProgram() : runtime_(std::make_unique<platform::Runtime>(desk_)) {
+SimulatedProgram::SimulatedProgram()
+    : runtime_(std::make_unique<platform::Runtime>(desk_.desktop)) {
   for (const resources::File& file : resources::files())
     platform::NSBundle::mainBundle().addResource(std::string(file.name), file.bytes);
   app::registerClasses();

@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
   if (const int* exitStatus = std::get_if<int>(&opened)) return *exitStatus;
   const auto& desktop = std::get<0>(opened);
 
-  platform::Runtime runtime(*desktop);
+  platform::Runtime runtime(desktop->desktop());
   for (const resources::File& file : resources::files()) {
     platform::NSBundle::mainBundle().addResource(std::string(file.name), file.bytes);
   }

@@ -9,7 +9,7 @@ Runtime* currentRuntime = nullptr;
 
 }  // namespace
 
-Runtime::Runtime(Desktop& desktop) : desktop_(desktop) {
+Runtime::Runtime(const Desktop& desktop) : desktop_(desktop) {
   if (currentRuntime != nullptr) programmingError("a second Runtime was made while one lives");
   currentRuntime = this;
 }

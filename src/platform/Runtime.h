@@ -16,7 +16,7 @@ namespace platform {
 /// drops the instances, the youngest first; the desktop must still be alive then. Main thread only.
 class Runtime {
  public:
-  explicit Runtime(Desktop& desktop);
+  explicit Runtime(const Desktop& desktop);
   ~Runtime();
   Runtime(const Runtime&) = delete;
   Runtime& operator=(const Runtime&) = delete;
@@ -24,7 +24,7 @@ class Runtime {
   /// The current one; having none is a programming error.
   [[nodiscard]] static Runtime& current();
 
-  [[nodiscard]] Desktop& desktop() const { return desktop_; }
+  [[nodiscard]] const Desktop& desktop() const { return desktop_; }
 
   /// The single instance of T, made by its default constructor on first use.
   template <typename T>
@@ -40,7 +40,7 @@ class Runtime {
   }
 
  private:
-  Desktop& desktop_;
+  const Desktop& desktop_;
   std::unordered_map<std::type_index, std::shared_ptr<void>> instances_;
   std::vector<std::type_index> order_;
 };

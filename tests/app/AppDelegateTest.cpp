@@ -43,7 +43,7 @@ TEST_F(AppDelegateTest, AStoredChoiceAboutTheLoginStaysAndAnythingElseBecomesTru
     desk.startedAtLogin.list.clear();
     relaunch();
     EXPECT_EQ(desk.settings.object(shared::kUserdeaultsLaunchAtLogin), Value(true));
-    EXPECT_EQ(desk.startedAtLogin.paths(), Lines{desk.programPath});
+    EXPECT_EQ(desk.startedAtLogin.paths(), Lines{desk.desktop.bundlePath});
   }
 }
 
@@ -53,7 +53,7 @@ TEST_F(AppDelegateTest, TheLaunchTakesItsStepsInOrder) {
   store(shared::kuserdefault_ToggleAppFlag, platform::Array{12});
   store(shared::kuserdefault_MuteMicShortcut, "m");
   store(shared::kuserdefault_MuteMicFlag, platform::Array{12, 11});
-  desk.startedAtLogin.add(desk.programPath);
+  desk.startedAtLogin.add(desk.desktop.bundlePath);
   // Each step, and what the program consists of by then.
   Lines steps;
   desk.log.witness = [this, &steps](const std::string& entry) { steps.push_back(entry + parts()); };
@@ -136,10 +136,10 @@ TEST_F(AppDelegateTest, ClicksDuringASleepTakeEffectAfterItOnceEachAndInOrder) {
   });
   desk.log.clear();
   desk.loop.settle();
-  EXPECT_THAT(desk.log.entries(), ElementsAre("print Left click!", "window.hide", "window.show",
-                                              "windows.activateApplication", "window.makeKey",
-                                              "window.hide",
-                          "print Right click!", "statusItem.openMenu"));
+  EXPECT_THAT(
+      desk.log.entries(),
+      ElementsAre("print Left click!", "window.hide", "window.show", "windows.activateApplication",
+                  "window.makeKey", "window.hide", "print Right click!", "statusItem.openMenu"));
   desk.tray.closeMenu();
 }
 
@@ -165,7 +165,7 @@ TEST_F(AppDelegateTest, StartingTheProgramAgainShowsThePanel) {
 TEST_F(AppDelegateTest, CheckForUpdatesAsksTheServiceAndNobodyWithoutOne) {
   launch();
   for (const bool hasUpdates : {true, false}) {
-    desk.hasUpdates = hasUpdates;
+    desk.desktop.updates = hasUpdates ? &desk.updateService : nullptr;
     desk.tray.rightClick();
     EXPECT_TRUE(desk.tray.menu()->at(1).enabled);
     desk.log.clear();

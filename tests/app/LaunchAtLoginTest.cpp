@@ -34,7 +34,7 @@ TEST_F(LaunchAtLoginTest, OneEntryIsAddedLastAndTheLastOneIsRemoved) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    desk.programPath = row.program;
+    desk.desktop.bundlePath = row.program;
     desk.startedAtLogin.list.clear();
     desk.output.lines.clear();
     for (const std::string& path : row.before) {
@@ -64,13 +64,13 @@ TEST_F(LaunchAtLoginTest, AListThatCannotBeHadOrChangedIsNobodysTrouble) {
   chooseBoth();
   EXPECT_FALSE(addLoginitem().itemRefInLoginItems());
   items.canBeRead = true;
-  desk.hasLoginItems = false;
+  desk.desktop.loginItems = nullptr;
   chooseBoth();
   EXPECT_FALSE(addLoginitem().itemRefInLoginItems());
   EXPECT_EQ(desk.log.calls(), Lines{});
   EXPECT_EQ(desk.output.lines, Lines{});
 
-  desk.hasLoginItems = true;
+  desk.desktop.loginItems = &desk.startedAtLogin;
   items.canBeChanged = false;
   chooseBoth();
   EXPECT_EQ(items.paths(), Lines{kOurs});

@@ -193,7 +193,7 @@ TEST_F(MicrophoneActionTest, WithoutALevelNothingIsDone) {
   desk.scripts.failure = {-10000, "The sound is gone."};
   press();
   EXPECT_THAT(desk.output.lines, ElementsAre(StartsWith("Pressed at "), errorWithNumber("-10000")));
-  desk.hasAutomation = false;
+  desk.desktop.automation = nullptr;
   press();
   EXPECT_THAT(desk.output.lines, ElementsAre(StartsWith("Pressed at "), errorWithNumber("-1743")));
   EXPECT_THAT(deeds(), IsEmpty());

@@ -20,7 +20,7 @@ class ContractDesk {
  public:
   virtual ~ContractDesk() = default;
 
-  [[nodiscard]] virtual platform::Desktop& desktop() = 0;
+  [[nodiscard]] virtual const platform::Desktop& desktop() = 0;
 
   /// Lets the desktop handle events until `fact` holds. False when it does not come to hold within
   /// five seconds of the desktop's own time.
@@ -89,8 +89,8 @@ struct DeskKind {
 class DesktopContract : public ::testing::TestWithParam<DeskKind> {
  protected:
   [[nodiscard]] ContractDesk& desk() { return *desk_; }
-  [[nodiscard]] platform::port::MainLoop& loop() { return desk_->desktop().mainLoop(); }
-  [[nodiscard]] platform::port::DefaultsStore& defaults() { return desk_->desktop().defaults(); }
+  [[nodiscard]] platform::port::MainLoop& loop() { return desk_->desktop().mainLoop; }
+  [[nodiscard]] platform::port::DefaultsStore& defaults() { return desk_->desktop().defaults; }
   /// `what`, noted when it runs.
   [[nodiscard]] std::function<void()> note(std::string what) {
     return [this, what = std::move(what)] { order.push_back(what); };

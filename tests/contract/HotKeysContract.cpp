@@ -27,8 +27,8 @@ class Listener final : public port::HotKeysClient {
 };
 
 TEST_P(DesktopContract, ACombinationIsGivenOnceUntilItIsGivenBack) {
-  ASSERT_NE(desk().desktop().hotKeys(), nullptr);
-  port::HotKeys& keys = *desk().desktop().hotKeys();
+  ASSERT_NE(desk().desktop().hotKeys, nullptr);
+  port::HotKeys& keys = *desk().desktop().hotKeys;
   EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_K, kModifiers), noErr);
   EXPECT_EQ(keys.registerHotKey(2, kVK_ANSI_K, kModifiers), eventHotKeyExistsErr);
   EXPECT_EQ(keys.registerHotKey(3, kVK_ANSI_K, kModifiers | shiftKey), noErr);
@@ -44,7 +44,7 @@ TEST_P(DesktopContract, ACombinationIsGivenOnceUntilItIsGivenBack) {
 }
 
 TEST_P(DesktopContract, APressAndItsReleaseAreReportedForAsLongAsTheCombinationIsHeld) {
-  port::HotKeys& keys = *desk().desktop().hotKeys();
+  port::HotKeys& keys = *desk().desktop().hotKeys;
   Listener listener(order);
   keys.setClient(&listener);
   ASSERT_EQ(keys.registerHotKey(1, kVK_ANSI_K, kModifiers), noErr);
@@ -82,7 +82,7 @@ TEST_P(DesktopContract, APressAndItsReleaseAreReportedForAsLongAsTheCombinationI
 }
 
 TEST_P(DesktopContract, AReservedCombinationIsGivenToNobody) {
-  port::HotKeys& keys = *desk().desktop().hotKeys();
+  port::HotKeys& keys = *desk().desktop().hotKeys;
   EXPECT_FALSE(keys.isReserved(kVK_ANSI_C, kModifiers));
   ASSERT_TRUE(keys.isReserved(kVK_ANSI_C, controlKey));
   EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_C, controlKey), eventHotKeyInvalidErr);

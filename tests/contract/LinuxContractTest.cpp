@@ -55,10 +55,10 @@ class LinuxContractDesk final : public ContractDesk {
     if (monitorsChanged_) x_.server().setMonitors(harness::DeskOptions{}.monitors);
   }
 
-  [[nodiscard]] platform::Desktop& desktop() override { return *desktop_; }
+  [[nodiscard]] const platform::Desktop& desktop() override { return desktop_->desktop(); }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& fact) override {
-    auto& loop = desktop_->mainLoop();
+    auto& loop = desktop().mainLoop;
     const auto end = loop.now() + 5s;
     while (!fact() && loop.now() < end) {
       const auto look = loop.startTimer(5ms, [&loop] { loop.stop(); });

@@ -27,9 +27,9 @@ std::vector<std::uint32_t> picturesIn(const std::vector<Dictionary>& windows) {
 }
 
 TEST_P(DesktopContract, EveryScreenHasADesktopPictureOfItsPixels) {
-  ASSERT_NE(desk().desktop().windowList(), nullptr);
-  auto& list = *desk().desktop().windowList();
-  const auto screens = desk().desktop().screens().screens();
+  ASSERT_NE(desk().desktop().windowList, nullptr);
+  auto& list = *desk().desktop().windowList;
+  const auto screens = desk().desktop().screens.screens();
   const auto windows = list.windowsOnScreen();
   ASSERT_TRUE(windows);
   const auto numbers = picturesIn(*windows);
@@ -46,9 +46,9 @@ TEST_P(DesktopContract, EveryScreenHasADesktopPictureOfItsPixels) {
 }
 
 TEST_P(DesktopContract, ACoverIsSeenOnceItHasAPictureAndUntilItIsHidden) {
-  ASSERT_NE(desk().desktop().windowList(), nullptr);
+  ASSERT_NE(desk().desktop().windowList, nullptr);
   const Runtime runtime(desk().desktop());
-  auto& list = *desk().desktop().windowList();
+  auto& list = *desk().desktop().windowList;
   const auto windows = list.windowsOnScreen();
   ASSERT_TRUE(windows);
   const auto numbers = picturesIn(*windows);
@@ -75,9 +75,9 @@ TEST_P(DesktopContract, ACoverIsSeenOnceItHasAPictureAndUntilItIsHidden) {
 }
 
 TEST_P(DesktopContract, APictureThatIsSetIsToldAndTheOldOneComesBack) {
-  ASSERT_NE(desk().desktop().desktopPictures(), nullptr);
-  auto& pictures = *desk().desktop().desktopPictures();
-  const auto screens = desk().desktop().screens().screens();
+  ASSERT_NE(desk().desktop().desktopPictures, nullptr);
+  auto& pictures = *desk().desktop().desktopPictures;
+  const auto screens = desk().desktop().screens.screens();
   std::map<port::ScreenId, std::string> old;
   std::map<port::ScreenId, Dictionary> options;
   for (const port::ScreenInfo& screen : screens) {
@@ -110,8 +110,8 @@ TEST_P(DesktopContract, APictureThatIsSetIsToldAndTheOldOneComesBack) {
 }
 
 TEST_P(DesktopContract, OptionsAreKeptAsTheyAreGivenAndSoIsWhatTheUserChanges) {
-  auto& pictures = *desk().desktop().desktopPictures();
-  const port::ScreenId screen = desk().desktop().screens().screens().front().id;
+  auto& pictures = *desk().desktop().desktopPictures;
+  const port::ScreenId screen = desk().desktop().screens.screens().front().id;
   const auto old = pictures.path(screen);
   ASSERT_TRUE(old);
   const auto before = pictures.options(screen);

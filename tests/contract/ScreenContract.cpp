@@ -70,7 +70,7 @@ struct Model {
 TEST_P(DesktopContract, AWindowIsOnTheScreenFromShowToHide) {
   Model model(desk());
   Reports reports;
-  auto peer = desk().desktop().windows().createWindow(*model.window, reports);
+  auto peer = desk().desktop().windows.createWindow(*model.window, reports);
   ASSERT_TRUE(peer);
   EXPECT_EQ(desk().visibleWindows(), 0U);
   for (int round = 0; round < 2; ++round) {
@@ -112,7 +112,7 @@ TEST_P(DesktopContract, AStatusItemIsThereForAsLongAsItsPeerAndReportsClicks) {
                                 "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'>"
                                 "<rect x='2' y='2' width='12' height='12' fill='#d02020'/></svg>");
   Reports reports;
-  auto& statusBar = desk().desktop().statusBar();
+  auto& statusBar = desk().desktop().statusBar;
   auto peer = statusBar.createStatusItem(reports);
   ASSERT_TRUE(peer);
   reports.during([&] { peer->setImage(&image); });
@@ -129,13 +129,13 @@ TEST_P(DesktopContract, AStatusItemIsThereForAsLongAsItsPeerAndReportsClicks) {
 TEST_P(DesktopContract, AClickForTheItemsMenuIsAnActOutsideItsWindowAndNoOtherClickOnItIs) {
   const platform::Runtime runtime(desk().desktop());
   Reports reports;
-  const auto item = desk().desktop().statusBar().createStatusItem(reports);
+  const auto item = desk().desktop().statusBar.createStatusItem(reports);
   ASSERT_TRUE(desk().runUntil([this] { return desk().isItemThere(); }));
   const auto view = std::make_shared<NSView>();
   view->setFrame({0, 0, 200, 100});
   const auto window = std::make_shared<NSWindow>(platform::NSWindowStyle::Popover);
   window->setContentView(view);
-  const auto peer = desk().desktop().windows().createWindow(*window, reports);
+  const auto peer = desk().desktop().windows.createWindow(*window, reports);
   reports.during([&] { peer->show(platform::port::PlacedAtStatusItem{item.get()}); });
   ASSERT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
   desk().clickItem(NSEventType::LeftMouseUp);
@@ -155,7 +155,7 @@ TEST_P(DesktopContract, AnAlertIsAnsweredOnceAndLater) {
   alert.addButtonWithTitle("No");
   std::vector<std::size_t> answers;
   const auto answered = [&answers](std::size_t button) { answers.push_back(button); };
-  auto peer = desk().desktop().windows().showAlert(alert, answered);
+  auto peer = desk().desktop().windows.showAlert(alert, answered);
   EXPECT_TRUE(answers.empty());
   EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
   desk().answerAlert(1);
@@ -163,7 +163,7 @@ TEST_P(DesktopContract, AnAlertIsAnsweredOnceAndLater) {
   peer.reset();
   EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
   // One that is destroyed goes unanswered.
-  peer = desk().desktop().windows().showAlert(alert, answered);
+  peer = desk().desktop().windows.showAlert(alert, answered);
   EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
   peer.reset();
   EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
@@ -173,24 +173,22 @@ TEST_P(DesktopContract, AnAlertIsAnsweredOnceAndLater) {
 /// Counts what it is told; `states` has the number of screens of each time.
 class Told final : public platform::port::ScreensClient, public platform::port::SpacesClient {
  public:
-  explicit Told(platform::Desktop& desktop) : desktop_(desktop) {}
-  void screenParametersDidChange() override {
-    states.push_back(desktop_.screens().screens().size());
-  }
+  explicit Told(const platform::Desktop& desktop) : desktop_(desktop) {}
+  void screenParametersDidChange() override { states.push_back(desktop_.screens.screens().size()); }
   void activeSpaceDidChange() override { ++spaceChanges; }
 
   std::vector<std::size_t> states;
   int spaceChanges = 0;
 
  private:
-  platform::Desktop& desktop_;
+  const platform::Desktop& desktop_;
 };
 
 const std::vector<NSSize> kTwo{{1280, 720}, {1024, 600}};
 const std::vector<NSSize> kOne{{1280, 720}};
 
 TEST_P(DesktopContract, AScreenHasAPlaceAndANameAndIsToldOnceWhenItGoesOrComes) {
-  auto& screens = desk().desktop().screens();
+  auto& screens = desk().desktop().screens;
   desk().setMonitors(kTwo);
   ASSERT_TRUE(desk().runUntil([&] { return screens.screens().size() == 2; }));
   const std::vector<ScreenInfo> both = screens.screens();
@@ -215,9 +213,9 @@ TEST_P(DesktopContract, AScreenHasAPlaceAndANameAndIsToldOnceWhenItGoesOrComes) 
 }
 
 TEST_P(DesktopContract, AnotherSpaceIsToldOnce) {
-  ASSERT_NE(desk().desktop().spaces(), nullptr);
+  ASSERT_NE(desk().desktop().spaces, nullptr);
   Told told(desk().desktop());
-  auto& spaces = *desk().desktop().spaces();
+  auto& spaces = *desk().desktop().spaces;
   spaces.setClient(&told);
   for (int change = 1; change <= 4; ++change) {
     desk().goToSpace(static_cast<std::uint32_t>(change % 2));

@@ -27,8 +27,8 @@ std::set<ApplicationId> regularOnes(platform::port::RunningApplications& applica
 }
 
 TEST_P(DesktopContract, AnotherProgramIsListedAndCanBeHiddenAndShown) {
-  ASSERT_NE(desk().desktop().runningApplications(), nullptr);
-  auto& applications = *desk().desktop().runningApplications();
+  ASSERT_NE(desk().desktop().runningApplications, nullptr);
+  auto& applications = *desk().desktop().runningApplications;
   const std::set<ApplicationId> before = regularOnes(applications);
   desk().openApplication("a letter");
   std::vector<ApplicationId> added;
@@ -61,7 +61,7 @@ constexpr const char* kProgram = "/programs/one";
 
 class LoginList {
  public:
-  explicit LoginList(ContractDesk& desk) : items_(*desk.desktop().loginItems()) {}
+  explicit LoginList(ContractDesk& desk) : items_(*desk.desktop().loginItems) {}
 
   [[nodiscard]] std::vector<LoginItem> items() {
     const auto items = items_.items();
@@ -84,8 +84,8 @@ class LoginList {
 };
 
 TEST_P(DesktopContract, AProgramIsAddedAsTheLastLoginItemAndRemoved) {
-  ASSERT_NE(desk().desktop().loginItems(), nullptr);
-  auto& port = *desk().desktop().loginItems();
+  ASSERT_NE(desk().desktop().loginItems, nullptr);
+  auto& port = *desk().desktop().loginItems;
   LoginList list(desk());
   EXPECT_EQ(list.paths(), Paths{});
   desk().addLoginItem("/programs/first");

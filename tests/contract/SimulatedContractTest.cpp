@@ -19,7 +19,7 @@ class SimulatedContractDesk final : public ContractDesk {
     desk_->keys.reserved.insert({platform::kVK_ANSI_C, platform::controlKey});
   }
 
-  [[nodiscard]] platform::Desktop& desktop() override { return *desk_; }
+  [[nodiscard]] const platform::Desktop& desktop() override { return desk_->desktop; }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& fact) override {
     const platform::MonotonicTime end = desk_->loop.now() + 5s;

@@ -17,7 +17,7 @@ class Sound {
  public:
   explicit Sound(ContractDesk& desk) : desk_(desk) {}
 
-  [[nodiscard]] port::AudioObjects& objects() { return *desk_.desktop().audioObjects(); }
+  [[nodiscard]] port::AudioObjects& objects() { return *desk_.desktop().audioObjects; }
   /// False when the port does not come to tell of it.
   [[nodiscard]] bool setDevice(bool present) {
     desk_.setOutputDevice(present);
@@ -41,7 +41,7 @@ class Sound {
 };
 
 TEST_P(DesktopContract, TheDefaultDeviceHasAMuteThatCanBeWrittenAndFollowsOthers) {
-  ASSERT_NE(desk().desktop().audioObjects(), nullptr);
+  ASSERT_NE(desk().desktop().audioObjects, nullptr);
   Sound sound(desk());
   ASSERT_TRUE(sound.setDevice(true));
   const AudioObjectID speakers = sound.device();
@@ -65,7 +65,7 @@ TEST_P(DesktopContract, TheDefaultDeviceHasAMuteThatCanBeWrittenAndFollowsOthers
 }
 
 TEST_P(DesktopContract, ADeviceThatWentIsNotMistakenForAnother) {
-  ASSERT_NE(desk().desktop().audioObjects(), nullptr);
+  ASSERT_NE(desk().desktop().audioObjects, nullptr);
   Sound sound(desk());
   ASSERT_TRUE(sound.setDevice(true));
   const AudioObjectID old = sound.device();
@@ -84,7 +84,7 @@ TEST_P(DesktopContract, ADeviceThatWentIsNotMistakenForAnother) {
 }
 
 TEST_P(DesktopContract, WhatIsUnknownIsAnsweredWithAStatus) {
-  ASSERT_NE(desk().desktop().audioObjects(), nullptr);
+  ASSERT_NE(desk().desktop().audioObjects, nullptr);
   Sound sound(desk());
   ASSERT_TRUE(sound.setDevice(true));
   const AudioObjectID speakers = sound.device();
@@ -148,14 +148,14 @@ class MicrophoneScripts {
 
  private:
   [[nodiscard]] platform::applescript::ScriptOutcome run(const std::string& script) {
-    return platform::applescript::runScript(script, desk_.desktop().automation());
+    return platform::applescript::runScript(script, desk_.desktop().automation);
   }
 
   ContractDesk& desk_;
 };
 
 TEST_P(DesktopContract, TheMicrophoneIsMutedAndGetsItsLevelBackByScripts) {
-  ASSERT_NE(desk().desktop().automation(), nullptr);
+  ASSERT_NE(desk().desktop().automation, nullptr);
   MicrophoneScripts scripts(desk());
   desk().setMicrophone(35);
   ASSERT_TRUE(scripts.becomes(35));
@@ -173,7 +173,7 @@ TEST_P(DesktopContract, TheMicrophoneIsMutedAndGetsItsLevelBackByScripts) {
 }
 
 TEST_P(DesktopContract, WithoutAMicrophoneThereIsNoLevelToReadOrToSet) {
-  ASSERT_NE(desk().desktop().automation(), nullptr);
+  ASSERT_NE(desk().desktop().automation, nullptr);
   MicrophoneScripts scripts(desk());
   desk().setMicrophone(std::nullopt);
   ASSERT_TRUE(scripts.becomes(std::nullopt));

@@ -48,7 +48,7 @@ class HotKeysTest : public ::testing::Test {
   Lines events;
 
  private:
-  std::unique_ptr<platform::Runtime> runtime_ = std::make_unique<platform::Runtime>(desk);
+  std::unique_ptr<platform::Runtime> runtime_ = std::make_unique<platform::Runtime>(desk.desktop);
 };
 
 using namespace platform;
@@ -127,7 +127,7 @@ TEST_F(HotKeyTest, ARefusedCombinationIsToldOnceAndKeepsItsBox) {
 }
 
 TEST_F(HotKeyTest, ADesktopWithoutHotKeysRefusesThemAll) {
-  desk.hasHotKeys = false;
+  desk.desktop.hotKeys = nullptr;
   const auto hotKey = make(kFirst, "first");
   EXPECT_EQ(refusals, 1);
   HotKeysController::setUnavailableHandler(nullptr);

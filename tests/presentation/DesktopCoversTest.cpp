@@ -169,7 +169,7 @@ TEST_F(DesktopCoversTest, WhatCannotBeCapturedLeavesThatCoverAsItWas) {
   EXPECT_THAT(shown(), ElementsAre("left", "right at last"));
   for (const bool hasList : {false, true}) {
     desk.windowsOnScreen.list.reset();
-    desk.hasWindowList = hasList;
+    desk.desktop.windowList = hasList ? &desk.windowsOnScreen : nullptr;
     changeSpace();
     EXPECT_THAT(shown(), ElementsAre("left", "right at last"));
   }

@@ -114,7 +114,7 @@ TEST_F(DoNotDisturbTest, TheRunningSystemsVersionDecides) {
               {{12, 0, 0}, true},   {{12, 0, 1}, true},   {{13, 0, 0}, true}};
   for (const auto& row : rows) {
     SCOPED_TRACE(std::to_string(row.version.major) + "." + std::to_string(row.version.minor));
-    desk.version = row.version;
+    desk.desktop.systemVersion = row.version;
     for (const auto act :
          {&ViewController::turnOnDoNotDisturb, &ViewController::turnOffDoNotDisturb}) {
       const bool turnsOn = act == &ViewController::turnOnDoNotDisturb;
@@ -126,7 +126,7 @@ TEST_F(DoNotDisturbTest, TheRunningSystemsVersionDecides) {
 }
 
 TEST_F(DoNotDisturbTest, TheWholeDayIsStoredAndTakenAwayAgain) {
-  desk.version = {11, 7, 10};
+  desk.desktop.systemVersion = {11, 7, 10};
   desk.preferences.values = {{"dndStart", 1260.0}, {"other", "stays"}};
   launchWithDoNotDisturb();
   EXPECT_EQ(callsOf([this] { clickMaster(); }, "preferences"),
@@ -140,13 +140,14 @@ TEST_F(DoNotDisturbTest, TheWholeDayIsStoredAndTakenAwayAgain) {
 }
 
 TEST_F(DoNotDisturbTest, PreferencesThatAreNotStoredAreAnnouncedAllTheSame) {
-  desk.version = {11, 0, 0};
+  desk.desktop.systemVersion = {11, 0, 0};
   desk.preferences.synchronizes = false;
   launchWithDoNotDisturb();
   clickMaster();
   EXPECT_EQ(desk.log.calls().back(), kPublishing.back());
   EXPECT_THAT(desk.output.lines, IsEmpty());
-  desk.hasPreferences = false;
+  desk.desktop.foreignPreferences = nullptr;
+  desk.desktop.distributedNotifications = nullptr;
   EXPECT_EQ(callsOf([this] { clickMaster(); }), (Calls{"statusItem.setImage logo-initial-small"}));
 }
 

@@ -67,8 +67,7 @@ TEST_F(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrder) {
 }
 
 TEST_F(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
-  launchWith(
-      {shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleHideActiveApps});
+  launchWith({shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleHideActiveApps});
   EXPECT_THAT(callsOf([this] { clickMaster(); }),
               ElementsAre(kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty",
                           "windowList.capture 1", "applications.hide 7",
@@ -152,8 +151,12 @@ TEST_F(PresentationModeTest, OperationsAreReachedByName) {
 }
 
 TEST_F(PresentationModeTest, NothingThatFailsTurnsASwitch) {
-  desk.hasAudio = desk.hasAutomation = desk.hasApplications = false;
-  desk.hasPictures = desk.hasWindowList = desk.hasSpaces = false;
+  desk.desktop.audioObjects = nullptr;
+  desk.desktop.automation = nullptr;
+  desk.desktop.runningApplications = nullptr;
+  desk.desktop.desktopPictures = nullptr;
+  desk.desktop.windowList = nullptr;
+  desk.desktop.spaces = nullptr;
   launchWithEverything();
   EXPECT_EQ(callsOf([this] { clickMaster(); }),
             (Calls{kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty"}));

@@ -85,8 +85,8 @@ const Case kCases[] = {
      kNoProperty,
      kNoProperty,
      false},
-    {"no sound service", [](auto& desk) { desk.hasAudio = false; }, kNoDevice, kSystemHasNoMute,
-     kNoProperty, kNoProperty, false},
+    {"no sound service", [](auto& desk) { desk.desktop.audioObjects = nullptr; }, kNoDevice,
+     kSystemHasNoMute, kNoProperty, kNoProperty, false},
 };
 
 class SpeakerMuteTest : public tests::DeskTest {
@@ -113,7 +113,7 @@ class SpeakerMuteTest : public tests::DeskTest {
 TEST_F(SpeakerMuteTest, EveryStepAndOutcomeIsPrinted) {
   for (const Case& row : kCases) {
     SCOPED_TRACE(row.name);
-    desk.hasAudio = true;
+    desk.desktop.audioObjects = &desk.audio;
     desk.audio.addOutputDevice(42);
     desk.audio.setDefaultOutputDevice(42);
     row.prepare(desk);

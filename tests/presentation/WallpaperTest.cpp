@@ -136,7 +136,7 @@ TEST_F(WallpaperSwapTest, ASecondSwapForgetsTheFirst) {
 }
 
 TEST_F(WallpaperSwapTest, ADesktopWithoutPicturesSaysSoForEachScreen) {
-  desk.hasPictures = false;
+  desk.desktop.desktopPictures = nullptr;
   swap();
   const std::string line = "This desktop offers no way to set its picture.";
   EXPECT_THAT(desk.output.lines, ElementsAre(line, line));

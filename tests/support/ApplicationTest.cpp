@@ -14,7 +14,7 @@ ApplicationTest::ApplicationTest() {
 }
 
 void ApplicationTest::makeRuntime() {
-  runtime_ = std::make_unique<platform::Runtime>(desk);
+  runtime_ = std::make_unique<platform::Runtime>(desk.desktop);
   for (const resources::File& file : resources::files()) {
     platform::NSBundle::mainBundle().addResource(std::string(file.name), file.bytes);
   }

@@ -19,7 +19,7 @@ namespace tests {
 class DeskTest : public ::testing::Test {
  protected:
   simulated::SimulatedDesktop desk;
-  platform::Runtime runtime{desk};
+  platform::Runtime runtime{desk.desktop};
 };
 
 /// An interface description of one object, as a map.

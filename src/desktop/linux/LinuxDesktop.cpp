@@ -52,10 +52,11 @@ struct LinuxDesktop::Process {
 
   QApplication application;
   UserSession session;
-  std::string programPath = ownProgramPath();
 };
 
 struct LinuxDesktop::Services {
+  explicit Services(Process& process);
+
   QtMainLoop loop;
   StandardOutputStream output;
   SettingsFile settings;
@@ -71,7 +72,30 @@ struct LinuxDesktop::Services {
   DaemonNotifier updateNotifier{notificationDaemon};
   PackageKitUpdates updates{windows, updateNotifier};
   TerminationSignals signals_{[this] { loop.terminate(); }};
+  platform::Desktop desktop;
 };
+
+LinuxDesktop::Services::Services(Process& process)
+    : desktop{.mainLoop = loop,
+              .standardOutput = output,
+              .defaults = settings,
+              .session = process.session,
+              .windows = windows,
+              .statusBar = tray,
+              .screens = session.screens,
+              // Notifications are silenced by a script from this version on, and ours ends at the
+              // daemon.
+              .systemVersion = {12, 0, 0},
+              .bundlePath = ownProgramPath(),
+              .audioObjects = &sound.objects(),
+              .automation = &automation,
+              .hotKeys = session.hotKeys,
+              .loginItems = &loginItems,
+              .updates = &updates,
+              .spaces = session.spaces,
+              .runningApplications = session.runningApplications,
+              .desktopPictures = &session.desktopPictures,
+              .windowList = session.windowList} {}
 
 std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, char** argv) {
   if (!isDisplayReachable()) {
@@ -93,66 +117,14 @@ std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, c
 }
 
 LinuxDesktop::LinuxDesktop(std::unique_ptr<Process> process)
-    : process_(std::move(process)), services_(std::make_unique<Services>()) {
+    : process_(std::move(process)), services_(std::make_unique<Services>(*process_)) {
   requestBusName(QDBusConnection::sessionBus());
 }
 
 LinuxDesktop::~LinuxDesktop() = default;
 
-platform::port::MainLoop& LinuxDesktop::mainLoop() {
-  return services_->loop;
-}
-platform::port::StandardOutput& LinuxDesktop::standardOutput() {
-  return services_->output;
-}
-platform::port::DefaultsStore& LinuxDesktop::defaults() {
-  return services_->settings;
-}
-platform::port::Session& LinuxDesktop::session() {
-  return process_->session;
-}
-platform::port::Windows& LinuxDesktop::windows() {
-  return services_->windows;
-}
-platform::port::StatusBar& LinuxDesktop::statusBar() {
-  return services_->tray;
-}
-platform::port::Screens& LinuxDesktop::screens() {
-  return services_->session.screens;
-}
-platform::port::SystemVersion LinuxDesktop::systemVersion() const {
-  // Notifications are silenced by a script from this version on, and ours ends at the daemon.
-  return {12, 0, 0};
-}
-platform::port::AudioObjects* LinuxDesktop::audioObjects() {
-  return &services_->sound.objects();
-}
-platform::port::Automation* LinuxDesktop::automation() {
-  return &services_->automation;
-}
-std::string LinuxDesktop::bundlePath() const {
-  return process_->programPath;
-}
-platform::port::HotKeys* LinuxDesktop::hotKeys() {
-  return services_->session.hotKeys;
-}
-platform::port::LoginItems* LinuxDesktop::loginItems() {
-  return &services_->loginItems;
-}
-platform::port::UpdateService* LinuxDesktop::updates() {
-  return &services_->updates;
-}
-platform::port::Spaces* LinuxDesktop::spaces() {
-  return services_->session.spaces;
-}
-platform::port::RunningApplications* LinuxDesktop::runningApplications() {
-  return services_->session.runningApplications;
-}
-platform::port::WindowList* LinuxDesktop::windowList() {
-  return services_->session.windowList;
-}
-platform::port::DesktopPictures* LinuxDesktop::desktopPictures() {
-  return &services_->session.desktopPictures;
+const platform::Desktop& LinuxDesktop::desktop() const {
+  return services_->desktop;
 }
 
 }  // namespace linux_desktop

@@ -9,33 +9,18 @@ namespace linux_desktop {
 
 /// A Linux desktop: Qt for what is on the screen, libpulse for the sound, D-Bus for the tray, files
 /// for the settings. One a process.
-class LinuxDesktop final : public platform::Desktop {
+class LinuxDesktop {
  public:
   /// How this start of the program goes on: with a desktop, or, where there is nothing for it to
   /// do, by ending with an exit status. That is 0 when the program runs already and has been told
   /// to show itself; 1, after one line on standard error, when it hangs or there is no display.
   [[nodiscard]] static std::variant<std::unique_ptr<LinuxDesktop>, int> open(int& argc,
                                                                              char** argv);
-  ~LinuxDesktop() override;
+  ~LinuxDesktop();
+  LinuxDesktop(const LinuxDesktop&) = delete;
+  LinuxDesktop& operator=(const LinuxDesktop&) = delete;
 
-  platform::port::MainLoop& mainLoop() override;
-  platform::port::StandardOutput& standardOutput() override;
-  platform::port::DefaultsStore& defaults() override;
-  platform::port::Session& session() override;
-  platform::port::Windows& windows() override;
-  platform::port::StatusBar& statusBar() override;
-  platform::port::Screens& screens() override;
-  [[nodiscard]] platform::port::SystemVersion systemVersion() const override;
-  [[nodiscard]] std::string bundlePath() const override;
-  platform::port::AudioObjects* audioObjects() override;
-  platform::port::Automation* automation() override;
-  platform::port::HotKeys* hotKeys() override;
-  platform::port::LoginItems* loginItems() override;
-  platform::port::UpdateService* updates() override;
-  platform::port::Spaces* spaces() override;
-  platform::port::RunningApplications* runningApplications() override;
-  platform::port::WindowList* windowList() override;
-  platform::port::DesktopPictures* desktopPictures() override;
+  [[nodiscard]] const platform::Desktop& desktop() const;
 
  private:
   struct Process;

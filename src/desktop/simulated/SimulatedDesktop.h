@@ -66,35 +66,8 @@ class SimulatedUpdates final : public platform::port::UpdateService {
 
 /// A desktop in memory: state, levers, one log of calls and a clock that is moved by hand. It has
 /// no behaviour of its own.
-class SimulatedDesktop final : public platform::Desktop {
+class SimulatedDesktop final {
  public:
-  SimulatedMainLoop& mainLoop() override { return loop; }
-  SimulatedOutput& standardOutput() override { return output; }
-  SimulatedDefaults& defaults() override { return settings; }
-  SimulatedSession& session() override { return userSession; }
-  SimulatedWindows& windows() override { return screen; }
-  SimulatedStatusBar& statusBar() override { return tray; }
-  SimulatedScreens& screens() override { return displays; }
-  [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return version; }
-  [[nodiscard]] std::string bundlePath() const override { return programPath; }
-  SimulatedLoginItems* loginItems() override { return hasLoginItems ? &startedAtLogin : nullptr; }
-  SimulatedSpaces* spaces() override { return hasSpaces ? &workspaces : nullptr; }
-  SimulatedApplications* runningApplications() override {
-    return hasApplications ? &applications : nullptr;
-  }
-  SimulatedDesktopPictures* desktopPictures() override { return hasPictures ? &pictures : nullptr; }
-  SimulatedWindowList* windowList() override { return hasWindowList ? &windowsOnScreen : nullptr; }
-  SimulatedForeignPreferences* foreignPreferences() override {
-    return hasPreferences ? &preferences : nullptr;
-  }
-  SimulatedDistributedNotifications* distributedNotifications() override {
-    return hasPreferences ? &messages : nullptr;
-  }
-  SimulatedAudioObjects* audioObjects() override { return hasAudio ? &audio : nullptr; }
-  SimulatedAutomation* automation() override { return hasAutomation ? &scripts : nullptr; }
-  SimulatedHotKeys* hotKeys() override { return hasHotKeys ? &keys : nullptr; }
-  SimulatedUpdates* updates() override { return hasUpdates ? &updateService : nullptr; }
-
   /// What the program has not given back, a line each. Empty once its Runtime is gone, or it leaks.
   [[nodiscard]] std::vector<std::string> leftBehind() const;
   /// To be called before the Runtime goes, which takes the observers along: whoever follows spaces
@@ -120,21 +93,28 @@ class SimulatedDesktop final : public platform::Desktop {
   SimulatedWindowList windowsOnScreen{log};
   SimulatedForeignPreferences preferences{log};
   SimulatedDistributedNotifications messages{log};
-  platform::port::SystemVersion version{12, 0, 0};
-  std::string programPath = "/programs/calmdeck";
-
-  // Levers: which optional services there are.
-  bool hasAudio = true;
-  bool hasAutomation = true;
-  bool hasHotKeys = true;
-  bool hasUpdates = true;
-  bool hasLoginItems = true;
-  bool hasApplications = true;
-  bool hasPictures = true;
-  bool hasWindowList = true;
-  bool hasSpaces = true;
-  /// Preferences of other programs, and messages to them.
-  bool hasPreferences = true;
+  /// What the program is given of it. Levers: which optional services there are, the version and
+  /// the path.
+  platform::Desktop desktop{.mainLoop = loop,
+                            .standardOutput = output,
+                            .defaults = settings,
+                            .session = userSession,
+                            .windows = screen,
+                            .statusBar = tray,
+                            .screens = displays,
+                            .systemVersion = {12, 0, 0},
+                            .bundlePath = "/programs/calmdeck",
+                            .audioObjects = &audio,
+                            .automation = &scripts,
+                            .hotKeys = &keys,
+                            .loginItems = &startedAtLogin,
+                            .updates = &updateService,
+                            .spaces = &workspaces,
+                            .runningApplications = &applications,
+                            .desktopPictures = &pictures,
+                            .windowList = &windowsOnScreen,
+                            .foreignPreferences = &preferences,
+                            .distributedNotifications = &messages};
 
  private:
   std::size_t observers_ = 0;

@@ -9,17 +9,17 @@
 namespace platform {
 
 int NSAlert::runModal() const {
-  Desktop& desktop = Runtime::current().desktop();
+  const Desktop& desktop = Runtime::current().desktop();
   // Shared, because an answer that was held back may outlive a run that the program's end cut
   // short.
   const auto answer = std::make_shared<std::size_t>(0);
-  const auto peer = desktop.windows().showAlert(*this, [&desktop, answer](std::size_t chosen) {
+  const auto peer = desktop.windows.showAlert(*this, [&desktop, answer](std::size_t chosen) {
     NSRunLoop::mainRunLoop().deliver([&desktop, answer, chosen] {
       *answer = chosen;
-      desktop.mainLoop().stop();
+      desktop.mainLoop.stop();
     });
   });
-  desktop.mainLoop().run();
+  desktop.mainLoop.run();
   return kFirstButtonReturn + static_cast<int>(*answer);
 }
 

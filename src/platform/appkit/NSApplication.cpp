@@ -12,19 +12,19 @@
 namespace platform {
 namespace {
 
-Desktop& desktop() {
+const Desktop& desktop() {
   return Runtime::current().desktop();
 }
 
 }  // namespace
 
 NSApplication::NSApplication() {
-  desktop().session().setClient(this);
-  desktop().screens().setClient(this);
+  desktop().session.setClient(this);
+  desktop().screens.setClient(this);
 }
 NSApplication::~NSApplication() {
-  desktop().screens().setClient(nullptr);
-  desktop().session().setClient(nullptr);
+  desktop().screens.setClient(nullptr);
+  desktop().session.setClient(nullptr);
 }
 
 NSApplication& NSApplication::sharedApplication() {
@@ -46,12 +46,12 @@ NSApplicationDelegate& NSApplication::applicationDelegate() {
 void NSApplication::run() {
   applicationDelegate().applicationWillFinishLaunching();
   applicationDelegate().applicationDidFinishLaunching();
-  desktop().mainLoop().run();
+  desktop().mainLoop.run();
 }
 
 void NSApplication::terminate(NSObject*) {
   applicationDelegate().applicationWillTerminate();
-  desktop().mainLoop().terminate();
+  desktop().mainLoop.terminate();
 }
 
 void NSApplication::sendEvent(const NSEvent& event, const std::function<void()>& handler) {
@@ -76,7 +76,7 @@ bool NSApplication::sendAction(std::string_view action, NSObject* target, NSObje
 }
 
 void NSApplication::activateIgnoringOtherApps(bool ignoreOtherApps) {
-  if (ignoreOtherApps) desktop().windows().activateApplication();
+  if (ignoreOtherApps) desktop().windows.activateApplication();
 }
 
 void NSApplication::applicationShouldReopen() {

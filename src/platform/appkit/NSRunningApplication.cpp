@@ -6,7 +6,7 @@ namespace platform {
 namespace {
 
 port::RunningApplications* service() {
-  return Runtime::current().desktop().runningApplications();
+  return Runtime::current().desktop().runningApplications;
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ namespace platform {
 
 std::vector<std::shared_ptr<NSScreen>> NSScreen::screens() {
   std::vector<std::shared_ptr<NSScreen>> screens;
-  for (port::ScreenInfo& info : Runtime::current().desktop().screens().screens()) {
+  for (port::ScreenInfo& info : Runtime::current().desktop().screens.screens()) {
     screens.push_back(std::make_shared<NSScreen>(std::move(info)));
   }
   return screens;

@@ -7,7 +7,7 @@
 namespace platform {
 
 NSStatusItem::NSStatusItem(double length) : length_(length) {
-  port::StatusBar& statusBar = Runtime::current().desktop().statusBar();
+  port::StatusBar& statusBar = Runtime::current().desktop().statusBar;
   peer_ = statusBar.createStatusItem(*this);
   if (statusBar.itemsHaveButtons())
     button_ = std::make_shared<NSStatusBarButton>(static_cast<StatusButtonOwner&>(*this));

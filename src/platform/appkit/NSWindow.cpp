@@ -42,7 +42,7 @@ void NSWindow::show(const port::Placement& placement) {
   if (contentView_) contentView_->layoutSubtreeIfNeeded();
   if (!peer_) {
     // A new peer reads the whole model, so nothing that changed before is news to it.
-    peer_ = Runtime::current().desktop().windows().createWindow(*this, *this);
+    peer_ = Runtime::current().desktop().windows.createWindow(*this, *this);
     changes_.clear();
     frameChanged_ = false;
   }
@@ -129,7 +129,7 @@ void NSWindow::showFirstSheet() {
     });
   };
   sheetPeer_ =
-      Runtime::current().desktop().windows().showSheet(sheets_.front().alert, *peer_, answered);
+      Runtime::current().desktop().windows.showSheet(sheets_.front().alert, *peer_, answered);
 }
 
 void NSWindow::endFirstSheet(std::size_t button) {

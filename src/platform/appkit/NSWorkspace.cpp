@@ -6,18 +6,18 @@
 namespace platform {
 namespace {
 
-Desktop& desktop() {
+const Desktop& desktop() {
   return Runtime::current().desktop();
 }
 
 }  // namespace
 
 NSWorkspace::NSWorkspace() : notificationCenter_(std::make_shared<NSNotificationCenter>()) {
-  if (port::Spaces* spaces = desktop().spaces()) spaces->setClient(this);
+  if (port::Spaces* spaces = desktop().spaces) spaces->setClient(this);
 }
 
 NSWorkspace::~NSWorkspace() {
-  if (port::Spaces* spaces = desktop().spaces()) spaces->setClient(nullptr);
+  if (port::Spaces* spaces = desktop().spaces) spaces->setClient(nullptr);
 }
 
 NSWorkspace& NSWorkspace::sharedWorkspace() {
@@ -32,7 +32,7 @@ void NSWorkspace::activeSpaceDidChange() {
 
 std::vector<std::shared_ptr<NSRunningApplication>> NSWorkspace::runningApplications() const {
   std::vector<std::shared_ptr<NSRunningApplication>> applications;
-  port::RunningApplications* service = desktop().runningApplications();
+  port::RunningApplications* service = desktop().runningApplications;
   if (service == nullptr) return applications;
   for (port::ApplicationInfo& info : service->runningApplications()) {
     applications.push_back(std::make_shared<NSRunningApplication>(std::move(info)));
@@ -41,20 +41,20 @@ std::vector<std::shared_ptr<NSRunningApplication>> NSWorkspace::runningApplicati
 }
 
 std::optional<NSURL> NSWorkspace::desktopImageURLForScreen(const NSScreen& screen) const {
-  port::DesktopPictures* service = desktop().desktopPictures();
+  port::DesktopPictures* service = desktop().desktopPictures;
   const auto path = service == nullptr ? std::nullopt : service->path(screen.id());
   if (!path) return std::nullopt;
   return NSURL::fileURLWithPath(*path);
 }
 
 std::optional<Dictionary> NSWorkspace::desktopImageOptionsForScreen(const NSScreen& screen) const {
-  port::DesktopPictures* service = desktop().desktopPictures();
+  port::DesktopPictures* service = desktop().desktopPictures;
   return service == nullptr ? std::nullopt : service->options(screen.id());
 }
 
 std::optional<NSError> NSWorkspace::setDesktopImageURL(const NSURL& url, const NSScreen& screen,
                                                        const Dictionary& options) {
-  port::DesktopPictures* service = desktop().desktopPictures();
+  port::DesktopPictures* service = desktop().desktopPictures;
   if (service == nullptr) return NSError{"This desktop offers no way to set its picture."};
   auto reason = service->set(url.path(), screen.id(), options);
   if (!reason) return std::nullopt;

@@ -23,7 +23,7 @@ std::unique_ptr<NSAppleScript> NSAppleScript::initWithSource(std::string source)
 NSAppleEventDescriptor NSAppleScript::executeAndReturnError(
     std::optional<Dictionary>& errorInfo) const {
   applescript::ScriptOutcome outcome =
-      applescript::runScript(source_, Runtime::current().desktop().automation());
+      applescript::runScript(source_, Runtime::current().desktop().automation);
   if (const auto* failure = std::get_if<applescript::ScriptFailure>(&outcome)) {
     errorInfo = applescript::errorInformation(*failure, source_);
     return {};

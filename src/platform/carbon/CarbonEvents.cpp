@@ -13,7 +13,7 @@ namespace platform {
 namespace {
 
 port::HotKeys* service() {
-  return Runtime::current().desktop().hotKeys();
+  return Runtime::current().desktop().hotKeys;
 }
 
 /// The application's hot keys and handlers, kept for the life of the process; it gives the hot keys

@@ -8,7 +8,7 @@ namespace platform {
 namespace {
 
 port::AudioObjects* audioObjects() {
-  return Runtime::current().desktop().audioObjects();
+  return Runtime::current().desktop().audioObjects;
 }
 
 }  // namespace

@@ -10,12 +10,12 @@ CGWindowLevel CGWindowLevelForKey(CGWindowLevelKey key) {
 }
 
 std::optional<std::vector<Dictionary>> CGWindowListCopyWindowInfo() {
-  const port::WindowList* list = Runtime::current().desktop().windowList();
+  const port::WindowList* list = Runtime::current().desktop().windowList;
   return list == nullptr ? std::nullopt : list->windowsOnScreen();
 }
 
 CGImage CGWindowListCreateImage(CGWindowID window) {
-  port::WindowList* list = Runtime::current().desktop().windowList();
+  port::WindowList* list = Runtime::current().desktop().windowList;
   return list == nullptr ? nullptr : list->capture(window);
 }
 

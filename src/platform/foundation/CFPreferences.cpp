@@ -10,7 +10,7 @@ port::ForeignPreferences* preferences(std::string_view user, std::string_view ho
   if (user != kCFPreferencesCurrentUser || host != kCFPreferencesCurrentHost) {
     programmingError("preferences of another user or host were asked for");
   }
-  return Runtime::current().desktop().foreignPreferences();
+  return Runtime::current().desktop().foreignPreferences;
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ NSBundle& NSBundle::mainBundle() {
 }
 
 std::string NSBundle::bundlePath() const {
-  return Runtime::current().desktop().bundlePath();
+  return Runtime::current().desktop().bundlePath;
 }
 
 void NSBundle::addResource(std::string fileName, std::string_view bytes) {

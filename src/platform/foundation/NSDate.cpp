@@ -8,7 +8,7 @@
 namespace platform {
 
 NSDate NSDate::date() {
-  return NSDate(Runtime::current().desktop().mainLoop().wallClock());
+  return NSDate(Runtime::current().desktop().mainLoop.wallClock());
 }
 
 std::string NSDate::description() const {

@@ -9,7 +9,7 @@ NSDistributedNotificationCenter& NSDistributedNotificationCenter::defaultCenter(
 }
 
 void NSDistributedNotificationCenter::postNotificationName(std::string_view name) {
-  if (auto* service = Runtime::current().desktop().distributedNotifications()) service->post(name);
+  if (auto* service = Runtime::current().desktop().distributedNotifications) service->post(name);
 }
 
 }  // namespace platform

@@ -5,7 +5,7 @@
 namespace platform {
 
 bool isOperatingSystemAtLeastVersion(int major, int minor, int patch) {
-  return Runtime::current().desktop().systemVersion() >= port::SystemVersion{major, minor, patch};
+  return Runtime::current().desktop().systemVersion >= port::SystemVersion{major, minor, patch};
 }
 
 }  // namespace platform

@@ -8,7 +8,7 @@ namespace platform {
 namespace {
 
 port::MainLoop& mainLoop() {
-  return Runtime::current().desktop().mainLoop();
+  return Runtime::current().desktop().mainLoop;
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ namespace platform {
 namespace {
 
 port::DefaultsStore& store() {
-  return Runtime::current().desktop().defaults();
+  return Runtime::current().desktop().defaults;
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 namespace platform {
 
 void print(std::string_view line) {
-  Runtime::current().desktop().standardOutput().print(line);
+  Runtime::current().desktop().standardOutput.print(line);
 }
 
 }  // namespace platform

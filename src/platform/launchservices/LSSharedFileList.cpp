@@ -13,7 +13,7 @@ std::optional<LSSharedFileListRef> LSSharedFileListCreate(std::string_view listT
   if (listType != kLSSharedFileListSessionLoginItems) {
     programmingError("a shared file list other than the login items was asked for");
   }
-  port::LoginItems* items = Runtime::current().desktop().loginItems();
+  port::LoginItems* items = Runtime::current().desktop().loginItems;
   if (items == nullptr) return std::nullopt;
   return LSSharedFileListRef(*items);
 }
@@ -26,7 +26,7 @@ std::optional<std::vector<LSSharedFileListItemRef>> LSSharedFileListCopySnapshot
 }
 
 std::optional<NSURL> LSSharedFileListItemCopyResolvedURL(const LSSharedFileListItemRef& item) {
-  port::LoginItems* items = Runtime::current().desktop().loginItems();
+  port::LoginItems* items = Runtime::current().desktop().loginItems;
   if (items == nullptr || !item.item()) return std::nullopt;
   auto path = items->resolve(*item.item());
   if (!path) return std::nullopt;

@@ -6,7 +6,7 @@ namespace platform {
 namespace {
 
 port::UpdateService* service() {
-  return Runtime::current().desktop().updates();
+  return Runtime::current().desktop().updates;
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
   auto opened = linux_desktop::LinuxDesktop::open(argc, argv);
   if (const int* exitStatus = std::get_if<int>(&opened)) return *exitStatus;
   const auto& desktop = std::get<0>(opened);
-  const platform::Runtime runtime(*desktop);
+  const platform::Runtime runtime(desktop->desktop());
   for (int number = 1; number < argc; ++number) carryOut(argv[number]);
   if (argc > 1) return 0;
 
@@ -50,6 +50,6 @@ int main(int argc, char** argv) {
   QDBusConnection bus = QDBusConnection::sessionBus();
   bus.registerVirtualObject("/", &remote);
   bus.registerService("org.calmdeck.Probe");
-  desktop->mainLoop().run();
+  desktop->desktop().mainLoop.run();
   return 0;
 }

@@ -4,7 +4,7 @@
 #include <QDeadlineTimer>
 
 #include "desktop/linux/windowsystem/MonitorScreens.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "desktop/probe/UnusedServices.h"
 
 namespace ui_test {
 namespace {
@@ -27,14 +27,6 @@ class QtEnvironment final : public ::testing::Environment {
 
 const ::testing::Environment* const kEnvironment =
     ::testing::AddGlobalTestEnvironment(std::make_unique<QtEnvironment>().release());
-
-[[noreturn]] void absent() {
-  platform::programmingError("a service that the test does not have");
-}
-
-struct SilentSession final : platform::port::Session {
-  void setClient(platform::port::SessionClient*) override {}
-};
 
 }  // namespace
 
@@ -59,24 +51,15 @@ std::optional<platform::NSEvent> TestKeys::translate(const QKeyEvent& press) {
   return event;
 }
 
-struct UiTest::Desk final : platform::Desktop {
-  platform::port::MainLoop& mainLoop() override { return loop; }
-  platform::port::StandardOutput& standardOutput() override { absent(); }
-  platform::port::DefaultsStore& defaults() override { absent(); }
-  platform::port::Session& session() override { return silent; }
-  platform::port::Windows& windows() override { return qtWindows; }
-  platform::port::StatusBar& statusBar() override { absent(); }
-  platform::port::Screens& screens() override { return qtScreens; }
-  [[nodiscard]] platform::port::SystemVersion systemVersion() const override { return {}; }
-  [[nodiscard]] std::string bundlePath() const override { absent(); }
-
-  SilentSession silent;
+struct UiTest::Desk {
+  probe::Unused unused;
   linux_desktop::QtScreens qtScreens;
   linux_desktop::QtMainLoop loop;
   TestKeys keys;
   linux_desktop::OwnWindows ownWindows;
   linux_desktop::QtWindows qtWindows{loop, ownWindows, nullptr, &keys};
-  platform::Runtime runtime{*this};
+  platform::Desktop desktop = probe::desktopOf(loop, qtWindows, qtScreens, unused);
+  platform::Runtime runtime{desktop};
 };
 
 UiTest::UiTest() : desk_(std::make_unique<Desk>()), loop(desk_->loop), windows(desk_->qtWindows) {}

@@ -71,11 +71,11 @@ TEST(RuntimeTest, InstancesAreMadeOnceAndGoTheYoungestFirst) {
   };
   simulated::SimulatedDesktop desk;
   {
-    Runtime runtime(desk);
+    Runtime runtime(desk.desktop);
     const auto* older = runtime.instance<Older>().get();
     static_cast<void>(runtime.instance<Younger>());
     EXPECT_EQ(runtime.instance<Older>().get(), older);
-    EXPECT_DEATH(Runtime{desk}, "a second Runtime");
+    EXPECT_DEATH(Runtime{desk.desktop}, "a second Runtime");
   }
   EXPECT_EQ(gone, (std::vector<std::string>{"younger", "older"}));
   EXPECT_DEATH(static_cast<void>(Runtime::current()), "there is no Runtime");
