@@ -51,6 +51,10 @@ void ToldBackdrops::learn() {
   }
 }
 
+void ToldBackdrops::lookAgain() {
+  if (source_ != nullptr && changed_) told();
+}
+
 void ToldBackdrops::told() {
   std::vector<Monitor> others;
   for (const Monitor& monitor : screens_.monitors()) {

@@ -51,6 +51,8 @@ class ToldBackdrops {
   /// `changed` gets the monitors that were told of another picture since the last time; there may
   /// be none. Empty: nothing is watched.
   void follow(std::function<void(const std::vector<Monitor>& others)> changed);
+  /// Another program may draw the desktop now, of which the source need not know yet.
+  void lookAgain();
   [[nodiscard]] ToldBackdrop on(const Monitor& monitor) const { return {source_, monitor}; }
 
  private:

@@ -21,6 +21,14 @@ bool isUnderIcons(const WindowStack& stack, const CoverSurface& cover) {
   return icons != nullptr && icons->level > own->level;
 }
 
+std::set<xcb_window_t> iconsIn(const WindowStack& stack) {
+  std::set<xcb_window_t> icons;
+  for (const WindowStack::DesktopWindow& window : stack.desktopWindows) {
+    if (!window.ours) icons.insert(window.window);
+  }
+  return icons;
+}
+
 }  // namespace
 
 CoverKeeper::CoverKeeper(XEvents& events) : events_(events), server_(events.server()) {
@@ -63,6 +71,7 @@ CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) co
 void CoverKeeper::add(KeptCover& cover) {
   covers_.push_back(&cover);
   if (covers_.size() > 1) return;
+  icons_ = iconsIn(events_.stack().now());
   // The first look comes when the window manager has had time to take the covers in.
   sinceLook_.start();
   watch_ = events_.watch(server_.root(),
@@ -142,6 +151,10 @@ void CoverKeeper::look() {
     known_.insert({window.window, stack.topLevels[window.level].window});
   }
   for (KeptCover* cover : std::vector(covers_)) look(stack, *cover);
+  std::set<xcb_window_t> icons = iconsIn(stack);
+  if (icons == icons_) return;
+  icons_ = std::move(icons);
+  if (iconsChanged_) iconsChanged_();
 }
 
 void CoverKeeper::look(const WindowStack& stack, KeptCover& cover) {

@@ -2,8 +2,10 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "desktop/linux/x11/CoverSurface.h"
@@ -33,6 +35,8 @@ class CoverKeeper {
  public:
   /// Outlives this, as this does its covers.
   explicit CoverKeeper(XEvents& events);
+  /// `changed` is called when other windows of icons are there than before, while it has a cover.
+  void setIconsChanged(std::function<void()> changed) { iconsChanged_ = std::move(changed); }
   CoverKeeper(const CoverKeeper&) = delete;
   CoverKeeper& operator=(const CoverKeeper&) = delete;
 
@@ -66,6 +70,8 @@ class CoverKeeper {
   std::vector<KeptCover*> covers_;
   /// The covers' and the icon windows' own windows and their top levels, when last looked at.
   std::set<xcb_window_t> known_;
+  std::set<xcb_window_t> icons_;
+  std::function<void()> iconsChanged_;
   std::unique_ptr<XEvents::Watch> watch_;
   QElapsedTimer sinceLook_;
   QTimer nextLook_;

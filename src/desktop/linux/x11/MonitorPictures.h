@@ -28,6 +28,8 @@ class MonitorPictures final : public DesktopView {
 
   /// See ToldBackdrops::setSource.
   void setBackdrops(BackdropSource* backdrops);
+  /// See ToldBackdrops::lookAgain.
+  void lookAgain() { backdrops_.lookAgain(); }
 
   [[nodiscard]] std::shared_ptr<const HeldPicture> picture(const Monitor& monitor) override;
   void follow(std::function<void()> changed) override;

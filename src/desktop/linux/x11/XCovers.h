@@ -59,6 +59,11 @@ class XCovers final : public CoverWindows {
   XCovers(XEvents& events, const XScreens& screens)
       : events_(events), screens_(screens), keeper_(events) {}
 
+  /// See CoverKeeper::setIconsChanged.
+  void setIconsChanged(std::function<void()> changed) {
+    keeper_.setIconsChanged(std::move(changed));
+  }
+
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createCover(
       platform::NSWindow& window, platform::port::WindowClient& client) override;
 
