@@ -79,7 +79,7 @@ class OwnWindows {
   /// press. Null: they cannot be seen here. `pressed` is called out of the event loop and must not
   /// end the watch.
   [[nodiscard]] virtual std::unique_ptr<PressWatch> watchPresses(QWindow& /*window*/,
-                                                                 Pressed /*pressed*/) {
+                                                                 const Pressed& /*pressed*/) {
     return nullptr;
   }
 };

@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include "desktop/linux/x11/XPanels.h"
 #include "desktop/linux/x11/XPressWatch.h"
@@ -97,13 +96,13 @@ std::optional<QPoint> XOwnWindows::pointer() {
 }
 
 std::unique_ptr<OwnWindows::PressWatch> XOwnWindows::watchPresses(QWindow& window,
-                                                                  Pressed pressed) {
+                                                                  const Pressed& pressed) {
   const auto isOnPanel = [this](QPoint onRoot) {
     return std::ranges::any_of(panelsOn(server_), [onRoot](const XPanel& panel) {
       return panel.geometry.contains(onRoot);
     });
   };
-  return std::make_unique<XPressWatch>(events_, idOf(window), isOnPanel, std::move(pressed));
+  return std::make_unique<XPressWatch>(events_, idOf(window), isOnPanel, pressed);
 }
 
 }  // namespace linux_desktop

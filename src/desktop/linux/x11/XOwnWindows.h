@@ -20,7 +20,8 @@ class XOwnWindows final : public OwnWindows {
   [[nodiscard]] std::vector<DesktopPanel> panels() override;
   [[nodiscard]] std::optional<PanelPart> partDrawnBy(std::uint32_t pid) override;
   [[nodiscard]] std::optional<QPoint> pointer() override;
-  [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window, Pressed pressed) override;
+  [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window,
+                                                         const Pressed& pressed) override;
 
  private:
   XEvents& events_;
