@@ -47,30 +47,6 @@ TEST_P(ModeUseTest, EachSwitchActsAtOnceWhileTheModeIsOn) {
   EXPECT_TRUE(mode.bare());
 }
 
-TEST(ModeOnTheBareRoot, CoversShowWhatTheRootWindowShows) {
-  ModeDesk mode(kFullDesktops.back());
-  harness::XDesk& desk = mode.desk();
-  ASSERT_TRUE(mode.startProgram());
-  const harness::Rect second = desk.server().monitors().back();
-  const Image before = desk.screen().area(second);
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(true));
-  constexpr std::uint32_t kUsers = 0xc02020;
-  ASSERT_TRUE(desk.run({"hsetroot", "-solid", "#c02020"}).succeeded());
-  EXPECT_TRUE(desk.until([&] {
-    return desk.screen().pixel(second.centreX(), second.centreY()) == kUsers;
-  })) << "what the user sets while the mode is on";
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(false));
-  EXPECT_EQ(desk.screen().area(second), before);
-
-  ASSERT_TRUE(mode.click("Wallpaper"));
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.covered(true));
-  ASSERT_TRUE(mode.closePanel());
-  EXPECT_EQ(mode.photograph().part(second), before) << "the icons alone, after a whole round";
-}
-
 // --- What comes and goes around the program while the mode is on ---
 
 /// What is told of pictures; file managers write the rest anew when they end or a monitor goes.

@@ -73,6 +73,19 @@ TEST(CoverPicture, WhatTheDesktopWasToldIsDrawnUntilItDrawsItItself) {
   EXPECT_TRUE(isBlue());
 }
 
+TEST(CoverPicture, WhatIsSeenCountsAndNotWhatTheDesktopWasTold) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
+  const std::uint32_t seen = covers.desk().screen().pixel(200, 600);
+  const std::filesystem::path picture = covers.desk().home().home() / "blue.png";
+  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, kBlue)}, picture);
+  covers.desk().icons().freeze();
+  covers.changeWallpaper(picture);
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  EXPECT_EQ(covers.desk().screen().pixel(200, 600), seen);
+  covers.desk().icons().thaw();
+  EXPECT_TRUE(covers.desk().until([&] { return covers.desk().screen().pixel(200, 600) == kBlue; }));
+}
+
 TEST(CoverPicture, WhatSomebodyPutsOnTheRootIsFollowed) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4});
   covers.setRootPicture(kGreen);
