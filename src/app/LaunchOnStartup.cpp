@@ -49,8 +49,6 @@ const ClassDescription& addLoginitem::classDescription() const {
   return description;
 }
 
-using namespace platform;
-
 std::optional<LaunchOnStartup::References> LaunchOnStartup::itemReferencesInLoginItems() {
   const NSURL application = NSURL::fileURLWithPath(NSBundle::mainBundle().bundlePath());
   const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);

@@ -7,6 +7,8 @@
 
 namespace preferences {
 
+using platform::NSUserDefaults;
+
 const ShortcutRow ShortcutRow::toggleApp{
     .box = &generalVc::boxShortcutToggleApp,
     .label = &generalVc::lblShortcutToggleApp,
@@ -36,8 +38,6 @@ const ShortcutRow ShortcutRow::muteMic{
 const ShortcutRow& ShortcutRow::recording() {
   return shortcutState().recordingMuteMic ? muteMic : toggleApp;
 }
-
-using platform::NSUserDefaults;
 
 namespace {
 

@@ -7,16 +7,12 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "desktop/linux/bus/BusPeer.h"
 #include "platform/port/HotKeys.h"
 
 namespace linux_desktop {
-
-/// A combination as people here read it, "Control+Alt+p"; of `platform/carbon/KeyCodes.h`.
-[[nodiscard]] std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers);
 
 /// Hot keys at the service in which KDE keeps all shortcuts, so that they are seen, and can be
 /// changed, on its settings page. Other keys given there count until the hot key is registered

@@ -3,6 +3,7 @@
 #include <QtCore/qnamespace.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -132,6 +133,23 @@ constexpr KeyRow kKeys[] = {
     {platform::kVK_Mute, XKB_KEY_XF86AudioMute},
 };
 
+constexpr std::pair<std::uint32_t, const char*> kModifierNames[] = {
+    {platform::controlKey, "Control+"},
+    {platform::optionKey, "Alt+"},
+    {platform::shiftKey, "Shift+"},
+    {platform::cmdKey, "Super+"},
+};
+
+std::string keyName(std::uint32_t code) {
+  const auto keys = keyTable();
+  const auto row = std::ranges::find(keys, code, &KeyRow::code);
+  std::array<char, 64> name{};
+  if (row == keys.end() || xkb_keysym_get_name(row->keysym, name.data(), name.size()) < 0) {
+    return "key " + std::to_string(code);
+  }
+  return name.data();
+}
+
 }  // namespace
 
 std::span<const KeyRow> keyTable() {
@@ -141,6 +159,14 @@ std::span<const KeyRow> keyTable() {
 const KeyRow* keyRowOf(xkb_keysym_t keysym) {
   const auto* row = std::ranges::find(kKeys, xkb_keysym_to_lower(keysym), &KeyRow::keysym);
   return row == std::end(kKeys) ? nullptr : row;
+}
+
+std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers) {
+  std::string name;
+  for (const auto& [bit, text] : kModifierNames) {
+    if ((modifiers & bit) != 0) name += text;
+  }
+  return name + keyName(keyCode);
 }
 
 namespace {

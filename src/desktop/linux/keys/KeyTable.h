@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 
 namespace linux_desktop {
 
@@ -22,6 +23,9 @@ struct KeyRow {
 [[nodiscard]] std::span<const KeyRow> keyTable();
 /// Null when no key has that keysym. A capital letter is its small one.
 [[nodiscard]] const KeyRow* keyRowOf(xkb_keysym_t keysym);
+
+/// A combination as people here read it, "Control+Alt+p"; of `platform/carbon/KeyCodes.h`.
+[[nodiscard]] std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers);
 
 /// A combination of `platform/carbon/KeyCodes.h` as Qt and KDE write it in one number. None for
 /// what they would write in another way on each layout: keys of the block of digits, and Shift with

@@ -121,11 +121,7 @@ constexpr std::chrono::milliseconds kPatience{500};
 
 HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
                              std::function<void()> done)
-    : clients_(clients),
-      requests_(clients),
-      wait_(events, clients),
-      plan_(std::move(plan)),
-      done_(std::move(done)) {
+    : HiddenOperation(events, clients, std::move(done)), plan_(std::move(plan)) {
   requests_.remember(plan_.order, plan_.active);
   for (const xcb_window_t window : plan_.windows) requests_.mark(window, HiddenMark::Hidden);
   for (const xcb_window_t window : plan_.followers) requests_.mark(window, HiddenMark::Hidden);
@@ -182,11 +178,7 @@ ShowOperation::Way ShowOperation::firstWay() const {
 
 ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
                              std::function<void()> done)
-    : clients_(clients),
-      requests_(clients),
-      wait_(events, clients),
-      plan_(std::move(plan)),
-      done_(std::move(done)) {
+    : HiddenOperation(events, clients, std::move(done)), plan_(std::move(plan)) {
   for (const ClientWindow& window : plan_.before.windows) {
     if (window.desktop) desktops_.emplace(window.id, *window.desktop);
   }

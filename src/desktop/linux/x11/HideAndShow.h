@@ -5,6 +5,7 @@
 #include <functional>
 #include <span>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "desktop/linux/x11/ClientWindows.h"
@@ -59,6 +60,17 @@ using WindowSet = std::unordered_set<xcb_window_t>;
 class HiddenOperation {
  public:
   virtual ~HiddenOperation() = default;
+  HiddenOperation(const HiddenOperation&) = delete;
+  HiddenOperation& operator=(const HiddenOperation&) = delete;
+
+ protected:
+  HiddenOperation(XEvents& events, ClientWindows& clients, std::function<void()> done)
+      : clients_(clients), requests_(clients), wait_(events, clients), done_(std::move(done)) {}
+
+  ClientWindows& clients_;
+  HideRequests requests_;
+  HiddenStateWait wait_;
+  std::function<void()> done_;
 };
 
 /// Takes windows off the screen.
@@ -83,11 +95,7 @@ class HideOperation final : public HiddenOperation {
   void hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then);
   void hideFollowersLeft();
 
-  ClientWindows& clients_;
-  HideRequests requests_;
-  HiddenStateWait wait_;
   Plan plan_;
-  std::function<void()> done_;
 };
 
 /// Brings hidden windows back: in the order, on the workspaces and beside the active window of
@@ -123,12 +131,8 @@ class ShowOperation final : public HiddenOperation {
   void putBackOrder(const ClientWindows::Places& now, const WindowSet& shown);
   void clearMarks(const WindowSet& shown);
 
-  ClientWindows& clients_;
-  HideRequests requests_;
-  HiddenStateWait wait_;
   Plan plan_;
   std::unordered_map<xcb_window_t, std::uint32_t> desktops_;
-  std::function<void()> done_;
 };
 
 }  // namespace linux_desktop

@@ -6,7 +6,7 @@
 #include <ranges>
 #include <string>
 
-#include "desktop/linux/keys/KdeHotKeys.h"
+#include "desktop/linux/keys/KeyTable.h"
 #include "desktop/linux/log/Log.h"
 #include "platform/carbon/CarbonEvents.h"
 
