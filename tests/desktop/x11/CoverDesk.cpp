@@ -53,7 +53,7 @@ bool liesOn(const Rect& cover, const Rect& monitor) {
 }  // namespace
 
 CoverDesk::CoverDesk(const CoverDeskOptions& options)
-    : desk_({.windowManager = options.windowManager}) {
+    : desk_({.windowManager = options.windowManager}), swaps_(options.swaps) {
   writePng(picture(1280, 720, 40), desk_.home().home() / "left.png");
   writePng(picture(1024, 600, 200), desk_.home().home() / "right.png");
   if (!options.composited) stopCompositing();
@@ -107,7 +107,14 @@ void CoverDesk::placeIcons() {
 }
 
 void CoverDesk::launch() {
-  desk_.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleDesktopIcons": true,
+  const std::filesystem::path blue = desk_.home().home() / "blue.png";
+  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, 0x0000ff)}, blue);
+  desk_.home().writeConfig("calmdeck/settings.json",
+                           R"({"kUserdefaultsToggleDesktopIcons": true,
+    "kUserdefaultsToggleWallpaper": )" +
+                               std::string(swaps_ ? "true" : "false") +
+                               R"(, "kUserdefaultsSelectedWallpaper": ")" + blue.string() +
+                               R"(",
     "kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13]})");
   program_ = desk_.startCalmdeck();
   ASSERT_TRUE(desk_.until([&] { return desk_.openPopover().has_value(); }))

@@ -26,6 +26,8 @@ struct CoverDeskOptions {
   bool composited = true;
   /// Shown by the root window, and named by nobody.
   bool pattern = false;
+  /// The program's mode shows a wallpaper of its own as well, blue all over.
+  bool swaps = false;
 };
 
 /// Two monitors with a wallpaper and icons on them, an ordinary window above, and Calmdeck, which
@@ -91,6 +93,7 @@ class CoverDesk {
   [[nodiscard]] std::string compare(const Image& now, bool frontShows) const;
 
   harness::XDesk desk_;
+  bool swaps_;
   /// Covers show the desktop's picture to the pixel.
   bool isExact_ = true;
   /// Without icons and windows.

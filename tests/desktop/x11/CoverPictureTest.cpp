@@ -95,6 +95,17 @@ TEST(CoverPicture, WhatSomebodyPutsOnTheRootIsFollowed) {
   EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, kBlue); }));
 }
 
+TEST(CoverPicture, WhatNobodyKnowsIsNotWaitedFor) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4, .swaps = true});
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  ASSERT_TRUE(covers.desk().until([&] { return bothShow(covers, kBlue); }));
+  ASSERT_TRUE(covers.desk()
+                  .run({"hsetroot", "-add", "#ff0000", "-add", "#00ff00", "-gradient", "0"})
+                  .succeeded());
+  EXPECT_TRUE(covers.desk().until([&] { return showsTheDesktop(covers); }))
+      << "the user's own, of which no file is known, and no flat colour";
+}
+
 TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
   CoverDesk covers({.windowManager = WindowManager::Openbox, .pattern = true});
   // A clock, which is no desktop.
