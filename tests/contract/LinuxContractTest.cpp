@@ -49,7 +49,7 @@ class LinuxContractDesk final : public ContractDesk {
     start();
   }
   ~LinuxContractDesk() override {
-    desktop_.reset();
+    stop();
     if (sink_) setOutputDevice(false);
     setMicrophone(std::nullopt);
     if (monitorsChanged_) x_.server().setMonitors(harness::DeskOptions{}.monitors);
@@ -68,7 +68,7 @@ class LinuxContractDesk final : public ContractDesk {
   }
 
   void nextRunOfTheProgram() override {
-    desktop_.reset();
+    stop();
     start();
   }
 
@@ -194,6 +194,14 @@ class LinuxContractDesk final : public ContractDesk {
       throw std::runtime_error("no desktop, status " + std::to_string(*status));
     }
     desktop_ = std::move(std::get<0>(opened));
+  }
+
+  void stop() {
+    // What Qt has queued for the first turn of the loop it does not give back without one.
+    auto& loop = desktop().mainLoop;
+    const auto turn = loop.startTimer(0ms, [&loop] { loop.stop(); });
+    loop.run();
+    desktop_.reset();
   }
 
   [[nodiscard]] static std::vector<std::string> keysOf(std::uint32_t keyCode,

@@ -107,10 +107,13 @@ TEST_P(DesktopContract, AClickOnAViewIsAPressAndARelease) {
   EXPECT_EQ(view->events, (Order{"down", "up"}));
 }
 
+/// An icon that shows on any panel.
+constexpr const char* kDot =
+    "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'>"
+    "<rect x='2' y='2' width='12' height='12' fill='#d02020'/></svg>";
+
 TEST_P(DesktopContract, AStatusItemIsThereForAsLongAsItsPeerAndReportsClicks) {
-  const platform::NSImage image("dot",
-                                "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 16 16'>"
-                                "<rect x='2' y='2' width='12' height='12' fill='#d02020'/></svg>");
+  const platform::NSImage image("dot", kDot);
   Reports reports;
   auto& statusBar = desk().desktop().statusBar;
   auto peer = statusBar.createStatusItem(reports);
@@ -129,7 +132,9 @@ TEST_P(DesktopContract, AStatusItemIsThereForAsLongAsItsPeerAndReportsClicks) {
 TEST_P(DesktopContract, AClickForTheItemsMenuIsAnActOutsideItsWindowAndNoOtherClickOnItIs) {
   const platform::Runtime runtime(desk().desktop());
   Reports reports;
+  const platform::NSImage image("dot", kDot);
   const auto item = desk().desktop().statusBar.createStatusItem(reports);
+  item->setImage(&image);
   ASSERT_TRUE(desk().runUntil([this] { return desk().isItemThere(); }));
   const auto view = std::make_shared<NSView>();
   view->setFrame({0, 0, 200, 100});
