@@ -7,6 +7,7 @@
 #include "desktop/linux/keys/SessionHotKeys.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
+#include "desktop/linux/wayland/WaylandWindowSystem.h"
 #include "desktop/linux/windowsystem/MonitorScreens.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 
@@ -15,10 +16,11 @@ namespace linux_desktop {
 /// The rooms from which services come, those that are open in this session.
 struct SessionRooms {
   std::unique_ptr<X11WindowSystem> x11 = X11WindowSystem::open();
+  std::unique_ptr<WaylandWindowSystem> wayland = WaylandWindowSystem::open();
   QtScreens qtScreens;
   OwnWindows qtWindows;
   DesktopFacts qtFacts{[this] { return qtScreens.monitors(); }};
-  WallpaperPictures pictures{x11 ? *x11->desktopFacts() : qtFacts};
+  WallpaperPictures pictures{facts()};
   SessionHotKeys hotKeys{x11 ? x11->hotKeys() : nullptr};
   QStringList missing;
 
@@ -30,6 +32,11 @@ struct SessionRooms {
   }
   SessionRooms(const SessionRooms&) = delete;
   SessionRooms& operator=(const SessionRooms&) = delete;
+
+  [[nodiscard]] DesktopFacts& facts() {
+    if (x11) return *x11->desktopFacts();
+    return wayland ? *wayland->desktopFacts() : qtFacts;
+  }
 };
 
 namespace {
@@ -52,11 +59,17 @@ constexpr Candidate<Service> x11{"X11", [](SessionRooms& rooms) -> Service* {
                                    return rooms.x11 ? (*rooms.x11.*getter)() : nullptr;
                                  }};
 
+template <class Service, auto getter>
+constexpr Candidate<Service> wayland{"Wayland", [](SessionRooms& rooms) -> Service* {
+                                       return rooms.wayland ? (*rooms.wayland.*getter)() : nullptr;
+                                     }};
+
 using X11 = X11WindowSystem;
+using Wayland = WaylandWindowSystem;
 
 // In order of preference.
 constexpr std::array kScreens{
-    x11<Screens, &X11::screens>,
+    x11<Screens, &X11::screens>, wayland<Screens, &Wayland::screens>,
     Candidate<Screens>{"Qt", [](SessionRooms& rooms) -> Screens* { return &rooms.qtScreens; }}};
 constexpr std::array kOwnWindows{
     x11<OwnWindows, &X11::ownWindows>,

@@ -14,6 +14,7 @@ Q_LOGGING_CATEGORY(lcTray, "calmdeck.tray", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcUi, "calmdeck.ui", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcUpdates, "calmdeck.updates", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcWallpaper, "calmdeck.wallpaper", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcWayland, "calmdeck.wayland", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcX11, "calmdeck.x11", QtWarningMsg)
 
 }  // namespace linux_desktop

@@ -31,6 +31,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcUi)
 Q_DECLARE_LOGGING_CATEGORY(lcUpdates)
 /// "calmdeck.wallpaper": the desktop's picture.
 Q_DECLARE_LOGGING_CATEGORY(lcWallpaper)
+/// "calmdeck.wayland": our own connection to the compositor, and what is done over it.
+Q_DECLARE_LOGGING_CATEGORY(lcWayland)
 /// "calmdeck.x11": screens, covers, windows of other programs.
 Q_DECLARE_LOGGING_CATEGORY(lcX11)
 

@@ -18,10 +18,13 @@ struct Monitor {
   /// Device pixels for each point.
   double scale = 1;
 
+  /// In device pixels, where it is known: a scale that is no whole number does not give it exactly.
+  std::optional<QSize> resolution = std::nullopt;
+
   /// The same in device pixels. Where monitors are scaled differently, these may overlap.
   [[nodiscard]] QRect pixels() const {
     return {(QPointF(points.topLeft()) * scale).toPoint(),
-            (QSizeF(points.size()) * scale).toSize()};
+            resolution.value_or((QSizeF(points.size()) * scale).toSize())};
   }
   bool operator==(const Monitor&) const = default;
 };

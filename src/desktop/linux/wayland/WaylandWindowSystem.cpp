@@ -1,0 +1,16 @@
+#include "desktop/linux/wayland/WaylandWindowSystem.h"
+
+#include <utility>
+
+namespace linux_desktop {
+
+std::unique_ptr<WaylandWindowSystem> WaylandWindowSystem::open() {
+  auto connection = WaylandConnection::open();
+  if (!connection) return nullptr;
+  return std::unique_ptr<WaylandWindowSystem>(new WaylandWindowSystem(std::move(connection)));
+}
+
+WaylandWindowSystem::WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection)
+    : connection_(std::move(connection)) {}
+
+}  // namespace linux_desktop
