@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "desktop/harness/XDesk.h"
+#include "desktop/harness/Desk.h"
+#include "desktop/harness/XConnection.h"
 
 namespace harness {
 
@@ -26,7 +27,7 @@ struct AccessibleElement {
 /// accessibleEnvironment(); most toolkits tell nothing unless somebody listens.
 class AccessibilityClient {
  public:
-  explicit AccessibilityClient(const XDesk& desk) : desk_(desk) {}
+  explicit AccessibilityClient(const Desk& desk) : desk_(desk) {}
 
   [[nodiscard]] static Environment accessibleEnvironment();
 
@@ -42,7 +43,7 @@ class AccessibilityClient {
   [[nodiscard]] std::unique_ptr<Process> listen() const;
 
  private:
-  const XDesk& desk_;
+  const Desk& desk_;
 };
 
 }  // namespace harness

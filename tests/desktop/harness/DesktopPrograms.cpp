@@ -54,6 +54,29 @@ std::ostream& operator<<(std::ostream& stream, Panel kind) {
   return stream << names.at(static_cast<std::size_t>(kind));
 }
 
+std::ostream& operator<<(std::ostream& stream, Compositor kind) {
+  static const std::array names{"Sway", "Labwc", "Kwin"};
+  return stream << names.at(static_cast<std::size_t>(kind));
+}
+
+std::vector<Compositor> installedCompositors() {
+  return {HARNESS_COMPOSITORS};
+}
+
+std::ostream& operator<<(std::ostream& stream, Bar kind) {
+  static const std::array names{"None", "Waybar", "LxqtPanel"};
+  return stream << names.at(static_cast<std::size_t>(kind));
+}
+
+const DesktopProgram& program(Bar kind) {
+  static const std::array<DesktopProgram, 3> table{{
+      {"", {}},
+      {"waybar", {"waybar"}},
+      {"lxqt-panel", {"lxqt-panel"}},
+  }};
+  return rowOf(table, kind);
+}
+
 const DesktopProgram& program(NotificationDaemon kind) {
   static const std::array<DesktopProgram, 6> table{{
       {"", {}},

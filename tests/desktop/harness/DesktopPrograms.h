@@ -15,6 +15,14 @@ enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel }
 /// For the names of parameterised tests.
 std::ostream& operator<<(std::ostream& stream, Panel kind);
 
+/// On Wayland. Those that are installed are installedCompositors().
+enum class Compositor : std::uint8_t { Sway, Labwc, Kwin };
+std::ostream& operator<<(std::ostream& stream, Compositor kind);
+[[nodiscard]] std::vector<Compositor> installedCompositors();
+
+enum class Bar : std::uint8_t { None, Waybar, LxqtPanel };
+std::ostream& operator<<(std::ostream& stream, Bar kind);
+
 enum class NotificationDaemon : std::uint8_t {
   None,
   Dunst,
@@ -45,6 +53,7 @@ struct DesktopProgram {
 
 [[nodiscard]] const DesktopProgram& program(WindowManager kind);
 [[nodiscard]] const DesktopProgram& program(Panel kind);
+[[nodiscard]] const DesktopProgram& program(Bar kind);
 [[nodiscard]] const DesktopProgram& program(NotificationDaemon kind);
 [[nodiscard]] const DesktopProgram& program(DesktopIcons kind);
 
@@ -52,5 +61,7 @@ struct DesktopProgram {
 /// bus, since some panels keep their settings behind it.
 void configurePanel(Panel kind, const PanelPlace& place, const PrivateHome& home,
                     const Environment& environment);
+/// The same for one at the top of a monitor.
+void configureBar(Bar kind, const std::string& output, const PrivateHome& home);
 
 }  // namespace harness

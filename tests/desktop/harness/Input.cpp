@@ -19,16 +19,6 @@ constexpr std::pair<std::string_view, xcb_keysym_t> kKeysyms[] = {
 };
 constexpr xcb_keysym_t kF1 = 0xffbe;
 
-xcb_keysym_t keysymOf(std::string_view name) {
-  for (const auto& [known, keysym] : kKeysyms) {
-    if (known == name) return keysym;
-  }
-  if (name.size() > 1 && name.front() == 'F')
-    return kF1 + static_cast<xcb_keysym_t>(std::stoi(std::string(name.substr(1)))) - 1;
-  if (name.size() != 1) throw std::runtime_error("unknown key " + std::string(name));
-  return static_cast<unsigned char>(name.front());
-}
-
 std::vector<std::string> parts(std::string_view chord) {
   std::vector<std::string> names;
   for (std::size_t start = 0; start <= chord.size();) {
@@ -41,7 +31,17 @@ std::vector<std::string> parts(std::string_view chord) {
 
 }  // namespace
 
-void Input::fake(std::uint8_t type, std::uint8_t detail, int x, int y) const {
+xcb_keysym_t keysymOf(std::string_view name) {
+  for (const auto& [known, keysym] : kKeysyms) {
+    if (known == name) return keysym;
+  }
+  if (name.size() > 1 && name.front() == 'F')
+    return kF1 + static_cast<xcb_keysym_t>(std::stoi(std::string(name.substr(1)))) - 1;
+  if (name.size() != 1) throw std::runtime_error("unknown key " + std::string(name));
+  return static_cast<unsigned char>(name.front());
+}
+
+void XInput::fake(std::uint8_t type, std::uint8_t detail, int x, int y) const {
   xcb_test_fake_input(x_.get(), type, detail, XCB_CURRENT_TIME, x_.root(),
                       static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
   // The answer tells that the server has come past the event.
@@ -61,13 +61,13 @@ void Input::key(std::string_view chord) const {
   std::for_each(names.rbegin(), names.rend(), [this](const std::string& name) { keyUp(name); });
 }
 
-void Input::places(const std::vector<std::uint8_t>& keycodes) const {
+void XInput::places(const std::vector<std::uint8_t>& keycodes) const {
   for (const std::uint8_t keycode : keycodes) placeDown(keycode);
   std::for_each(keycodes.rbegin(), keycodes.rend(),
                 [this](std::uint8_t keycode) { placeUp(keycode); });
 }
 
-std::uint8_t Input::keycode(std::string_view name) const {
+std::uint8_t XInput::keycode(std::string_view name) const {
   const xcb_keysym_t wanted = keysymOf(name);
   const xcb_setup_t* setup = xcb_get_setup(x_.get());
   const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);

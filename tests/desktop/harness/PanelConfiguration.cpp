@@ -109,6 +109,13 @@ type=statusnotifier
 alignment=Right
 )";
 
+constexpr std::string_view kWaybar = R"({
+  "layer": "top", "position": "top", "height": 32, "output": "{monitor}",
+  "modules-right": ["tray"],
+  "tray": {"icon-size": 24, "spacing": 4}
+})";
+constexpr std::string_view kWaybarStyle = "window#waybar { background: #303030; }\n";
+
 struct MateSetting {
   std::string_view schema;
   std::string_view key;
@@ -163,6 +170,20 @@ void configurePanel(Panel kind, const PanelPlace& place, const PrivateHome& home
                       environment});
         if (!set.succeeded()) throw std::runtime_error("gsettings: " + set.errorOutput);
       }
+      break;
+  }
+}
+
+void configureBar(Bar kind, const std::string& output, const PrivateHome& home) {
+  switch (kind) {
+    case Bar::None:
+      break;
+    case Bar::Waybar:
+      home.writeConfig("waybar/config", filled(std::string(kWaybar), {{"monitor", output}}));
+      home.writeConfig("waybar/style.css", std::string(kWaybarStyle));
+      break;
+    case Bar::LxqtPanel:
+      configurePanel(Panel::LxqtPanel, {.edge = Edge::Top}, home, {});
       break;
   }
 }

@@ -128,12 +128,12 @@ void writePng(const Image& image, const std::filesystem::path& path) {
     throw std::runtime_error("cannot write " + path.string() + ": " + header.message);
 }
 
-Image Screen::area(const Rect& wanted, xcb_drawable_t of) const {
+Image XScreen::area(const Rect& wanted, xcb_drawable_t of) const {
   const Rect inside = cut(wanted, x_.screenArea());
-  const auto cookie = xcb_get_image(
-      x_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, of == XCB_NONE ? x_.root() : of,
-      static_cast<std::int16_t>(inside.x), static_cast<std::int16_t>(inside.y),
-      static_cast<std::uint16_t>(inside.width), static_cast<std::uint16_t>(inside.height), ~0U);
+  const auto cookie =
+      xcb_get_image(x_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, of, static_cast<std::int16_t>(inside.x),
+                    static_cast<std::int16_t>(inside.y), static_cast<std::uint16_t>(inside.width),
+                    static_cast<std::uint16_t>(inside.height), ~0U);
   const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x_.get(), cookie, nullptr));
   if (!reply) throw std::runtime_error("the screen cannot be read");
   const std::size_t each = reply->depth > 16 ? 4 : 2;
@@ -164,7 +164,7 @@ Image Screen::settled(const Rect& wanted, std::chrono::milliseconds calm,
     since = Clock::now();
     return false;
   };
-  x_.waitUntil(
+  waitUntil(
       [&] { return isStill() && Clock::now() - since >= calm && programsRest_() && isStill(); },
       patience);
   return last;

@@ -35,12 +35,14 @@ void writePng(const Image& image, const std::filesystem::path& path);
 class Screen {
  public:
   /// `programsRest` tells whether none of those that draw has anything to do at the moment.
-  Screen(const XConnection& x, std::function<bool()> programsRest)
-      : x_(x), programsRest_(std::move(programsRest)) {}
+  explicit Screen(std::function<bool()> programsRest) : programsRest_(std::move(programsRest)) {}
+  virtual ~Screen() = default;
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
 
-  [[nodiscard]] Image whole() const { return area(x_.screenArea()); }
-  /// Cut to the X screen; of another drawable as large as that where one is given.
-  [[nodiscard]] Image area(const Rect& wanted, xcb_drawable_t of = XCB_NONE) const;
+  [[nodiscard]] virtual Image whole() const = 0;
+  /// Cut to what there is.
+  [[nodiscard]] virtual Image area(const Rect& wanted) const = 0;
   [[nodiscard]] std::uint32_t pixel(int x, int y) const { return area({x, y, 1, 1}).at(0, 0); }
 
   /// The image of `wanted` once it has stayed the same for `calm` and no program has anything left
@@ -50,14 +52,31 @@ class Screen {
   [[nodiscard]] Image settled(const Rect& wanted, std::chrono::milliseconds calm,
                               std::chrono::milliseconds patience) const;
 
-  /// As XConnection::waitUntil().
-  bool waitUntil(const std::function<bool()>& fact, std::chrono::milliseconds patience) const {
+  /// True as soon as `fact` holds; false when it still does not after `patience`.
+  virtual bool waitUntil(const std::function<bool()>& fact,
+                         std::chrono::milliseconds patience) const = 0;
+
+ private:
+  std::function<bool()> programsRest_;
+};
+
+/// That of an X server.
+class XScreen final : public Screen {
+ public:
+  XScreen(const XConnection& x, std::function<bool()> programsRest)
+      : Screen(std::move(programsRest)), x_(x) {}
+
+  [[nodiscard]] Image whole() const override { return area(x_.screenArea()); }
+  [[nodiscard]] Image area(const Rect& wanted) const override { return area(wanted, x_.root()); }
+  /// Of another drawable as large as the screen.
+  [[nodiscard]] Image area(const Rect& wanted, xcb_drawable_t of) const;
+  bool waitUntil(const std::function<bool()>& fact,
+                 std::chrono::milliseconds patience) const override {
     return x_.waitUntil(fact, patience);
   }
 
  private:
   const XConnection& x_;
-  std::function<bool()> programsRest_;
 };
 
 /// Finds a tray icon by eye: it is what changed in the panels since the finder was made. So make

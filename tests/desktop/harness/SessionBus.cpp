@@ -31,6 +31,7 @@ std::string busConfiguration(const fs::path& socket, const fs::path& services) {
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
     <allow own="*"/>
+    <allow user="*"/>
   </policy>
 </busconfig>
 )";
@@ -101,6 +102,13 @@ std::optional<std::string> SessionBus::property(const std::string& service, cons
                                                 const std::string& name) const {
   return call(service, path, "org.freedesktop.DBus.Properties.Get",
               {"string:" + interface, "string:" + name});
+}
+
+bool SessionBus::hasTrayHost() const {
+  constexpr const char* kWatcher = "org.kde.StatusNotifierWatcher";
+  const auto host =
+      property(kWatcher, "/StatusNotifierWatcher", kWatcher, "IsStatusNotifierHostRegistered");
+  return host && host->find("true") != std::string::npos;
 }
 
 }  // namespace harness

@@ -36,6 +36,8 @@ class SessionBus {
                                                     const std::string& path,
                                                     const std::string& interface,
                                                     const std::string& name) const;
+  /// Whether somebody shows the icons of the tray.
+  [[nodiscard]] bool hasTrayHost() const;
 
  private:
   std::filesystem::path services_;

@@ -14,7 +14,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr const char* kNotifications = "org.freedesktop.Notifications";
-constexpr const char* kWatcher = "org.kde.StatusNotifierWatcher";
 
 bool touches(const Rect& area, const Rect& monitor, Edge edge) {
   const bool lies = area.width > area.height;
@@ -92,25 +91,23 @@ bool windowManagerTakesWindows(const XConnection& x) {
 
 }  // namespace
 
-XDesk::XDesk(const DeskOptions& options) : environment_(home_.environment()) {
-  for (const auto& [name, value] : options.environment) environment_[name] = value;
+XDesk::XDesk(const DeskOptions& options) : Desk(options.environment) {
   server_ =
-      std::make_unique<XServer>(home_.runtime(), environment_, options.monitors, options.depth);
-  environment_["DISPLAY"] = server_->display();
+      std::make_unique<XServer>(home().runtime(), environment(), options.monitors, options.depth);
+  setEnvironment("DISPLAY", server_->display());
   // MATE's daemon ends while it has nothing to show, and only this tells that it will come again.
   if (options.notifications == NotificationDaemon::Mate)
-    environment_["XDG_CURRENT_DESKTOP"] = "MATE";
+    setEnvironment("XDG_CURRENT_DESKTOP", "MATE");
   x_ = std::make_unique<XConnection>(server_->display());
-  screen_ = std::make_unique<Screen>(*x_, [this] { return home_.isAtRest(); });
+  screen_ = std::make_unique<XScreen>(*x_, [this] { return home().isAtRest(); });
   windows_ = std::make_unique<WindowList>(*x_);
-  input_ = std::make_unique<Input>(*x_);
+  input_ = std::make_unique<XInput>(*x_);
   if (options.sessionBus) {
-    bus_ = std::make_unique<SessionBus>(home_, environment_);
-    environment_["DBUS_SESSION_BUS_ADDRESS"] = bus_->address();
+    startBus();
   } else {
-    environment_["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent";
+    setEnvironment("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
   }
-  if (options.sound) sound_ = std::make_unique<SoundServer>(*options.sound, environment_);
+  if (options.sound) startSound(*options.sound);
   startWindowManager(options.windowManager);
   startIcons(options.icons);
   startNotifications(options.notifications);
@@ -119,27 +116,22 @@ XDesk::XDesk(const DeskOptions& options) : environment_(home_.environment()) {
 
 XDesk::~XDesk() = default;
 
-void XDesk::require(bool ready, const std::string& name,
-                    const std::unique_ptr<Process>& process) const {
-  if (!ready) throw std::runtime_error(name + " did not become ready: " + process->errorOutput());
-}
-
 void XDesk::startWindowManager(WindowManager kind) {
   windowManager_.reset();
   if (kind == WindowManager::None) return;
   const DesktopProgram& row = program(kind);
-  if (!row.configFile.empty()) home_.writeConfig(row.configFile, row.configText);
+  if (!row.configFile.empty()) home().writeConfig(row.configFile, row.configText);
   windowManager_ = start(row.argv);
-  require(windowManagerTakesWindows(*x_), row.name, windowManager_);
+  require(windowManagerTakesWindows(*x_), row.name, *windowManager_);
 }
 
 void XDesk::startNotifications(NotificationDaemon kind) {
   notifications_.reset();
   if (kind == NotificationDaemon::None) return;
   const DesktopProgram& row = program(kind);
-  if (kind == NotificationDaemon::Mate) bus_->offer(kNotifications, row.argv.front());
+  if (kind == NotificationDaemon::Mate) bus().offer(kNotifications, row.argv.front());
   notifications_ = start(row.argv);
-  require(until([&] { return bus_->hasOwner(kNotifications); }), row.name, notifications_);
+  require(until([&] { return bus().hasOwner(kNotifications); }), row.name, *notifications_);
 }
 
 // One start of pcmanfm-qt 2.1 in three gets stuck before its windows come, in the volume monitor of
@@ -153,7 +145,7 @@ void XDesk::startAgainWhileStuck(std::unique_ptr<Process>& process,
   for (int attempt = 1; attempt < kAttempts; ++attempt) {
     Clock::time_point awake = Clock::now();
     const auto isStuck = [&] {
-      if (!home_.isAtRest()) awake = Clock::now();
+      if (!home().isAtRest()) awake = Clock::now();
       return Clock::now() - awake > kLongSleep;
     };
     bool isReady = false;
@@ -177,23 +169,20 @@ void XDesk::startIcons(DesktopIcons kind) {
   };
   icons_ = start(row.argv);
   if (kind == DesktopIcons::PcmanfmQt) startAgainWhileStuck(icons_, row.argv, allCovered);
-  require(until(allCovered), row.name, icons_);
+  require(until(allCovered), row.name, *icons_);
   [[maybe_unused]] const Image painted = screen_->settled(x_->screenArea(), 400ms, kPatience);
 }
 
 bool XDesk::trayHostReady(Panel kind) const {
   if (kind == Panel::Tint2) return traySelectionOwned(*x_);  // it knows the old protocol only
-  if (!bus_) return true;
-  const auto host = bus_->property(kWatcher, "/StatusNotifierWatcher", kWatcher,
-                                   "IsStatusNotifierHostRegistered");
-  return host && host->find("true") != std::string::npos;
+  return busIfAny() == nullptr || busIfAny()->hasTrayHost();
 }
 
 void XDesk::startPanel(Panel kind, const PanelPlace& place) {
   panel_.reset();
   if (kind == Panel::None) return;
   const DesktopProgram& row = program(kind);
-  configurePanel(kind, place, home_, environment_);
+  configurePanel(kind, place, home(), environment());
   panel_ = start(row.argv);
   const Rect onMonitor = server_->monitors().at(static_cast<std::size_t>(place.monitor));
   const auto standing = [&] {
@@ -201,7 +190,7 @@ void XDesk::startPanel(Panel kind, const PanelPlace& place) {
       return onMonitor.intersects(area) && touches(area, onMonitor, place.edge);
     });
   };
-  require(until(standing) && until([&] { return trayHostReady(kind); }), row.name, panel_);
+  require(until(standing) && until([&] { return trayHostReady(kind); }), row.name, *panel_);
   for (const Rect& area : panelAreas())
     [[maybe_unused]] const Image painted = screen_->settled(area, 200ms, kPatience);
 }
@@ -212,17 +201,6 @@ std::vector<Rect> XDesk::panelAreas() const {
     if (window.viewable && window.type == "DOCK") areas.push_back(window.area);
   }
   return areas;
-}
-
-std::unique_ptr<Process> XDesk::start(std::vector<std::string> argv,
-                                      const Environment& extra) const {
-  Command command{std::move(argv), environment_, home_.home()};
-  for (const auto& [name, value] : extra) command.environment[name] = value;
-  return std::make_unique<Process>(command);
-}
-
-RunResult XDesk::run(std::vector<std::string> argv) const {
-  return runToEnd({std::move(argv), environment_, home_.home()});
 }
 
 std::unique_ptr<Process> XDesk::startCalmdeck(const Environment& extra) {
@@ -251,7 +229,7 @@ WindowInfo XDesk::openWindow(const std::string& title, const Rect& area) {
     return window.name == title && (window.managed || !managedToo);
   };
   const std::optional<WindowInfo> window = awaitWindow(test);
-  require(window.has_value(), "xmessage", windowPrograms_.back());
+  require(window.has_value(), "xmessage", *windowPrograms_.back());
   return *window;
 }
 

@@ -7,13 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "desktop/harness/Desk.h"
 #include "desktop/harness/DesktopPrograms.h"
 #include "desktop/harness/Input.h"
-#include "desktop/harness/PrivateHome.h"
-#include "desktop/harness/Process.h"
 #include "desktop/harness/Screen.h"
-#include "desktop/harness/SessionBus.h"
-#include "desktop/harness/SoundServer.h"
 #include "desktop/harness/WindowList.h"
 #include "desktop/harness/XConnection.h"
 #include "desktop/harness/XServer.h"
@@ -42,23 +39,17 @@ struct DeskOptions {
 /// that can be seen from outside; it throws std::runtime_error, naming the program, when one is
 /// not. The destructor leaves no process and no file. The test talks to the program as a stranger
 /// does: pixels, windows, input, the bus.
-class XDesk {
+class XDesk final : public Desk {
  public:
   explicit XDesk(const DeskOptions& options = {});
-  ~XDesk();
-  XDesk(const XDesk&) = delete;
-  XDesk& operator=(const XDesk&) = delete;
+  ~XDesk() override;
 
-  [[nodiscard]] const PrivateHome& home() const { return home_; }
-  [[nodiscard]] const Environment& environment() const { return environment_; }
   [[nodiscard]] XServer& server() { return *server_; }
   [[nodiscard]] const XConnection& x() const { return *x_; }
-  [[nodiscard]] const Screen& screen() const { return *screen_; }
+  [[nodiscard]] const XScreen& screen() const { return *screen_; }
   [[nodiscard]] const WindowList& windows() const { return *windows_; }
-  [[nodiscard]] const Input& input() const { return *input_; }
+  [[nodiscard]] const XInput& input() const { return *input_; }
   /// These abort the test when the desktop was made without them.
-  [[nodiscard]] SessionBus& bus() { return *bus_; }
-  [[nodiscard]] SoundServer& sound() { return *sound_; }
   [[nodiscard]] Process& windowManager() { return *windowManager_; }
   [[nodiscard]] Process& panel() { return *panel_; }
   [[nodiscard]] Process& notifications() { return *notifications_; }
@@ -73,11 +64,6 @@ class XDesk {
   /// The areas of all panels, in root coordinates.
   [[nodiscard]] std::vector<Rect> panelAreas() const;
 
-  /// Starts any program on this desktop.
-  [[nodiscard]] std::unique_ptr<Process> start(std::vector<std::string> argv,
-                                               const Environment& extra = {}) const;
-  /// Runs one to its end.
-  [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
   /// Starts Calmdeck as built in this tree; remembers how the panels looked, for trayIcon().
   [[nodiscard]] std::unique_ptr<Process> startCalmdeck(const Environment& extra = {});
   /// Where the icon of the Calmdeck that was started last shows.
@@ -96,11 +82,6 @@ class XDesk {
   /// Runs `click` and waits until another window, a panel's menu say, is on the screen and drawn.
   [[nodiscard]] bool opensAWindow(const std::function<void()>& click) const;
 
-  /// True as soon as `fact` holds; see XConnection::waitUntil().
-  bool until(const std::function<bool()>& fact,
-             std::chrono::milliseconds patience = kPatience) const {
-    return x_->waitUntil(fact, patience);
-  }
   /// The viewable window for which `test` holds, once there is one.
   [[nodiscard]] std::optional<WindowInfo> awaitWindow(const WindowTest& test) const;
 
@@ -108,17 +89,16 @@ class XDesk {
   [[nodiscard]] bool trayHostReady(Panel kind) const;
   void startAgainWhileStuck(std::unique_ptr<Process>& process, const std::vector<std::string>& argv,
                             const std::function<bool()>& ready) const;
-  void require(bool ready, const std::string& name, const std::unique_ptr<Process>& process) const;
+  bool waitUntil(const std::function<bool()>& fact,
+                 std::chrono::milliseconds patience) const override {
+    return x_->waitUntil(fact, patience);
+  }
 
-  PrivateHome home_;  // first: its destructor sweeps up after all the others
-  Environment environment_;
   std::unique_ptr<XServer> server_;
   std::unique_ptr<XConnection> x_;
-  std::unique_ptr<Screen> screen_;
+  std::unique_ptr<XScreen> screen_;
   std::unique_ptr<WindowList> windows_;
-  std::unique_ptr<Input> input_;
-  std::unique_ptr<SessionBus> bus_;
-  std::unique_ptr<SoundServer> sound_;
+  std::unique_ptr<XInput> input_;
   std::unique_ptr<Process> windowManager_;
   std::unique_ptr<Process> notifications_;
   std::unique_ptr<Process> icons_;

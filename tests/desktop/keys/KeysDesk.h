@@ -51,7 +51,7 @@ class KeysDesk {
   explicit KeysDesk(const harness::DeskOptions& options = {});
 
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
-  [[nodiscard]] const harness::Input& input() { return desk_.input(); }
+  [[nodiscard]] const harness::XInput& input() { return desk_.input(); }
   [[nodiscard]] harness::Process& probe() { return *probe_; }
   [[nodiscard]] Typewriter& other() { return *other_; }
 

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/PrivateHome.h"
+#include "desktop/harness/Process.h"
+#include "desktop/harness/SessionBus.h"
+#include "desktop/harness/SoundServer.h"
+
+namespace harness {
+
+/// What every private desktop has, whatever shows it: a home, the environment that its programs
+/// inherit, a session bus and a sound server.
+class Desk {
+ public:
+  virtual ~Desk() = default;
+  Desk(const Desk&) = delete;
+  Desk& operator=(const Desk&) = delete;
+
+  [[nodiscard]] const PrivateHome& home() const { return home_; }
+  [[nodiscard]] const Environment& environment() const { return environment_; }
+  /// These abort the test when the desktop was made without them.
+  [[nodiscard]] SessionBus& bus() { return *bus_; }
+  [[nodiscard]] SoundServer& sound() { return *sound_; }
+
+  /// Starts any program on this desktop.
+  [[nodiscard]] std::unique_ptr<Process> start(std::vector<std::string> argv,
+                                               const Environment& extra = {}) const;
+  /// Runs one to its end.
+  [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
+
+  /// True as soon as `fact` holds; false when it still does not after `patience`.
+  bool until(const std::function<bool()>& fact,
+             std::chrono::milliseconds patience = kPatience) const {
+    return waitUntil(fact, patience);
+  }
+
+ protected:
+  explicit Desk(const Environment& extra);
+
+  /// From here on programs find them.
+  void startBus();
+  void startSound(SoundServerKind kind);
+  void setEnvironment(const std::string& name, const std::string& value) {
+    environment_[name] = value;
+  }
+  [[nodiscard]] const SessionBus* busIfAny() const { return bus_.get(); }
+  /// Throws, naming the program, when it is not `ready`.
+  static void require(bool ready, const std::string& name, Process& process);
+
+ private:
+  virtual bool waitUntil(const std::function<bool()>& fact,
+                         std::chrono::milliseconds patience) const {
+    return harness::until(fact, patience);
+  }
+
+  PrivateHome home_;  // first: its destructor sweeps up after all the others
+  Environment environment_;
+  std::unique_ptr<SessionBus> bus_;
+  std::unique_ptr<SoundServer> sound_;
+};
+
+}  // namespace harness

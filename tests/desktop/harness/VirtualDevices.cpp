@@ -1,0 +1,146 @@
+#include "desktop/harness/VirtualDevices.h"
+
+#include <linux/input-event-codes.h>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <virtual-keyboard-unstable-v1-client-protocol.h>
+#include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
+#include <xkbcommon/xkbcommon.h>
+
+#include <algorithm>
+#include <chrono>
+#include <stdexcept>
+
+#include "desktop/linux/files/FileDescriptor.h"
+
+namespace harness {
+
+namespace {
+
+using linux_desktop::FileDescriptor;
+
+// X counts keys from 8, the kernel from 0.
+constexpr std::uint32_t kFirstKeycode = 8;
+
+std::uint32_t now() {
+  const auto since = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<std::uint32_t>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
+}
+
+std::uint32_t codeOf(Button button) {
+  switch (button) {
+    case Button::Left:
+      return BTN_LEFT;
+    case Button::Middle:
+      return BTN_MIDDLE;
+    case Button::Right:
+      return BTN_RIGHT;
+    case Button::WheelUp:
+      break;
+  }
+  throw std::runtime_error("the virtual mouse has no wheel");
+}
+
+FileDescriptor fileWith(const std::string& text) {
+  FileDescriptor file(::memfd_create("keymap", MFD_CLOEXEC));
+  if (::write(file.get(), text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+    throw std::runtime_error("no memory for a keymap");
+  return file;
+}
+
+}  // namespace
+
+void VirtualDevices::Free::operator()(xkb_keymap* keymap) const {
+  xkb_keymap_unref(keymap);
+}
+
+void VirtualDevices::Free::operator()(xkb_state* state) const {
+  xkb_state_unref(state);
+}
+
+VirtualDevices::VirtualDevices(const std::string& socket) : client_(socket) {
+  auto* pointers =
+      client_.bind<zwlr_virtual_pointer_manager_v1>(zwlr_virtual_pointer_manager_v1_interface);
+  if (pointers == nullptr) throw std::runtime_error("the compositor takes no virtual pointer");
+  pointer_ = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(pointers, client_.seat());
+  zwlr_virtual_pointer_manager_v1_destroy(pointers);
+  plugKeyboard();
+  client_.sync();
+}
+
+VirtualDevices::~VirtualDevices() {
+  zwp_virtual_keyboard_v1_destroy(keyboard_);
+  zwlr_virtual_pointer_v1_destroy(pointer_);
+}
+
+void VirtualDevices::plugKeyboard() {
+  auto* keyboards =
+      client_.bind<zwp_virtual_keyboard_manager_v1>(zwp_virtual_keyboard_manager_v1_interface);
+  if (keyboards == nullptr) throw std::runtime_error("the compositor takes no virtual keyboard");
+  keyboard_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(keyboards, client_.seat());
+  zwp_virtual_keyboard_manager_v1_destroy(keyboards);
+
+  const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
+      xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref);
+  const xkb_rule_names usual{
+      .rules = nullptr, .model = nullptr, .layout = "us", .variant = nullptr, .options = nullptr};
+  keymap_.reset(xkb_keymap_new_from_names(context.get(), &usual, XKB_KEYMAP_COMPILE_NO_FLAGS));
+  state_.reset(xkb_state_new(keymap_.get()));
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      xkb_keymap_get_as_string(keymap_.get(), XKB_KEYMAP_FORMAT_TEXT_V1), std::free);
+  const std::string all = std::string(text.get()) + '\0';
+  const FileDescriptor file = fileWith(all);
+  zwp_virtual_keyboard_v1_keymap(keyboard_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.get(),
+                                 static_cast<std::uint32_t>(all.size()));
+  client_.sync();
+}
+
+// Compositors put the place that they are told over all monitors.
+void VirtualDevices::moveTo(int x, int y) const {
+  Rect all;
+  for (const WaylandOutput& output : client_.outputs()) {
+    all.width = std::max(all.width, output.area.right());
+    all.height = std::max(all.height, output.area.bottom());
+  }
+  zwlr_virtual_pointer_v1_motion_absolute(
+      pointer_, now(), static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y),
+      static_cast<std::uint32_t>(all.width), static_cast<std::uint32_t>(all.height));
+  zwlr_virtual_pointer_v1_frame(pointer_);
+  client_.sync();
+}
+
+void VirtualDevices::turn(Button button, bool down) const {
+  zwlr_virtual_pointer_v1_button(
+      pointer_, now(), codeOf(button),
+      down ? WL_POINTER_BUTTON_STATE_PRESSED : WL_POINTER_BUTTON_STATE_RELEASED);
+  zwlr_virtual_pointer_v1_frame(pointer_);
+  client_.sync();
+}
+
+void VirtualDevices::move(std::string_view name, bool down) const {
+  const std::uint32_t code = keycode(name);
+  zwp_virtual_keyboard_v1_key(
+      keyboard_, now(), code - kFirstKeycode,
+      down ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
+  xkb_state_update_key(state_.get(), code, down ? XKB_KEY_DOWN : XKB_KEY_UP);
+  const auto part = [this](xkb_state_component component) {
+    return xkb_state_serialize_mods(state_.get(), component);
+  };
+  zwp_virtual_keyboard_v1_modifiers(keyboard_, part(XKB_STATE_MODS_DEPRESSED),
+                                    part(XKB_STATE_MODS_LATCHED), part(XKB_STATE_MODS_LOCKED), 0);
+  client_.sync();
+}
+
+std::uint32_t VirtualDevices::keycode(std::string_view name) const {
+  const xkb_keysym_t wanted = keysymOf(name);
+  for (xkb_keycode_t code = xkb_keymap_min_keycode(keymap_.get());
+       code <= xkb_keymap_max_keycode(keymap_.get()); ++code) {
+    const xkb_keysym_t* keysyms = nullptr;
+    const int count = xkb_keymap_key_get_syms_by_level(keymap_.get(), code, 0, 0, &keysyms);
+    if (std::find(keysyms, keysyms + count, wanted) != keysyms + count) return code;
+  }
+  throw std::runtime_error("no key makes " + std::string(name));
+}
+
+}  // namespace harness

@@ -1,0 +1,322 @@
+#include "desktop/harness/WaylandDesk.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <iomanip>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+#include "desktop/harness/VirtualDevices.h"
+
+namespace harness {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr const char* kStarted = "compositor-started";
+constexpr int kBarThickness = 32;
+
+// Started by the compositor once it is up: the only one that knows what others find it by.
+void writeStartScript(const fs::path& script) {
+  const std::string told = script.string() + ".told";
+  std::ofstream(script)
+      << "#!/bin/sh\nprintf '%s\\n' \"$WAYLAND_DISPLAY\" \"$DISPLAY\" \"$SWAYSOCK\" >" << told
+      << ".new\nmv " << told << ".new " << told << '\n';
+  fs::permissions(script, fs::perms::owner_all | fs::perms::others_exec | fs::perms::others_read);
+}
+
+std::string swayConfiguration(const WaylandOptions& options, const fs::path& script) {
+  std::ostringstream text;
+  text << "xwayland " << (options.xwayland ? "enable" : "disable") << '\n';
+  for (int i = 0; i < options.outputs; ++i) {
+    text << "output HEADLESS-" << i + 1 << " position " << i * WaylandDesk::kOutputWidth << " 0\n";
+  }
+  text << options.configuration << "\nexec " << script.string() << '\n';
+  return text.str();
+}
+
+/// sway refuses root, so that it becomes nobody there, but one who may use this desktop's folders.
+std::vector<std::string> unprivileged(std::vector<std::string> argv) {
+  if (::geteuid() != 0) return argv;
+  const std::string rights = "+dac_override,+dac_read_search";
+  const std::vector<std::string> change{
+      "setpriv",        "--reuid=65534",        "--regid=65534",
+      "--clear-groups", "--inh-caps=" + rights, "--ambient-caps=" + rights};
+  argv.insert(argv.begin(), change.begin(), change.end());
+  return argv;
+}
+
+/// A copy, without the capability by which the installed file cannot be run in a container.
+fs::path copiedKwin(const fs::path& folder) {
+  const fs::path copy = folder / "kwin_wayland";
+  fs::copy_file(HARNESS_KWIN, copy);
+  return copy;
+}
+
+Image imageOf(const std::string& portablePixmap) {
+  int width = 0;
+  int height = 0;
+  int offset = 0;
+  if (std::sscanf(portablePixmap.c_str(), "P6 %d %d 255%n", &width, &height, &offset) != 2)
+    throw std::runtime_error("grim made no picture");
+  Image image{width, height, {}};
+  const auto* bytes = reinterpret_cast<const unsigned char*>(portablePixmap.data()) + offset + 1;
+  const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  if (portablePixmap.size() < static_cast<std::size_t>(offset) + 1 + 3 * count)
+    throw std::runtime_error("grim's picture is cut off");
+  image.pixels.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    image.pixels.push_back(static_cast<std::uint32_t>(bytes[3 * i]) << 16 |
+                           static_cast<std::uint32_t>(bytes[3 * i + 1]) << 8 | bytes[3 * i + 2]);
+  }
+  return image;
+}
+
+/// What the compositor would show on its monitors, if it had any.
+class GrimScreen final : public Screen {
+ public:
+  explicit GrimScreen(const Desk& desk)
+      : Screen([&desk] { return desk.home().isAtRest(); }), desk_(desk) {}
+
+  [[nodiscard]] Image whole() const override { return taken({}); }
+  [[nodiscard]] Image area(const Rect& wanted) const override {
+    return taken({"-g", std::to_string(wanted.x) + "," + std::to_string(wanted.y) + " " +
+                            std::to_string(wanted.width) + "x" + std::to_string(wanted.height)});
+  }
+  bool waitUntil(const std::function<bool()>& fact,
+                 std::chrono::milliseconds patience) const override {
+    return desk_.until(fact, patience);
+  }
+
+ private:
+  [[nodiscard]] Image taken(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), {"grim", "-t", "ppm", "-s", "1"});
+    arguments.emplace_back("-");
+    const RunResult result = desk_.run(std::move(arguments));
+    if (!result.succeeded()) throw std::runtime_error("grim: " + result.errorOutput);
+    return imageOf(result.output);
+  }
+
+  const Desk& desk_;
+};
+
+}  // namespace
+
+// --- Start ---
+
+WaylandDesk::WaylandDesk(const WaylandOptions& options)
+    : Desk(options.environment), kind_(options.compositor) {
+  startBus();
+  writeStartScript(home().runtime() / kStarted);
+  Environment own;
+  if (kind_ == Compositor::Kwin) {
+    server_ = std::make_unique<XServer>(
+        home().runtime(), environment(),
+        std::vector<Rect>{{0, 0, options.outputs * kOutputWidth, kOutputHeight}}, 24);
+    x_ = std::make_unique<XConnection>(server_->display());
+    own = {{"DISPLAY", server_->display()}, {"KWIN_COMPOSE", "Q"}};
+  } else {
+    own = {{"WLR_BACKENDS", "headless"},
+           {"WLR_RENDERER", "pixman"},
+           {"WLR_HEADLESS_OUTPUTS", std::to_string(options.outputs)},
+           {"WLR_LIBINPUT_NO_DEVICES", "1"}};
+  }
+  setEnvironment("XDG_SESSION_TYPE", "wayland");
+  compositor_ = start(command(options), own);
+  takeEnvironment(options);
+  connect(options.outputs);
+  if (options.sound) startSound(*options.sound);
+  startBar(options.bar);
+}
+
+WaylandDesk::~WaylandDesk() = default;
+
+std::vector<std::string> WaylandDesk::command(const WaylandOptions& options) const {
+  const fs::path script = home().runtime() / kStarted;
+  switch (kind_) {
+    case Compositor::Sway:
+      home().writeConfig("sway/config", swayConfiguration(options, script));
+      return unprivileged({"sway", "-c", home().config() / "sway/config"});
+    case Compositor::Labwc:
+      home().writeConfig("labwc/rc.xml",
+                         "<labwc_config>" + options.configuration + "</labwc_config>");
+      return {"labwc", "-s", script};
+    case Compositor::Kwin:
+      break;
+  }
+  // Beside each other, as long as there is room.
+  home().writeConfig("kwinrc", "[Windows]\nPlacement=Smart\n" + options.configuration);
+  std::vector<std::string> argv{copiedKwin(home().runtime()),
+                                "--x11-display",
+                                server_->display(),
+                                "--width",
+                                std::to_string(kOutputWidth),
+                                "--height",
+                                std::to_string(kOutputHeight),
+                                "--output-count",
+                                std::to_string(options.outputs),
+                                "--no-lockscreen",
+                                script};
+  if (options.xwayland) argv.insert(argv.begin() + 1, "--xwayland");
+  return argv;
+}
+
+void WaylandDesk::takeEnvironment(const WaylandOptions& options) {
+  const fs::path told = home().runtime() / (std::string(kStarted) + ".told");
+  require(until([&] { return fs::exists(told); }), "the compositor", *compositor_);
+  std::istringstream lines(textOf(told));
+  std::string wayland;
+  std::string x;
+  std::string sway;
+  std::getline(lines, wayland) && std::getline(lines, x) && std::getline(lines, sway);
+  setEnvironment("WAYLAND_DISPLAY", home().runtime() / wayland);
+  if (options.xwayland) setEnvironment("DISPLAY", x);
+  if (!sway.empty()) setEnvironment("SWAYSOCK", sway);
+  const char* const desktops[] = {"sway", "labwc:wlroots", "KDE"};
+  setEnvironment("XDG_CURRENT_DESKTOP", desktops[static_cast<std::size_t>(kind_)]);
+  // Also those that the bus starts belong to this desktop.
+  const RunResult passedOn = run({"dbus-update-activation-environment", "WAYLAND_DISPLAY",
+                                  "SWAYSOCK", "XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE"});
+  if (!passedOn.succeeded()) throw std::runtime_error("the bus: " + passedOn.errorOutput);
+}
+
+void WaylandDesk::connect(int outputs) {
+  const std::string socket = environment().at("WAYLAND_DISPLAY");
+  client_ = std::make_unique<WaylandClient>(socket);
+  const auto complete = [&] { return std::ssize(client_->outputs()) == outputs; };
+  require(until(complete), "every monitor", *compositor_);
+  if (kind_ == Compositor::Kwin) {
+    spreadHostWindows();
+    screen_ = std::make_unique<XScreen>(*x_, [this] { return home().isAtRest(); });
+    input_ = std::make_unique<XInput>(*x_);
+  } else {
+    screen_ = std::make_unique<GrimScreen>(*this);
+    input_ = std::make_unique<VirtualDevices>(socket);
+  }
+}
+
+// They come in the order of the monitors, each over the one before.
+void WaylandDesk::spreadHostWindows() {
+  const XReply<xcb_query_tree_reply_t> tree(
+      xcb_query_tree_reply(x_->get(), xcb_query_tree(x_->get(), x_->root()), nullptr));
+  if (!tree) throw std::runtime_error("the monitors' windows cannot be listed");
+  int x = 0;
+  for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+    const xcb_window_t window = xcb_query_tree_children(tree.get())[i];
+    if (x_->text(window, "WM_NAME").empty() && x_->text(window, "_NET_WM_NAME").empty()) continue;
+    const std::uint32_t place[] = {static_cast<std::uint32_t>(x), 0};
+    xcb_configure_window(x_->get(), window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+    x += kOutputWidth;
+  }
+  xcb_flush(x_->get());
+}
+
+// --- Monitors ---
+
+bool WaylandDesk::configureOutput(const std::string& output, const std::string& wanted,
+                                  const std::vector<std::string>& forLabwc,
+                                  const std::function<bool()>& isSo) {
+  std::vector<std::string> argv;
+  switch (kind_) {
+    case Compositor::Sway:
+      argv = {"swaymsg", "output " + output + " " + wanted};
+      break;
+    case Compositor::Labwc:
+      argv = {"wlr-randr", "--output", output};
+      argv.insert(argv.end(), forLabwc.begin(), forLabwc.end());
+      break;
+    case Compositor::Kwin:
+      argv = {"kscreen-doctor", "output." + output + "." + wanted};
+      std::ranges::replace(argv.back(), ' ', '.');
+      break;
+  }
+  const RunResult asked = run(std::move(argv));
+  return asked.succeeded() && until(isSo, 10s);
+}
+
+bool WaylandDesk::turnOff(const std::string& output) {
+  // Its wlroots has no such thing, and it says yes.
+  if (kind_ == Compositor::Sway &&
+      run({"sway", "--version"}).output.find("1.7") != std::string::npos)
+    return false;
+  return configureOutput(output, "disable", {"--off"}, [&] {
+    return std::ranges::none_of(outputs(), [&](const auto& one) { return one.name == output; });
+  });
+}
+
+void WaylandDesk::turnOn(const std::string& output) {
+  const auto isOn = [&] {
+    return std::ranges::any_of(outputs(), [&](const auto& one) { return one.name == output; });
+  };
+  if (!configureOutput(output, "enable", {"--on"}, isOn))
+    throw std::runtime_error(output + " stays off");
+}
+
+void WaylandDesk::scale(const std::string& output, double factor) {
+  std::ostringstream text;
+  text << factor;
+  const int width = static_cast<int>(std::lround(kOutputWidth / factor));
+  const auto isSo = [&] {
+    return std::ranges::any_of(outputs(), [&](const WaylandOutput& one) {
+      return one.name == output && std::abs(one.area.width - width) <= 1;
+    });
+  };
+  if (!configureOutput(output, "scale " + text.str(), {"--scale", text.str()}, isSo))
+    throw std::runtime_error(output + " is not scaled");
+}
+
+// --- Programs ---
+
+void WaylandDesk::startBar(Bar kind) {
+  bar_.reset();
+  if (kind == Bar::None) return;
+  configureBar(kind, outputs().front().name, home());
+  barArea_ = {0, 0, kOutputWidth, kBarThickness};
+  const Image bare = screen_->area(barArea_);
+  bar_ = start(program(kind).argv);
+  const auto standing = [&] { return screen_->area(barArea_) != bare; };
+  require(until(standing) && until([&] { return bus().hasTrayHost(); }), program(kind).name, *bar_);
+  [[maybe_unused]] const Image painted = screen_->settled(barArea_, 200ms, kPatience);
+}
+
+std::unique_ptr<Process> WaylandDesk::startCalmdeck(const Environment& extra) {
+  iconFinder_.emplace(*screen_, bar_ ? std::vector<Rect>{barArea_} : std::vector<Rect>{});
+  return start({CALMDECK_PROGRAM}, extra);
+}
+
+std::optional<Rect> WaylandDesk::trayIcon() const {
+  return iconFinder_ ? iconFinder_->find() : std::nullopt;
+}
+
+ForeignWindow& WaylandDesk::openWindow(const std::string& name, std::uint32_t colour) {
+  std::ostringstream text;
+  text << '#' << std::hex << std::setw(6) << std::setfill('0') << colour;
+  windows_.push_back(std::make_unique<ForeignWindow>(
+      ForeignWindow{colour, start({FOREIGN_WINDOW, name, text.str()})}));
+  const bool shows = until([&] { return areaOf(colour).has_value(); });
+  require(shows, "a foreign window", *windows_.back()->process);
+  return *windows_.back();
+}
+
+void WaylandDesk::clickOn(const ForeignWindow& window) const {
+  const std::optional<Rect> area = areaOf(window.colour);
+  if (!area || screen_->pixel(area->centreX(), area->centreY()) != window.colour)
+    throw std::runtime_error("the middle of the window is not to be seen");
+  input_->click(area->centreX(), area->centreY());
+}
+
+std::optional<Rect> WaylandDesk::areaOf(std::uint32_t colour) const {
+  const Image all = screen_->whole();
+  Image without = all;
+  std::ranges::replace(without.pixels, colour, ~colour);
+  return changedArea(all, without);
+}
+
+}  // namespace harness
