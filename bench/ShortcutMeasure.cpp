@@ -25,7 +25,7 @@ double milliseconds(Clock::duration duration) {
 }
 
 /// Presses Control, Alt and this key; when the key went down.
-Clock::time_point press(const harness::Input& input, std::string_view key) {
+Clock::time_point press(const harness::XInput& input, std::string_view key) {
   input.keyDown("ctrl");
   input.keyDown("alt");
   const Clock::time_point down = Clock::now();

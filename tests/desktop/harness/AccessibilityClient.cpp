@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <sstream>
-#include <stdexcept>
 
 namespace harness {
 
@@ -42,7 +41,7 @@ Environment AccessibilityClient::accessibleEnvironment() {
 std::vector<AccessibleElement> AccessibilityClient::elements() const {
   std::vector<AccessibleElement> elements;
   for (const std::string& line :
-       split(desk_.run({kPython, kScript, "tree", kApplication}).output, '\n')) {
+       split(desk_.run({kPython, kScript, kApplication}).output, '\n')) {
     if (auto element = parsed(line)) elements.push_back(std::move(*element));
   }
   return elements;
@@ -62,16 +61,6 @@ std::optional<AccessibleElement> AccessibilityClient::await(
       },
       patience);
   return found;
-}
-
-bool AccessibilityClient::act(const AccessibleElement& element) const {
-  return desk_.run({kPython, kScript, "act", kApplication, element.role, element.name}).succeeded();
-}
-
-std::unique_ptr<Process> AccessibilityClient::listen() const {
-  auto listener = desk_.start({kPython, kScript, "listen", kApplication});
-  if (!listener->waitForLine("listening$")) throw std::runtime_error("nobody can listen");
-  return listener;
 }
 
 }  // namespace harness

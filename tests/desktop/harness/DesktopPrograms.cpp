@@ -2,6 +2,8 @@
 
 #include <array>
 #include <fstream>
+#include <stdexcept>
+#include <string_view>
 
 namespace harness {
 
@@ -47,6 +49,11 @@ const DesktopProgram& program(Panel kind) {
       {"mate-panel", {"mate-panel", "--replace"}},
   }};
   return rowOf(table, kind);
+}
+
+std::ostream& operator<<(std::ostream& stream, WindowManager kind) {
+  static const std::array names{"None", "Openbox", "Xfwm4", "Marco", "Icewm"};
+  return stream << names.at(static_cast<std::size_t>(kind));
 }
 
 std::ostream& operator<<(std::ostream& stream, Panel kind) {
@@ -99,6 +106,72 @@ const DesktopProgram& program(DesktopIcons kind) {
       {"pcmanfm-qt", {"pcmanfm-qt", "--desktop", "--profile", "lxqt"}},
   }};
   return rowOf(table, kind);
+}
+
+namespace {
+
+/// The settings of a panel: a file of the folder "panels", where they go, and the panel's own words
+/// for each Edge.
+struct PanelSettings {
+  const char* file;
+  const char* target;
+  std::array<const char*, 4> edges;
+};
+constexpr const char* kMateFile = "mate-panel.dconf";
+constexpr std::array<PanelSettings, 4> kPanelSettings{{
+    {"xfce4-panel.xml",
+     "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml",
+     {"11", "12", "5", "1"}},  // its numbers for a panel snapped to the whole edge
+    {"tint2rc",
+     "tint2/tint2rc",
+     {"top center horizontal", "bottom center horizontal", "center left vertical",
+      "center right vertical"}},
+    {"lxqt-panel.conf", "lxqt/panel.conf", {"Top", "Bottom", "Left", "Right"}},
+    {kMateFile, kMateFile, {"top", "bottom", "left", "right"}},
+}};
+
+/// Replaces each `{name}` of `text`.
+std::string filled(std::string text, const Environment& values) {
+  for (const auto& [name, value] : values) {
+    const std::string mark = "{" + name + "}";
+    for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos; at += value.size())
+      text.replace(at, mark.size(), value);
+  }
+  return text;
+}
+
+}  // namespace
+
+void configurePanel(Panel kind, const PanelPlace& place, const PrivateHome& home,
+                    const Environment& environment) {
+  if (kind == Panel::None) return;
+  const PanelSettings& settings = kPanelSettings.at(static_cast<std::size_t>(kind) - 1);
+  const bool upright = place.edge == Edge::Left || place.edge == Edge::Right;
+  const Environment values{{"edge", settings.edges.at(static_cast<std::size_t>(place.edge))},
+                           {"upright", upright ? "1" : "0"},
+                           {"monitor", std::to_string(place.monitor)},
+                           {"number", std::to_string(place.monitor + 1)}};
+  const std::string folder = HARNESS_FOLDER "/panels/";
+  home.writeConfig(settings.target, filled(textOf(folder + settings.file), values));
+  if (kind != Panel::MatePanel) return;
+  const RunResult loaded =
+      runToEnd({{"sh", "-c", "dconf load / < \"$0\"", home.config() / kMateFile}, environment});
+  if (!loaded.succeeded()) throw std::runtime_error("dconf: " + loaded.errorOutput);
+}
+
+void configureBar(Bar kind, const std::string& output, const PrivateHome& home) {
+  switch (kind) {
+    case Bar::None:
+      break;
+    case Bar::Waybar:
+      home.writeConfig("waybar/config",
+                       filled(textOf(HARNESS_FOLDER "/panels/waybar.json"), {{"monitor", output}}));
+      home.writeConfig("waybar/style.css", "window#waybar { background: #303030; }\n");
+      break;
+    case Bar::LxqtPanel:
+      configurePanel(Panel::LxqtPanel, {.edge = Edge::Top}, home, {});
+      break;
+  }
 }
 
 }  // namespace harness

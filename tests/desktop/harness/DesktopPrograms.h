@@ -13,6 +13,7 @@ namespace harness {
 enum class WindowManager : std::uint8_t { None, Openbox, Xfwm4, Marco, Icewm };
 enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
 /// For the names of parameterised tests.
+std::ostream& operator<<(std::ostream& stream, WindowManager kind);
 std::ostream& operator<<(std::ostream& stream, Panel kind);
 
 /// On Wayland. Those that are installed are installedCompositors().

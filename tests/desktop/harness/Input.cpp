@@ -1,6 +1,7 @@
 #include "desktop/harness/Input.h"
 
 #include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -10,14 +11,9 @@ namespace harness {
 
 namespace {
 
-constexpr std::pair<std::string_view, xcb_keysym_t> kKeysyms[] = {
-    {"BackSpace", 0xff08}, {"Tab", 0xff09},    {"Return", 0xff0d},    {"Escape", 0xff1b},
-    {"Home", 0xff50},      {"Left", 0xff51},   {"Up", 0xff52},        {"Right", 0xff53},
-    {"Down", 0xff54},      {"End", 0xff57},    {"Menu", 0xff67},      {"Num_Lock", 0xff7f},
-    {"shift", 0xffe1},     {"ctrl", 0xffe3},   {"Caps_Lock", 0xffe5}, {"alt", 0xffe9},
-    {"super", 0xffeb},     {"Delete", 0xffff}, {"space", 0x20},       {"plus", 0x2b},
-};
-constexpr xcb_keysym_t kF1 = 0xffbe;
+/// Keys that a keyboard has on both sides.
+constexpr std::pair<std::string_view, const char*> kLeftOnes[] = {
+    {"shift", "Shift_L"}, {"ctrl", "Control_L"}, {"alt", "Alt_L"}, {"super", "Super_L"}};
 
 std::vector<std::string> parts(std::string_view chord) {
   std::vector<std::string> names;
@@ -32,13 +28,13 @@ std::vector<std::string> parts(std::string_view chord) {
 }  // namespace
 
 xcb_keysym_t keysymOf(std::string_view name) {
-  for (const auto& [known, keysym] : kKeysyms) {
-    if (known == name) return keysym;
-  }
-  if (name.size() > 1 && name.front() == 'F')
-    return kF1 + static_cast<xcb_keysym_t>(std::stoi(std::string(name.substr(1)))) - 1;
-  if (name.size() != 1) throw std::runtime_error("unknown key " + std::string(name));
-  return static_cast<unsigned char>(name.front());
+  if (name.size() == 1) return static_cast<unsigned char>(name.front());
+  std::string known(name);
+  for (const auto& [both, left] : kLeftOnes)
+    if (name == both) known = left;
+  const xcb_keysym_t keysym = xkb_keysym_from_name(known.c_str(), XKB_KEYSYM_NO_FLAGS);
+  if (keysym == XKB_KEY_NoSymbol) throw std::runtime_error("unknown key " + known);
+  return keysym;
 }
 
 void XInput::fake(std::uint8_t type, std::uint8_t detail, int x, int y) const {

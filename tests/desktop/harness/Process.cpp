@@ -12,7 +12,6 @@
 #include <cstring>
 #include <stdexcept>
 #include <thread>
-#include <utility>
 
 namespace harness {
 
@@ -122,8 +121,6 @@ Process::Process(const Command& command) {
   const std::vector<char*> argvPointers = pointersInto(argv);
   const std::vector<char*> environmentPointers = pointersInto(assignments);
   const FileDescriptor input(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-  Pipe output = makePipe();
-  Pipe error = makePipe();
   Pipe failure = makePipe();
   const std::string directory = command.workingDirectory.string();
 
@@ -131,8 +128,8 @@ Process::Process(const Command& command) {
                       environmentPointers.data(),
                       directory.empty() ? nullptr : directory.c_str(),
                       input.get(),
-                      output.writing.get(),
-                      error.writing.get(),
+                      capture_.end(Stream::Output),
+                      capture_.end(Stream::Error),
                       failure.writing.get(),
                       ::getpid()};
   pid_ = ::fork();
@@ -142,7 +139,6 @@ Process::Process(const Command& command) {
   throwIfNotStarted(failure.reading, pid_, argv.front());
   // Through syscall: glibc 2.36 declares pidfd_open without C linkage.
   pidDescriptor_ = FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0)));
-  capture_.emplace(std::move(output.reading), std::move(error.reading));
 }
 
 Process::~Process() {
@@ -209,12 +205,21 @@ void Process::reap() {
   while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
   }
   end_ = WIFEXITED(status) ? ProcessEnd{WEXITSTATUS(status), 0} : ProcessEnd{-1, WTERMSIG(status)};
-  capture_->finish();
 }
 
 std::optional<std::string> Process::waitForLine(const std::string& pattern,
                                                 std::chrono::milliseconds patience, Stream stream) {
-  return capture_->waitForLine(stream, std::regex(pattern), Clock::now() + patience);
+  const std::regex wanted(pattern);
+  std::optional<std::string> line;
+  until(
+      [&] {
+        // First, lest the last words fall between the two looks.
+        const bool hasEnded = end_ || waitReadable(pidDescriptor_.get(), Clock::now());
+        line = capture_.takeLine(stream, wanted, hasEnded);
+        return line || hasEnded;
+      },
+      patience);
+  return line;
 }
 
 RunResult runToEnd(const Command& command) {

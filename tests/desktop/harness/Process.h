@@ -69,19 +69,18 @@ class Process {
   /// SIGTERM to the whole group, SIGKILL when it has not ended after `grace`.
   ProcessEnd terminate(std::chrono::milliseconds grace = std::chrono::seconds(1));
 
-  /// Absent when the child still runs after `patience`. From its return on, the captured output
-  /// is complete.
+  /// Absent when the child still runs after `patience`.
   std::optional<ProcessEnd> waitForExit(std::chrono::milliseconds patience = kPatience);
 
   /// The next line of `stream` in which the ECMAScript `pattern` matches; each call goes on behind
-  /// the line that the one before returned. Absent when the time or the stream ends first.
+  /// the line that the one before returned. Absent when the time or the child ends first.
   std::optional<std::string> waitForLine(const std::string& pattern,
                                          std::chrono::milliseconds patience = kPatience,
                                          Stream stream = Stream::Output);
 
   /// Everything written so far.
-  [[nodiscard]] std::string output() const { return capture_->text(Stream::Output); }
-  [[nodiscard]] std::string errorOutput() const { return capture_->text(Stream::Error); }
+  [[nodiscard]] std::string output() const { return capture_.text(Stream::Output); }
+  [[nodiscard]] std::string errorOutput() const { return capture_.text(Stream::Error); }
 
  private:
   void signalGroup(int number);
@@ -89,7 +88,7 @@ class Process {
 
   pid_t pid_ = -1;
   FileDescriptor pidDescriptor_;
-  std::optional<LineCapture> capture_;
+  LineCapture capture_;
   std::optional<ProcessEnd> end_;
 };
 

@@ -86,6 +86,7 @@ class XDesk final : public Desk {
   [[nodiscard]] std::optional<WindowInfo> awaitWindow(const WindowTest& test) const;
 
  private:
+  [[nodiscard]] bool windowManagerTakesWindows() const;
   [[nodiscard]] bool trayHostReady(Panel kind) const;
   void startAgainWhileStuck(std::unique_ptr<Process>& process, const std::vector<std::string>& argv,
                             const std::function<bool()>& ready) const;

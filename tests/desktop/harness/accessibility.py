@@ -1,13 +1,8 @@
 #!/usr/bin/python3
-"""What a screen reader finds in one application, and what it can do there.
+"""What a screen reader finds in one application.
 
-accessibility.py tree APPLICATION          one line an element: role, name, states, x, y, width,
-                                           height, description, depth; separated by tabs
-accessibility.py act APPLICATION ROLE NAME carries out the first action of that element
-accessibility.py listen APPLICATION        says "listening", then the name and the new description of
-                                           each element that has one, separated by a tab
-
-Ends with 1 when the application or the element is not there (yet).
+accessibility.py APPLICATION prints one line an element: role, name, states, x, y, width, height,
+description, depth; separated by tabs. Ends with 1 when the application is not there (yet).
 """
 import sys
 
@@ -56,32 +51,14 @@ def line(element, depth):
                                *area(element), element.get_description(), depth)))
 
 
-def listen(name):
-    def heard(event):
-        if event.source.get_application().get_name() == name:
-            print(event.source.get_name(), event.source.get_description(), sep="\t", flush=True)
-
-    listener = Atspi.EventListener.new(heard)
-    if not listener.register("object:property-change:accessible-description"):
-        return 1
-    print("listening", flush=True)
-    Atspi.event_main()
-    return 0
-
-
-def main(verb, name, *target):
+def main(name):
     Atspi.set_timeout(2000, 2000)
-    if verb == "listen":
-        return listen(name)
     found = application(name)
     if not found:
         return 1
     for element, depth in walk(found):
-        if verb == "tree":
-            print(line(element, depth))
-        elif (role(element), element.get_name()) == target:
-            return 0 if element.get_action_iface().do_action(0) else 1
-    return 0 if verb == "tree" else 1
+        print(line(element, depth))
+    return 0
 
 
 if __name__ == "__main__":

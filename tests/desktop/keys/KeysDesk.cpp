@@ -1,18 +1,24 @@
 #include "desktop/keys/KeysDesk.h"
 
-#include <sys/stat.h>
 #include <xcb/xinput.h>
 
-#include <fstream>
+#include <QKeyEvent>
+#include <QLoggingCategory>
+#include <QString>
+#include <algorithm>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
-using harness::Stream;
+#include "desktop/linux/x11/Xkb.h"
+
 using harness::XReply;
 
 Typewriter::Typewriter(harness::XDesk& desk) : desk_(desk), x_(desk.server().display()) {
+  // Others are told of modifiers that stand for the second layout.
+  xcb_discard_reply(x_.get(), xcb_xkb_use_extension(x_.get(), 1, 0).sequence);
   const xcb_window_t window = xcb_generate_id(x_.get());
-  const std::uint32_t values[] = {1, XCB_EVENT_MASK_KEY_RELEASE};
+  const std::uint32_t values[] = {1, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE};
   xcb_create_window(x_.get(), XCB_COPY_FROM_PARENT, window, x_.root(), 600, 500, 100, 100, 0,
                     XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                     XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
@@ -25,8 +31,10 @@ Typewriter::Typewriter(harness::XDesk& desk) : desk_(desk), x_(desk.server().dis
 
 void Typewriter::takeEvents() {
   while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(x_.get())}) {
-    if ((event->response_type & 0x7f) != XCB_KEY_RELEASE) continue;
-    released_.push_back(reinterpret_cast<const xcb_key_release_event_t&>(*event).detail);
+    const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+    const int type = event->response_type & 0x7f;
+    if (type == XCB_KEY_PRESS) presses_.push_back({key.detail, key.state});
+    if (type == XCB_KEY_RELEASE) released_.push_back(key.detail);
   }
 }
 
@@ -35,6 +43,7 @@ void Typewriter::forget() {
   const XReply<xcb_get_input_focus_reply_t> answer(
       xcb_get_input_focus_reply(x_.get(), xcb_get_input_focus(x_.get()), nullptr));
   takeEvents();
+  presses_.clear();
   released_.clear();
 }
 
@@ -76,92 +85,105 @@ void Typewriter::ungrabByXInput(std::uint8_t keycode, std::uint32_t modifiers) {
   forget();
 }
 
-KeysDesk::KeysDesk(const harness::DeskOptions& options)
-    : desk_(options), fifo_(desk_.home().home() / "commands") {
-  setLayout({"us"});
-  // With the first key the server changes keyboards, which programs take for another layout.
-  input().places({place::kMenu});
-  if (::mkfifo(fifo_.c_str(), 0600) != 0) throw std::runtime_error("no fifo");
-  probe_ = desk_.start({KEYS_PROBE, fifo_}, {{"QT_LOGGING_RULES", "calmdeck.keys.debug=true"}});
-  if (!probe_->waitForLine("^up$")) throw std::runtime_error(probe_->errorOutput());
-  other_ = std::make_unique<Typewriter>(desk_);
+namespace {
+
+/// All tests of this process share it, since Qt keeps its session bus for as long as that lives.
+harness::XDesk& surroundings() {
+  static harness::XDesk desk;
+  return desk;
 }
 
-void KeysDesk::setLayout(const std::vector<std::string>& arguments) {
-  std::vector<std::string> argv{"setxkbmap"};
-  argv.insert(argv.end(), arguments.begin(), arguments.end());
-  const auto result = desk_.run(argv);
+harness::Environment environmentOf(const char* session) {
+  harness::Environment environment = surroundings().environment();
+  environment["XDG_CURRENT_DESKTOP"] = session;
+  return environment;
+}
+
+std::string hexadecimal(const std::optional<std::string>& text) {
+  if (!text) return "-";
+  std::ostringstream codes;
+  for (const char32_t code : QString::fromStdString(*text).toStdU32String())
+    codes << std::hex << static_cast<std::uint32_t>(code);
+  return codes.str();
+}
+
+}  // namespace
+
+KeysDesk::KeysDesk(const char* session)
+    : desk_(surroundings()),
+      program_(environmentOf(session)),
+      keyboard_(linux_desktop::XKeyboard::open(program_.events())),
+      xHotKeys_(linux_desktop::XHotKeys::open(program_.events(), *keyboard_)),
+      hotKeys_(xHotKeys_.get()),
+      translator_(*keyboard_),
+      other_(desk_) {
+  QLoggingCategory::setFilterRules(QStringLiteral("calmdeck.keys.debug=true"));
+  hotKeys_.setClient(this);
+  setLayout({"-layout", "us", "-option", ""});
+  // With the first key the server changes keyboards, which programs take for another layout.
+  input().places({place::kMenu});
+}
+
+void KeysDesk::setLayout(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "setxkbmap");
+  const auto result = desk_.run(std::move(arguments));
   EXPECT_TRUE(result.succeeded()) << result.errorOutput;
 }
 
 bool KeysDesk::adapted(const std::string& layout, int moved) {
-  const std::string line = "is " + layout + ".*, " + std::to_string(moved) + " moved$";
-  return probe_->waitForLine(line, harness::kPatience, Stream::Error).has_value();
-}
-
-bool KeysDesk::repeats() {
-  return probe_->waitForLine("repeats$", harness::kPatience, Stream::Error).has_value();
-}
-
-void KeysDesk::tell(const std::string& command) {
-  std::ofstream(fifo_) << command << std::endl;
+  return program_.logs("is " + layout + ".*, " + std::to_string(moved) + " moved$");
 }
 
 platform::OSStatus KeysDesk::registers(std::uint32_t number, std::uint32_t keyCode,
                                        std::uint32_t modifiers) {
-  tell("register " + std::to_string(number) + " " + std::to_string(keyCode) + " " +
-       std::to_string(modifiers));
-  const auto line = probe_->waitForLine("^status ");
-  return line ? std::stoi(line->substr(7)) : -1;
+  program_.turn();
+  return hotKeys_.registerHotKey(number, keyCode, modifiers);
 }
 
-void KeysDesk::unregister(std::uint32_t number) {
-  tell("unregister " + std::to_string(number));
-  EXPECT_TRUE(probe_->waitForLine("^unregistered$"));
+testing::AssertionResult KeysDesk::hears(const Reports& wanted) {
+  const bool heard = until([&] { return reports_ == wanted; });
+  const Reports all = std::exchange(reports_, {});
+  if (heard) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << testing::PrintToString(all) << program_.log();
 }
 
-void KeysDesk::openWindow() {
-  tell("window");
-  EXPECT_TRUE(probe_->waitForLine("^focused$"));
-}
-
-bool KeysDesk::says(const std::string& line) {
-  return probe_->waitForLine("^" + line).has_value();
+std::size_t KeysDesk::presses() const {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      reports_, [](const std::string& report) { return report.starts_with("pressed"); }));
 }
 
 testing::AssertionResult KeysDesk::fires(std::uint32_t number,
                                          const std::vector<std::uint8_t>& places) {
-  const std::string name = std::to_string(number);
-  const std::size_t before = count("pressed " + name);
   input().places(places);
-  if (!says("released " + name + "$")) {
-    return testing::AssertionFailure()
-           << "not reported: hot key " << number << probe_->output() << probe_->errorOutput();
-  }
-  const std::size_t times = count("pressed " + name) - before;
-  if (times == 1) return testing::AssertionSuccess();
-  return testing::AssertionFailure() << "pressed " << times << " times: hot key " << number;
+  const std::string name = std::to_string(number);
+  return hears({"pressed " + name, "released " + name});
 }
 
 testing::AssertionResult KeysDesk::passes(const std::vector<std::uint8_t>& places) {
-  const std::size_t before = count("pressed");
-  other_->forget();
+  other_.forget();
   input().places(places);
-  const std::vector<std::uint8_t> seen = other_->released(places.size());
-  if (count("pressed") != before) return testing::AssertionFailure() << "it was reported";
+  const std::vector<std::uint8_t> seen = other_.released(places.size());
+  // Behind the answer nothing is on its way to us.
+  static_cast<void>(program_.server().time());
+  program_.turn();
+  if (auto silence = hears({}); !silence) return silence;
   if (seen == std::vector(places.rbegin(), places.rend())) return testing::AssertionSuccess();
   return testing::AssertionFailure() << "typed were " << testing::PrintToString(seen);
 }
 
-std::size_t KeysDesk::count(const std::string& start) {
-  std::size_t found = 0;
-  std::istringstream lines(probe_->output());
-  for (std::string line; std::getline(lines, line);)
-    if (line.starts_with(start)) ++found;
-  return found;
-}
-
 std::string KeysDesk::typed(const std::vector<std::uint8_t>& places) {
+  other_.forget();
   input().places(places);
-  return probe_->waitForLine("^key ").value_or("key nothing").substr(4);
+  static_cast<void>(other_.released(places.size()));
+  program_.turn();
+  for (const auto& [key, state] : other_.presses()) {
+    const QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, key, 0, state);
+    const auto event = translator_.translate(press);
+    if (!event) continue;
+    std::ostringstream line;
+    line << event->keyCode << ' ' << std::hex << event->modifierFlags << ' '
+         << hexadecimal(event->charactersIgnoringModifiers);
+    return line.str();
+  }
+  return "nothing";
 }

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <chrono>
 #include <ostream>
-#include <tuple>
 
 #include "desktop/harness/DesktopConfiguration.h"
 #include "desktop/program/ProgramDesk.h"
@@ -10,13 +10,14 @@
 using harness::DeskOptions;
 using harness::DesktopIcons;
 using harness::Panel;
-using harness::SoundServer;
 using harness::SoundServerKind;
 using harness::Stream;
 using harness::WindowManager;
 using testing::SizeIs;
 
 namespace {
+
+constexpr std::chrono::milliseconds kCalm{200};
 
 DeskOptions deskWith(Panel panel, SoundServerKind sound) {
   return {.windowManager = WindowManager::Openbox, .panel = panel, .sound = sound};
@@ -50,31 +51,25 @@ TEST_P(HungPanelTest, APanelThatHangsBeforeTheStartHoldsNothingUp) {
   EXPECT_TRUE(program.says("Left click!"));
 }
 
-TEST_P(PanelFaultsTest, APanelThatComesLateShowsTheIcon) {
+TEST_P(PanelFaultsTest, APanelThatComesLateShowsTheIconAndAfterItsDeathAgain) {
   harness::XDesk& desk = program.desk();
   const harness::TrayIconFinder finder(desk.screen(), desk.panelAreas());
   desk.stopPanel();
   ASSERT_TRUE(program.start());
   EXPECT_THAT(program.complaints("tray"), SizeIs(1));
   desk.startPanel(GetParam());
-  EXPECT_TRUE(finder.find());
+  const auto place = finder.find();
+  ASSERT_TRUE(place);
   EXPECT_THAT(program.complaints("tray"), SizeIs(1));
-}
 
-TEST_P(PanelFaultsTest, APanelThatIsKilledAndStartedAgainShowsTheIconAgain) {
-  ASSERT_TRUE(program.start());
   ASSERT_TRUE(program.muteByTheMode());
-  const harness::Image on = program.iconImage();
-  program.desk().panel().kill();
-  program.desk().startPanel(GetParam());
-  ASSERT_TRUE(program.desk().until([&] { return program.iconImage() == on; }));
-  program.desk().input().key("Escape");
-  ASSERT_TRUE(program.closes());
-  ASSERT_TRUE(program.clickIcon());
-  ASSERT_TRUE(program.says("Left click!"));
-  ASSERT_TRUE(program.opens());
-  ASSERT_TRUE(program.clickSwitch(ProgramDesk::kMaster));
-  EXPECT_TRUE(program.sinkMuted(false));
+  const harness::Image on = desk.screen().settled(*place, kCalm, harness::kPatience);
+  desk.panel().kill();
+  desk.startPanel(GetParam());
+  ASSERT_TRUE(finder.find());
+  EXPECT_EQ(desk.screen().settled(*place, kCalm, harness::kPatience), on);
+  desk.input().click(place->centreX(), place->centreY());
+  EXPECT_TRUE(program.says("Left click!"));
 }
 
 TEST(TrayProtocolsTest, TheIconMovesFromEachToTheOther) {
@@ -100,66 +95,14 @@ TEST(TrayProtocolsTest, WithoutASessionBusTheOldOneServes) {
   EXPECT_EQ(program.program().waitForExit(), (harness::ProcessEnd{0, 0}));
 }
 
-// --- Sound ---
-
-struct SoundFault {
-  const char* name;
-  void (*begin)(SoundServer&);
-  void (*end)(SoundServer&);
-};
-constexpr SoundFault kSoundFaults[] = {
-    {"Killed", [](SoundServer& server) { server.kill(); },
-     [](SoundServer& server) { server.start(); }},
-    {"Hung", [](SoundServer& server) { server.stop(); },
-     [](SoundServer& server) { server.cont(); }},
-};
-
-// What a test runner lists the case under.
-void PrintTo(const SoundFault& row, std::ostream* stream) {
-  *stream << row.name;
-}
-
-class SoundFaultsTest : public testing::TestWithParam<std::tuple<SoundServerKind, SoundFault>> {
- protected:
-  SoundServer& server() { return program.desk().sound(); }
-
-  const SoundFault fault = std::get<1>(GetParam());
-  ProgramDesk program{deskWith(Panel::None, std::get<0>(GetParam()))};
-};
-
-INSTANTIATE_TEST_SUITE_P(EachServer, SoundFaultsTest,
-                         testing::Combine(testing::Values(SoundServerKind::PulseAudio,
-                                                          SoundServerKind::PipeWire),
-                                          testing::ValuesIn(kSoundFaults)),
-                         [](const auto& row) {
-                           return testing::PrintToString(std::get<0>(row.param)) +
-                                  std::get<1>(row.param).name;
-                         });
-
-TEST_P(SoundFaultsTest, AfterAFailureInTheModeTheSwitchesMuteAndUnmuteAgain) {
-  ASSERT_TRUE(program.start());
-  ASSERT_TRUE(program.muteByTheMode());
-  fault.begin(server());
-  ASSERT_TRUE(program.clickSwitch("Presentation mode"));
-  EXPECT_TRUE(program.switchedOn({"Speaker"}));
-  EXPECT_THAT(program.complaints("audio"), SizeIs(1));
-  fault.end(server());
-  ASSERT_TRUE(program.clickSwitch("Presentation mode"));
-  EXPECT_TRUE(program.sinkMuted(true));
-  ASSERT_TRUE(program.clickSwitch("Presentation mode"));
-  EXPECT_TRUE(program.sinkMuted(false));
-  EXPECT_TRUE(program.program().running());
-}
-
-// --- The session bus itself as the peer that fails, which everything else on it then seems to do;
-// and ---
-
-constexpr const char* kToggle = "ctrl+alt+p";
+// --- The session bus itself, and with it all that is on it ---
 
 /// The shortcut turns everything on: nobody can be asked for the places of the switches while the
 /// bus hangs, since screen readers ask over it.
-class SessionBusFaultsTest : public testing::Test {
+class ModeFaults {
  protected:
+  explicit ModeFaults(const DeskOptions& options) : program(options) {}
+
   void furnish(DesktopIcons icons) {
     desk.home().writeConfig("calmdeck/settings.json",
                             R"({"kUserdefaultsToggleSpeakerOff": true,
@@ -172,24 +115,38 @@ class SessionBusFaultsTest : public testing::Test {
     harness::configureIcons(desk, icons, {{.colour = "#204060"}, {.colour = "#604020"}});
     desk.startIcons(icons);
   }
+  /// Every monitor has its cover, or none has.
   [[nodiscard]] bool covered(bool covered) {
     return desk.until([&] {
-      return desk.windows().findViewable(harness::ofClass("calmdeck-cover")).has_value() == covered;
+      const auto all = desk.windows().all();
+      const auto covers = std::ranges::count_if(all, [](const harness::WindowInfo& window) {
+        return window.className == "calmdeck-cover" && window.viewable;
+      });
+      return covers == (covered ? 2 : 0);
     });
+  }
+  void expectTheSpeakerTurns(bool muted) {
+    desk.input().key("ctrl+alt+p");
+    EXPECT_TRUE(program.sinkMuted(muted));
   }
   /// One call that waited as long as the bus itself does, 25 seconds, would outlast the patience.
   void expectTheModeTurns(bool on) {
-    desk.input().key(kToggle);
+    expectTheSpeakerTurns(on);
     EXPECT_TRUE(covered(on));
-    EXPECT_TRUE(program.sinkMuted(on));
   }
-  [[nodiscard]] harness::Process& bus() { return desk.bus().process(); }
 
-  ProgramDesk program{DeskOptions{.windowManager = WindowManager::Openbox,
-                                  .panel = harness::Panel::Tint2,
-                                  .notifications = harness::NotificationDaemon::Dunst,
-                                  .sound = SoundServerKind::PulseAudio}};
+  ProgramDesk program;
   harness::XDesk& desk = program.desk();
+};
+
+class SessionBusFaultsTest : public ModeFaults, public testing::Test {
+ protected:
+  SessionBusFaultsTest()
+      : ModeFaults({.windowManager = WindowManager::Openbox,
+                    .panel = Panel::Tint2,
+                    .notifications = harness::NotificationDaemon::Dunst,
+                    .sound = SoundServerKind::PulseAudio}) {}
+  [[nodiscard]] harness::Process& bus() { return desk.bus().process(); }
 };
 
 TEST_F(SessionBusFaultsTest, ABusThatHangsBeforeTheStartIsLeftOut) {
@@ -216,27 +173,6 @@ TEST_F(SessionBusFaultsTest, ABusThatHangsInTheModeHoldsNothingUp) {
   expectTheModeTurns(false);
   // Where all this takes long enough, Do Not Disturb speaks of its wait.
   EXPECT_THAT(program.complaints(""), testing::Each(testing::HasSubstr("does not answer")));
-}
-
-TEST_F(SessionBusFaultsTest, TwoPressesWhileADaemonHangsEndWithNothingCoveredOrHidden) {
-  furnish(DesktopIcons::Pcmanfm);
-  ASSERT_TRUE(program.start());
-  const auto editor = desk.openWindow("Editor", {60, 60, 300, 200});
-  desk.windows().activate(editor.id);
-  ASSERT_TRUE(program.closes());
-  const auto hidden = [&](bool wanted) {
-    return desk.until([&] { return desk.windows().info(editor.id)->has("HIDDEN") == wanted; });
-  };
-  desk.notifications().freezeGroup();
-  for (int press = 0; press < 2; ++press) desk.input().key(kToggle);
-  EXPECT_TRUE(hidden(true));
-  EXPECT_TRUE(hidden(false));
-  // The click comes after everything that the presses have set going.
-  ASSERT_TRUE(program.clickIcon());
-  ASSERT_TRUE(program.opens());
-  EXPECT_TRUE(covered(false));
-  EXPECT_TRUE(hidden(false));
-  desk.notifications().thawGroup();
 }
 
 TEST_F(SessionBusFaultsTest, WithoutTheBusTheOpenPanelGoesOn) {
@@ -276,45 +212,24 @@ void PrintTo(const ManagedDesktop& row, std::ostream* stream) {
   *stream << row.name;
 }
 
-class WindowManagerFaultsTest : public testing::TestWithParam<ManagedDesktop> {
+class WindowManagerFaultsTest : public ModeFaults, public testing::TestWithParam<ManagedDesktop> {
  protected:
+  WindowManagerFaultsTest()
+      : ModeFaults({.windowManager = GetParam().windowManager,
+                    .panel = Panel::Tint2,
+                    .sound = SoundServerKind::PulseAudio}) {}
   void SetUp() override {
-    desk.home().writeConfig("calmdeck/settings.json",
-                            R"({"kUserdefaultsToggleSpeakerOff": true,
-                                "kUserdefaultsToggleDesktopIcons": true,
-                                "kUserdefaultsToggleHideActiveApps": true,
-                                "kuserdefault_ToggleAppShortcut": "p",
-                                "kuserdefault_ToggleAppFlag": [12, 13]})");
-    harness::configureIcons(desk, GetParam().icons, {{.colour = "#204060"}, {.colour = "#604020"}});
-    desk.startIcons(GetParam().icons);
+    furnish(GetParam().icons);
     ASSERT_TRUE(program.start());
     editor = desk.openWindow("Editor", {60, 60, 300, 200});
     desk.windows().activate(editor.id);
     ASSERT_TRUE(desk.until([&] { return desk.windows().active() == editor.id; }));
     ASSERT_TRUE(program.closes());
   }
-  /// Every monitor has its cover, or none has.
-  [[nodiscard]] bool covered(bool covered) {
-    return desk.until([&] {
-      const auto all = desk.windows().all();
-      const auto covers = std::ranges::count_if(all, [](const harness::WindowInfo& window) {
-        return window.className == "calmdeck-cover" && window.viewable;
-      });
-      return covered ? covers == 2 : covers == 0;
-    });
-  }
   [[nodiscard]] bool hidden(bool hidden) {
     return desk.until([&] { return desk.windows().info(editor.id)->has("HIDDEN") == hidden; });
   }
-  void expectTheSpeakerTurns(bool muted) {
-    desk.input().key(kToggle);
-    EXPECT_TRUE(program.sinkMuted(muted));
-  }
 
-  ProgramDesk program{{.windowManager = GetParam().windowManager,
-                       .panel = harness::Panel::Tint2,
-                       .sound = harness::SoundServerKind::PulseAudio}};
-  harness::XDesk& desk = program.desk();
   harness::WindowInfo editor;
 };
 

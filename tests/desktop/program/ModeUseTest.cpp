@@ -14,39 +14,6 @@ using harness::Rect;
 
 namespace {
 
-class ModeUseTest : public testing::TestWithParam<FullDesktop> {
- protected:
-  ModeDesk mode{GetParam()};
-  harness::XDesk& desk = mode.desk();
-};
-
-INSTANTIATE_TEST_SUITE_P(On, ModeUseTest, testing::ValuesIn(kFullDesktops),
-                         [](const auto& row) { return row.param.name; });
-
-TEST_P(ModeUseTest, EachSwitchActsAtOnceWhileTheModeIsOn) {
-  ASSERT_TRUE(mode.openWindows());
-  ASSERT_TRUE(mode.startProgram());
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(true));
-  const struct {
-    const char* name;
-    testing::AssertionResult (ModeDesk::*effect)(bool);
-  } features[] = {{"Desktop icons", &ModeDesk::covered},
-                  {"Notifications", &ModeDesk::quiet},
-                  {"Other applications", &ModeDesk::othersHidden},
-                  {"Speaker", &ModeDesk::muted},
-                  {"Wallpaper", &ModeDesk::showsChosenPicture}};
-  for (const auto& feature : features) {
-    for (const bool on : {false, true}) {
-      ASSERT_TRUE(mode.click(feature.name)) << feature.name;
-      EXPECT_TRUE((mode.*feature.effect)(on)) << feature.name;
-    }
-  }
-  ASSERT_TRUE(mode.inTheMode(true));
-  ASSERT_TRUE(mode.closePanel());
-  EXPECT_TRUE(mode.bare());
-}
-
 // --- What comes and goes around the program while the mode is on ---
 
 /// What is told of pictures; file managers write the rest anew when they end or a monitor goes.

@@ -25,21 +25,7 @@ void PrintTo(const Place& row, std::ostream* stream) {
 
 class PlacementTest : public testing::TestWithParam<Place> {
  protected:
-  /// The free pixels between the popover and the bar at the bar's inner edge.
-  static int distance(const Rect& popover, const Rect& bar, Edge edge) {
-    switch (edge) {
-      case Edge::Top:
-        return popover.y - bar.bottom();
-      case Edge::Bottom:
-        return bar.y - popover.bottom();
-      case Edge::Left:
-        return popover.x - bar.right();
-      case Edge::Right:
-        return bar.x - popover.right();
-    }
-    return -1;
-  }
-
+  /// Inside the monitor, beside the bar and not far from it, and in line with the icon.
   testing::AssertionResult isAtTheIcon() {
     constexpr int kWidestGap = 16;
     const Rect popover = program.popoverArea();
@@ -48,11 +34,13 @@ class PlacementTest : public testing::TestWithParam<Place> {
     if (!icon) return testing::AssertionFailure() << "no icon";
     const Rect monitor =
         program.desk().server().monitors().at(static_cast<std::size_t>(GetParam().monitor));
-    const int gap = distance(popover, bar, GetParam().edge);
+    const Rect around{bar.x - kWidestGap, bar.y - kWidestGap, bar.width + 2 * kWidestGap,
+                      bar.height + 2 * kWidestGap};
     const bool lies = bar.width > bar.height;
-    const bool beside = lies ? popover.x <= icon->centreX() && icon->centreX() < popover.right()
-                             : popover.y <= icon->centreY() && icon->centreY() < popover.bottom();
-    if (monitor.contains(popover) && gap >= 0 && gap <= kWidestGap && beside)
+    const bool inLine = lies ? popover.contains(icon->centreX(), popover.y)
+                             : popover.contains(popover.x, icon->centreY());
+    if (monitor.contains(popover) && !bar.intersects(popover) && around.intersects(popover) &&
+        inLine)
       return testing::AssertionSuccess();
     const auto text = [](const Rect& area) {
       return testing::PrintToString(std::tuple(area.x, area.y, area.width, area.height));

@@ -55,9 +55,6 @@ TEST_F(FilePathWidgetTest, LongPathIsElidedInTheMiddleAndWholeElsewhere) {
   EXPECT_EQ(widget(*path).toolTip(), whole);
   EXPECT_EQ(readerOf(*path).role(), QAccessible::StaticText);
   EXPECT_EQ(readerOf(*path).text(QAccessible::Name), "Wallpaper: " + whole);
-}
-
-TEST_F(FilePathWidgetTest, WordsInPlaceOfAPathAreShownAsTheyAre) {
   show(QStringLiteral("Please select a Wallpaper"));
   EXPECT_EQ(widget(*path).shownText(), QStringLiteral("Please select a Wallpaper"));
   EXPECT_TRUE(widget(*path).toolTip().isEmpty());

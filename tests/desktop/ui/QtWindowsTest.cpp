@@ -1,15 +1,17 @@
 #include "desktop/linux/ui/QtWindows.h"
 
+#include <QAccessible>
+#include <QApplication>
 #include <QLabel>
-#include <QToolButton>
+#include <QTest>
 
 #include "desktop/linux/ui/Theme.h"
-#include "desktop/ui/PanelTest.h"
+#include "desktop/ui/UiTest.h"
+#include "platform/appkit/NSTextField.h"
 
 namespace linux_desktop {
 namespace {
 
-using ui_test::PanelTest;
 using namespace std::chrono_literals;
 
 /// Counts the events of one kind in the whole process while it lives.
@@ -26,8 +28,33 @@ class EventCount final : public QObject {
   QEvent::Type type_;
 };
 
-class QtWindowsTest : public PanelTest {
+/// A window at a status item with a text and two switches.
+class QtWindowsTest : public ui_test::UiTest, public platform::NSWindowDelegate {
  protected:
+  QtWindowsTest() {
+    content->addSubview(label);
+    content->addSubview(first);
+    content->addSubview(second);
+    window->setContentView(content);
+    window->setDelegate(this);
+  }
+  ~QtWindowsTest() override { window->orderOut(nullptr); }
+
+  void windowShouldClose() override { ++closes; }
+  void userActedElsewhere() override {}
+
+  /// Shows the panel; returns when it has the keyboard.
+  void show() {
+    window->show(platform::port::PlacedAtStatusItem{&item});
+    window->makeKeyWindow();
+    EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
+  }
+
+  /// As the keyboard does: to whatever has the focus.
+  static void key(Qt::Key key, QTest::KeyAction action = QTest::Click) {
+    QTest::sendKeyEvent(action, QApplication::focusWidget(), key, QString(), Qt::NoModifier);
+  }
+
   /// Whether the first switch is painted in several steps when it slides on, while `wait` waits. A
   /// busy machine leaves steps out, but not those of every slide.
   bool slidesOnInSteps(const std::function<void()>& wait) {
@@ -43,6 +70,18 @@ class QtWindowsTest : public PanelTest {
     }
     return false;
   }
+
+  ui_test::TestStatusItem item;
+  std::shared_ptr<platform::NSStackView> content =
+      ui_test::make<platform::NSStackView>({{"spacing", "8"}, {"left", "12"}, {"top", "12"}});
+  std::shared_ptr<platform::NSTextField> label = ui_test::make<platform::NSTextField>(
+      {{"text", "Sound"}, {"textColor", "secondaryLabelColor"}});
+  std::shared_ptr<controls::CToggleButton> first = ui_test::make<controls::CToggleButton>(
+      {{"accessibilityLabel", "Mute"}, {"accessibilityHelp", "Mutes the speaker"}});
+  std::shared_ptr<controls::CToggleButton> second = ui_test::make<controls::CToggleButton>({});
+  std::shared_ptr<platform::NSWindow> window =
+      std::make_shared<platform::NSWindow>(platform::NSWindowStyle::Popover);
+  int closes = 0;
 };
 
 TEST_F(QtWindowsTest, PopoverStaysAtItsPanelWhenItsContentShrinks) {
@@ -54,24 +93,6 @@ TEST_F(QtWindowsTest, PopoverStaysAtItsPanelWhenItsContentShrinks) {
   EXPECT_FALSE(widgetOf(*second)->isVisible());
   second->setHidden(false);
   EXPECT_TRUE(until([&] { return shown()->geometry() == before; }));
-}
-
-TEST_F(QtWindowsTest, WithoutATrayThePanelIsAWindowWithTheMenu) {
-  item.shown = false;
-  show();
-  EXPECT_FALSE(shown()->windowFlags().testFlag(Qt::FramelessWindowHint));
-  auto* button = shown()->findChild<QToolButton*>();
-  ASSERT_NE(button, nullptr);
-  EXPECT_EQ(button->accessibleName(), QStringLiteral("Menu"));
-  button->setFocus(Qt::TabFocusReason);
-  key(Qt::Key_Space);
-  EXPECT_EQ(item.menuRequests, 1);
-
-  window->orderOut(nullptr);
-  item.shown = true;
-  show();
-  EXPECT_TRUE(shown()->windowFlags().testFlag(Qt::FramelessWindowHint));
-  EXPECT_TRUE(shown()->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
 }
 
 TEST_F(QtWindowsTest, ViewsThatComeAndGoAreShown) {
@@ -134,6 +155,92 @@ TEST_F(QtWindowsTest, ThemeChangesAtRunTimeAreFollowed) {
   EXPECT_GE(contrast(text, QColor(40, 40, 44)), kTextContrast);
   QApplication::setFont(font);
   QApplication::setPalette(former);
+}
+
+TEST_F(QtWindowsTest, TabReachesEverySwitchThatTakesTheKeyboardAndSpaceFlipsIt) {
+  const auto passedOver = ui_test::make<controls::CToggleButton>({});
+  passedOver->statetag = -1;
+  content->addSubview(passedOver);
+  show();
+  for (const auto& toggle : {first, second}) {
+    key(Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), widgetOf(*toggle));
+    key(Qt::Key_Space, QTest::Press);
+    EXPECT_FALSE(toggle->isOn());
+    EXPECT_EQ(toggle->circle()->frame().width, 15) << "held down";
+    key(Qt::Key_Space, QTest::Release);
+    EXPECT_TRUE(toggle->isOn());
+    EXPECT_EQ(toggle->circle()->frame().width, 12);
+  }
+  key(Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), widgetOf(*first));
+  key(Qt::Key_Backtab);
+  EXPECT_EQ(QApplication::focusWidget(), widgetOf(*second));
+}
+
+TEST_F(QtWindowsTest, FocusIsSeenWhenTheKeyboardBroughtItAndNotAfterAClick) {
+  show();
+  QWidget& widget = *widgetOf(*first);
+  const QImage calm = widget.grab().toImage();
+  widget.setFocus(Qt::MouseFocusReason);
+  EXPECT_EQ(widget.grab().toImage(), calm);
+  widget.clearFocus();
+  key(Qt::Key_Tab);
+  EXPECT_NE(widget.grab().toImage(), calm);
+}
+
+TEST_F(QtWindowsTest, PressThatIsLetGoOutsideIsReleased) {
+  show();
+  QWidget* widget = widgetOf(*first);
+  QTest::mousePress(widget, Qt::LeftButton);
+  EXPECT_EQ(first->circle()->frame().width, 15);
+  QTest::mouseRelease(widget, Qt::LeftButton, Qt::NoModifier, QPoint(-200, -200));
+  EXPECT_TRUE(first->isOn());
+  QTest::mouseClick(widget, Qt::RightButton);
+  EXPECT_TRUE(first->isOn());
+  QTest::mouseDClick(widget, Qt::LeftButton);
+  EXPECT_TRUE(first->isOn()) << "two clicks are two flips";
+}
+
+TEST_F(QtWindowsTest, PressIsReleasedWhenThePanelGoesOrTheFocusMovesOn) {
+  show();
+  key(Qt::Key_Tab);
+  key(Qt::Key_Space, QTest::Press);
+  key(Qt::Key_Tab);
+  EXPECT_TRUE(first->isOn());
+  QTest::mousePress(widgetOf(*second), Qt::LeftButton);
+  window->orderOut(nullptr);
+  EXPECT_FALSE(second->isOn()) << "nothing is reported from inside a call";
+  EXPECT_TRUE(until([this] { return second->isOn(); }));
+}
+
+TEST_F(QtWindowsTest, EscapeAndTheTitleBarAskTheModelToClose) {
+  show();
+  key(Qt::Key_Escape);
+  EXPECT_EQ(closes, 1);
+  key(Qt::Key_Tab);
+  key(Qt::Key_Escape);
+  EXPECT_EQ(closes, 2);
+  shown()->close();
+  EXPECT_EQ(closes, 3);
+  ASSERT_NE(shown(), nullptr);
+}
+
+TEST_F(QtWindowsTest, ScreenReaderIsToldNameHelpAndStateAndCanFlip) {
+  show();
+  QAccessibleInterface& reader = *QAccessible::queryAccessibleInterface(widgetOf(*first));
+  EXPECT_EQ(reader.role(), QAccessible::CheckBox);
+  EXPECT_EQ(reader.text(QAccessible::Name), QStringLiteral("Mute"));
+  EXPECT_EQ(reader.text(QAccessible::Description), QStringLiteral("Mutes the speaker"));
+  EXPECT_TRUE(reader.state().checkable && reader.state().focusable);
+  EXPECT_FALSE(reader.state().checked);
+  ASSERT_TRUE(
+      reader.actionInterface()->actionNames().contains(QAccessibleActionInterface::toggleAction()));
+  reader.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_TRUE(first->isOn());
+  EXPECT_TRUE(reader.state().checked);
+  reader.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_FALSE(first->isOn());
 }
 
 }  // namespace

@@ -4,8 +4,13 @@
 
 #include <array>
 
+#include "desktop/linux/ui/OutsideActs.h"
+#include "desktop/ui/UiTest.h"
+
 namespace linux_desktop {
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr QSize kSize{300, 400};
 constexpr QRect kMonitor{0, 0, 1280, 720};
@@ -82,6 +87,57 @@ TEST(PopoverPlacementTest, APanelTakesRoomFromItsOwnMonitorOnly) {
   EXPECT_EQ(usableArea(kMonitor, {kSecondLeft, kSecondBottom}), kMonitor);
   EXPECT_EQ(usableArea(kSecond, {kSecondLeft}), QRect(1320, 0, 984, 600));
   EXPECT_EQ(usableArea(kMonitor, {kTop, kLeft, kRight, kBottom}), QRect(48, 30, 1192, 650));
+}
+
+// --- What makes it close ---
+
+class OutsideActsTest : public ui_test::UiTest {
+ protected:
+  /// Longer than any wait of the class.
+  void letTimePass() { loop.sleep(OutsideActs::kItemPatience + 50ms); }
+
+  platform::MonotonicTime time{};
+  int reports = 0;
+  OutsideActs acts{[this] { return time; }, [this] { ++reports; }};
+};
+
+TEST_F(OutsideActsTest, PressAndTheLossOfTheKeyboardThatFollowsAreOneAct) {
+  acts.pressedElsewhere();
+  time += 450ms;
+  acts.lostKeyboard();
+  EXPECT_EQ(reports, 1);
+  time += 2s;
+  acts.lostKeyboard();
+  EXPECT_EQ(reports, 2);
+}
+
+TEST_F(OutsideActsTest, PressOnAPanelWaitsForTheStatusItem) {
+  acts.pressedOnPanel();
+  acts.lostKeyboard();
+  EXPECT_EQ(reports, 0);
+  acts.itemActivated();
+  acts.lostKeyboard();
+  letTimePass();
+  EXPECT_EQ(reports, 0);
+}
+
+TEST_F(OutsideActsTest, PressOnAPanelBesideTheItemCountsOnce) {
+  acts.pressedOnPanel();
+  acts.lostKeyboard();
+  acts.pressedOnPanel();
+  EXPECT_TRUE(until([this] { return reports == 1; }));
+  letTimePass();
+  EXPECT_EQ(reports, 1);
+}
+
+TEST_F(OutsideActsTest, ItemThatSpeaksBeforeItsPressIsSeenIsUnderstood) {
+  acts.itemActivated();
+  acts.pressedOnPanel();
+  letTimePass();
+  EXPECT_EQ(reports, 0);
+  time += 5s;
+  acts.pressedOnPanel();
+  EXPECT_TRUE(until([this] { return reports == 1; }));
 }
 
 }  // namespace

@@ -1,0 +1,200 @@
+#include "desktop/linux/ui/QtDialogs.h"
+
+#include <QAbstractButton>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QTemporaryDir>
+
+#include "desktop/ui/TitledTest.h"
+#include "platform/appkit/NSOpenPanel.h"
+
+namespace linux_desktop {
+namespace {
+
+using ui_test::TitledTest;
+
+/// A titled window, and beside it a panel at the status item with a switch.
+class QtDialogsTest : public TitledTest {
+ protected:
+  QtDialogsTest() {
+    panel->setContentView(toggle);
+    panel->setDelegate(this);
+  }
+  ~QtDialogsTest() override { panel->orderOut(nullptr); }
+
+  void userActedElsewhere() override { ++actsElsewhere; }
+
+  void showPanel() {
+    panel->show(platform::port::PlacedAtStatusItem{&item});
+    panel->makeKeyWindow();
+    ASSERT_TRUE(until([this] { return panel->isKeyWindow(); }));
+    panelWindow = shown();
+  }
+  [[nodiscard]] bool clickTurnsTheSwitch() {
+    const bool before = toggle->isOn();
+    QTest::mouseClick(panelWindow->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      panelWindow->rect().center());
+    return toggle->isOn() != before;
+  }
+  /// The one that shows; null while none does.
+  template <class Dialog>
+  static Dialog* dialog() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      auto* found = qobject_cast<Dialog*>(widget);
+      if (found != nullptr && found->isVisible() && found->isActiveWindow()) return found;
+    }
+    return nullptr;
+  }
+  template <class Dialog>
+  [[nodiscard]] bool comes() {
+    return until([] { return dialog<Dialog>() != nullptr; });
+  }
+
+  ui_test::TestStatusItem item;
+  std::shared_ptr<controls::CToggleButton> toggle = ui_test::make<controls::CToggleButton>({});
+  std::shared_ptr<platform::NSWindow> panel =
+      std::make_shared<platform::NSWindow>(platform::NSWindowStyle::Popover);
+  QWidget* panelWindow = nullptr;
+  std::unique_ptr<platform::port::Windows::ModalPeer> peer;
+  std::vector<std::string> answers;
+  int actsElsewhere = 0;
+};
+
+class QtAlertTest : public QtDialogsTest {
+ protected:
+  QtAlertTest() {
+    alert.setMessageText("Fish & chips <b>?");
+    alert.setInformativeText("Not available: ⌃⌥p");
+    for (const char* title : {"Yes", "Later", "No"}) alert.addButtonWithTitle(title);
+  }
+
+  void ask() {
+    peer = windows.showAlert(alert, [this](std::size_t index) {
+      answers.push_back(alert.buttonTitles().at(index));
+      peer.reset();
+    });
+    ASSERT_TRUE(comes<QMessageBox>());
+  }
+  static QMessageBox* box() { return dialog<QMessageBox>(); }
+
+  platform::NSAlert alert;
+};
+
+TEST_F(QtAlertTest, KeyboardAnswersWithTheFirstButtonAndEscapeWithTheLast) {
+  ask();
+  EXPECT_EQ(box()->windowTitle(), QStringLiteral("Calmdeck"));
+  EXPECT_EQ(box()->text(), QStringLiteral("Fish & chips <b>?"));
+  EXPECT_EQ(box()->informativeText(), QStringLiteral("Not available: Ctrl+Alt+P"));
+  QTest::keyClick(box(), Qt::Key_Return);
+  ask();
+  QTest::keyClick(box(), Qt::Key_Escape);
+  ask();
+  QTest::mouseClick(box()->buttons().at(1), Qt::LeftButton);
+  ask();
+  peer.reset();  // taken away, it answers nothing
+  settle();
+  EXPECT_EQ(answers, (std::vector<std::string>{"Yes", "No", "Later"}));
+  EXPECT_EQ(box(), nullptr);
+}
+
+TEST_F(QtAlertTest, PanelBehindItTakesNoInputAndIsNotLeft) {
+  showPanel();
+  ask();
+  EXPECT_TRUE(until([this] { return !panel->isKeyWindow(); }));
+  EXPECT_FALSE(clickTurnsTheSwitch());
+  QTest::keyClick(box(), Qt::Key_Return);
+  settle();
+  EXPECT_EQ(actsElsewhere, 0);
+  EXPECT_TRUE(panelWindow->isVisible());
+}
+
+TEST_F(QtAlertTest, SheetStopsItsOwnWindowAndNoOther) {
+  item.shown = false;
+  showPanel();
+  show();
+  QWindow* waiting = QApplication::activeWindow()->windowHandle();
+  alert.beginSheetModalForWindow(
+      *window, [this](int response) { answers.push_back(std::to_string(response)); });
+  ASSERT_TRUE(comes<QMessageBox>());
+  EXPECT_EQ(box()->windowHandle()->transientParent(), waiting);
+  QTest::keyClick(waiting, Qt::Key_A);
+  EXPECT_TRUE(keys->presses.empty());
+  EXPECT_TRUE(clickTurnsTheSwitch());
+  QTest::keyClick(box(), Qt::Key_Return);
+  EXPECT_TRUE(until([&] { return waiting->isActive(); }));
+  EXPECT_EQ(answers, std::vector<std::string>{"1000"});
+  QTest::keyClick(waiting, Qt::Key_A);
+  EXPECT_EQ(keys->presses.size(), 1U);
+}
+
+class QtOpenPanelTest : public QtDialogsTest {
+ protected:
+  QtOpenPanelTest() {
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+    EXPECT_TRUE(QDir(home.path()).mkpath(QStringLiteral("Pictures/more")));
+    for (const char* name : {"HILL.GIF", "Sea.Png", "notes.txt"})
+      EXPECT_TRUE(QFile(picture(name)).open(QIODevice::WriteOnly));
+    choice.setMessage("Please select an image");
+    choice.setPrompt("Select");
+    choice.setAllowedFileTypes({"png", "gif", "GIF"});
+  }
+  ~QtOpenPanelTest() override {
+    qputenv("HOME", formerHome);
+    qputenv("XDG_CONFIG_HOME", formerConfig);
+  }
+
+  [[nodiscard]] QString picture(const QString& name) const {
+    return home.filePath("Pictures/" + name);
+  }
+  void ask() {
+    peer = windows.showOpenPanel(choice, [this](const std::optional<std::string>& path) {
+      answers.push_back(path.value_or("nothing"));
+      peer.reset();
+    });
+    ASSERT_TRUE(comes<QFileDialog>());
+  }
+  static QFileDialog* files() { return dialog<QFileDialog>(); }
+  static void type(const QString& name) {
+    QTest::keyClicks(files()->focusWidget(), name);
+    QTest::keyClick(files()->focusWidget(), Qt::Key_Return);
+    settle();
+  }
+
+  QByteArray formerHome = qgetenv("HOME");
+  QByteArray formerConfig = qgetenv("XDG_CONFIG_HOME");
+  QTemporaryDir home;
+  platform::NSOpenPanel choice;
+};
+
+TEST_F(QtOpenPanelTest, AnswersOnceWithTheWholePathOfAFileOfTheTypesOffered) {
+  ask();
+  EXPECT_EQ(files()->windowTitle(), QStringLiteral("Please select an image"));
+  EXPECT_EQ(files()->labelText(QFileDialog::Accept), QStringLiteral("Select"));
+  EXPECT_EQ(files()->nameFilters(), QStringList("Suitable files (*.png *.PNG *.gif *.GIF)"));
+  EXPECT_EQ(files()->directory(), QDir(picture("")));
+  type("more");
+  QTest::keyClick(files(), Qt::Key_Escape);
+  for (const char* name : {"HILL.GIF", "Sea.Png", "notes.txt"}) {
+    ask();
+    type(QLatin1String(name));
+    EXPECT_EQ(files(), nullptr) << name;
+  }
+  EXPECT_EQ(answers, (std::vector{std::string("nothing"), picture("HILL.GIF").toStdString(),
+                                  picture("Sea.Png").toStdString(), std::string("nothing")}));
+}
+
+TEST_F(QtOpenPanelTest, WindowsWaitAndOneThatIsTakenAwayAnswersNothing) {
+  showPanel();
+  ask();
+  EXPECT_FALSE(clickTurnsTheSwitch());
+  peer.reset();
+  settle();
+  EXPECT_EQ(files(), nullptr);
+  EXPECT_TRUE(answers.empty());
+  EXPECT_TRUE(until([this] { return panel->isKeyWindow(); }));
+}
+
+}  // namespace
+}  // namespace linux_desktop

@@ -1,0 +1,237 @@
+#include "desktop/x11/HidingDesk.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <ctime>
+#include <utility>
+
+// The C library's own declarations would have it that poll only writes what it is given.
+struct pollfd {
+  int fd;
+  short events;
+  short revents;
+};
+extern "C" int ppoll(pollfd* descriptors, unsigned long count, const timespec* patience,
+                     const sigset_t* mask);
+
+namespace {
+
+using harness::WindowManager;
+
+constexpr short kWritable = 4;  // POLLOUT
+constexpr std::uint32_t kFromPager = 2;
+
+int counted = -1;
+bool hasSent = false;
+int roundTrips = 0;
+
+harness::DeskOptions optionsFor(WindowManager windowManager) {
+  harness::DeskOptions options;
+  options.windowManager = windowManager;
+  options.sessionBus =
+      windowManager == WindowManager::Xfwm4 || windowManager == WindowManager::Marco;
+  return options;
+}
+
+}  // namespace
+
+/// Stands before the C library's own, and counts how often the program has sent something to the X
+/// server and then waited for it.
+extern "C" int poll(pollfd* descriptors, unsigned long count, int timeout) {
+  if (count == 1 && timeout != 0 && descriptors->fd == counted) {
+    // xcb waits for room before it sends. Answers come in pieces: only what was sent since makes
+    // waiting for them another round trip.
+    const bool sends = (descriptors->events & kWritable) != 0;
+    if (std::exchange(hasSent, sends) && !sends) ++roundTrips;
+  }
+  const timespec patience{timeout / 1000, timeout % 1000 * 1'000'000L};
+  return ppoll(descriptors, count, timeout < 0 ? nullptr : &patience, nullptr);
+}
+
+HidingDesk::HidingDesk(WindowManager windowManager) : desk_(optionsFor(windowManager)) {}
+
+// --- Windows ---
+
+void HidingDesk::setAtom(xcb_window_t window, const std::string& property,
+                         const std::string& value) {
+  if (value.empty()) return;
+  const xcb_atom_t atom = desk_.x().atom(property + "_" + value);
+  xcb_change_property(desk_.x().get(), XCB_PROP_MODE_REPLACE, window, desk_.x().atom(property),
+                      XCB_ATOM_ATOM, 32, 1, &atom);
+}
+
+xcb_window_t HidingDesk::create(const ForeignWindow& window) {
+  xcb_connection_t* x = desk_.x().get();
+  const xcb_window_t id = xcb_generate_id(x);
+  const auto& area = window.area;
+  xcb_create_window(x, XCB_COPY_FROM_PARENT, id, desk_.x().root(),
+                    static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
+                    static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(area.height),
+                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  const auto text = [&](xcb_atom_t name, const std::string& value) {
+    if (value.empty()) return;
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, name, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(value.size()), value.data());
+  };
+  text(XCB_ATOM_WM_NAME, window.name);
+  text(XCB_ATOM_WM_CLASS, "instance" + std::string(1, '\0') + window.className + '\0');
+  text(desk_.x().atom("_GTK_APPLICATION_ID"), window.gtkApplicationId);
+  // The user's own position, so that no window manager looks for a free one.
+  constexpr std::array<std::uint32_t, 18> kUserPosition{1};
+  xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_NORMAL_HINTS,
+                      XCB_ATOM_WM_SIZE_HINTS, 32, kUserPosition.size(), kUserPosition.data());
+  setAtom(id, "_NET_WM_WINDOW_TYPE", window.type);
+  setAtom(id, "_NET_WM_STATE", window.state);
+  if (window.transientFor != XCB_NONE) {
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW,
+                        32, 1, &window.transientFor);
+  }
+  xcb_map_window(x, id);
+  xcb_flush(x);
+  return id;
+}
+
+xcb_window_t HidingDesk::open(const ForeignWindow& window) {
+  const xcb_window_t id = create(window);
+  const auto isThere = [&] {
+    const auto info = desk_.windows().info(id);
+    return info && info->managed && info->viewable;
+  };
+  EXPECT_TRUE(desk_.until(isThere)) << window.name;
+  return id;
+}
+
+Windows HidingDesk::openMany(int count) {
+  Windows windows;
+  for (int i = 0; i < count; ++i) {
+    windows.push_back(create({.name = "many " + std::to_string(i),
+                              .className = "Many" + std::to_string(i % 10),
+                              .area = {10 + i % 50 * 8, 10 + i % 40 * 6, 120, 90}}));
+  }
+  EXPECT_TRUE(desk_.until([&] { return stacking(windows).size() == windows.size(); }));
+  return windows;
+}
+
+void HidingDesk::close(xcb_window_t window) {
+  xcb_destroy_window(desk_.x().get(), window);
+  EXPECT_TRUE(desk_.until([&] { return stacking({window}).empty(); }));
+}
+
+void HidingDesk::moveToWorkspace(xcb_window_t window, std::uint32_t number) {
+  desk_.x().askWindowManager(window, "_NET_WM_DESKTOP", {number, kFromPager});
+  EXPECT_TRUE(desk_.until([&] { return workspace(window) == number; }));
+}
+
+void HidingDesk::minimise(xcb_window_t window) {
+  constexpr std::uint32_t kIconic = 3;
+  desk_.x().askWindowManager(window, "WM_CHANGE_STATE", {kIconic});
+  EXPECT_TRUE(desk_.until([&] { return isMinimised(window); }));
+}
+
+void HidingDesk::activate(xcb_window_t window) {
+  desk_.windows().activate(window);
+  EXPECT_TRUE(desk_.until([&] { return isActive(window); }));
+  if (program_) program_->turn();
+}
+
+// --- The program ---
+
+void HidingDesk::startProgram() {
+  applications_.reset();
+  program_.reset();
+  program_.emplace(desk_.environment());
+  applications_.emplace(program_->events());
+  counted = xcb_get_file_descriptor(program_->server().get());
+}
+
+std::vector<platform::port::ApplicationInfo> HidingDesk::list() {
+  program_->turn();
+  return applications_->runningApplications();
+}
+
+std::vector<platform::port::ApplicationId> HidingDesk::regular() {
+  std::vector<platform::port::ApplicationId> ids;
+  for (const auto& info : applications_->runningApplications()) {
+    if (info.activationPolicy == platform::NSApplicationActivationPolicy::Regular)
+      ids.push_back(info.id);
+  }
+  return ids;
+}
+
+void HidingDesk::hide() {
+  roundTrips = 0;
+  for (const auto id : regular()) EXPECT_TRUE(applications_->hide(id));
+  roundTrips_ += roundTrips;
+}
+
+void HidingDesk::show() {
+  roundTrips = 0;
+  for (const auto id : regular()) {
+    if (applications_->isHidden(id)) applications_->unhide(id);
+  }
+  roundTrips_ += roundTrips;
+}
+
+void HidingDesk::hideAsTheMode() {
+  hide();
+  program_->turn();
+  hide();
+}
+
+HidingDesk::Cost HidingDesk::cost() {
+  const unsigned sequence = xcb_no_operation(program_->server().get()).sequence;
+  return {sequence - std::exchange(sequence_, sequence), std::exchange(roundTrips_, 0)};
+}
+
+// --- What is seen ---
+
+bool HidingDesk::isMinimised(xcb_window_t window) const {
+  const auto info = desk_.windows().info(window);
+  return info && info->has("HIDDEN");
+}
+
+bool HidingDesk::isMarked(xcb_window_t window) const {
+  return desk_.x().number(window, "_CALMDECK_HIDDEN").has_value();
+}
+
+bool HidingDesk::hasKeyboard(xcb_window_t window) const {
+  const harness::XReply<xcb_get_input_focus_reply_t> reply(
+      xcb_get_input_focus_reply(desk_.x().get(), xcb_get_input_focus(desk_.x().get()), nullptr));
+  return reply && reply->focus == window;
+}
+
+bool HidingDesk::isSeen(xcb_window_t window) const {
+  const auto info = desk_.windows().info(window);
+  return info && info->viewable;
+}
+
+std::uint32_t HidingDesk::workspace(xcb_window_t window) const {
+  return desk_.x().number(window, "_NET_WM_DESKTOP").value_or(UINT32_MAX);
+}
+
+testing::AssertionResult HidingDesk::all(const Windows& windows, const char* claim,
+                                         const std::function<bool(xcb_window_t)>& test) {
+  if (until([&] { return std::ranges::all_of(windows, test); })) return testing::AssertionSuccess();
+  return testing::AssertionFailure()
+         << std::ranges::count_if(windows, test) << " are " << claim << "; "
+         << std::ranges::count_if(windows, [&](auto window) { return isMarked(window); })
+         << " are marked";
+}
+
+testing::AssertionResult HidingDesk::allMinimised(const Windows& windows) {
+  return all(windows, "minimised", [&](xcb_window_t window) { return isMinimised(window); });
+}
+
+testing::AssertionResult HidingDesk::allShown(const Windows& windows) {
+  // The mark goes last, when all is put back.
+  return all(windows, "shown",
+             [&](xcb_window_t window) { return !isMinimised(window) && !isMarked(window); });
+}
+
+Windows HidingDesk::stacking(const Windows& among) const {
+  Windows order = desk_.windows().stacking();
+  std::erase_if(
+      order, [&](xcb_window_t window) { return std::ranges::find(among, window) == among.end(); });
+  return order;
+}

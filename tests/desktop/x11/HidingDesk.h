@@ -1,0 +1,97 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/harness/XDesk.h"
+#include "desktop/linux/x11/XApplications.h"
+#include "desktop/x11/TestProgram.h"
+
+/// What a foreign program's window says of itself.
+struct ForeignWindow {
+  std::string name = {};
+  std::string className = "Foreign";
+  std::string type = {};   // as "DIALOG"; empty: none
+  std::string state = {};  // as "SKIP_TASKBAR"; empty: none
+  xcb_window_t transientFor = XCB_NONE;
+  std::string gtkApplicationId = {};
+  harness::Rect area{100, 100, 200, 150};
+};
+
+using Windows = std::vector<xcb_window_t>;
+
+/// A desktop with foreign windows on it, and in this process what hides and shows them.
+class HidingDesk {
+ public:
+  explicit HidingDesk(harness::WindowManager windowManager);
+
+  [[nodiscard]] harness::XDesk& desk() { return desk_; }
+
+  /// Opens a window on the test's own connection; returns once it is managed and on the screen.
+  xcb_window_t open(const ForeignWindow& window);
+  /// Many at once, of ten applications.
+  Windows openMany(int count);
+  /// A real program's: xmessage.
+  xcb_window_t openProgram(const std::string& title, const harness::Rect& area) {
+    return desk_.openWindow(title, area).id;
+  }
+  void close(xcb_window_t window);
+  // Each returns once it is so.
+  void moveToWorkspace(xcb_window_t window, std::uint32_t workspace);
+  void minimise(xcb_window_t window);
+  void activate(xcb_window_t window);
+
+  /// Anew, where it has been started.
+  void startProgram();
+  [[nodiscard]] TestProgram& program() { return *program_; }
+  [[nodiscard]] bool until(const std::function<bool()>& fact) { return program_->until(fact); }
+
+  /// Asks for all regular applications, which is begun in the next turn.
+  void hide();
+  void show();
+  /// Asks and asks once more in the next turn, as the mode does.
+  void hideAsTheMode();
+  [[nodiscard]] std::vector<platform::port::ApplicationInfo> list();
+
+  /// What we asked of the X server since the last call.
+  struct Cost {
+    unsigned requests = 0;
+    /// Of `hide` and `show` alone. How many more the answers of the window manager cost depends on
+    /// how they are bunched, which is up to the machine.
+    int roundTrips = 0;
+  };
+  [[nodiscard]] Cost cost();
+
+  [[nodiscard]] bool isMinimised(xcb_window_t window) const;
+  [[nodiscard]] bool isMarked(xcb_window_t window) const;
+  /// By the X server itself: xfwm4 goes on calling a window active that it has minimised.
+  [[nodiscard]] bool hasKeyboard(xcb_window_t window) const;
+  [[nodiscard]] bool isActive(xcb_window_t window) const {
+    return desk_.windows().active() == window;
+  }
+  [[nodiscard]] bool isSeen(xcb_window_t window) const;
+  [[nodiscard]] std::uint32_t workspace(xcb_window_t window) const;
+  /// Waits for it.
+  [[nodiscard]] testing::AssertionResult allMinimised(const Windows& windows);
+  /// Waits until they are on the screen again and nothing is hidden any more.
+  [[nodiscard]] testing::AssertionResult allShown(const Windows& windows);
+  /// Bottom to top, those of these only.
+  [[nodiscard]] Windows stacking(const Windows& among) const;
+
+ private:
+  xcb_window_t create(const ForeignWindow& window);
+  void setAtom(xcb_window_t window, const std::string& property, const std::string& value);
+  [[nodiscard]] testing::AssertionResult all(const Windows& windows, const char* claim,
+                                             const std::function<bool(xcb_window_t)>& test);
+  std::vector<platform::port::ApplicationId> regular();
+
+  harness::XDesk desk_;
+  std::optional<TestProgram> program_;
+  std::optional<linux_desktop::XApplications> applications_;
+  unsigned sequence_ = 0;
+  int roundTrips_ = 0;
+};
