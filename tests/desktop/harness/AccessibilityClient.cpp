@@ -21,11 +21,10 @@ std::vector<std::string> split(const std::string& text, char separator) {
 
 std::optional<AccessibleElement> parsed(const std::string& line) {
   const std::vector<std::string> fields = split(line, '\t');
-  if (fields.size() != 9) return std::nullopt;
+  if (fields.size() != 7) return std::nullopt;
   const auto number = [&](std::size_t index) { return std::stoi(fields.at(index)); };
   return AccessibleElement{
-      fields[0], fields[1], split(fields[2], ','), {number(3), number(4), number(5), number(6)},
-      fields[7], number(8)};
+      fields[0], fields[1], split(fields[2], ','), {number(3), number(4), number(5), number(6)}};
 }
 
 }  // namespace
@@ -40,8 +39,7 @@ Environment AccessibilityClient::accessibleEnvironment() {
 
 std::vector<AccessibleElement> AccessibilityClient::elements() const {
   std::vector<AccessibleElement> elements;
-  for (const std::string& line :
-       split(desk_.run({kPython, kScript, kApplication}).output, '\n')) {
+  for (const std::string& line : split(desk_.run({kPython, kScript, kApplication}).output, '\n')) {
     if (auto element = parsed(line)) elements.push_back(std::move(*element));
   }
   return elements;

@@ -17,8 +17,6 @@ struct AccessibleElement {
   std::string name;                 // what the reader says
   std::vector<std::string> states;  // "checked", "focused", "showing", …
   Rect area;                        // in root coordinates
-  std::string description;
-  int depth = 0;
 
   [[nodiscard]] bool is(std::string_view state) const;
 };

@@ -130,16 +130,6 @@ constexpr std::array<PanelSettings, 4> kPanelSettings{{
     {kMateFile, kMateFile, {"top", "bottom", "left", "right"}},
 }};
 
-/// Replaces each `{name}` of `text`.
-std::string filled(std::string text, const Environment& values) {
-  for (const auto& [name, value] : values) {
-    const std::string mark = "{" + name + "}";
-    for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos; at += value.size())
-      text.replace(at, mark.size(), value);
-  }
-  return text;
-}
-
 }  // namespace
 
 void configurePanel(Panel kind, const PanelPlace& place, const PrivateHome& home,

@@ -79,6 +79,15 @@ std::string textOf(const fs::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+std::string filled(std::string text, const Environment& values) {
+  for (const auto& [name, value] : values) {
+    const std::string mark = "{" + name + "}";
+    for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos; at += value.size())
+      text.replace(at, mark.size(), value);
+  }
+  return text;
+}
+
 PrivateHome::PrivateHome() {
   std::string pattern = fs::temp_directory_path() / "calmdeck-desk-XXXXXX";
   if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot make " + pattern);

@@ -9,6 +9,8 @@ namespace harness {
 
 /// The whole of a file; empty when it cannot be read.
 [[nodiscard]] std::string textOf(const std::filesystem::path& file);
+/// `text` with each `{name}` replaced.
+[[nodiscard]] std::string filled(std::string text, const Environment& values);
 
 /// The private folders of one desktop: home, configuration, runtime, all in one temporary folder.
 /// The destructor kills every process that was started with these folders, also those that the

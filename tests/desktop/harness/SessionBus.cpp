@@ -17,26 +17,6 @@ constexpr const char* kServiceFolder = "/usr/share/dbus-1/services";
 constexpr std::string_view kActivatable[] = {"org.a11y.Bus", "org.xfce.Xfconf", "ca.desrt.dconf",
                                              "org.mate.panel.applet.NotificationAreaAppletFactory"};
 
-std::string busConfiguration(const fs::path& socket, const fs::path& services) {
-  return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:path=)" +
-         socket.string() + R"(</listen>
-  <auth>EXTERNAL</auth>
-  <servicedir>)" +
-         services.string() + R"(</servicedir>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-    <allow user="*"/>
-  </policy>
-</busconfig>
-)";
-}
-
 // Packages name their service files freely, so that the name inside the file counts.
 bool isActivatable(const fs::path& serviceFile) {
   std::ifstream file(serviceFile);
@@ -61,7 +41,9 @@ SessionBus::SessionBus(const PrivateHome& home, const Environment& environment)
     : services_(home.runtime() / "bus-services"), environment_(environment) {
   offerServices(services_);
   const fs::path configuration = home.runtime() / "bus.conf";
-  std::ofstream(configuration) << busConfiguration(home.runtime() / "bus", services_);
+  std::ofstream(configuration) << filled(
+      textOf(HARNESS_FOLDER "/bus.conf"),
+      {{"socket", home.runtime() / "bus"}, {"services", services_}});
   process_ = std::make_unique<Process>(
       Command{{"dbus-daemon", "--nofork", "--nopidfile", "--print-address",
                "--config-file=" + configuration.string()},

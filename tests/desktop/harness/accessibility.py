@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """What a screen reader finds in one application.
 
-accessibility.py APPLICATION prints one line an element: role, name, states, x, y, width, height,
-description, depth; separated by tabs. Ends with 1 when the application is not there (yet).
+accessibility.py APPLICATION prints one line an element: role, name, states, x, y, width and height,
+separated by tabs. Ends with 1 when the application is not there (yet).
 """
 import sys
 
@@ -21,12 +21,12 @@ def application(name):
     return None
 
 
-def walk(element, depth=0):
-    yield element, depth
+def walk(element):
+    yield element
     for index in range(element.get_child_count()):
         child = element.get_child_at_index(index)
         if child:
-            yield from walk(child, depth + 1)
+            yield from walk(child)
 
 
 def states(element):
@@ -46,18 +46,13 @@ def role(element):
     return "button" if name == "push button" else name  # as it was called up to AT-SPI 2.52
 
 
-def line(element, depth):
-    return "\t".join(map(str, (role(element), element.get_name(), states(element),
-                               *area(element), element.get_description(), depth)))
-
-
 def main(name):
     Atspi.set_timeout(2000, 2000)
     found = application(name)
     if not found:
         return 1
-    for element, depth in walk(found):
-        print(line(element, depth))
+    for element in walk(found):
+        print(role(element), element.get_name(), states(element), *area(element), sep="\t")
     return 0
 
 

@@ -122,8 +122,8 @@ class RecordedKeysTest : public preferences::PreferencesTest {
 
 TEST_F(RecordedKeysTest, WhatIsTakenIsTheKeyThatWasPressed) {
   launchAndOpen();
-  for (const std::string layout : {"us", "de", "fr", "ru", "gr", "il", "ara", "es", "se", "tr", "cz",
-                                   "jp", "in", "th", "bg", "ge", "am"}) {
+  for (const std::string layout : {"us", "de", "fr", "ru", "gr", "il", "ara", "es", "se", "tr",
+                                   "cz", "jp", "in", "th", "bg", "ge", "am"}) {
     const Keymap keymap = keymapOf(layout.c_str());
     for (const std::uint32_t shift : {std::uint32_t{0}, NSEventModifierFlags::Shift}) {
       std::set<std::uint32_t> codes;

@@ -73,8 +73,6 @@ class ModeDesk {
   /// Every monitor shows to the pixel what it showed in `before`; beside a smaller monitor lies
   /// what nobody sees.
   [[nodiscard]] testing::AssertionResult looksAsIn(const harness::Image& before);
-  /// Icons, or a window, are in the corner where icons begin; on a desktop that has any.
-  [[nodiscard]] testing::AssertionResult showsIcons();
 
   /// The user's windows, for people to compare: which is active, which are to be seen, bottom to
   /// top, and of each where it is.

@@ -1,78 +1,13 @@
-// What a person does while the mode is on, and what the desktop may show before it.
-
-#include <gmock/gmock.h>
+// However the program ends while the mode is on, what it did to the desktop stays.
 
 #include <csignal>
-#include <sstream>
 #include <tuple>
 
 #include "desktop/program/ModeDesk.h"
 
-using harness::Image;
 using harness::ProcessEnd;
-using harness::Rect;
 
 namespace {
-
-// --- What comes and goes around the program while the mode is on ---
-
-/// What is told of pictures; file managers write the rest anew when they end or a monitor goes.
-std::vector<std::string> linesOnPictures(const std::string& settings) {
-  std::vector<std::string> found;
-  std::istringstream lines(settings);
-  for (std::string line; std::getline(lines, line);) {
-    for (const char* word : {"wallpaper", "Wallpaper", "last-image", "picture-"}) {
-      if (line.find(word) == std::string::npos) continue;
-      found.push_back(line);
-      break;
-    }
-  }
-  return found;
-}
-
-class ModePeersTest : public testing::TestWithParam<FullDesktop> {
- protected:
-  void SetUp() override {
-    ASSERT_TRUE(mode.openWindows());
-    ASSERT_TRUE(mode.startProgram());
-    before = mode.photograph();
-    settings = mode.backdropSettings();
-    ASSERT_TRUE(mode.clickMaster());
-    ASSERT_TRUE(mode.inTheMode(true));
-    ASSERT_TRUE(mode.closePanel());
-    ASSERT_TRUE(mode.bare());
-  }
-
-  ModeDesk mode{GetParam()};
-  harness::XDesk& desk = mode.desk();
-  Image before;
-  std::string settings;
-};
-
-INSTANTIATE_TEST_SUITE_P(On, ModePeersTest, testing::ValuesIn(kFullDesktops),
-                         [](const auto& row) { return row.param.name; });
-
-TEST_P(ModePeersTest, AMonitorThatComesIsCoveredAndOneThatWentHoldsNothingUp) {
-  const std::vector<Rect> both = desk.server().monitors();
-  desk.server().setMonitors({both[0]});
-  EXPECT_TRUE(mode.covered(true));
-  EXPECT_TRUE(mode.bare());
-  desk.server().setMonitors(both);
-  EXPECT_TRUE(mode.covered(true));
-  EXPECT_TRUE(mode.bare());
-  desk.server().setMonitors({both[0]});
-  EXPECT_TRUE(mode.covered(true));
-
-  ASSERT_TRUE(mode.clickMaster());
-  EXPECT_TRUE(mode.inTheMode(false));
-  ASSERT_TRUE(mode.closePanel());
-  EXPECT_TRUE(mode.showsIcons());
-  EXPECT_THAT(linesOnPictures(mode.backdropSettings()),
-              testing::IsSupersetOf(linesOnPictures(settings)));
-}
-
-// --- However the program ends while the mode is on: what it did to the desktop stays, its own
-// windows ---
 
 enum class End { Quit, Term, Kill };
 

@@ -2,17 +2,13 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <cstdlib>
 
 #include "desktop/linux/windowsystem/MonitorScreens.h"
 #include "platform/Desktop.h"
-#include "platform/foundation/ProgrammingError.h"
 
 namespace ui_test {
 namespace {
-
-[[noreturn]] void absent() {
-  platform::programmingError("a service that the test does not have");
-}
 
 /// What every desktop has and a program of windows alone does not use.
 class Unused final : public platform::port::Session,
@@ -21,15 +17,17 @@ class Unused final : public platform::port::Session,
                      public platform::port::StatusBar {
  public:
   void setClient(platform::port::SessionClient*) override {}
-  void print(std::string_view) override { absent(); }
-  [[nodiscard]] std::optional<platform::Value> object(std::string_view) const override { absent(); }
-  void set(std::string_view, platform::Value) override { absent(); }
-  void remove(std::string_view) override { absent(); }
+  void print(std::string_view) override { std::abort(); }
+  [[nodiscard]] std::optional<platform::Value> object(std::string_view) const override {
+    std::abort();
+  }
+  void set(std::string_view, platform::Value) override { std::abort(); }
+  void remove(std::string_view) override { std::abort(); }
   std::unique_ptr<platform::port::StatusItemPeer> createStatusItem(
       platform::port::StatusItemClient&) override {
-    absent();
+    std::abort();
   }
-  [[nodiscard]] bool itemsHaveButtons() const override { absent(); }
+  [[nodiscard]] bool itemsHaveButtons() const override { std::abort(); }
 };
 
 platform::Desktop desktopOf(platform::port::MainLoop& loop, platform::port::Windows& windows,

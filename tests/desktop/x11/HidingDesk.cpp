@@ -2,29 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <csignal>
-#include <ctime>
 #include <utility>
-
-// The C library's own declarations would have it that poll only writes what it is given.
-struct pollfd {
-  int fd;
-  short events;
-  short revents;
-};
-extern "C" int ppoll(pollfd* descriptors, unsigned long count, const timespec* patience,
-                     const sigset_t* mask);
 
 namespace {
 
 using harness::WindowManager;
 
-constexpr short kWritable = 4;  // POLLOUT
 constexpr std::uint32_t kFromPager = 2;
-
-int counted = -1;
-bool hasSent = false;
-int roundTrips = 0;
 
 harness::DeskOptions optionsFor(WindowManager windowManager) {
   harness::DeskOptions options;
@@ -35,19 +19,6 @@ harness::DeskOptions optionsFor(WindowManager windowManager) {
 }
 
 }  // namespace
-
-/// Stands before the C library's own, and counts how often the program has sent something to the X
-/// server and then waited for it.
-extern "C" int poll(pollfd* descriptors, unsigned long count, int timeout) {
-  if (count == 1 && timeout != 0 && descriptors->fd == counted) {
-    // xcb waits for room before it sends. Answers come in pieces: only what was sent since makes
-    // waiting for them another round trip.
-    const bool sends = (descriptors->events & kWritable) != 0;
-    if (std::exchange(hasSent, sends) && !sends) ++roundTrips;
-  }
-  const timespec patience{timeout / 1000, timeout % 1000 * 1'000'000L};
-  return ppoll(descriptors, count, timeout < 0 ? nullptr : &patience, nullptr);
-}
 
 HidingDesk::HidingDesk(WindowManager windowManager) : desk_(optionsFor(windowManager)) {}
 
@@ -142,7 +113,6 @@ void HidingDesk::startProgram() {
   program_.reset();
   program_.emplace(desk_.environment());
   applications_.emplace(program_->events());
-  counted = xcb_get_file_descriptor(program_->server().get());
 }
 
 std::vector<platform::port::ApplicationInfo> HidingDesk::list() {
@@ -160,17 +130,13 @@ std::vector<platform::port::ApplicationId> HidingDesk::regular() {
 }
 
 void HidingDesk::hide() {
-  roundTrips = 0;
   for (const auto id : regular()) EXPECT_TRUE(applications_->hide(id));
-  roundTrips_ += roundTrips;
 }
 
 void HidingDesk::show() {
-  roundTrips = 0;
   for (const auto id : regular()) {
     if (applications_->isHidden(id)) applications_->unhide(id);
   }
-  roundTrips_ += roundTrips;
 }
 
 void HidingDesk::hideAsTheMode() {
@@ -179,9 +145,9 @@ void HidingDesk::hideAsTheMode() {
   hide();
 }
 
-HidingDesk::Cost HidingDesk::cost() {
+unsigned HidingDesk::requests() {
   const unsigned sequence = xcb_no_operation(program_->server().get()).sequence;
-  return {sequence - std::exchange(sequence_, sequence), std::exchange(roundTrips_, 0)};
+  return sequence - std::exchange(sequence_, sequence);
 }
 
 // --- What is seen ---

@@ -57,14 +57,8 @@ class HidingDesk {
   void hideAsTheMode();
   [[nodiscard]] std::vector<platform::port::ApplicationInfo> list();
 
-  /// What we asked of the X server since the last call.
-  struct Cost {
-    unsigned requests = 0;
-    /// Of `hide` and `show` alone. How many more the answers of the window manager cost depends on
-    /// how they are bunched, which is up to the machine.
-    int roundTrips = 0;
-  };
-  [[nodiscard]] Cost cost();
+  /// How many requests went to the X server since the last call.
+  [[nodiscard]] unsigned requests();
 
   [[nodiscard]] bool isMinimised(xcb_window_t window) const;
   [[nodiscard]] bool isMarked(xcb_window_t window) const;
@@ -93,5 +87,4 @@ class HidingDesk {
   std::optional<TestProgram> program_;
   std::optional<linux_desktop::XApplications> applications_;
   unsigned sequence_ = 0;
-  int roundTrips_ = 0;
 };
