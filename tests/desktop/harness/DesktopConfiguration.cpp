@@ -1,10 +1,6 @@
 #include "desktop/harness/DesktopConfiguration.h"
 
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <stdexcept>
-#include <string_view>
 
 namespace harness {
 
@@ -85,26 +81,18 @@ void setRoot(const XDesk& desk, const MonitorBackdrop& backdrop) {
   }
 }
 
-std::string rootPicture(const XConnection& x) {
-  const auto pixmap = x.number(x.root(), "_XROOTPMAP_ID");
+std::string rootPicture(const XDesk& desk) {
+  const auto pixmap = desk.x().number(desk.x().root(), "_XROOTPMAP_ID");
   if (!pixmap) return "no picture\n";
-  const Rect all = x.screenArea();
-  const XReply<xcb_get_image_reply_t> reply(
-      xcb_get_image_reply(x.get(),
-                          xcb_get_image(x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, *pixmap, 0, 0,
-                                        static_cast<std::uint16_t>(all.width),
-                                        static_cast<std::uint16_t>(all.height), ~0U),
-                          nullptr));
-  if (!reply) return "a picture of another size\n";
-  const std::string_view pixels(reinterpret_cast<const char*>(xcb_get_image_data(reply.get())),
-                                static_cast<std::size_t>(xcb_get_image_data_length(reply.get())));
-  return "picture " + std::to_string(std::hash<std::string_view>{}(pixels)) + "\n";
+  const Image picture = desk.screen().area(desk.x().screenArea(), *pixmap);
+  std::size_t sum = 0;
+  for (const std::uint32_t pixel : picture.pixels) sum = sum * 31 + pixel;
+  return "picture " + std::to_string(sum) + "\n";
 }
 
 std::string fileOrAbsent(const XDesk& desk, const std::string& name) {
-  std::ifstream file(desk.home().config() / name);
-  if (!file) return name + " is absent\n";
-  return name + "\n" + std::string(std::istreambuf_iterator<char>(file), {});
+  const fs::path file = desk.home().config() / name;
+  return fs::exists(file) ? name + "\n" + textOf(file) : name + " is absent\n";
 }
 
 std::vector<std::string> reader(const XDesk& desk, NotificationDaemon kind) {
@@ -158,7 +146,7 @@ void configureIcons(const XDesk& desk, DesktopIcons kind, const Backdrops& backd
 std::string backdropSettings(const XDesk& desk, DesktopIcons kind) {
   switch (kind) {
     case DesktopIcons::None:
-      return rootPicture(desk.x());
+      return rootPicture(desk);
     case DesktopIcons::Xfdesktop:
       return output(desk, {"xfconf-query", "-c", kXfceChannel, "-lv"});
     case DesktopIcons::Pcmanfm:

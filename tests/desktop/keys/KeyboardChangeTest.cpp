@@ -72,7 +72,8 @@ TEST(KeyboardChange, AModifierThatGoesTakesItsHotKeysAlongUntilItReturns) {
   keys.setLayout({"-layout", "us", "-option", "altwin:meta_win"});
   ASSERT_TRUE(keys.adapted("English", 1));
   EXPECT_NE(keys.program().log().find("Super+p: not on the layout English"), std::string::npos);
-  EXPECT_TRUE(keys.passes({kP}));
+  EXPECT_TRUE(keys.passes({kP})) << "no bare key was taken instead";
+  EXPECT_EQ(keys.registers(2, kVK_ANSI_M, cmdKey), eventHotKeyInvalidErr);
   keys.setLayout({"-layout", "us", "-option", ""});
   ASSERT_TRUE(keys.adapted("English", 1));
   EXPECT_TRUE(keys.fires(1, {kSuper, kP}));

@@ -24,10 +24,12 @@ TEST_P(ModeTest, OneClickAppliesEverythingAndAnotherTakesItBack) {
   const Image screen = mode.photograph();
   const std::string windows = mode.windowsNow();
   const std::string settings = mode.backdropSettings();
+  const Image icon = mode.program().iconImage();
   ASSERT_TRUE(mode.inTheMode(false));
 
   ASSERT_TRUE(mode.clickMaster());
   ASSERT_TRUE(mode.inTheMode(true));
+  EXPECT_TRUE(desk.until([&] { return mode.program().iconImage() != icon; }));
   ASSERT_TRUE(mode.closePanel());
   EXPECT_TRUE(mode.bare());
   EXPECT_NE(mode.backdropSettings(), settings);
@@ -47,7 +49,7 @@ TEST_P(ModeTest, OneClickAppliesEverythingAndAnotherTakesItBack) {
   EXPECT_TRUE(desk.until([&] { return mode.windowsNow() == windows; }));
   EXPECT_EQ(mode.windowsNow(), windows);
   EXPECT_EQ(mode.backdropSettings(), settings);
-  EXPECT_TRUE(mode.looksAsIn(screen));
+  EXPECT_TRUE(mode.looksAsIn(screen)) << "the icon too";
   EXPECT_THAT(mode.program().complaints(""), testing::IsEmpty());
   EXPECT_THAT(mode.program().program().errorOutput(),
               testing::Not(testing::ContainsRegex("Q[A-Z][A-Za-z]+::[a-z]")))

@@ -103,14 +103,14 @@ TEST_F(LayerPainterTest, CornersAreRoundAndSubviewsStandOnTheirLowerLeft) {
   EXPECT_EQ(picture.at(3, 17.5), QColor(Qt::red));
   view->subviews().front()->setHidden(true);
   EXPECT_EQ(paint(*view, {}).at(3, 13), QColor(Qt::red));
-}
 
-TEST_F(LayerPainterTest, ContentScaleEnlargesFromTheLowerLeft) {
-  const auto view = layered({0, 0, 20, 10}, kRed);
+  view->addSubview(layered({30, 12, 20, 4}, kBlue));
+  EXPECT_EQ(paint(*view, {}).at(45, 13), QColor(Qt::blue));
+  view->layer()->setMasksToBounds(true);
+  EXPECT_EQ(paint(*view, {}).at(45, 13), QColor(Qt::white)) << "cut off at the edge";
+  EXPECT_EQ(paint(*view, {}).at(35, 13), QColor(Qt::blue));
   view->setContentScale(1.5);
-  const Picture picture = paint(*view, {});
-  EXPECT_EQ(picture.at(29, 14), QColor(Qt::red));
-  EXPECT_EQ(picture.at(31, 7), QColor(Qt::white));
+  EXPECT_EQ(paint(*view, {}).at(52, 20), QColor(Qt::blue)) << "larger from the lower left";
 }
 
 TEST_F(LayerPainterTest, ShadowFallsBelowAndFadesOut) {
@@ -128,15 +128,6 @@ TEST_F(LayerPainterTest, ShadowFallsBelowAndFadesOut) {
   EXPECT_EQ(picture.at(10, -15), QColor(Qt::white));
   EXPECT_EQ(picture.at(10, 23), QColor(Qt::white));
   EXPECT_EQ(picture.at(10, 10), QColor(Qt::red));
-}
-
-TEST_F(LayerPainterTest, MaskCutsSubviewsOffAtTheEdge) {
-  const auto view = layered({0, 0, 20, 20}, kRed);
-  view->addSubview(layered({10, 10, 20, 4}, kBlue));
-  EXPECT_EQ(paint(*view, {}).at(25, 12), QColor(Qt::blue));
-  view->layer()->setMasksToBounds(true);
-  EXPECT_EQ(paint(*view, {}).at(25, 12), QColor(Qt::white));
-  EXPECT_EQ(paint(*view, {}).at(15, 12), QColor(Qt::blue));
 }
 
 TEST_F(LayerPainterTest, ColourOnItsWayToOneOfTheThemesIsPaintedBetweenTheTwo) {
