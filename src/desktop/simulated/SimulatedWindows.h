@@ -53,7 +53,10 @@ class SimulatedWindows final : public platform::port::Windows {
     bool operator==(const ShownAlert&) const = default;
   };
   [[nodiscard]] const std::vector<ShownAlert>& alerts() const { return alerts_; }
-  void answerAlert(std::size_t button) { answered_.back()(button); }
+  void answerAlert(std::size_t button) {
+    const auto answered = answered_.back();  // the answer may end the alert
+    answered(button);
+  }
 
   /// An open panel on the screen.
   struct ShownPanel {

@@ -127,35 +127,4 @@ TEST_P(PulseVolumeControlTest, WhatTheSpeakersPlayIsNoMicrophone) {
   EXPECT_THAT(warnings(), IsEmpty());
 }
 
-TEST_P(PulseVolumeControlTest, WithoutAServerThereIsOneLineAndTheTrouble) {
-  SoundServer server = serve({"out1"}, SoundServer::Start::Later);
-  PulseSound sound{kLongestWait};
-  EXPECT_EQ(trouble(sound.volume()), VolumeTrouble::NoServer);
-  EXPECT_EQ(sound.volume().setInputLevel(40), VolumeTrouble::NoServer);
-  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("no sound server")));
-  server.start();
-  server.addSource("mic");
-  EXPECT_TRUE(soon([&] { return level(sound.volume()) == 100; }));
-}
-
-TEST_P(PulseVolumeControlTest, AHungServerCostsOneWaitAndIsNeverToldLate) {
-  SoundServer server = serve();
-  server.addSource("mic");
-  PulseSound sound{kLongestWait};
-  VolumeControl& volume = sound.volume();
-  ASSERT_TRUE(soon([&] { return level(volume) == 100; }));
-  server.stop();
-  EXPECT_EQ(volume.setInputLevel(0), VolumeTrouble::NoServer);
-  // A thousand more would take minutes, were the second to wait again.
-  for (int time = 0; time < 1000; ++time) {
-    ASSERT_EQ(volume.setInputLevel(time % 2 == 0 ? 50 : 0), VolumeTrouble::NoServer);
-  }
-  EXPECT_EQ(level(volume), 100) << "reads go on from memory";
-  server.cont();
-  EXPECT_FALSE(server.sourceMuted("mic")) << "what was given up must not happen";
-  EXPECT_THAT(server.sourceVolumes("mic"), ElementsAre(65536, 65536));
-  EXPECT_TRUE(soon([&] { return !volume.setInputLevel(0); }));
-  EXPECT_TRUE(server.sourceMuted("mic"));
-}
-
 }  // namespace

@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/harness/PrivateHome.h"
@@ -14,45 +15,21 @@
 #include "desktop/harness/SoundServer.h"
 #include "desktop/linux/audio/PulseSound.h"
 
-/// What the room prints by default, line by line. Also from the thread of the loop.
-class Warnings {
- public:
-  Warnings() {
-    clear();
-    previous_ = qInstallMessageHandler(&Warnings::take);
-  }
-  ~Warnings() { qInstallMessageHandler(previous_); }
-  Warnings(const Warnings&) = delete;
-  Warnings& operator=(const Warnings&) = delete;
-
-  static std::vector<std::string> lines() {
-    const std::lock_guard lock(mutex_);
-    return lines_;
-  }
-
- private:
-  static void clear() {
-    const std::lock_guard lock(mutex_);
-    lines_.clear();
-  }
-  static void take(QtMsgType, const QMessageLogContext& context, const QString& text) {
-    const std::lock_guard lock(mutex_);
-    lines_.push_back(std::string(context.category) + ": " + text.toStdString());
-  }
-
-  static inline std::mutex mutex_;
-  static inline std::vector<std::string> lines_;
-  QtMessageHandler previous_ = nullptr;
-};
-
 /// With a home of its own, in which each test starts the sound server of its kind.
 class SoundTest : public testing::TestWithParam<harness::SoundServerKind> {
  protected:
   SoundTest() {
+    (void)warnings();
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext& context, const QString& text) {
+      const std::lock_guard lock(mutex_);
+      lines_.push_back(std::string(context.category) + ": " + text.toStdString());
+    });
     for (const auto& [name, value] : home_.environment()) qputenv(name.c_str(), value.c_str());
     qunsetenv("PULSE_SERVER");
     qunsetenv("DISPLAY");
   }
+
+  ~SoundTest() override { qInstallMessageHandler(nullptr); }
 
   /// Of a server that is well, also on a machine with much else to do.
   static constexpr std::chrono::seconds kLongestWait{2};
@@ -67,9 +44,16 @@ class SoundTest : public testing::TestWithParam<harness::SoundServerKind> {
   static bool soon(const std::function<bool()>& fact) {
     return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
   }
-  [[nodiscard]] static std::vector<std::string> warnings() { return Warnings::lines(); }
+  /// What the room has printed since this was last asked, also from the thread of the loop.
+  [[nodiscard]] static std::vector<std::string> warnings() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(lines_, {});
+  }
 
  private:
-  Warnings captured_;
+  static inline std::mutex mutex_;
+  static inline std::vector<std::string> lines_;
+  int argc_ = 0;
+  QCoreApplication application_{argc_, nullptr};
   harness::PrivateHome home_;
 };

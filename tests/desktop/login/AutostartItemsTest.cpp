@@ -79,22 +79,10 @@ class AutostartFixture : public ::testing::Test {
 };
 
 namespace fs = std::filesystem;
-using linux_desktop::AutostartItems;
 using linux_desktop::ownProgramPath;
 using namespace std::chrono_literals;
 
 class AutostartItemsTest : public AutostartFixture {};
-
-TEST_F(AutostartItemsTest, AFolderThatIsNotThereIsAnEmptyListAndIsMadeForTheFirstEntry) {
-  EXPECT_EQ(linesSaidBy([&] {
-              EXPECT_EQ(names(), Texts{});
-              EXPECT_FALSE(fs::exists(folder_));
-              ASSERT_TRUE(items.insert("/opt/calmdeck", {}));
-            }),
-            0);
-  EXPECT_EQ(names(), Texts{kFirst}) << "and no draft of it is left";
-  EXPECT_EQ(programs(), Texts{"/opt/calmdeck"});
-}
 
 TEST_F(AutostartItemsTest, EntriesAreListedOldestFirstAndANewOneIsLastWhateverTheClockSays) {
   writeEntry("a.desktop", "Exec=/a", 1min);
@@ -198,18 +186,6 @@ TEST_F(AutostartItemsTest, AFolderThatCannotBeUsedIsOneLineEach) {
   EXPECT_EQ(textOf(folder_), "a file");
   fs::remove(folder_);
   EXPECT_EQ(linesSaidBy([&] { EXPECT_EQ(names(), Texts{}); }), 0);
-}
-
-TEST_F(AutostartItemsTest, StandsInTheConfigurationFolders) {
-  ::setenv("XDG_CONFIG_HOME", "/somewhere/config", 1);
-  ::setenv("XDG_CONFIG_DIRS", "/etc/a:/etc/b", 1);
-  EXPECT_EQ(
-      AutostartItems::standardFolders(),
-      (std::vector<Path>{"/somewhere/config/autostart", "/etc/a/autostart", "/etc/b/autostart"}));
-  ::unsetenv("XDG_CONFIG_HOME");
-  ::unsetenv("XDG_CONFIG_DIRS");
-  ::setenv("HOME", "/somewhere", 1);
-  EXPECT_EQ(AutostartItems::standardFolders().front(), "/somewhere/.config/autostart");
 }
 
 class LauncherTest : public AutostartFixture {

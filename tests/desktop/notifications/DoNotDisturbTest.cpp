@@ -1,57 +1,25 @@
+// The mode, which asks for quiet and does nothing else, beside the daemons of the desktops.
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <optional>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "desktop/harness/DesktopConfiguration.h"
-#include "desktop/harness/XDesk.h"
+#include "desktop/harness/ShortcutProgram.h"
 
 namespace {
 
+using harness::DeskOptions;
 using harness::NotificationDaemon;
 using ::testing::HasSubstr;
 
-/// A desktop with a notification daemon and the probe, which runs the panel's own script.
-class DoNotDisturbDesk {
- public:
-  explicit DoNotDisturbDesk(const harness::DeskOptions& options) : desk_(options) {}
-
-  [[nodiscard]] harness::XDesk& desk() { return desk_; }
-
-  /// Returns once the probe listens.
-  void startProbe();
-  [[nodiscard]] harness::Process& probe() { return *probe_; }
-  /// Runs the script and returns when it has ended. False when the probe has not come back after
-  /// ten seconds, twenty times what it may wait.
-  [[nodiscard]] bool turn(const std::string& onOrOff);
-  /// The same with a script that only reads the state, for which it waits until the probe knows the
-  /// daemon and has told it all that it is to be told.
-  [[nodiscard]] bool look() { return turn("look"); }
-  /// Waits until one more script has ended with the error of this number.
-  [[nodiscard]] bool scriptFailed(int number);
-  /// Ends the probe. What it has said is complete after that.
-  void quitProbe();
-  /// The errors that scripts have ended with, in full.
-  [[nodiscard]] std::string scriptErrors() const { return probe_->output(); }
-  /// How many lines of standard error speak of `topic`.
-  [[nodiscard]] int complaints(const std::string& topic = "calmdeck.notifications:") const;
-
-  /// The daemon's state, as its desktop's own tools tell and change it; none when they cannot.
-  [[nodiscard]] std::optional<bool> isOn(harness::NotificationDaemon kind) const;
-  [[nodiscard]] bool becomes(harness::NotificationDaemon kind, bool on) const;
-  void switchByHand(harness::NotificationDaemon kind, bool on) const;
-
- private:
-  harness::XDesk desk_;
-  std::unique_ptr<harness::Process> probe_;
-};
-
-constexpr const char* kProbe = "org.calmdeck.Probe";
+constexpr NotificationDaemon kDunst = NotificationDaemon::Dunst;
+constexpr const char* kNotifications = "org.freedesktop.Notifications";
+constexpr const char* kNoSuchObject = "NSAppleScriptErrorNumber = \"-1728\"";
 
 // What sets the state when "true" or "false" is added.
 std::vector<std::string> writer(NotificationDaemon kind) {
@@ -66,57 +34,54 @@ std::vector<std::string> writer(NotificationDaemon kind) {
   }
 }
 
-void DoNotDisturbDesk::startProbe() {
-  probe_ = desk_.start({DO_NOT_DISTURB_PROBE});
-  if (!desk_.until([&] { return desk_.bus().hasOwner(kProbe); })) {
-    throw std::runtime_error("the probe did not start: " + probe_->errorOutput());
+/// A desktop with a notification daemon and the program.
+class QuietDesk {
+ public:
+  explicit QuietDesk(const DeskOptions& options) : desk_(options) {}
+
+  [[nodiscard]] harness::XDesk& desk() { return desk_; }
+  void launch() { program_.emplace(desk_, harness::kSilences); }
+  [[nodiscard]] harness::ShortcutProgram& program() { return *program_; }
+  /// Wants quiet and its end in turns. Returns when nobody has anything left to do.
+  void toggle() { program_->toggle(); }
+  void rest() {
+    ASSERT_TRUE(desk_.until([this] { return desk_.home().isAtRest(); }));
   }
-}
-
-bool DoNotDisturbDesk::turn(const std::string& onOrOff) {
-  return desk_.bus().call(kProbe, "/", std::string(kProbe) + "." + onOrOff, {}).has_value();
-}
-
-bool DoNotDisturbDesk::scriptFailed(int number) {
-  const std::string line = "NSAppleScriptErrorNumber = \"" + std::to_string(number) + "\"";
-  return probe_->waitForLine(line).has_value();
-}
-
-void DoNotDisturbDesk::quitProbe() {
-  if (probe_->terminate(harness::kPatience).signal != 0) {
-    throw std::runtime_error("the probe did not end by itself: " + probe_->errorOutput());
+  [[nodiscard]] bool complains(const std::string& line) {
+    return program_->process()
+        .waitForLine(line, harness::kPatience, harness::Stream::Error)
+        .has_value();
   }
-}
-
-int DoNotDisturbDesk::complaints(const std::string& topic) const {
-  std::istringstream lines(probe_->errorOutput());
-  int count = 0;
-  for (std::string line; std::getline(lines, line);) {
-    if (line.find(topic) != std::string::npos) ++count;
+  void expectNoComplaint() {
+    program_->quit();
+    EXPECT_EQ(program_->printed(), "");
+    EXPECT_EQ(program_->complaints("calmdeck.notifications:"), 0);
   }
-  return count;
-}
 
-std::optional<bool> DoNotDisturbDesk::isOn(NotificationDaemon kind) const {
-  return harness::doNotDisturb(desk_, kind);
-}
-
-bool DoNotDisturbDesk::becomes(NotificationDaemon kind, bool on) const {
-  return desk_.until([&] { return isOn(kind) == on; });
-}
-
-void DoNotDisturbDesk::switchByHand(NotificationDaemon kind, bool on) const {
-  const std::string value = on ? "true" : "false";
-  if (kind == NotificationDaemon::Lxqt) {
-    desk_.home().writeConfig("lxqt/notifications.conf", "[General]\ndoNotDisturb=" + value + "\n");
-    return;
+  /// The daemon's state, as its desktop's own tools tell and change it; none when they cannot.
+  [[nodiscard]] std::optional<bool> isOn(NotificationDaemon kind) const {
+    return harness::doNotDisturb(desk_, kind);
   }
-  std::vector<std::string> command = writer(kind);
-  command.push_back(value);
-  if (!desk_.run(command).succeeded()) throw std::runtime_error("cannot run " + command.front());
-}
+  [[nodiscard]] bool becomes(NotificationDaemon kind, bool on) const {
+    return desk_.until([&] { return isOn(kind) == on; });
+  }
+  void switchByHand(NotificationDaemon kind, bool on) {
+    const std::string value = on ? "true" : "false";
+    if (kind == NotificationDaemon::Lxqt) {
+      desk_.home().writeConfig("lxqt/notifications.conf",
+                               "[General]\ndoNotDisturb=" + value + "\n");
+    } else {
+      std::vector<std::string> command = writer(kind);
+      command.push_back(value);
+      ASSERT_TRUE(desk_.run(command).succeeded());
+    }
+    rest();
+  }
 
-constexpr const char* kNotifications = "org.freedesktop.Notifications";
+ private:
+  harness::XDesk desk_;
+  std::optional<harness::ShortcutProgram> program_;
+};
 
 std::string nameOf(const ::testing::TestParamInfo<NotificationDaemon>& daemon) {
   std::string name = harness::program(daemon.param).name;
@@ -124,184 +89,147 @@ std::string nameOf(const ::testing::TestParamInfo<NotificationDaemon>& daemon) {
   return name;
 }
 
-void endsWithoutComplaint(DoNotDisturbDesk& desk) {
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
-  EXPECT_EQ(desk.complaints(), 0);
-}
-
 class EveryDaemon : public ::testing::TestWithParam<NotificationDaemon> {};
 
-TEST_P(EveryDaemon, IsSilencedByTheScriptAndByNothingElse) {
-  DoNotDisturbDesk desk({.notifications = GetParam()});
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
-  EXPECT_TRUE(desk.becomes(GetParam(), true));
-  ASSERT_TRUE(desk.turn("on")) << "on already: not clicked, as a click would switch it off";
-  EXPECT_EQ(desk.isOn(GetParam()), true);
-  desk.switchByHand(GetParam(), false);
-  ASSERT_TRUE(desk.turn("on")) << "the user had switched it off";
-  EXPECT_TRUE(desk.becomes(GetParam(), true));
-  ASSERT_TRUE(desk.turn("off"));
-  EXPECT_TRUE(desk.becomes(GetParam(), false));
-  desk.switchByHand(GetParam(), true);
-  ASSERT_TRUE(desk.turn("off")) << "turning off always turns off";
-  EXPECT_TRUE(desk.becomes(GetParam(), false));
-  ASSERT_TRUE(desk.turn("on"));
-  endsWithoutComplaint(desk);
-  EXPECT_TRUE(desk.becomes(GetParam(), true)) << "it stays when the program ends";
-}
-
 INSTANTIATE_TEST_SUITE_P(, EveryDaemon,
-                         ::testing::Values(NotificationDaemon::XfceNotifyd,
-                                           NotificationDaemon::Dunst, NotificationDaemon::Mate,
-                                           NotificationDaemon::Lxqt),
+                         ::testing::Values(NotificationDaemon::XfceNotifyd, kDunst,
+                                           NotificationDaemon::Mate, NotificationDaemon::Lxqt),
                          nameOf);
 
-/// Whose switch is still there when they do not run.
-class SettingsOfADaemon : public EveryDaemon {};
-
-TEST_P(SettingsOfADaemon, AreSwitchedAlsoWhenItHasEnded) {
-  DoNotDisturbDesk desk({.notifications = GetParam()});
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
+TEST_P(EveryDaemon, IsSilencedWhateverTheUserDidByHandAndStaysSoWhenTheProgramEnds) {
+  QuietDesk desk({.notifications = GetParam()});
+  desk.launch();
+  desk.switchByHand(GetParam(), true);
+  desk.toggle();
+  EXPECT_EQ(desk.isOn(GetParam()), true) << "a click would switch it off";
+  desk.toggle();
+  EXPECT_TRUE(desk.becomes(GetParam(), false));
+  desk.toggle();
   EXPECT_TRUE(desk.becomes(GetParam(), true));
-  desk.desk().startNotifications(NotificationDaemon::None);
-  ASSERT_TRUE(desk.desk().until([&] { return !desk.desk().bus().hasOwner(kNotifications); }));
-  for (const bool on : {false, true, false}) {
-    ASSERT_TRUE(desk.turn(on ? "on" : "off"));
-    EXPECT_TRUE(desk.becomes(GetParam(), on));
-  }
-  endsWithoutComplaint(desk);
+  desk.switchByHand(GetParam(), false);
+  desk.toggle();
+  EXPECT_EQ(desk.isOn(GetParam()), false) << "a click would switch it on";
+  desk.toggle();
+  EXPECT_TRUE(desk.becomes(GetParam(), true));
+  desk.expectNoComplaint();
+  EXPECT_EQ(desk.isOn(GetParam()), true);
 }
+
+/// Whose switch is still there when they do not run.
+using SettingsOfADaemon = EveryDaemon;
 
 INSTANTIATE_TEST_SUITE_P(, SettingsOfADaemon,
                          ::testing::Values(NotificationDaemon::XfceNotifyd,
                                            NotificationDaemon::Mate, NotificationDaemon::Lxqt),
                          nameOf);
 
+TEST_P(SettingsOfADaemon, AreSwitchedAlsoWhenItHasEnded) {
+  QuietDesk desk({.notifications = GetParam()});
+  desk.launch();
+  desk.desk().startNotifications(NotificationDaemon::None);
+  ASSERT_TRUE(desk.desk().until([&] { return !desk.desk().bus().hasOwner(kNotifications); }));
+  for (const bool on : {true, false}) {
+    desk.toggle();
+    EXPECT_TRUE(desk.becomes(GetParam(), on));
+  }
+  desk.expectNoComplaint();
+}
+
 TEST(MateTest, IsSilencedBeforeItsFirstNotification) {
-  DoNotDisturbDesk desk({.environment = {{"XDG_CURRENT_DESKTOP", "MATE"}}});
+  QuietDesk desk({.environment = {{"XDG_CURRENT_DESKTOP", "MATE"}}});
   constexpr NotificationDaemon kMate = NotificationDaemon::Mate;
   desk.desk().bus().offer(kNotifications, harness::program(kMate).argv.front());
-  desk.startProbe();
+  desk.launch();
   for (const bool on : {true, false}) {
-    ASSERT_TRUE(desk.turn(on ? "on" : "off"));
+    desk.toggle();
     EXPECT_TRUE(desk.becomes(kMate, on));
   }
   EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
-  endsWithoutComplaint(desk);
+  desk.expectNoComplaint();
 }
 
-class DunstTest : public ::testing::Test {
- protected:
-  static constexpr NotificationDaemon kDunst = NotificationDaemon::Dunst;
-};
-
-TEST_F(DunstTest, IsSilencedAgainAfterARestart) {
-  DoNotDisturbDesk desk({.notifications = kDunst});
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
+TEST(DunstTest, IsSilencedAgainAfterARestart) {
+  QuietDesk desk({.notifications = kDunst});
+  desk.launch();
+  desk.toggle();
   desk.desk().startNotifications(kDunst);
   EXPECT_TRUE(desk.becomes(kDunst, true)) << "dunst itself forgets";
   desk.switchByHand(kDunst, false);
   desk.desk().startNotifications(kDunst);
-  ASSERT_TRUE(desk.look());
+  desk.rest();
   EXPECT_EQ(desk.isOn(kDunst), false) << "the user had switched it off";
 }
 
-TEST_F(DunstTest, IsSilencedWhenItStartsAtLast) {
-  DoNotDisturbDesk desk({});
+TEST(DunstTest, IsSilencedWhenItStartsAtLast) {
+  QuietDesk desk({});
   desk.desk().bus().offer(kNotifications, "/usr/bin/dunst");
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
+  desk.launch();
+  desk.toggle();
   EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
   EXPECT_TRUE(desk.becomes(kDunst, true)) << "dunstctl has it started";
-  endsWithoutComplaint(desk);
-}
-
-constexpr NotificationDaemon kDunst = NotificationDaemon::Dunst;
-constexpr int kNoSuchObject = -1728;
-
-bool complains(harness::Process& probe, const std::string& line) {
-  return probe.waitForLine(line, harness::kPatience, harness::Stream::Error).has_value();
+  desk.expectNoComplaint();
 }
 
 TEST(HangingDaemon, CostsALineAndEndsInTheLastState) {
-  DoNotDisturbDesk desk({.notifications = kDunst});
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("off"));
+  QuietDesk desk({.notifications = kDunst});
+  desk.launch();
+  desk.rest();
   desk.desk().notifications().freeze();
-  EXPECT_TRUE(desk.turn("on"));
-  EXPECT_TRUE(complains(desk.probe(), "dunst does not answer"));
-  EXPECT_TRUE(desk.turn("off"));
+  desk.toggle();
+  EXPECT_TRUE(desk.complains("dunst does not answer"));
+  desk.toggle();
   desk.desk().notifications().thaw();
   EXPECT_EQ(desk.isOn(kDunst), false) << "it answers this after all that lay before it";
-  EXPECT_TRUE(desk.turn("on"));
+  desk.toggle();
   EXPECT_EQ(desk.isOn(kDunst), true) << "it is what it was before";
 }
 
-TEST(HangingDaemon, IsSilencedWhenItGoesOn) {
-  DoNotDisturbDesk desk({.notifications = kDunst});
+TEST(HangingDaemon, IsSilencedWhenItGoesOnAlsoIfNobodyKnewYetWhoItIs) {
+  QuietDesk desk({.notifications = kDunst});
   desk.desk().notifications().freeze();
-  desk.startProbe();
-  EXPECT_TRUE(desk.turn("on")) << "nobody knows yet who it is";
-  EXPECT_TRUE(complains(desk.probe(), "does not answer; it will be switched when it does"));
+  desk.launch();
+  desk.toggle();
+  EXPECT_TRUE(desk.complains("does not answer; it will be switched when it does"));
   desk.desk().notifications().thaw();
   EXPECT_TRUE(desk.becomes(kDunst, true));
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
+  EXPECT_EQ(desk.program().printed(), "");
 }
 
-TEST(DaemonWithoutASwitch, EndsEachScriptAndIsNamedOnce) {
-  DoNotDisturbDesk desk({.notifications = NotificationDaemon::Plain});
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
-  EXPECT_TRUE(desk.scriptFailed(kNoSuchObject));
-  ASSERT_TRUE(desk.turn("off"));
-  EXPECT_TRUE(desk.scriptFailed(kNoSuchObject));
-  desk.desk().startNotifications(kDunst);
-  ASSERT_TRUE(desk.turn("on"));
-  EXPECT_EQ(desk.isOn(kDunst), true) << "another daemon, another answer";
-  desk.quitProbe();
-  EXPECT_THAT(desk.scriptErrors(), HasSubstr("get checkbox \\\"Do Not Disturb\\\" of window 1"));
-  EXPECT_EQ(desk.complaints("cannot be silenced: \"Notification Daemon\" by \"GNOME\""), 1);
-  EXPECT_EQ(desk.complaints(), 1);
-}
-
-TEST(DaemonWithoutASwitch, IsWhereAnEarlierWishEnds) {
-  DoNotDisturbDesk desk({.notifications = kDunst});
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
+TEST(DaemonWithoutASwitch, EndsTheScriptAndTheEarlierWishAndIsNamedOnce) {
+  QuietDesk desk({.notifications = kDunst});
+  desk.launch();
+  desk.toggle();
   desk.desk().startNotifications(NotificationDaemon::Plain);
-  ASSERT_TRUE(desk.turn("off"));
-  EXPECT_TRUE(desk.scriptFailed(kNoSuchObject));
+  for (int time = 0; time < 2; ++time) {
+    desk.toggle();
+    EXPECT_TRUE(desk.program().process().waitForLine(kNoSuchObject));
+  }
+  desk.toggle();
   desk.desk().startNotifications(kDunst);
-  ASSERT_TRUE(desk.look());
+  desk.rest();
   EXPECT_EQ(desk.isOn(kDunst), false);
+  desk.toggle();
+  EXPECT_EQ(desk.isOn(kDunst), true) << "another daemon, another answer";
+  EXPECT_THAT(desk.program().printed(), HasSubstr("get checkbox \\\"Do Not Disturb\\\" of window"));
+  EXPECT_EQ(desk.program().complaints("cannot be silenced: \"Notification Daemon\" by \"GNOME\""),
+            1);
+  EXPECT_EQ(desk.program().complaints("calmdeck.notifications:"), 1);
 }
 
 TEST(NoDaemon, EndsTheScript) {
-  DoNotDisturbDesk desk({});
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
-  ASSERT_TRUE(desk.turn("on"));
-  EXPECT_TRUE(desk.scriptFailed(kNoSuchObject));
-  EXPECT_TRUE(desk.scriptFailed(kNoSuchObject));
-  desk.quitProbe();
-  EXPECT_EQ(desk.complaints("cannot be silenced: nothing shows notifications"), 1);
+  for (const bool hasBus : {true, false}) {
+    QuietDesk desk({.sessionBus = hasBus});
+    desk.launch();
+    for (int time = 0; time < 2; ++time) {
+      desk.toggle();
+      EXPECT_TRUE(desk.program().process().waitForLine(kNoSuchObject));
+    }
+    EXPECT_EQ(desk.program().complaints(
+                  std::string("cannot be silenced: ") +
+                  (hasBus ? "nothing shows notifications" : "there is no session bus")),
+              1);
+  }
 }
-
-TEST(NoBus, EndsTheScript) {
-  harness::XDesk desk({.sessionBus = false});
-  const harness::RunResult run = desk.run({DO_NOT_DISTURB_PROBE, "on"});
-  EXPECT_TRUE(run.succeeded()) << run.errorOutput;
-  EXPECT_THAT(run.output, HasSubstr(R"(NSAppleScriptErrorNumber = "-1728")"));
-  EXPECT_THAT(run.errorOutput, HasSubstr("cannot be silenced: there is no session bus"));
-}
-
-constexpr const char* kName = "org.freedesktop.Notifications";
-constexpr const char* kPath = "/org/freedesktop/Notifications";
 
 /// By a daemon that offers inhibitions, which is Plasma or unknown.
 class InhibitionTest : public ::testing::Test {
@@ -309,68 +237,64 @@ class InhibitionTest : public ::testing::Test {
   void start(const std::string& name, const std::string& vendor) {
     daemon_.reset();
     daemon_ = desk.desk().start({INHIBITION_DAEMON, name, vendor});
-    ASSERT_TRUE(desk.desk().until([&] { return desk.desk().bus().hasOwner(kName); }));
-  }
-  [[nodiscard]] bool is(bool inhibited) {
-    const auto answer = desk.desk().bus().property(kName, kPath, kName, "Inhibited");
-    return answer && answer->find(inhibited ? "true" : "false") != std::string::npos;
+    ASSERT_TRUE(desk.desk().until([&] { return desk.desk().bus().hasOwner(kNotifications); }));
   }
   [[nodiscard]] bool becomes(bool inhibited) {
-    return desk.desk().until([&] { return is(inhibited); });
+    return desk.desk().until([&] {
+      const auto answer =
+          desk.desk().bus().property(kNotifications, kPath, kNotifications, "Inhibited");
+      return answer && answer->find(inhibited ? "true" : "false") != std::string::npos;
+    });
   }
-
   void ask(const std::string& method, const std::vector<std::string>& arguments) {
-    ASSERT_TRUE(desk.desk().bus().call(kName, kPath, std::string(kName) + "." + method, arguments));
+    ASSERT_TRUE(desk.desk().bus().call(kNotifications, kPath,
+                                       std::string(kNotifications) + "." + method, arguments));
+    desk.rest();
   }
 
-  DoNotDisturbDesk desk{{}};
+  QuietDesk desk{{}};
 
  private:
+  static constexpr const char* kPath = "/org/freedesktop/Notifications";
   std::unique_ptr<harness::Process> daemon_;
 };
 
 TEST_F(InhibitionTest, IsHeldWhileItIsWantedAndTakenAgainAfterARestart) {
   start("Plasma", "KDE");
-  desk.startProbe();
-  for (int round = 0; round < 2; ++round) {
-    ASSERT_TRUE(desk.turn("on"));
-    EXPECT_TRUE(becomes(true));
-    ASSERT_TRUE(desk.turn("off"));
-    EXPECT_TRUE(becomes(false));
+  desk.launch();
+  for (const bool on : {true, false, true}) {
+    desk.toggle();
+    EXPECT_TRUE(becomes(on));
   }
-  ASSERT_TRUE(desk.turn("on"));
   start("quiet", "somebody");
   EXPECT_TRUE(becomes(true)) << "what it can do counts, not its name";
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
 }
 
 TEST_F(InhibitionTest, OursIsTakenBesideSomebodyElsesAndOnlyOursIsEnded) {
   start("Plasma", "KDE");
-  desk.startProbe();
+  desk.launch();
   ask("Inhibit", {"string:other", "string:quiet", "dict:string:string:"});
-  ASSERT_TRUE(desk.turn("on"));
+  desk.toggle();
   ask("UnInhibit", {"uint32:1"});
   EXPECT_TRUE(becomes(true)) << "the mode is still on";
   ask("Inhibit", {"string:other", "string:quiet", "dict:string:string:"});
-  ASSERT_TRUE(desk.turn("off"));
+  desk.toggle();
   EXPECT_TRUE(becomes(true));
   ask("UnInhibit", {"uint32:3"});
   EXPECT_TRUE(becomes(false));
-  desk.quitProbe();
-  EXPECT_EQ(desk.scriptErrors(), "");
-  EXPECT_EQ(desk.complaints(), 0);
+  desk.expectNoComplaint();
 }
 
 TEST_F(InhibitionTest, IsTakenAgainWhenTheUserHasEndedAll) {
   start("Plasma", "KDE");
-  desk.startProbe();
-  ASSERT_TRUE(desk.turn("on"));
+  desk.launch();
+  desk.toggle();
   ASSERT_TRUE(becomes(true));
   ask("EndAll", {});
   ASSERT_TRUE(becomes(false));
-  // More than once, as the probe may hear of the end a little later than we do.
-  EXPECT_TRUE(desk.desk().until([&] { return desk.turn("on") && is(true); }));
+  desk.toggle();
+  desk.toggle();
+  EXPECT_TRUE(becomes(true));
 }
 
 }  // namespace

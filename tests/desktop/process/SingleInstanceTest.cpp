@@ -3,18 +3,17 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
-#include <QDBusServiceWatcher>
-#include <QEventLoop>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <memory>
+#include <future>
 #include <string>
 
 #include "desktop/harness/Process.h"
@@ -24,117 +23,91 @@
 namespace {
 
 namespace fs = std::filesystem;
-using harness::Process;
-using harness::ProcessEnd;
-using harness::Stream;
-using linux_desktop::requestBusName;
+using linux_desktop::SingleInstance;
+using Claim = SingleInstance::Claim;
+using namespace std::chrono_literals;
 
+/// Each start has an open lock of its own, so that one process can be several. The first one's
+/// event loop is the test's.
 class SingleInstanceTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    fs::create_directory(runtime());
-    fs::permissions(runtime(), fs::perms::owner_all);
-    environment_["XDG_RUNTIME_DIR"] = runtime();
-    environment_["XDG_CACHE_HOME"] = cache();
-    environment_.erase("DBUS_SESSION_BUS_ADDRESS");
+  SingleInstanceTest() {
+    fs::create_directory(runtime);
+    fs::permissions(runtime, fs::perms::owner_all);
   }
 
-  [[nodiscard]] fs::path root() const { return folder_.path().toStdString(); }
-  [[nodiscard]] fs::path runtime() const { return root() / "run"; }
-  [[nodiscard]] fs::path cache() const { return root() / "cache"; }
-  [[nodiscard]] harness::Command instance(int shows = 1000) const {
-    return {{PROCESS_PROBE, "instance", std::to_string(shows)}, environment_};
+  [[nodiscard]] std::future<Claim> startAgain(std::chrono::milliseconds patience = 20s) const {
+    return std::async(std::launch::async, [folder = runtime, patience] {
+      return SingleInstance([] {}, folder).claim(patience);
+    });
   }
-  [[nodiscard]] harness::RunResult startAgain() const { return runToEnd(instance()); }
+  static bool soon(const std::function<bool()>& fact) {
+    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
+  }
+  [[nodiscard]] static Claim answerTo(std::future<Claim>& start) {
+    EXPECT_TRUE(soon([&] { return start.wait_for(0s) == std::future_status::ready; }));
+    return start.get();
+  }
 
+  int argc_ = 0;
+  QCoreApplication application_{argc_, nullptr};
   QTemporaryDir folder_;
-  harness::Environment environment_ = harness::ownEnvironment();
+  const fs::path runtime = fs::path(folder_.path().toStdString()) / "run";
+  int shows = 0;
+  SingleInstance first{[this] { ++shows; }, runtime};
 };
 
-TEST_F(SingleInstanceTest, EveryFurtherStartShowsTheFirst) {
-  Process first(instance(2));
-  ASSERT_TRUE(first.waitForLine("^first$"));
-  for (int start = 0; start < 2; ++start) {
-    const harness::RunResult second = startAgain();
-    EXPECT_TRUE(second.succeeded());
-    EXPECT_EQ(second.output + second.errorOutput, "handed over\n");
-  }
-  EXPECT_EQ(first.waitForExit(), (ProcessEnd{0, 0}));
-  EXPECT_EQ(first.output(), "first\nshow\nshow\n");
-  EXPECT_EQ(first.errorOutput(), "");
-
-  Process next(instance());
-  EXPECT_TRUE(next.waitForLine("^first$"));
+TEST_F(SingleInstanceTest, OfManyStartsOneIsTheFirstAndIsShownByEachOther) {
+  constexpr int kStarts = 12;
+  ASSERT_EQ(first.claim(), Claim::First);
+  std::vector<std::future<Claim>> starts;
+  while (starts.size() < kStarts) starts.push_back(startAgain());
+  for (auto& start : starts) EXPECT_EQ(answerTo(start), Claim::HandedOver);
+  EXPECT_TRUE(soon([&] { return shows == kStarts; }));
 }
 
-TEST_F(SingleInstanceTest, AKilledFirstLeavesTheWayFree) {
-  for (int round = 0; round < 3; ++round) {
-    Process first(instance());
-    ASSERT_TRUE(first.waitForLine("^first$")) << first.errorOutput();
-    EXPECT_TRUE(fs::exists(runtime() / "calmdeck.socket"));
-    EXPECT_TRUE(startAgain().succeeded());
-    first.kill();
-  }
-}
-
-TEST_F(SingleInstanceTest, AHungFirstIsSaidSoInTime) {
-  Process first(instance());
-  ASSERT_TRUE(first.waitForLine("^first$"));
-  first.freeze();
-  Process second(instance());
-  EXPECT_EQ(second.waitForExit(std::chrono::seconds(10)), (ProcessEnd{1, 0}));
-  const std::string said = second.errorOutput();
+TEST_F(SingleInstanceTest, AHungFirstIsSaidSoInTimeAndDoesItLateRatherThanNever) {
+  ASSERT_EQ(first.claim(), Claim::First);
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(startAgain(300ms).get(), Claim::Unanswered);
+  const std::string said = ::testing::internal::GetCapturedStderr();
   EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
   EXPECT_NE(said.find("does not answer"), std::string::npos) << said;
-
-  first.thaw();
-  EXPECT_TRUE(first.waitForLine("^show$")) << "what was asked is done late rather than never";
-}
-
-// One of a crowd that starts at once is the first, whoever comes while it is not yet listening.
-TEST_F(SingleInstanceTest, OfManySimultaneousStartsOneIsTheFirst) {
-  constexpr int kStarts = 12;
-  std::vector<std::unique_ptr<Process>> starts;
-  starts.reserve(kStarts);
-  for (int start = 0; start < kStarts; ++start) {
-    starts.push_back(std::make_unique<Process>(instance(kStarts - 1)));
-  }
-  std::string outputs;
-  for (const auto& start : starts) {
-    EXPECT_EQ(start->waitForExit(), (ProcessEnd{0, 0})) << start->errorOutput();
-    outputs += start->output();
-  }
-  EXPECT_EQ(outputs.find("first"), outputs.rfind("first"));
-}
-
-TEST_F(SingleInstanceTest, WithoutARuntimeFolderTheCacheServes) {
-  const std::string useless[] = {"", "relative", root() / "missing", root() / "public"};
-  fs::create_directory(root() / "public");
-  fs::permissions(root() / "public", fs::perms::all);
-  for (const std::string& folder : useless) {
-    environment_["XDG_RUNTIME_DIR"] = folder;
-    Process first(instance(1));
-    ASSERT_TRUE(first.waitForLine("^first$")) << folder;
-    EXPECT_TRUE(startAgain().succeeded()) << folder;
-    EXPECT_EQ(first.waitForExit(), (ProcessEnd{0, 0}));
-    EXPECT_EQ(fs::status(cache() / "calmdeck").permissions(), fs::perms::owner_all);
-  }
-}
-
-TEST_F(SingleInstanceTest, WithoutAnyPlaceForALockTheProgramStarts) {
-  environment_.erase("XDG_RUNTIME_DIR");
-  std::ofstream(cache()) << "in the way";
-  Process first(instance());
-  EXPECT_TRUE(first.waitForLine("^first$"));
-  EXPECT_TRUE(first.waitForLine("second start", harness::kPatience, Stream::Error));
+  EXPECT_TRUE(soon([&] { return shows > 0; }));
 }
 
 TEST_F(SingleInstanceTest, ALockFileFromElsewhereIsNoObstacle) {
-  std::ofstream(runtime() / "calmdeck.lock") << "1\nsomebody\nanotherhost\n";
-  std::ofstream(runtime() / "calmdeck.socket") << "not even a socket";
-  Process first(instance());
-  ASSERT_TRUE(first.waitForLine("^first$"));
-  EXPECT_TRUE(startAgain().succeeded());
+  std::ofstream(runtime / "calmdeck.lock") << "1\nsomebody\nanotherhost\n";
+  std::ofstream(runtime / "calmdeck.socket") << "not even a socket";
+  ASSERT_EQ(first.claim(), Claim::First);
+  auto second = startAgain();
+  EXPECT_EQ(answerTo(second), Claim::HandedOver);
+}
+
+TEST_F(SingleInstanceTest, WithoutARuntimeFolderTheCacheServes) {
+  const fs::path root = folder_.path().toStdString();
+  const fs::path cache = root / "cache";
+  ::setenv("XDG_CACHE_HOME", cache.c_str(), 1);
+  fs::create_directory(root / "public");
+  fs::permissions(root / "public", fs::perms::all);
+  for (const fs::path& folder :
+       {fs::path(), fs::path("relative"), root / "missing", root / "public"}) {
+    ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+    EXPECT_EQ(linux_desktop::runtimeFolder(), cache / "calmdeck") << folder;
+    EXPECT_EQ(fs::status(cache / "calmdeck").permissions(), fs::perms::owner_all);
+  }
+  ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+  EXPECT_EQ(linux_desktop::runtimeFolder(), runtime);
+}
+
+TEST_F(SingleInstanceTest, WithoutAnyPlaceForALockTheProgramStarts) {
+  ::unsetenv("XDG_RUNTIME_DIR");
+  const fs::path file = folder_.filePath("in the way").toStdString();
+  std::ofstream(file) << "a file";
+  ::setenv("XDG_CACHE_HOME", file.c_str(), 1);
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(SingleInstance([] {}).claim(), Claim::First);
+  EXPECT_NE(::testing::internal::GetCapturedStderr().find("second start"), std::string::npos);
 }
 
 class Caller {
@@ -148,12 +121,13 @@ class Caller {
   }
   [[nodiscard]] bool connected() const { return connected_; }
   void say(const std::string& text) const {
-    ::send(socket_.get(), text.data(), text.size(), MSG_NOSIGNAL);
+    ::send(socket_.get(), text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
   }
-  /// Whether the other side hangs up, without an answer.
+  /// Whether the other side has hung up, without an answer.
   [[nodiscard]] bool isHungUpOn() const {
     char byte = 0;
-    return ::recv(socket_.get(), &byte, 1, 0) <= 0;
+    const ssize_t count = ::recv(socket_.get(), &byte, 1, MSG_DONTWAIT);
+    return count == 0 || (count < 0 && errno != EAGAIN);
   }
 
  private:
@@ -162,87 +136,39 @@ class Caller {
 };
 
 TEST_F(SingleInstanceTest, CallersThatMakeNoSenseAreHungUpOn) {
-  Process first(instance());
-  ASSERT_TRUE(first.waitForLine("^first$"));
+  ASSERT_EQ(first.claim(), Claim::First);
   for (const std::string& nonsense :
        {std::string("hide\n"), std::string(100'000, 'x'), std::string()}) {
-    const Caller caller(runtime() / "calmdeck.socket");
+    const Caller caller(runtime / "calmdeck.socket");
     ASSERT_TRUE(caller.connected());
     caller.say(nonsense);
-    EXPECT_TRUE(caller.isHungUpOn()) << nonsense.substr(0, 10);
+    EXPECT_TRUE(soon([&] { return caller.isHungUpOn(); })) << nonsense.substr(0, 10);
   }
-  EXPECT_TRUE(startAgain().succeeded());
-  EXPECT_TRUE(first.waitForLine("^show$"));
-  first.terminate();
-  EXPECT_EQ(first.output(), "first\nshow\n");
+  auto second = startAgain();
+  EXPECT_EQ(answerTo(second), Claim::HandedOver);
+  EXPECT_TRUE(soon([&] { return shows == 1; }));
 }
 
-constexpr const char* kName = "org.calmdeck.Calmdeck";
-
-/// A bus of its own with two peers on it.
-class BusNameTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    address_ = QString::fromStdString(bus_.waitForLine("^unix:").value_or(""));
-    program_.emplace(QDBusConnection::connectToBus(address_, "program"));
-    other_.emplace(QDBusConnection::connectToBus(address_, "other"));
-    ASSERT_TRUE(program_->isConnected() && other_->isConnected());
-  }
-  void TearDown() override {
-    QDBusConnection::disconnectFromBus("program");
-    QDBusConnection::disconnectFromBus("other");
-  }
-
-  [[nodiscard]] QString owner() const { return other_->interface()->serviceOwner(kName).value(); }
-
-  /// Runs the loop until somebody owns the name.
-  void waitForOwner() {
-    QEventLoop loop;
-    QDBusServiceWatcher watcher(kName, *other_, QDBusServiceWatcher::WatchForRegistration);
-    QObject::connect(&watcher, &QDBusServiceWatcher::serviceRegistered, &loop, &QEventLoop::quit);
-    QTimer::singleShot(harness::kPatience, &loop, &QEventLoop::quit);
-    if (owner().isEmpty()) loop.exec();
-  }
-
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
-  harness::Process bus_{
-      {.argv = {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"}}};
-  QString address_;
-  std::optional<QDBusConnection> program_, other_;
-};
-
-TEST_F(BusNameTest, TheProgramIsFoundUnderItsName) {
-  requestBusName(*program_);
-  waitForOwner();
-  EXPECT_EQ(owner(), program_->baseService());
-  QDBusConnection::disconnectFromBus("program");
-  program_.reset();
-  EXPECT_TRUE(harness::until([&] { return owner().isEmpty(); }))
-      << "the name goes with its connection";
-}
-
-TEST_F(BusNameTest, ATakenNameStaysWhereItIs) {
-  ASSERT_TRUE(other_->registerService(kName));
-  requestBusName(*program_);
-  // The bus answers in order: once this is answered, so is the request.
-  ASSERT_TRUE(QDBusReply<QString>(program_->interface()->serviceOwner(kName)).isValid());
-  EXPECT_EQ(owner(), other_->baseService());
-  ASSERT_TRUE(other_->unregisterService(kName));
-  EXPECT_EQ(owner(), "") << "no place in a queue was taken";
-}
-
-TEST_F(BusNameTest, ABusThatHangsIsNotWaitedFor) {
-  bus_.freeze();
-  requestBusName(*program_);
-  bus_.thaw();
-  waitForOwner();
-  EXPECT_EQ(owner(), program_->baseService());
-}
-
-TEST_F(BusNameTest, WithoutABusNothingHappens) {
-  requestBusName(QDBusConnection::connectToBus("unix:path=/nonexistent", "dead"));
-  QDBusConnection::disconnectFromBus("dead");
+TEST(BusNameTest, ATakenNameStaysWhereItIsAndNoPlaceInAQueueIsTaken) {
+  int argc = 0;
+  const QCoreApplication application(argc, nullptr);
+  harness::Process bus(
+      {.argv = {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"}});
+  const QString address = QString::fromStdString(bus.waitForLine("^unix:").value_or(""));
+  constexpr const char* kName = "org.calmdeck.Calmdeck";
+  auto program = QDBusConnection::connectToBus(address, "program");
+  auto other = QDBusConnection::connectToBus(address, "other");
+  // The bus answers each in order: once this is answered, so is what was asked before.
+  const auto owner = [&] { return program.interface()->serviceOwner(kName).value(); };
+  ASSERT_TRUE(other.registerService(kName));
+  linux_desktop::requestBusName(program);
+  EXPECT_EQ(owner(), other.baseService());
+  ASSERT_TRUE(other.unregisterService(kName));
+  EXPECT_EQ(owner(), "");
+  bus.freeze();
+  linux_desktop::requestBusName(program);
+  bus.thaw();
+  EXPECT_EQ(owner(), program.baseService()) << "a bus that hangs is not waited for";
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include "desktop/linux/updates/PackageKitUpdates.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -19,6 +17,8 @@
 #include <utility>
 
 #include "desktop/harness/Process.h"
+#include "desktop/linux/updates/PackageKitUpdates.h"
+#include "desktop/simulated/SimulatedWindows.h"
 #include "platform/appkit/NSAlert.h"
 
 namespace {
@@ -30,9 +30,16 @@ class PackageKitStandIn final : public QDBusVirtualObject {
   /// At which question it falls silent for ever.
   enum class Silence { Never, AtCreateTransaction, AtGetUpdates };
 
-  /// `name` is that of a connection in Qt's own list.
-  PackageKitStandIn(const QString& address, QString name);
-  ~PackageKitStandIn() override;
+  explicit PackageKitStandIn(const QString& address)
+      : bus_(QDBusConnection::connectToBus(address, kStandIn)) {
+    bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
+    bus_.registerService(kService);
+  }
+  ~PackageKitStandIn() override {
+    bus_.unregisterService(kService);
+    bus_.unregisterObject("/", QDBusConnection::UnregisterTree);
+    QDBusConnection::disconnectFromBus(kStandIn);
+  }
   PackageKitStandIn(const PackageKitStandIn&) = delete;
   PackageKitStandIn& operator=(const PackageKitStandIn&) = delete;
 
@@ -49,77 +56,49 @@ class PackageKitStandIn final : public QDBusVirtualObject {
   bool refuses = false;
 
   [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-  bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override;
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
+    const QString method = message.member();
+    QStringList words{method};
+    for (const QVariant& argument : message.arguments()) {
+      const QStringList list = argument.toStringList();
+      words << (list.isEmpty() ? QStringList{argument.toString()} : list);
+    }
+    calls << words.join(QLatin1Char(' '));
+    if (method == "CreateTransaction") {
+      if (silence == Silence::AtCreateTransaction) return true;
+      const QDBusObjectPath path("/" + QString::number(++transactions_) + "_transaction");
+      return bus_.send(message.createReply(QVariant::fromValue(path)));
+    }
+    if (method != "GetUpdates") return bus_.send(message.createReply());
+    if (silence != Silence::AtGetUpdates) lookForUpdates(message);
+    return true;
+  }
 
  private:
-  void createTransaction(const QDBusMessage& message);
-  void getUpdates(const QDBusMessage& message);
-  void tell(const QDBusMessage& transaction, const QString& signal, const QVariantList& arguments);
+  void lookForUpdates(const QDBusMessage& message) {
+    if (refuses) {
+      bus_.send(message.createErrorReply("org.example.Refused", "It is not allowed."));
+      return;
+    }
+    const auto tell = [&](const char* signal, const QVariantList& arguments) {
+      QDBusMessage told = QDBusMessage::createSignal(message.path(), message.interface(), signal);
+      told.setArguments(arguments);
+      bus_.send(told);
+    };
+    bus_.send(message.createReply());
+    for (const QString& id : packages) tell("Package", {kind, id, "a summary"});
+    if (trouble) tell("ErrorCode", {1U, *trouble});
+    tell("Finished", {trouble ? kFailed : kSuccess, 12U});
+  }
 
-  QString name_;
+  static constexpr const char* kStandIn = "stand-in";
+  static constexpr const char* kService = "org.freedesktop.PackageKit";
+  static constexpr uint kSuccess = 1;
+  static constexpr uint kFailed = 2;
+
   QDBusConnection bus_;
   int transactions_ = 0;
 };
-
-constexpr const char* kService = "org.freedesktop.PackageKit";
-constexpr uint kSuccess = 1;
-constexpr uint kFailed = 2;
-
-PackageKitStandIn::PackageKitStandIn(const QString& address, QString name)
-    : name_(std::move(name)), bus_(QDBusConnection::connectToBus(address, name_)) {
-  bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
-  bus_.registerService(kService);
-}
-
-PackageKitStandIn::~PackageKitStandIn() {
-  bus_.unregisterService(kService);
-  bus_.unregisterObject("/", QDBusConnection::UnregisterTree);
-  QDBusConnection::disconnectFromBus(name_);
-}
-
-bool PackageKitStandIn::handleMessage(const QDBusMessage& message, const QDBusConnection&) {
-  QStringList words{message.member()};
-  for (const QVariant& argument : message.arguments()) {
-    const QStringList list = argument.toStringList();
-    words << (list.isEmpty() ? QStringList{argument.toString()} : list);
-  }
-  calls << words.join(QLatin1Char(' '));
-  if (message.member() == QLatin1String("CreateTransaction")) {
-    createTransaction(message);
-  } else if (message.member() == QLatin1String("GetUpdates")) {
-    getUpdates(message);
-  } else {
-    bus_.send(message.createReply());
-  }
-  return true;
-}
-
-void PackageKitStandIn::createTransaction(const QDBusMessage& message) {
-  if (silence == Silence::AtCreateTransaction) return;
-  const QString path = "/" + QString::number(++transactions_) + "_transaction";
-  bus_.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
-}
-
-void PackageKitStandIn::getUpdates(const QDBusMessage& message) {
-  if (silence == Silence::AtGetUpdates) return;
-  if (refuses) {
-    bus_.send(
-        message.createErrorReply(QStringLiteral("org.example.Refused"), "It is not allowed."));
-    return;
-  }
-  bus_.send(message.createReply());
-  for (const QString& id : packages) tell(message, "Package", {kind, id, "a summary"});
-  if (trouble) tell(message, "ErrorCode", {1U, *trouble});
-  tell(message, "Finished", {trouble ? kFailed : kSuccess, 12U});
-}
-
-void PackageKitStandIn::tell(const QDBusMessage& transaction, const QString& signal,
-                             const QVariantList& arguments) {
-  QDBusMessage message =
-      QDBusMessage::createSignal(transaction.path(), transaction.interface(), signal);
-  message.setArguments(arguments);
-  bus_.send(message);
-}
 
 using namespace std::chrono_literals;
 using linux_desktop::PackageKitUpdates;
@@ -127,46 +106,6 @@ using platform::NSAlertStyle;
 using Silence = PackageKitStandIn::Silence;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-/// Alerts as values.
-class Alerts final : public platform::port::Windows {
- public:
-  struct Shown {
-    platform::NSAlert alert;
-    std::function<void(std::size_t)> answered;
-  };
-  std::vector<Shown> shown;
-  int gone = 0;
-
-  std::unique_ptr<platform::port::WindowPeer> createWindow(platform::NSWindow&,
-                                                           platform::port::WindowClient&) override {
-    return nullptr;
-  }
-  std::unique_ptr<ModalPeer> showAlert(const platform::NSAlert& alert,
-                                       std::function<void(std::size_t)> answered) override {
-    class Peer final : public ModalPeer {
-     public:
-      explicit Peer(int& gone) : gone_(gone) {}
-      ~Peer() override { ++gone_; }
-      Peer(const Peer&) = delete;
-      Peer& operator=(const Peer&) = delete;
-
-     private:
-      int& gone_;
-    };
-    shown.push_back({alert, std::move(answered)});
-    return std::make_unique<Peer>(gone);
-  }
-  std::unique_ptr<ModalPeer> showSheet(const platform::NSAlert&, platform::port::WindowPeer&,
-                                       std::function<void(std::size_t)>) override {
-    return nullptr;
-  }
-  std::unique_ptr<ModalPeer> showOpenPanel(
-      const platform::NSOpenPanel&, std::function<void(std::optional<std::string>)>) override {
-    return nullptr;
-  }
-  void activateApplication() override {}
-};
 
 struct Notes final : linux_desktop::Notifier {
   std::vector<std::string> texts;
@@ -209,23 +148,24 @@ class PackageKitUpdatesTest : public testing::Test {
   }
   /// What the user is told, once that is there.
   std::string answerToTheUser() {
-    const std::size_t before = alerts.shown.size();
     updates.checkForUpdates();
-    EXPECT_EQ(alerts.shown.size(), before) << "it returns at once";
-    if (!soon([&] { return alerts.shown.size() > before; })) return "nothing";
-    return alerts.shown.back().alert.messageText();
+    EXPECT_TRUE(windows.alerts().empty()) << "it returns at once";
+    if (!soon([&] { return !windows.alerts().empty(); })) return "nothing";
+    return windows.alerts().back().message;
   }
-  void answer(std::size_t button = 0) { alerts.shown.back().answered(button); }
+  void answer(std::size_t button = 0) { windows.answerAlert(button); }
   bool asked(int times) {
     return soon([&] { return packageKit->calls.filter("GetUpdates").size() == times; });
   }
 
   int argc_ = 0;
   QCoreApplication application_{argc_, nullptr};
-  std::optional<PackageKitStandIn> packageKit{std::in_place, systemBus(), "stand-in"};
-  Alerts alerts;
+  std::optional<PackageKitStandIn> packageKit{std::in_place, systemBus()};
+  simulated::CallLog log;
+  simulated::SimulatedMainLoop loop;
+  simulated::SimulatedWindows windows{log, loop};
   Notes notes;
-  PackageKitUpdates updates{alerts, notes, {.user = 2s, .background = 2s}};
+  PackageKitUpdates updates{windows, notes, {.user = 2s, .background = 2s}};
 };
 
 TEST_F(PackageKitUpdatesTest, TheUserHearsOfANewerVersionOfThisPackageAlone) {
@@ -234,12 +174,10 @@ TEST_F(PackageKitUpdatesTest, TheUserHearsOfANewerVersionOfThisPackageAlone) {
   EXPECT_THAT(packageKit->calls,
               ElementsAre("CreateTransaction", "SetHints background=false interactive=false",
                           "GetUpdates 2"));
-  const auto& alert = alerts.shown.back().alert;
-  EXPECT_EQ(alert.alertStyle(), NSAlertStyle::Informational);
-  EXPECT_THAT(alert.buttonTitles(), ElementsAre("OK")) << "nothing here shows pages of packages";
-  EXPECT_EQ(alerts.gone, 0);
+  EXPECT_EQ(windows.alerts().back().style, static_cast<int>(NSAlertStyle::Informational));
+  EXPECT_THAT(windows.alerts().back().buttons, ElementsAre("OK"))
+      << "nothing here shows pages of packages";
   answer();
-  EXPECT_EQ(alerts.gone, 1);
 
   for (const QStringList& others : {QStringList{}, QStringList{"calmdeck-doc;9;all;x", "odd"}}) {
     packageKit->packages = others;
@@ -258,7 +196,7 @@ TEST_F(PackageKitUpdatesTest, EachTroubleIsAClearAnswer) {
   EXPECT_EQ(answerToTheUser(),
             "The system's package service could not look for updates.\n\n"
             "The package lists are broken.");
-  EXPECT_EQ(alerts.shown.back().alert.alertStyle(), NSAlertStyle::Warning);
+  EXPECT_EQ(windows.alerts().back().style, static_cast<int>(NSAlertStyle::Warning));
   answer();
   packageKit->trouble.reset();
   packageKit->refuses = true;
@@ -275,8 +213,8 @@ TEST_F(PackageKitUpdatesTest, EachTroubleIsAClearAnswer) {
   updates.checkForUpdates();
   ASSERT_TRUE(asked(4));
   packageKit.reset();
-  ASSERT_TRUE(soon([&] { return alerts.shown.size() == 5; }));
-  EXPECT_THAT(alerts.shown.back().alert.messageText(), HasSubstr("\n\nIt ended while it looked."));
+  ASSERT_TRUE(soon([&] { return !windows.alerts().empty(); }));
+  EXPECT_THAT(windows.alerts().back().message, HasSubstr("\n\nIt ended while it looked."));
   answer();
   EXPECT_EQ(answerToTheUser(), "New versions of Calmdeck come with the system's updates.");
   answer();
@@ -308,7 +246,7 @@ TEST_F(PackageKitUpdatesTest, InTheBackgroundOnlyANewerVersionIsSpokenOf) {
   EXPECT_TRUE(soon([&] { return !notes.texts.empty(); }));
   EXPECT_THAT(notes.texts, ElementsAre("Calmdeck 2.0 is available. It comes with the system's "
                                        "updates."));
-  EXPECT_TRUE(alerts.shown.empty());
+  EXPECT_TRUE(windows.alerts().empty());
 }
 
 TEST_F(PackageKitUpdatesTest, TheUsersQuestionComesBeforeTheOneInTheBackgroundAndIsAskedOnce) {
@@ -320,13 +258,13 @@ TEST_F(PackageKitUpdatesTest, TheUsersQuestionComesBeforeTheOneInTheBackgroundAn
   updates.checkForUpdates();
   updates.checkForUpdates();
   updates.checkInBackground();
-  ASSERT_TRUE(soon([&] { return !alerts.shown.empty(); }));
+  ASSERT_TRUE(soon([&] { return !windows.alerts().empty(); }));
   updates.checkForUpdates();
   EXPECT_EQ(packageKit->calls.filter("CreateTransaction").size(), 2);
   EXPECT_EQ(packageKit->calls.filter("Cancel").size(), 1);
   answer();
   EXPECT_NE(answerToTheUser(), "nothing");
-  EXPECT_EQ(alerts.shown.size(), 2U);
+  EXPECT_EQ(windows.alerts().size(), 1U);
   EXPECT_THAT(notes.texts, ElementsAre());
 }
 
@@ -342,8 +280,7 @@ TEST_F(PackageKitUpdatesTest, ThePageIsOpenedByWhateverShowsSuchPages) {
   packageKit->packages = {"calmdeck;2.0;amd64;x"};
   for (const std::size_t button : {1U, 0U}) {
     EXPECT_NE(answerToTheUser(), "nothing");
-    EXPECT_THAT(alerts.shown.back().alert.buttonTitles(),
-                ElementsAre("Open Software Centre", "Later"));
+    EXPECT_THAT(windows.alerts().back().buttons, ElementsAre("Open Software Centre", "Later"));
     answer(button);
     EXPECT_TRUE(button == 0 || !std::filesystem::is_symlink(opened));
   }

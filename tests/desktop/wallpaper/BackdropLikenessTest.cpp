@@ -2,57 +2,126 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QImage>
 #include <algorithm>
+#include <csignal>
+#include <cstdlib>
 
-#include "desktop/wallpaper/Photograph.h"
-#include "desktop/wallpaper/WallpaperDesk.h"
+#include "desktop/harness/DesktopConfiguration.h"
+#include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/wallpaper/DesktopFacts.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
 
 namespace wallpaper_test {
 namespace {
 
 using harness::DesktopIcons;
+using harness::XDesk;
 
 constexpr double kMostPercent = 1;
+
+/// The private desktop of this process, whose surroundings are the desktop's from here on: Qt keeps
+/// its session bus.
+XDesk& sharedDesk() {
+  static XDesk desk({.windowManager = harness::WindowManager::Openbox});
+  // Which GLib raises when the session bus ends.
+  ::signal(SIGTERM, [](int) {});
+  for (const auto& [name, value] : desk.environment()) ::setenv(name.c_str(), value.c_str(), 1);
+  return desk;
+}
+
+/// As the window system tells them.
+class Facts final : public linux_desktop::DesktopFacts {
+ public:
+  Facts() : DesktopFacts([] { return monitorsOf(sharedDesk()); }) {}
+
+  linux_desktop::DesktopWindow desktopWindow() override {
+    const auto icons = sharedDesk().windows().findViewable(
+        [](const harness::WindowInfo& window) { return window.type == "DESKTOP"; });
+    if (!icons) return {};
+    const auto pid = sharedDesk().x().number(icons->id, "_NET_WM_PID");
+    return {icons->id, QString::fromStdString(icons->className), pid.value_or(0)};
+  }
+  std::vector<QString> outputsInUse() override {
+    std::vector<QString> names;
+    for (const linux_desktop::Monitor& monitor : monitors()) names.push_back(monitor.name);
+    return names;
+  }
+
+ private:
+  static std::vector<linux_desktop::Monitor> monitorsOf(XDesk& desk) {
+    std::vector<linux_desktop::Monitor> monitors;
+    for (const harness::Rect& area : desk.server().monitors()) {
+      monitors.push_back({QStringLiteral("VNC-%1").arg(monitors.size()),
+                          {area.x, area.y, area.width, area.height}});
+    }
+    return monitors;
+  }
+};
+
+/// Soft, with sharp lines. Its size is no multiple of any monitor's.
+QImage photograph() {
+  QImage image(1531, 977, QImage::Format_RGB32);
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const int line = (x + y) % 97 == 0 || (x - 2 * y) % 131 == 0 ? 60 : 0;
+      image.setPixel(x, y, qRgb(40 + x / 10 + line, 40 + y / 7 + line, 140 - x / 20 + line));
+    }
+  }
+  return image;
+}
+
+/// How many of a hundred pixels of two pictures of one size differ by more than 8 of 255 in any
+/// colour; 100 for pictures of different sizes.
+double percentApart(const QImage& picture, const harness::Image& screen) {
+  constexpr int kMost = 8;
+  if (picture.width() != screen.width || picture.height() != screen.height) return 100;
+  std::size_t apart = 0;
+  for (int y = 0; y < screen.height; ++y) {
+    for (int x = 0; x < screen.width; ++x) {
+      const QRgb one = picture.pixel(x, y);
+      const QRgb other = screen.at(x, y);
+      const bool differs = std::abs(qRed(one) - qRed(other)) > kMost ||
+                           std::abs(qGreen(one) - qGreen(other)) > kMost ||
+                           std::abs(qBlue(one) - qBlue(other)) > kMost;
+      if (differs) ++apart;
+    }
+  }
+  return 100.0 * static_cast<double>(apart) / static_cast<double>(screen.pixels.size());
+}
 
 /// A desktop and how it is told what to show in which style.
 struct Desktop {
   const char* name;
   DesktopIcons icons;
   std::vector<const char*> styles;
-  /// Before the desktop starts, for those that read it then.
-  void (*prepare)(const harness::PrivateHome& home, const std::string& picture,
-                  const std::string& style);
-  void (*show)(WallpaperDesk& desk, const std::string& picture, const std::string& style);
+  /// Before it starts.
+  void (*tell)(const XDesk& desk, const std::string& picture, const std::string& style);
 };
 
-void writePcManFm(const harness::PrivateHome& home, const std::string& picture,
-                  const std::string& style) {
+void tellPcManFm(const XDesk& desk, const std::string& picture, const std::string& style) {
   for (const char* number : {"0", "1"}) {
-    home.writeConfig(std::string("pcmanfm/default/desktop-items-") + number + ".conf",
-                     "[*]\nwallpaper_mode=" + style + "\nwallpaper_common=1\nwallpaper=" + picture +
-                         "\ndesktop_bg=#204060\n");
+    desk.home().writeConfig(std::string("pcmanfm/default/desktop-items-") + number + ".conf",
+                            "[*]\nwallpaper_mode=" + style + "\nwallpaper_common=1\nwallpaper=" +
+                                picture + "\ndesktop_bg=#204060\n");
   }
 }
 
-void writePcManFmQt(const harness::PrivateHome& home, const std::string& picture,
-                    const std::string& style) {
+void tellPcManFmQt(const XDesk& desk, const std::string& picture, const std::string& style) {
   const auto blank = style.find(' ');
-  home.writeConfig("pcmanfm-qt/lxqt/settings.conf",
-                   "[Desktop]\nBgColor=#204060\nPerScreenWallpaper=" +
-                       std::string(blank == std::string::npos ? "false" : "true") + "\nWallpaper=" +
-                       picture + "\nWallpaperMode=" + style.substr(0, blank) + "\n");
+  desk.home().writeConfig("pcmanfm-qt/lxqt/settings.conf",
+                          "[Desktop]\nBgColor=#204060\nPerScreenWallpaper=" +
+                              std::string(blank == std::string::npos ? "false" : "true") +
+                              "\nWallpaper=" + picture +
+                              "\nWallpaperMode=" + style.substr(0, blank) + "\n");
 }
 
-void nothing(const harness::PrivateHome&, const std::string&, const std::string&) {}
-void already(WallpaperDesk&, const std::string&, const std::string&) {}
-
-void showXfce(WallpaperDesk& desk, const std::string& picture, const std::string& style) {
-  for (const char* monitor : {kFirst, kSecond}) {
+void tellXfce(const XDesk& desk, const std::string& picture, const std::string& style) {
+  for (const char* monitor : {"VNC-0", "VNC-1"}) {
     const std::string folder = std::string("/backdrop/screen0/monitor") + monitor + "/workspace0/";
-    const auto write = [&](const std::string& key, const char* type, const std::string& value) {
-      (void)desk.run({"xfconf-query", "-c", "xfce4-desktop", "-p", folder + key, "-n", "-t", type,
-                      "-s", value});
+    const auto write = [&](const char* key, const char* type, const std::string& value) {
+      harness::setXfconf(desk, "xfce4-desktop", folder + key, type, value);
     };
     write("color-style", "int", "2");
     write("image-style", "int", style);
@@ -60,39 +129,35 @@ void showXfce(WallpaperDesk& desk, const std::string& picture, const std::string
   }
 }
 
-void showMate(WallpaperDesk& desk, const std::string& picture, const std::string& style) {
-  const auto write = [&](const char* key, const std::string& value) {
-    (void)desk.run({"gsettings", "set", "org.mate.background", key, value});
-  };
-  write("color-shading-type", "'horizontal-gradient'");
-  write("primary-color", "'#204060'");
-  write("secondary-color", "'#a08040'");
-  write("picture-options", "'" + style + "'");
-  write("picture-filename", "'" + picture + "'");
+void tellMate(const XDesk& desk, const std::string& picture, const std::string& style) {
+  const std::pair<const char*, std::string> rows[] = {
+      {"color-shading-type", "'horizontal-gradient'"},
+      {"primary-color", "'#204060'"},
+      {"secondary-color", "'#a08040'"},
+      {"picture-options", "'" + style + "'"},
+      {"picture-filename", "'" + picture + "'"}};
+  for (const auto& [key, value] : rows)
+    EXPECT_TRUE(desk.run({"gsettings", "set", "org.mate.background", key, value}).succeeded());
 }
 
 const Desktop kDesktops[] = {
     {"PcManFm",
      DesktopIcons::Pcmanfm,
      {"stretch", "fit", "center", "tile", "crop", "screen", "color"},
-     writePcManFm,
-     already},
+     tellPcManFm},
     {"PcManFmQt",
      DesktopIcons::PcmanfmQt,
      {"stretch", "fit", "center", "tile", "zoom", "none"},
-     writePcManFmQt,
-     already},
+     tellPcManFmQt},
     {"PcManFmQtPerMonitor",
      DesktopIcons::PcmanfmQt,
      {"fit each", "tile each", "zoom each"},
-     writePcManFmQt,
-     already},
-    {"Xfce", DesktopIcons::Xfdesktop, {"1", "2", "3", "4", "5", "6", "0"}, nothing, showXfce},
+     tellPcManFmQt},
+    {"Xfce", DesktopIcons::Xfdesktop, {"1", "2", "3", "4", "5", "6", "0"}, tellXfce},
     {"Mate",
      DesktopIcons::Caja,
      {"wallpaper", "centered", "scaled", "stretched", "spanned"},
-     nothing,
-     showMate},
+     tellMate},
 };
 
 struct Look {
@@ -116,35 +181,49 @@ std::string nameOf(const testing::TestParamInfo<Look>& row) {
 
 class BackdropLikenessTest : public testing::TestWithParam<Look> {
  protected:
+  BackdropLikenessTest() {
+    linux_desktop::BusPeer::limitOperationsTo(3000);  // tests run side by side
+    linux_desktop::WallpaperPictures::waitForPictures(3000);
+  }
+
   /// Of a hundred pixels; the least that is seen until the desktop has drawn.
-  static double apart(WallpaperDesk& desk, int monitor) {
-    const std::string drawn = desk.desk().home().home() / "drawn.png";
-    const harness::Rect area =
-        desk.desk().server().monitors().at(static_cast<std::size_t>(monitor));
+  double apart(const linux_desktop::Monitor& monitor) {
+    const QRect area = monitor.pixels();
     double least = 100;
-    desk.desk().until([&] {
-      if (desk.ask({"render", monitor == 0 ? kFirst : kSecond, drawn}) != "saved") return false;
-      const QImage ours(QString::fromStdString(drawn));
-      least = std::min(least, percentApart(ours, desk.desk().screen().area(area)));
+    desk.until([&] {
+      QCoreApplication::processEvents();
+      const auto backdrop = pictures.backdrop(monitor);
+      const auto ours = backdrop ? pictures.render(*backdrop, monitor) : std::nullopt;
+      if (!ours) return false;
+      const harness::Image seen =
+          desk.screen().area({area.x(), area.y(), area.width(), area.height()});
+      least = std::min(least, percentApart(*ours, seen));
       return least <= kMostPercent;
     });
     return least;
   }
+
+  XDesk& desk = sharedDesk();
+  Facts facts;
+
+ private:
+  int argc_ = 0;
+  QCoreApplication application_{argc_, nullptr};
+
+ protected:
+  linux_desktop::WallpaperPictures pictures{facts};
 };
 
 TEST_P(BackdropLikenessTest, OnePixelOfAHundredAtMostIsAnother) {
   const auto& [desktop, style] = GetParam();
-  WallpaperDesk desk({.windowManager = harness::WindowManager::Openbox});
-  const harness::PrivateHome& home = desk.desk().home();
-  const std::string picture = home.home() / "photograph.png";
-  ASSERT_TRUE(photograph(1531, 977).save(QString::fromStdString(picture)));
-  desktop->prepare(home, picture, style);
-  desk.desk().startIcons(desktop->icons);
-  desktop->show(desk, picture, style);
-  for (const int monitor : {0, 1}) {
-    const double percent = apart(desk, monitor);
-    EXPECT_LE(percent, kMostPercent) << monitor;
-    RecordProperty("monitor" + std::to_string(monitor), std::to_string(percent));
+  const std::string picture = desk.home().home() / "photograph.png";
+  ASSERT_TRUE(photograph().save(QString::fromStdString(picture)));
+  desktop->tell(desk, picture, style);
+  desk.startIcons(desktop->icons);
+  for (const linux_desktop::Monitor& monitor : facts.monitors()) {
+    const double percent = apart(monitor);
+    EXPECT_LE(percent, kMostPercent) << monitor.name.toStdString();
+    RecordProperty(monitor.name.toStdString(), std::to_string(percent));
   }
 }
 

@@ -1,163 +1,193 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QImage>
+#include <QTemporaryDir>
+#include <fstream>
 #include <sstream>
 
-#include "desktop/wallpaper/WallpaperDesk.h"
+#include "desktop/harness/Process.h"
+#include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/wallpaper/DesktopFacts.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
 
-namespace wallpaper_test {
+namespace linux_desktop {
 namespace {
 
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-enum class Second { Picture, SlideShow };
+/// The session bus of this process, for as long as that lives: Qt opens it once.
+const std::string& sessionBus() {
+  static harness::Process bus(
+      {.argv = {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"}});
+  static const std::string address = bus.waitForLine("^unix:").value_or("");
+  return address;
+}
 
-class PlasmaDesk : public WallpaperDesk {
- public:
-  explicit PlasmaDesk(Second second = Second::Picture, Interface interface = Interface::X11)
-      : WallpaperDesk({.environment = {{"XDG_CURRENT_DESKTOP", "KDE"}}}, interface) {
-    std::vector<std::string> shell{PLASMA_STAND_IN, picture("old.png", 0xc02020)};
-    if (second == Second::SlideShow) shell.push_back(picture("slide.png", 0x20c020));
-    shell_ = desk().start(shell);
-    EXPECT_TRUE(shell_->waitForLine("^ready$")) << shell_->errorOutput();
+/// Two screens, the second one with two pixels a point each way.
+const Monitor kFirst{QStringLiteral("VNC-0"), {0, 0, 1280, 720}};
+const Monitor kSecond{QStringLiteral("VNC-1"), {1280, 0, 512, 300}, 2};
+
+class PlasmaWallpaperTest : public testing::Test {
+ protected:
+  PlasmaWallpaperTest() {
+    BusPeer::limitOperationsTo(3000);  // tests run side by side
+    WallpaperPictures::waitForPictures(3000);
   }
 
-  [[nodiscard]] harness::Process& shell() { return *shell_; }
+  void start(const std::string& slide = {}) {
+    std::vector<std::string> argv{PLASMA_STAND_IN, picture("old.png")};
+    if (!slide.empty()) argv.push_back(slide);
+    shell.emplace(harness::Command{argv});
+    ASSERT_TRUE(shell->waitForLine("^ready$")) << shell->errorOutput();
+  }
+
+  [[nodiscard]] std::string picture(const char* name) const {
+    const QString path = folder_.filePath(QString::fromUtf8(name));
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    EXPECT_TRUE(image.save(path));
+    return path.toStdString();
+  }
+  [[nodiscard]] std::string path(const Monitor& monitor) {
+    return pictures.path(monitor.name.toStdString()).value_or("");
+  }
+  /// The reason of a refusal.
+  std::string set(const Monitor& monitor, const std::string& file) {
+    return pictures.set(file, monitor.name.toStdString(), {}).value_or("");
+  }
+  static bool soon(const std::function<bool()>& fact) {
+    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
+  }
+  static void endTurn() { QCoreApplication::processEvents(); }
   /// What the next script that writes was given.
-  [[nodiscard]] std::string written() { return shell_->waitForLine("^\\{").value_or("nothing"); }
-  /// How many scripts have read, and how many have written.
-  [[nodiscard]] std::pair<int, int> scripts() {
-    std::istringstream lines(shell_->output());
-    std::pair<int, int> count;
-    for (std::string line; std::getline(lines, line);) {
-      if (line == "read") ++count.first;
-      if (line.starts_with('{')) ++count.second;
-    }
-    return count;
-  }
+  [[nodiscard]] std::string written() { return shell->waitForLine("^\\{").value_or("nothing"); }
   /// As the user's own settings would, up to where the shell notes it in its file.
-  void changeByAnother(const std::string& file) {
+  void changeByAnother(const std::string& file) const {
     const std::string wanted = R"({"id":9,"plugin":"org.kde.image","image":"file://)" + file;
-    EXPECT_TRUE(desk().bus().call("org.kde.plasmashell", "/PlasmaShell",
-                                  "org.kde.PlasmaShell.evaluateScript",
-                                  {"string:const wanted = " + wanted + "\"};"}));
+    EXPECT_TRUE(
+        harness::runToEnd({{"dbus-send", "--session", "--print-reply", "--dest=org.kde.plasmashell",
+                            "/PlasmaShell", "org.kde.PlasmaShell.evaluateScript",
+                            "string:const wanted = " + wanted + "\"};"}})
+            .succeeded());
   }
   void noteInFile() {
-    desk().home().writeConfig("plasma-org.kde.plasma.desktop-appletsrc", std::to_string(++notes_));
+    std::ofstream(folder_.filePath("plasma-org.kde.plasma.desktop-appletsrc").toStdString())
+        << ++notes_;
   }
 
  private:
-  std::unique_ptr<harness::Process> shell_;
+  QTemporaryDir folder_;
   int notes_ = 0;
+  bool isSet_ = qputenv("DBUS_SESSION_BUS_ADDRESS", sessionBus().c_str()) &&
+                qputenv("XDG_CURRENT_DESKTOP", "KDE") &&
+                qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
+  int argc_ = 0;
+  QCoreApplication application_{argc_, nullptr};
+
+ protected:
+  std::optional<harness::Process> shell;
+  DesktopFacts facts{[] { return std::vector{kFirst, kSecond}; }};
+  WallpaperPictures pictures{facts};
 };
 
-class PlasmaOn : public testing::TestWithParam<Interface> {};
-
-INSTANTIATE_TEST_SUITE_P(An, PlasmaOn, testing::Values(Interface::X11, Interface::Other),
-                         [](const auto& row) {
-                           return row.param == Interface::X11 ? "XServer" : "UnknownWindowSystem";
-                         });
-
-TEST_P(PlasmaOn, EachScreenIsSetAndPutBackByItsPlace) {
-  PlasmaDesk plasma(Second::Picture, GetParam());
-  const std::string colour = plasma.path(kFirst);
+TEST_F(PlasmaWallpaperTest, EachScreenIsSetAndPutBackByItsPlace) {
+  start();
+  const std::string colour = path(kFirst);
   EXPECT_THAT(colour, StartsWith("/dev/null/"));
-  EXPECT_EQ(plasma.backdrop(kFirst), "\t0\t0\t#20a040");
-  const std::string picture = plasma.path(kSecond);
-  EXPECT_THAT(picture, EndsWith("/old.png"));
-  EXPECT_THAT(plasma.backdrop(kSecond), StartsWith(picture + "\t4\t0"));
+  EXPECT_EQ(pictures.backdrop(kFirst), (Backdrop{.file = {}, .primary = QColor(32, 160, 64)}));
+  const std::string old = path(kSecond);
+  EXPECT_THAT(old, EndsWith("/old.png"));
+  EXPECT_EQ(pictures.backdrop(kSecond)->style, BackdropStyle::Fitted);
 
-  const std::string chosen = plasma.picture("a \"b\" %20ä.png", 0xe0c020);
-  EXPECT_EQ(plasma.set(kFirst, chosen), kNothing);
-  EXPECT_THAT(plasma.written(),
-              HasSubstr(R"(/a%20%22b%22%20%2520%C3%A4.png","plugin":"org.kde.image")"));
-  EXPECT_EQ(plasma.path(kSecond), picture);
-  EXPECT_EQ(plasma.set(kSecond, chosen), kNothing);
-  EXPECT_THAT(plasma.written(), StartsWith(R"({"id":9,)"));
+  const std::string chosen = picture("a \"b\" %20ä.png");
+  EXPECT_EQ(set(kFirst, chosen), "");
+  EXPECT_THAT(written(), HasSubstr(R"(/a%20%22b%22%20%2520%C3%A4.png","plugin":"org.kde.image")"));
+  EXPECT_EQ(path(kSecond), old);
+  EXPECT_EQ(set(kSecond, chosen), "");
+  EXPECT_THAT(written(), StartsWith(R"({"id":9,)"));
 
-  EXPECT_EQ(plasma.set(kFirst, colour), kNothing);
-  EXPECT_EQ(plasma.written(), R"({"id":7,"image":"","plugin":"org.kde.color"})");
-  EXPECT_EQ(plasma.set(kSecond, picture), kNothing);
-  EXPECT_EQ(plasma.written(),
-            R"({"id":9,"image":"file://)" + picture + R"(","plugin":"org.kde.image"})");
+  EXPECT_EQ(set(kFirst, colour), "");
+  EXPECT_EQ(written(), R"({"id":7,"image":"","plugin":"org.kde.color"})");
+  EXPECT_EQ(set(kSecond, old), "");
+  EXPECT_EQ(written(), R"({"id":9,"image":"file://)" + old + R"(","plugin":"org.kde.image"})");
 }
 
-TEST(PlasmaWallpaper, SlideShowGoesOnFromTheSlideThatScriptsDoNotSee) {
-  PlasmaDesk plasma(Second::SlideShow);
-  const std::string show = plasma.path(kSecond);
+TEST_F(PlasmaWallpaperTest, SlideShowGoesOnFromTheSlideThatScriptsDoNotSee) {
+  start(picture("slide.png"));
+  const std::string show = path(kSecond);
   EXPECT_THAT(show, StartsWith("/dev/null/"));
-  EXPECT_THAT(plasma.backdrop(kSecond), HasSubstr("/slide.png\t"));
-  EXPECT_EQ(plasma.set(kSecond, plasma.picture("chosen.png", 0xe0c020)), kNothing);
-  EXPECT_THAT(plasma.written(), HasSubstr(R"(/chosen.png","plugin":"org.kde.image"})"));
+  EXPECT_THAT(pictures.backdrop(kSecond)->file.toStdString(), EndsWith("/slide.png"));
+  EXPECT_EQ(set(kSecond, picture("chosen.png")), "");
+  EXPECT_THAT(written(), HasSubstr(R"(/chosen.png","plugin":"org.kde.image"})"));
 
-  EXPECT_EQ(plasma.set(kSecond, show), kNothing);
-  const std::string written = plasma.written();
-  EXPECT_THAT(written, HasSubstr(R"(/old.png","plugin":"org.kde.slideshow","slide":"file:///)"));
-  EXPECT_THAT(written, EndsWith(R"(/slide.png"})"));
+  EXPECT_EQ(set(kSecond, show), "");
+  const std::string back = written();
+  EXPECT_THAT(back, HasSubstr(R"(/old.png","plugin":"org.kde.slideshow","slide":"file:///)"));
+  EXPECT_THAT(back, EndsWith(R"(/slide.png"})"));
 }
 
-TEST(PlasmaWallpaper, OneReadingServesATurnAndNoLonger) {
-  PlasmaDesk plasma;
-  const std::string chosen = plasma.picture("chosen.png", 0xe0c020);
-  const std::string refused = plasma.picture("refused.png", 0xe0c020);
-  const std::vector<std::string> answers = plasma.askTogether({{"path", kFirst},
-                                                               {"path", kSecond},
-                                                               {"set", kFirst, chosen},
-                                                               {"set", kSecond, chosen},
-                                                               {"path", kFirst},
-                                                               {"path", kSecond}});
-  EXPECT_THAT(answers, ElementsAre(StartsWith("/dev/null/"), EndsWith("/old.png"), kNothing,
-                                   kNothing, chosen, chosen));
-  EXPECT_TRUE(plasma.desk().until([&] { return plasma.scripts() == std::pair(1, 2); }));
-  // An order that comes at once may find the turn not over yet.
-  EXPECT_TRUE(plasma.desk().until(
-      [&] { return plasma.path(kFirst) == chosen && plasma.scripts().first > 1; }));
-
-  EXPECT_THAT(
-      plasma.askTogether({{"set", kFirst, refused},
-                          {"path", kFirst},
-                          {"set", kSecond, plasma.picture("other.png", 0x2040c0)},
-                          {"path", kSecond},
-                          {"path", kFirst}}),
-      ElementsAre(HasSubstr("does not take"), chosen, kNothing, EndsWith("/other.png"), chosen));
-}
-
-TEST(PlasmaWallpaper, ChangeByAnotherIsToldEvenIfItWasReadBefore) {
-  PlasmaDesk plasma;
-  ASSERT_NE(plasma.path(kSecond), kNothing);
-  EXPECT_EQ(plasma.ask({"watch"}), "watching");
-  const auto isTold = [&](const char* changes) {
-    return plasma.desk().until([&] { return plasma.ask({"changes"}) == changes; });
+TEST_F(PlasmaWallpaperTest, OneReadingServesATurnAndNoLonger) {
+  start();
+  const std::string chosen = picture("chosen.png");
+  EXPECT_THAT(path(kFirst), StartsWith("/dev/null/"));
+  for (const Monitor& monitor : {kFirst, kSecond}) {
+    EXPECT_EQ(set(monitor, chosen), "");
+    EXPECT_EQ(path(monitor), chosen);
+  }
+  const auto readings = [&] {
+    const std::string lines = shell->output();
+    int count = 0;
+    for (auto at = lines.find("read\n"); at != std::string::npos; at = lines.find("read\n", at + 1))
+      ++count;
+    return count;
   };
-  const std::string chosen = plasma.picture("chosen.png", 0xe0c020);
-  plasma.changeByAnother(chosen);
-  EXPECT_EQ(plasma.path(kSecond), chosen);
-  plasma.noteInFile();
-  EXPECT_TRUE(isTold("1"));
+  EXPECT_EQ(readings(), 1);
+  endTurn();
+  EXPECT_EQ(path(kFirst), chosen);
+  EXPECT_TRUE(soon([&] { return readings() == 2; }));
 
-  EXPECT_EQ(plasma.set(kSecond, plasma.picture("ours.png", 0x2040c0)), kNothing);
-  EXPECT_TRUE(isTold("2")) << "our own";
-  plasma.noteInFile();
-  plasma.changeByAnother(chosen);
-  plasma.noteInFile();
-  EXPECT_TRUE(isTold("3")) << plasma.ask({"changes"});
+  EXPECT_THAT(set(kFirst, picture("refused.png")), HasSubstr("does not take"));
+  EXPECT_EQ(path(kFirst), chosen);
 }
 
-TEST(PlasmaWallpaper, FrozenShellIsWaitedForOnce) {
-  PlasmaDesk plasma;
-  ASSERT_NE(plasma.path(kFirst), kNothing);
-  plasma.shell().freeze();
-  // An order that comes at once may find the turn not over yet.
-  EXPECT_TRUE(plasma.desk().until([&] { return plasma.path(kFirst) == kNothing; }));
-  const std::string chosen = plasma.picture("chosen.png", 0xe0c020);
-  EXPECT_THAT(plasma.set(kSecond, chosen), HasSubstr("does not answer"));
-  EXPECT_TRUE(plasma.isAnsweredAtOnce({"set", kSecond, chosen}));
-  plasma.shell().thaw();
-  EXPECT_TRUE(plasma.desk().until([&] { return plasma.path(kFirst) != kNothing; }));
+TEST_F(PlasmaWallpaperTest, ChangeByAnotherIsToldEvenIfItWasReadBefore) {
+  start();
+  ASSERT_NE(path(kSecond), "");
+  int changes = 0;
+  pictures.setChanged([&] { ++changes; });
+  const auto isTold = [&](int wanted) { return soon([&] { return changes == wanted; }); };
+  const std::string chosen = picture("chosen.png");
+  endTurn();
+  changeByAnother(chosen);
+  EXPECT_EQ(path(kSecond), chosen);
+  noteInFile();
+  EXPECT_TRUE(isTold(1));
+
+  EXPECT_EQ(set(kSecond, picture("ours.png")), "");
+  EXPECT_TRUE(isTold(2)) << "our own";
+  noteInFile();
+  changeByAnother(chosen);
+  noteInFile();
+  EXPECT_TRUE(isTold(3));
+}
+
+TEST_F(PlasmaWallpaperTest, FrozenShellIsWaitedForOnce) {
+  start();
+  ASSERT_NE(path(kFirst), "");
+  shell->freeze();
+  endTurn();
+  EXPECT_EQ(path(kFirst), "");
+  // They would take five minutes, were each to wait.
+  const std::string chosen = picture("chosen.png");
+  for (int order = 0; order < 100; ++order)
+    ASSERT_THAT(set(kSecond, chosen), HasSubstr("does not answer"));
+  shell->thaw();
+  EXPECT_TRUE(soon([&] { return !path(kFirst).empty(); }));
 }
 
 }  // namespace
-}  // namespace wallpaper_test
+}  // namespace linux_desktop

@@ -1,73 +1,68 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
-#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "desktop/harness/XDesk.h"
+#include "desktop/harness/DesktopConfiguration.h"
+#include "desktop/harness/ShortcutProgram.h"
 
 namespace wallpaper_test {
 
-/// As the harness makes them.
-inline constexpr const char* kFirst = "VNC-0";
-inline constexpr const char* kSecond = "VNC-1";
-/// What the probe answers where there is nothing to tell: no path, or no reason to fail.
-inline constexpr const char* kNothing = "-";
+using harness::DesktopIcons;
+using harness::Image;
+using harness::Rect;
 
-/// What the probe's interface is on.
-enum class Interface {
-  X11,
-  /// One of which only Qt knows anything: the same two screens, the second one with two pixels a
-  /// point each way.
-  Other
-};
+inline constexpr std::uint32_t kRed = 0xc02020;
+inline constexpr std::uint32_t kGreen = 0x20a040;
+inline constexpr std::uint32_t kBlue = 0x2040c0;
+inline constexpr std::uint32_t kYellow = 0xe0c020;
 
-/// A private desktop with a process on it that sets and reads the desktop's pictures.
+/// A private desktop, and the program on it, whose mode shows a yellow picture on every monitor.
 class WallpaperDesk {
  public:
-  explicit WallpaperDesk(const harness::DeskOptions& options, Interface interface = Interface::X11);
+  /// With the window manager that goes with the icons, which do not run yet.
+  explicit WallpaperDesk(DesktopIcons icons, harness::DeskOptions options = {},
+                         const std::string& chosen = kAnyName);
 
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
+  [[nodiscard]] const harness::XDesk& desk() const { return desk_; }
+  [[nodiscard]] harness::ShortcutProgram& program() { return *program_; }
+  [[nodiscard]] const std::string& chosen() const { return chosen_; }
 
-  [[nodiscard]] std::string path(const std::string& screen) { return ask({"path", screen}); }
-  /// The reason of a refusal, or nothing.
-  [[nodiscard]] std::string set(const std::string& screen, const std::string& path) {
-    return ask({"set", screen, path});
-  }
-  /// File, number of the style, whether it spans, colour; parted by tabs.
-  [[nodiscard]] std::string backdrop(const std::string& screen) {
-    return ask({"backdrop", screen});
-  }
-  /// Any order of the probe. Throws when no answer comes within the harness's patience, which is
-  /// less than the 25 seconds that the bus itself waits.
-  [[nodiscard]] std::string ask(const std::vector<std::string>& fields);
-  /// Several of them, within one turn of the probe's event loop.
-  [[nodiscard]] std::vector<std::string> askTogether(
-      const std::vector<std::vector<std::string>>& orders);
-  /// What the probe wrote on standard error.
-  [[nodiscard]] std::string complaints() const { return probe_->errorOutput(); }
-  /// Whether that order is answered without a wait: a hundred of them.
-  [[nodiscard]] bool isAnsweredAtOnce(const std::vector<std::string>& fields);
+  void startIcons() { desk_.startIcons(icons_); }
+  void launch() { program_.emplace(desk_, harness::swapsTo(chosen_)); }
+  void toggle() { program_->toggle(); }
+  /// Every monitor shows the chosen picture then.
+  void swap();
 
   /// A picture of one colour in the desktop's home; the path.
   [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const;
   /// Waits until the middle of a monitor, counted from 0, has that colour, give or take a little.
   [[nodiscard]] bool shows(int monitor, std::uint32_t colour);
-  [[nodiscard]] std::uint32_t middleOf(int monitor);
+  /// What each monitor shows at rest; between them lies what nobody sees.
+  [[nodiscard]] std::vector<Image> monitors();
+  /// All that the desktop keeps of its backdrops.
+  [[nodiscard]] std::string settings() const { return harness::backdropSettings(desk_, icons_); }
+  /// Waits until they are these again.
+  [[nodiscard]] bool settles(const std::string& before) const {
+    return desk_.until([&] { return settings() == before; });
+  }
 
   /// Standard output of a program, which must end well.
-  [[nodiscard]] std::string run(const std::vector<std::string>& argv) const;
-  /// The process that owns a name on the bus.
-  [[nodiscard]] pid_t ownerOf(const std::string& busName);
+  std::string run(const std::vector<std::string>& argv) const;
+  /// Stops the process that owns a name on the bus, or lets it go on.
+  void hold(const std::string& busName, bool hung);
+
+  /// With what has a meaning to some desktop, bus or shell.
+  static constexpr const char* kAnyName = "a \"b\" it's %20 100% \xc3\xa4\xe5\xb1\xb1.png";
 
  private:
-  [[nodiscard]] std::string answer();
-
   harness::XDesk desk_;
-  std::filesystem::path fifo_;
-  std::unique_ptr<harness::Process> probe_;
+  DesktopIcons icons_;
+  std::string chosen_;
+  std::optional<harness::ShortcutProgram> program_;
 };
 
 }  // namespace wallpaper_test

@@ -53,16 +53,17 @@ bool liesOn(const Rect& cover, const Rect& monitor) {
 }  // namespace
 
 CoverDesk::CoverDesk(const CoverDeskOptions& options)
-    : desk_({.windowManager = options.windowManager}), swaps_(options.swaps) {
+    : desk_({.windowManager = options.windowManager}), kind_(options.icons), swaps_(options.swaps) {
   writePng(picture(1280, 720, 40), desk_.home().home() / "left.png");
   writePng(picture(1024, 600, 200), desk_.home().home() / "right.png");
   if (!options.composited) stopCompositing();
-  if (options.icons != DesktopIcons::None) configure(options.icons);
+  if (kind_ != DesktopIcons::None) configure();
   if (options.pattern) (void)desk_.run({"xsetroot", "-mod", "16", "24"});
-  desk_.startIcons(options.icons);
+  desk_.startIcons(kind_);
   bare_ = desk_.screen().settled(desk_.x().screenArea(), kCalm, kPatience);
-  isExact_ = options.icons != DesktopIcons::Xfdesktop || hasRootPicture();
-  if (options.icons != DesktopIcons::None) placeIcons();
+  isExact_ = kind_ != DesktopIcons::Xfdesktop ||
+             desk_.x().number(desk_.x().root(), "_XROOTPMAP_ID").has_value();
+  if (kind_ != DesktopIcons::None) placeIcons();
   front_ = desk_.openWindow("front", kFrontArea);
   [[maybe_unused]] const Image drawn =
       desk_.screen().settled(desk_.x().screenArea(), kCalm, kPatience);
@@ -70,14 +71,14 @@ CoverDesk::CoverDesk(const CoverDeskOptions& options)
   frontPixels_ = desk_.screen().area(front_.area);
 }
 
-void CoverDesk::configure(DesktopIcons kind) const {
+void CoverDesk::configure() const {
   // Most draw a picture; the two of the file managers show that a colour is found as well.
-  const bool isColour = kind == DesktopIcons::Pcmanfm || kind == DesktopIcons::PcmanfmQt;
+  const bool isColour = kind_ == DesktopIcons::Pcmanfm || kind_ == DesktopIcons::PcmanfmQt;
   const std::filesystem::path home = desk_.home().home();
   if (isColour) {
-    harness::configureIcons(desk_, kind, {{.colour = "#204060"}, {.colour = "#604020"}});
+    harness::configureIcons(desk_, kind_, {{.colour = "#204060"}, {.colour = "#604020"}});
   } else {
-    harness::configureIcons(desk_, kind,
+    harness::configureIcons(desk_, kind_,
                             {{.picture = home / "left.png"}, {.picture = home / "right.png"}});
   }
 }
@@ -94,8 +95,13 @@ void CoverDesk::stopCompositing() const {
 }
 
 void CoverDesk::changeWallpaper(const std::filesystem::path& picture) const {
-  harness::setXfconf(desk_, "xfce4-desktop", "/backdrop/screen0/monitorVNC-0/workspace0/last-image",
-                     "string", picture);
+  harness::configureIcons(desk_, kind_, {{.picture = picture}, {.picture = picture}});
+}
+
+std::filesystem::path CoverDesk::bluePicture() const {
+  std::filesystem::path blue = desk_.home().home() / "blue.png";
+  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, 0x0000ff)}, blue);
+  return blue;
 }
 
 void CoverDesk::placeIcons() {
@@ -107,35 +113,14 @@ void CoverDesk::placeIcons() {
 }
 
 void CoverDesk::launch() {
-  const std::filesystem::path blue = desk_.home().home() / "blue.png";
-  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, 0x0000ff)}, blue);
-  desk_.home().writeConfig("calmdeck/settings.json",
-                           R"({"kUserdefaultsToggleDesktopIcons": true,
-    "kUserdefaultsToggleWallpaper": )" +
-                               std::string(swaps_ ? "true" : "false") +
-                               R"(, "kUserdefaultsSelectedWallpaper": ")" + blue.string() +
-                               R"(",
-    "kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13]})");
-  program_ = desk_.startCalmdeck();
-  ASSERT_TRUE(desk_.until([&] { return desk_.openPopover().has_value(); }))
-      << program_->errorOutput();
-  const harness::XConnection& x = desk_.x();
-  // What a window manager does on a click on the close button; not every desk here has one.
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = desk_.openPopover()->id;
-  event.type = x.atom("WM_PROTOCOLS");
-  event.data.data32[0] = x.atom("WM_DELETE_WINDOW");
-  xcb_send_event(x.get(), 0, event.window, XCB_EVENT_MASK_NO_EVENT,
-                 reinterpret_cast<const char*>(&event));
-  ASSERT_TRUE(desk_.until([&] { return !desk_.openPopover(); })) << program_->errorOutput();
+  const std::string swap = swaps_ ? ", " + harness::swapsTo(bluePicture()) : "";
+  program_.emplace(desk_, harness::kCovers + swap);
 }
 
 void CoverDesk::startCovered() {
-  ASSERT_NO_FATAL_FAILURE(launch());
+  launch();
   toggle();
-  ASSERT_TRUE(desk_.until([&] { return everyMonitorIsCovered(); })) << program_->errorOutput();
+  ASSERT_TRUE(desk_.until([&] { return everyMonitorIsCovered(); })) << program().errorOutput();
 }
 
 std::vector<WindowInfo> CoverDesk::covers() const {
@@ -202,59 +187,8 @@ std::string CoverDesk::faultAfterAWhile(bool frontShows) const {
   return last;
 }
 
-bool CoverDesk::hasRootPicture() const {
-  return desk_.x().number(desk_.x().root(), "_XROOTPMAP_ID").value_or(XCB_NONE) != XCB_NONE;
-}
-
 bool CoverDesk::isAlike(std::uint32_t a, std::uint32_t b) const {
   return isExact_ ? a == b : harness::alike(a, b);
-}
-
-bool CoverDesk::looksUncovered() {
-  const Rect all = desk_.x().screenArea();
-  const Image covered = desk_.screen().settled(all, kCalm, kPatience);
-  toggle();
-  if (!desk_.until([&] { return covers().empty(); })) return false;
-  const Image uncovered = desk_.screen().settled(all, kCalm, kPatience);
-  toggle();
-  if (!desk_.until([&] { return everyMonitorIsCovered(); })) return false;
-  if (covered.width != uncovered.width || covered.height != uncovered.height) return false;
-  const Rect around = grown(front_.area, kAroundWindow);
-  std::size_t wrong = 0;
-  for (int y = 0; y < covered.height; ++y) {
-    for (int x = 0; x < covered.width; ++x) {
-      if (around.contains(x, y) || (icons_ && icons_->contains(x, y))) continue;
-      if (!isAlike(covered.at(x, y), uncovered.at(x, y))) ++wrong;
-    }
-  }
-  return wrong <= covered.pixels.size() / 100;
-}
-
-Image CoverDesk::rootPicture(const Rect& monitor) const {
-  const auto pixmap = desk_.x().number(desk_.x().root(), "_XROOTPMAP_ID");
-  return pixmap ? desk_.screen().area(monitor, *pixmap) : Image{};
-}
-
-void CoverDesk::setRootPicture(std::uint32_t colour) {
-  const harness::XConnection& x = desk_.x();
-  const Rect all = x.screenArea();
-  auto pixmap = x.number(x.root(), "_XROOTPMAP_ID").value_or(XCB_NONE);
-  if (pixmap == XCB_NONE) {
-    pixmap = xcb_generate_id(x.get());
-    xcb_create_pixmap(x.get(), 24, pixmap, x.root(), static_cast<std::uint16_t>(all.width),
-                      static_cast<std::uint16_t>(all.height));
-  }
-  const xcb_gcontext_t context = xcb_generate_id(x.get());
-  xcb_create_gc(x.get(), context, pixmap, XCB_GC_FOREGROUND, &colour);
-  const xcb_rectangle_t area{0, 0, static_cast<std::uint16_t>(all.width),
-                             static_cast<std::uint16_t>(all.height)};
-  xcb_poly_fill_rectangle(x.get(), pixmap, context, 1, &area);
-  xcb_free_gc(x.get(), context);
-  xcb_change_window_attributes(x.get(), x.root(), XCB_CW_BACK_PIXMAP, &pixmap);
-  xcb_clear_area(x.get(), 0, x.root(), 0, 0, 0, 0);
-  xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, x.root(), x.atom("_XROOTPMAP_ID"),
-                      XCB_ATOM_PIXMAP, 32, 1, &pixmap);
-  xcb_flush(x.get());
 }
 
 void CoverDesk::swapPrimary() const {

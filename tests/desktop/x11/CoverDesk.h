@@ -3,12 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "desktop/harness/XDesk.h"
+#include "desktop/harness/ShortcutProgram.h"
 
 namespace cover_test {
 
@@ -37,12 +36,12 @@ class CoverDesk {
   explicit CoverDesk(const CoverDeskOptions& options);
 
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
-  [[nodiscard]] Process& program() { return *program_; }
+  [[nodiscard]] Process& program() { return program_->process(); }
 
-  /// Starts the program, whose mode covers icons and does nothing else, and closes its panel.
+  /// Starts the program, whose mode covers icons and does nothing else.
   void launch();
-  /// By the program's shortcut.
-  void toggle() { desk_.input().key("ctrl+alt+p"); }
+  /// By the program's shortcut, without waiting for anything.
+  void toggle() { program_->press(); }
   /// Launches, and returns once each monitor has its cover.
   void startCovered();
   /// On the screen now, in no particular order.
@@ -67,19 +66,12 @@ class CoverDesk {
   /// screen, it is not looked for.
   [[nodiscard]] std::string faultAfterAWhile(bool frontShows = true) const;
 
-  /// Shows another picture on the first monitor, where xfdesktop draws it.
+  /// Tells the desktop to show another picture.
   void changeWallpaper(const std::filesystem::path& picture) const;
-  /// Whether the desktop offers its own picture, on the root window. xfdesktop does up to 4.18.
-  [[nodiscard]] bool hasRootPicture() const;
-  /// Whether two colours are to the eye the same: equal, or nearly so where no root picture is.
+  /// Blue all over.
+  [[nodiscard]] std::filesystem::path bluePicture() const;
+  /// Whether two colours are to the eye the same: equal, or nearly so where they are not exact.
   [[nodiscard]] bool isAlike(std::uint32_t a, std::uint32_t b) const;
-  /// Whether the monitors look as they do without covers, icons and the ordinary window aside.
-  /// Takes the covers down and lets them come again.
-  [[nodiscard]] bool looksUncovered();
-  /// The part of the root window's picture that the monitor has; no pixels where there is none.
-  [[nodiscard]] Image rootPicture(const Rect& monitor) const;
-  /// Makes a pixmap of one colour and says that it is the root's picture, as desktops do.
-  void setRootPicture(std::uint32_t colour);
 
   /// The monitor that is not the primary one becomes it.
   void swapPrimary() const;
@@ -87,21 +79,23 @@ class CoverDesk {
   void showDesktop(bool on);
 
  private:
-  void configure(DesktopIcons kind) const;
+  void configure() const;
   void stopCompositing() const;
   void placeIcons();
   [[nodiscard]] std::string compare(const Image& now, bool frontShows) const;
 
   harness::XDesk desk_;
+  DesktopIcons kind_;
   bool swaps_;
-  /// Covers show the desktop's picture to the pixel.
+  /// Covers show the desktop's picture to the pixel: it offers that on the root window, as
+  /// xfdesktop does up to 4.18.
   bool isExact_ = true;
   /// Without icons and windows.
   Image bare_;
   std::optional<Rect> icons_;
   WindowInfo front_;
   Image frontPixels_;
-  std::unique_ptr<Process> program_;
+  std::optional<harness::ShortcutProgram> program_;
 };
 
 }  // namespace cover_test

@@ -1,0 +1,77 @@
+#include "desktop/harness/ShortcutProgram.h"
+
+#include <sstream>
+#include <stdexcept>
+
+namespace harness {
+
+namespace {
+
+constexpr const char* kPressed = "Pressed at ";
+
+// What a window manager does on a click on the close button; not every desk has one.
+void closeWindow(const XConnection& x, xcb_window_t window) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = x.atom("WM_PROTOCOLS");
+  event.data.data32[0] = x.atom("WM_DELETE_WINDOW");
+  xcb_send_event(x.get(), 0, window, XCB_EVENT_MASK_NO_EVENT,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(x.get());
+}
+
+}  // namespace
+
+std::string swapsTo(const std::string& picture) {
+  std::string text;
+  for (const char c : picture)
+    text += c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
+  return R"("kUserdefaultsToggleWallpaper": true, "kUserdefaultsSelectedWallpaper": ")" + text +
+         "\"";
+}
+
+ShortcutProgram::ShortcutProgram(XDesk& desk, const std::string& settings) : desk_(desk) {
+  desk.home().writeConfig("calmdeck/settings.json",
+                          "{" + settings + R"(, "kuserdefault_ToggleAppShortcut": "p",
+                          "kuserdefault_ToggleAppFlag": [12, 13]})");
+  process_ = desk.startCalmdeck();
+  std::optional<WindowInfo> panel;
+  if (desk.until([&] { return (panel = desk.openPopover()).has_value(); })) {
+    closeWindow(desk.x(), panel->id);
+    if (desk.until([&] { return !desk.openPopover(); })) return;
+  }
+  throw std::runtime_error("no panel to close: " + process_->errorOutput());
+}
+
+void ShortcutProgram::toggle() {
+  press();
+  if (!process_->waitForLine(std::string("^") + kPressed) ||
+      !desk_.until([this] { return desk_.home().isAtRest(); })) {
+    throw std::runtime_error("the shortcut leads to no end: " + process_->errorOutput());
+  }
+}
+
+void ShortcutProgram::quit() {
+  if (process_->terminate(kPatience) != ProcessEnd{0, 0})
+    throw std::runtime_error("the program did not end by itself: " + process_->errorOutput());
+}
+
+std::string ShortcutProgram::printed() const {
+  std::istringstream lines(process_->output());
+  std::string text;
+  for (std::string line; std::getline(lines, line);)
+    if (!line.starts_with(kPressed)) text += line + '\n';
+  return text;
+}
+
+int ShortcutProgram::complaints(const std::string& topic) const {
+  std::istringstream lines(process_->errorOutput());
+  int count = 0;
+  for (std::string line; std::getline(lines, line);)
+    if (line.find(topic) != std::string::npos) ++count;
+  return count;
+}
+
+}  // namespace harness

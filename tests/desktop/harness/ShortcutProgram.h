@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "desktop/harness/XDesk.h"
+
+namespace harness {
+
+/// Calmdeck, whose mode is switched by the shortcut alone: its panel is closed.
+class ShortcutProgram {
+ public:
+  /// Returns when the panel has opened by itself and has been closed. `settings` are members of the
+  /// settings file, parted by commas. Throws std::runtime_error, with what the program wrote.
+  ShortcutProgram(XDesk& desk, const std::string& settings);
+
+  [[nodiscard]] Process& process() { return *process_; }
+  void press() { desk_.input().key("ctrl+alt+p"); }
+  /// Presses and returns when the program has dealt with it, and no other program has anything left
+  /// to do either.
+  void toggle();
+  /// Ends it. What it wrote is complete after that.
+  void quit();
+
+  /// What it printed, its own times of the presses left out.
+  [[nodiscard]] std::string printed() const;
+  /// How many lines of standard error speak of `topic`.
+  [[nodiscard]] int complaints(const std::string& topic = "calmdeck.") const;
+
+ private:
+  XDesk& desk_;
+  std::unique_ptr<Process> process_;
+};
+
+/// Switches that the mode turns on, for the settings.
+inline constexpr const char* kSilences = R"("kUserdefaultsToggleDnd": true)";
+inline constexpr const char* kCovers = R"("kUserdefaultsToggleDesktopIcons": true)";
+/// With that picture.
+[[nodiscard]] std::string swapsTo(const std::string& picture);
+
+}  // namespace harness

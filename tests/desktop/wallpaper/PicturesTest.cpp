@@ -1,0 +1,172 @@
+// What holds for the pictures of every desktop, over one that lives in memory.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <random>
+
+#include "desktop/harness/Process.h"
+#include "desktop/linux/wallpaper/DesktopFacts.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
+
+namespace linux_desktop {
+namespace {
+
+using platform::Dictionary;
+using testing::HasSubstr;
+
+/// Shows nothing where it is laid out as "none", and then lays a new picture out as "zoomed".
+class Desktop final : public WallpaperAdapter {
+ public:
+  QString file = QStringLiteral("/old.png");
+  std::string layout = "none";
+
+  std::optional<Backdrop> backdrop(const Monitor&) override {
+    return Backdrop{.file = file, .style = BackdropStyle::Zoomed};
+  }
+  std::optional<WallpaperState> state(const Monitor&) override {
+    return WallpaperState{{{"file", file.toStdString()}, {"layout", layout}}, file};
+  }
+  std::optional<Dictionary> options(const Monitor&) override {
+    return Dictionary{{"layout", layout}};
+  }
+  std::optional<std::string> show(const Monitor&, const QString& wanted,
+                                  const Dictionary&) override {
+    file = wanted;
+    if (layout == "none") layout = "zoomed";
+    return std::nullopt;
+  }
+  std::optional<std::string> restore(const Monitor&, const Dictionary& kept) override {
+    file = QString::fromStdString(kept.at("file").as<std::string>().value());
+    layout = kept.at("layout").as<std::string>().value();
+    return std::nullopt;
+  }
+  void setChanged(std::function<void()>) override {}
+};
+
+class Facts final : public DesktopFacts {
+ public:
+  explicit Facts(std::shared_ptr<WallpaperAdapter> desktop)
+      : DesktopFacts([] {
+          return std::vector{Monitor{QStringLiteral("one"), {0, 0, 60, 40}}};
+        }),
+        desktop_(std::move(desktop)) {}
+  std::shared_ptr<WallpaperAdapter> bareDesktop() override { return desktop_; }
+
+ private:
+  std::shared_ptr<WallpaperAdapter> desktop_;
+};
+
+std::string complaints;
+
+class WallpaperPicturesTest : public testing::Test {
+ protected:
+  WallpaperPicturesTest() {
+    complaints.clear();
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+      complaints += text.toStdString();
+    });
+  }
+  ~WallpaperPicturesTest() override { qInstallMessageHandler(nullptr); }
+
+  [[nodiscard]] std::string path(const char* name) const {
+    return folder_.filePath(QLatin1String(name)).toStdString();
+  }
+  [[nodiscard]] std::string save(const char* name) const {
+    QImage noise(90, 90, QImage::Format_RGB32);
+    std::mt19937 random;
+    std::generate_n(reinterpret_cast<std::uint32_t*>(noise.bits()), 90 * 90, random);
+    EXPECT_TRUE(noise.save(QString::fromStdString(path(name))));
+    return path(name);
+  }
+  [[nodiscard]] std::string cutOff(const char* name) const {
+    const QString file = QString::fromStdString(save(name));
+    EXPECT_TRUE(QFile::resize(file, QFileInfo(file).size() * 2 / 3));
+    return path(name);
+  }
+  [[nodiscard]] std::string write(const char* name, const char* text) const {
+    QFile file(QString::fromStdString(path(name)));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
+    return path(name);
+  }
+  /// The reason of a refusal.
+  [[nodiscard]] std::string set(const std::string& file) {
+    return pictures.set(file, "one", pictures.options("one").value()).value_or("");
+  }
+  static bool soon(const std::function<bool()>& fact) {
+    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
+  }
+
+ private:
+  int argc_ = 0;
+  QCoreApplication application_{argc_, nullptr};
+  QTemporaryDir folder_;
+
+ protected:
+  const std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>();
+  Facts facts{desktop};
+  WallpaperPictures pictures{facts};
+};
+
+TEST_F(WallpaperPicturesTest, WhatCannotBeShownIsRefusedAndNothingChanges) {
+  const std::pair<std::string, const char*> rows[] = {
+      {path("missing.png"), "does not exist"},
+      {write("text.png", "no picture"), "is not a picture"},
+      {write("huge.ppm", "P6\n20000 14000\n255\n."), "too large"},
+      {cutOff("cut.png"), "is not a whole picture"},
+      {path(""), "is not a file"},
+      {"relative.png", "not a whole path"},
+      {"/dev/null/desktop-picture/stale", "does not exist"},
+  };
+  WallpaperPictures::waitForPictures(3000);
+  for (const auto& [file, reason] : rows) EXPECT_THAT(set(file), HasSubstr(reason)) << file;
+  EXPECT_THAT(pictures.set(save("good.png"), "two", {}).value_or(""), HasSubstr("no screen two"));
+  EXPECT_EQ(desktop->file, "/old.png");
+}
+
+TEST_F(WallpaperPicturesTest, PictureThatTakesLongIsShownOnceItIsReadAndABrokenOneNever) {
+  const std::string chosen = save("chosen.png");
+  WallpaperPictures::waitForPictures(0);
+  const std::string old = pictures.path("one").value();
+  // Nothing comes in between, not even that it was read.
+  EXPECT_EQ(set(chosen), "");
+  EXPECT_EQ(set(old), "");
+  const std::string answer = set(cutOff("cut.png"));
+  EXPECT_TRUE(soon([&] {
+    return (answer + complaints).find("cut.png is not a whole picture.") != std::string::npos;
+  }));
+  EXPECT_EQ(desktop->file, "/old.png");
+
+  int changes = 0;
+  pictures.setChanged([&] { ++changes; });
+  EXPECT_EQ(set(chosen), "");
+  EXPECT_TRUE(soon([&] { return pictures.path("one") == chosen; }));
+  EXPECT_TRUE(soon([&] { return changes == 1; }));
+  const Monitor monitor = facts.monitors().front();
+  const Backdrop shown = pictures.backdrop(monitor).value();
+  EXPECT_TRUE(soon([&] { return pictures.render(shown, monitor).has_value(); }));
+}
+
+TEST_F(WallpaperPicturesTest, LayoutThatHadToChangeGoesBackAndWhatTheUserChoseStays) {
+  WallpaperPictures::waitForPictures(3000);
+  const std::string chosen = save("chosen.png");
+  for (const std::string user : {"", "centred"}) {
+    desktop->layout = "none";
+    const std::string old = pictures.path("one").value();
+    EXPECT_EQ(set(chosen), "");
+    EXPECT_EQ(desktop->layout, "zoomed");
+    if (!user.empty()) desktop->layout = user;
+    EXPECT_EQ(set(old), "");
+    EXPECT_EQ(desktop->file, "/old.png");
+    EXPECT_EQ(desktop->layout, user.empty() ? "none" : user);
+  }
+}
+
+}  // namespace
+}  // namespace linux_desktop

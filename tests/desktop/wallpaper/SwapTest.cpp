@@ -1,0 +1,347 @@
+// The picture of every desktop, swapped by the mode and put back.
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <ostream>
+
+#include "desktop/wallpaper/WallpaperDesk.h"
+
+namespace wallpaper_test {
+namespace {
+
+using testing::HasSubstr;
+
+const std::vector<Rect> kThree{{0, 0, 1280, 720}, {1280, 0, 1024, 600}, {2304, 0, 800, 600}};
+
+/// What a desktop shows before the mode.
+struct Start {
+  const char* name;
+  DesktopIcons icons;
+  void (*prepare)(WallpaperDesk& desk);
+  /// False: what nobody had written down is afterwards.
+  bool settingsComeBack = true;
+  int depth = 24;
+};
+
+/// What a test runner lists the case under.
+void PrintTo(const Start& row, std::ostream* stream) {
+  *stream << row.name;
+}
+
+void writeXfce(const WallpaperDesk& desk, int monitor, int workspace, const std::string& key,
+               const std::string& type, const std::string& value) {
+  harness::setXfconf(desk.desk(), "xfce4-desktop",
+                     "/backdrop/screen0/monitorVNC-" + std::to_string(monitor) + "/workspace" +
+                         std::to_string(workspace) + "/" + key,
+                     type, value);
+}
+
+void startXfcePictures(WallpaperDesk& desk) {
+  const std::string pictures[] = {desk.picture("old \"1\" %20.png", kRed),
+                                  desk.picture("two.png", kGreen)};
+  for (const int monitor : {0, 1}) {
+    for (int workspace = 0; workspace < 4; ++workspace)
+      writeXfce(desk, monitor, workspace, "last-image", "string", pictures[monitor]);
+  }
+}
+
+void startXfceSlideShow(WallpaperDesk& desk) {
+  startXfcePictures(desk);
+  for (int workspace = 0; workspace < 4; ++workspace) {
+    writeXfce(desk, 0, workspace, "backdrop-cycle-enable", "bool", "true");
+    writeXfce(desk, 0, workspace, "backdrop-cycle-timer", "uint", "60");
+  }
+}
+
+void startXfceColour(WallpaperDesk& desk) {
+  startXfcePictures(desk);
+  for (const int monitor : {0, 1}) {
+    for (int workspace = 0; workspace < 4; ++workspace)
+      writeXfce(desk, monitor, workspace, "image-style", "int", "0");
+  }
+}
+
+void startXfceWorkspaces(WallpaperDesk& desk) {
+  startXfcePictures(desk);
+  harness::setXfconf(desk.desk(), "xfce4-desktop", "/backdrop/single-workspace-mode", "bool",
+                     "false");
+  writeXfce(desk, 0, 1, "last-image", "string", desk.picture("b.png", kBlue));
+  writeXfce(desk, 1, 2, "image-style", "int", "0");
+}
+
+void startNothing(WallpaperDesk&) {}
+
+void writeMate(const WallpaperDesk& desk, const char* key, const std::string& value) {
+  (void)desk.run({"gsettings", "set", "org.mate.background", key, value});
+}
+
+void startMateColour(WallpaperDesk& desk) {
+  writeMate(desk, "picture-filename", "");
+  writeMate(desk, "color-shading-type", "solid");
+  writeMate(desk, "primary-color", "#20a040");
+}
+
+void startMateSlideShow(WallpaperDesk& desk) {
+  const std::string list = desk.desk().home().home() / "show.xml";
+  std::ofstream(list) << "<background><static><duration>9999</duration><file>"
+                      << desk.picture("one.png", kRed) << "</file></static></background>";
+  writeMate(desk, "picture-filename", list);
+  writeMate(desk, "picture-options", "zoom");
+}
+
+void startLxqtPicture(WallpaperDesk& desk) {
+  desk.desk().home().writeConfig("pcmanfm-qt/lxqt/settings.conf",
+                                 "[Desktop]\nWallpaper=" + desk.picture("per%20cent.png", kRed) +
+                                     "\nWallpaperMode=zoom\n\n[Other]\nkept=true\n");
+}
+
+void startLxqtColour(WallpaperDesk& desk) {
+  desk.desk().home().writeConfig("pcmanfm-qt/lxqt/settings.conf",
+                                 "[Desktop]\nBgColor=#2040c0\nWallpaperMode=none\n");
+}
+
+void startLxde(WallpaperDesk& desk) {
+  const std::string texts[] = {"stretch\nwallpaper=" + desk.picture("old \"1\" %20.png", kRed),
+                               "color\nwallpaper=" + desk.picture("unseen.png", kGreen)};
+  for (const int monitor : {0, 1}) {
+    desk.desk().home().writeConfig(
+        "pcmanfm/default/desktop-items-" + std::to_string(monitor) + ".conf",
+        "[*]\nwallpaper_mode=" + texts[monitor] +
+            "\nwallpaper_common=1\ndesktop_bg=#2040c0\ndesktop_fg=#ffffff\n");
+  }
+}
+
+/// As many set a photograph.
+void gradate(const WallpaperDesk& desk) {
+  (void)desk.run({"hsetroot", "-add", "#2040c0", "-add", "#c02020", "-gradient", "45"});
+}
+
+void startRootPhotograph(WallpaperDesk& desk) {
+  desk.desk().server().setMonitors(kThree);
+  gradate(desk);
+  // A clock, which is no desktop.
+  (void)desk.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
+}
+
+void startRootColour(WallpaperDesk& desk) {
+  (void)desk.run({"xsetroot", "-solid", "#2040c0"});
+}
+
+void startRootColourOverAPicture(WallpaperDesk& desk) {
+  (void)desk.run({"hsetroot", "-solid", "#c02020"});
+  startRootColour(desk);
+}
+
+void startRootPattern(WallpaperDesk& desk) {
+  (void)desk.run({"xsetroot", "-mod", "16", "24", "-fg", "#2040c0", "-bg", "#c02020"});
+}
+
+void startRootUnnamed(WallpaperDesk& desk) {
+  gradate(desk);
+  (void)desk.run({"xprop", "-root", "-remove", "_XROOTPMAP_ID", "-remove", "ESETROOT_PMAP_ID"});
+}
+
+void startRootForFewerMonitors(WallpaperDesk& desk) {
+  const std::vector<Rect> both = desk.desk().server().monitors();
+  desk.desk().server().setMonitors({both.front()});
+  gradate(desk);
+  desk.desk().server().setMonitors(both);
+}
+
+constexpr DesktopIcons kXfce = DesktopIcons::Xfdesktop;
+constexpr DesktopIcons kMate = DesktopIcons::Caja;
+constexpr DesktopIcons kLxqt = DesktopIcons::PcmanfmQt;
+constexpr DesktopIcons kLxde = DesktopIcons::Pcmanfm;
+constexpr DesktopIcons kRoot = DesktopIcons::None;
+
+// A picture on Xfce and on MATE is what whole rounds of the mode begin with.
+constexpr Start kStarts[] = {
+    {"XfceSlideShow", kXfce, startXfceSlideShow},
+    {"XfceColour", kXfce, startXfceColour},
+    {"XfceAbsentKeys", kXfce, startNothing},
+    {"XfceOnePictureAWorkspace", kXfce, startXfceWorkspaces},
+    {"MateColour", kMate, startMateColour},
+    {"MateSlideShow", kMate, startMateSlideShow},
+    {"MateUnsetKeys", kMate, startNothing},
+    {"LxqtPicture", kLxqt, startLxqtPicture},
+    {"LxqtColour", kLxqt, startLxqtColour},
+    {"LxqtAbsentFile", kLxqt, startNothing},
+    {"LxdePictureAndColour", kLxde, startLxde},
+    {"RootPhotograph", kRoot, startRootPhotograph},
+    {"RootColour", kRoot, startRootColour},
+    {"RootColourOverAnOlderPicture", kRoot, startRootColourOverAPicture, false},
+    {"RootPattern", kRoot, startRootPattern, false},
+    {"RootPictureThatNobodyNames", kRoot, startRootUnnamed, false},
+    {"RootPictureForFewerMonitors", kRoot, startRootForFewerMonitors, false},
+    {"RootOf16Bits", kRoot, startRootColour, true, 16},
+    {"RootOf30Bits", kRoot, startRootColour, true, 30},
+};
+
+class SwapFrom : public testing::TestWithParam<Start> {};
+
+INSTANTIATE_TEST_SUITE_P(, SwapFrom, testing::ValuesIn(kStarts),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_P(SwapFrom, EverythingComesBack) {
+  WallpaperDesk desk(GetParam().icons, {.depth = GetParam().depth});
+  GetParam().prepare(desk);
+  desk.startIcons();
+  const std::vector<Image> before = desk.monitors();
+  desk.launch();
+  const std::string settings = desk.settings();
+  desk.swap();
+  const harness::XConnection& x = desk.desk().x();
+  for (const std::uint32_t workspace : {1U, 0U}) {
+    x.askWindowManager(x.root(), "_NET_CURRENT_DESKTOP", {workspace, 0});
+    ASSERT_TRUE(
+        desk.desk().until([&] { return x.number(x.root(), "_NET_CURRENT_DESKTOP") == workspace; }));
+    EXPECT_TRUE(desk.shows(0, kYellow)) << workspace;
+  }
+  desk.toggle();
+  if (GetParam().settingsComeBack) {
+    EXPECT_TRUE(desk.settles(settings)) << desk.settings() << "\nafter\n" << settings;
+  }
+  EXPECT_TRUE(desk.desk().until([&] { return desk.monitors() == before; }));
+  EXPECT_EQ(desk.program().printed(), "");
+}
+
+// --- Xfce ---
+
+std::string xfceValue(const WallpaperDesk& desk, int monitor, int workspace,
+                      const std::string& key) {
+  const std::string text = desk.run({"xfconf-query", "-c", "xfce4-desktop", "-p",
+                                     "/backdrop/screen0/monitorVNC-" + std::to_string(monitor) +
+                                         "/workspace" + std::to_string(workspace) + "/" + key});
+  return text.substr(0, text.size() - 1);
+}
+
+TEST(XfceSwap, WhatTheUserChangesMeanwhileStaysAndOnlyWhatWasChangedForThePictureGoesBack) {
+  WallpaperDesk xfce(kXfce);
+  startXfceColour(xfce);
+  startXfceSlideShow(xfce);
+  xfce.startIcons();
+  xfce.launch();
+  xfce.swap();
+  writeXfce(xfce, 1, 0, "image-style", "int", "3");
+  writeXfce(xfce, 0, 2, "image-style", "int", "1");
+  xfce.toggle();
+  EXPECT_EQ(xfceValue(xfce, 1, 0, "image-style"), "3");
+  EXPECT_EQ(xfceValue(xfce, 0, 2, "image-style"), "1");
+  EXPECT_EQ(xfceValue(xfce, 0, 0, "image-style"), "0");
+  EXPECT_EQ(xfceValue(xfce, 0, 2, "backdrop-cycle-enable"), "true");
+  EXPECT_EQ(xfceValue(xfce, 1, 0, "last-image"), xfce.desk().home().home() / "two.png");
+}
+
+TEST(XfceSwap, OneReadingServesATurn) {
+  WallpaperDesk xfce(kXfce);
+  startXfcePictures(xfce);
+  xfce.startIcons();
+  xfce.launch();
+  const auto bus = xfce.desk().start(
+      {"dbus-monitor", "--session", "path='/org/xfce/Xfconf',arg0='xfce4-desktop'"});
+  ASSERT_TRUE(bus->waitForLine("member=NameLost"));
+  xfce.swap();
+  const auto next = [&] { return bus->waitForLine("method call").value_or("nothing"); };
+  EXPECT_THAT(next(), HasSubstr("member=GetAllProperties"));
+  constexpr int kPictures = 2 * 4;
+  for (int picture = 0; picture < kPictures; ++picture)
+    EXPECT_THAT(next(), HasSubstr("member=SetProperty"));
+}
+
+TEST(XfceSwap, DesktopThatStartsLaterOrIsReplacedIsFound) {
+  WallpaperDesk desk(kXfce);
+  desk.launch();
+  for (int round = 0; round < 2; ++round) {
+    desk.startIcons();
+    const std::vector<Image> before = desk.monitors();
+    desk.swap();
+    desk.toggle();
+    EXPECT_TRUE(desk.desk().until([&] { return desk.monitors() == before; })) << round;
+  }
+}
+
+// --- MATE ---
+
+TEST(MateSwap, HungSettingsServiceIsNotWaitedForAndNothingChanges) {
+  WallpaperDesk mate(kMate);
+  mate.startIcons();
+  writeMate(mate, "primary-color", "#20a040");
+  const std::string settings = mate.settings();
+  mate.launch();
+  mate.hold("ca.desrt.dconf", true);
+  mate.program().press();
+  EXPECT_TRUE(mate.program().process().waitForLine("does not answer"));
+  mate.hold("ca.desrt.dconf", false);
+  EXPECT_TRUE(mate.settles(settings));
+}
+
+// --- Where nobody could see it ---
+
+TEST(RefusedSwap, SettingsThatReachNobodyAreNotSet) {
+  WallpaperDesk mate(kMate, {.environment = {{"GSETTINGS_BACKEND", "memory"}}});
+  mate.startIcons();
+  mate.launch();
+  mate.toggle();
+  EXPECT_THAT(mate.program().printed(), HasSubstr("Nobody is known here"));
+}
+
+TEST(RefusedSwap, NobodySeesTheRootWindowUnderAShellThatComposesItsOwn) {
+  harness::XDesk desk;
+  const harness::XConnection& x = desk.x();
+  const xcb_window_t manager = xcb_generate_id(x.get());
+  xcb_create_window(x.get(), XCB_COPY_FROM_PARENT, manager, x.root(), -1, -1, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  for (const xcb_window_t window : {x.root(), manager}) {
+    xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, window, x.atom("_NET_SUPPORTING_WM_CHECK"),
+                        XCB_ATOM_WINDOW, 32, 1, &manager);
+  }
+  const std::string name = "Mutter (Muffin)";
+  xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, manager, x.atom("_NET_WM_NAME"),
+                      x.atom("UTF8_STRING"), 8, static_cast<std::uint32_t>(name.size()),
+                      name.data());
+  const std::string chosen = desk.home().home() / "chosen.png";
+  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, kYellow)}, chosen);
+  harness::ShortcutProgram program(desk, harness::swapsTo(chosen));
+  program.toggle();
+  EXPECT_EQ(program.printed(), "") << "while it does not compose";
+  program.toggle();
+  xcb_set_selection_owner(x.get(), manager, x.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+  xcb_flush(x.get());
+  program.toggle();
+  EXPECT_THAT(program.printed(), HasSubstr("Nobody is known here"));
+}
+
+// --- The bare screen ---
+
+/// In pages, of a process that lives.
+long residentMemory(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/statm");
+  long whole = 0;
+  long resident = 0;
+  file >> whole >> resident;
+  return resident;
+}
+
+TEST(RootSwap, TheServerGetsItsMemoryBack) {
+  WallpaperDesk bare(kRoot);
+  startRootPhotograph(bare);
+  bare.launch();
+  const auto round = [&] {
+    bare.swap();
+    bare.toggle();
+  };
+  round();
+  const pid_t server = bare.desk().server().process().pid();
+  const long memory = residentMemory(server);
+  for (int more = 0; more < 3; ++more) round();
+  // Copies that stay would have been three by now; what a server holds beside them comes and goes.
+  constexpr long kAPicture = 3104L * 720 * 4 / 4096;
+  EXPECT_LT(residentMemory(server), memory + kAPicture * 3 / 2);
+  // The next setter frees ours as it frees any other's.
+  (void)bare.run({"hsetroot", "-solid", "#2040c0"});
+  EXPECT_TRUE(bare.shows(0, kBlue));
+}
+
+}  // namespace
+}  // namespace wallpaper_test
