@@ -83,27 +83,6 @@ TEST_P(RunningServerTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
   EXPECT_THAT(warnings(), IsEmpty());
 }
 
-TEST_P(PulseAudioObjectsTest, WithoutADeviceTheDefaultIsAbsentUnlessTheServerOffersADummy) {
-  SoundServer server = serve({});
-  PulseSound sound{kLongestWait};
-  PulseAudioObjects& objects = sound.objects();
-  if (GetParam() == SoundServer::Kind::PipeWire) {
-    ASSERT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
-    EXPECT_EQ(objects.setPropertyData(defaultOutput(objects), kMute, 1), platform::noErr);
-    EXPECT_TRUE(soon([&] { return server.sinkMuted("auto_null"); }));
-    return;
-  }
-  for (int time = 0; time < 2; ++time) {
-    std::uint32_t id = 0;
-    EXPECT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));
-    EXPECT_EQ(objects.propertyData(platform::kAudioObjectSystemObject, kDefaultOutput, id),
-              platform::kAudioHardwareUnknownPropertyError);
-  }
-  EXPECT_THAT(warnings(), ElementsAre(HasSubstr("calmdeck.audio: ")));
-  server.addSink("late");
-  EXPECT_TRUE(soon([&] { return defaultOutput(objects) != 0; }));
-}
-
 TEST_P(PulseAudioObjectsTest, WithoutAServerEveryCallSaysSoUntilItsSocketAppears) {
   SoundServer server = serve({"out1"}, SoundServer::Start::Later);
   PulseSound sound{kLongestWait};

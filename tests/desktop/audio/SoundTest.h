@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <chrono>
 #include <functional>
 #include <mutex>
@@ -10,13 +9,13 @@
 #include <utility>
 #include <vector>
 
+#include "desktop/harness/EventLoopTest.h"
 #include "desktop/harness/PrivateHome.h"
-#include "desktop/harness/Process.h"
 #include "desktop/harness/SoundServer.h"
 #include "desktop/linux/audio/PulseSound.h"
 
 /// With a home of its own, in which each test starts the sound server of its kind.
-class SoundTest : public testing::TestWithParam<harness::SoundServerKind> {
+class SoundTest : public harness::EventLoopTest<testing::TestWithParam<harness::SoundServerKind>> {
  protected:
   SoundTest() {
     (void)warnings();
@@ -40,10 +39,6 @@ class SoundTest : public testing::TestWithParam<harness::SoundServerKind> {
     return {GetParam(), home_.environment(), std::move(sinks), start};
   }
 
-  // For what the copy learns from the server by itself.
-  static bool soon(const std::function<bool()>& fact) {
-    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-  }
   /// What the room has printed since this was last asked, also from the thread of the loop.
   [[nodiscard]] static std::vector<std::string> warnings() {
     const std::lock_guard lock(mutex_);
@@ -53,7 +48,5 @@ class SoundTest : public testing::TestWithParam<harness::SoundServerKind> {
  private:
   static inline std::mutex mutex_;
   static inline std::vector<std::string> lines_;
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
   harness::PrivateHome home_;
 };

@@ -1,13 +1,9 @@
-#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 
 #include "desktop/defaults/SettingsFixture.h"
@@ -56,11 +52,11 @@ TEST_F(SmallDisk, WhatAFullDiskRefusedIsSaidOnceAFaultAndWrittenLater) {
     SettingsFile settings(file());
     for (int fault = 1; fault <= 2; ++fault) {
       settings.set("second", -fault);
-      ASSERT_TRUE(until([&] { return stored("second") == Value(-fault); }));
+      ASSERT_TRUE(harness::until([&] { return stored("second") == Value(-fault); }));
       const std::string before = text();
       fillUp();
       settings.set("second", fault);
-      ASSERT_TRUE(until([&] { return said_ == fault; }));
+      ASSERT_TRUE(harness::until([&] { return said_ == fault; }));
       EXPECT_EQ(std::distance(fs::directory_iterator(folder()), {}), 2) << "a draft was left";
       settings.remove("first");
       EXPECT_EQ(settings.object("second"), Value(fault));
@@ -84,48 +80,6 @@ TEST_F(SmallDisk, ABrokenFileOnAReadOnlyDiskStays) {
     EXPECT_EQ(settings.object("key"), Value(1));
   }
   EXPECT_EQ(text(), "broken");
-}
-
-/// Root may do everything, so these run as nobody in particular.
-class OrdinaryUser : public SettingsFixture {
- protected:
-  void SetUp() override {
-    store("key", 1);
-    if (::geteuid() != 0) return;
-    for (const fs::path& path : {folder().parent_path(), folder(), file()}) {
-      ASSERT_EQ(::chown(path.c_str(), kNobody, kNobody), 0);
-    }
-    ASSERT_EQ(::setresuid(kNobody, kNobody, 0), 0);
-    isRoot_ = true;
-  }
-  void TearDown() override {
-    if (isRoot_) {
-      ASSERT_EQ(::setresuid(0, 0, 0), 0);
-    }
-  }
-
- private:
-  static constexpr uid_t kNobody = 65534;
-  bool isRoot_ = false;
-};
-
-TEST_F(OrdinaryUser, AnUnreadableFileOrFolderIsNeverTouched) {
-  const struct {
-    fs::path path;
-    mode_t allowed;
-  } rows[] = {{file(), 0600}, {folder(), 0700}};
-  for (const auto& row : rows) {
-    ASSERT_EQ(::chmod(row.path.c_str(), 0), 0);
-    {
-      SettingsFile settings(file());
-      EXPECT_EQ(settings.object("key"), std::nullopt);
-      ASSERT_EQ(::chmod(row.path.c_str(), row.allowed), 0);
-      settings.set("key", 2);
-      EXPECT_EQ(settings.object("key"), Value(2));
-    }
-    EXPECT_EQ(complaints(), 1) << row.path;
-    EXPECT_EQ(stored("key"), Value(1));
-  }
 }
 
 class SettingsFileFaults : public SettingsFixture {};

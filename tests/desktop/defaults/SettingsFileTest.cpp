@@ -72,7 +72,7 @@ TEST_F(SettingsFileTest, BrokenFilesAreAllKept) {
     const fs::path aside = beside(++number == 1 ? ".broken" : ".broken-" + std::to_string(number));
     EXPECT_EQ(stored("a"), std::nullopt);
     EXPECT_EQ(complaints(), 1) << content.substr(0, 40);
-    EXPECT_TRUE(textOf(aside) == content) << aside;
+    EXPECT_TRUE(harness::textOf(aside) == content) << aside;
     EXPECT_FALSE(fs::exists(file()));
   }
 }
@@ -108,7 +108,7 @@ TEST_F(SettingsFileTest, LinksAreKept) {
 
   writeTo(target, "broken");
   store("again", 3);
-  EXPECT_EQ(textOf(target.string() + ".broken"), "broken");
+  EXPECT_EQ(harness::textOf(target.string() + ".broken"), "broken");
   EXPECT_TRUE(fs::is_symlink(file()));
   EXPECT_EQ(SettingsFile(target).object("again"), Value(3));
 }

@@ -5,13 +5,11 @@
 #include <QTemporaryDir>
 #include <QtGlobal>
 #include <atomic>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
-#include <thread>
 
+#include "desktop/harness/PrivateHome.h"
 #include "desktop/linux/defaults/SettingsFile.h"
 
 /// A settings file in a folder of its own, and how often the program complained about it.
@@ -34,11 +32,7 @@ class SettingsFixture : public ::testing::Test {
     std::filesystem::create_directories(file.parent_path());
     std::ofstream(file, std::ios::binary) << text;
   }
-  [[nodiscard]] std::string text() const { return textOf(file_); }
-  static std::string textOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
+  [[nodiscard]] std::string text() const { return harness::textOf(file_); }
 
   /// One run of the program that sets this.
   void store(std::string_view key, platform::Value value) const {
@@ -51,15 +45,6 @@ class SettingsFixture : public ::testing::Test {
 
   /// The complaints since this was last asked.
   static int complaints() { return said_.exchange(0); }
-  template <typename Fact>
-  static bool until(Fact fact) {
-    using Clock = std::chrono::steady_clock;
-    const auto deadline = Clock::now() + std::chrono::seconds(10);
-    while (!fact() && Clock::now() < deadline)
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return fact();
-  }
-
   static inline std::atomic<int> said_;
   QTemporaryDir temporary_;
   std::filesystem::path file_ =

@@ -8,11 +8,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
-#include "desktop/harness/Process.h"
+#include "desktop/harness/PrivateHome.h"
 #include "desktop/linux/login/AutostartItems.h"
 #include "desktop/linux/login/ProgramPath.h"
 
@@ -37,11 +36,6 @@ class AutostartFixture : public ::testing::Test {
     write(file(name), "[Desktop Entry]\nType=Application\nName=x\n" + lines + "\n");
     std::filesystem::last_write_time(file(name), Clock::now() - age);
   }
-  [[nodiscard]] static std::string textOf(const Path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
-
   [[nodiscard]] std::vector<platform::port::LoginItem> listed() {
     const auto list = items.items();
     EXPECT_TRUE(list);
@@ -98,10 +92,10 @@ TEST_F(AutostartItemsTest, EntriesAreListedOldestFirstAndANewOneIsLastWhateverTh
 TEST_F(AutostartItemsTest, NothingThatHasOurNameIsRewritten) {
   writeEntry(kFirst, "Exec=/old/place/calmdeck\nX-Own=1");
   fs::create_symlink("nowhere", file(kSecond));
-  const std::string before = textOf(file(kFirst));
+  const std::string before = harness::textOf(file(kFirst));
   const auto time = fs::last_write_time(file(kFirst));
   ASSERT_TRUE(items.insert("/new/calmdeck", {}));
-  EXPECT_EQ(textOf(file(kFirst)), before);
+  EXPECT_EQ(harness::textOf(file(kFirst)), before);
   EXPECT_EQ(fs::last_write_time(file(kFirst)), time);
   EXPECT_TRUE(fs::is_symlink(file(kSecond)));
   EXPECT_FALSE(fs::exists(file("nowhere")));
@@ -171,7 +165,7 @@ TEST_F(AutostartItemsTest, AnEntryForAllUsersDoesNotComeBackWhenOursIsRemoved) {
     EXPECT_EQ(programs(), Texts{"/opt/calmdeck"});
     EXPECT_TRUE(items.remove(*ours));
     EXPECT_EQ(programs(), Texts{""});
-    EXPECT_NE(textOf(file(kFirst)).find("\nHidden=true\n"), std::string::npos);
+    EXPECT_NE(harness::textOf(file(kFirst)).find("\nHidden=true\n"), std::string::npos);
   }
   EXPECT_EQ(names(), Texts{kFirst}) << "what hides it is no reason for a second name";
 }
@@ -183,7 +177,7 @@ TEST_F(AutostartItemsTest, AFolderThatCannotBeUsedIsOneLineEach) {
             }),
             1);
   EXPECT_EQ(linesSaidBy([&] { EXPECT_FALSE(items.insert("/a", {})); }), 1);
-  EXPECT_EQ(textOf(folder_), "a file");
+  EXPECT_EQ(harness::textOf(folder_), "a file");
   fs::remove(folder_);
   EXPECT_EQ(linesSaidBy([&] { EXPECT_EQ(names(), Texts{}); }), 0);
 }

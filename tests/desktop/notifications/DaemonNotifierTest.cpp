@@ -4,17 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDBusArgument>
-#include <QDBusVirtualObject>
 #include <optional>
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "desktop/harness/Process.h"
 #include "desktop/harness/XDesk.h"
 #include "desktop/linux/bus/BusCall.h"
+#include "desktop/notifications/NotificationStandIn.h"
 
 namespace {
 
@@ -24,99 +20,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// What shows notifications, as a list in memory: under its name on the bus while it lives. Answers
-/// from the event loop.
-class NotificationStandIn final : public QDBusVirtualObject {
- public:
-  struct Notification {
-    QString application;
-    uint replaces = 0;
-    QString icon;
-    QString summary;
-    QString body;
-    QVariantMap hints;
-    uint id = 0;
-  };
-
-  explicit NotificationStandIn(const QString& address)
-      : bus_(QDBusConnection::connectToBus(address, kStandIn)) {
-    bus_.registerVirtualObject(kPath, this);
-    bus_.registerService(kName);
-  }
-  ~NotificationStandIn() override {
-    bus_.unregisterObject(kPath);
-    QDBusConnection::disconnectFromBus(kStandIn);
-  }
-  NotificationStandIn(const NotificationStandIn&) = delete;
-  NotificationStandIn& operator=(const NotificationStandIn&) = delete;
-
-  /// Every call of Notify, in order.
-  std::vector<Notification> calls;
-  /// The ids on the screen.
-  std::set<uint> shown;
-  /// While set, Notify is not answered; release() does it later.
-  bool hangs = false;
-  bool refuses = false;
-
-  void release() {
-    hangs = false;
-    for (const QDBusMessage& message : std::exchange(owed_, {})) answer(message);
-  }
-  void close(uint id) {
-    shown.erase(id);
-    QDBusMessage signal = QDBusMessage::createSignal(kPath, kName, "NotificationClosed");
-    signal.setArguments({id, 1U});
-    bus_.send(signal);
-  }
-
-  [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-  bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
-    if (message.member() == "GetServerInformation")
-      return bus_.send(message.createReply(QVariantList{"stand-in", "nobody", "1", "1.2"}));
-    if (message.member() == "GetCapabilities")
-      return bus_.send(message.createReply(QVariantList{QStringList{"body", "body-markup"}}));
-    note(message.arguments());
-    if (hangs) {
-      owed_.push_back(message);
-    } else if (refuses) {
-      bus_.send(message.createErrorReply("org.calmdeck.Refused", "no more of these"));
-    } else {
-      answer(message);
-    }
-    return true;
-  }
-
- private:
-  void note(const QVariantList& arguments) {
-    calls.push_back({.application = arguments.value(0).toString(),
-                     .replaces = arguments.value(1).toUInt(),
-                     .icon = arguments.value(2).toString(),
-                     .summary = arguments.value(3).toString(),
-                     .body = arguments.value(4).toString(),
-                     .hints = qdbus_cast<QVariantMap>(arguments.value(6))});
-    calls.back().id = shown.contains(calls.back().replaces) ? calls.back().replaces : ++lastId_;
-  }
-  void answer(const QDBusMessage& message) {
-    shown.insert(calls.back().id);
-    bus_.send(message.createReply(QVariantList{calls.back().id}));
-  }
-
-  static constexpr const char* kStandIn = "stand-in";
-  static constexpr const char* kName = "org.freedesktop.Notifications";
-  static constexpr const char* kPath = "/org/freedesktop/Notifications";
-
-  QDBusConnection bus_;
-  std::vector<QDBusMessage> owed_;
-  uint lastId_ = 0;
-};
-
 std::vector<std::string> warnings;
 void takeWarning(QtMsgType, const QMessageLogContext&, const QString& text) {
   warnings.push_back(text.toStdString());
-}
-
-bool soon(const std::function<bool()>& fact) {
-  return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
 }
 
 /// Our side of a bus.
@@ -156,11 +62,6 @@ class Sender {
   linux_desktop::NotificationDaemon daemon_;
   DaemonNotifier notifier_{daemon_};
   QtMessageHandler previous_ = nullptr;
-};
-
-class NotifierTest : public testing::Test {
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
 };
 
 class DaemonNotifierTest : public NotifierTest {

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -229,72 +228,6 @@ TEST(NoDaemon, EndsTheScript) {
                   (hasBus ? "nothing shows notifications" : "there is no session bus")),
               1);
   }
-}
-
-/// By a daemon that offers inhibitions, which is Plasma or unknown.
-class InhibitionTest : public ::testing::Test {
- protected:
-  void start(const std::string& name, const std::string& vendor) {
-    daemon_.reset();
-    daemon_ = desk.desk().start({INHIBITION_DAEMON, name, vendor});
-    ASSERT_TRUE(desk.desk().until([&] { return desk.desk().bus().hasOwner(kNotifications); }));
-  }
-  [[nodiscard]] bool becomes(bool inhibited) {
-    return desk.desk().until([&] {
-      const auto answer =
-          desk.desk().bus().property(kNotifications, kPath, kNotifications, "Inhibited");
-      return answer && answer->find(inhibited ? "true" : "false") != std::string::npos;
-    });
-  }
-  void ask(const std::string& method, const std::vector<std::string>& arguments) {
-    ASSERT_TRUE(desk.desk().bus().call(kNotifications, kPath,
-                                       std::string(kNotifications) + "." + method, arguments));
-    desk.rest();
-  }
-
-  QuietDesk desk{{}};
-
- private:
-  static constexpr const char* kPath = "/org/freedesktop/Notifications";
-  std::unique_ptr<harness::Process> daemon_;
-};
-
-TEST_F(InhibitionTest, IsHeldWhileItIsWantedAndTakenAgainAfterARestart) {
-  start("Plasma", "KDE");
-  desk.launch();
-  for (const bool on : {true, false, true}) {
-    desk.toggle();
-    EXPECT_TRUE(becomes(on));
-  }
-  start("quiet", "somebody");
-  EXPECT_TRUE(becomes(true)) << "what it can do counts, not its name";
-}
-
-TEST_F(InhibitionTest, OursIsTakenBesideSomebodyElsesAndOnlyOursIsEnded) {
-  start("Plasma", "KDE");
-  desk.launch();
-  ask("Inhibit", {"string:other", "string:quiet", "dict:string:string:"});
-  desk.toggle();
-  ask("UnInhibit", {"uint32:1"});
-  EXPECT_TRUE(becomes(true)) << "the mode is still on";
-  ask("Inhibit", {"string:other", "string:quiet", "dict:string:string:"});
-  desk.toggle();
-  EXPECT_TRUE(becomes(true));
-  ask("UnInhibit", {"uint32:3"});
-  EXPECT_TRUE(becomes(false));
-  desk.expectNoComplaint();
-}
-
-TEST_F(InhibitionTest, IsTakenAgainWhenTheUserHasEndedAll) {
-  start("Plasma", "KDE");
-  desk.launch();
-  desk.toggle();
-  ASSERT_TRUE(becomes(true));
-  ask("EndAll", {});
-  ASSERT_TRUE(becomes(false));
-  desk.toggle();
-  desk.toggle();
-  EXPECT_TRUE(becomes(true));
 }
 
 }  // namespace

@@ -1,22 +1,17 @@
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <future>
 #include <string>
 
-#include "desktop/harness/Process.h"
+#include "desktop/harness/EventLoopTest.h"
 #include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/process/SingleInstance.h"
 
@@ -29,7 +24,7 @@ using namespace std::chrono_literals;
 
 /// Each start has an open lock of its own, so that one process can be several. The first one's
 /// event loop is the test's.
-class SingleInstanceTest : public ::testing::Test {
+class SingleInstanceTest : public harness::EventLoopTest<> {
  protected:
   SingleInstanceTest() {
     fs::create_directory(runtime);
@@ -41,16 +36,11 @@ class SingleInstanceTest : public ::testing::Test {
       return SingleInstance([] {}, folder).claim(patience);
     });
   }
-  static bool soon(const std::function<bool()>& fact) {
-    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-  }
   [[nodiscard]] static Claim answerTo(std::future<Claim>& start) {
     EXPECT_TRUE(soon([&] { return start.wait_for(0s) == std::future_status::ready; }));
     return start.get();
   }
 
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
   QTemporaryDir folder_;
   const fs::path runtime = fs::path(folder_.path().toStdString()) / "run";
   int shows = 0;
@@ -108,45 +98,6 @@ TEST_F(SingleInstanceTest, WithoutAnyPlaceForALockTheProgramStarts) {
   ::testing::internal::CaptureStderr();
   EXPECT_EQ(SingleInstance([] {}).claim(), Claim::First);
   EXPECT_NE(::testing::internal::GetCapturedStderr().find("second start"), std::string::npos);
-}
-
-class Caller {
- public:
-  explicit Caller(const fs::path& path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-    connected_ =
-        ::connect(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  }
-  [[nodiscard]] bool connected() const { return connected_; }
-  void say(const std::string& text) const {
-    ::send(socket_.get(), text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-  }
-  /// Whether the other side has hung up, without an answer.
-  [[nodiscard]] bool isHungUpOn() const {
-    char byte = 0;
-    const ssize_t count = ::recv(socket_.get(), &byte, 1, MSG_DONTWAIT);
-    return count == 0 || (count < 0 && errno != EAGAIN);
-  }
-
- private:
-  harness::FileDescriptor socket_{::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)};
-  bool connected_ = false;
-};
-
-TEST_F(SingleInstanceTest, CallersThatMakeNoSenseAreHungUpOn) {
-  ASSERT_EQ(first.claim(), Claim::First);
-  for (const std::string& nonsense :
-       {std::string("hide\n"), std::string(100'000, 'x'), std::string()}) {
-    const Caller caller(runtime / "calmdeck.socket");
-    ASSERT_TRUE(caller.connected());
-    caller.say(nonsense);
-    EXPECT_TRUE(soon([&] { return caller.isHungUpOn(); })) << nonsense.substr(0, 10);
-  }
-  auto second = startAgain();
-  EXPECT_EQ(answerTo(second), Claim::HandedOver);
-  EXPECT_TRUE(soon([&] { return shows == 1; }));
 }
 
 TEST(BusNameTest, ATakenNameStaysWhereItIsAndNoPlaceInAQueueIsTaken) {

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -16,7 +15,7 @@
 #include <optional>
 #include <utility>
 
-#include "desktop/harness/Process.h"
+#include "desktop/harness/EventLoopTest.h"
 #include "desktop/linux/updates/PackageKitUpdates.h"
 #include "desktop/simulated/SimulatedWindows.h"
 #include "platform/appkit/NSAlert.h"
@@ -134,7 +133,7 @@ const std::filesystem::path& dataFolder() {
   return path;
 }
 
-class PackageKitUpdatesTest : public testing::Test {
+class PackageKitUpdatesTest : public harness::EventLoopTest<> {
  protected:
   PackageKitUpdatesTest() {
     ::setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus().toUtf8().constData(), 1);
@@ -143,9 +142,6 @@ class PackageKitUpdatesTest : public testing::Test {
       ::setenv(name, dataFolder().c_str(), 1);
   }
 
-  static bool soon(const std::function<bool()>& fact) {
-    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-  }
   /// What the user is told, once that is there.
   std::string answerToTheUser() {
     updates.checkForUpdates();
@@ -158,8 +154,6 @@ class PackageKitUpdatesTest : public testing::Test {
     return soon([&] { return packageKit->calls.filter("GetUpdates").size() == times; });
   }
 
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
   std::optional<PackageKitStandIn> packageKit{std::in_place, systemBus()};
   simulated::CallLog log;
   simulated::SimulatedMainLoop loop;

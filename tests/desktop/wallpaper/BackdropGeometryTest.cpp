@@ -3,10 +3,7 @@
 
 #include <QBuffer>
 #include <QDateTime>
-#include <QFileInfo>
 #include <QTemporaryDir>
-#include <algorithm>
-#include <random>
 
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
@@ -167,21 +164,6 @@ TEST_F(PictureReaderTest, LargePhotographIsReadNoLargerThanItIsShownAndUpright) 
   EXPECT_EQ(picture.image.size(), QSize(60, 87));
   EXPECT_EQ(readPicture({file.fileName(), false, {}}).image.size(), QSize(6000, 4100));
   EXPECT_TRUE(forgetPictures());
-}
-
-TEST_F(PictureReaderTest, WhatIsBrokenOrTakesTooMuchMemoryIsNamed) {
-  QImage vast(9000, 9000, QImage::Format_Mono);
-  vast.fill(0);
-  const QString large = save(vast, "vast.png");
-  EXPECT_EQ(pictureFault(large), large.toStdString() + " is too large a picture (9000 x 9000).");
-  EXPECT_TRUE(readPicture({large, true, {60, 40}}).image.isNull());
-  QImage noise(90, 90, QImage::Format_RGB32);
-  std::mt19937 random;
-  std::generate_n(reinterpret_cast<std::uint32_t*>(noise.bits()), 90 * 90, random);
-  const QString cut = save(noise, "cut.png");
-  ASSERT_TRUE(QFile::resize(cut, QFileInfo(cut).size() / 2));
-  EXPECT_EQ(pictureFault(cut), std::nullopt) << "as far as a glance tells";
-  EXPECT_EQ(decodingFault({cut, true, {}}), cut.toStdString() + " is not a whole picture.");
 }
 
 TEST(DesktopProcess, ProfileIsTheOneOfTheCommandLine) {

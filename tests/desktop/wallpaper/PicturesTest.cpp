@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -11,7 +10,7 @@
 #include <algorithm>
 #include <random>
 
-#include "desktop/harness/Process.h"
+#include "desktop/harness/EventLoopTest.h"
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 
@@ -65,7 +64,7 @@ class Facts final : public DesktopFacts {
 
 std::string complaints;
 
-class WallpaperPicturesTest : public testing::Test {
+class WallpaperPicturesTest : public harness::EventLoopTest<> {
  protected:
   WallpaperPicturesTest() {
     complaints.clear();
@@ -99,13 +98,8 @@ class WallpaperPicturesTest : public testing::Test {
   [[nodiscard]] std::string set(const std::string& file) {
     return pictures.set(file, "one", pictures.options("one").value()).value_or("");
   }
-  static bool soon(const std::function<bool()>& fact) {
-    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-  }
 
  private:
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
   QTemporaryDir folder_;
 
  protected:

@@ -17,16 +17,21 @@
 
 namespace {
 
+void say(const char* line) {
+  std::puts(line);
+  std::fflush(stdout);
+}
+
 class Shell final : public QDBusVirtualObject {
  public:
   [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
   bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
-    const QVariant argument = call.arguments().value(0);
-    if (call.member() == QLatin1String("evaluateScript"))
-      return bus.send(call.createReply(evaluate(argument.toString())));
-    const bool tells = call.member() == QLatin1String("wallpaper") && argument.toUInt() == kSecond;
-    return tells && !slide_.isEmpty() &&
+    if (call.member() == QLatin1String("evaluateScript")) {
+      const QString script = call.arguments().value(0).toString();
+      return bus.send(call.createReply(evaluate(script)));
+    }
+    return call.member() == QLatin1String("wallpaper") && !slide_.isEmpty() &&
            bus.send(call.createReply(QVariantMap{{"Image", fileUrl(slide_)}}));
   }
 
@@ -39,56 +44,37 @@ class Shell final : public QDBusVirtualObject {
     return read();
   }
 
-  struct Screen {
-    int id;
-    uint number;
-    int x;
-    QString plugin;
-    QString image;
-  };
-
   [[nodiscard]] QString read() const {
     QByteArray lines;
-    for (const Screen& screen : screens_) {
-      const QJsonObject line{{"id", screen.id},         {"screen", static_cast<int>(screen.number)},
-                             {"x", screen.x},           {"y", 0},
-                             {"plugin", screen.plugin}, {"image", screen.image},
-                             {"shown", screen.image},   {"fill", "1"},
-                             {"color", "32,160,64"}};
-      lines += QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
-    }
+    for (const QJsonObject& screen : screens_)
+      lines += QJsonDocument(screen).toJson(QJsonDocument::Compact) + '\n';
     return QString::fromUtf8(lines + "OK\n");
-  }
-
-  static void say(const char* line) {
-    std::puts(line);
-    std::fflush(stdout);
   }
 
   QString write(const QByteArray& wanted) {
     say(wanted.constData());
     const QJsonObject object = QJsonDocument::fromJson(wanted).object();
-    for (Screen& screen : screens_) {
-      if (screen.id != object["id"].toInt() || wanted.contains("refused")) continue;
-      screen.plugin = object["plugin"].toString();
-      screen.image = object["image"].toString();
+    for (QJsonObject& screen : screens_) {
+      if (screen["id"] != object["id"] || wanted.contains("refused")) continue;
+      screen["plugin"] = object["plugin"];
+      screen["image"] = screen["shown"] = object["image"];
       return QStringLiteral("SET\n") + read();
     }
     return {};  // as after an exception
   }
 
   static QString fileUrl(const QString& path) { return QUrl::fromLocalFile(path).toString(); }
-
-  static constexpr uint kSecond = 1;
+  static QJsonObject screen(int number, int x, const char* plugin, const QString& image) {
+    return {{"id", 7 + 2 * number}, {"screen", number}, {"x", x},      {"y", 0},
+            {"plugin", plugin},     {"image", image},   {"fill", "1"}, {"color", "32,160,64"},
+            {"shown", image}};
+  }
 
   QString slide_ = QCoreApplication::arguments().value(2);
-  std::array<Screen, 3> screens_{{
-      {7, 0, 0, QStringLiteral("org.kde.color"), QString()},
-      {9, kSecond, 1280,
-       slide_.isEmpty() ? QStringLiteral("org.kde.image") : QStringLiteral("org.kde.slideshow"),
-       fileUrl(QCoreApplication::arguments().at(1))},
-      {11, 2, 4000, QStringLiteral("org.kde.slideshow"), QString()},
-  }};
+  std::array<QJsonObject, 2> screens_{
+      screen(0, 0, "org.kde.color", {}),
+      screen(1, 1280, slide_.isEmpty() ? "org.kde.image" : "org.kde.slideshow",
+             fileUrl(QCoreApplication::arguments().at(1)))};
 };
 
 }  // namespace
@@ -99,7 +85,6 @@ int main(int argc, char** argv) {
   QDBusConnection bus = QDBusConnection::sessionBus();
   bus.registerVirtualObject(QStringLiteral("/PlasmaShell"), &shell);
   if (!bus.registerService(QStringLiteral("org.kde.plasmashell"))) return 1;
-  std::puts("ready");
-  std::fflush(stdout);
+  say("ready");
   return QCoreApplication::exec();
 }

@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QImage>
 #include <QTemporaryDir>
 #include <fstream>
 #include <sstream>
 
-#include "desktop/harness/Process.h"
+#include "desktop/harness/EventLoopTest.h"
 #include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
@@ -31,7 +30,7 @@ const std::string& sessionBus() {
 const Monitor kFirst{QStringLiteral("VNC-0"), {0, 0, 1280, 720}};
 const Monitor kSecond{QStringLiteral("VNC-1"), {1280, 0, 512, 300}, 2};
 
-class PlasmaWallpaperTest : public testing::Test {
+class PlasmaWallpaperTest : public harness::EventLoopTest<> {
  protected:
   PlasmaWallpaperTest() {
     BusPeer::limitOperationsTo(3000);  // tests run side by side
@@ -59,9 +58,6 @@ class PlasmaWallpaperTest : public testing::Test {
   std::string set(const Monitor& monitor, const std::string& file) {
     return pictures.set(file, monitor.name.toStdString(), {}).value_or("");
   }
-  static bool soon(const std::function<bool()>& fact) {
-    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-  }
   static void endTurn() { QCoreApplication::processEvents(); }
   /// What the next script that writes was given.
   [[nodiscard]] std::string written() { return shell->waitForLine("^\\{").value_or("nothing"); }
@@ -85,8 +81,6 @@ class PlasmaWallpaperTest : public testing::Test {
   bool isSet_ = qputenv("DBUS_SESSION_BUS_ADDRESS", sessionBus().c_str()) &&
                 qputenv("XDG_CURRENT_DESKTOP", "KDE") &&
                 qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
 
  protected:
   std::optional<harness::Process> shell;

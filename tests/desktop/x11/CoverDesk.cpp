@@ -27,19 +27,6 @@ Rect grown(const Rect& area, int by) {
   return {area.x - by, area.y - by, area.width + 2 * by, area.height + 2 * by};
 }
 
-/// No two places of it look alike, and the monitors differ.
-Image picture(int width, int height, std::uint32_t blue) {
-  Image image{width, height, {}};
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const auto red = static_cast<std::uint32_t>(255 * x / width);
-      const auto green = static_cast<std::uint32_t>(255 * y / height);
-      image.pixels.push_back(red << 16 | green << 8 | blue);
-    }
-  }
-  return image;
-}
-
 std::string text(const Rect& area) {
   return std::to_string(area.width) + "x" + std::to_string(area.height) + "+" +
          std::to_string(area.x) + "+" + std::to_string(area.y);
@@ -54,8 +41,8 @@ bool liesOn(const Rect& cover, const Rect& monitor) {
 
 CoverDesk::CoverDesk(const CoverDeskOptions& options)
     : desk_({.windowManager = options.windowManager}), kind_(options.icons), swaps_(options.swaps) {
-  writePng(picture(1280, 720, 40), desk_.home().home() / "left.png");
-  writePng(picture(1024, 600, 200), desk_.home().home() / "right.png");
+  writePng(harness::dusk(1280, 720), desk_.home().home() / "left.png");
+  writePng(harness::meadow(1024, 600), desk_.home().home() / "right.png");
   if (!options.composited) stopCompositing();
   if (kind_ != DesktopIcons::None) configure();
   if (options.pattern) (void)desk_.run({"xsetroot", "-mod", "16", "24"});

@@ -165,23 +165,6 @@ TEST(CoverPicture, AnotherPrimaryMonitorDisturbsNothing) {
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
-/// With a compositor and without.
-class CoverWallpaper : public testing::TestWithParam<bool> {};
-
-TEST_P(CoverWallpaper, ANewOneIsFollowed) {
-  CoverDesk covers({.windowManager = WindowManager::Xfwm4,
-                    .icons = DesktopIcons::Xfdesktop,
-                    .composited = GetParam()});
-  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
-  covers.changeWallpaper(covers.bluePicture());
-  EXPECT_TRUE(covers.desk().until([&] { return bothShow(covers, kBlue); }))
-      << covers.program().errorOutput();
-}
-
-INSTANTIATE_TEST_SUITE_P(On, CoverWallpaper, testing::Bool(), [](const auto& row) {
-  return row.param ? "Composited" : "NotComposited";
-});
-
 TEST(CoverPicture, CoversFollowTheMonitors) {
   CoverDesk covers({.windowManager = WindowManager::Openbox});
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
