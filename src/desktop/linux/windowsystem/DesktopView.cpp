@@ -16,18 +16,21 @@ class DesktopCapture final : public platform::port::Capture {
  public:
   DesktopCapture(DesktopView& view, Monitor monitor) : view_(view), monitor_(std::move(monitor)) {}
 
-  [[nodiscard]] std::size_t pixelWidth() const override {
-    return static_cast<std::size_t>(monitor_.pixels().width());
-  }
+  [[nodiscard]] std::size_t pixelWidth() const override { return pixels(monitor_.points.width()); }
   [[nodiscard]] std::size_t pixelHeight() const override {
-    return static_cast<std::size_t>(monitor_.pixels().height());
+    return pixels(monitor_.points.height());
   }
+  /// Of the monitor's own device pixels.
   [[nodiscard]] std::shared_ptr<const HeldPicture> picture() const {
     if (!picture_) picture_ = view_.picture(monitor_);
     return *picture_;
   }
 
  private:
+  [[nodiscard]] std::size_t pixels(int points) const {
+    return static_cast<std::size_t>(points * backingScaleOf(monitor_));
+  }
+
   DesktopView& view_;
   Monitor monitor_;
   mutable std::optional<std::shared_ptr<const HeldPicture>> picture_;

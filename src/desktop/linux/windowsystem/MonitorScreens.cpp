@@ -52,7 +52,7 @@ std::vector<platform::port::ScreenInfo> MonitorScreens::screens() const {
          platform::NSRect{static_cast<double>(area.x() - first.points.x()),
                           static_cast<double>(turned(area.y(), area.height(), first)),
                           static_cast<double>(area.width()), static_cast<double>(area.height())},
-         monitor.scale});
+         backingScaleOf(monitor)});
   }
   return screens;
 }

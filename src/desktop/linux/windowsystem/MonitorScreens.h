@@ -12,6 +12,12 @@
 
 namespace linux_desktop {
 
+/// The pixels that the platform counts for a point: there are screens with one, and with two. Where
+/// the monitor itself has a number between, or more, only the window system knows.
+[[nodiscard]] inline double backingScaleOf(const Monitor& monitor) {
+  return monitor.scale > 1 ? 2 : 1;
+}
+
 /// The screens of a window system, from the monitors that it lists: the first one first, of which
 /// there always is one. Its points go down from a corner of the whole desktop, those of a screen go
 /// up from the bottom of the first one; nothing else turns the one into the other.

@@ -17,7 +17,7 @@ bool isUnderIcons(const WindowStack& stack, const CoverSurface& cover) {
   const auto own =
       std::ranges::find(stack.desktopWindows, cover.window(), &WindowStack::DesktopWindow::window);
   if (own == stack.desktopWindows.end()) return false;
-  const WindowStack::DesktopWindow* icons = stack.iconsOn(cover.area());
+  const WindowStack::DesktopWindow* icons = stack.iconsOn(cover.place());
   return icons != nullptr && icons->level > own->level;
 }
 
@@ -160,7 +160,7 @@ void CoverKeeper::look() {
 void CoverKeeper::look(const WindowStack& stack, KeptCover& cover) {
   CoverSurface* surface = cover.surface();
   if (surface == nullptr) return;
-  CoverStand wanted = standFor(stack, surface->area());
+  CoverStand wanted = standFor(stack, surface->place());
   // Without a window manager a window stands where the last one left it.
   if (manager_ == Manager::None) wanted.managed = surface->stand().managed;
   if (wanted.managed != surface->stand().managed) {

@@ -26,6 +26,12 @@ struct CoverStand {
 /// Destroyed with the object. It swallows clicks and does nothing with them.
 class CoverSurface {
  public:
+  using Picture = XPicture;
+  using Place = QRect;
+  [[nodiscard]] static bool meet(const QRect& one, const QRect& other) {
+    return one.intersects(other);
+  }
+
   /// Not mapped yet. `area` is in pixels of the root window, as large as the picture. `mapped` is
   /// called once the window is on the screen, and may destroy it.
   CoverSurface(XEvents& events, const QRect& area, std::shared_ptr<const XPicture> picture,
@@ -35,7 +41,7 @@ class CoverSurface {
   CoverSurface& operator=(const CoverSurface&) = delete;
 
   [[nodiscard]] xcb_window_t window() const { return window_; }
-  [[nodiscard]] const QRect& area() const { return area_; }
+  [[nodiscard]] const QRect& place() const { return area_; }
   [[nodiscard]] const std::shared_ptr<const XPicture>& picture() const { return picture_; }
   [[nodiscard]] const CoverStand& stand() const { return stand_; }
 
