@@ -26,9 +26,11 @@ struct SessionRooms {
 
   SessionRooms() {
     if (x11) x11->setBackdrops(&pictures);
+    if (wayland) wayland->setBackdrops(&pictures);
   }
   ~SessionRooms() {
     if (x11) x11->setBackdrops(nullptr);
+    if (wayland) wayland->setBackdrops(nullptr);
   }
   SessionRooms(const SessionRooms&) = delete;
   SessionRooms& operator=(const SessionRooms&) = delete;
@@ -75,9 +77,11 @@ constexpr std::array kOwnWindows{
     x11<OwnWindows, &X11::ownWindows>,
     Candidate<OwnWindows>{"Qt", [](SessionRooms& rooms) { return &rooms.qtWindows; }}};
 constexpr std::array kLegacyTray{x11<LegacyTray, &X11::legacyTray>};
-constexpr std::array kCovers{x11<CoverWindows, &X11::covers>};
-constexpr std::array kWindowList{x11<WindowList, &X11::windowList>};
-constexpr std::array kSpaces{x11<Spaces, &X11::spaces>};
+constexpr std::array kCovers{x11<CoverWindows, &X11::covers>,
+                             wayland<CoverWindows, &Wayland::covers>};
+constexpr std::array kWindowList{x11<WindowList, &X11::windowList>,
+                                 wayland<WindowList, &Wayland::windowList>};
+constexpr std::array kSpaces{x11<Spaces, &X11::spaces>, wayland<Spaces, &Wayland::spaces>};
 constexpr std::array kApplications{x11<RunningApplications, &X11::runningApplications>};
 constexpr std::array kKeyTranslator{x11<KeyTranslator, &X11::keyTranslator>};
 constexpr std::array kHotKeys{
@@ -111,7 +115,8 @@ SessionServices::SessionServices()
       hotKeys(choose(*rooms_, kHotKeys, "shortcuts do not fire")),
       keyTranslator(choose(*rooms_, kKeyTranslator, "shortcuts cannot be recorded")) {
   if (rooms_->missing.isEmpty()) return;
-  qCWarning(lcSession, "here (%s) %s; the rest works", qPrintable(QGuiApplication::platformName()),
+  qCWarning(lcSession, "here (%s) %s; sound and notifications do not depend on that",
+            qPrintable(QGuiApplication::platformName()),
             qPrintable(rooms_->missing.join(QLatin1String(", "))));
 }
 

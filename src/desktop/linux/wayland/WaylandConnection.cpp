@@ -76,7 +76,7 @@ bool WaylandConnection::roundTrip() {
   static constexpr wl_callback_listener kListener{
       [](void* answered, wl_callback*, std::uint32_t) { *static_cast<bool*>(answered) = true; }};
   bool answered = false;
-  const WaylandProxy<wl_callback> callback(wl_display_sync(display_.get()));
+  const WaylandProxy<wl_callback> callback = sync();
   wl_callback_add_listener(callback.get(), &kListener, &answered);
   const QDeadlineTimer deadline(kAnswer);
   while (!answered && dispatch(deadline)) {

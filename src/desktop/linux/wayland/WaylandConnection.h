@@ -58,6 +58,10 @@ class WaylandConnection final : public QObject {
     return global == globals_.end() ? nullptr : bind<Object>(*global, interface, version);
   }
 
+  /// Answered once the compositor has done all that was asked before.
+  [[nodiscard]] WaylandProxy<wl_callback> sync() {
+    return WaylandProxy<wl_callback>(wl_display_sync(display_.get()));
+  }
   /// Waits until the compositor has answered all that was asked so far, with the answers handed out
   /// meanwhile; for a second at most. False: it has not.
   bool roundTrip();

@@ -120,16 +120,22 @@ std::vector<const WaylandOutput*> WaylandOutputs::all() const {
   return described;
 }
 
+const WaylandOutput* WaylandOutputs::first(
+    const std::function<bool(const WaylandOutput& output)>& fits) const {
+  const auto found = std::ranges::find_if(outputs_, [&](const auto& one) { return fits(*one); });
+  return found == outputs_.end() ? nullptr : found->get();
+}
+
 const WaylandOutput* WaylandOutputs::at(const QPoint& point) const {
-  const auto output = std::ranges::find_if(
-      outputs_, [&](const auto& one) { return one->monitor().points.contains(point); });
-  return output == outputs_.end() ? nullptr : output->get();
+  return first([&](const auto& output) { return output.monitor().points.contains(point); });
 }
 
 const WaylandOutput* WaylandOutputs::named(const QString& name) const {
-  const auto output =
-      std::ranges::find_if(outputs_, [&](const auto& one) { return one->monitor().name == name; });
-  return output == outputs_.end() ? nullptr : output->get();
+  return first([&](const auto& output) { return output.monitor().name == name; });
+}
+
+const WaylandOutput* WaylandOutputs::numbered(std::uint32_t global) const {
+  return first([&](const auto& output) { return output.global() == global; });
 }
 
 WaylandScreens::WaylandScreens(WaylandOutputs& outputs)

@@ -65,6 +65,8 @@ class WaylandOutputs final : public QObject {
   /// Null: that is on none.
   [[nodiscard]] const WaylandOutput* at(const QPoint& point) const;
   [[nodiscard]] const WaylandOutput* named(const QString& name) const;
+  /// By its number among the globals.
+  [[nodiscard]] const WaylandOutput* numbered(std::uint32_t global) const;
 
  Q_SIGNALS:
   /// One came, or is another now: in place, size or scale.
@@ -75,6 +77,8 @@ class WaylandOutputs final : public QObject {
  private:
   void add(const WaylandGlobal& global);
   void remove(std::uint32_t global);
+  [[nodiscard]] const WaylandOutput* first(
+      const std::function<bool(const WaylandOutput& output)>& fits) const;
 
   WaylandConnection& connection_;
   WaylandProxy<zxdg_output_manager_v1> logical_;

@@ -3,8 +3,11 @@
 #include <memory>
 
 #include "desktop/linux/wallpaper/DesktopFacts.h"
+#include "desktop/linux/wayland/LayerCovers.h"
+#include "desktop/linux/wayland/ShmPicture.h"
 #include "desktop/linux/wayland/WaylandConnection.h"
 #include "desktop/linux/wayland/WaylandOutputs.h"
+#include "desktop/linux/windowsystem/DesktopView.h"
 
 namespace linux_desktop {
 
@@ -16,8 +19,14 @@ class WaylandWindowSystem {
   [[nodiscard]] static std::unique_ptr<WaylandWindowSystem> open();
 
   [[nodiscard]] platform::port::Screens* screens() { return &screens_; }
+  [[nodiscard]] CoverWindows* covers() { return covers_.areThere() ? &covers_ : nullptr; }
+  [[nodiscard]] platform::port::WindowList* windowList() { return &windowList_; }
+  [[nodiscard]] platform::port::Spaces* spaces() { return &spaces_; }
 
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
+  /// Where to ask what the desktop was told to show behind everything. Null, as at first: nobody.
+  /// Outlives its being set.
+  void setBackdrops(BackdropSource* backdrops) { pictures_.setBackdrops(backdrops); }
 
  private:
   explicit WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection);
@@ -25,6 +34,10 @@ class WaylandWindowSystem {
   std::unique_ptr<WaylandConnection> connection_;
   WaylandOutputs outputs_{*connection_};
   WaylandScreens screens_{outputs_};
+  ShmPictures pictures_{*connection_, screens_};
+  DesktopWindowList windowList_{screens_, pictures_};
+  DesktopSpaces spaces_{pictures_};
+  LayerCovers covers_{*connection_, outputs_, screens_};
   DesktopFacts facts_{[this] { return screens_.monitors(); }};
 };
 

@@ -1,0 +1,80 @@
+#include "desktop/linux/wayland/ShmPicture.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "desktop/linux/files/FileDescriptor.h"
+#include "desktop/linux/log/Log.h"
+
+namespace linux_desktop {
+namespace {
+
+/// Memory that can be handed to the compositor; mapped for as long as the object lives.
+struct SharedMemory {
+  explicit SharedMemory(std::size_t length)
+      : file(::memfd_create("calmdeck-picture", MFD_CLOEXEC)), size(length) {
+    if (!file.isOpen() || ::ftruncate(file.get(), static_cast<off_t>(size)) != 0) return;
+    void* const mapped = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
+    if (mapped != MAP_FAILED) bytes = static_cast<uchar*>(mapped);
+  }
+  ~SharedMemory() {
+    if (bytes != nullptr) ::munmap(bytes, size);
+  }
+  SharedMemory(const SharedMemory&) = delete;
+  SharedMemory& operator=(const SharedMemory&) = delete;
+
+  FileDescriptor file;
+  std::size_t size;
+  uchar* bytes = nullptr;
+};
+
+}  // namespace
+
+std::shared_ptr<const ShmPicture> ShmPicture::make(wl_shm& shm, const QImage& image) {
+  const QImage opaque = image.convertToFormat(QImage::Format_RGB32);
+  auto memory = std::make_unique<SharedMemory>(static_cast<std::size_t>(opaque.sizeInBytes()));
+  if (memory->bytes == nullptr) {
+    qCWarning(lcWayland, "no memory for the picture of a cover: %s", std::strerror(errno));
+    return nullptr;
+  }
+  std::memcpy(memory->bytes, opaque.constBits(), memory->size);
+  const int stride = static_cast<int>(opaque.bytesPerLine());
+  const WaylandProxy<wl_shm_pool> pool(
+      wl_shm_create_pool(&shm, memory->file.get(), static_cast<int>(memory->size)));
+  WaylandProxy<wl_buffer> buffer(wl_shm_pool_create_buffer(
+      pool.get(), 0, opaque.width(), opaque.height(), stride, WL_SHM_FORMAT_XRGB8888));
+  // The compositor has the file now.
+  memory->file.reset();
+  const uchar* const bytes = memory->bytes;
+  const QImage held(
+      bytes, opaque.width(), opaque.height(), stride, QImage::Format_RGB32,
+      [](void* mapped) { delete static_cast<SharedMemory*>(mapped); }, memory.release());
+  return std::shared_ptr<const ShmPicture>(new ShmPicture(held, std::move(buffer)));
+}
+
+ShmPictures::ShmPictures(WaylandConnection& connection, const MonitorScreens& screens)
+    : shm_(connection.bindFirst<wl_shm>(wl_shm_interface, 1)), backdrops_(screens) {}
+
+std::shared_ptr<const HeldPicture> ShmPictures::picture(const Monitor& monitor) {
+  const QImage image = backdrops_.on(monitor).image().convertToFormat(QImage::Format_RGB32);
+  if (image.isNull() || !shm_) return nullptr;
+  std::erase_if(held_, [](const auto& held) { return held.expired(); });
+  for (const auto& held : held_) {
+    const auto picture = held.lock();
+    if (picture->isLike(image)) return picture;
+  }
+  auto picture = ShmPicture::make(*shm_, image);
+  if (picture) held_.push_back(picture);
+  return picture;
+}
+
+void ShmPictures::follow(std::function<void()> changed) {
+  if (!changed) return backdrops_.follow({});
+  backdrops_.follow([changed = std::move(changed)](const std::vector<Monitor>&) { changed(); });
+}
+
+}  // namespace linux_desktop

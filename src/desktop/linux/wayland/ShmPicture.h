@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QImage>
+#include <QSize>
+#include <memory>
+#include <vector>
+
+#include "desktop/linux/wayland/WaylandConnection.h"
+#include "desktop/linux/windowsystem/DesktopView.h"
+#include "desktop/linux/windowsystem/ToldBackdrops.h"
+
+namespace linux_desktop {
+
+/// A picture in memory that the compositor reads as well. It is written once, so any number of
+/// surfaces may show it at a time. The connection outlives it.
+class ShmPicture final : public HeldPicture {
+ public:
+  /// Opaque; transparency is ignored. Null where there is no memory for it.
+  [[nodiscard]] static std::shared_ptr<const ShmPicture> make(wl_shm& shm, const QImage& image);
+
+  [[nodiscard]] QSize size() const { return image_.size(); }
+  [[nodiscard]] wl_buffer* buffer() const { return buffer_.get(); }
+  /// Pixel by pixel.
+  [[nodiscard]] bool isLike(const QImage& image) const { return image_ == image; }
+
+ private:
+  ShmPicture(QImage image, WaylandProxy<wl_buffer> buffer)
+      : image_(std::move(image)), buffer_(std::move(buffer)) {}
+
+  /// Lies in the shared memory.
+  QImage image_;
+  WaylandProxy<wl_buffer> buffer_;
+};
+
+/// The desktop of a Wayland compositor. Nobody may look at what lies below other windows there, so
+/// its pictures are what the desktop was told to show, drawn here. One that several monitors show
+/// is held once. Main thread only.
+class ShmPictures final : public DesktopView {
+ public:
+  /// Both outlive this.
+  ShmPictures(WaylandConnection& connection, const MonitorScreens& screens);
+
+  /// See ToldBackdrops::setSource.
+  void setBackdrops(BackdropSource* backdrops) { backdrops_.setSource(backdrops); }
+
+  [[nodiscard]] std::shared_ptr<const HeldPicture> picture(const Monitor& monitor) override;
+  void follow(std::function<void()> changed) override;
+
+ private:
+  WaylandProxy<wl_shm> shm_;
+  ToldBackdrops backdrops_;
+  std::vector<std::weak_ptr<const ShmPicture>> held_;
+};
+
+}  // namespace linux_desktop
