@@ -1,8 +1,22 @@
 #include "desktop/linux/x11/X11WindowSystem.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "desktop/linux/log/Log.h"
+
 namespace linux_desktop {
+namespace {
+
+bool isXwayland(XServer& server, const XScreens& screens) {
+  // Only newer ones have the extension, and only older ones name their outputs after themselves.
+  return server.hasExtension("XWAYLAND") ||
+         std::ranges::any_of(screens.monitors(), [](const Monitor& monitor) {
+           return monitor.name.startsWith(QLatin1String("XWAYLAND"));
+         });
+}
+
+}  // namespace
 
 std::unique_ptr<X11WindowSystem> X11WindowSystem::open() {
   auto server = XServer::connect();
@@ -23,6 +37,14 @@ X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)
   if (!keyboard_) return;
   hotKeys_ = XHotKeys::open(events_, *keyboard_);
   translator_.emplace(*keyboard_);
+}
+
+X11WindowSystem::Sight X11WindowSystem::look() {
+  if (!isXwayland(*server_, screens_)) return Sight::Everything;
+  qCWarning(lcX11,
+            "this is a Wayland session, and Calmdeck runs as an X11 program in it: install Qt's "
+            "plugin for Wayland (qt6-wayland), and leave QT_QPA_PLATFORM unset");
+  return server_->managerName() == "KWin" ? Sight::DesktopAndKeys : Sight::OwnWindows;
 }
 
 }  // namespace linux_desktop

@@ -19,7 +19,10 @@
 namespace linux_desktop {
 
 /// The X window system, over a connection of our own: what it has to offer. A null pointer: this
-/// server cannot do it, and has said so in one line.
+/// server cannot do it, and has said so in one line. On Xwayland that is what reaches beyond our
+/// own windows: there other programs' are only in part on the server, their keys never, and a cover
+/// would lie over them. But KWin keeps an X program's covers in their place and lets it have its
+/// keys.
 class X11WindowSystem {
  public:
   /// Null where the interface is not on an X server, or that cannot be reached.
@@ -30,13 +33,15 @@ class X11WindowSystem {
   [[nodiscard]] platform::port::Screens* screens() { return &screens_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
   [[nodiscard]] LegacyTray* legacyTray() { return &tray_; }
-  [[nodiscard]] CoverWindows* covers() { return &covers_; }
+  [[nodiscard]] CoverWindows* covers() { return seesDesktop() ? &covers_ : nullptr; }
   [[nodiscard]] platform::port::WindowList* windowList() { return &windowList_; }
   [[nodiscard]] platform::port::Spaces* spaces() { return &spaces_; }
   [[nodiscard]] platform::port::RunningApplications* runningApplications() {
-    return &applications_;
+    return sight_ == Sight::Everything ? &applications_ : nullptr;
   }
-  [[nodiscard]] platform::port::HotKeys* hotKeys() { return hotKeys_.get(); }
+  [[nodiscard]] platform::port::HotKeys* hotKeys() {
+    return seesDesktop() ? hotKeys_.get() : nullptr;
+  }
   [[nodiscard]] KeyTranslator* keyTranslator() { return translator_ ? &*translator_ : nullptr; }
 
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
@@ -45,7 +50,12 @@ class X11WindowSystem {
   void setBackdrops(BackdropSource* backdrops) { shown_.setBackdrops(backdrops); }
 
  private:
+  /// What of the session there is to be seen on this server.
+  enum class Sight { Everything, DesktopAndKeys, OwnWindows };
+
   explicit X11WindowSystem(std::unique_ptr<XServer> server);
+  [[nodiscard]] Sight look();
+  [[nodiscard]] bool seesDesktop() const { return sight_ != Sight::OwnWindows; }
 
   std::unique_ptr<XServer> server_;
   XEvents events_{*server_};
@@ -58,6 +68,7 @@ class X11WindowSystem {
   XDesktopFacts facts_{events_, screens_};
   XCovers covers_{events_, screens_};
   XApplications applications_{events_};
+  Sight sight_ = look();
   /// Null where the server has no XKB, and then the two that need it are absent.
   std::unique_ptr<XKeyboard> keyboard_;
   std::unique_ptr<XHotKeys> hotKeys_;

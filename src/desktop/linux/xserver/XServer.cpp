@@ -150,6 +150,20 @@ std::optional<QRect> XServer::geometry(xcb_window_t window) {
   return QRect(place->dst_x, place->dst_y, size->width, size->height);
 }
 
+bool XServer::hasExtension(std::string_view name) {
+  const auto cookie =
+      xcb_query_extension(get(), static_cast<std::uint16_t>(name.size()), name.data());
+  const XReply<xcb_query_extension_reply_t> reply(
+      xcb_query_extension_reply(get(), cookie, nullptr));
+  return reply && reply->present != 0;
+}
+
+std::string XServer::managerName() {
+  const auto check = numbers(root_, "_NET_SUPPORTING_WM_CHECK");
+  if (check.empty()) return {};
+  return read(std::array{XProperty{check.front(), atom("_NET_WM_NAME")}}).front().text();
+}
+
 bool XServer::isComposited() {
   // EWMH 1.5: the compositing manager of a screen owns this selection.
   const auto cookie =

@@ -81,6 +81,9 @@ class XServer {
                   xcb_connection_t* over = nullptr) const;
   /// Where a window is on the root window, in pixels, without what a window manager adds to it.
   [[nodiscard]] std::optional<QRect> geometry(xcb_window_t window);
+  [[nodiscard]] bool hasExtension(std::string_view name);
+  /// What the window manager that runs calls itself; empty where none does.
+  [[nodiscard]] std::string managerName();
   /// Whether windows may be translucent and round now.
   [[nodiscard]] bool isComposited();
   /// The number of XInput, of version 2.2 at least; none where the server lacks that.
