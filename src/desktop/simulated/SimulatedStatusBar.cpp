@@ -23,9 +23,7 @@ class SimulatedStatusBar::Peer final : public platform::port::StatusItemPeer {
   void openMenu(const platform::NSMenu& menu) override {
     bar_.log_.add("statusItem.openMenu");
     bar_.menu_.emplace();
-    for (const auto& item : menu.itemArray()) {
-      bar_.menu_->push_back({item->title(), item->isEnabled()});
-    }
+    for (const auto& item : menu.itemArray()) bar_.menu_->push_back(item->title());
   }
 
  private:
@@ -41,7 +39,7 @@ std::unique_ptr<platform::port::StatusItemPeer> SimulatedStatusBar::createStatus
 
 void SimulatedStatusBar::choose(std::string_view title) {
   if (!menu_) platform::programmingError("no menu is open");
-  const auto line = std::ranges::find(*menu_, title, &MenuLine::title);
+  const auto line = std::ranges::find(*menu_, title);
   if (line == menu_->end()) platform::programmingError("the menu has no such line");
   client_->menuItemChosen(static_cast<std::size_t>(line - menu_->begin()));
   closeMenu();

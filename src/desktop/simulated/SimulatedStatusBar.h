@@ -25,14 +25,8 @@ class SimulatedStatusBar final : public platform::port::StatusBar {
   [[nodiscard]] bool hasItem() const { return client_ != nullptr; }
   /// The name of the item's image, empty when it has none.
   [[nodiscard]] const std::string& image() const { return image_; }
-  /// One line of the menu that is open.
-  struct MenuLine {
-    std::string title;
-    bool enabled;
-    bool operator==(const MenuLine&) const = default;
-  };
-  /// None while no menu is open.
-  [[nodiscard]] const std::optional<std::vector<MenuLine>>& menu() const { return menu_; }
+  /// The lines of the menu; none while it is not open.
+  [[nodiscard]] const std::optional<std::vector<std::string>>& menu() const { return menu_; }
 
   void click(platform::NSEventType type) {
     if (type == platform::NSEventType::RightMouseUp) windows_.actElsewhere();
@@ -51,7 +45,7 @@ class SimulatedStatusBar final : public platform::port::StatusBar {
   SimulatedWindows& windows_;
   platform::port::StatusItemClient* client_ = nullptr;
   std::string image_;
-  std::optional<std::vector<MenuLine>> menu_;
+  std::optional<std::vector<std::string>> menu_;
 };
 
 }  // namespace simulated

@@ -62,17 +62,12 @@ void NSApplication::sendEvent(const NSEvent& event, const std::function<void()>&
   });
 }
 
-NSObject* NSApplication::targetForAction(std::string_view action, NSObject* target) {
-  if (target != nullptr) return target;
-  if (delegate_ && delegate_->respondsToSelector(action)) return delegate_.get();
-  return respondsToSelector(action) ? this : nullptr;
-}
-
-bool NSApplication::sendAction(std::string_view action, NSObject* target, NSObject* sender) {
-  NSObject* receiver = targetForAction(action, target);
-  if (receiver == nullptr) return false;
-  receiver->performSelector(action, sender);
-  return true;
+void NSApplication::sendAction(std::string_view action, NSObject* target, NSObject* sender) {
+  NSObject* receiver = target;
+  for (NSObject* next : {static_cast<NSObject*>(delegate_.get()), static_cast<NSObject*>(this)}) {
+    if (receiver == nullptr && next != nullptr && next->respondsToSelector(action)) receiver = next;
+  }
+  if (receiver != nullptr) receiver->performSelector(action, sender);
 }
 
 void NSApplication::activateIgnoringOtherApps(bool ignoreOtherApps) {

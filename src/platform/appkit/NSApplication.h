@@ -48,12 +48,9 @@ class NSApplication final : public NSObject,
   void sendEvent(const NSEvent& event, const std::function<void()>& handler);
   [[nodiscard]] const std::optional<NSEvent>& currentEvent() const { return currentEvent_; }
 
-  /// The object that would act on `action`: `target` if it is not null, else whoever answers on the
-  /// responder chain, of which the delegate and then the application itself are the end. Null when
-  /// nobody does.
-  [[nodiscard]] NSObject* targetForAction(std::string_view action, NSObject* target);
-  /// Sends `action` there. False when nobody answers.
-  bool sendAction(std::string_view action, NSObject* target, NSObject* sender);
+  /// Sends `action` to `target` or, where that is null, to whoever answers on the responder chain,
+  /// of which the delegate and then the application itself are the end.
+  void sendAction(std::string_view action, NSObject* target, NSObject* sender);
 
   /// Brings the application to the foreground. The desktop may refuse.
   void activateIgnoringOtherApps(bool ignoreOtherApps);

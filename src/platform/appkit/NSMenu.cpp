@@ -8,18 +8,10 @@ void NSMenu::addItemWithTitle(std::string title, SEL action, std::string_view) {
   items_.push_back(std::make_shared<NSMenuItem>(std::move(title), std::move(action)));
 }
 
-void NSMenu::update() {
-  for (const auto& item : items_) {
-    const NSObject* target =
-        NSApplication::sharedApplication().targetForAction(item->action(), item->target().get());
-    item->setEnabled(target != nullptr);
-  }
-}
-
 void NSMenu::performActionForItemAtIndex(std::size_t index) {
-  if (index >= items_.size() || !items_[index]->isEnabled()) return;
+  if (index >= items_.size()) return;
   const std::shared_ptr<NSMenuItem> item = items_[index];
-  NSApplication::sharedApplication().sendAction(item->action(), item->target().get(), item.get());
+  NSApplication::sharedApplication().sendAction(item->action(), nullptr, item.get());
 }
 
 }  // namespace platform

@@ -28,17 +28,10 @@ class NSMenuItem final : public NSObject {
 
   [[nodiscard]] const std::string& title() const { return title_; }
   [[nodiscard]] const SEL& action() const { return action_; }
-  /// Null: the action travels the responder chain.
-  [[nodiscard]] std::shared_ptr<NSObject> target() const { return target_.lock(); }
-  void setTarget(const std::shared_ptr<NSObject>& target) { target_ = target; }
-  [[nodiscard]] bool isEnabled() const { return enabled_; }
-  void setEnabled(bool enabled) { enabled_ = enabled; }
 
  private:
   std::string title_;
   SEL action_;
-  std::weak_ptr<NSObject> target_;
-  bool enabled_ = true;
 };
 
 /// A list of items. How it is shown is the desktop's affair; see NSStatusItem for when.
@@ -55,11 +48,8 @@ class NSMenu final : public NSObject {
   void setDelegate(const std::shared_ptr<NSMenuDelegate>& delegate) { delegate_ = delegate; }
   [[nodiscard]] std::shared_ptr<NSMenuDelegate> delegate() const { return delegate_.lock(); }
 
-  /// Enables the items that somebody would act on and disables the rest. Done before each opening.
-  void update();
-
-  /// Sends the item's action to its target or up the responder chain. An index out of range or a
-  /// disabled item is ignored: what the user saw may be older than the menu.
+  /// Sends the item's action up the responder chain. An index out of range is ignored: what the
+  /// user saw may be older than the menu.
   void performActionForItemAtIndex(std::size_t index);
 
  private:

@@ -40,7 +40,6 @@ void NSStatusItem::buttonImageDidChange(const NSImage* image) {
 bool NSStatusItem::openAttachedMenu() {
   if (!menu_) return false;
   openMenu_ = menu_;
-  openMenu_->update();
   peer_->openMenu(*openMenu_);
   return true;
 }

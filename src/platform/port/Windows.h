@@ -149,7 +149,7 @@ class StatusItemPeer {
 
   /// Shows `image`, or an empty item for null. The image outlives the peer.
   virtual void setImage(const NSImage* image) = 0;
-  /// Opens `menu` at the item. The peer copies what it needs: titles and whether enabled.
+  /// Opens `menu` at the item. The peer copies what it needs: the titles.
   virtual void openMenu(const NSMenu& menu) = 0;
 };
 

@@ -54,7 +54,7 @@ constexpr int kRoot = 0;
 /// the application's. xfce4-panel 4.18 reads the list when the icon appears; a right click on an
 /// icon with an empty list opens its own menu, and GTK never makes a menu larger that is already
 /// open. So a menu of another length is whole from its second opening on.
-const MenuEntries kExpected(3, MenuEntry{QString(10, QChar(0x2003)), false});
+const QStringList kExpected(3, QString(10, QChar(0x2003)));
 
 template <class T>
 T argument(const QDBusMessage& call, int index) {
@@ -76,7 +76,7 @@ void registerTypes() {
 }  // namespace
 
 DBusMenu::DBusMenu(const QDBusConnection& connection, MenuOpening& opening)
-    : opening_(opening), entries_(kExpected), object_(connection, kPath, makeInterface()) {}
+    : opening_(opening), titles_(kExpected), object_(connection, kPath, makeInterface()) {}
 
 BusInterface DBusMenu::makeInterface() {
   registerTypes();
@@ -108,10 +108,10 @@ BusInterface DBusMenu::makeInterface() {
                   {"LayoutUpdated", {"u", "i"}}}};
 }
 
-void DBusMenu::setEntries(MenuEntries entries) {
-  if (entries == entries_) return;
-  const bool sameItems = entries.size() == entries_.size();
-  entries_ = std::move(entries);
+void DBusMenu::setTitles(const QStringList& titles) {
+  if (titles == titles_) return;
+  const bool sameItems = titles.size() == titles_.size();
+  titles_ = titles;
   ++revision_;
   if (!sameItems) {
     object_.emitSignal("LayoutUpdated", {revision_, kRoot});
@@ -188,15 +188,15 @@ void DBusMenu::handleEvent(int id, const QString& name) {
 }
 
 bool DBusMenu::knows(int id) const {
-  return id >= kRoot && static_cast<std::size_t>(id) <= entries_.size();
+  return id >= kRoot && id <= titles_.size();
 }
 
 QVariantMap DBusMenu::propertiesOf(int id) const {
   if (id == kRoot) return {{"children-display", "submenu"}};
   if (!knows(id)) return {};
-  const MenuEntry& entry = entries_[static_cast<std::size_t>(id - 1)];
   // An underscore marks an access key, two stand for one.
-  return {{"label", QString(entry.title).replace('_', "__")}, {"enabled", entry.enabled}};
+  return {{"label", QString(titles_[id - 1]).replace('_', "__")},
+          {"enabled", titles_ != kExpected}};
 }
 
 }  // namespace linux_desktop

@@ -21,7 +21,7 @@ class DBusMenu {
   DBusMenu(const QDBusConnection& connection, MenuOpening& opening);
 
   /// Replaces the list, and says so to a panel that may be showing it.
-  void setEntries(MenuEntries entries);
+  void setTitles(const QStringList& titles);
 
  private:
   [[nodiscard]] BusInterface makeInterface();
@@ -39,7 +39,7 @@ class DBusMenu {
   [[nodiscard]] LayoutItem layoutOf(int id, int depth) const;
 
   MenuOpening& opening_;
-  MenuEntries entries_;
+  QStringList titles_;
   uint revision_ = 1;
   BusObject object_;
 };

@@ -17,12 +17,10 @@ constexpr auto kChoiceWindow = 100ms;
 
 }  // namespace
 
-MenuEntries entriesOf(const platform::NSMenu& menu) {
-  MenuEntries entries;
-  for (const auto& item : menu.itemArray()) {
-    entries.push_back({QString::fromStdString(item->title()), item->isEnabled()});
-  }
-  return entries;
+QStringList titlesOf(const platform::NSMenu& menu) {
+  QStringList titles;
+  for (const auto& item : menu.itemArray()) titles.append(QString::fromStdString(item->title()));
+  return titles;
 }
 
 MenuOpening::MenuOpening(platform::port::StatusItemClient& client, std::function<void()> requested)
@@ -96,15 +94,15 @@ OwnMenu::~OwnMenu() {
   if (last) last->disconnect(&context_);
 }
 
-void OwnMenu::popUp(const MenuEntries& entries, const MenuPlace& place) {
+void OwnMenu::popUp(const QStringList& titles, const MenuPlace& place) {
   if (menu_) menu_->close();
   menu_ = new QMenu(place.owner);
   menu_->setAttribute(Qt::WA_DeleteOnClose);
-  for (std::size_t index = 0; index < entries.size(); ++index) {
-    QAction* action = menu_->addAction(QString(entries[index].title).replace('&', "&&"));
-    action->setEnabled(entries[index].enabled);
+  std::size_t index = 0;
+  for (QString title : titles) {
+    const QAction* action = menu_->addAction(title.replace('&', "&&"));
     QObject::connect(action, &QAction::triggered, &context_,
-                     [this, index] { opening_.choose(index); });
+                     [this, chosen = index++] { opening_.choose(chosen); });
   }
   // A menu hides before it tells what was chosen; the closing is to come after the choice.
   QObject::connect(menu_, &QObject::destroyed, &context_, [this, number = ++popUps_] {

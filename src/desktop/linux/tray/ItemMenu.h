@@ -4,14 +4,13 @@
 #include <QObject>
 #include <QPoint>
 #include <QPointer>
-#include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <set>
-#include <vector>
 
 namespace platform {
 class NSMenu;
@@ -23,16 +22,8 @@ class StatusItemClient;
 
 namespace linux_desktop {
 
-/// What a panel draws of one menu item: a copy, since the menu itself may change or go.
-struct MenuEntry {
-  QString title;
-  bool enabled = true;
-  bool operator==(const MenuEntry&) const = default;
-};
-
-using MenuEntries = std::vector<MenuEntry>;
-
-[[nodiscard]] MenuEntries entriesOf(const platform::NSMenu& menu);
+/// What a panel draws of the menu: a copy, since the menu itself may change or go.
+[[nodiscard]] QStringList titlesOf(const platform::NSMenu& menu);
 
 /// Turns the signs that a panel gives while it shows our menu into one request, one closing and at
 /// most one choice for each time that the menu opens.
@@ -95,7 +86,7 @@ class OwnMenu {
   OwnMenu(const OwnMenu&) = delete;
   OwnMenu& operator=(const OwnMenu&) = delete;
 
-  void popUp(const MenuEntries& entries, const MenuPlace& place);
+  void popUp(const QStringList& titles, const MenuPlace& place);
 
  private:
   MenuOpening& opening_;

@@ -50,13 +50,13 @@ void TrayStatusItem::setImage(const platform::NSImage* image) {
 }
 
 void TrayStatusItem::openMenu(const platform::NSMenu& menu) {
-  const MenuEntries entries = entriesOf(menu);
-  if (busMenu_) busMenu_->setEntries(entries);
+  const QStringList titles = titlesOf(menu);
+  if (busMenu_) busMenu_->setTitles(titles);
   std::optional<MenuPlace> place = std::exchange(menuPlace_, std::nullopt);
   // When no panel waits for the menu either, the application opens it by itself.
   if (!place && !opening_.inProgress()) place = MenuPlace{anchor().point, {}};
   opening_.attach();
-  if (place) ownMenu_.popUp(entries, *place);
+  if (place) ownMenu_.popUp(titles, *place);
 }
 
 bool TrayStatusItem::isShown() const {
