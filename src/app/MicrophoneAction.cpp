@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "platform/Runtime.h"
-#include "platform/applescript/NSAppleScript.h"
 #include "platform/foundation/NSDate.h"
 #include "platform/foundation/Print.h"
+#include "shared/ScriptRunner.h"
 
 namespace app {
 namespace {
@@ -37,12 +37,9 @@ std::string& lastInputLevel() {
 
 /// What the script gave, as text. What goes wrong is printed.
 std::optional<std::string> run(std::string source) {
-  const auto script = platform::NSAppleScript::initWithSource(std::move(source));
-  if (!script) return std::nullopt;
-  std::optional<platform::Dictionary> errorInfo;
-  const platform::NSAppleEventDescriptor result = script->executeAndReturnError(errorInfo);
-  if (errorInfo) platform::print(platform::description(*errorInfo));
-  return result.stringValue();
+  shared::ScriptResult result = shared::scriptResult(std::move(source));
+  if (result.error) platform::print(*result.error);
+  return std::move(result.text);
 }
 
 std::string unmuteScript() {

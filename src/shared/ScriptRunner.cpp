@@ -5,12 +5,18 @@
 
 namespace shared {
 
-void runAppleScript(std::string source) {
+ScriptResult scriptResult(std::string source) {
   const auto script = platform::NSAppleScript::initWithSource(std::move(source));
-  if (!script) return;
+  if (!script) return {};
   std::optional<platform::Dictionary> errorInfo;
-  script->executeAndReturnError(errorInfo);
-  if (errorInfo) platform::print("Optional(" + platform::description(*errorInfo) + ")");
+  ScriptResult result{script->executeAndReturnError(errorInfo).stringValue(), std::nullopt};
+  if (errorInfo) result.error = platform::description(*errorInfo);
+  return result;
+}
+
+void runAppleScript(std::string source) {
+  const auto error = scriptResult(std::move(source)).error;
+  if (error) platform::print("Optional(" + *error + ")");
 }
 
 }  // namespace shared
