@@ -2,12 +2,10 @@
 
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <climits>
 #include <tuple>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/tray/DBusMenu.h"
 
@@ -120,18 +118,14 @@ void StatusNotifierItem::announceImage() {
 void StatusNotifierItem::registerWith(const QString& watcher) {
   // Hosts read the image that there is once they know the item.
   announced_ = image_;
-  QDBusMessage call =
-      QDBusMessage::createMethodCall(watcher, "/StatusNotifierWatcher",
-                                     "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierItem");
-  call.setArguments({connection_.baseService()});
-  call.setAutoStartService(false);
+  const QDBusMessage call =
+      busCall(watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
+              "RegisterStatusNotifierItem", {connection_.baseService()});
   // No time limit: a watcher that hangs reads the call when it goes on, and nothing waits for it.
-  auto* reply = new QDBusPendingCallWatcher(connection_.asyncCall(call, INT_MAX), &later_);
-  QObject::connect(reply, &QDBusPendingCallWatcher::finished, &later_, [reply] {
-    if (reply->isError()) {
-      qCInfo(lcTray) << "the tray did not take the icon:" << reply->error().message();
+  ask(connection_, call, &later_, [](const QDBusMessage& answer) {
+    if (isError(answer)) {
+      qCInfo(lcTray) << "the tray did not take the icon:" << reasonOf(answer).c_str();
     }
-    reply->deleteLater();
   });
 }
 
