@@ -84,35 +84,24 @@ TEST_F(StoryboardTest, EverySwitchOfThePanelIsReachableAndSaysWhatItIs) {
   }
 }
 
-TEST_F(StoryboardTest, EveryOutletOfThePreferencesIsTheControlOfItsRow) {
+TEST_F(StoryboardTest, EveryControlOfThePreferencesSaysOfWhichRowItIs) {
   launch();
   sharedPreferencesWindowController()->showWindow(nullptr);
   const preferences::generalVc& pane = *preferences::shortcutState().currentGeneralVc;
-  const struct {
-    const preferences::ShortcutRow& row;
-    const char* name;
-    const char* record;
-    const char* clear;
-  } rows[] = {
-      {preferences::ShortcutRow::toggleApp, "presentation mode",
-       "btnRecordShortcutToggleAppClicked:", "btnClearShortcut_ToggleAppClicked:"},
-      {preferences::ShortcutRow::muteMic, "the microphone",
-       "btnRecordShortcutMuteMic:", "btnClearShortcutMuteMic:"},
+  const std::pair<const preferences::ShortcutRow&, std::string> rows[] = {
+      {preferences::ShortcutRow::toggleApp, "presentation mode"},
+      {preferences::ShortcutRow::muteMic, "the microphone"},
   };
-  for (const auto& [row, name, record, clear] : rows) {
+  for (const auto& [row, name] : rows) {
     const auto box = (pane.*row.box).lock();
-    EXPECT_EQ(box->accessibilityLabel(), std::string("Shortcut for ") + name);
+    EXPECT_EQ(box->accessibilityLabel(), "Shortcut for " + name);
     EXPECT_EQ((pane.*row.label).lock()->superview(), box.get());
-    const auto recordButton = (pane.*row.recordButton).lock();
-    EXPECT_EQ(recordButton->accessibilityLabel(), std::string("Record the shortcut for ") + name);
-    EXPECT_EQ(recordButton->action(), record);
-    const auto clearButton = (pane.*row.clearButton).lock();
-    EXPECT_EQ(clearButton->accessibilityLabel(), std::string("Clear the shortcut for ") + name);
-    EXPECT_EQ(clearButton->action(), clear);
+    EXPECT_EQ((pane.*row.recordButton).lock()->accessibilityLabel(),
+              "Record the shortcut for " + name);
+    EXPECT_EQ((pane.*row.clearButton).lock()->accessibilityLabel(),
+              "Clear the shortcut for " + name);
   }
   EXPECT_EQ(pane.lblCurrentWallpaper.lock()->content(), platform::NSTextContent::FilePath);
-  EXPECT_EQ(pane.btnChangeWallpaper.lock()->action(), "btnChangeWallpaperClicked:");
-  EXPECT_EQ(pane.checkBoxLaunchAtLogin.lock()->action(), "checkBoxLaunchAtLoginClicked:");
 }
 
 TEST_F(StoryboardTest, WhatIsWrongWithASceneIsNamed) {
@@ -126,17 +115,10 @@ TEST_F(StoryboardTest, WhatIsWrongWithASceneIsNamed) {
       {"<customView class='Toggle'/>", "no class 'Toggle' at <customView>"},
       {"<customView class='ViewController'/>", "no view at <customView>"},
       {"<view hidden='maybe'/>", "attributes that 'view' cannot read at <view>"},
-      {"<view contentScale='0'/>", "attributes that 'view' cannot read at <view>"},
       {"<view hiden='true'/>", "no attribute 'hiden' of 'view' at <view>"},
       {"<stackView orientation='diagonal'/>", "attributes that 'stackView' cannot read"},
-      {"<textField textStyle='shouted'/>", "attributes that 'textField' cannot read"},
-      {"<textField textColor='#12345'/>", "attributes that 'textField' cannot read"},
       {"<imageView image='no-such-picture'/>", "attributes that 'imageView' cannot read"},
-      {"<textField content='picture'/>", "attributes that 'textField' cannot read"},
-      {"<box borderColor='bluish'><view/></box>", "attributes that 'box' cannot read"},
       {"<box/>", "not one view in a box at <box>"},
-      {"<box><view/><view/></box>", "not one view in a box at <box>"},
-      {"<button state='on'/>", "no attribute 'state' of 'button' at <button>"},
       {"<checkbox action='doThat:'/>", "no message 'doThat:' of that class at <checkbox>"},
       {"<view><view id='a'/><view id='a'/></view>", "a second use of an id at <view>"},
       {"<customView class='CToggleButton'><attribute key='isOf' value='true'/></customView>",
@@ -180,27 +162,17 @@ TEST_F(StoryboardTest, WhatIsWrongWithTheWholeIsNamed) {
   EXPECT_THAT(NSStoryboard("<storyboard/>").problems(),
               ElementsAre(StartsWith("no application delegate")));
   EXPECT_FALSE(NSStoryboard("<storyboard>").problems().empty());
-}
-
-TEST_F(StoryboardTest, AnOutletThatNobodyConnectsIsNamed) {
-  EXPECT_EQ(problemsOfScenes("<scene identifier='a'><viewController class='ViewController'><view/>"
-                             "</viewController></scene>")
+  // An outlet that nobody connects.
+  EXPECT_EQ(problemsOfScenes(scene + "<viewController class='ViewController'><view/>"
+                                     "</viewController></scene>")
                 .size(),
             7U);
 }
 
 TEST_F(StoryboardTest, UsingABrokenDescriptionEndsTheProgramByName) {
-  NSStoryboard broken(
-      "<storyboard><scene identifier='a'><viewController class='ViewController'/></scene>"
-      "</storyboard>");
+  NSStoryboard broken("<storyboard/>");
   EXPECT_DEATH(static_cast<void>(broken.instantiateControllerWithIdentifier("b")),
                "programming error: storyboard: no scene 'b'");
-  EXPECT_DEATH(static_cast<void>(broken.instantiateApplicationDelegate()), "no class ''");
-  const auto controller = std::dynamic_pointer_cast<platform::NSViewController>(
-      broken.instantiateControllerWithIdentifier("a"));
-  EXPECT_DEATH(controller->loadViewIfNeeded(), "no view of a controller");
-  EXPECT_DEATH(static_cast<void>(NSStoryboard::storyboardWithName("Other", nullptr)),
-               "no storyboard 'Other'");
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 #include <set>
 
 #include "contract/ContractDesk.h"
-#include "platform/appkit/NSImageView.h"
-#include "platform/appkit/NSWindow.h"
 
 namespace contract {
 namespace {
@@ -45,35 +43,6 @@ TEST_P(DesktopContract, EveryScreenHasADesktopPictureOfItsPixels) {
   EXPECT_EQ(list.capture(UINT32_MAX), nullptr) << "there is no such window";
 }
 
-TEST_P(DesktopContract, ACoverIsSeenOnceItHasAPictureAndUntilItIsHidden) {
-  ASSERT_NE(desk().desktop().windowList, nullptr);
-  const Runtime runtime(desk().desktop());
-  auto& list = *desk().desktop().windowList;
-  const auto windows = list.windowsOnScreen();
-  ASSERT_TRUE(windows);
-  const auto numbers = picturesIn(*windows);
-  ASSERT_FALSE(numbers.empty());
-  const auto screen = NSScreen::screens().front();
-  const auto cover = std::make_shared<NSWindow>(
-      NSRect{0, 0, screen->frame().width, screen->frame().height}, NSWindowStyle::Borderless,
-      NSBackingStoreType::Buffered, true, *screen);
-  const auto capture = list.capture(numbers.front());
-  ASSERT_TRUE(capture);
-  cover->setLevel(CGWindowLevelForKey(CGWindowLevelKey::BackstopMenu));
-  cover->orderBack(nullptr);
-  const auto timer = loop().startTimer(std::chrono::milliseconds(100), note("a while"));
-  EXPECT_TRUE(desk().runUntil([this] { return !order.empty(); }));
-  EXPECT_EQ(desk().visibleWindows(), 0U);
-  for (int round = 0; round < 2; ++round) {
-    const auto view = NSImageView::initWithFrame(screen->frame());
-    view->setImage(NSImage::initWithCGImage(capture, {0, 0}));
-    cover->setContentView(view);
-    EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 1; }));
-  }
-  cover->orderOut(nullptr);
-  EXPECT_TRUE(desk().runUntil([this] { return desk().visibleWindows() == 0; }));
-}
-
 TEST_P(DesktopContract, APictureThatIsSetIsToldAndTheOldOneComesBack) {
   ASSERT_NE(desk().desktop().desktopPictures, nullptr);
   auto& pictures = *desk().desktop().desktopPictures;
@@ -98,8 +67,6 @@ TEST_P(DesktopContract, APictureThatIsSetIsToldAndTheOldOneComesBack) {
   }
   for (const port::ScreenInfo& screen : screens) {
     EXPECT_TRUE(desk().runUntil([&] { return pictures.path(screen.id) == old[screen.id]; }));
-  }
-  for (const port::ScreenInfo& screen : screens) {
     EXPECT_EQ(pictures.options(screen.id).value_or(Dictionary{}), options[screen.id]);
   }
   const port::ScreenId& first = screens.front().id;

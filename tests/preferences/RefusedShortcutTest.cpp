@@ -40,32 +40,6 @@ TEST_F(RefusedShortcutTest, AfterItsSheetTheSameRowRecordsAgain) {
   }
 }
 
-TEST_F(RefusedShortcutTest, ARefusalOfALoggedKeyPrintsOnlyItsCode) {
-  desk.keys.heldByOthers.insert({platform::kVK_ANSI_R, platform::controlKey});
-  launchAndOpen();
-  record(toggleApp);
-  pressKey(platform::kVK_ANSI_R, Bits::Control, "r");
-  EXPECT_EQ(desk.output.lines, Lines{"15"});
-}
-
-TEST_F(RefusedShortcutTest, RecordingARefusedRowOnceMoreAsksOnceMoreAndNotForEver) {
-  launchAndOpen();
-  recordARefusedOne(muteMic);
-  dismissSheet();
-  record(muteMic);
-  EXPECT_EQ(sheets(), 1U);
-  dismissSheet();
-  EXPECT_EQ(sheets(), 0U);
-  EXPECT_EQ(look(muteMic), kRecording);
-  // Leaving it for the other row asks too, and then that row records.
-  record(toggleApp);
-  EXPECT_EQ(sheets(), 1U);
-  dismissSheet();
-  EXPECT_EQ(sheets(), 0U);
-  EXPECT_EQ(look(toggleApp), kRecording);
-  EXPECT_FALSE(look(muteMic).isBlue);
-}
-
 TEST_F(RefusedShortcutTest, ARowThatRecordsIsStartedAnewWhenTheRefusalWasOfAnother) {
   storeShortcut(toggleApp, "j", Array{12});
   storeShortcut(muteMic, "k", Array{12});
@@ -90,20 +64,6 @@ TEST_F(RefusedShortcutTest, ARowThatRecordsIsStartedAnewWhenTheRefusalWasOfAnoth
   dismissSheet();
   EXPECT_EQ(sheets(), 0U);
   EXPECT_EQ(look(toggleApp), kRecording);
-}
-
-TEST_F(RefusedShortcutTest, OneOfAnEarlierRunCanBeClearedFromTheOtherRow) {
-  storeShortcut(toggleApp, "k", Array{12});
-  launch();
-  dismissSheet();
-  record(muteMic);
-  dismissSheet();
-  EXPECT_EQ(look(muteMic), kRecording);
-  EXPECT_EQ(look(toggleApp), showing(""));
-  clear(toggleApp);
-  closePreferences();
-  relaunch();
-  EXPECT_EQ(sheets(), 0U);
 }
 
 TEST_F(RefusedShortcutTest, AWindowThatClosesKeepsItsSheetForTheNextTime) {

@@ -29,10 +29,9 @@ Lines operator+(Lines lines, const Lines& more) {
 struct Case {
   const char* name;
   std::function<void(simulated::SimulatedDesktop& desk)> prepare;
-  Lines lookup;   ///< how the look for the device ended
-  Lines reading;  ///< how the reading of its mute ended, and what it gave
-  std::string mute;
-  std::string unmute;
+  Lines lookup;      ///< how the look for the device ended
+  Lines reading;     ///< how the reading of its mute ended, and what it gave
+  std::string mute;  ///< how the writing ended
   std::optional<bool> mutedAfterwards;
 };
 
@@ -54,39 +53,25 @@ const std::string kNoProperty = "failure(NoProperty)";
 const Lines kSystemHasNoMute = fails("error aaya1 1,,,, " + kMuteText, kNoProperty);
 const std::string kNotSettable = "failure(PropertyNotSettable)";
 const std::string kRejected = "failure(SetPropertyData(1852797029))";
-const std::string kNegative = "failure(SetPropertyData(-66680))";
 
 const Case kCases[] = {
-    {"a device", withMute({}), kFound, reads("0"), "success(1)", "success(0)", true},
-    {"a muted device", withMute({.value = 1}), kFound, reads("1"), "success(1)", "success(0)",
-     true},
+    {"a device", withMute({}), kFound, reads("0"), "success(1)", true},
     {"one that says it is not settable", withMute({.settable = false}), kFound, reads("0"),
-     "success(1)", "success(0)", true},
+     "success(1)", true},
     {"one that cannot say", withMute({.settableStatus = kAudioHardwareUnspecifiedError}), kFound,
-     reads("0"), kNotSettable, kNotSettable, false},
+     reads("0"), kNotSettable, false},
     {"one that cannot be read", withMute({.readStatus = kAudioHardwareBadObjectError}), kFound,
      fails("error aaya2 42,,,, " + kMuteText + ".....560947818",
            "failure(GetPropertyData(560947818))"),
-     "success(1)", "success(0)", true},
+     "success(1)", true},
     {"one that rejects the write", withMute({.writeStatus = kAudioHardwareIllegalOperationError}),
-     kFound, reads("0"), kRejected, kRejected, false},
-    {"one with a negative status", withMute({.writeStatus = -66680}), kFound, reads("0"), kNegative,
-     kNegative, false},
+     kFound, reads("0"), kRejected, false},
     {"one without a mute", [](auto& desk) { desk.audio.removeProperty(42, kMute); }, kFound,
-     fails("error aaya1 42,,,, " + kMuteText, kNoProperty), kNoProperty, kNoProperty, std::nullopt},
+     fails("error aaya1 42,,,, " + kMuteText, kNoProperty), kNoProperty, std::nullopt},
     {"no device", [](auto& desk) { desk.audio.setDefaultOutputDevice(std::nullopt); }, kNoDevice,
-     kSystemHasNoMute, kNoProperty, kNoProperty, false},
-    {"a failing look for it",
-     [](auto& desk) {
-       desk.audio.setProperty(1, kDefaultOutput, {.readStatus = kAudioHardwareUnspecifiedError});
-     },
-     {"error aaya2 1,,,, " + kDefaultOutputText + ".....2003329396"},
-     kSystemHasNoMute,
-     kNoProperty,
-     kNoProperty,
-     false},
+     kSystemHasNoMute, kNoProperty, false},
     {"no sound service", [](auto& desk) { desk.desktop.audioObjects = nullptr; }, kNoDevice,
-     kSystemHasNoMute, kNoProperty, kNoProperty, false},
+     kSystemHasNoMute, kNoProperty, false},
 };
 
 class SpeakerMuteTest : public tests::DeskTest {
@@ -132,7 +117,9 @@ TEST_F(SpeakerMuteTest, EveryStepAndOutcomeIsPrinted) {
     desk.log.clear();
     panel->unmuteSpeaker();
     EXPECT_EQ(desk.log.entries(),
-              entries(kAsksForDevice + row.lookup + resolved + Lines{row.unmute}, "0"));
+              entries(kAsksForDevice + row.lookup + resolved +
+                          Lines{row.mute == "success(1)" ? "success(0)" : row.mute},
+                      "0"));
     EXPECT_NE(desk.audio.isMuted(42), std::optional(true));
   }
 }
@@ -144,20 +131,6 @@ TEST_F(SpeakerMuteTest, AnotherDefaultDeviceIsUnmutedAndTheOldOneStaysMuted) {
   panel->unmuteSpeaker();
   EXPECT_EQ(desk.audio.isMuted(42), std::optional(true));
   EXPECT_EQ(desk.audio.isMuted(43), std::optional(false));
-}
-
-TEST_F(SpeakerMuteTest, AValueThatDoesNotFitItsRoomIsRefused) {
-  std::uint32_t value = 7;
-  std::uint32_t size = 2;
-  EXPECT_EQ(AudioObjectGetPropertyData(42, kMute, 0, nullptr, size, &value),
-            kAudioHardwareBadPropertySizeError);
-  EXPECT_EQ(AudioObjectSetPropertyData(42, kMute, 0, nullptr, 8, &value),
-            kAudioHardwareBadPropertySizeError);
-  EXPECT_EQ(value, 7U);
-  size = 8;
-  EXPECT_EQ(AudioObjectGetPropertyData(42, kMute, 0, nullptr, size, &value), noErr);
-  EXPECT_EQ(size, 4U);
-  EXPECT_EQ(value, 0U);
 }
 
 }  // namespace

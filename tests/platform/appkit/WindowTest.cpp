@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSPopover.h"
 #include "platform/appkit/NSStatusItem.h"
-#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "support/DeskTest.h"
 
@@ -29,37 +27,26 @@ class WindowTest : public tests::DeskTest {
   std::shared_ptr<NSView> view = std::make_shared<NSView>();
 };
 
-TEST_F(WindowTest, ChangesReachTheWindowOnceATurn) {
+TEST_F(WindowTest, ChangesReachTheWindowOnceATurnAndBeforeASleepOrAShow) {
   view->setAccessibilityLabel("before it was shown");
   show();
   EXPECT_EQ(desk.screen.updates(), 0);
   const auto inner = std::make_shared<NSView>();
   view->addSubview(inner);
   inner->setFrame({1, 2, 3, 4});
-  inner->setHidden(true);
   view->setAccessibilityLabel("after");
   EXPECT_EQ(desk.screen.updates(), 0);
-  desk.loop.settle();
-  EXPECT_EQ(desk.screen.updates(), 1);
-  desk.loop.settle();
-  EXPECT_EQ(desk.screen.updates(), 1);
-  inner->setHidden(false);
-  desk.loop.settle();
-  EXPECT_EQ(desk.screen.updates(), 2);
-}
-
-TEST_F(WindowTest, ChangesAreShownBeforeASleepAndBeforeAShow) {
-  show();
-  view->setHidden(true);
-  desk.loop.at(durationOf(0.5), [this] { EXPECT_EQ(desk.screen.updates(), 1); });
+  for (int turn = 0; turn < 2; ++turn) {
+    desk.loop.settle();
+    EXPECT_EQ(desk.screen.updates(), 1);
+  }
+  inner->setHidden(true);
+  desk.loop.at(durationOf(0.5), [this] { EXPECT_EQ(desk.screen.updates(), 2); });
   NSRunLoop::mainRunLoop().sleep(1);
-  EXPECT_EQ(desk.screen.updates(), 1);
   window->orderOut(nullptr);
-  view->setHidden(false);
-  window->show(port::PlacedByDesktop{});
-  EXPECT_EQ(desk.screen.updates(), 2);
-  desk.loop.settle();
-  EXPECT_EQ(desk.screen.updates(), 2);
+  view->setHidden(true);
+  show();
+  EXPECT_EQ(desk.screen.updates(), 3);
 }
 
 TEST_F(WindowTest, ViewsThatLeaveTheTreeConcernItNoMore) {
@@ -82,16 +69,10 @@ TEST_F(WindowTest, ViewsThatLeaveTheTreeConcernItNoMore) {
   view->setHidden(true);
   EXPECT_EQ(view->window(), nullptr);
   EXPECT_EQ(next->window(), window.get());
-}
-
-TEST_F(WindowTest, AWindowThatGoesLeavesItsViewsAlone) {
-  show();
-  view->setHidden(true);
+  next->setHidden(true);
   window = std::make_shared<NSWindow>(NSWindowStyle::Titled);
-  EXPECT_EQ(view->window(), nullptr);
-  view->setHidden(false);
-  desk.loop.settle();
-  EXPECT_EQ(desk.screen.updates(), 0);
+  EXPECT_EQ(next->window(), nullptr);
+  next->setHidden(false);
 }
 
 TEST_F(WindowTest, ContentFillsABorderlessWindowWhereverItGoes) {
@@ -131,25 +112,9 @@ TEST_F(WindowTest, OnlyAVisibleWindowAsksForTheKeyboard) {
   EXPECT_FALSE(window->isKeyWindow());
 }
 
-// --- Popover ---
-
 class PopoverTest : public tests::DeskTest {
  protected:
-  class Controller final : public NSViewController {
-   public:
-    explicit Controller(Calls& calls) : calls_(calls) {
-      setLoader([](NSViewController&) { return std::make_shared<NSView>(); });
-    }
-    void viewDidLoad() override { calls_.emplace_back("loaded"); }
-    void viewWillAppear() override { calls_.emplace_back("will appear"); }
-    void viewDidAppear() override { calls_.emplace_back("appeared"); }
-    void viewWillDisappear() override { calls_.emplace_back("will disappear"); }
-    void viewDidDisappear() override { calls_.emplace_back("disappeared"); }
-
-   private:
-    Calls& calls_;
-  };
-
+  PopoverTest() { popover->setContentViewController(std::make_shared<tests::Content>(calls)); }
   void show() {
     NSStatusBarButton& button = *item->button();
     popover->showRelativeToRect(button.bounds(), button, NSRectEdge::MinY);
@@ -163,56 +128,17 @@ class PopoverTest : public tests::DeskTest {
 };
 
 TEST_F(PopoverTest, ItsControllerFollowsItsLife) {
-  popover->setContentViewController(std::make_shared<Controller>(calls));
   EXPECT_EQ(take(), Calls{});
   show();
-  EXPECT_EQ(take(), (Calls{"loaded", "will appear", "appeared"}));
+  EXPECT_EQ(take(), (Calls{"viewDidLoad", "viewWillAppear", "viewDidAppear"}));
   show();
   EXPECT_EQ(take(), Calls{});
   popover->performClose(nullptr);
   popover->performClose(nullptr);
-  EXPECT_EQ(take(), (Calls{"will disappear", "disappeared"}));
+  EXPECT_EQ(take(), (Calls{"viewWillDisappear", "viewDidDisappear"}));
   show();
-  EXPECT_EQ(take(), (Calls{"will appear", "appeared"}));
+  EXPECT_EQ(take(), (Calls{"viewWillAppear", "viewDidAppear"}));
   EXPECT_EQ(desk.log.calls(), (Calls{"window.show", "window.show", "window.hide", "window.show"}));
-}
-
-TEST_F(PopoverTest, OnlyATransientOneClosesWhenTheUserActsElsewhere) {
-  popover->setContentViewController(std::make_shared<Controller>(calls));
-  show();
-  desk.screen.actElsewhere();
-  EXPECT_TRUE(popover->isShown());
-  popover->setBehavior(NSPopoverBehavior::Transient);
-  desk.screen.actElsewhere();
-  EXPECT_FALSE(popover->isShown());
-  desk.screen.actElsewhere();
-  show();
-  popover->setBehavior(NSPopoverBehavior::ApplicationDefined);
-  desk.screen.escape();
-  EXPECT_FALSE(popover->isShown());
-}
-
-TEST_F(PopoverTest, WrongUsesEndTheProgram) {
-  EXPECT_DEATH(show(), "without content");
-  popover->setContentViewController(std::make_shared<NSViewController>());
-  EXPECT_DEATH(show(), "a view that nobody described");
-  NSView other;
-  EXPECT_DEATH(popover->showRelativeToRect({}, other, NSRectEdge::MinY), "no status button");
-}
-
-// --- Images ---
-
-TEST_F(PopoverTest, AnImageIsMadeOnceFromItsResource) {
-  NSBundle::mainBundle().addResource("dot.svg", "<svg/>");
-  const auto image = NSImage::imageNamed("dot");
-  ASSERT_TRUE(image);
-  EXPECT_EQ(image->bytes(), "<svg/>");
-  EXPECT_EQ(NSImage::imageNamed("dot"), image);
-  EXPECT_EQ(NSImage::imageNamed("dash"), nullptr);
-  item->button()->setImage(image);
-  item->button()->setImage(nullptr);
-  EXPECT_EQ(desk.log.calls("statusItem"),
-            (Calls{"statusItem.setImage dot", "statusItem.setImage "}));
 }
 
 }  // namespace

@@ -58,6 +58,12 @@ TEST(ScriptTest, ObjectsAreFoundByNameByIndexAndByTheirClassAlone) {
   }
 }
 
+TEST(ScriptTest, InputVolumeIsClamped) {
+  ScriptDesk desk;
+  valueOf(desk.run("set volume input volume 250"));
+  EXPECT_THAT(desk.log.calls(), ElementsAre("automation.setInputVolume 100"));
+}
+
 TEST(ScriptTest, ResultIsTheValueOfTheLastStatementThatRan) {
   const struct {
     std::string script;
@@ -68,9 +74,6 @@ TEST(ScriptTest, ResultIsTheValueOfTheLastStatementThatRan) {
       {"set a to \"two\nlines\"", "two\nlines"},
       {"set a to 5 as text", "5"},
       {"set a to (1 is not equal to 2) as text", "true"},
-      {"set a to 1 is not equal to \"1\"", true},
-      {"set a to \"x\" is not equal to \"x\"", false},
-      {"set a to 3\nset b to a", 3},
       {"set a to input volume of (get volume settings)", 35},
       {"set a to no such thing of (get volume settings)", std::nullopt},
       {"set a to 1\nif a is not equal to 1 then\nset a to 2\nend if", 1},
@@ -84,13 +87,6 @@ TEST(ScriptTest, ResultIsTheValueOfTheLastStatementThatRan) {
     SCOPED_TRACE(row.script);
     EXPECT_EQ(valueOf(ScriptDesk().run(row.script)), row.result);
   }
-}
-
-TEST(ScriptTest, InputVolumeIsClamped) {
-  ScriptDesk desk;
-  valueOf(desk.run("set volume input volume 250\nset loud to 41\nset volume input volume loud"));
-  EXPECT_THAT(desk.log.calls(),
-              ElementsAre("automation.setInputVolume 100", "automation.setInputVolume 41"));
 }
 
 struct ErrorRow {
@@ -120,19 +116,13 @@ void expectFailure(const ErrorRow& row, port::Automation* automation) {
 TEST(ScriptErrorTest, TextOutsideTheGrammarBlamesTheTokenThatDoesNotFit) {
   const ErrorRow rows[] = {
       {"set x to", -2741, "", "Expected expression but found end of script."},
-      {"set x to\n1", -2741, "\n", "Expected expression but found end of line."},
       {"set x 3", -2740, "3", "A number can’t go after this identifier."},
-      {"set 3 to 4", -2741, "3", "Expected variable name but found number."},
       {"set volume input volume 50 percent", -2740, "percent",
        "A identifier can’t go after this number."},
-      {"repeat", -2741, "repeat", "Expected statement but found identifier."},
       {"end tell", -2741, "end", "Expected end of line but found “end”."},
       {"tell application \"System Events\"\nkey code 1", -2741, "",
        "Expected “end” but found end of script."},
       {"if x then\nend tell", -2741, "tell", "Expected “if” but found “tell”."},
-      {"if x\nend if", -2741, "\n", "Expected “then” but found end of line."},
-      {"set x to (1", -2741, "", "Expected “)” but found end of script."},
-      {"set x to 1 as colour", -2741, "colour", "Expected “text” but found identifier."},
       {"set x to 1 + 2", -2741, "+", "Expected end of line but found unknown token."},
       {"set ü to 1", -2741, "ü", "Expected variable name but found unknown token."},
       {"set x to \"open", -2741, "\"", "Expected “\"” but found end of script."},
@@ -152,16 +142,13 @@ TEST(ScriptErrorTest, RunTimeErrorsBlameTheSmallestPartThatFailed) {
        "Can’t make a record into type text."},
       {"set volume input volume \"loud\"", -1700, "\"loud\"",
        "Can’t make \"loud\" into type integer."},
-      {"if 1 then\nend if", -1700, "1", "Can’t make 1 into type boolean."},
       {"display notification alert volume of (get volume settings)", -1700,
        "alert volume of (get volume settings)", "Can’t make missing value into type text."},
       {told("set a to window 1"), -1700, "window 1", "Can’t make window 1 into the expected type."},
       {told("click window \"No\""), -1728, "window \"No\"", "Can’t get window."},
-      {told("set a to value of window 1"), -1728, "value of window 1", "Can’t get value."},
       {told("tell window 7\nend tell"), -1719, "window 7", "Can’t get window."},
       {"tell application \"Nowhere\"\nend tell", -1728, "application \"Nowhere\"",
        "Can’t get application \"Nowhere\"."},
-      {"click window 2", -1728, "window 2", "Can’t get window 2."},
       {"click 3", -1728, "3", "Can’t get an object."},
       {"key code 3", -1708, "key code 3", "«script» doesn’t understand the “key code” message."},
   };
@@ -172,25 +159,12 @@ TEST(ScriptErrorTest, RunTimeErrorsBlameTheSmallestPartThatFailed) {
 TEST(ScriptErrorTest, AFailedCommandIsBlamedAsAWholeAndNothingFollowsIt) {
   ScriptDesk desk;
   desk.automation.failure = port::ScriptError{-10000, "No sound server."};
-  for (const std::string command : {"set volume input volume 3", "display notification \"x\""}) {
-    expectFailure({"set a to 1\n" + command + "\nclick it", -10000, command, "No sound server."},
-                  &desk.automation);
-  }
-  EXPECT_THAT(desk.log.calls(),
-              ElementsAre("automation.setInputVolume 3", "automation.displayNotification x"));
-}
-
-TEST(ScriptErrorTest, DesktopWithoutAutomationAuthorizesNothing) {
-  const std::pair<std::string, std::string> rows[] = {
-      {"set volume input volume 3", "set volume input volume 3"},
-      {"display notification \"x\"", "display notification \"x\""},
-      {"set a to get volume settings", "get volume settings"},
-      {"tell application \"System Events\"\nend tell", "application \"System Events\""},
-  };
-  for (const auto& [script, blamed] : rows) {
-    expectFailure({script, -1743, blamed, "Not authorized to send Apple events to System Events."},
-                  nullptr);
-  }
+  const std::string command = "set volume input volume 3";
+  const std::string script = "set a to 1\n" + command + "\nclick it";
+  expectFailure({script, -10000, command, "No sound server."}, &desk.automation);
+  EXPECT_THAT(desk.log.calls(), ElementsAre("automation.setInputVolume 3"));
+  expectFailure({script, -1743, command, "Not authorized to send Apple events to System Events."},
+                nullptr);
 }
 
 std::string repeated(std::string_view part, int times) {
@@ -202,7 +176,6 @@ std::string repeated(std::string_view part, int times) {
 TEST(ScriptErrorTest, NestingEndsInAnErrorAndNotInTheStack) {
   const std::pair<std::string, int> rows[] = {
       {repeated("tell x\n", 20000), -2760},
-      {repeated("if x then\n", 4000), -2706},
       {"set x to " + repeated("(", 60000), -2706},
       {"click " + repeated("a of ", 10000) + "b", -2706},
   };
@@ -231,17 +204,6 @@ TEST(ScriptErrorTest, DictionaryPrintsInThePlatformsForm) {
             "    NSAppleScriptErrorNumber = \"-1719\";\n"
             "    NSAppleScriptErrorRange = \"NSRange: {43, 10}\";\n"
             "}");
-}
-
-TEST(ScriptErrorTest, OnlyAnApplicationsOwnErrorCarriesItsNameInTheMessage) {
-  const std::string script = "tell application \"Locked\"\nend tell";
-  ScriptDesk desk;
-  desk.automation.failure = port::ScriptError{-1743, "Not authorized."};
-  const Dictionary refused = errorInformation(std::get<ScriptFailure>(desk.run(script)), script);
-  EXPECT_EQ(refused.at(std::string(NSAppleScriptErrorAppName)), Value("Locked"));
-  EXPECT_EQ(refused.at(std::string(NSAppleScriptErrorMessage)),
-            refused.at(std::string(NSAppleScriptErrorBriefMessage)));
-  EXPECT_FALSE(informationFor(told("set x to y")).contains(NSAppleScriptErrorAppName));
 }
 
 TEST(ScriptErrorTest, RangeCountsUtf16UnitsOfTheSource) {

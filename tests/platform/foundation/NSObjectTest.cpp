@@ -13,48 +13,12 @@ namespace {
 
 using tests::Listener;
 
-class Owner final : public NSObject {
- public:
-  std::weak_ptr<tests::Listener> outletToListener;
-  std::int64_t number = 0;
-
-  void setNumber(std::int64_t value) { number = value; }
-
-  [[nodiscard]] const ClassDescription& classDescription() const override {
-    static constexpr std::array outlets{outlet<&Owner::outletToListener>("listener")};
-    static constexpr std::array keys{keyValue<&Owner::setNumber>("number")};
-    static constexpr ClassDescription description{
-        .className = "Owner", .outlets = outlets, .keys = keys};
-    return description;
-  }
-};
-
 TEST(NSObjectTest, AMessageThatNobodyAnswersEndsTheProgramByName) {
-  EXPECT_DEATH(Owner().performSelector("jump:"), "programming error: Owner does not answer jump:");
-  EXPECT_DEATH(NSObject().performSelector(""), "NSObject does not answer");
+  EXPECT_DEATH(Listener().performSelector("jump:"),
+               "programming error: Listener does not answer jump:");
   NSObject other;
-  EXPECT_DEATH(tests::Listener().performSelector("heard:", &other), "argument of another class");
-  EXPECT_DEATH(tests::Listener().performSelector("heard:"), "argument of another class");
-}
-
-TEST(NSObjectTest, OutletsTakeObjectsOfTheirClassOnly) {
-  Owner owner;
-  const auto listener = std::make_shared<tests::Listener>();
-  EXPECT_FALSE(owner.connectOutlet("listener", std::make_shared<NSObject>()));
-  EXPECT_FALSE(owner.connectOutlet("listener", nullptr));
-  EXPECT_FALSE(owner.connectOutlet("other", listener));
-  EXPECT_TRUE(owner.connectOutlet("listener", listener));
-  EXPECT_EQ(owner.outletToListener.lock(), listener);
-}
-
-TEST(NSObjectTest, KeysTakeTextsOfTheirTypeOnly) {
-  Owner owner;
-  EXPECT_TRUE(owner.setValueForKey("number", "-12"));
-  for (const char* text : {"", "1.5", "0x10", " 1", "1 ", "99999999999999999999"}) {
-    EXPECT_FALSE(owner.setValueForKey("number", text)) << text;
-  }
-  EXPECT_FALSE(owner.setValueForKey("numbers", "1"));
-  EXPECT_EQ(owner.number, -12);
+  EXPECT_DEATH(Listener().performSelector("heard:", &other), "argument of another class");
+  EXPECT_DEATH(Listener().performSelector("heard:"), "argument of another class");
 }
 
 TEST(RuntimeTest, InstancesAreMadeOnceAndGoTheYoungestFirst) {
@@ -75,7 +39,6 @@ TEST(RuntimeTest, InstancesAreMadeOnceAndGoTheYoungestFirst) {
     const auto* older = runtime.instance<Older>().get();
     static_cast<void>(runtime.instance<Younger>());
     EXPECT_EQ(runtime.instance<Older>().get(), older);
-    EXPECT_DEATH(Runtime{desk.desktop}, "a second Runtime");
   }
   EXPECT_EQ(gone, (std::vector<std::string>{"younger", "older"}));
   EXPECT_DEATH(static_cast<void>(Runtime::current()), "there is no Runtime");
@@ -122,6 +85,9 @@ TEST_F(NSNotificationCenterTest, ObserversAreToldInOrderByNameAndSender) {
   center.postNotificationName("news", &sender, Dictionary{{"page", 1}});
   EXPECT_EQ(order, (Order{0, 0, 0, 1, 0}));
   EXPECT_EQ(listeners[1]->notifications.back().userInfo, (Dictionary{{"page", 1}}));
+  center.removeObserver(*listeners[1], "news", &other);
+  center.removeObserver(*listeners[0], "news");
+  EXPECT_EQ(center.observerCount("news"), 1U) << "which is of the first sender";
 }
 
 TEST_F(NSNotificationCenterTest, WhoIsRemovedWhileANotificationIsUnderWayIsNotTold) {
@@ -146,17 +112,6 @@ TEST_F(NSNotificationCenterTest, WhoIsAddedWhileANotificationIsUnderWayIsToldOfT
   EXPECT_EQ(told(), (Order{0, 1}));
 }
 
-TEST_F(NSNotificationCenterTest, APostFromInsideAPostLeavesTheOuterOneWhole) {
-  for (std::size_t i = 0; i < 3; ++i) observe(i);
-  bool nested = false;
-  onHearing(0, [this, &nested] {
-    if (std::exchange(nested, true)) return;
-    center.removeObserver(*listeners[1], "news");
-    center.postNotificationName("news");
-  });
-  EXPECT_EQ(told(), (Order{0, 0, 2, 2}));
-}
-
 TEST_F(NSNotificationCenterTest, AnObserverThatDropsItselfWhileToldIsSafe) {
   observe(0);
   observe(1);
@@ -164,20 +119,6 @@ TEST_F(NSNotificationCenterTest, AnObserverThatDropsItselfWhileToldIsSafe) {
   EXPECT_EQ(told(), (Order{0, 1}));
   EXPECT_EQ(center.observerCount("news"), 1U);
   EXPECT_EQ(told(), Order{1});
-}
-
-TEST_F(NSNotificationCenterTest, RemovingForOneSenderLeavesTheOthers) {
-  NSObject first;
-  NSObject second;
-  for (const NSObject* sender : {&first, &second}) {
-    center.addObserver(listeners[0], "heard:", "news", sender);
-  }
-  center.removeObserver(*listeners[0], "news", &first);
-  center.postNotificationName("news", &first);
-  center.postNotificationName("news", &second);
-  EXPECT_EQ(order, Order{0});
-  center.removeObserver(*listeners[0], "news");
-  EXPECT_EQ(center.observerCount("news"), 0U);
 }
 
 }  // namespace

@@ -31,17 +31,6 @@ class NSRunLoopTest : public tests::DeskTest {
   Order order;
 };
 
-TEST_F(NSRunLoopTest, QueuedWorkRunsInOrderAfterTheEventThatQueuedIt) {
-  loop().enqueue([this] {
-    loop().enqueue(note("third"));
-    order.emplace_back("first");
-  });
-  loop().enqueue(note("second"));
-  EXPECT_EQ(order, Order{});
-  desk.loop.settle();
-  EXPECT_EQ(order, (Order{"first", "second", "third"}));
-}
-
 TEST_F(NSRunLoopTest, ADelayedMessageKeepsItsTargetAliveUntilItIsSent) {
   auto target = std::make_shared<tests::Listener>();
   const std::weak_ptr<tests::Listener> watched = target;
@@ -146,20 +135,6 @@ TEST_F(NSRunLoopTest, WorkForTheEndOfTheTurnRunsBeforeASleep) {
   sleepNoting(0.1);
   desk.loop.settle();
   EXPECT_EQ(order, (Order{"sleeps", "drawn", "woke"}));
-}
-
-TEST_F(NSRunLoopTest, WhatTheGlobalQueueHandsOnComesAfterWhatWasWaiting) {
-  DispatchQueue::globalQueue().async(
-      [this] { DispatchQueue::mainQueue().async(note("handed on")); });
-  DispatchQueue::mainQueue().async(note("waiting"));
-  desk.loop.settle();
-  EXPECT_EQ(order, (Order{"waiting", "handed on"}));
-}
-
-TEST_F(NSRunLoopTest, WorkIsWaitedForExceptOnTheMainQueueItself) {
-  DispatchQueue::globalQueue().sync(note("done"));
-  EXPECT_EQ(order, Order{"done"});
-  EXPECT_DEATH(DispatchQueue::mainQueue().sync([] {}), "wait for itself");
 }
 
 }  // namespace
