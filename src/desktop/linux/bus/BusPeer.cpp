@@ -1,6 +1,7 @@
 #include "desktop/linux/bus/BusPeer.h"
 
 #include <QDBusError>
+#include <QDBusPendingReply>
 #include <algorithm>
 
 namespace linux_desktop {
@@ -49,6 +50,13 @@ std::vector<QDBusMessage> BusPeer::callAll(std::span<const QDBusMessage> methods
         kNoLimit);
   }
   return answers;
+}
+
+qint64 BusPeer::process(const QDeadlineTimer& deadline) const {
+  BusPeer bus(QStringLiteral("org.freedesktop.DBus"));
+  const QDBusPendingReply<uint> answer =
+      bus.call(callToBus(QStringLiteral("GetConnectionUnixProcessID"), {service_}), deadline);
+  return answer.isError() ? 0 : answer.value();
 }
 
 void BusPeer::send(std::span<const QDBusMessage> methods) {

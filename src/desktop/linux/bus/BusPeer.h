@@ -34,6 +34,8 @@ class BusPeer {
   /// All of them on their way before the first is waited for; the answers in the same order.
   [[nodiscard]] std::vector<QDBusMessage> callAll(
       std::span<const QDBusMessage> methods, const QDeadlineTimer& deadline = BusPeer::deadline());
+  /// The process that owns the service, as the bus tells; 0 where there is none.
+  [[nodiscard]] qint64 process(const QDeadlineTimer& deadline = BusPeer::deadline()) const;
   /// Sends them, in this order behind what went before, and looks at no answer.
   static void send(std::span<const QDBusMessage> methods);
 

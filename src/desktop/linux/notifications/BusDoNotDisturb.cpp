@@ -162,6 +162,38 @@ bool DunstDoNotDisturb::set(bool on) {
   return true;
 }
 
+namespace {
+
+const QString kSwayncPath = QStringLiteral("/org/erikreider/swaync/cc");
+const QString kSwaync = QStringLiteral("org.erikreider.swaync.cc");
+
+}  // namespace
+
+SwayncDoNotDisturb::SwayncDoNotDisturb(QDBusConnection connection,
+                                       const NotificationDaemonIdentity& daemon)
+    : BusDoNotDisturb(std::move(connection), daemon), owner_(daemon.owner) {
+  QDBusConnection signals_ = bus();
+  signals_.connect(owner_, kSwayncPath, kSwaync, "Subscribe", this, SLOT(told(uint, bool, bool)));
+  readFirst();
+}
+
+QDBusMessage SwayncDoNotDisturb::stateQuestion() const {
+  return busCall(owner_, kSwayncPath, kSwaync, "GetDnd");
+}
+
+std::optional<bool> SwayncDoNotDisturb::stateIn(const QDBusMessage& answer) const {
+  return isError(answer) ? std::nullopt : std::optional(answer.arguments().value(0).toBool());
+}
+
+bool SwayncDoNotDisturb::set(bool on) {
+  write(busCall(owner_, kSwayncPath, kSwaync, "SetDnd", {on}), on);
+  return true;
+}
+
+void SwayncDoNotDisturb::told(uint /*notifications*/, bool on, bool /*isOpen*/) {
+  heard(on);
+}
+
 InhibitionDoNotDisturb::InhibitionDoNotDisturb(QDBusConnection connection,
                                                const NotificationDaemonIdentity& daemon)
     : PropertyDoNotDisturb(std::move(connection), daemon, kInhibitions) {}

@@ -118,6 +118,25 @@ class DunstDoNotDisturb final : public PropertyDoNotDisturb {
   [[nodiscard]] bool set(bool on) override;
 };
 
+/// swaync, which keeps its state across restarts. Its inhibitors are not used: older versions have
+/// none, and one would outlast us where nothing shows it.
+class SwayncDoNotDisturb final : public BusDoNotDisturb {
+  Q_OBJECT
+
+ public:
+  SwayncDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
+  [[nodiscard]] bool set(bool on) override;
+
+ protected:
+  [[nodiscard]] QDBusMessage stateQuestion() const override;
+  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
+
+ private:
+  Q_SLOT void told(uint notifications, bool on, bool isOpen);
+
+  QString owner_;
+};
+
 /// Plasma, and whatever else offers inhibitions: each program that wants quiet holds one of its
 /// own, and it is quiet while there is any. On is whether we hold ours, so that it stays quiet when
 /// the others' end; nobody else's can be ended. Ours ends with our connection to the bus, and when

@@ -9,6 +9,7 @@
 
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/notifications/BusDoNotDisturb.h"
+#include "desktop/linux/notifications/MakoDoNotDisturb.h"
 #include "desktop/linux/notifications/StoredDoNotDisturb.h"
 
 namespace linux_desktop {
@@ -44,6 +45,8 @@ constexpr AdapterRow kAdapters[] = {
     {"dunst", "knopwob", nullptr, nullptr, &onBus<DunstDoNotDisturb>},
     {"Notification Daemon", "MATE", nullptr, "MATE", &stored<&mateDoNotDisturb>},
     {"lxqt-notificationd", "lxqt.org", nullptr, "LXQt", &stored<&lxqtDoNotDisturb>},
+    {"mako", "emersion", nullptr, nullptr, &onBus<MakoDoNotDisturb>},
+    {"SwayNotificationCenter", "ErikReider", nullptr, nullptr, &onBus<SwayncDoNotDisturb>},
     {"Plasma", "KDE", nullptr, nullptr, &onBus<InhibitionDoNotDisturb>},
     {nullptr, nullptr, "inhibitions", nullptr, &onBus<InhibitionDoNotDisturb>},
 };

@@ -5,7 +5,8 @@
 namespace linux_desktop {
 
 /// The switch that keeps this desktop from showing notifications. Main thread only; one question
-/// waits half a second at most, and only while an answer to an earlier one is owed.
+/// waits half a second at most, and a daemon that let that pass is not waited for again until it
+/// answers.
 class DoNotDisturbSwitch {
  public:
   virtual ~DoNotDisturbSwitch() = default;
@@ -32,9 +33,11 @@ class DoNotDisturbAdapter {
   DoNotDisturbAdapter& operator=(const DoNotDisturbAdapter&) = delete;
 
   /// The daemon's state as far as it is known without asking: what was set last until the daemon
-  /// has answered to that. None before the first answer.
+  /// has answered to that. None before the first answer. A daemon that does not tell of changes is
+  /// asked.
   [[nodiscard]] virtual std::optional<bool> isOn() = 0;
-  /// Returns at once. False when it is refused already, after one line; when the daemon refuses it
+  /// Returns at once, or when a daemon that has to be asked first has answered. False when it is
+  /// refused already, after one line; when the daemon refuses it
   /// later that is one line, too, and the state is asked for again.
   [[nodiscard]] virtual bool set(bool on) = 0;
   /// Whether the switch can be turned while the daemon does not run, which finds it so when it

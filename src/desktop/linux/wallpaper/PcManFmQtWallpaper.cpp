@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "desktop/linux/files/IniFile.h"
+#include "desktop/linux/files/Processes.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 

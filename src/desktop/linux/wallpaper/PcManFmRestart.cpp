@@ -17,6 +17,7 @@
 
 #include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/linux/files/IniFile.h"
+#include "desktop/linux/files/Processes.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
@@ -44,14 +45,6 @@ bool send(const FileDescriptor& connection, const QByteArray& text) {
 }
 
 }  // namespace
-
-QByteArrayList commandLineOf(qint64 pid) {
-  QFile file(QStringLiteral("/proc/%1/cmdline").arg(pid));
-  if (pid <= 0 || !file.open(QIODevice::ReadOnly)) return {};
-  QByteArrayList words = file.readAll().split('\0');
-  if (!words.isEmpty() && words.last().isEmpty()) words.removeLast();
-  return words;
-}
 
 QString profileIn(const QByteArrayList& commandLine) {
   constexpr const char* kWithValue = "--profile=";
