@@ -74,7 +74,7 @@ constexpr std::array kScreens{
     x11<Screens, &X11::screens>, wayland<Screens, &Wayland::screens>,
     Candidate<Screens>{"Qt", [](SessionRooms& rooms) -> Screens* { return &rooms.qtScreens; }}};
 constexpr std::array kOwnWindows{
-    x11<OwnWindows, &X11::ownWindows>,
+    x11<OwnWindows, &X11::ownWindows>, wayland<OwnWindows, &Wayland::ownWindows>,
     Candidate<OwnWindows>{"Qt", [](SessionRooms& rooms) { return &rooms.qtWindows; }}};
 constexpr std::array kLegacyTray{x11<LegacyTray, &X11::legacyTray>};
 constexpr std::array kCovers{x11<CoverWindows, &X11::covers>,

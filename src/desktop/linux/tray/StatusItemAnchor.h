@@ -2,7 +2,6 @@
 
 #include <QPoint>
 #include <QRect>
-#include <QString>
 #include <functional>
 #include <optional>
 
@@ -30,9 +29,6 @@ class StatusItemAnchor {
   [[nodiscard]] virtual bool isShown() const = 0;
   /// Means something only while the item is shown.
   [[nodiscard]] virtual Anchor anchor() const = 0;
-  /// What the last click on the item gave leave to take the keyboard with (xdg-activation); empty
-  /// where the tray gave none, and the second time: it serves once.
-  [[nodiscard]] virtual QString takeToken() { return {}; }
 
   /// Where the item is not shown, a window stands in for it: the user asked there for the item's
   /// menu. The peer reports a RightMouseUp, and the menu that is opened next drops down from

@@ -25,8 +25,7 @@ QPoint trayEnd(const QRect& panel) {
 
 }  // namespace
 
-void TrayAnchor::rememberClick(QPoint told) {
-  const QPoint point = windows_.pointer().value_or(told);
+void TrayAnchor::rememberClick(QPoint point) {
   click_ = Click{point, panelAt(point, windows_.panels()).has_value()};
 }
 

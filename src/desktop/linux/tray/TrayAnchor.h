@@ -24,8 +24,8 @@ class TrayAnchor {
   [[nodiscard]] Anchor anchor() const;
 
   // For the tray itself.
-  /// The icon was clicked just now; `told` is where the tray says that it was.
-  void rememberClick(QPoint told);
+  /// The icon was clicked at that point.
+  void rememberClick(QPoint point);
   /// Forgets the last click: the icon is now shown by another program or another way.
   void forgetClick() { click_.reset(); }
   /// The process that draws the icon; 0 for unknown.

@@ -26,7 +26,11 @@ using State = WatcherConnection::State;
 }  // namespace
 
 TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray)
-    : bus_(QDBusConnection::sessionBus()), anchor_(windows), watcher_(bus_), legacy_(legacyTray) {
+    : bus_(QDBusConnection::sessionBus()),
+      windows_(windows),
+      anchor_(windows),
+      watcher_(bus_),
+      legacy_(legacyTray) {
   settling_.setSingleShot(true);
   settling_.setInterval(kSettling);
   connect(&settling_, &QTimer::timeout, this, &TrayStatusBar::followTrays);

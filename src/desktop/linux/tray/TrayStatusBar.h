@@ -45,7 +45,8 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   friend class TrayStatusItem;
   [[nodiscard]] StatusImages& images() { return images_; }
   [[nodiscard]] bool hasBus() const { return bus_.isConnected(); }
-  void rememberClick(QPoint told) { anchor_.rememberClick(told); }
+  [[nodiscard]] OwnWindows& windows() { return windows_; }
+  void rememberClick(QPoint place) { anchor_.rememberClick(place); }
   void shownBy(const QString& host);
   void forget(const TrayStatusItem& item);
 
@@ -58,6 +59,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
 
   QDBusConnection bus_;
   StatusImages images_;
+  OwnWindows& windows_;
   TrayAnchor anchor_;
   WatcherConnection watcher_;
   LegacyTray* legacy_;

@@ -1,5 +1,6 @@
 #include "desktop/linux/tray/TrayStatusItem.h"
 
+#include <QPointer>
 #include <utility>
 
 #include "desktop/linux/tray/TrayStatusBar.h"
@@ -95,13 +96,14 @@ void TrayStatusItem::tellObserver(NSEventType click) const {
   if (const auto observer = observer_) observer(click);
 }
 
-QString TrayStatusItem::takeToken() {
-  return std::exchange(token_, {});
-}
-
-void TrayStatusItem::remember(const StatusNotifierItem::Click& click) {
-  bar_.rememberClick(click.place);
-  token_ = click.token;
+void TrayStatusItem::remember(const StatusNotifierItem::Click& click, std::function<void()> then) {
+  bar_.windows().setToken(click.token);
+  bar_.windows().findPointer([this, alive = QPointer(&context_), told = click.place,
+                              then = std::move(then)](std::optional<QPoint> found) {
+    if (!alive) return;
+    bar_.rememberClick(found.value_or(told));
+    then();
+  });
 }
 
 QRect TrayStatusItem::geometry() const {
@@ -109,16 +111,16 @@ QRect TrayStatusItem::geometry() const {
 }
 
 void TrayStatusItem::activated(const StatusNotifierItem::Click& click) {
-  remember(click);
   // xfce4-panel keeps the closing of a menu to itself. While one is open it takes the clicks.
   opening_.end();
-  tellObserver(NSEventType::LeftMouseUp);
-  client_.statusItemClicked(NSEventType::LeftMouseUp);
+  remember(click, [this] {
+    tellObserver(NSEventType::LeftMouseUp);
+    client_.statusItemClicked(NSEventType::LeftMouseUp);
+  });
 }
 
 void TrayStatusItem::menuAsked(const StatusNotifierItem::Click& click) {
-  remember(click);
-  requestMenu({anchor().point, {}});
+  remember(click, [this] { requestMenu({anchor().point, {}}); });
 }
 
 }  // namespace linux_desktop

@@ -31,7 +31,6 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   [[nodiscard]] bool isShown() const override;
   [[nodiscard]] Anchor anchor() const override;
   void menuRequested(QWidget& button) override;
-  [[nodiscard]] QString takeToken() override;
   void setActivationObserver(std::function<void(platform::NSEventType)> activated) override {
     observer_ = std::move(activated);
   }
@@ -46,7 +45,8 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
  private:
   void activated(const StatusNotifierItem::Click& click);
   void menuAsked(const StatusNotifierItem::Click& click);
-  void remember(const StatusNotifierItem::Click& click);
+  /// Goes on with `then` once it is known where the click was.
+  void remember(const StatusNotifierItem::Click& click, std::function<void()> then);
   void requestMenu(const MenuPlace& place);
   void tellObserver(platform::NSEventType click) const;
 
@@ -56,7 +56,6 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   const StatusImage* image_;
   MenuOpening opening_;
   OwnMenu ownMenu_;
-  QString token_;
   std::optional<MenuPlace> menuPlace_;  // of the menu that was asked for, if we are to draw it
 
   /// The item's own: hosts drop an icon when the connection that offered it ends.
@@ -64,6 +63,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   std::optional<DBusMenu> busMenu_;
   std::optional<StatusNotifierItem> notifier_;
   std::optional<XEmbedIcon> xembed_;
+  QObject context_;
 };
 
 }  // namespace linux_desktop

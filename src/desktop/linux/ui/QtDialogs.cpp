@@ -94,7 +94,7 @@ void ModalDialog::show() {
   dialog_->show();
   OwnWindows& ownWindows = services_.ownWindows;
   ownWindows.markAsAskedFor(window);
-  onceExposed(window, [&window, &ownWindows] { ownWindows.activate(window, {}); });
+  onceExposed(window, [&window, &ownWindows] { ownWindows.activate(window); });
 }
 
 void ModalDialog::end() {

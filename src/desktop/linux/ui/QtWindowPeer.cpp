@@ -64,11 +64,11 @@ void QtWindowPeer::show(const port::Placement& placement) {
   anchor_ = anchorOf(placement);
   ensureWindow(chromeFor(anchor_));
   window_->winId();
-  if (isPopover(window_->chrome())) place();
+  if (isPopover(window_->chrome())) moveToPlace();
   // Openbox 3.6 calls windows of other workspaces iconic; Qt believes it and would map it so.
   window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
   if (!window_->isVisible()) {
-    if (isPopover(window_->chrome())) services_.ownWindows.keepOutOfTaskLists(*handle());
+    if (isPopover(window_->chrome())) preparePopover();
     window_->show();
     services_.ownWindows.markAsAskedFor(*handle());
     watchOutside();
@@ -84,6 +84,7 @@ void QtWindowPeer::hide() {
   anchor_ = nullptr;
   presses_.reset();
   acts_.reset();
+  popover_.reset();
   lastPressInside_.reset();
   if (window_) window_->hide();
 }
@@ -91,9 +92,9 @@ void QtWindowPeer::hide() {
 void QtWindowPeer::makeKey() {
   const CallScope scope(calls_);
   if (!window_ || !window_->isVisible()) return;
-  const auto ask = [this] {
-    services_.ownWindows.activate(*handle(), anchor_ == nullptr ? QString() : anchor_->takeToken());
-  };
+  // It has the keyboard, and what the click gave leave with is for nobody else.
+  if (popover_) return services_.ownWindows.setToken({});
+  const auto ask = [this] { services_.ownWindows.activate(*handle()); };
   // One that is minimised is not seen before it was asked for.
   if (services_.ownWindows.isKept(*handle())) return ask();
   onceExposed(*handle(), ask);
@@ -122,6 +123,7 @@ void QtWindowPeer::ensureWindow(Chrome chrome) {
   if (window_ && window_->chrome() == chrome) return;
   presses_.reset();
   acts_.reset();
+  popover_.reset();
   const QString title =
       model_.title().empty() ? QStringLiteral("Calmdeck") : QString::fromStdString(model_.title());
   PressObserver& presses = *this;
@@ -131,17 +133,31 @@ void QtWindowPeer::ensureWindow(Chrome chrome) {
   window_->setContent(model_.contentView());
 }
 
-void QtWindowPeer::place() {
-  Anchor anchor = anchor_->anchor();
+QRect QtWindowPeer::place() const {
+  const Anchor anchor = anchor_->anchor();
   const QScreen* screen = QGuiApplication::screenAt(anchor.point);
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
   const QSize size = window_->layout()->totalSizeHint();
-  window_->move(
-      placePopover(anchor, size, screen->geometry(), services_.ownWindows.panels()).topLeft());
+  return placePopover(anchor, size, screen->geometry(), services_.ownWindows.panels());
+}
+
+void QtWindowPeer::moveToPlace() {
+  if (popover_) {
+    popover_->moveTo(place());
+  } else {
+    window_->move(place().topLeft());
+  }
+}
+
+void QtWindowPeer::preparePopover() {
+  services_.ownWindows.keepOutOfTaskLists(*handle());
+  popover_ = services_.ownWindows.makePopover(*handle(), place(), [this] {
+    if (acts_) acts_->pressedElsewhere();
+  });
 }
 
 void QtWindowPeer::resized() {
-  if (anchor_ != nullptr && isPopover(window_->chrome())) place();
+  if (anchor_ != nullptr && isPopover(window_->chrome())) moveToPlace();
 }
 
 QWindow* QtWindowPeer::handle() const {

@@ -52,7 +52,10 @@ class QtWindowPeer final : public platform::port::WindowPeer,
 
   [[nodiscard]] Chrome chromeFor(const StatusItemAnchor* anchor) const;
   void ensureWindow(Chrome chrome);
-  void place();
+  /// Where a popover belongs now.
+  [[nodiscard]] QRect place() const;
+  void moveToPlace();
+  void preparePopover();
   void watchOutside();
   void pressedOutside(const OutsidePress& press);
   void report(std::function<void()> what);
@@ -65,6 +68,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   StatusItemAnchor* anchor_ = nullptr;
   std::unique_ptr<PanelWindow> window_;
   std::shared_ptr<OutsideActs> acts_;
+  /// Null where the window is one like others to the desktop.
+  std::unique_ptr<OwnWindows::Popover> popover_;
   std::unique_ptr<OwnWindows::PressWatch> presses_;
   std::optional<std::uint32_t> lastPressInside_;
   /// How many calls of the model are on the stack: reports wait until there is none.

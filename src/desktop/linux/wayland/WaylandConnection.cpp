@@ -78,10 +78,15 @@ bool WaylandConnection::roundTrip() {
   bool answered = false;
   const WaylandProxy<wl_callback> callback = sync();
   wl_callback_add_listener(callback.get(), &kListener, &answered);
-  const QDeadlineTimer deadline(kAnswer);
-  while (!answered && dispatch(deadline)) {
+  return waitFor([&answered] { return answered; }, kAnswer);
+}
+
+bool WaylandConnection::waitFor(const std::function<bool()>& fact,
+                                std::chrono::milliseconds patience) {
+  const QDeadlineTimer deadline(patience);
+  while (!fact() && dispatch(deadline)) {
   }
-  return answered;
+  return fact();
 }
 
 bool WaylandConnection::dispatch(QDeadlineTimer deadline) {

@@ -4,7 +4,9 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -65,6 +67,8 @@ class WaylandConnection final : public QObject {
   /// Waits until the compositor has answered all that was asked so far, with the answers handed out
   /// meanwhile; for a second at most. False: it has not.
   bool roundTrip();
+  /// Hands out what comes until `fact` holds, for so long at most. False: it does not.
+  bool waitFor(const std::function<bool()>& fact, std::chrono::milliseconds patience);
 
  Q_SIGNALS:
   void globalCame(const linux_desktop::WaylandGlobal& global);

@@ -40,6 +40,27 @@ struct LetGo {
       wl_output_destroy(object);
     }
   }
+  void operator()(wl_keyboard* object) const {
+    if (wl_keyboard_get_version(object) >= WL_KEYBOARD_RELEASE_SINCE_VERSION) {
+      wl_keyboard_release(object);
+    } else {
+      wl_keyboard_destroy(object);
+    }
+  }
+  void operator()(wl_pointer* object) const {
+    if (wl_pointer_get_version(object) >= WL_POINTER_RELEASE_SINCE_VERSION) {
+      wl_pointer_release(object);
+    } else {
+      wl_pointer_destroy(object);
+    }
+  }
+  void operator()(wl_touch* object) const {
+    if (wl_touch_get_version(object) >= WL_TOUCH_RELEASE_SINCE_VERSION) {
+      wl_touch_release(object);
+    } else {
+      wl_touch_destroy(object);
+    }
+  }
   void operator()(wl_seat* object) const {
     if (wl_seat_get_version(object) >= WL_SEAT_RELEASE_SINCE_VERSION) {
       wl_seat_release(object);

@@ -11,6 +11,8 @@ std::unique_ptr<WaylandWindowSystem> WaylandWindowSystem::open() {
 }
 
 WaylandWindowSystem::WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection)
-    : connection_(std::move(connection)) {}
+    : connection_(std::move(connection)) {
+  if (qt_) ownWindows_.emplace(*qt_, *connection_, outputs_);
+}
 
 }  // namespace linux_desktop

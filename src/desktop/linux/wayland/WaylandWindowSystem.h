@@ -1,12 +1,14 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wayland/LayerCovers.h"
 #include "desktop/linux/wayland/ShmPicture.h"
 #include "desktop/linux/wayland/WaylandConnection.h"
 #include "desktop/linux/wayland/WaylandOutputs.h"
+#include "desktop/linux/wayland/WaylandOwnWindows.h"
 #include "desktop/linux/windowsystem/DesktopView.h"
 
 namespace linux_desktop {
@@ -23,6 +25,10 @@ class WaylandWindowSystem {
   [[nodiscard]] platform::port::WindowList* windowList() { return &windowList_; }
   [[nodiscard]] platform::port::Spaces* spaces() { return &spaces_; }
 
+  [[nodiscard]] OwnWindows* ownWindows() {
+    return ownWindows_ && ownWindows_->isPossible() ? &*ownWindows_ : nullptr;
+  }
+
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
   /// Where to ask what the desktop was told to show behind everything. Null, as at first: nobody.
   /// Outlives its being set.
@@ -32,7 +38,10 @@ class WaylandWindowSystem {
   explicit WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection);
 
   std::unique_ptr<WaylandConnection> connection_;
+  /// Null where Qt does not tell of its own connection.
+  std::unique_ptr<QtWayland> qt_ = QtWayland::open();
   WaylandOutputs outputs_{*connection_};
+  std::optional<WaylandOwnWindows> ownWindows_;
   WaylandScreens screens_{outputs_};
   ShmPictures pictures_{*connection_, screens_};
   DesktopWindowList windowList_{screens_, pictures_};

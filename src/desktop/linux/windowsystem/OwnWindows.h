@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace linux_desktop {
@@ -52,9 +53,36 @@ class OwnWindows {
   /// another space.
   [[nodiscard]] virtual bool isKept(QWindow& window) { return window.isExposed(); }
   /// Asks for the keyboard on behalf of the user, and for the window to come to where the user is.
-  /// For one that the desktop keeps, or that is on the screen. `token` is
-  /// what the user's click gave leave with (xdg-activation), or empty. It may be refused.
-  virtual void activate(QWindow& window, const QString& token);
+  /// For one that the desktop keeps, or that is on the screen. It may be refused.
+  virtual void activate(QWindow& window);
+  /// What the user's last act gave leave with to take the keyboard (xdg-activation), or empty. It
+  /// serves the next window that is activated, once.
+  void setToken(const QString& token) { token_ = token; }
+
+  /// A popover that the window system itself keeps in its place: in front of all other windows, and
+  /// with the keyboard from the moment on in which it is shown.
+  class Popover {
+   public:
+    virtual ~Popover() = default;
+    virtual void moveTo(const QRect& place) = 0;
+  };
+  /// Makes a popover at `place` of `window`, which is not on the screen, is shown next, and is
+  /// hidden only once the popover has ended. Null: the window is one like others, and stands where
+  /// it is moved. `dismissed` is called out of the event loop when its screen goes, and must not
+  /// end the popover.
+  [[nodiscard]] virtual std::unique_ptr<Popover> makePopover(
+      QWindow& /*window*/, const QRect& /*place*/, const std::function<void()>& /*dismissed*/) {
+    return nullptr;
+  }
+  /// For as long as this lives, keys pressed in `window`, which is on the screen, are its own, also
+  /// those that the desktop would act on. Null: that cannot be had here, or needs no asking.
+  class KeyDiversion {
+   public:
+    virtual ~KeyDiversion() = default;
+  };
+  [[nodiscard]] virtual std::unique_ptr<KeyDiversion> divertKeys(QWindow& /*window*/) {
+    return nullptr;
+  }
 
   /// Whether a window may be translucent and so have round corners now.
   [[nodiscard]] virtual bool mayBeRound() { return false; }
@@ -64,8 +92,10 @@ class OwnWindows {
   [[nodiscard]] virtual std::optional<PanelPart> partDrawnBy(std::uint32_t /*pid*/) {
     return std::nullopt;
   }
-  /// Where the pointer is; none where a program may not know.
-  [[nodiscard]] virtual std::optional<QPoint> pointer() { return std::nullopt; }
+  /// Tells where the pointer is, or none where a program may not know: now, or out of the event
+  /// loop as soon as it is known, which is when the user lets the button go.
+  using PointerFound = std::function<void(std::optional<QPoint> point)>;
+  virtual void findPointer(const PointerFound& found) { found(std::nullopt); }
 
   /// Sees presses for as long as it lives.
   class PressWatch {
@@ -82,6 +112,12 @@ class OwnWindows {
                                                                  const Pressed& /*pressed*/) {
     return nullptr;
   }
+
+ protected:
+  [[nodiscard]] QString takeToken() { return std::exchange(token_, {}); }
+
+ private:
+  QString token_;
 };
 
 }  // namespace linux_desktop

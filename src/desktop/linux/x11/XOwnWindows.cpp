@@ -1,6 +1,5 @@
 #include "desktop/linux/x11/XOwnWindows.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <algorithm>
 #include <array>
@@ -53,7 +52,7 @@ bool XOwnWindows::isKept(QWindow& window) {
   return !state.empty() && state.front() != 0;
 }
 
-void XOwnWindows::activate(QWindow& window, const QString& /*token*/) {
+void XOwnWindows::activate(QWindow& window) {
   const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
   if (std::ranges::find(supported, server_.atom("_NET_ACTIVE_WINDOW")) == supported.end()) {
     window.requestActivate();
@@ -89,10 +88,6 @@ std::optional<PanelPart> XOwnWindows::partDrawnBy(std::uint32_t pid) {
     return PanelPart{fromPixels(*part, screen), fromPixels(panel.geometry, screen)};
   }
   return std::nullopt;
-}
-
-std::optional<QPoint> XOwnWindows::pointer() {
-  return QCursor::pos();
 }
 
 std::unique_ptr<OwnWindows::PressWatch> XOwnWindows::watchPresses(QWindow& window,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCursor>
+
 #include "desktop/linux/windowsystem/OwnWindows.h"
 #include "desktop/linux/xserver/XEvents.h"
 
@@ -15,11 +17,11 @@ class XOwnWindows final : public OwnWindows {
   void keepOutOfTaskLists(QWindow& window) override;
   void markAsAskedFor(QWindow& window) override;
   [[nodiscard]] bool isKept(QWindow& window) override;
-  void activate(QWindow& window, const QString& token) override;
+  void activate(QWindow& window) override;
   [[nodiscard]] bool mayBeRound() override { return server_.isComposited(); }
   [[nodiscard]] std::vector<DesktopPanel> panels() override;
   [[nodiscard]] std::optional<PanelPart> partDrawnBy(std::uint32_t pid) override;
-  [[nodiscard]] std::optional<QPoint> pointer() override;
+  void findPointer(const PointerFound& found) override { found(QCursor::pos()); }
   [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window,
                                                          const Pressed& pressed) override;
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "desktop/linux/wayland/QtWayland.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
+
+namespace linux_desktop {
+
+/// A window of Qt's on the layer above all others, where the compositor puts it to the pixel, gives
+/// it the keyboard at once and lists it nowhere.
+class LayerPopover final : public OwnWindows::Popover {
+ public:
+  /// Null where the compositor does not answer. `window` is not on the screen, is shown next, and
+  /// hidden only when this is gone. `qt` and `shell`, one of Qt's connection, outlive this.
+  /// `dismissed` is called out of the event loop when the compositor takes the window away.
+  [[nodiscard]] static std::unique_ptr<LayerPopover> make(const QtWayland& qt,
+                                                          zwlr_layer_shell_v1& shell,
+                                                          QWindow& window, const QRect& place,
+                                                          std::function<void()> dismissed);
+  LayerPopover(const LayerPopover&) = delete;
+  LayerPopover& operator=(const LayerPopover&) = delete;
+
+  void moveTo(const QRect& place) override;
+
+ private:
+  LayerPopover(QWindow& window, QScreen& screen, WaylandProxy<zwlr_layer_surface_v1> layer,
+               std::function<void()> dismissed);
+  void set(const QRect& place);
+
+  QWindow& window_;
+  QScreen& screen_;
+  WaylandProxy<zwlr_layer_surface_v1> layer_;
+  std::function<void()> dismissed_;
+  bool configured_ = false;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QPoint>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "desktop/linux/wayland/PointerSeat.h"
+#include "desktop/linux/wayland/WaylandOutputs.h"
+
+namespace linux_desktop {
+
+/// What catchers are made of.
+struct CatcherParts {
+  WaylandProxy<wl_compositor> compositor;
+  WaylandProxy<wl_shm> shm;
+  WaylandProxy<wp_viewporter> viewporter;
+  WaylandProxy<zwlr_layer_shell_v1> shell;
+
+  explicit CatcherParts(WaylandConnection& connection);
+  [[nodiscard]] bool areThere() const { return compositor && shm && viewporter && shell; }
+};
+
+/// Clear glass over all outputs and all windows, panels too, for as long as it lives: where the
+/// pointer is and what is pressed can be known in no other way. What is put on the layer above all
+/// others afterwards lies in front of it, as do windows of ours. A press ends at the glass.
+class PressCatcher {
+ public:
+  using Pressed = std::function<void(std::uint32_t time)>;
+
+  /// All outlive this.
+  PressCatcher(const CatcherParts& parts, WaylandOutputs& outputs, PointerSeat& seat);
+  ~PressCatcher();
+  PressCatcher(const PressCatcher&) = delete;
+  PressCatcher& operator=(const PressCatcher&) = delete;
+
+  /// Both are called out of the event loop: with each press of a button or a finger, and when the
+  /// pointer has come onto the glass.
+  void setPressed(Pressed pressed) { pressed_ = std::move(pressed); }
+  void setEntered(std::function<void()> entered) { entered_ = std::move(entered); }
+  /// Where the pointer is, in points of the whole desktop; none while it is on something else, or
+  /// there is no pointer.
+  [[nodiscard]] std::optional<QPoint> pointer() const;
+
+ private:
+  class Pane;
+
+  void coverAll();
+
+  const CatcherParts& parts_;
+  WaylandOutputs& outputs_;
+  PointerSeat& seat_;
+  std::vector<std::unique_ptr<Pane>> panes_;
+  Pressed pressed_;
+  std::function<void()> entered_;
+  QObject context_;
+};
+
+}  // namespace linux_desktop

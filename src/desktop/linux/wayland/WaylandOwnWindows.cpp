@@ -1,0 +1,112 @@
+#include "desktop/linux/wayland/WaylandOwnWindows.h"
+
+#include <chrono>
+#include <utility>
+
+namespace linux_desktop {
+namespace {
+
+constexpr std::uint32_t kShellVersion = 4;
+constexpr std::uint32_t kSeatVersion = 5;
+/// How long a button may be held, that has been clicked already, and the pointer so not be told of.
+constexpr std::chrono::milliseconds kPointerPatience{300};
+
+class Watch final : public OwnWindows::PressWatch {
+ public:
+  Watch(std::shared_ptr<PressCatcher> catcher, OwnWindows::Pressed pressed)
+      : catcher_(std::move(catcher)) {
+    catcher_->setPressed(
+        [pressed = std::move(pressed)](std::uint32_t time) { pressed({.time = time}); });
+  }
+  // What is pressed on a window of ours does not get to the catcher.
+  void discardPending() override {}
+
+ private:
+  std::shared_ptr<PressCatcher> catcher_;
+};
+
+class Inhibitor final : public OwnWindows::KeyDiversion {
+ public:
+  explicit Inhibitor(WaylandProxy<zwp_keyboard_shortcuts_inhibitor_v1> inhibitor)
+      : inhibitor_(std::move(inhibitor)) {}
+
+ private:
+  WaylandProxy<zwp_keyboard_shortcuts_inhibitor_v1> inhibitor_;
+};
+
+}  // namespace
+
+WaylandOwnWindows::WaylandOwnWindows(const QtWayland& qt, WaylandConnection& connection,
+                                     WaylandOutputs& outputs)
+    : qt_(qt),
+      connection_(connection),
+      outputs_(outputs),
+      parts_(connection),
+      seat_(connection),
+      shell_(qt.bindFirst<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, kShellVersion)),
+      keyboardSeat_(qt.bindFirst<wl_seat>(wl_seat_interface, kSeatVersion)),
+      inhibition_(qt.bindFirst<zwp_keyboard_shortcuts_inhibit_manager_v1>(
+          zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1)) {
+  patience_.setSingleShot(true);
+  patience_.setInterval(kPointerPatience);
+  QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { pointerFound(); });
+  // Has Qt leave the role of windows to us that ask for it.
+  qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+}
+
+std::unique_ptr<OwnWindows::Popover> WaylandOwnWindows::makePopover(
+    QWindow& window, const QRect& place, const std::function<void()>& dismissed) {
+  if (!isPossible()) return nullptr;
+  // First, as it would else lie in front of the popover: its size comes, and then it is there.
+  kept_ = catcher();
+  connection_.roundTrip();
+  connection_.roundTrip();
+  QMetaObject::invokeMethod(
+      &patience_,
+      [this] {
+        if (finders_.empty()) kept_.reset();
+      },
+      Qt::QueuedConnection);
+  return LayerPopover::make(qt_, *shell_, window, place, dismissed);
+}
+
+std::unique_ptr<OwnWindows::KeyDiversion> WaylandOwnWindows::divertKeys(QWindow& window) {
+  wl_surface* surface = QtWayland::surfaceOf(window);
+  if (!inhibition_ || !keyboardSeat_ || surface == nullptr) return nullptr;
+  return std::make_unique<Inhibitor>(WaylandProxy<zwp_keyboard_shortcuts_inhibitor_v1>(
+      zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(inhibition_.get(), surface,
+                                                                  keyboardSeat_.get())));
+}
+
+void WaylandOwnWindows::findPointer(const PointerFound& found) {
+  if (!isPossible() || !seat_.hasPointer()) return found(std::nullopt);
+  const bool wasThere = !catcher_.expired();
+  const auto glass = catcher();
+  if (wasThere && finders_.empty()) return found(glass->pointer());
+  finders_.push_back(found);
+  kept_ = glass;
+  glass->setEntered([this] { pointerFound(); });
+  if (!patience_.isActive()) patience_.start();
+}
+
+void WaylandOwnWindows::pointerFound() {
+  patience_.stop();
+  const auto glass = std::exchange(kept_, nullptr);
+  const auto place = glass ? glass->pointer() : std::nullopt;
+  for (const PointerFound& found : std::exchange(finders_, {})) found(place);
+}
+
+std::unique_ptr<OwnWindows::PressWatch> WaylandOwnWindows::watchPresses(QWindow& /*window*/,
+                                                                        const Pressed& pressed) {
+  if (!isPossible()) return nullptr;
+  return std::make_unique<Watch>(catcher(), pressed);
+}
+
+std::shared_ptr<PressCatcher> WaylandOwnWindows::catcher() {
+  auto glass = catcher_.lock();
+  if (!glass) glass = std::make_shared<PressCatcher>(parts_, outputs_, seat_);
+  catcher_ = glass;
+  return glass;
+}
+
+}  // namespace linux_desktop

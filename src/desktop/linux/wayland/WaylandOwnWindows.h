@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QTimer>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "desktop/linux/wayland/LayerPopover.h"
+#include "desktop/linux/wayland/PressCatcher.h"
+#include "desktop/linux/wayland/QtWayland.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
+
+namespace linux_desktop {
+
+/// What a compositor with layers does for our own windows. It tells nobody where windows are or
+/// what is pressed, so both are found out with a catcher in front of everything.
+class WaylandOwnWindows final : public OwnWindows {
+ public:
+  /// All outlive this.
+  WaylandOwnWindows(const QtWayland& qt, WaylandConnection& connection, WaylandOutputs& outputs);
+
+  /// Whether the compositor has what this needs.
+  [[nodiscard]] bool isPossible() const { return shell_ && parts_.areThere(); }
+
+  [[nodiscard]] std::unique_ptr<Popover> makePopover(
+      QWindow& window, const QRect& place, const std::function<void()>& dismissed) override;
+  [[nodiscard]] std::unique_ptr<KeyDiversion> divertKeys(QWindow& window) override;
+  [[nodiscard]] bool mayBeRound() override { return true; }
+  void findPointer(const PointerFound& found) override;
+  [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window,
+                                                         const Pressed& pressed) override;
+
+ private:
+  [[nodiscard]] std::shared_ptr<PressCatcher> catcher();
+  void pointerFound();
+
+  const QtWayland& qt_;
+  WaylandConnection& connection_;
+  WaylandOutputs& outputs_;
+  CatcherParts parts_;
+  PointerSeat seat_;
+  WaylandProxy<zwlr_layer_shell_v1> shell_;
+  WaylandProxy<wl_seat> keyboardSeat_;
+  WaylandProxy<zwp_keyboard_shortcuts_inhibit_manager_v1> inhibition_;
+  std::weak_ptr<PressCatcher> catcher_;
+  /// Keeps it while the pointer is looked for, and for the turn of the loop in which somebody may
+  /// watch by it.
+  std::shared_ptr<PressCatcher> kept_;
+  std::vector<PointerFound> finders_;
+  QTimer patience_;
+};
+
+}  // namespace linux_desktop
