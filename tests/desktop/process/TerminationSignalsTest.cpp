@@ -140,13 +140,4 @@ INSTANTIATE_TEST_SUITE_P(Pipe, StandardOutputStreamTest, ::testing::Values(0, O_
                            return row.param == 0 ? "Blocking" : "NonBlocking";
                          });
 
-TEST(StandardOutputStreamFailures, AreIgnored) {
-  const FileDescriptor full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
-  for (const int descriptor : {full.get(), -1, 9999}) {
-    StandardOutputStream output(descriptor);
-    output.print("line");
-    output.print("line");
-  }
-}
-
 }  // namespace

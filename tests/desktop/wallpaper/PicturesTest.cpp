@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <random>
 
-#include "desktop/harness/EventLoopTest.h"
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
+#include "desktop/wallpaper/PrivateBus.h"
 
 namespace linux_desktop {
 namespace {
@@ -64,9 +64,9 @@ class Facts final : public DesktopFacts {
 
 std::string complaints;
 
-class WallpaperPicturesTest : public harness::EventLoopTest<> {
+class WallpaperPicturesTest : public PrivateBusTest {
  protected:
-  WallpaperPicturesTest() {
+  WallpaperPicturesTest() : PrivateBusTest("") {
     complaints.clear();
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
       complaints += text.toStdString();

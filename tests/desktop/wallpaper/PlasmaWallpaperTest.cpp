@@ -6,10 +6,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "desktop/harness/EventLoopTest.h"
 #include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
+#include "desktop/wallpaper/PrivateBus.h"
 
 namespace linux_desktop {
 namespace {
@@ -18,21 +18,14 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// The session bus of this process, for as long as that lives: Qt opens it once.
-const std::string& sessionBus() {
-  static harness::Process bus(
-      {.argv = {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"}});
-  static const std::string address = bus.waitForLine("^unix:").value_or("");
-  return address;
-}
-
 /// Two screens, the second one with two pixels a point each way.
 const Monitor kFirst{QStringLiteral("VNC-0"), {0, 0, 1280, 720}};
 const Monitor kSecond{QStringLiteral("VNC-1"), {1280, 0, 512, 300}, 2};
 
-class PlasmaWallpaperTest : public harness::EventLoopTest<> {
+class PlasmaWallpaperTest : public PrivateBusTest {
  protected:
-  PlasmaWallpaperTest() {
+  PlasmaWallpaperTest() : PrivateBusTest("KDE") {
+    qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
     BusPeer::limitOperationsTo(3000);  // tests run side by side
     WallpaperPictures::waitForPictures(3000);
   }
@@ -78,9 +71,6 @@ class PlasmaWallpaperTest : public harness::EventLoopTest<> {
  private:
   QTemporaryDir folder_;
   int notes_ = 0;
-  bool isSet_ = qputenv("DBUS_SESSION_BUS_ADDRESS", sessionBus().c_str()) &&
-                qputenv("XDG_CURRENT_DESKTOP", "KDE") &&
-                qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
 
  protected:
   std::optional<harness::Process> shell;
