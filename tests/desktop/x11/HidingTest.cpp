@@ -123,6 +123,11 @@ TEST_P(HidingTest, TheLastWishPrevails) {
   desk.hideAsTheMode();
   desk.show();
   ASSERT_TRUE(desk.allShown(many));
+  // While hiding is under way.
+  desk.hide();
+  desk.program().turn();
+  desk.show();
+  ASSERT_TRUE(desk.allShown(many));
 }
 
 TEST_P(HidingTest, ManyWindowsCostFewRequestsAndNoneWhileTheyAreAskedFor) {
