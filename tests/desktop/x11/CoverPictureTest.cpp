@@ -165,6 +165,26 @@ TEST(CoverPicture, AnotherPrimaryMonitorDisturbsNothing) {
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
+class CoverMonitors : public testing::TestWithParam<WindowManager> {};
+
+TEST_P(CoverMonitors, NoCoverOfAnEarlierPlaceLiesOverTheLiveOneWhenTheFirstMonitorGoes) {
+  CoverDesk covers({.windowManager = GetParam()});
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  const std::vector<Rect> both = covers.desk().server().monitors();
+  const xcb_window_t before = covers.coverOf(kFirst);
+  covers.swapPrimary();
+  ASSERT_TRUE(covers.desk().until([&] { return covers.coverOf(kFirst) != before; }));
+  covers.desk().server().setMonitors({both[0]});
+  EXPECT_TRUE(covers.desk().until([&] { return covers.everyMonitorIsCovered(); }));
+  covers.setRootPicture(kBlue);
+  EXPECT_TRUE(covers.desk().until([&] { return covers.desk().screen().pixel(200, 600) == kBlue; }))
+      << "another picture, of which the live cover hears";
+}
+
+INSTANTIATE_TEST_SUITE_P(On, CoverMonitors,
+                         testing::Values(WindowManager::None, WindowManager::Openbox),
+                         testing::PrintToStringParamName());
+
 TEST(CoverPicture, CoversFollowTheMonitors) {
   CoverDesk covers({.windowManager = WindowManager::Openbox});
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
