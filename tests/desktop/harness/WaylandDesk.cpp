@@ -241,6 +241,18 @@ bool WaylandDesk::configureOutput(const std::string& output, const std::string& 
   return asked.succeeded() && until(isSo, 10s);
 }
 
+Image WaylandDesk::pixelsOf(const WaylandOutput& output) const {
+  if (kind_ == Compositor::Kwin) {
+    const auto all = client_->outputs();
+    const auto place = std::ranges::find(all, output) - all.begin();
+    const int left = static_cast<int>(place) * kOutputWidth;
+    return screen_->area({left, 0, kOutputWidth, kOutputHeight});
+  }
+  const RunResult result = run({"grim", "-t", "ppm", "-o", output.name, "-"});
+  if (!result.succeeded()) throw std::runtime_error("grim: " + result.errorOutput);
+  return imageOf(result.output);
+}
+
 bool WaylandDesk::turnOff(const std::string& output) {
   // Its wlroots has no such thing, and it says yes.
   if (kind_ == Compositor::Sway &&

@@ -63,6 +63,9 @@ class WaylandDesk final : public Desk {
 
   /// The monitors that are on, from left to right.
   [[nodiscard]] std::vector<WaylandOutput> outputs() { return client_->outputs(); }
+  /// What the monitor itself shows, in its own pixels. Where it is scaled and no window of a
+  /// server, by a whole factor.
+  [[nodiscard]] Image pixelsOf(const WaylandOutput& output) const;
   /// Each returns once the compositor has told its clients so. False: it cannot turn one off, as
   /// sway 1.7, which can but make another one (swaymsg create_output).
   [[nodiscard]] bool turnOff(const std::string& output);

@@ -1,8 +1,9 @@
-// The part of plasmashell that its scripting reaches, for two screens side by side: it answers the
+// The part of plasmashell that its scripting reaches, for screens side by side: it answers the
 // scripts that read and write without running them, and prints "read" or what the one that writes
-// was given. Its argument is the picture on the second screen; the first one has a colour. A second
-// argument makes that screen a slide show which shows this one instead, without a note of it where
-// scripts read, as in Plasma 6. No screen takes a picture whose path has "refused" in it.
+// was given. Its argument is the picture on the second screen, and on a third; the first has a
+// colour. A second argument makes that screen a slide show which shows this one instead, without a
+// note of it where scripts read, as in Plasma 6. No screen takes a picture whose path has "refused"
+// in it.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -71,10 +72,11 @@ class Shell final : public QDBusVirtualObject {
   }
 
   QString slide_ = QCoreApplication::arguments().value(2);
-  std::array<QJsonObject, 2> screens_{
+  QString file_ = fileUrl(QCoreApplication::arguments().at(1));
+  std::array<QJsonObject, 3> screens_{
       screen(0, 0, "org.kde.color", {}),
-      screen(1, 1280, slide_.isEmpty() ? "org.kde.image" : "org.kde.slideshow",
-             fileUrl(QCoreApplication::arguments().at(1)))};
+      screen(1, 1280, slide_.isEmpty() ? "org.kde.image" : "org.kde.slideshow", file_),
+      screen(2, 2560, "org.kde.image", file_)};
 };
 
 }  // namespace

@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "desktop/harness/AccessibilityClient.h"
+#include "desktop/harness/WaylandDesk.h"
+
+using harness::Compositor;
+using harness::Image;
+using harness::Process;
+using harness::Rect;
+using harness::Stream;
+using harness::WaylandDesk;
+using harness::WaylandOutput;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int kWidth = WaylandDesk::kOutputWidth;
+constexpr int kHeight = WaylandDesk::kOutputHeight;
+/// Where no panel of ours stands.
+constexpr Rect kStrip{0, kHeight - 100, kWidth, 100};
+constexpr const char* kSettings = R"({"kUserdefaultsToggleDesktopIcons": true,
+  "kUserdefaultsToggleDnd": false, "kUserdefaultsToggleHideActiveApps": false,
+  "kUserdefaultsToggleSpeakerOff": false, "kUserdefaultsToggleWallpaper": false})";
+/// Of the desktop on the first monitor, as the stand-in has it.
+constexpr std::uint32_t kColour = 0x20a040;
+constexpr std::uint32_t kIcons = 0xff00ff;
+// For those that are plugged in. Nobody knows of a wallpaper on the last one.
+const std::string kFurtherMonitors =
+    "output HEADLESS-3 resolution 1280x720 position 2560 0\n"
+    "output HEADLESS-4 resolution 1280x720 position 3840 0\n";
+
+Image plain(std::uint32_t colour, int width, int height) {
+  return {width, height,
+          std::vector<std::uint32_t>(static_cast<std::size_t>(width * height), colour)};
+}
+
+/// No pixel is like its neighbours, so that none may be moved or mixed with them.
+Image fine() {
+  Image image{kWidth, kHeight, {}};
+  for (std::uint32_t y = 0; y < kHeight; ++y) {
+    for (std::uint32_t x = 0; x < kWidth; ++x)
+      image.pixels.push_back((x * 37 & 255) << 16 | (y * 53 & 255) << 8 | ((x ^ y) * 91 & 255));
+  }
+  return image;
+}
+
+/// Monitors with a wallpaper on them, of one colour and then of fine detail, and Calmdeck, whose
+/// mode covers icons and does nothing else. Icons are one colour all over each monitor.
+class WaylandCoverTest : public testing::TestWithParam<Compositor> {
+ protected:
+  void SetUp() override {
+    const std::filesystem::path file = desk.home().home() / "fine.png";
+    harness::writePng(fine(), file);
+    shell_ = desk.start({PLASMA_STAND_IN, file});
+    ASSERT_TRUE(shell_->waitForLine("^ready$")) << shell_->errorOutput();
+    desk.home().writeConfig("calmdeck/settings.json", kSettings);
+    auto environment = harness::AccessibilityClient::accessibleEnvironment();
+    environment["XDG_CURRENT_DESKTOP"] = "KDE";
+    program_ = desk.startCalmdeck(environment);
+  }
+
+  /// Returns once they are there, seen or not.
+  void startIcons() {
+    // A name by which nobody knows it for what it is.
+    const std::filesystem::path program = desk.home().runtime() / "icons";
+    std::filesystem::copy_file("/usr/bin/swaybg", program,
+                               std::filesystem::copy_options::skip_existing);
+    icons_ = desk.start({program, "-o", "*", "-c", "#ff00ff"}, {{"WAYLAND_DEBUG", "1"}});
+    for ([[maybe_unused]] const WaylandOutput& output : desk.outputs())
+      ASSERT_TRUE(icons_->waitForLine("attach\\(wl_buffer", harness::kPatience, Stream::Error));
+  }
+  void toggle() {
+    const harness::AccessibilityClient reader(desk);
+    const auto mode = reader.await("Presentation mode");
+    ASSERT_TRUE(mode) << program_->errorOutput();
+    ASSERT_TRUE(reader.act(*mode));
+  }
+  /// The plasmashell that stands in is asked once more.
+  void awaitQuestion() { ASSERT_TRUE(shell_->waitForLine("^read$")); }
+
+  [[nodiscard]] Image strip(std::size_t monitor) {
+    const auto all = desk.outputs();
+    return monitor < all.size() ? desk.pixelsOf(all[monitor]).part(kStrip) : Image();
+  }
+  [[nodiscard]] bool shows(std::size_t monitor, const Image& wanted) {
+    return desk.until([&] { return strip(monitor) == wanted; });
+  }
+
+  const Image colour = plain(kColour, kStrip.width, kStrip.height);
+  const Image picture = fine().part(kStrip);
+  const Image icons = plain(kIcons, kStrip.width, kStrip.height);
+  WaylandDesk desk{
+      {.compositor = GetParam(),
+       .configuration = GetParam() == Compositor::Sway ? kFurtherMonitors : std::string()}};
+
+ private:
+  std::unique_ptr<Process> shell_;
+  std::unique_ptr<Process> icons_;
+  std::unique_ptr<Process> program_;
+};
+
+INSTANTIATE_TEST_SUITE_P(On, WaylandCoverTest, testing::ValuesIn(harness::installedCompositors()),
+                         testing::PrintToStringParamName());
+
+TEST_P(WaylandCoverTest, StandsAboveIconsThatComeLaterAndBelowWindows) {
+  toggle();
+  ASSERT_TRUE(shows(0, colour) && shows(1, picture));
+  startIcons();
+  EXPECT_EQ(desk.screen().settled(kStrip, 200ms, 5s), colour);
+  EXPECT_FALSE(desk.areaOf(kIcons));
+  toggle();
+  EXPECT_TRUE(shows(0, icons) && shows(1, icons));
+  toggle();
+  ASSERT_TRUE(shows(0, colour) && shows(1, picture));
+  // Throws where it is not to be seen.
+  desk.openWindow("figures", 0xc02030);
+}
+
+TEST_P(WaylandCoverTest, HasTheMonitorsOwnPixelsAtAnyScale) {
+  startIcons();
+  const std::string second = desk.outputs()[1].name;
+  desk.scale(second, GetParam() == Compositor::Kwin ? 1.5 : 2);
+  toggle();
+  EXPECT_TRUE(shows(1, picture));
+  desk.scale(second, 1);
+  EXPECT_TRUE(shows(1, picture));
+}
+
+TEST_P(WaylandCoverTest, ComesToAMonitorThatComesOnceItsPictureIsKnown) {
+  startIcons();
+  toggle();
+  ASSERT_TRUE(shows(0, colour) && shows(1, picture));
+  if (const std::string second = desk.outputs()[1].name; desk.turnOff(second)) {
+    ASSERT_TRUE(shows(0, colour));
+    desk.turnOn(second);
+    EXPECT_TRUE(shows(1, picture));
+    return;
+  }
+  ASSERT_TRUE(desk.run({"swaymsg", "create_output"}).succeeded());
+  EXPECT_TRUE(shows(2, picture));
+  ASSERT_TRUE(desk.run({"swaymsg", "create_output"}).succeeded());
+  awaitQuestion();
+  EXPECT_TRUE(shows(3, icons));
+  EXPECT_TRUE(shows(0, colour) && shows(1, picture) && shows(2, picture));
+}
+
+}  // namespace
