@@ -3,12 +3,16 @@
 #include <QGuiApplication>
 #include <QStringList>
 #include <array>
+#include <optional>
 
 #include "desktop/linux/keys/SessionHotKeys.h"
+#include "desktop/linux/kwin/KWinWindows.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/sway/SwaySession.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/wayland/WaylandWindowSystem.h"
 #include "desktop/linux/windowsystem/MonitorScreens.h"
+#include "desktop/linux/windowsystem/OtherApplications.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 
 namespace linux_desktop {
@@ -17,11 +21,14 @@ namespace linux_desktop {
 struct SessionRooms {
   std::unique_ptr<X11WindowSystem> x11 = X11WindowSystem::open();
   std::unique_ptr<WaylandWindowSystem> wayland = WaylandWindowSystem::open();
+  std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open() : nullptr;
+  std::unique_ptr<KWinWindows> kwin = wayland && !sway ? KWinWindows::open() : nullptr;
+  std::optional<OtherApplications> others;
   QtScreens qtScreens;
   OwnWindows qtWindows;
   DesktopFacts qtFacts{[this] { return qtScreens.monitors(); }};
   WallpaperPictures pictures{facts()};
-  SessionHotKeys hotKeys{x11 ? x11->hotKeys() : nullptr};
+  SessionHotKeys hotKeys{x11 ? x11->hotKeys() : sway ? sway->hotKeys() : nullptr};
   QStringList missing;
 
   SessionRooms() {
@@ -69,6 +76,9 @@ constexpr Candidate<Service> wayland{"Wayland", [](SessionRooms& rooms) -> Servi
 using X11 = X11WindowSystem;
 using Wayland = WaylandWindowSystem;
 
+/// Of those that hide all others together.
+RunningApplications* hiddenTogether(SessionRooms& rooms);
+
 // In order of preference.
 constexpr std::array kScreens{
     x11<Screens, &X11::screens>, wayland<Screens, &Wayland::screens>,
@@ -82,7 +92,17 @@ constexpr std::array kCovers{x11<CoverWindows, &X11::covers>,
 constexpr std::array kWindowList{x11<WindowList, &X11::windowList>,
                                  wayland<WindowList, &Wayland::windowList>};
 constexpr std::array kSpaces{x11<Spaces, &X11::spaces>, wayland<Spaces, &Wayland::spaces>};
-constexpr std::array kApplications{x11<RunningApplications, &X11::runningApplications>};
+constexpr std::array kApplications{
+    x11<RunningApplications, &X11::runningApplications>,
+    Candidate<RunningApplications>{"all others at once", &hiddenTogether}};
+constexpr std::array kWindowHiders{
+    Candidate<WindowHider>{"sway",
+                           [](SessionRooms& rooms) -> WindowHider* {
+                             return rooms.sway ? rooms.sway->windowHider() : nullptr;
+                           }},
+    Candidate<WindowHider>{"KWin",
+                           [](SessionRooms& rooms) -> WindowHider* { return rooms.kwin.get(); }},
+    wayland<WindowHider, &Wayland::windowHider>};
 constexpr std::array kKeyTranslator{x11<KeyTranslator, &X11::keyTranslator>};
 constexpr std::array kHotKeys{
     Candidate<HotKeys>{"the session", [](SessionRooms& rooms) -> HotKeys* {
@@ -98,6 +118,11 @@ auto choose(SessionRooms& rooms, const Candidates& candidates, const char* witho
   }
   if (without != nullptr) rooms.missing << QLatin1String(without);
   return nullptr;
+}
+
+RunningApplications* hiddenTogether(SessionRooms& rooms) {
+  WindowHider* hider = choose(rooms, kWindowHiders);
+  return hider == nullptr ? nullptr : &rooms.others.emplace(*hider);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 //   foreign_window NAME COLOUR
 //
 // NAME is the window's title and what compositors know the program by, COLOUR as #rrggbb. It says
-// what it hears: "active" and "inactive" as the keyboard comes and goes, "key TEXT", "press".
+// what it hears: "active" and "inactive" as the keyboard comes and goes, "key TEXT", "press". F5 minimises it.
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -16,6 +16,7 @@ namespace {
 class Window : public QWidget {
  protected:
   void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_F5) showMinimized();
     if (!event->text().isEmpty()) say("key " + event->text().toStdString());
   }
   void mousePressEvent(QMouseEvent*) override { say("press"); }

@@ -15,6 +15,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcBus)
 Q_DECLARE_LOGGING_CATEGORY(lcGSettings)
 /// "calmdeck.keys": hot keys and the keyboard.
 Q_DECLARE_LOGGING_CATEGORY(lcKeys)
+/// "calmdeck.kwin": windows of other programs, at KWin.
+Q_DECLARE_LOGGING_CATEGORY(lcKWin)
 /// "calmdeck.login": what starts at login.
 Q_DECLARE_LOGGING_CATEGORY(lcLogin)
 /// "calmdeck.notifications": Do Not Disturb and notifications.
@@ -23,6 +25,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcNotifications)
 Q_DECLARE_LOGGING_CATEGORY(lcProcess)
 /// "calmdeck.session": which services this session offers.
 Q_DECLARE_LOGGING_CATEGORY(lcSession)
+/// "calmdeck.sway": the connection to sway, windows of other programs there.
+Q_DECLARE_LOGGING_CATEGORY(lcSway)
 /// "calmdeck.tray": the icon and its menu.
 Q_DECLARE_LOGGING_CATEGORY(lcTray)
 /// "calmdeck.ui": our own windows.

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "desktop/linux/wallpaper/DesktopFacts.h"
+#include "desktop/linux/wayland/ForeignToplevels.h"
 #include "desktop/linux/wayland/LayerCovers.h"
 #include "desktop/linux/wayland/ShmPicture.h"
 #include "desktop/linux/wayland/WaylandConnection.h"
@@ -29,6 +30,8 @@ class WaylandWindowSystem {
     return ownWindows_ && ownWindows_->isPossible() ? &*ownWindows_ : nullptr;
   }
 
+  [[nodiscard]] WindowHider* windowHider() { return toplevels_.get(); }
+
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
   /// Where to ask what the desktop was told to show behind everything. Null, as at first: nobody.
   /// Outlives its being set.
@@ -47,6 +50,8 @@ class WaylandWindowSystem {
   DesktopWindowList windowList_{screens_, pictures_};
   DesktopSpaces spaces_{pictures_};
   LayerCovers covers_{*connection_, outputs_, screens_};
+  /// Null where the compositor lets nobody minimise windows.
+  std::unique_ptr<ForeignToplevels> toplevels_ = ForeignToplevels::open(*connection_);
   DesktopFacts facts_{[this] { return screens_.monitors(); }};
 };
 

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSocketNotifier>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "desktop/linux/files/FileDescriptor.h"
+
+namespace linux_desktop {
+
+/// The connection to sway by which programs give it commands (the protocol of i3). When it ends,
+/// that is one line on standard error, and all questions fail from then on. Main thread only.
+class SwaySocket {
+ public:
+  /// The protocol's numbers.
+  enum class Question : std::uint32_t {
+    Command = 0,
+    Subscribe = 2,
+    Tree = 4,
+    Version = 7,
+    Config = 9
+  };
+  enum class Event : std::uint32_t { Workspace = 0x80000000, Binding = 0x80000005 };
+  /// Null is no answer.
+  using Answered = std::function<void(const QJsonDocument& answer)>;
+  using Happened = std::function<void(const QJsonObject& event)>;
+
+  /// Null where no sway answers that $SWAYSOCK names, within half a second.
+  [[nodiscard]] static std::unique_ptr<SwaySocket> open();
+  SwaySocket(const SwaySocket&) = delete;
+  SwaySocket& operator=(const SwaySocket&) = delete;
+
+  /// Returns at once. `answered` is called from the event loop, unless this is gone by then.
+  void ask(Question question, const QByteArray& text, Answered answered);
+  /// Waits for half a second at most, and not at all while sway has not caught up with an earlier
+  /// question that was waited for.
+  [[nodiscard]] QJsonDocument call(Question question, const QByteArray& text = {});
+  /// Sends commands and looks at no answer.
+  void command(const QByteArray& commands) { ask(Question::Command, commands, {}); }
+  /// Whoever wants a kind of event. Called from the event loop.
+  void listen(Event event, Happened happened);
+
+ private:
+  struct Waiting {
+    Answered answered;
+    bool isOverdue = false;
+  };
+  struct Listener {
+    Event event;
+    Happened happened;
+  };
+
+  explicit SwaySocket(FileDescriptor socket);
+  void send(Question question, const QByteArray& text);
+  void write();
+  void read();
+  [[nodiscard]] bool takeMessage();
+  void arrived(std::uint32_t type, const QByteArray& text);
+  void deliver(std::function<void()> what);
+  void fail(const char* reason);
+
+  FileDescriptor socket_;
+  QByteArray unsent_;
+  QByteArray unread_;
+  std::deque<Waiting> waiting_;
+  std::vector<Listener> listeners_;
+  QObject context_;
+  QSocketNotifier readable_;
+  QSocketNotifier writable_;
+};
+
+}  // namespace linux_desktop

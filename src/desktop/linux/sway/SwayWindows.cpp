@@ -1,0 +1,209 @@
+#include "desktop/linux/sway/SwayWindows.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/log/Log.h"
+#include "desktop/linux/sway/SwayConfig.h"
+
+namespace linux_desktop {
+namespace {
+
+const QString kEmptyPrefix = QStringLiteral("calmdeck ");
+/// Noted on a window, as is its number, that sway otherwise shows on every workspace. Sway shows no
+/// mark that begins like this.
+const QString kStickyMark = QStringLiteral("_calmdeck_sticky_");
+
+bool isEmptyOne(const QString& workspace) {
+  return workspace.startsWith(kEmptyPrefix);
+}
+
+QString emptyOneOf(const QString& workspace) {
+  return kEmptyPrefix + workspace;
+}
+
+QByteArray quoted(QString name) {
+  name.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+  name.replace(QLatin1Char('"'), QLatin1String("\\\""));
+  return '"' + name.toUtf8() + '"';
+}
+
+QByteArray with(SwayId id, const QByteArray& command) {
+  return "[con_id=" + QByteArray::number(static_cast<qint64>(id)) + "] " + command;
+}
+
+QByteArray moveTo(SwayId id, const QString& workspace) {
+  return with(id, "move container to workspace " + quoted(workspace));
+}
+
+/// Commands that turn monitors to other workspaces.
+class Turns {
+ public:
+  explicit Turns(const SwayTree& tree) : tree_(tree), output_(tree.output) {}
+
+  void turn(const QString& output, const QString& workspace) {
+    goTo(output);
+    commands += "workspace --no-auto-back-and-forth " + quoted(workspace);
+  }
+  /// Back to the monitor on which the user works.
+  void finish() { goTo(tree_.output); }
+
+  QByteArrayList commands;
+
+ private:
+  void goTo(const QString& output) {
+    if (std::exchange(output_, output) != output) commands += "focus output " + quoted(output);
+  }
+
+  const SwayTree& tree_;
+  QString output_;
+};
+
+bool isForeign(const SwayWindow& window, std::int64_t ourPid) {
+  return window.pid != ourPid;
+}
+
+void hide(const SwayWorkspace& workspace, std::int64_t ourPid, Turns& turns) {
+  const QString empty = emptyOneOf(workspace.name);
+  for (const SwayWindow& window : workspace.windows) {
+    if (!window.isSticky || !isForeign(window, ourPid)) continue;
+    const QByteArray mark = quoted(kStickyMark + QString::number(window.id));
+    turns.commands += with(window.id, "sticky disable, mark --add " + mark);
+  }
+  turns.turn(workspace.output, empty);
+  for (const SwayWindow& window : workspace.windows) {
+    if (!isForeign(window, ourPid)) turns.commands += moveTo(window.id, empty);
+  }
+}
+
+/// What was opened since the first time.
+void hideOnceMore(const SwayWorkspace& empty, std::int64_t ourPid, Turns& turns) {
+  for (const SwayWindow& window : empty.windows) {
+    if (!isForeign(window, ourPid)) continue;
+    turns.commands += moveTo(window.id, empty.name.mid(kEmptyPrefix.size()));
+  }
+}
+
+void makeStickyAgain(const SwayTree& tree, QByteArrayList& commands) {
+  for (const SwayWorkspace& workspace : tree.workspaces) {
+    for (const SwayWindow& window : workspace.windows) {
+      for (const QString& mark : window.marks) {
+        if (!mark.startsWith(kStickyMark)) continue;
+        commands += with(window.id, "sticky enable, unmark " + quoted(mark));
+      }
+    }
+  }
+}
+
+}  // namespace
+
+QByteArrayList swayHideCommands(const SwayTree& tree, std::int64_t ourPid) {
+  Turns turns(tree);
+  QByteArray refocus;
+  for (const SwayWorkspace& workspace : tree.workspaces) {
+    const auto foreign = std::ranges::find_if(
+        workspace.windows, [&](const SwayWindow& window) { return isForeign(window, ourPid); });
+    if (!workspace.isVisible || foreign == workspace.windows.end()) continue;
+    if (isEmptyOne(workspace.name)) {
+      hideOnceMore(workspace, ourPid, turns);
+      continue;
+    }
+    hide(workspace, ourPid, turns);
+    for (const SwayWindow& window : workspace.windows) {
+      if (window.id == tree.focused && !isForeign(window, ourPid)) {
+        refocus = with(window.id, "focus");
+      }
+    }
+  }
+  turns.finish();
+  if (!refocus.isEmpty()) turns.commands += refocus;
+  return turns.commands;
+}
+
+QByteArrayList swayShowCommands(const SwayTree& tree, std::int64_t ourPid, SwayId focusedBefore) {
+  Turns turns(tree);
+  QByteArray refocus;
+  for (const SwayWorkspace& workspace : tree.workspaces) {
+    if (!isEmptyOne(workspace.name)) continue;
+    const QString before = workspace.name.mid(kEmptyPrefix.size());
+    if (workspace.isVisible) turns.turn(workspace.output, before);
+    for (const SwayId group : workspace.groups) turns.commands += moveTo(group, before);
+    // Ours had nothing beside it there that could have the focus.
+    for (const SwayWindow& window : workspace.windows) {
+      const bool isMeant = isForeign(window, ourPid) || window.id == focusedBefore;
+      if (window.id == tree.focused && isMeant) refocus = with(window.id, "focus");
+    }
+  }
+  turns.finish();
+  makeStickyAgain(tree, turns.commands);
+  if (!refocus.isEmpty()) turns.commands += refocus;
+  return turns.commands;
+}
+
+SwayWindows::SwayWindows(SwaySocket& sway) : sway_(sway) {
+  sway_.listen(SwaySocket::Event::Workspace,
+               [this](const QJsonObject& event) { workspaceChanged(event); });
+  const QJsonDocument tree = sway_.call(SwaySocket::Question::Tree);
+  for (const SwayWorkspace& workspace : swayTree(tree.object()).workspaces) {
+    if (isEmptyOne(workspace.name)) empties_.insert(workspace.id);
+  }
+}
+
+void SwayWindows::hide(Done done) {
+  carryOut(
+      [this](const SwayTree& tree) {
+        focusedBefore_ = tree.focused;
+        return swayHideCommands(tree, QCoreApplication::applicationPid());
+      },
+      std::move(done));
+}
+
+void SwayWindows::show(Done done) {
+  carryOut(
+      [this](const SwayTree& tree) {
+        return swayShowCommands(tree, QCoreApplication::applicationPid(), focusedBefore_);
+      },
+      std::move(done));
+}
+
+void SwayWindows::carryOut(std::function<QByteArrayList(const SwayTree& tree)> plan, Done done) {
+  sway_.ask(SwaySocket::Question::Tree, {}, [=, this](const QJsonDocument& answer) {
+    const QByteArrayList commands = plan(swayTree(answer.object()));
+    if (commands.isEmpty()) {
+      done();
+      return;
+    }
+    sway_.ask(SwaySocket::Question::Command, withoutWarping(commands),
+              [done](const QJsonDocument& results) {
+                qCDebug(lcSway) << "turned:" << results.toJson(QJsonDocument::Compact);
+                done();
+              });
+  });
+}
+
+// Sway takes the pointer along to a monitor that gets the focus, and it would stay there.
+QByteArray SwayWindows::withoutWarping(const QByteArrayList& commands) {
+  const QByteArray all = commands.join(';');
+  if (!all.contains("focus output")) return all;
+  const QByteArray usual = SwayConfig::read(sway_).valueOf("mouse_warping", "output");
+  return "mouse_warping none;" + all + ";mouse_warping " + usual;
+}
+
+void SwayWindows::workspaceChanged(const QJsonObject& event) {
+  const QString change = event[QLatin1String("change")].toString();
+  const QJsonObject workspace = event[QLatin1String("current")].toObject();
+  const SwayId id = workspace[QLatin1String("id")].toInteger();
+  if (change == QLatin1String("empty")) {
+    empties_.erase(id);
+  } else if (change == QLatin1String("init") || change == QLatin1String("rename")) {
+    if (isEmptyOne(workspace[QLatin1String("name")].toString())) {
+      empties_.insert(id);
+    } else {
+      empties_.erase(id);
+    }
+  }
+}
+
+}  // namespace linux_desktop

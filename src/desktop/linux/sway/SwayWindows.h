@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+#include <cstdint>
+#include <functional>
+#include <set>
+
+#include "desktop/linux/sway/SwaySocket.h"
+#include "desktop/linux/sway/SwayTree.h"
+#include "desktop/linux/windowsystem/OtherApplications.h"
+
+namespace linux_desktop {
+
+/// Hides by turning every monitor to an empty workspace: nothing in the workspaces that were shown
+/// changes, neither layout nor focus. The empty one of "1" is called "calmdeck 1", which is how a
+/// later process knows where to go back to.
+class SwayWindows final : public WindowHider {
+ public:
+  /// `sway` outlives this.
+  explicit SwayWindows(SwaySocket& sway);
+
+  [[nodiscard]] bool isHiding() override { return !empties_.empty(); }
+  void hide(Done done) override;
+  void show(Done done) override;
+
+ private:
+  void carryOut(std::function<QByteArrayList(const SwayTree& tree)> plan, Done done);
+  [[nodiscard]] QByteArray withoutWarping(const QByteArrayList& commands);
+  void workspaceChanged(const QJsonObject& event);
+
+  SwaySocket& sway_;
+  /// The workspaces with such a name.
+  std::set<SwayId> empties_;
+  /// When this process hid the last time; 0: none.
+  SwayId focusedBefore_ = 0;
+};
+
+/// The commands that hide what is on the monitors, but for windows of this process.
+[[nodiscard]] QByteArrayList swayHideCommands(const SwayTree& tree, std::int64_t ourPid);
+/// The commands that show it again, where the user has not done so, with what was opened meanwhile.
+/// `focusedBefore` had the focus when it was hidden; 0: that is not known.
+[[nodiscard]] QByteArrayList swayShowCommands(const SwayTree& tree, std::int64_t ourPid,
+                                              SwayId focusedBefore);
+
+}  // namespace linux_desktop

@@ -1,0 +1,191 @@
+#include "desktop/linux/wayland/ForeignToplevels.h"
+
+#include <QGuiApplication>
+#include <algorithm>
+#include <chrono>
+#include <ranges>
+#include <span>
+#include <utility>
+
+#include "desktop/linux/log/Log.h"
+
+namespace linux_desktop {
+namespace {
+
+// From the third on it tells which windows are dialogs.
+constexpr std::uint32_t kManagerVersion = 3;
+constexpr std::uint32_t kSeatVersion = 1;
+/// Until windows that do not turn are left as they are.
+constexpr std::chrono::seconds kPatience{1};
+
+}  // namespace
+
+ForeignToplevel::ForeignToplevel(WaylandProxy<zwlr_foreign_toplevel_handle_v1> handle,
+                                 Client client)
+    : handle_(std::move(handle)), client_(std::move(client)) {
+  listen();
+}
+
+void ForeignToplevel::listen() {
+  static constexpr auto self = [](void* toplevel) {
+    return static_cast<ForeignToplevel*>(toplevel);
+  };
+  static constexpr zwlr_foreign_toplevel_handle_v1_listener kListener{
+      [](void*, zwlr_foreign_toplevel_handle_v1*, const char*) {},
+      [](void* toplevel, zwlr_foreign_toplevel_handle_v1*, const char* id) {
+        self(toplevel)->application_ = QString::fromUtf8(id);
+      },
+      [](void*, zwlr_foreign_toplevel_handle_v1*, wl_output*) {},
+      [](void*, zwlr_foreign_toplevel_handle_v1*, wl_output*) {},
+      [](void* toplevel, zwlr_foreign_toplevel_handle_v1*, wl_array* states) {
+        self(toplevel)->setStates(*states);
+      },
+      [](void* toplevel, zwlr_foreign_toplevel_handle_v1*) { self(toplevel)->described(); },
+      [](void* toplevel, zwlr_foreign_toplevel_handle_v1*) {
+        const auto closed = self(toplevel)->client_.closed;
+        closed(*self(toplevel));
+      },
+      [](void* toplevel, zwlr_foreign_toplevel_handle_v1*,
+         zwlr_foreign_toplevel_handle_v1* parent) {
+        self(toplevel)->hasParent_ = parent != nullptr;
+      }};
+  zwlr_foreign_toplevel_handle_v1_add_listener(handle_.get(), &kListener, this);
+}
+
+void ForeignToplevel::setStates(const wl_array& states) {
+  const std::span all(static_cast<const std::uint32_t*>(states.data),
+                      states.size / sizeof(std::uint32_t));
+  const auto has = [&](std::uint32_t state) { return std::ranges::find(all, state) != all.end(); };
+  told_.minimised = has(ZWLR_FOREIGN_TOPLEVEL_HANDLE_V1_STATE_MINIMIZED);
+  told_.active = has(ZWLR_FOREIGN_TOPLEVEL_HANDLE_V1_STATE_ACTIVATED);
+}
+
+void ForeignToplevel::described() {
+  const State before = std::exchange(state_, told_);
+  client_.changed(*this, before);
+}
+
+bool ForeignToplevel::isOurs() const {
+  return application_ == QGuiApplication::desktopFileName();
+}
+
+std::unique_ptr<ForeignToplevels> ForeignToplevels::open(WaylandConnection& connection) {
+  auto manager = connection.bindFirst<zwlr_foreign_toplevel_manager_v1>(
+      zwlr_foreign_toplevel_manager_v1_interface, kManagerVersion);
+  if (!manager) return nullptr;
+  return std::unique_ptr<ForeignToplevels>(new ForeignToplevels(connection, std::move(manager)));
+}
+
+ForeignToplevels::ForeignToplevels(WaylandConnection& connection, Manager manager)
+    : manager_(std::move(manager)),
+      seat_(connection.bindFirst<wl_seat>(wl_seat_interface, kSeatVersion)) {
+  patience_.setSingleShot(true);
+  patience_.setInterval(kPatience);
+  QObject::connect(&patience_, &QTimer::timeout, &context_, [this] { finish(); });
+  listen();
+  connection.roundTrip();
+  isListed_ = true;
+}
+
+void ForeignToplevels::listen() {
+  static constexpr zwlr_foreign_toplevel_manager_v1_listener kListener{
+      [](void* self, zwlr_foreign_toplevel_manager_v1*, zwlr_foreign_toplevel_handle_v1* handle) {
+        static_cast<ForeignToplevels*>(self)->came(handle);
+      },
+      [](void*, zwlr_foreign_toplevel_manager_v1*) {}};
+  zwlr_foreign_toplevel_manager_v1_add_listener(manager_.get(), &kListener, this);
+}
+
+void ForeignToplevels::came(zwlr_foreign_toplevel_handle_v1* handle) {
+  auto toplevel = std::make_unique<ForeignToplevel>(
+      WaylandProxy<zwlr_foreign_toplevel_handle_v1>(handle),
+      ForeignToplevel::Client{[this](ForeignToplevel& one, const ForeignToplevel::State& before) {
+                                changed(one, before);
+                              },
+                              [this](ForeignToplevel& one) { closed(one); }});
+  // Those that were there before us are listed with the newest first.
+  recent_.insert(isListed_ ? recent_.begin() : recent_.end(), std::move(toplevel));
+}
+
+void ForeignToplevels::changed(ForeignToplevel& toplevel, const ForeignToplevel::State& before) {
+  if (patience_.isActive()) {
+    if (toplevel.state().minimised == toMinimised_) turned(toplevel);
+    return;
+  }
+  if (!toplevel.state().minimised) toplevel.isHidden = false;
+  if (!toplevel.state().active || before.active) return;
+  const auto place = std::ranges::find(recent_, &toplevel, &std::unique_ptr<ForeignToplevel>::get);
+  std::rotate(recent_.begin(), place, place + 1);
+}
+
+void ForeignToplevels::closed(ForeignToplevel& toplevel) {
+  if (activeBefore_ == &toplevel) activeBefore_ = nullptr;
+  if (patience_.isActive()) turned(toplevel);
+  std::erase_if(recent_, [&](const auto& one) { return one.get() == &toplevel; });
+}
+
+bool ForeignToplevels::isHiding() {
+  return std::ranges::any_of(recent_, [](const auto& toplevel) { return toplevel->isHidden; });
+}
+
+ForeignToplevels::Toplevels ForeignToplevels::thoseWhere(
+    bool (*test)(const ForeignToplevel& toplevel)) const {
+  Toplevels found;
+  for (const auto& toplevel : recent_) {
+    if (!toplevel->isDialog() && test(*toplevel)) found.push_back(toplevel.get());
+  }
+  return found;
+}
+
+void ForeignToplevels::hide(Done done) {
+  const Toplevels going = thoseWhere(
+      [](const ForeignToplevel& one) { return !one.isOurs() && !one.state().minimised; });
+  if (!going.empty()) activeBefore_ = going.front();
+  for (ForeignToplevel* toplevel : going) {
+    toplevel->isHidden = true;
+    zwlr_foreign_toplevel_handle_v1_set_minimized(toplevel->get());
+  }
+  begin(going, true, std::move(done));
+}
+
+// Each that comes back is raised and made active, so that the last one stays so.
+void ForeignToplevels::show(Done done) {
+  const Toplevels hidden = thoseWhere([](const ForeignToplevel& one) { return one.isHidden; });
+  const Toplevels onTop =
+      thoseWhere([](const ForeignToplevel& one) { return !one.state().minimised; });
+  for (ForeignToplevel* toplevel : hidden | std::views::reverse) {
+    toplevel->isHidden = false;
+    zwlr_foreign_toplevel_handle_v1_unset_minimized(toplevel->get());
+  }
+  Toplevels active = onTop;
+  if (onTop.empty() && activeBefore_ != nullptr) active.push_back(activeBefore_);
+  for (ForeignToplevel* toplevel : active | std::views::reverse) {
+    if (seat_) zwlr_foreign_toplevel_handle_v1_activate(toplevel->get(), seat_.get());
+  }
+  begin(hidden, false, std::move(done));
+}
+
+void ForeignToplevels::begin(Toplevels turned, bool toMinimised, Done done) {
+  turning_ = std::move(turned);
+  toMinimised_ = toMinimised;
+  done_ = std::move(done);
+  patience_.start();
+  if (turning_.empty()) finish();
+}
+
+void ForeignToplevels::turned(ForeignToplevel& toplevel) {
+  std::erase(turning_, &toplevel);
+  if (turning_.empty()) finish();
+}
+
+void ForeignToplevels::finish() {
+  patience_.stop();
+  // Sway takes such a request and does nothing.
+  if (!turning_.empty()) qCWarning(lcWayland, "%zu windows cannot be minimised", turning_.size());
+  for (ForeignToplevel* toplevel : std::exchange(turning_, {})) toplevel->isHidden = false;
+  if (done_) {
+    QMetaObject::invokeMethod(&context_, std::exchange(done_, {}), Qt::QueuedConnection);
+  }
+}
+
+}  // namespace linux_desktop
