@@ -39,7 +39,7 @@ Environment AccessibilityClient::accessibleEnvironment() {
 
 std::vector<AccessibleElement> AccessibilityClient::elements() const {
   std::vector<AccessibleElement> elements;
-  for (const std::string& line : split(desk_.run({kPython, kScript, kApplication}).output, '\n')) {
+  for (const std::string& line : split(desk_.run({kPython, kScript, "tree", kApplication}).output, '\n')) {
     if (auto element = parsed(line)) elements.push_back(std::move(*element));
   }
   return elements;
@@ -59,6 +59,10 @@ std::optional<AccessibleElement> AccessibilityClient::await(
       },
       patience);
   return found;
+}
+
+bool AccessibilityClient::act(const AccessibleElement& element) const {
+  return desk_.run({kPython, kScript, "act", kApplication, element.role, element.name}).succeeded();
 }
 
 }  // namespace harness

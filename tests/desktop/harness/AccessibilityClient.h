@@ -34,6 +34,9 @@ class AccessibilityClient {
   /// The first control of this name that shows, once there is one; a mere label does not count.
   [[nodiscard]] std::optional<AccessibleElement> await(
       const std::string& name, std::chrono::milliseconds patience = kPatience) const;
+  /// Does what the element does when it is activated, without a mouse or a key. False when there
+  /// is no such element or it refuses.
+  [[nodiscard]] bool act(const AccessibleElement& element) const;
 
  private:
   const Desk& desk_;

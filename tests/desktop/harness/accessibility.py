@@ -1,8 +1,11 @@
 #!/usr/bin/python3
-"""What a screen reader finds in one application.
+"""What a screen reader finds in one application, and what it can do there.
 
-accessibility.py APPLICATION prints one line an element: role, name, states, x, y, width and height,
-separated by tabs. Ends with 1 when the application is not there (yet).
+accessibility.py tree APPLICATION          one line an element: role, name, states, x, y, width and
+                                           height, separated by tabs
+accessibility.py act APPLICATION ROLE NAME carries out the first action of that element
+
+Ends with 1 when the application or the element is not there (yet).
 """
 import sys
 
@@ -46,14 +49,17 @@ def role(element):
     return "button" if name == "push button" else name  # as it was called up to AT-SPI 2.52
 
 
-def main(name):
+def main(verb, name, *target):
     Atspi.set_timeout(2000, 2000)
     found = application(name)
     if not found:
         return 1
     for element in walk(found):
-        print(role(element), element.get_name(), states(element), *area(element), sep="\t")
-    return 0
+        if verb == "tree":
+            print(role(element), element.get_name(), states(element), *area(element), sep="\t")
+        elif (role(element), element.get_name()) == target:
+            return 0 if element.get_action_iface().do_action(0) else 1
+    return 0 if verb == "tree" else 1
 
 
 if __name__ == "__main__":

@@ -176,7 +176,7 @@ TEST_P(CoverMonitors, NoCoverOfAnEarlierPlaceLiesOverTheLiveOneWhenTheFirstMonit
   ASSERT_TRUE(covers.desk().until([&] { return covers.coverOf(kFirst) != before; }));
   covers.desk().server().setMonitors({both[0]});
   EXPECT_TRUE(covers.desk().until([&] { return covers.everyMonitorIsCovered(); }));
-  covers.setRootPicture(kBlue);
+  ASSERT_TRUE(covers.desk().run({"hsetroot", "-solid", "#0000ff"}).succeeded());
   EXPECT_TRUE(covers.desk().until([&] { return covers.desk().screen().pixel(200, 600) == kBlue; }))
       << "another picture, of which the live cover hears";
 }
