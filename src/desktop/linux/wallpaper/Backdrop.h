@@ -82,6 +82,9 @@ class BackdropSource {
  public:
   virtual ~BackdropSource() = default;
 
+  /// Whether a desktop is known to draw here, be it one that does not tell what.
+  [[nodiscard]] virtual bool isDesktopKnown() = 0;
+
   /// For the present workspace. None where nobody knows: no desktop draws one, or it does not
   /// answer.
   [[nodiscard]] virtual std::optional<Backdrop> backdrop(const Monitor& monitor) = 0;

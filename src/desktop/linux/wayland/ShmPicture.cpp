@@ -59,8 +59,18 @@ std::shared_ptr<const ShmPicture> ShmPicture::make(wl_shm& shm, const QImage& im
 ShmPictures::ShmPictures(WaylandConnection& connection, const MonitorScreens& screens)
     : shm_(connection.bindFirst<wl_shm>(wl_shm_interface, 1)), backdrops_(screens) {}
 
+QImage ShmPictures::drawn(const Monitor& monitor) const {
+  ToldBackdrop told = backdrops_.on(monitor);
+  const QImage& image = told.image();
+  if (!image.isNull()) return image.convertToFormat(QImage::Format_RGB32);
+  if (told.takesLong() || !told.isDesktopKnown()) return {};
+  QImage plain(monitor.pixels().size(), QImage::Format_RGB32);
+  plain.fill(Qt::black);
+  return plain;
+}
+
 std::shared_ptr<const HeldPicture> ShmPictures::picture(const Monitor& monitor) {
-  const QImage image = backdrops_.on(monitor).image().convertToFormat(QImage::Format_RGB32);
+  const QImage image = drawn(monitor);
   if (image.isNull() || !shm_) return nullptr;
   std::erase_if(held_, [](const auto& held) { return held.expired(); });
   for (const auto& held : held_) {

@@ -33,8 +33,9 @@ class ShmPicture final : public HeldPicture {
 };
 
 /// The desktop of a Wayland compositor. Nobody may look at what lies below other windows there, so
-/// its pictures are what the desktop was told to show, drawn here. One that several monitors show
-/// is held once. Main thread only.
+/// its pictures are what the desktop was told to show, drawn here; black, where it does not tell.
+/// Where no desktop is known there are no icons to be covered, and no pictures. One that several
+/// monitors show is held once. Main thread only.
 class ShmPictures final : public DesktopView {
  public:
   /// Both outlive this.
@@ -47,6 +48,8 @@ class ShmPictures final : public DesktopView {
   void follow(std::function<void()> changed) override;
 
  private:
+  [[nodiscard]] QImage drawn(const Monitor& monitor) const;
+
   WaylandProxy<wl_shm> shm_;
   ToldBackdrops backdrops_;
   std::vector<std::weak_ptr<const ShmPicture>> held_;
