@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <filesystem>
 
@@ -26,8 +26,10 @@ constexpr const char* kSettings = R"({"kUserdefaultsToggleDesktopIcons": true,
 /// Of the desktop on the first monitor, as the stand-in has it.
 constexpr std::uint32_t kColour = 0x20a040;
 constexpr std::uint32_t kIcons = 0xff00ff;
-// For those that are plugged in. Plasma does not tell of a wallpaper on the last one.
-const std::string kFurtherMonitors =
+// Whoever runs the test may use the X server. The rest is for those that are plugged in. Plasma
+// does not tell of a wallpaper on the last one.
+const std::string kForSway =
+    "exec xhost +local:\n"
     "output HEADLESS-3 resolution 1280x720 position 2560 0\n"
     "output HEADLESS-4 resolution 1280x720 position 3840 0\n";
 
@@ -50,6 +52,10 @@ Image fine() {
 /// mode covers icons and does nothing else. Icons are one colour all over each monitor.
 class WaylandCoverTest : public testing::TestWithParam<Compositor> {
  protected:
+  enum class Program { OfWayland, OfX11 };
+
+  explicit WaylandCoverTest(Program kind = Program::OfWayland) : kind_(kind) {}
+
   void SetUp() override {
     const std::filesystem::path file = desk.home().home() / "fine.png";
     harness::writePng(fine(), file);
@@ -58,6 +64,10 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor> {
     desk.home().writeConfig("calmdeck/settings.json", kSettings);
     auto environment = harness::AccessibilityClient::accessibleEnvironment();
     environment["XDG_CURRENT_DESKTOP"] = "KDE";
+    if (kind_ == Program::OfX11) {
+      environment["QT_QPA_PLATFORM"] = "xcb";
+      ASSERT_TRUE(desk.until([&] { return desk.run({"xset", "q"}).succeeded(); }));
+    }
     program_ = desk.startCalmdeck(environment);
   }
 
@@ -95,13 +105,20 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor> {
     return comes && !isBlack;
   }
 
+  [[nodiscard]] bool isModeOn() const {
+    const auto mode = harness::AccessibilityClient(desk).await("Presentation mode");
+    return mode && mode->is("checked");
+  }
+  [[nodiscard]] std::string errors() const { return program_->errorOutput(); }
+
   const Image empty = plain(0, kStrip.width, kStrip.height);
   const Image colour = plain(kColour, kStrip.width, kStrip.height);
   const Image picture = fine().part(kStrip);
   const Image icons = plain(kIcons, kStrip.width, kStrip.height);
-  WaylandDesk desk{
-      {.compositor = GetParam(),
-       .configuration = GetParam() == Compositor::Sway ? kFurtherMonitors : std::string()}};
+  const Program kind_;
+  WaylandDesk desk{{.compositor = GetParam(),
+                    .xwayland = kind_ == Program::OfX11,
+                    .configuration = GetParam() == Compositor::Sway ? kForSway : std::string()}};
 
  private:
   std::unique_ptr<Process> shell_;
@@ -151,6 +168,28 @@ TEST_P(WaylandCoverTest, ComesToAMonitorThatComesAndIsNeverSeenEmpty) {
   ASSERT_TRUE(desk.run({"swaymsg", "create_output"}).succeeded());
   EXPECT_TRUE(shows(3, empty));
   EXPECT_TRUE(shows(0, colour) && shows(1, picture) && shows(2, picture));
+}
+
+/// Without Qt's plugin for Wayland.
+class XProgramCoverTest : public WaylandCoverTest {
+ protected:
+  XProgramCoverTest() : WaylandCoverTest(Program::OfX11) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(On, XProgramCoverTest, testing::ValuesIn(harness::installedCompositors()),
+                         testing::PrintToStringParamName());
+
+TEST_P(XProgramCoverTest, CoversOnlyWhereNoWindowWouldBeUnderIt) {
+  startIcons();
+  toggle();
+  ASSERT_TRUE(desk.until([&] { return isModeOn(); }));
+  if (GetParam() == Compositor::Kwin) {
+    EXPECT_TRUE(shows(0, colour) && shows(1, picture));
+  } else {
+    EXPECT_EQ(desk.screen().settled(kStrip, 500ms, 5s), icons);
+    EXPECT_THAT(errors(), testing::HasSubstr("desktop icons are not covered"));
+  }
+  EXPECT_THAT(errors(), testing::HasSubstr("qt6-wayland"));
 }
 
 }  // namespace
