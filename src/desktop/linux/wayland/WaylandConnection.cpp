@@ -118,10 +118,13 @@ void WaylandConnection::fail() {
   const int error = wl_display_get_error(display_.get());
   const wl_interface* interface = nullptr;
   if (error == EPROTO) wl_display_get_protocol_error(display_.get(), &interface, nullptr);
-  qCWarning(lcWayland, "the compositor has ended our connection: %s%s", std::strerror(error),
-            interface == nullptr
-                ? ""
-                : qPrintable(QLatin1String(" at ") + QLatin1String(interface->name)));
+  const QString where =
+      interface == nullptr ? QString() : QLatin1String(" at ") + QLatin1String(interface->name);
+  qCWarning(
+      lcWayland,
+      "the compositor has ended our connection (%s%s): icons are not covered until Calmdeck is "
+      "started again",
+      std::strerror(error), qPrintable(where));
   QMetaObject::invokeMethod(
       this, [this] { Q_EMIT lost(); }, Qt::QueuedConnection);
 }
