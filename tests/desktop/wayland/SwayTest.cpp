@@ -56,11 +56,12 @@ class SwayTest : public testing::Test {
 TEST_F(SwayTest, EachMonitorTurnsToAnEmptyWorkspaceAndExactlyBack) {
   start();
   ForeignWindow& red = desk->openWindow("red", kRed);
-  desk->openWindow("blue", kBlue);
+  ForeignWindow& blue = desk->openWindow("blue", kBlue);
   sway("focus output HEADLESS-2");
   desk->openWindow("white", kWhite);
   sway("[app_id=\"red\"] floating enable, sticky enable, move position 40 30, focus");
   startProgram();
+  desk->input().moveTo(WaylandDesk::kOutputWidth - 50, WaylandDesk::kOutputHeight - 50);
   sway("[app_id=\"red\"] focus");
   const auto places = [&] {
     return std::vector{desk->areaOf(kRed), desk->areaOf(kBlue), desk->areaOf(kWhite)};
@@ -71,6 +72,10 @@ TEST_F(SwayTest, EachMonitorTurnsToAnEmptyWorkspaceAndExactlyBack) {
   EXPECT_TRUE(desk->until([&] { return !isSeen(kRed) && !isSeen(kBlue) && !isSeen(kWhite); }));
   press();
   EXPECT_TRUE(desk->until([&] { return places() == before; }));
+  // The pointer has not been taken along to another monitor, nor to what has the focus.
+  desk->input().press(harness::Button::Left);
+  desk->input().release(harness::Button::Left);
+  EXPECT_TRUE(blue.process->waitForLine("^press$"));
   // It has come along everywhere again.
   sway("workspace 9");
   EXPECT_TRUE(desk->until([&] { return isSeen(kRed) && !isSeen(kBlue); }));
