@@ -11,6 +11,7 @@
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
+#include "shared/ActionNames.h"
 #include "shared/SettingsKeys.h"
 
 namespace app {
@@ -127,6 +128,13 @@ void AppDelegate::registerHotKey(std::shared_ptr<hotkeys::HotKey> AppDelegate::*
 void AppDelegate::toggleAppPressed() {
   platform::print("Pressed at " + platform::NSDate::date().description());
   sharedViewController()->togglePresentationMode();
+}
+
+std::function<void()> AppDelegate::applicationAction(std::string_view name) {
+  if (name == shared::kTogglePresentationMode) return [this] { toggleAppPressed(); };
+  if (name == shared::kToggleMicrophone) return muteMicPressed;
+  if (name == shared::kShowPreferences) return [this] { showPreferences(); };
+  return {};
 }
 
 // --- Clicks ---

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string_view>
 
 #include "hotkeys/HotKey.h"
 #include "platform/appkit/NSApplication.h"
@@ -55,6 +57,8 @@ class AppDelegate final : public platform::NSObject,
   /// Nothing is taken back: the effects of the mode outlast the program.
   void applicationWillTerminate() override {}
   void applicationShouldHandleReopen() override { showPopover(); }
+  /// What the shortcuts and the menu do.
+  [[nodiscard]] std::function<void()> applicationAction(std::string_view name) override;
   void checkForUpdate();
   void showPreferences();
   void quitApp();

@@ -71,6 +71,19 @@ TEST_F(ShortcutsTest, OneThatIsTakenAtLaunchIsToldInTheOpenedPreferencesAndIsSil
   EXPECT_EQ(delegate().hotKeyToggleApp(), nullptr);
 }
 
+TEST_F(ShortcutsTest, KeysThatTheUserBindsHimselfDoAndPrintTheSame) {
+  launch();
+  EXPECT_TRUE(desk.userSession.perform("toggle-presentation-mode"));
+  EXPECT_TRUE(isModeOn());
+  EXPECT_THAT(desk.output.lines, ElementsAre(StartsWith("Pressed at ")));
+  EXPECT_TRUE(desk.userSession.perform("toggle-presentation-mode"));
+  EXPECT_FALSE(isModeOn());
+
+  EXPECT_TRUE(desk.userSession.perform("preferences"));
+  EXPECT_TRUE(sharedPreferencesWindowController()->window()->isVisible());
+  EXPECT_FALSE(desk.userSession.perform("togglePopover:"));
+}
+
 TEST_F(ShortcutsTest, ShortcutsAreRegisteredAndDroppedByName) {
   launch();
   auto& state = preferences::shortcutState();
@@ -131,6 +144,11 @@ TEST_F(MicrophoneActionTest, APressMutesAndTheNextGivesTheLevelBack) {
                                               "print 0", "automation.setInputVolume 35",
                                               "automation.displayNotification Mic unmuted"));
   EXPECT_EQ(level(), Value(35));
+  const std::vector<std::string> byShortcut = desk.log.entries();
+  setLevel(0);
+  desk.log.clear();
+  EXPECT_TRUE(desk.userSession.perform("toggle-microphone"));
+  EXPECT_EQ(desk.log.entries(), byShortcut) << "a key of the user's own";
 }
 
 TEST_F(MicrophoneActionTest, WhoeverSilencedItTheLastLevelThatWasSeenComesBack) {

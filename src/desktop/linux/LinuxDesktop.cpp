@@ -18,9 +18,9 @@
 #include "desktop/linux/notifications/DaemonDoNotDisturb.h"
 #include "desktop/linux/notifications/DaemonNotifier.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
-#include "desktop/linux/process/SingleInstance.h"
 #include "desktop/linux/process/StandardOutputStream.h"
 #include "desktop/linux/process/TerminationSignals.h"
+#include "desktop/linux/process/UserSession.h"
 #include "desktop/linux/tray/TrayStatusBar.h"
 #include "desktop/linux/ui/QtWindows.h"
 #include "desktop/linux/updates/PackageKitUpdates.h"
@@ -118,6 +118,8 @@ std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, c
 
 LinuxDesktop::LinuxDesktop(std::unique_ptr<Process> process)
     : process_(std::move(process)), services_(std::make_unique<Services>(*process_)) {
+  // In this order: with the name come the calls for which the bus has started us.
+  process_->session.joinBus(QDBusConnection::sessionBus());
   requestBusName(QDBusConnection::sessionBus());
 }
 

@@ -49,6 +49,8 @@ class SimulatedSession final : public platform::port::Session {
   void setClient(platform::port::SessionClient* client) override { client_ = client; }
   /// The user starts the program a second time.
   void reopen() { client_->applicationShouldReopen(); }
+  /// A key of the user's own, or a script, asks for an action. False: there is none.
+  bool perform(std::string_view action) { return client_->applicationShouldPerform(action); }
 
  private:
   platform::port::SessionClient* client_ = nullptr;

@@ -79,6 +79,13 @@ void NSApplication::applicationShouldReopen() {
       [this] { applicationDelegate().applicationShouldHandleReopen(); });
 }
 
+bool NSApplication::applicationShouldPerform(std::string_view action) {
+  std::function<void()> perform = applicationDelegate().applicationAction(action);
+  if (!perform) return false;
+  NSRunLoop::mainRunLoop().deliver(std::move(perform));
+  return true;
+}
+
 void NSApplication::screenParametersDidChange() {
   NSRunLoop::mainRunLoop().deliver([] {
     NSNotificationCenter::defaultCenter().postNotificationName(

@@ -21,6 +21,10 @@ class NSApplicationDelegate {
   virtual void applicationWillTerminate() = 0;
   /// The user started the program again while it runs.
   virtual void applicationShouldHandleReopen() = 0;
+  /// What the action of that name does; empty: there is none (see port::SessionClient).
+  [[nodiscard]] virtual std::function<void()> applicationAction(std::string_view /*name*/) {
+    return {};
+  }
 };
 
 /// The application: its delegate, its events and the end of the responder chain. Main thread only.
@@ -59,6 +63,7 @@ class NSApplication final : public NSObject,
 
  private:
   void applicationShouldReopen() override;
+  bool applicationShouldPerform(std::string_view action) override;
   void screenParametersDidChange() override;
   [[nodiscard]] NSApplicationDelegate& applicationDelegate();
 

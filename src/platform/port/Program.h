@@ -87,6 +87,9 @@ class SessionClient {
   virtual ~SessionClient() = default;
   /// The user started the program again while it runs: show something.
   virtual void applicationShouldReopen() = 0;
+  /// The user asks for one of the program's actions from outside of it, by a key that he has bound
+  /// himself, say, or a script. False: the program has none of that name.
+  virtual bool applicationShouldPerform(std::string_view action) = 0;
 };
 
 class Session {

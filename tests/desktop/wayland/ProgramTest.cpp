@@ -1,28 +1,78 @@
 #include <gmock/gmock.h>
 
+#include <sstream>
+
 #include "desktop/harness/WaylandDesk.h"
 
 using harness::Compositor;
+using harness::Process;
 using harness::Stream;
 using harness::WaylandDesk;
 
 namespace {
 
-/// The real program as a native client.
+constexpr const char* kName = "org.calmdeck.Calmdeck";
+constexpr const char* kSink = "out1";
+
+/// The real program as a native client, told to mute the speaker.
 class WaylandProgramTest : public testing::TestWithParam<Compositor> {
  protected:
-  WaylandDesk desk{{.compositor = GetParam(), .sound = harness::SoundServerKind::PulseAudio}};
+  WaylandProgramTest() {
+    desk.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": true,
+                                "kuserdefault_ToggleAppShortcut": "p",
+                                "kuserdefault_ToggleAppFlag": [12, 13]})");
+  }
+
+  [[nodiscard]] testing::AssertionResult does(const std::string& action) {
+    const harness::RunResult asked = desk.run({"gapplication", "action", kName, action});
+    if (asked.succeeded()) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << asked.errorOutput;
+  }
+  [[nodiscard]] bool sinkMuted(bool muted) {
+    return desk.until([&] { return desk.sound().sinkMuted(kSink) == muted; });
+  }
+  [[nodiscard]] bool isOnTheBus() {
+    return desk.until([&] { return desk.bus().hasOwner(kName); });
+  }
+
+  WaylandDesk desk{{.compositor = GetParam(),
+                    .bar = harness::Bar::Waybar,
+                    .sound = harness::SoundServerKind::PulseAudio}};
 };
 
 INSTANTIATE_TEST_SUITE_P(Compositors, WaylandProgramTest,
                          testing::ValuesIn(harness::installedCompositors()),
                          testing::PrintToStringParamName());
 
+/// The program's own lines on standard error, without Qt's remarks.
+std::vector<std::string> complaints(const Process& program) {
+  std::vector<std::string> found;
+  std::istringstream lines(program.errorOutput());
+  for (std::string line; std::getline(lines, line);)
+    if (line.find("calmdeck.") != std::string::npos) found.push_back(line);
+  return found;
+}
+
 TEST_P(WaylandProgramTest, StartsAndSaysInOneLineWhatDoesNotWork) {
   const auto program = desk.startCalmdeck();
-  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner("org.calmdeck.Calmdeck"); }));
+  ASSERT_TRUE(isOnTheBus());
+  ASSERT_TRUE(does("no-such-action"));
+  ASSERT_TRUE(
+      program->waitForLine("no action \"no-such-action\"", harness::kPatience, Stream::Error));
+  std::vector<std::string> said = complaints(*program);
+  said.pop_back();
+  EXPECT_THAT(said, testing::SizeIs(testing::Le(1U)));
   EXPECT_TRUE(program->running());
-  EXPECT_THAT(program->errorOutput(), testing::Not(testing::HasSubstr("xcb")));
+}
+
+TEST_P(WaylandProgramTest, KeysThatTheUserBindsToItsActionsWork) {
+  const auto program = desk.startCalmdeck();
+  ASSERT_TRUE(isOnTheBus());
+  ASSERT_TRUE(does("toggle-presentation-mode"));
+  EXPECT_TRUE(sinkMuted(true));
+  EXPECT_TRUE(program->waitForLine("^Pressed at "));
+  ASSERT_TRUE(does("toggle-presentation-mode"));
+  EXPECT_TRUE(sinkMuted(false));
 }
 
 }  // namespace

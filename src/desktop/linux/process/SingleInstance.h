@@ -10,7 +10,6 @@
 #include <string>
 
 #include "desktop/linux/files/FileDescriptor.h"
-#include "platform/port/Program.h"
 
 class QSocketNotifier;
 
@@ -80,21 +79,6 @@ class SingleInstance {
   std::optional<std::filesystem::path> folder_;
   FileDescriptor lock_;
   std::optional<ShowRequests> requests_;
-};
-
-/// The user's session as the application sees it: it hears of further starts of the program.
-class UserSession final : public platform::port::Session {
- public:
-  /// See SingleInstance::claim.
-  [[nodiscard]] SingleInstance::Claim claim() { return instance_.claim(); }
-
-  void setClient(platform::port::SessionClient* client) override { client_ = client; }
-
- private:
-  platform::port::SessionClient* client_ = nullptr;
-  SingleInstance instance_{[this] {
-    if (client_ != nullptr) client_->applicationShouldReopen();
-  }};
 };
 
 }  // namespace linux_desktop

@@ -1,0 +1,49 @@
+#include <gmock/gmock.h>
+
+#include "desktop/program/ProgramDesk.h"
+
+namespace {
+
+constexpr const char* kName = "org.calmdeck.Calmdeck";
+
+/// The program over the bus, with the desktops' own clients.
+class ActionsTest : public testing::Test {
+ protected:
+  ActionsTest() {
+    desk.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": true})");
+  }
+  [[nodiscard]] bool asks(std::vector<std::string> words) {
+    words.insert(words.begin(), "gapplication");
+    return desk.run(std::move(words)).succeeded();
+  }
+
+  ProgramDesk program{{.windowManager = harness::WindowManager::Xfwm4,
+                       .panel = harness::Panel::XfcePanel,
+                       .sound = harness::SoundServerKind::PulseAudio}};
+  harness::XDesk& desk = program.desk();
+};
+
+TEST_F(ActionsTest, TheRunningProgramDoesThemAndShowsItself) {
+  ASSERT_TRUE(program.start());
+  ASSERT_TRUE(asks({"action", kName, "toggle-presentation-mode"}));
+  EXPECT_TRUE(program.says("Pressed at .*"));
+  EXPECT_TRUE(program.sinkMuted(true));
+  desk.input().key("Escape");
+  ASSERT_TRUE(program.closes());
+  ASSERT_TRUE(asks({"launch", kName}));
+  EXPECT_TRUE(program.opens());
+  ASSERT_TRUE(asks({"action", kName, "preferences"}));
+  EXPECT_TRUE(desk.awaitWindow(
+      [](const harness::WindowInfo& window) { return window.name == "Preferences — Calmdeck"; }));
+}
+
+TEST_F(ActionsTest, TheBusStartsTheProgramForOne) {
+  desk.bus().offer(kName, CALMDECK_PROGRAM);
+  const auto passedOn = desk.run({"dbus-update-activation-environment", "DISPLAY"});
+  ASSERT_TRUE(passedOn.succeeded()) << passedOn.errorOutput;
+  ASSERT_TRUE(asks({"action", kName, "toggle-presentation-mode"}));
+  EXPECT_TRUE(desk.until([&] { return desk.sound().sinkMuted(ProgramDesk::kSink); }));
+  EXPECT_TRUE(desk.until([&] { return desk.openPopover().has_value(); }));
+}
+
+}  // namespace
