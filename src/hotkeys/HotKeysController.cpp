@@ -58,7 +58,7 @@ void HotKeysController::registerHotKey(const std::shared_ptr<HotKey>& hotKey) {
     installEventHandler();
     return;
   }
-  if (own.unavailable) own.unavailable();
+  if (own.unavailable && !platform::AreHotKeysBoundByUser()) own.unavailable();
 }
 
 void HotKeysController::unregisterHotKey(const HotKey& hotKey) {

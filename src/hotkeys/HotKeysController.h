@@ -38,7 +38,8 @@ class HotKeysController {
   static constexpr std::uint32_t kSignature = platform::fourCharCode("Vexo");
 
   /// Called when the desktop refuses a combination: tells the user to choose another one. Must not
-  /// wait for the answer. Empty: nobody is told.
+  /// wait for the answer. Empty: nobody is told; nor where users bind keys themselves, since none
+  /// is refused there.
   static void setUnavailableHandler(std::function<void()> handler);
 
   /// Gives the hot key a box with the next number and asks the desktop for its combination. One

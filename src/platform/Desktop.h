@@ -32,6 +32,8 @@ struct Desktop {
   port::AudioObjects* audioObjects = nullptr;
   port::Automation* automation = nullptr;
   port::HotKeys* hotKeys = nullptr;
+  /// Only where there are no hot keys.
+  port::OwnKeyBindings* ownKeyBindings = nullptr;
   port::LoginItems* loginItems = nullptr;
   port::UpdateService* updates = nullptr;
   port::Spaces* spaces = nullptr;

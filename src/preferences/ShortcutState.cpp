@@ -3,6 +3,7 @@
 #include "platform/Runtime.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "preferences/generalVc.h"
+#include "shared/ActionNames.h"
 #include "shared/SettingsKeys.h"
 
 namespace preferences {
@@ -16,6 +17,7 @@ const ShortcutRow ShortcutRow::toggleApp{
     .clearButton = &generalVc::btnClearShortcut_ToggleApp,
     .textKey = shared::kuserdefault_ToggleAppShortcut,
     .listKey = shared::kuserdefault_ToggleAppFlag,
+    .action = shared::kTogglePresentationMode,
     .registerHotKey = &PreferencesHost::registerToggleAppHotKey,
     .unregisterHotKey = &PreferencesHost::unregisterToggleAppHotKey,
     .hotKey = &PreferencesHost::hotKeyToggleApp,
@@ -29,6 +31,7 @@ const ShortcutRow ShortcutRow::muteMic{
     .clearButton = &generalVc::btnClearShortcut_MuteMic,
     .textKey = shared::kuserdefault_MuteMicShortcut,
     .listKey = shared::kuserdefault_MuteMicFlag,
+    .action = shared::kToggleMicrophone,
     .registerHotKey = &PreferencesHost::registerMuteMicHotKey,
     .unregisterHotKey = &PreferencesHost::unregisterMuteMicHotKey,
     .hotKey = &PreferencesHost::hotKeyMuteMic,

@@ -22,6 +22,8 @@ struct ShortcutRow {
   std::weak_ptr<platform::NSButton> generalVc::*clearButton;
   std::string_view textKey;
   std::string_view listKey;
+  /// What it does, for users who bind the keys themselves.
+  std::string_view action;
   void (PreferencesHost::*registerHotKey)();
   void (PreferencesHost::*unregisterHotKey)();
   const std::shared_ptr<hotkeys::HotKey>& (PreferencesHost::*hotKey)() const;

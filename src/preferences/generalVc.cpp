@@ -95,6 +95,8 @@ const platform::ClassDescription& generalVc::classDescription() const {
       outlet<&generalVc::btnRecordShortcutMuteMic>("btnRecordShortcutMuteMic"),
       outlet<&generalVc::lblShortcutToggleApp>("lblShortcutToggleApp"),
       outlet<&generalVc::lblShortcutMuteMic>("lblShortcutMuteMic"),
+      outlet<&generalVc::lblOwnKeyBindings>("lblOwnKeyBindings"),
+      outlet<&generalVc::lblOwnKeyBindingsNote>("lblOwnKeyBindingsNote"),
       outlet<&generalVc::lblCurrentWallpaper>("lblCurrentWallpaper"),
       outlet<&generalVc::btnChangeWallpaper>("btnChangeWallpaper"),
       outlet<&generalVc::checkBoxLaunchAtLogin>("checkBoxLaunchAtLogin"),

@@ -38,6 +38,8 @@ class generalVc final : public platform::NSViewController {
   std::weak_ptr<platform::NSButton> btnRecordShortcutMuteMic;
   std::weak_ptr<platform::NSTextField> lblShortcutToggleApp;
   std::weak_ptr<platform::NSTextField> lblShortcutMuteMic;
+  std::weak_ptr<platform::NSTextField> lblOwnKeyBindings;
+  std::weak_ptr<platform::NSTextField> lblOwnKeyBindingsNote;
   std::weak_ptr<platform::NSTextField> lblCurrentWallpaper;
   std::weak_ptr<platform::NSButton> btnChangeWallpaper;
   std::weak_ptr<platform::NSButton> checkBoxLaunchAtLogin;
@@ -71,6 +73,8 @@ class generalVc final : public platform::NSViewController {
   /// Leaves the recording of a row that has its new shortcut.
   void endRecording();
   void showShortcut(const ShortcutRow& row, const std::string& text) const;
+  /// Where users bind the keys themselves: what to write down for the stored shortcuts.
+  void showOwnKeyBindings() const;
 
   [[nodiscard]] const platform::ClassDescription& classDescription() const override;
 

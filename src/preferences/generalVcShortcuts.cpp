@@ -1,3 +1,4 @@
+#include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
@@ -52,6 +53,23 @@ void generalVc::reload(const ShortcutRow& row) const {
   showShortcut(row, hasShortcut ? shortcut : kNoShortcut);
   showClearButton(row, hasShortcut);
   showRecording(row, false);
+  showOwnKeyBindings();
+}
+
+void generalVc::showOwnKeyBindings() const {
+  std::string lines;
+  for (const ShortcutRow* row : {&ShortcutRow::toggleApp, &ShortcutRow::muteMic}) {
+    ShortcutState stored;
+    stored.loadShortcut(row->textKey, row->listKey);
+    if (stored.currentShortcutModifiers.isEmpty()) continue;
+    const hotkeys::KeyCombo keys(stored.currentShortcutKey, stored.currentShortcutModifiers);
+    const auto line =
+        platform::OwnHotKeyBinding(keys.carbonKeyCode, keys.carbonModifiers, row->action);
+    if (line) lines.append(lines.empty() ? "" : "\n").append(*line);
+  }
+  connected(&generalVc::lblOwnKeyBindings).setStringValue(lines);
+  connected(&generalVc::lblOwnKeyBindings).setHidden(lines.empty());
+  connected(&generalVc::lblOwnKeyBindingsNote).setHidden(lines.empty());
 }
 
 // --- Recording ---
@@ -87,6 +105,7 @@ void generalVc::endRecording() {
   shortcutState().isRecordingShortcut = false;
   showRecording(ShortcutRow::recording(), false);
   showClearButton(ShortcutRow::recording(), true);
+  showOwnKeyBindings();
 }
 
 // --- Clearing ---
@@ -109,6 +128,7 @@ void generalVc::clear(const ShortcutRow& row) const {
   showShortcut(row, kNoShortcut);
   showClearButton(row, false);
   showRecording(row, false);
+  showOwnKeyBindings();
 }
 
 }  // namespace preferences

@@ -84,6 +84,15 @@ TEST_F(ShortcutsTest, KeysThatTheUserBindsHimselfDoAndPrintTheSame) {
   EXPECT_FALSE(desk.userSession.perform("togglePopover:"));
 }
 
+TEST_F(ShortcutsTest, WhereTheUserBindsKeysAStoredShortcutRaisesNoAlert) {
+  desk.desktop.hotKeys = nullptr;
+  desk.desktop.ownKeyBindings = &desk.ownKeyBindings;
+  storeShortcut(toggleApp, "k", Array{12});
+  launch();
+  EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 1U) << "the panel alone";
+}
+
 TEST_F(ShortcutsTest, ShortcutsAreRegisteredAndDroppedByName) {
   launch();
   auto& state = preferences::shortcutState();

@@ -132,5 +132,30 @@ TEST_F(GeneralPaneTest, TheCheckboxStoresTheChoiceAndChangesTheLoginItemsAtOnce)
   EXPECT_EQ(desk.log.calls("loginItems").back(), "loginItems.insert /programs/calmdeck");
 }
 
+TEST_F(GeneralPaneTest, WhereTheUserBindsKeysItShowsWhatToWriteDown) {
+  const auto lines = [] { return pane().lblOwnKeyBindings.lock()->stringValue(); };
+  const auto isShown = [] {
+    EXPECT_EQ(pane().lblOwnKeyBindings.lock()->isHidden(),
+              pane().lblOwnKeyBindingsNote.lock()->isHidden());
+    return !pane().lblOwnKeyBindings.lock()->isHidden();
+  };
+  storeShortcut(toggleApp, "k", Array{12});
+  desk.desktop.hotKeys = nullptr;
+  desk.desktop.ownKeyBindings = &desk.ownKeyBindings;
+  launchAndOpen();
+  EXPECT_TRUE(isShown());
+  EXPECT_EQ(lines(), "bind 40 4096 toggle-presentation-mode");
+
+  record(muteMic);
+  pressKey(platform::kVK_ANSI_J, Bits::Control, "j");
+  EXPECT_EQ(desk.screen.alerts().size(), 0U);
+  EXPECT_EQ(look(muteMic), showing("⌃j"));
+  EXPECT_EQ(lines(), "bind 40 4096 toggle-presentation-mode\nbind 38 4096 toggle-microphone");
+  clear(toggleApp);
+  EXPECT_EQ(lines(), "bind 38 4096 toggle-microphone");
+  clear(muteMic);
+  EXPECT_FALSE(isShown());
+}
+
 }  // namespace
 }  // namespace preferences

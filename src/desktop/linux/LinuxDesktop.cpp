@@ -11,6 +11,7 @@
 #include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/bus/BusProbe.h"
 #include "desktop/linux/defaults/SettingsFile.h"
+#include "desktop/linux/keys/OwnKeyBindingLines.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/login/AutostartItems.h"
 #include "desktop/linux/login/ProgramPath.h"
@@ -68,6 +69,7 @@ struct LinuxDesktop::Services {
   DaemonDoNotDisturb doNotDisturb{notificationDaemon};
   DaemonNotifier notifier{notificationDaemon};
   LinuxAutomation automation{doNotDisturb, sound.volume(), notifier};
+  OwnKeyBindingLines ownKeyBindings;
   AutostartItems loginItems;
   DaemonNotifier updateNotifier{notificationDaemon};
   PackageKitUpdates updates{windows, updateNotifier};
@@ -90,6 +92,7 @@ LinuxDesktop::Services::Services(Process& process)
               .audioObjects = &sound.objects(),
               .automation = &automation,
               .hotKeys = session.hotKeys,
+              .ownKeyBindings = session.hotKeys == nullptr ? &ownKeyBindings : nullptr,
               .loginItems = &loginItems,
               .updates = &updates,
               .spaces = session.spaces,

@@ -56,6 +56,17 @@ class SimulatedSession final : public platform::port::Session {
   platform::port::SessionClient* client_ = nullptr;
 };
 
+/// Not the desktop's until a test says so.
+class SimulatedOwnKeyBindings final : public platform::port::OwnKeyBindings {
+ public:
+  /// "bind 40 4096 ACTION".
+  [[nodiscard]] std::string bindingOf(std::uint32_t keyCode, std::uint32_t modifiers,
+                                      std::string_view action) const override {
+    return "bind " + std::to_string(keyCode) + " " + std::to_string(modifiers) + " " +
+           std::string(action);
+  }
+};
+
 class SimulatedUpdates final : public platform::port::UpdateService {
  public:
   explicit SimulatedUpdates(CallLog& log) : log_(log) {}
@@ -87,6 +98,7 @@ class SimulatedDesktop final {
   SimulatedAutomation scripts{log};
   SimulatedLoginItems startedAtLogin{log};
   SimulatedHotKeys keys{log};
+  SimulatedOwnKeyBindings ownKeyBindings;
   SimulatedUpdates updateService{log};
   SimulatedScreens displays;
   SimulatedSpaces workspaces;

@@ -25,6 +25,7 @@ struct ContentRow {
 constexpr ContentRow kContents[] = {
     {"text", NSTextContent::Text},
     {"filePath", NSTextContent::FilePath},
+    {"copyable", NSTextContent::Copyable},
 };
 
 }  // namespace

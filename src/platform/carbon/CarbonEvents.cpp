@@ -118,6 +118,16 @@ bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   return service() != nullptr && service()->isReserved(keyCode, modifiers);
 }
 
+std::optional<std::string> OwnHotKeyBinding(std::uint32_t keyCode, std::uint32_t modifiers,
+                                            std::string_view action) {
+  if (!AreHotKeysBoundByUser()) return std::nullopt;
+  return Runtime::current().desktop().ownKeyBindings->bindingOf(keyCode, modifiers, action);
+}
+
+bool AreHotKeysBoundByUser() {
+  return service() == nullptr && Runtime::current().desktop().ownKeyBindings != nullptr;
+}
+
 void SetHotKeyAssignmentHandler(HotKeyAssignmentHandler handler) {
   EventDispatcher::shared().setAssignmentHandler(handler);
 }

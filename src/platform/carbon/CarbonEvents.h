@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "platform/foundation/OSStatus.h"
 #include "platform/port/HotKeys.h"
@@ -72,6 +73,13 @@ using EventHandler = OSStatus (*)(EventRef event, void* userData);
                                            std::uint32_t options, EventHotKeyRef& outRef);
 /// Whether this desktop keeps the combination from everybody, so that nobody need try.
 [[nodiscard]] bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers);
+/// Where the desktop gives no program hot keys: what its user writes into its configuration so that
+/// the combination does that action of ours. None where there are hot keys, and where nobody knows.
+[[nodiscard]] std::optional<std::string> OwnHotKeyBinding(std::uint32_t keyCode,
+                                                          std::uint32_t modifiers,
+                                                          std::string_view action);
+/// Whether it does so, so that a refusal is nothing that another combination would help.
+[[nodiscard]] bool AreHotKeysBoundByUser();
 /// Has `handler` called when a desktop that assigns the keys itself has made up its mind, or the
 /// user has: with the name of the keys that the hot key has now, or none where it has none and is
 /// withdrawn (see port::HotKeysClient). There is one handler; null: nobody is told.

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/foundation/OSStatus.h"
 
@@ -53,6 +54,16 @@ class HotKeys {
                                         std::uint32_t /*modifiers*/) const {
     return false;
   }
+};
+
+/// How a user binds keys himself, in the desktop's own configuration, where no program gets any.
+class OwnKeyBindings {
+ public:
+  virtual ~OwnKeyBindings() = default;
+  /// What to write there so that the combination does one of the program's actions
+  /// (SessionClient::applicationShouldPerform).
+  [[nodiscard]] virtual std::string bindingOf(std::uint32_t keyCode, std::uint32_t modifiers,
+                                              std::string_view action) const = 0;
 };
 
 }  // namespace platform::port

@@ -48,6 +48,9 @@ QString labelled(const QString& label, const QString& text) {
 LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
     : QLabel(parent), field_(std::move(field)) {
   setTextFormat(Qt::PlainText);
+  if (field_->content() == platform::NSTextContent::Copyable) {
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
   viewDidChange(platform::ViewChange::Content);
   themeDidChange();
 }
