@@ -7,7 +7,11 @@ namespace linux_desktop {
 
 SessionHotKeys::SessionHotKeys(platform::port::HotKeys* windowSystem)
     : windowSystem_(windowSystem) {
-  if (KdeHotKeys::isSession()) kde_.emplace();
+  if (KdeHotKeys::isSession()) {
+    kde_.emplace();
+  } else if (windowSystem_ == nullptr && PortalHotKeys::isThere()) {
+    windowSystem_ = &portal_.emplace();
+  }
 }
 
 void SessionHotKeys::setClient(platform::port::HotKeysClient* client) {

@@ -3,12 +3,13 @@
 #include <optional>
 
 #include "desktop/linux/keys/KdeHotKeys.h"
+#include "desktop/linux/keys/PortalHotKeys.h"
 #include "platform/port/HotKeys.h"
 
 namespace linux_desktop {
 
 /// Hot keys where this session keeps them: at its service for shortcuts, where it has one that
-/// takes them, else with the window system.
+/// takes them, else with the window system, and where that has none at the desktop portal.
 class SessionHotKeys final : public platform::port::HotKeys {
  public:
   /// Null: the window system has none. `windowSystem` outlives this.
@@ -26,6 +27,7 @@ class SessionHotKeys final : public platform::port::HotKeys {
 
  private:
   std::optional<KdeHotKeys> kde_;
+  std::optional<PortalHotKeys> portal_;
   platform::port::HotKeys* windowSystem_;
 };
 

@@ -1,0 +1,230 @@
+#include "desktop/linux/keys/PortalHotKeys.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/bus/BusCall.h"
+#include "desktop/linux/bus/BusObject.h"
+#include "desktop/linux/keys/KeyTable.h"
+#include "desktop/linux/log/Log.h"
+#include "platform/carbon/CarbonEvents.h"
+#include "platform/carbon/KeyCodes.h"
+
+namespace linux_desktop {
+namespace {
+
+const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString kInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
+const QString kRequest = QStringLiteral("org.freedesktop.portal.Request");
+const QString kSession = QStringLiteral("org.freedesktop.portal.Session");
+
+// In milliseconds; it may have to start.
+constexpr int kPatience = 2000;
+
+constexpr std::pair<std::uint32_t, const char*> kModifiers[] = {
+    {platform::controlKey, "CTRL+"},
+    {platform::optionKey, "ALT+"},
+    {platform::shiftKey, "SHIFT+"},
+    {platform::cmdKey, "LOGO+"},
+};
+
+/// As the shortcuts specification writes a combination.
+QString triggerOf(std::uint32_t keyCode, std::uint32_t modifiers) {
+  QString text;
+  for (const auto& [bit, name] : kModifiers) {
+    if ((modifiers & bit) != 0) text += QLatin1String(name);
+  }
+  return text + QString::fromStdString(combinationName(keyCode, 0));
+}
+
+QDBusMessage portalCall(const QString& path, const QString& interface, const QString& method,
+                        const QVariantList& arguments) {
+  QDBusMessage call = busCall(kService, path, interface, method, arguments);
+  call.setAutoStartService(true);
+  return call;
+}
+
+QList<PortalShortcut> shortcutsIn(const QVariant& list) {
+  return qdbus_cast<QList<PortalShortcut>>(list);
+}
+
+}  // namespace
+
+bool PortalHotKeys::isThere(const QDBusConnection& bus) {
+  const QDBusMessage question =
+      portalCall(kPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                 {kInterface, QStringLiteral("version")});
+  return !isError(bus.call(question, QDBus::Block, kPatience));
+}
+
+PortalHotKeys::PortalHotKeys(const QDBusConnection& bus)
+    : bus_(bus), watcher_(kService, bus_, QDBusServiceWatcher::WatchForRegistration) {
+  qDBusRegisterMetaType<PortalShortcut>();
+  qDBusRegisterMetaType<QList<PortalShortcut>>();
+  binding_.setSingleShot(true);
+  connect(&binding_, &QTimer::timeout, this, [this] { bindAnew(); });
+  // Its sessions ended with the one before.
+  connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+    session_.clear();
+    if (!hotKeys_.empty()) binding_.start(0);
+  });
+}
+
+PortalHotKeys::~PortalHotKeys() {
+  closeSession();
+}
+
+// By no name of a service: Qt would wait for its owner. Others are not told of our session.
+void PortalHotKeys::listen() {
+  if (std::exchange(isListening_, true)) return;
+  bus_.connect({}, {}, kRequest, QStringLiteral("Response"), this, SLOT(responded(QDBusMessage)));
+  bus_.connect({}, kPath, kInterface, QStringLiteral("Activated"), this,
+               SLOT(activated(QDBusMessage)));
+  bus_.connect({}, kPath, kInterface, QStringLiteral("Deactivated"), this,
+               SLOT(deactivated(QDBusMessage)));
+  bus_.connect({}, kPath, kInterface, QStringLiteral("ShortcutsChanged"), this,
+               SLOT(changed(QDBusMessage)));
+  // Tells the portal who we are; older ones know it, or do without.
+  send(kPath, QStringLiteral("org.freedesktop.host.portal.Registry"), QStringLiteral("Register"),
+       {QStringLiteral("org.calmdeck.Calmdeck"), QVariantMap()});
+}
+
+platform::OSStatus PortalHotKeys::registerHotKey(platform::port::HotKeyNumber number,
+                                                 std::uint32_t keyCode, std::uint32_t modifiers) {
+  const QString id = QString::fromStdString(combinationName(keyCode, modifiers));
+  if (std::ranges::find(hotKeys_, id, &HotKey::id) != hotKeys_.end())
+    return platform::eventHotKeyExistsErr;
+  listen();
+  hotKeys_.push_back({number, id, triggerOf(keyCode, modifiers)});
+  binding_.start(0);
+  return platform::noErr;
+}
+
+void PortalHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
+  if (std::erase_if(hotKeys_, [&](const HotKey& key) { return key.number == number; }) > 0)
+    binding_.start(0);
+}
+
+// --- The portal's session ---
+
+void PortalHotKeys::bindAnew() {
+  closeSession();
+  request_ = {};
+  if (hotKeys_.empty()) return;
+  const QString token = nextToken();
+  session_ = handle(QStringLiteral("session"), token);
+  ask(QStringLiteral("CreateSession"), {}, {{QStringLiteral("session_handle_token"), token}},
+      &PortalHotKeys::sessionCreated);
+}
+
+void PortalHotKeys::closeSession() {
+  if (!session_.isEmpty()) send(std::exchange(session_, {}), kSession, QStringLiteral("Close"), {});
+}
+
+void PortalHotKeys::ask(const QString& method, QVariantList arguments, QVariantMap options,
+                        void (PortalHotKeys::*answered)(const QDBusMessage& response)) {
+  const QString token = nextToken();
+  request_ = {handle(QStringLiteral("request"), token), answered};
+  options.insert(QStringLiteral("handle_token"), token);
+  arguments << options;
+  linux_desktop::ask(bus_, portalCall(kPath, kInterface, method, arguments), this,
+                     [method](const QDBusMessage& answer) {
+                       if (!isError(answer)) return;
+                       qCWarning(lcKeys, "the portal's %s: %s", qPrintable(method),
+                                 reasonOf(answer).c_str());
+                     });
+}
+
+QString PortalHotKeys::nextToken() {
+  return QStringLiteral("calmdeck%1").arg(++lastToken_);
+}
+
+QString PortalHotKeys::handle(const QString& kind, const QString& token) const {
+  const QString caller = bus_.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
+  return QStringList{kPath, kind, caller, token}.join(QLatin1Char('/'));
+}
+
+void PortalHotKeys::responded(const QDBusMessage& response) {
+  if (response.path() != request_.path) return;
+  const Request request = std::exchange(request_, {});
+  (this->*request.answered)(response);
+}
+
+void PortalHotKeys::sessionCreated(const QDBusMessage& response) {
+  const auto results = qdbus_cast<QVariantMap>(response.arguments().value(1));
+  session_ = results.value(QStringLiteral("session_handle")).toString();
+  if (session_.isEmpty()) {
+    qCWarning(lcKeys, "the portal gives no session for shortcuts");
+    return;
+  }
+  QList<PortalShortcut> wanted;
+  for (const HotKey& key : hotKeys_) {
+    wanted.append({key.id,
+                   {{QStringLiteral("description"), QStringLiteral("Shortcut ") + key.id},
+                    {QStringLiteral("preferred_trigger"), key.trigger}}});
+  }
+  ask(QStringLiteral("BindShortcuts"),
+      {QVariant::fromValue(QDBusObjectPath(session_)), QVariant::fromValue(wanted), QString()}, {},
+      &PortalHotKeys::bound);
+}
+
+// By the list and not by the code: GNOME's says that it failed when all went well.
+void PortalHotKeys::bound(const QDBusMessage& response) {
+  const auto results = qdbus_cast<QVariantMap>(response.arguments().value(1));
+  assign(shortcutsIn(results.value(QStringLiteral("shortcuts"))));
+}
+
+void PortalHotKeys::changed(const QDBusMessage& signal) {
+  const auto session = signal.arguments().value(0).value<QDBusObjectPath>().path();
+  // What comes before the answer is told by that, too.
+  if (session_.isEmpty() || session != session_ || !request_.path.isEmpty()) return;
+  assign(shortcutsIn(signal.arguments().value(1)));
+}
+
+void PortalHotKeys::assign(const QList<PortalShortcut>& given) {
+  for (const HotKey& key : std::vector(hotKeys_)) {
+    const auto found = std::ranges::find(given, key.id, &PortalShortcut::id);
+    const QString keys =
+        found == given.end()
+            ? QString()
+            : found->details.value(QStringLiteral("trigger_description")).toString();
+    if (keys.isEmpty())
+      std::erase_if(hotKeys_, [&](const HotKey& one) { return one.number == key.number; });
+    if (client_ == nullptr) continue;
+    client_->hotKeyAssigned(key.number,
+                            keys.isEmpty() ? std::nullopt : std::optional(keys.toStdString()));
+  }
+}
+
+// --- Presses ---
+
+PortalHotKeys::HotKey* PortalHotKeys::pressedOne(const QDBusMessage& signal) {
+  const auto session = signal.arguments().value(0).value<QDBusObjectPath>().path();
+  const auto found =
+      std::ranges::find(hotKeys_, signal.arguments().value(1).toString(), &HotKey::id);
+  return session == session_ && found != hotKeys_.end() ? &*found : nullptr;
+}
+
+void PortalHotKeys::activated(const QDBusMessage& signal) {
+  HotKey* key = pressedOne(signal);
+  if (key == nullptr) return;
+  key->isDown = true;
+  if (client_ != nullptr) client_->hotKeyPressed(key->number);
+}
+
+void PortalHotKeys::deactivated(const QDBusMessage& signal) {
+  HotKey* key = pressedOne(signal);
+  if (key == nullptr || !std::exchange(key->isDown, false) || client_ == nullptr) return;
+  client_->hotKeyReleased(key->number);
+}
+
+void PortalHotKeys::send(const QString& path, const QString& interface, const QString& method,
+                         const QVariantList& arguments) const {
+  bus_.send(portalCall(path, interface, method, arguments));
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <QVariantMap>
+#include <cstdint>
+#include <tuple>
+#include <vector>
+
+#include "platform/port/HotKeys.h"
+
+namespace linux_desktop {
+
+/// A shortcut as the portal has it.
+struct PortalShortcut {
+  QString id;
+  QVariantMap details;
+  static constexpr auto kFields = std::tuple(&PortalShortcut::id, &PortalShortcut::details);
+};
+
+/// Hot keys at the desktop portal's GlobalShortcuts, which asks the user about each new combination
+/// and may give it other keys, or none: whatever is asked for is taken, and what came of it is told
+/// later. A portal that starts anew is asked again. Main thread only.
+class PortalHotKeys final : public QObject, public platform::port::HotKeys {
+  Q_OBJECT
+
+ public:
+  /// Whether the session's portal has shortcuts at all; those of many desktops do not. Starts it
+  /// where it does not run, and waits two seconds at most.
+  [[nodiscard]] static bool isThere(const QDBusConnection& bus = QDBusConnection::sessionBus());
+
+  explicit PortalHotKeys(const QDBusConnection& bus = QDBusConnection::sessionBus());
+  /// Gives the keys back. The user's answers stay with the desktop.
+  ~PortalHotKeys() override;
+
+  void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
+  [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
+                                                  std::uint32_t keyCode,
+                                                  std::uint32_t modifiers) override;
+  void unregisterHotKey(platform::port::HotKeyNumber number) override;
+
+ private Q_SLOTS:
+  void responded(const QDBusMessage& response);
+  void changed(const QDBusMessage& signal);
+  void activated(const QDBusMessage& signal);
+  void deactivated(const QDBusMessage& signal);
+
+ private:
+  struct HotKey {
+    platform::port::HotKeyNumber number;
+    /// The portal's name for it and ours, from which it knows the user's answer again.
+    QString id;
+    QString trigger;
+    bool isDown = false;
+  };
+  /// What the portal is working at; its answer comes by a signal from this path.
+  struct Request {
+    QString path;
+    void (PortalHotKeys::*answered)(const QDBusMessage& response);
+  };
+
+  void listen();
+  void bindAnew();
+  void closeSession();
+  void ask(const QString& method, QVariantList arguments, QVariantMap options,
+           void (PortalHotKeys::*answered)(const QDBusMessage& response));
+  [[nodiscard]] QString nextToken();
+  /// The path of what the portal makes for that token.
+  [[nodiscard]] QString handle(const QString& kind, const QString& token) const;
+  void sessionCreated(const QDBusMessage& response);
+  void bound(const QDBusMessage& response);
+  void assign(const QList<PortalShortcut>& given);
+  [[nodiscard]] HotKey* pressedOne(const QDBusMessage& signal);
+  void send(const QString& path, const QString& interface, const QString& method,
+            const QVariantList& arguments) const;
+
+  QDBusConnection bus_;
+  QDBusServiceWatcher watcher_;
+  platform::port::HotKeysClient* client_ = nullptr;
+  std::vector<HotKey> hotKeys_;
+  /// A session binds once, so that one is made for all that are registered in a turn.
+  QTimer binding_;
+  QString session_;
+  Request request_;
+  int lastToken_ = 0;
+  bool isListening_ = false;
+};
+
+}  // namespace linux_desktop

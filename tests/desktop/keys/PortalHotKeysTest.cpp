@@ -1,0 +1,242 @@
+#include "desktop/linux/keys/PortalHotKeys.h"
+
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <optional>
+
+#include "desktop/harness/PrivateHome.h"
+#include "desktop/harness/SessionBus.h"
+#include "desktop/linux/bus/BusObject.h"
+#include "platform/carbon/CarbonEvents.h"
+#include "platform/carbon/KeyCodes.h"
+
+namespace {
+
+using linux_desktop::BusObject;
+using linux_desktop::PortalHotKeys;
+using linux_desktop::PortalShortcut;
+using platform::eventHotKeyExistsErr;
+using platform::noErr;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t kControlAlt = platform::controlKey | platform::optionKey;
+const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString kInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
+
+/// The portal, as its clients see it. Its user gives each shortcut the keys that it asks for, when
+/// told to.
+class Portal {
+ public:
+  explicit Portal(const QString& address)
+      : bus_(QDBusConnection::connectToBus(address, QStringLiteral("portal"))),
+        object_(
+            bus_, kPath,
+            {.name = kInterface,
+             .methods = {{"CreateSession",
+                          {{"a{sv}"}, {"o"}, [this](const auto& call) { return create(call); }}},
+                         {"BindShortcuts",
+                          {{"o", "a(sa{sv})", "s", "a{sv}"},
+                           {"o"},
+                           [this](const auto& call) { return bind(call); }}}},
+             .properties = {},
+             .emitted = {{"Activated", {"o", "s", "t", "a{sv}"}},
+                         {"Deactivated", {"o", "s", "t", "a{sv}"}},
+                         {"ShortcutsChanged", {"o", "a(sa{sv})"}}}}) {
+    bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+  }
+  ~Portal() { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
+  Portal(const Portal&) = delete;
+  Portal& operator=(const Portal&) = delete;
+
+  /// Ends the dialog that is open: these of the shortcuts asked for get the keys that they are
+  /// described by.
+  void answer(uint code, const std::map<QString, QString>& keys) {
+    respond(*dialog_, code, {{"shortcuts", QVariant::fromValue(described(keys))}});
+    dialog_.reset();
+  }
+  void press(const QString& id) { emitKey("Activated", id); }
+  void release(const QString& id) { emitKey("Deactivated", id); }
+  void change(const std::map<QString, QString>& keys) {
+    object_.emitSignal("ShortcutsChanged", {QVariant::fromValue(QDBusObjectPath(session_)),
+                                            QVariant::fromValue(described(keys))});
+  }
+
+  [[nodiscard]] bool asks() const { return dialog_.has_value(); }
+  /// "Control+Alt+p as CTRL+ALT+p", of the last dialog.
+  [[nodiscard]] const std::vector<std::string>& wanted() const { return wanted_; }
+
+ private:
+  static QList<PortalShortcut> described(const std::map<QString, QString>& keys) {
+    QList<PortalShortcut> list;
+    for (const auto& [id, text] : keys) list.append({id, {{"trigger_description", text}}});
+    return list;
+  }
+  [[nodiscard]] QString handle(const QDBusMessage& call, const QString& kind,
+                               const QString& token) {
+    caller_ = call.service();
+    return kPath + "/" + kind + "/" + caller_.mid(1).replace('.', '_') + "/" + token;
+  }
+  void respond(const QString& request, uint code, const QVariantMap& results) {
+    QDBusMessage signal = QDBusMessage::createTargetedSignal(
+        caller_, request, "org.freedesktop.portal.Request", "Response");
+    signal.setArguments({code, results});
+    bus_.send(signal);
+  }
+  QVariantList create(const QDBusMessage& call) {
+    const auto options = qdbus_cast<QVariantMap>(call.arguments().at(0));
+    session_ = handle(call, "session", options.value("session_handle_token").toString());
+    const QString request = handle(call, "request", options.value("handle_token").toString());
+    respond(request, 0, {{"session_handle", session_}});
+    return {QVariant::fromValue(QDBusObjectPath(request))};
+  }
+  QVariantList bind(const QDBusMessage& call) {
+    wanted_.clear();
+    for (const auto& shortcut : qdbus_cast<QList<PortalShortcut>>(call.arguments().at(1))) {
+      wanted_.push_back(shortcut.id.toStdString() + " as " +
+                        shortcut.details.value("preferred_trigger").toString().toStdString());
+    }
+    const auto options = qdbus_cast<QVariantMap>(call.arguments().at(3));
+    dialog_ = handle(call, "request", options.value("handle_token").toString());
+    return {QVariant::fromValue(QDBusObjectPath(*dialog_))};
+  }
+  void emitKey(const QString& name, const QString& id) {
+    object_.emitSignal(
+        name, {QVariant::fromValue(QDBusObjectPath(session_)), id, qulonglong{0}, QVariantMap()});
+  }
+
+  QDBusConnection bus_;
+  BusObject object_;
+  QString caller_;
+  QString session_;
+  std::optional<QString> dialog_;
+  std::vector<std::string> wanted_;
+};
+
+class PortalHotKeysTest : public testing::Test, private platform::port::HotKeysClient {
+ protected:
+  PortalHotKeysTest() {
+    keys.setClient(this);
+    start();
+  }
+  ~PortalHotKeysTest() override { QDBusConnection::disconnectFromBus(QStringLiteral("program")); }
+
+  void start() { portal.emplace(address); }
+  void end() { portal.reset(); }
+  [[nodiscard]] platform::OSStatus take(std::uint32_t number, std::uint32_t keyCode) {
+    return keys.registerHotKey(number, keyCode, kControlAlt);
+  }
+  [[nodiscard]] static bool until(const std::function<bool()>& fact) {
+    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
+  }
+  [[nodiscard]] bool hears(const std::vector<std::string>& expected) {
+    const bool heard = until([&] { return events.size() >= expected.size(); });
+    EXPECT_EQ(events, expected);
+    events.clear();
+    return heard;
+  }
+  /// Registers "p" and "m", and has the user agree.
+  void bindBoth() {
+    ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
+    ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
+    ASSERT_TRUE(until([&] { return portal->asks(); }));
+    portal->answer(0, {{kP, "Ctrl+Alt+P"}, {kM, "Ctrl+Alt+M"}});
+    ASSERT_TRUE(hears({"1 has Ctrl+Alt+P", "2 has Ctrl+Alt+M"}));
+  }
+
+  static inline const QString kP = QStringLiteral("Control+Alt+p");
+  static inline const QString kM = QStringLiteral("Control+Alt+m");
+
+  harness::PrivateHome home;
+  harness::SessionBus bus{home, home.environment()};
+  const QString address = QString::fromStdString(bus.address());
+  PortalHotKeys keys{QDBusConnection::connectToBus(address, QStringLiteral("program"))};
+  std::optional<Portal> portal;
+  std::vector<std::string> events;
+
+ private:
+  void hotKeyPressed(platform::port::HotKeyNumber number) override {
+    events.push_back(std::to_string(number) + " down");
+  }
+  void hotKeyReleased(platform::port::HotKeyNumber number) override {
+    events.push_back(std::to_string(number) + " up");
+  }
+  void hotKeyAssigned(platform::port::HotKeyNumber number,
+                      const std::optional<std::string>& assigned) override {
+    events.push_back(std::to_string(number) + " has " + assigned.value_or("none"));
+  }
+};
+
+TEST_F(PortalHotKeysTest, BothAreAskedForAtOnceAndFire) {
+  ASSERT_NO_FATAL_FAILURE(bindBoth());
+  EXPECT_THAT(portal->wanted(),
+              ElementsAre("Control+Alt+p as CTRL+ALT+p", "Control+Alt+m as CTRL+ALT+m"));
+  EXPECT_EQ(take(3, platform::kVK_ANSI_P), eventHotKeyExistsErr);
+  portal->press(kP);
+  portal->release(kP);
+  portal->press(kM);
+  portal->press("something else");
+  portal->release(kM);
+  EXPECT_TRUE(hears({"1 down", "1 up", "2 down", "2 up"}));
+}
+
+TEST_F(PortalHotKeysTest, TheListCountsAndNotTheCode) {
+  ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
+  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  portal->answer(2, {{kP, "Press <Control><Alt>q"}});
+  EXPECT_TRUE(hears({"1 has Press <Control><Alt>q"}));
+  portal->change({{kP, "Ctrl+Alt+X"}});
+  EXPECT_TRUE(hears({"1 has Ctrl+Alt+X"}));
+  portal->press(kP);
+  EXPECT_TRUE(hears({"1 down"}));
+}
+
+TEST_F(PortalHotKeysTest, WhatTheUserRefusesIsWithdrawnAndMayBeAskedForAgain) {
+  ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
+  ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
+  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  portal->answer(0, {{kM, "Ctrl+Alt+M"}});
+  EXPECT_TRUE(hears({"1 has none", "2 has Ctrl+Alt+M"}));
+  EXPECT_EQ(take(3, platform::kVK_ANSI_P), noErr);
+  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  portal->answer(1, {});
+  EXPECT_TRUE(hears({"2 has none", "3 has none"}));
+}
+
+TEST_F(PortalHotKeysTest, AnAnswerToWhatWasGivenBackMeanwhileSaysNothing) {
+  ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
+  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  keys.unregisterHotKey(1);
+  portal->answer(0, {{kP, "Ctrl+Alt+P"}});
+  ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
+  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  EXPECT_THAT(portal->wanted(), ElementsAre("Control+Alt+m as CTRL+ALT+m"));
+  portal->answer(0, {{kM, "Ctrl+Alt+M"}});
+  EXPECT_TRUE(hears({"2 has Ctrl+Alt+M"}));
+  portal->press(kP);
+  portal->press(kM);
+  EXPECT_TRUE(hears({"2 down"}));
+}
+
+TEST_F(PortalHotKeysTest, APortalThatStartsAnewIsAskedAgain) {
+  ASSERT_NO_FATAL_FAILURE(bindBoth());
+  end();
+  start();
+  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  EXPECT_THAT(events, IsEmpty());
+  portal->answer(0, {{kP, "Ctrl+Alt+P"}, {kM, "Ctrl+Alt+M"}});
+  EXPECT_TRUE(hears({"1 has Ctrl+Alt+P", "2 has Ctrl+Alt+M"}));
+  portal->press(kP);
+  EXPECT_TRUE(hears({"1 down"}));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleMock(&argc, argv);
+  const QCoreApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
