@@ -140,18 +140,19 @@ WaylandDesk::~WaylandDesk() = default;
 
 std::vector<std::string> WaylandDesk::command(const WaylandOptions& options) const {
   const fs::path script = home().runtime() / kStarted;
+  // Windows stand beside each other everywhere, as long as there is room.
   switch (kind_) {
     case Compositor::Sway:
       home().writeConfig("sway/config", swayConfiguration(options, script));
       return unprivileged({"sway", "-c", home().config() / "sway/config"});
     case Compositor::Labwc:
       home().writeConfig("labwc/rc.xml",
-                         "<labwc_config>" + options.configuration + "</labwc_config>");
+                         "<labwc_config><placement><policy>automatic</policy></placement>" +
+                             options.configuration + "</labwc_config>");
       return {"labwc", "-s", script};
     case Compositor::Kwin:
       break;
   }
-  // Beside each other, as long as there is room.
   home().writeConfig("kwinrc", "[Windows]\nPlacement=Smart\n" + options.configuration);
   std::vector<std::string> argv{copiedKwin(home().runtime()),
                                 "--x11-display",

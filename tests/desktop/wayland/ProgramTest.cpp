@@ -65,7 +65,7 @@ TEST_P(WaylandProgramTest, StartsAndSaysInOneLineWhatDoesNotWork) {
   EXPECT_TRUE(program->running());
 }
 
-TEST_P(WaylandProgramTest, KeysThatTheUserBindsToItsActionsWork) {
+TEST_P(WaylandProgramTest, ItsActionsTurnTheModeOnAndOff) {
   const auto program = desk.startCalmdeck();
   ASSERT_TRUE(isOnTheBus());
   ASSERT_TRUE(does("toggle-presentation-mode"));
@@ -73,6 +73,33 @@ TEST_P(WaylandProgramTest, KeysThatTheUserBindsToItsActionsWork) {
   EXPECT_TRUE(program->waitForLine("^Pressed at "));
   ASSERT_TRUE(does("toggle-presentation-mode"));
   EXPECT_TRUE(sinkMuted(false));
+}
+
+// What the preferences show there, in the user's own configuration.
+constexpr const char* kSwayLine =
+    "bindsym Ctrl+Alt+p exec gapplication action org.calmdeck.Calmdeck toggle-presentation-mode";
+constexpr const char* kLabwcLine =
+    R"(<keyboard><keybind key="C-A-p"><action name="Execute" command=")"
+    R"(gapplication action org.calmdeck.Calmdeck toggle-presentation-mode"/></keybind></keyboard>)";
+
+class OwnKeyTest : public testing::TestWithParam<Compositor> {};
+
+INSTANTIATE_TEST_SUITE_P(Compositors, OwnKeyTest,
+                         testing::ValuesIn(harness::installedCompositors()),
+                         testing::PrintToStringParamName());
+
+TEST_P(OwnKeyTest, TheCompositorsOwnBindingTurnsTheModeOnAndOff) {
+  if (GetParam() == Compositor::Kwin) GTEST_SKIP() << "programs get hot keys there";
+  WaylandDesk desk({.compositor = GetParam(),
+                    .sound = harness::SoundServerKind::PulseAudio,
+                    .configuration = GetParam() == Compositor::Sway ? kSwayLine : kLabwcLine});
+  desk.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": true})");
+  const auto program = desk.startCalmdeck();
+  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
+  for (const bool muted : {true, false}) {
+    desk.input().key("ctrl+alt+p");
+    EXPECT_TRUE(desk.until([&] { return desk.sound().sinkMuted(kSink) == muted; }));
+  }
 }
 
 }  // namespace
