@@ -171,6 +171,18 @@ xkb_keysym_t Keymap::firstKeysym(Keycode key) const {
   return count > 0 ? *keysyms : xkb_keysym_t{XKB_KEY_NoSymbol};
 }
 
+std::uint32_t Keymap::modifiersSetBy(std::span<const xkb_keysym_t> keysyms) const {
+  std::uint32_t bits = 0;
+  for (const Keycode key : keysWhere([&](Keycode one) {
+         return std::ranges::find(keysyms, firstKeysym(one)) != keysyms.end();
+       })) {
+    const State state(xkb_state_new(keymap_.get()));
+    xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
+    bits |= xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE);
+  }
+  return bits;
+}
+
 bool Keymap::isModifier(Keycode key, KeyboardGroup group) const {
   const xkb_keysym_t plain = keysym(key, group, false);
   return (plain >= XKB_KEY_Shift_L && plain <= XKB_KEY_Hyper_R) ||

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,9 @@ class Keymap {
   [[nodiscard]] std::string layoutName(KeyboardGroup group) const;
   /// What the key gives without any modifier on the first layout, which is how modifiers are told.
   [[nodiscard]] xkb_keysym_t firstKeysym(Keycode key) const;
+  /// The bits of the modifiers that keys with one of these keysyms set, without any other and on
+  /// the first layout.
+  [[nodiscard]] std::uint32_t modifiersSetBy(std::span<const xkb_keysym_t> keysyms) const;
   /// Whether the key alone is a modifier.
   [[nodiscard]] bool isModifier(Keycode key, KeyboardGroup group) const;
   /// Whether it is one of the block of digits at the side.

@@ -29,7 +29,7 @@ bool overlap(const XChord& one, const XChord& other) {
 }
 
 bool includes(const XChord& chord, const xcb_input_key_press_event_t& press) {
-  const std::uint32_t state = press.mods.effective & XModifiers::kAll;
+  const std::uint32_t state = press.mods.effective & KeyModifiers::kAll;
   return overlap(chord, {{static_cast<xcb_keycode_t>(press.detail)}, {state}});
 }
 

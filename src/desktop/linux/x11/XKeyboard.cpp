@@ -3,13 +3,9 @@
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstddef>
-#include <functional>
-#include <iterator>
 #include <limits>
-#include <numeric>
 #include <utility>
 
 #include "desktop/linux/keys/Keymap.h"
@@ -21,27 +17,11 @@
 namespace linux_desktop {
 namespace {
 
-using platform::NSEventModifierFlags;
-using Keysyms = std::array<xkb_keysym_t, 2>;
-
-struct ModifierRow {
-  std::uint32_t hotKeyModifier;
-  std::uint32_t flag;
-  /// Of the keys that make it. Meta and Hyper often share a bit with Alt and Super, but are others.
-  Keysyms keysyms;
-};
-constexpr ModifierRow kModifiers[] = {
-    {platform::controlKey, NSEventModifierFlags::Control, {XKB_KEY_Control_L, XKB_KEY_Control_R}},
-    {platform::optionKey, NSEventModifierFlags::Option, {XKB_KEY_Alt_L, XKB_KEY_Alt_R}},
-    {platform::shiftKey, NSEventModifierFlags::Shift, {XKB_KEY_Shift_L, XKB_KEY_Shift_R}},
-    {platform::cmdKey, NSEventModifierFlags::Command, {XKB_KEY_Super_L, XKB_KEY_Super_R}},
-};
-constexpr Keysyms kNumLock{XKB_KEY_Num_Lock, XKB_KEY_Num_Lock};
-constexpr Keysyms kScrollLock{XKB_KEY_Scroll_Lock, XKB_KEY_Scroll_Lock};
+constexpr std::chrono::milliseconds kSettling{120};
 
 /// The bits that keys with one of these keysyms set.
-std::uint32_t bitsOf(const Keysyms& keysyms, const xcb_get_modifier_mapping_reply_t& mapping,
-                     const Keymap& keymap) {
+std::uint32_t bitsOf(const KeyModifiers::Keysyms& keysyms,
+                     const xcb_get_modifier_mapping_reply_t& mapping, const Keymap& keymap) {
   const xcb_keycode_t* keys = xcb_get_modifier_mapping_keycodes(&mapping);
   const std::size_t width = mapping.keycodes_per_modifier;
   std::uint32_t bits = 0;
@@ -53,55 +33,6 @@ std::uint32_t bitsOf(const Keysyms& keysyms, const xcb_get_modifier_mapping_repl
   }
   return bits;
 }
-
-}  // namespace
-
-XModifiers::XModifiers(const xcb_get_modifier_mapping_reply_t& mapping, const Keymap& keymap) {
-  std::uint32_t held = 0;
-  for (const ModifierRow& row : kModifiers) {
-    bits_.push_back(bitsOf(row.keysyms, mapping, keymap));
-    held |= bits_.back();
-  }
-  locks_ |= bitsOf(kNumLock, mapping, keymap);
-  locks_ |= bitsOf(kScrollLock, mapping, keymap);
-  locks_ &= ~held;
-}
-
-std::vector<std::uint32_t> XModifiers::statesOf(std::uint32_t hotKeyModifiers) const {
-  std::vector<std::uint32_t> wanted;
-  std::uint32_t allowed = locks_;
-  for (std::size_t i = 0; i < std::size(kModifiers); ++i) {
-    if ((hotKeyModifiers & kModifiers[i].hotKeyModifier) == 0) continue;
-    hotKeyModifiers &= ~kModifiers[i].hotKeyModifier;
-    wanted.push_back(bits_[i]);
-    allowed |= bits_[i];
-  }
-  std::vector<std::uint32_t> states;
-  for (std::uint32_t state = 0; hotKeyModifiers == 0 && state <= kAll; ++state) {
-    const bool isHeld =
-        std::ranges::all_of(wanted, [state](std::uint32_t bits) { return (state & bits) != 0; });
-    if (isHeld && (state & ~allowed) == 0) states.push_back(state);
-  }
-  return states;
-}
-
-std::uint32_t XModifiers::flagsOf(std::uint32_t state) const {
-  std::uint32_t flags =
-      (state & XCB_MOD_MASK_LOCK) != 0 ? NSEventModifierFlags::CapsLock : std::uint32_t{0};
-  for (std::size_t i = 0; i < std::size(kModifiers); ++i) {
-    if ((state & bits_[i]) != 0) flags |= kModifiers[i].flag;
-  }
-  return flags;
-}
-
-bool XModifiers::hasOthers(std::uint32_t state) const {
-  const std::uint32_t known = std::accumulate(bits_.begin(), bits_.end(), locks_, std::bit_or());
-  return (state & kAll & ~known) != 0;
-}
-
-namespace {
-
-constexpr std::chrono::milliseconds kSettling{120};
 
 }  // namespace
 
@@ -176,7 +107,8 @@ std::optional<XKeyboard::Loaded> XKeyboard::read() const {
   if (keymap == nullptr) return std::nullopt;
   Keymap made(keymap);
   if (!mapping) return std::nullopt;
-  const XModifiers modifiers(*mapping, made);
+  const KeyModifiers modifiers(
+      [&](const KeyModifiers::Keysyms& keysyms) { return bitsOf(keysyms, *mapping, made); });
   return Loaded{std::move(made), modifiers};
 }
 
@@ -198,7 +130,7 @@ const Keymap* XKeyboard::keymap() {
   return loaded_ ? &loaded_->keymap : nullptr;
 }
 
-const XModifiers* XKeyboard::modifiers() {
+const KeyModifiers* XKeyboard::modifiers() {
   load();
   return loaded_ ? &loaded_->modifiers : nullptr;
 }
@@ -222,10 +154,7 @@ std::optional<platform::NSEvent> XKeyTranslator::translate(const QKeyEvent& pres
   const std::uint32_t state = press.nativeModifiers();
   // Where XKB has the layout in the state of a key event.
   const KeyboardGroup group = state >> 13U & 3U;
-  const XModifiers& modifiers = *keyboard_.modifiers();
-  auto event = keyDownEvent(*keymap, press.nativeScanCode(), group, modifiers.flagsOf(state));
-  if (event && modifiers.hasOthers(state)) event->charactersIgnoringModifiers.reset();
-  return event;
+  return keyDownEvent(*keymap, *keyboard_.modifiers(), press.nativeScanCode(), group, state);
 }
 
 }  // namespace linux_desktop

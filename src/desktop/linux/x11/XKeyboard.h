@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "desktop/linux/keys/KeyModifiers.h"
 #include "desktop/linux/keys/Keymap.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/xserver/XEvents.h"
@@ -17,38 +18,10 @@ struct xkb_context;
 
 namespace linux_desktop {
 
-/// Which bits of a key event's state stand for which modifiers: any keyboard may have its own. A
-/// value.
-class XModifiers {
- public:
-  /// All bits that modifiers may have.
-  static constexpr std::uint32_t kAll = 0xff;
-
-  XModifiers(const xcb_get_modifier_mapping_reply_t& mapping, const Keymap& keymap);
-
-  /// Every state in which the modifiers of a hot-key mask are held and no others, whichever locks
-  /// are on. None when the keyboard lacks one of them or the mask has other bits.
-  [[nodiscard]] std::vector<std::uint32_t> statesOf(std::uint32_t hotKeyModifiers) const;
-  /// The NSEventModifierFlags of a state.
-  [[nodiscard]] std::uint32_t flagsOf(std::uint32_t state) const;
-  /// Whether a modifier is held that no hot-key mask has, such as the one for a key's third
-  /// character.
-  [[nodiscard]] bool hasOthers(std::uint32_t state) const;
-
-  bool operator==(const XModifiers&) const = default;
-
- private:
-  /// In the order of the table. A modifier is held while any of its bits is set: each of its keys
-  /// may set another one. 0: the keyboard lacks it.
-  std::vector<std::uint32_t> bits_;
-  /// Of the lock keys (Caps Lock, Num Lock, Scroll Lock), which say nothing of what the user holds.
-  std::uint32_t locks_ = XCB_MOD_MASK_LOCK;
-};
-
 /// A combination as the server knows it: any of some keys, in any of some states of the modifiers.
 struct XChord {
   std::vector<xcb_keycode_t> keys;
-  /// See XModifiers::statesOf().
+  /// See KeyModifiers::statesOf().
   std::vector<std::uint32_t> states;
   bool operator==(const XChord&) const = default;
 };
@@ -68,7 +41,7 @@ class XKeyboard {
 
   // What follows may ask the server. Null or none when it cannot tell, after one line.
   [[nodiscard]] const Keymap* keymap();
-  [[nodiscard]] const XModifiers* modifiers();
+  [[nodiscard]] const KeyModifiers* modifiers();
   /// The layout in effect.
   [[nodiscard]] KeyboardGroup group() const { return group_; }
   /// What to press for a virtual key code with a mask of `platform/carbon/KeyCodes.h`. None where
@@ -78,7 +51,7 @@ class XKeyboard {
  private:
   struct Loaded {
     Keymap keymap;
-    XModifiers modifiers;
+    KeyModifiers modifiers;
   };
   struct FreeContext {
     void operator()(xkb_context* context) const;
