@@ -1,6 +1,7 @@
 #include "preferences/ShortcutState.h"
 
 #include "platform/Runtime.h"
+#include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "preferences/generalVc.h"
 #include "shared/ActionNames.h"
@@ -58,6 +59,11 @@ std::optional<hotkeys::ModifierList> listOf(const std::optional<platform::Value>
 }
 
 }  // namespace
+
+void ShortcutState::setRecording(bool records) {
+  isRecordingShortcut = records;
+  platform::SetSymbolicHotKeysEnabled(!records);
+}
 
 std::string ShortcutState::shortcutText() const {
   return hotkeys::description(currentShortcutModifiers) + currentShortcutKey;

@@ -52,6 +52,8 @@ struct ShortcutState {
   /// The pane that loaded its view last; null before the first has.
   std::shared_ptr<generalVc> currentGeneralVc;
 
+  /// While one records, the keys that the desktop would act on are for it too.
+  void setRecording(bool records);
   /// As a row shows it: the modifiers' symbols and the key text, "⌃⌘r".
   [[nodiscard]] std::string shortcutText() const;
   /// Forgets the key text and the modifiers.

@@ -34,14 +34,14 @@ void generalVc::viewWillAppear() {
   connected(&generalVc::lblCurrentWallpaper)
       .setStringValue(defaults.objectOfType<std::string>(shared::kUserdefaultsSelectedWallpaper)
                           .value_or("Please select a Wallpaper"));
-  shortcutState().isRecordingShortcut = false;
+  shortcutState().setRecording(false);
   reload_ToggleApp();
   reload_MuteMicShortcut();
 }
 
 void generalVc::viewWillDisappear() {
   resetCurrentRecording();
-  shortcutState().isRecordingShortcut = false;
+  shortcutState().setRecording(false);
 }
 
 // --- Actions ---

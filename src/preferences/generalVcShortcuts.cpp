@@ -86,7 +86,7 @@ void generalVc::startRecording(const ShortcutRow& row) {
   resetCurrentRecording();
   ShortcutState& state = shortcutState();
   state.recordingMuteMic = row.isMuteMic;
-  state.isRecordingShortcut = true;
+  state.setRecording(true);
   showShortcut(row, "");
   showClearButton(row, false);
   showRecording(row, true);
@@ -102,7 +102,7 @@ void generalVc::resetCurrentRecording() {
 }
 
 void generalVc::endRecording() {
-  shortcutState().isRecordingShortcut = false;
+  shortcutState().setRecording(false);
   showRecording(ShortcutRow::recording(), false);
   showClearButton(ShortcutRow::recording(), true);
   showOwnKeyBindings();

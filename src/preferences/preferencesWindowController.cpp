@@ -151,7 +151,7 @@ void preferencesWindowController::recordAfterRefusals(const std::set<std::string
   state.loadShortcut(row.textKey, row.listKey);
   // A recording that is still on tries the stored shortcut. With what was just refused that would
   // ask again, and so never end.
-  if (refused.contains(state.shortcutText())) state.isRecordingShortcut = false;
+  if (refused.contains(state.shortcutText())) state.setRecording(false);
   state.currentGeneralVc->startRecording(row);
 }
 

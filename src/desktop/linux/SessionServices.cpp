@@ -9,6 +9,7 @@
 #include "desktop/linux/kwin/KWinWindows.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/sway/SwaySession.h"
+#include "desktop/linux/tray/PlasmaPanels.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/wayland/WaylandWindowSystem.h"
 #include "desktop/linux/windowsystem/MonitorScreens.h"
@@ -29,11 +30,15 @@ struct SessionRooms {
   DesktopFacts qtFacts{[this] { return qtScreens.monitors(); }};
   WallpaperPictures pictures{facts()};
   SessionHotKeys hotKeys{x11 ? x11->hotKeys() : sway ? sway->hotKeys() : nullptr};
+  std::optional<PlasmaPanels> plasmaPanels;
   QStringList missing;
 
   SessionRooms() {
     if (x11) x11->setBackdrops(&pictures);
-    if (wayland) wayland->setBackdrops(&pictures);
+    if (!wayland) return;
+    wayland->setBackdrops(&pictures);
+    plasmaPanels.emplace(QDBusConnection::sessionBus());
+    wayland->setPanels([this] { return plasmaPanels->panels(); });
   }
   ~SessionRooms() {
     if (x11) x11->setBackdrops(nullptr);
@@ -103,7 +108,8 @@ constexpr std::array kWindowHiders{
     Candidate<WindowHider>{"KWin",
                            [](SessionRooms& rooms) -> WindowHider* { return rooms.kwin.get(); }},
     wayland<WindowHider, &Wayland::windowHider>};
-constexpr std::array kKeyTranslator{x11<KeyTranslator, &X11::keyTranslator>};
+constexpr std::array kKeyTranslator{x11<KeyTranslator, &X11::keyTranslator>,
+                                    wayland<KeyTranslator, &Wayland::keyTranslator>};
 constexpr std::array kHotKeys{
     Candidate<HotKeys>{"the session", [](SessionRooms& rooms) -> HotKeys* {
                          return rooms.hotKeys.isThere() ? &rooms.hotKeys : nullptr;

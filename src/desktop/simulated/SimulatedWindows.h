@@ -31,6 +31,9 @@ class SimulatedWindows final : public platform::port::Windows {
       std::function<void(std::optional<std::string>)> answered) override;
   void activateApplication() override { log_.add("windows.activateApplication"); }
 
+  void setDesktopKeysEnabled(bool enabled) override { desktopKeysEnabled_ = enabled; }
+  [[nodiscard]] bool desktopKeysEnabled() const { return desktopKeysEnabled_; }
+
   // --- Levers: the user ---
   /// Press and release of the main button on a view, in the window that it is in.
   void press(platform::NSView& view);
@@ -82,6 +85,7 @@ class SimulatedWindows final : public platform::port::Windows {
   [[nodiscard]] int updates() const { return updates_; }
 
  private:
+  bool desktopKeysEnabled_ = true;
   class Window;
   class Alert;
   class OpenPanel;

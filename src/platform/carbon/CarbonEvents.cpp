@@ -114,6 +114,10 @@ OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, Eve
   return EventDispatcher::shared().registerHotKey(keyCode, modifiers, hotKeyID, outRef);
 }
 
+void SetSymbolicHotKeysEnabled(bool enabled) {
+  Runtime::current().desktop().windows.setDesktopKeysEnabled(enabled);
+}
+
 bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   return service() != nullptr && service()->isReserved(keyCode, modifiers);
 }

@@ -80,6 +80,9 @@ using EventHandler = OSStatus (*)(EventRef event, void* userData);
                                                           std::string_view action);
 /// Whether it does so, so that a refusal is nothing that another combination would help.
 [[nodiscard]] bool AreHotKeysBoundByUser();
+/// Whether the desktop acts on its own keys, as it does at first, or leaves them to the titled
+/// window of the application that has the keyboard. Some desktops keep them.
+void SetSymbolicHotKeysEnabled(bool enabled);
 /// Has `handler` called when a desktop that assigns the keys itself has made up its mind, or the
 /// user has: with the name of the keys that the hot key has now, or none where it has none and is
 /// withdrawn (see port::HotKeysClient). There is one handler; null: nobody is told.

@@ -123,6 +123,9 @@ class Windows {
 
   /// Brings the application to the foreground; the desktop may refuse.
   virtual void activateApplication() = 0;
+  /// While they are not enabled, keys that the desktop would act on come to the titled window that
+  /// has the keyboard, as far as the desktop gives them up. They are at first.
+  virtual void setDesktopKeysEnabled(bool /*enabled*/) {}
 };
 
 /// What a status item's peer reports. Called on the main thread, never from inside a call of the

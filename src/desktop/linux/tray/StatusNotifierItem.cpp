@@ -58,8 +58,8 @@ BusInterface StatusNotifierItem::makeInterface() {
       return QVariantList();
     };
   };
-  const auto keepToken = [this](const QDBusMessage& call) {
-    token_ = call.arguments().value(0).toString();
+  const auto tellToken = [this](const QDBusMessage& call) {
+    reports_.tokenGiven(call.arguments().value(0).toString());
     return QVariantList();
   };
   const auto ignore = [](const QDBusMessage&) { return QVariantList(); };
@@ -71,7 +71,7 @@ BusInterface StatusNotifierItem::makeInterface() {
                       {"ContextMenu", {{"i", "i"}, {}, reporting(reports_.menuAsked)}},
                       {"SecondaryActivate", {{"i", "i"}, {}, ignore}},
                       {"Scroll", {{"i", "s"}, {}, ignore}},
-                      {"ProvideXdgActivationToken", {{"s"}, {}, keepToken}}},
+                      {"ProvideXdgActivationToken", {{"s"}, {}, tellToken}}},
           .properties = {{"Category", text("ApplicationStatus")},
                          {"Id", text("calmdeck")},
                          {"Title", text("Calmdeck")},
@@ -95,7 +95,7 @@ BusInterface StatusNotifierItem::makeInterface() {
 void StatusNotifierItem::report(const std::function<void(const Click&)>& what,
                                 const QDBusMessage& call) {
   const QVariantList place = call.arguments();
-  const Click click{{place.value(0).toInt(), place.value(1).toInt()}, std::exchange(token_, {})};
+  const Click click{{place.value(0).toInt(), place.value(1).toInt()}};
   QMetaObject::invokeMethod(
       &later_, [&what, click] { what(click); }, Qt::QueuedConnection);
 }

@@ -20,8 +20,6 @@ class StatusNotifierItem {
   struct Click {
     /// Near the item, in coordinates of the host's choice; some hosts send what means nothing.
     QPoint place;
-    /// The token for xdg-activation that the host provided just before; else empty.
-    QString token;
   };
 
   /// Told on the main thread, in the order of arrival, after the host has got its reply.
@@ -29,6 +27,9 @@ class StatusNotifierItem {
     std::function<void(const Click& click)> activated;
     /// The host draws no menus and asks us to.
     std::function<void(const Click& click)> menuAsked;
+    /// What the user's click gives leave to take the keyboard with (xdg-activation). It comes
+    /// before the click itself, or before the host opens the menu that it draws.
+    std::function<void(const QString& token)> tokenGiven;
     /// Before each call, with the bus name of the host that made it.
     std::function<void(const QString& host)> called;
   };
@@ -50,7 +51,6 @@ class StatusNotifierItem {
   const StatusImage* image_ = nullptr;
   const StatusImage* announced_ = nullptr;
   bool announcing_ = false;
-  QString token_;
   QObject later_;  // cancels what is reported later
   BusObject object_;
 };

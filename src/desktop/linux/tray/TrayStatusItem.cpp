@@ -31,9 +31,11 @@ TrayStatusItem::TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemCli
   busMenu_.emplace(connection_, opening_);
   notifier_.emplace(
       connection_,
-      StatusNotifierItem::Reports{.activated = [this](const auto& click) { activated(click); },
-                                  .menuAsked = [this](const auto& click) { menuAsked(click); },
-                                  .called = [this](const QString& host) { bar_.shownBy(host); }});
+      StatusNotifierItem::Reports{
+          .activated = [this](const auto& click) { activated(click); },
+          .menuAsked = [this](const auto& click) { menuAsked(click); },
+          .tokenGiven = [this](const QString& token) { bar_.windows().setToken(token); },
+          .called = [this](const QString& host) { bar_.shownBy(host); }});
   notifier_->setImage(*image_);
 }
 
@@ -97,7 +99,6 @@ void TrayStatusItem::tellObserver(NSEventType click) const {
 }
 
 void TrayStatusItem::remember(const StatusNotifierItem::Click& click, std::function<void()> then) {
-  bar_.windows().setToken(click.token);
   bar_.windows().findPointer([this, alive = QPointer(&context_), told = click.place,
                               then = std::move(then)](std::optional<QPoint> found) {
     if (!alive) return;

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QWindow>
 #include <algorithm>
@@ -73,6 +74,7 @@ ModalDialog::ModalDialog(std::unique_ptr<QDialog> dialog, QtWindowPeer* window,
 ModalDialog::~ModalDialog() {
   end();
   QObject::disconnect(dialog_.get(), nullptr, nullptr, nullptr);
+  popover_.reset();
   dialog_->hide();
   // Its own event may be what destroys us.
   dialog_.release()->deleteLater();
@@ -90,11 +92,23 @@ QtWindowPeer* ModalDialog::windowBehind() const {
 void ModalDialog::show() {
   dialog_->winId();
   QWindow& window = *dialog_->windowHandle();
-  if (const QtWindowPeer* behind = windowBehind()) window.setTransientParent(behind->handle());
+  if (const QtWindowPeer* behind = windowBehind()) {
+    window.setTransientParent(behind->handle());
+    if (behind->isInFront()) comeInFrontOf(*behind);
+  }
   dialog_->show();
+  if (popover_) return;
   OwnWindows& ownWindows = services_.ownWindows;
   ownWindows.markAsAskedFor(window);
   onceExposed(window, [&window, &ownWindows] { ownWindows.activate(window); });
+}
+
+void ModalDialog::comeInFrontOf(const QtWindowPeer& behind) {
+  QWindow& window = *dialog_->windowHandle();
+  dialog_->adjustSize();
+  QRect place(QPoint(), dialog_->size());
+  place.moveCenter(behind.handle()->screen()->geometry().center());
+  popover_ = services_.ownWindows.makePopover(window, place, [this] { dialog_->reject(); });
 }
 
 void ModalDialog::end() {

@@ -31,11 +31,14 @@ class ModalDialog {
 
  private:
   [[nodiscard]] QtWindowPeer* windowBehind() const;
+  void comeInFrontOf(const QtWindowPeer& behind);
 
   WindowServices& services_;
   QtWindowPeer* window_;
   std::unique_ptr<QDialog> dialog_;
   bool ended_ = false;
+  /// Of an alert that stands in front of a window which the desktop keeps in front of all others.
+  std::unique_ptr<OwnWindows::Popover> popover_;
 };
 
 /// An alert in a message box.

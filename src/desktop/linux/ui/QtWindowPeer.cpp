@@ -73,6 +73,9 @@ void QtWindowPeer::show(const port::Placement& placement) {
     services_.ownWindows.markAsAskedFor(*handle());
     watchOutside();
   }
+  if (!popover_) {
+    for (QtWindowPeer* other : services_.shown) other->giveWay();
+  }
   window_->raise();
   std::erase(services_.shown, this);
   services_.shown.push_back(this);
@@ -85,6 +88,7 @@ void QtWindowPeer::hide() {
   presses_.reset();
   acts_.reset();
   popover_.reset();
+  diversion_.reset();
   lastPressInside_.reset();
   if (window_) window_->hide();
 }
@@ -98,6 +102,23 @@ void QtWindowPeer::makeKey() {
   // One that is minimised is not seen before it was asked for.
   if (services_.ownWindows.isKept(*handle())) return ask();
   onceExposed(*handle(), ask);
+}
+
+void QtWindowPeer::divertKeys(bool divert) {
+  // One at a time: a second one would be an error of the first.
+  diversion_.reset();
+  if (!divert || !window_ || window_->chrome() != Chrome::Titled) return;
+  diversion_ = services_.ownWindows.divertKeys(*handle());
+}
+
+void QtWindowPeer::giveWay() {
+  if (!isInFront()) return;
+  QMetaObject::invokeMethod(
+      &context_,
+      [this] {
+        if (acts_) acts_->lostKeyboard();
+      },
+      Qt::QueuedConnection);
 }
 
 void QtWindowPeer::update(const std::vector<port::ChangedView>& changes, bool) {

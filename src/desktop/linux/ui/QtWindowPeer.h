@@ -37,6 +37,10 @@ class QtWindowPeer final : public platform::port::WindowPeer,
 
   /// The native window, for alerts that stand in front of it; null before the first time.
   [[nodiscard]] QWindow* handle() const;
+  /// Whether a titled window takes the keys too that the desktop would act on, until it is hidden.
+  void divertKeys(bool divert);
+  /// Whether the desktop itself keeps the window in front of all others.
+  [[nodiscard]] bool isInFront() const { return popover_ != nullptr; }
   /// An alert was answered: presses up to now were for it.
   void alertDidEnd();
 
@@ -55,6 +59,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   /// Where a popover belongs now.
   [[nodiscard]] QRect place() const;
   void moveToPlace();
+  /// Another window of ours is shown that wants the keyboard.
+  void giveWay();
   void preparePopover();
   void watchOutside();
   void pressedOutside(const OutsidePress& press);
@@ -71,6 +77,7 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   /// Null where the window is one like others to the desktop.
   std::unique_ptr<OwnWindows::Popover> popover_;
   std::unique_ptr<OwnWindows::PressWatch> presses_;
+  std::unique_ptr<OwnWindows::KeyDiversion> diversion_;
   std::optional<std::uint32_t> lastPressInside_;
   /// How many calls of the model are on the stack: reports wait until there is none.
   int calls_ = 0;

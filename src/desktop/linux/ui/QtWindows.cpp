@@ -65,6 +65,10 @@ std::unique_ptr<platform::port::Windows::ModalPeer> QtWindows::showOpenPanel(
   return std::make_unique<QtOpenPanel>(panel, std::move(answered), services_);
 }
 
+void QtWindows::setDesktopKeysEnabled(bool enabled) {
+  for (QtWindowPeer* peer : services_.shown) peer->divertKeys(!enabled);
+}
+
 void QtWindows::activateApplication() {
   // An alert took the keyboard when it came and keeps it from the windows behind it.
   if (services_.alerts == 0 && !services_.shown.empty()) services_.shown.back()->makeKey();

@@ -31,6 +31,7 @@ class QtWindows final : public platform::port::Windows {
       const platform::NSOpenPanel& panel,
       std::function<void(std::optional<std::string> path)> answered) override;
   void activateApplication() override;
+  void setDesktopKeysEnabled(bool enabled) override;
 
  private:
   WindowServices services_;

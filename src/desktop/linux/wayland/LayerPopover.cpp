@@ -13,6 +13,7 @@ namespace {
 constexpr std::chrono::milliseconds kAnswer{500};
 /// The compositor gives the keyboard at once and to nobody else.
 constexpr std::uint32_t kExclusive = 1;
+constexpr std::int32_t kOverPanelsToo = -1;
 
 /// The screen that holds the place, or the most of it.
 QScreen& screenOf(const QRect& place) {
@@ -24,7 +25,7 @@ QScreen& screenOf(const QRect& place) {
 }  // namespace
 
 std::unique_ptr<LayerPopover> LayerPopover::make(const QtWayland& qt, zwlr_layer_shell_v1& shell,
-                                                 QWindow& window, const QRect& place,
+                                                 QWindow& window, const QRect& place, bool isExact,
                                                  std::function<void()> dismissed) {
   // A surface that had a role does not get another one.
   if (QtWayland::surfaceOf(window) == nullptr) {
@@ -44,6 +45,7 @@ std::unique_ptr<LayerPopover> LayerPopover::make(const QtWayland& qt, zwlr_layer
   zwlr_layer_surface_v1& role = *layer;
   std::unique_ptr<LayerPopover> popover(
       new LayerPopover(window, screen, std::move(layer), std::move(dismissed)));
+  if (isExact) zwlr_layer_surface_v1_set_exclusive_zone(&role, kOverPanelsToo);
   popover->moveTo(place);
   if (qt.waitFor(
           role, [&] { return popover->configured_; }, kAnswer))
@@ -65,16 +67,16 @@ LayerPopover::LayerPopover(QWindow& window, QScreen& screen,
       [](void* self, zwlr_layer_surface_v1*) { static_cast<LayerPopover*>(self)->dismissed_(); }};
   zwlr_layer_surface_v1_add_listener(layer_.get(), &kListener, this);
   zwlr_layer_surface_v1_set_keyboard_interactivity(layer_.get(), kExclusive);
-}
-
-void LayerPopover::moveTo(const QRect& place) {
-  set(place);
-  // Null once Qt has hidden the window by itself.
-  if (wl_surface* surface = QtWayland::surfaceOf(window_)) wl_surface_commit(surface);
+  // Qt then lets go of the surface, which has to outlive its role.
+  QObject::connect(&window, &QWindow::visibleChanged, &context_, [this](bool visible) {
+    if (!visible) layer_.reset();
+  });
 }
 
 // From the nearest corner, so that what the panels keep free comes to it from the compositor.
-void LayerPopover::set(const QRect& place) {
+void LayerPopover::moveTo(const QRect& place) {
+  wl_surface* surface = QtWayland::surfaceOf(window_);
+  if (!layer_ || surface == nullptr) return;
   const QRect area = screen_.geometry();
   const int left = place.left() - area.left();
   const int right = area.right() - place.right();
@@ -88,6 +90,7 @@ void LayerPopover::set(const QRect& place) {
   zwlr_layer_surface_v1_set_margin(layer_.get(), top, right, bottom, left);
   zwlr_layer_surface_v1_set_size(layer_.get(), static_cast<std::uint32_t>(place.width()),
                                  static_cast<std::uint32_t>(place.height()));
+  wl_surface_commit(surface);
 }
 
 }  // namespace linux_desktop

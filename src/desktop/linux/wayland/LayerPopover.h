@@ -12,12 +12,14 @@ namespace linux_desktop {
 /// it the keyboard at once and lists it nowhere.
 class LayerPopover final : public OwnWindows::Popover {
  public:
-  /// Null where the compositor does not answer. `window` is not on the screen, is shown next, and
-  /// hidden only when this is gone. `qt` and `shell`, one of Qt's connection, outlive this.
-  /// `dismissed` is called out of the event loop when the compositor takes the window away.
+  /// Null where the compositor does not answer. `window` is not on the screen, and is shown next.
+  /// `isExact`: the place is off the panels already; else what they keep free comes to it. `qt` and
+  /// `shell`, one of Qt's connection, outlive this. `dismissed` is called out of the event loop
+  /// when the compositor takes the window away.
   [[nodiscard]] static std::unique_ptr<LayerPopover> make(const QtWayland& qt,
                                                           zwlr_layer_shell_v1& shell,
                                                           QWindow& window, const QRect& place,
+                                                          bool isExact,
                                                           std::function<void()> dismissed);
   LayerPopover(const LayerPopover&) = delete;
   LayerPopover& operator=(const LayerPopover&) = delete;
@@ -27,13 +29,13 @@ class LayerPopover final : public OwnWindows::Popover {
  private:
   LayerPopover(QWindow& window, QScreen& screen, WaylandProxy<zwlr_layer_surface_v1> layer,
                std::function<void()> dismissed);
-  void set(const QRect& place);
 
   QWindow& window_;
   QScreen& screen_;
   WaylandProxy<zwlr_layer_surface_v1> layer_;
   std::function<void()> dismissed_;
   bool configured_ = false;
+  QObject context_;
 };
 
 }  // namespace linux_desktop

@@ -7,7 +7,6 @@ namespace linux_desktop {
 namespace {
 
 constexpr std::uint32_t kShellVersion = 4;
-constexpr std::uint32_t kSeatVersion = 5;
 /// How long a button may be held, that has been clicked already, and the pointer so not be told of.
 constexpr std::chrono::milliseconds kPointerPatience{300};
 
@@ -36,15 +35,15 @@ class Inhibitor final : public OwnWindows::KeyDiversion {
 
 }  // namespace
 
-WaylandOwnWindows::WaylandOwnWindows(const QtWayland& qt, WaylandConnection& connection,
-                                     WaylandOutputs& outputs)
+WaylandOwnWindows::WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard& keyboard,
+                                     WaylandConnection& connection, WaylandOutputs& outputs)
     : qt_(qt),
+      keyboard_(keyboard),
       connection_(connection),
       outputs_(outputs),
       parts_(connection),
       seat_(connection),
       shell_(qt.bindFirst<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, kShellVersion)),
-      keyboardSeat_(qt.bindFirst<wl_seat>(wl_seat_interface, kSeatVersion)),
       inhibition_(qt.bindFirst<zwp_keyboard_shortcuts_inhibit_manager_v1>(
           zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1)) {
   patience_.setSingleShot(true);
@@ -67,15 +66,15 @@ std::unique_ptr<OwnWindows::Popover> WaylandOwnWindows::makePopover(
         if (finders_.empty()) kept_.reset();
       },
       Qt::QueuedConnection);
-  return LayerPopover::make(qt_, *shell_, window, place, dismissed);
+  return LayerPopover::make(qt_, *shell_, window, place, !panels().empty(), dismissed);
 }
 
 std::unique_ptr<OwnWindows::KeyDiversion> WaylandOwnWindows::divertKeys(QWindow& window) {
   wl_surface* surface = QtWayland::surfaceOf(window);
-  if (!inhibition_ || !keyboardSeat_ || surface == nullptr) return nullptr;
+  if (!inhibition_ || keyboard_.seat() == nullptr || surface == nullptr) return nullptr;
   return std::make_unique<Inhibitor>(WaylandProxy<zwp_keyboard_shortcuts_inhibitor_v1>(
       zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(inhibition_.get(), surface,
-                                                                  keyboardSeat_.get())));
+                                                                  keyboard_.seat())));
 }
 
 void WaylandOwnWindows::findPointer(const PointerFound& found) {

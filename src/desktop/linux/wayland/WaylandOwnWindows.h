@@ -8,6 +8,7 @@
 #include "desktop/linux/wayland/LayerPopover.h"
 #include "desktop/linux/wayland/PressCatcher.h"
 #include "desktop/linux/wayland/QtWayland.h"
+#include "desktop/linux/wayland/WaylandKeyboard.h"
 #include "desktop/linux/windowsystem/OwnWindows.h"
 
 namespace linux_desktop {
@@ -17,15 +18,22 @@ namespace linux_desktop {
 class WaylandOwnWindows final : public OwnWindows {
  public:
   /// All outlive this.
-  WaylandOwnWindows(const QtWayland& qt, WaylandConnection& connection, WaylandOutputs& outputs);
+  WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard& keyboard,
+                    WaylandConnection& connection, WaylandOutputs& outputs);
 
   /// Whether the compositor has what this needs.
   [[nodiscard]] bool isPossible() const { return shell_ && parts_.areThere(); }
+
+  /// Tells where panels are; see WaylandWindowSystem.
+  void setPanels(std::function<std::vector<DesktopPanel>()> panels) { panels_ = std::move(panels); }
 
   [[nodiscard]] std::unique_ptr<Popover> makePopover(
       QWindow& window, const QRect& place, const std::function<void()>& dismissed) override;
   [[nodiscard]] std::unique_ptr<KeyDiversion> divertKeys(QWindow& window) override;
   [[nodiscard]] bool mayBeRound() override { return true; }
+  [[nodiscard]] std::vector<DesktopPanel> panels() override {
+    return panels_ ? panels_() : std::vector<DesktopPanel>();
+  }
   void findPointer(const PointerFound& found) override;
   [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window,
                                                          const Pressed& pressed) override;
@@ -35,13 +43,14 @@ class WaylandOwnWindows final : public OwnWindows {
   void pointerFound();
 
   const QtWayland& qt_;
+  const WaylandKeyboard& keyboard_;
   WaylandConnection& connection_;
   WaylandOutputs& outputs_;
   CatcherParts parts_;
   PointerSeat seat_;
   WaylandProxy<zwlr_layer_shell_v1> shell_;
-  WaylandProxy<wl_seat> keyboardSeat_;
   WaylandProxy<zwp_keyboard_shortcuts_inhibit_manager_v1> inhibition_;
+  std::function<std::vector<DesktopPanel>()> panels_;
   std::weak_ptr<PressCatcher> catcher_;
   /// Keeps it while the pointer is looked for, and for the turn of the loop in which somebody may
   /// watch by it.

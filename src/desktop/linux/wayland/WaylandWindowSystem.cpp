@@ -12,7 +12,9 @@ std::unique_ptr<WaylandWindowSystem> WaylandWindowSystem::open() {
 
 WaylandWindowSystem::WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection)
     : connection_(std::move(connection)) {
-  if (qt_) ownWindows_.emplace(*qt_, *connection_, outputs_);
+  if (!qt_) return;
+  keyboard_.emplace(*qt_);
+  ownWindows_.emplace(*qt_, *keyboard_, *connection_, outputs_);
 }
 
 }  // namespace linux_desktop

@@ -8,6 +8,7 @@
 #include "desktop/linux/wayland/LayerCovers.h"
 #include "desktop/linux/wayland/ShmPicture.h"
 #include "desktop/linux/wayland/WaylandConnection.h"
+#include "desktop/linux/wayland/WaylandKeyboard.h"
 #include "desktop/linux/wayland/WaylandOutputs.h"
 #include "desktop/linux/wayland/WaylandOwnWindows.h"
 #include "desktop/linux/windowsystem/DesktopView.h"
@@ -31,6 +32,14 @@ class WaylandWindowSystem {
   }
 
   [[nodiscard]] WindowHider* windowHider() { return toplevels_.get(); }
+  [[nodiscard]] KeyTranslator* keyTranslator() {
+    return keyboard_ && keyboard_->seat() != nullptr ? &*keyboard_ : nullptr;
+  }
+  /// Where to ask where panels are, which compositors do not tell. An empty function, as at first:
+  /// nowhere.
+  void setPanels(std::function<std::vector<DesktopPanel>()> panels) {
+    if (ownWindows_) ownWindows_->setPanels(std::move(panels));
+  }
 
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
   /// Where to ask what the desktop was told to show behind everything. Null, as at first: nobody.
@@ -44,6 +53,7 @@ class WaylandWindowSystem {
   /// Null where Qt does not tell of its own connection.
   std::unique_ptr<QtWayland> qt_ = QtWayland::open();
   WaylandOutputs outputs_{*connection_};
+  std::optional<WaylandKeyboard> keyboard_;
   std::optional<WaylandOwnWindows> ownWindows_;
   WaylandScreens screens_{outputs_};
   ShmPictures pictures_{*connection_, screens_};

@@ -66,10 +66,10 @@ class OwnWindows {
     virtual ~Popover() = default;
     virtual void moveTo(const QRect& place) = 0;
   };
-  /// Makes a popover at `place` of `window`, which is not on the screen, is shown next, and is
-  /// hidden only once the popover has ended. Null: the window is one like others, and stands where
-  /// it is moved. `dismissed` is called out of the event loop when its screen goes, and must not
-  /// end the popover.
+  /// Makes a popover at `place` of `window`, which is not on the screen and is shown next. It ends
+  /// when the window is hidden, or with what is returned, before that. Null: the window is one like
+  /// others, and stands where it is moved. `dismissed` is called out of the event loop when its
+  /// screen goes, and must not end the popover.
   [[nodiscard]] virtual std::unique_ptr<Popover> makePopover(
       QWindow& /*window*/, const QRect& /*place*/, const std::function<void()>& /*dismissed*/) {
     return nullptr;

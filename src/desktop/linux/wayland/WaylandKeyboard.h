@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "desktop/linux/keys/KeyModifiers.h"
+#include "desktop/linux/wayland/QtWayland.h"
+#include "desktop/linux/windowsystem/KeyTranslator.h"
+
+struct xkb_context;
+
+namespace linux_desktop {
+
+/// The keyboard that types into Qt's windows: Qt knows its layouts and which of them is in effect,
+/// but does not tell. Main thread only.
+class WaylandKeyboard final : public KeyTranslator {
+ public:
+  /// `qt` outlives this.
+  explicit WaylandKeyboard(const QtWayland& qt);
+  WaylandKeyboard(const WaylandKeyboard&) = delete;
+  WaylandKeyboard& operator=(const WaylandKeyboard&) = delete;
+
+  /// Null where there is none.
+  [[nodiscard]] wl_seat* seat() const { return seat_.get(); }
+  [[nodiscard]] std::optional<platform::NSEvent> translate(const QKeyEvent& press) override;
+
+ private:
+  struct FreeContext {
+    void operator()(xkb_context* context) const { xkb_context_unref(context); }
+  };
+  struct Loaded {
+    Keymap keymap;
+    KeyModifiers modifiers;
+  };
+
+  void follow(std::uint32_t capabilities);
+  void load(int file, std::uint32_t size);
+
+  std::unique_ptr<xkb_context, FreeContext> context_;
+  WaylandProxy<wl_seat> seat_;
+  WaylandProxy<wl_keyboard> keyboard_;
+  std::optional<Loaded> loaded_;
+  KeyboardGroup group_ = 0;
+};
+
+}  // namespace linux_desktop
