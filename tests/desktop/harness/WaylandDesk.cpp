@@ -26,11 +26,12 @@ constexpr int kBarThickness = 32;
 // Started by the compositor once it is up: the only one that knows what others find it by.
 void writeStartScript(const fs::path& script) {
   const std::string told = script.string() + ".told";
-  std::ofstream(script)
-      << "#!/bin/sh\nprintf '%s\\n' \"$WAYLAND_DISPLAY\" \"$DISPLAY\" \"$SWAYSOCK\" >" << told
-      << ".new\nmv " << told << ".new " << told << '\n';
+  std::ofstream(script) << "#!/bin/sh\nenv >" << told << ".new\nmv " << told << ".new " << told
+                        << '\n';
   fs::permissions(script, fs::perms::owner_all | fs::perms::others_exec | fs::perms::others_read);
 }
+
+constexpr const char* kToldByCompositors[] = {"SWAYSOCK", "LABWC_PID"};
 
 std::string swayConfiguration(const WaylandOptions& options, const fs::path& script) {
   std::ostringstream text;
@@ -172,19 +173,21 @@ std::vector<std::string> WaylandDesk::command(const WaylandOptions& options) con
 void WaylandDesk::takeEnvironment(const WaylandOptions& options) {
   const fs::path told = home().runtime() / (std::string(kStarted) + ".told");
   require(until([&] { return fs::exists(told); }), "the compositor", *compositor_);
+  Environment own;
   std::istringstream lines(textOf(told));
-  std::string wayland;
-  std::string x;
-  std::string sway;
-  std::getline(lines, wayland) && std::getline(lines, x) && std::getline(lines, sway);
-  setEnvironment("WAYLAND_DISPLAY", home().runtime() / wayland);
-  if (options.xwayland) setEnvironment("DISPLAY", x);
-  if (!sway.empty()) setEnvironment("SWAYSOCK", sway);
+  for (std::string line; std::getline(lines, line);)
+    own[line.substr(0, line.find('='))] = line.substr(line.find('=') + 1);
+  for (const char* name : kToldByCompositors)
+    if (own.contains(name)) setEnvironment(name, own.at(name));
+  // Whole, so that also one finds it who is given another folder.
+  setEnvironment("WAYLAND_DISPLAY", home().runtime() / own.at("WAYLAND_DISPLAY"));
+  if (options.xwayland) setEnvironment("DISPLAY", own.at("DISPLAY"));
   const char* const desktops[] = {"sway", "labwc:wlroots", "KDE"};
   setEnvironment("XDG_CURRENT_DESKTOP", desktops[static_cast<std::size_t>(kind_)]);
   // Also those that the bus starts belong to this desktop.
-  const RunResult passedOn = run({"dbus-update-activation-environment", "WAYLAND_DISPLAY",
-                                  "SWAYSOCK", "XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE"});
+  const RunResult passedOn =
+      run({"dbus-update-activation-environment", "WAYLAND_DISPLAY", "SWAYSOCK", "LABWC_PID",
+           "XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE"});
   if (!passedOn.succeeded()) throw std::runtime_error("the bus: " + passedOn.errorOutput);
 }
 

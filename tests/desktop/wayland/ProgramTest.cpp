@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <sstream>
 
+#include "desktop/harness/AccessibilityClient.h"
 #include "desktop/harness/WaylandDesk.h"
 
 using harness::Compositor;
@@ -79,8 +81,13 @@ TEST_P(WaylandProgramTest, ItsActionsTurnTheModeOnAndOff) {
 constexpr const char* kSwayLine =
     "bindsym Ctrl+Alt+p exec gapplication action org.calmdeck.Calmdeck toggle-presentation-mode";
 constexpr const char* kLabwcLine =
-    R"(<keyboard><keybind key="C-A-p"><action name="Execute" command=")"
-    R"(gapplication action org.calmdeck.Calmdeck toggle-presentation-mode"/></keybind></keyboard>)";
+    R"(<keybind key="C-A-p"><action name="Execute" command=")"
+    R"(gapplication action org.calmdeck.Calmdeck toggle-presentation-mode"/></keybind>)";
+
+std::string configurationWithTheLine(Compositor compositor) {
+  if (compositor == Compositor::Sway) return kSwayLine;
+  return std::string("<keyboard>") + kLabwcLine + "</keyboard>";
+}
 
 class OwnKeyTest : public testing::TestWithParam<Compositor> {};
 
@@ -92,7 +99,7 @@ TEST_P(OwnKeyTest, TheCompositorsOwnBindingTurnsTheModeOnAndOff) {
   if (GetParam() == Compositor::Kwin) GTEST_SKIP() << "programs get hot keys there";
   WaylandDesk desk({.compositor = GetParam(),
                     .sound = harness::SoundServerKind::PulseAudio,
-                    .configuration = GetParam() == Compositor::Sway ? kSwayLine : kLabwcLine});
+                    .configuration = configurationWithTheLine(GetParam())});
   desk.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": true})");
   const auto program = desk.startCalmdeck();
   ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
@@ -100,6 +107,22 @@ TEST_P(OwnKeyTest, TheCompositorsOwnBindingTurnsTheModeOnAndOff) {
     desk.input().key("ctrl+alt+p");
     EXPECT_TRUE(desk.until([&] { return desk.sound().sinkMuted(kSink) == muted; }));
   }
+}
+
+TEST_P(OwnKeyTest, ThePreferencesShowTheLineWhereThereAreNoHotKeys) {
+  if (GetParam() != Compositor::Labwc) GTEST_SKIP() << "programs get hot keys there";
+  WaylandDesk desk({.compositor = GetParam()});
+  desk.home().writeConfig("calmdeck/settings.json", R"({"kuserdefault_ToggleAppShortcut": "p",
+                                "kuserdefault_ToggleAppFlag": [12, 13]})");
+  const auto program = desk.startCalmdeck(harness::AccessibilityClient::accessibleEnvironment());
+  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
+  ASSERT_TRUE(desk.run({"gapplication", "action", kName, "preferences"}).succeeded());
+  const harness::AccessibilityClient reader(desk);
+  EXPECT_TRUE(desk.until([&] {
+    return std::ranges::any_of(reader.elements(), [](const harness::AccessibleElement& element) {
+      return element.name == kLabwcLine && element.is("showing");
+    });
+  }));
 }
 
 }  // namespace
