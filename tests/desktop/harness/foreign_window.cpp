@@ -3,7 +3,8 @@
 //   foreign_window NAME COLOUR
 //
 // NAME is the window's title and what compositors know the program by, COLOUR as #rrggbb. It says
-// what it hears: "active" and "inactive" as the keyboard comes and goes, "key TEXT", "press". F5 minimises it.
+// what it hears: "active" and "inactive" as the keyboard comes and goes, "key TEXT", "press". F5
+// minimises it.
 
 #include <QApplication>
 #include <QKeyEvent>

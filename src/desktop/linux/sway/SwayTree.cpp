@@ -11,7 +11,7 @@ SwayId idOf(const QJsonObject& node) {
 
 QJsonArray childrenOf(const QJsonObject& node) {
   QJsonArray children = node[QLatin1String("nodes")].toArray();
-  for (const QJsonValue& floating : node[QLatin1String("floating_nodes")].toArray()) {
+  for (const auto& floating : node[QLatin1String("floating_nodes")].toArray()) {
     children.append(floating);
   }
   return children;
@@ -19,7 +19,7 @@ QJsonArray childrenOf(const QJsonObject& node) {
 
 void collectWindows(const QJsonObject& node, std::vector<SwayWindow>& windows) {
   const QJsonArray children = childrenOf(node);
-  for (const QJsonValue& child : children) collectWindows(child.toObject(), windows);
+  for (const auto& child : children) collectWindows(child.toObject(), windows);
   if (!children.isEmpty() || !node.contains(QLatin1String("pid"))) return;
   windows.push_back({idOf(node), node[QLatin1String("pid")].toInteger(),
                      node[QLatin1String("sticky")].toBool(),
@@ -30,7 +30,7 @@ SwayWorkspace workspaceOf(const QJsonObject& node, const QJsonObject& output) {
   SwayWorkspace workspace{idOf(node), node[QLatin1String("name")].toString(),
                           output[QLatin1String("name")].toString()};
   workspace.isVisible = output[QLatin1String("current_workspace")].toString() == workspace.name;
-  for (const QJsonValue& child : childrenOf(node)) {
+  for (const auto& child : childrenOf(node)) {
     workspace.groups.push_back(idOf(child.toObject()));
     collectWindows(child.toObject(), workspace.windows);
   }
@@ -40,7 +40,7 @@ SwayWorkspace workspaceOf(const QJsonObject& node, const QJsonObject& output) {
 /// The first in the node's order of focus.
 QJsonObject focusedChildOf(const QJsonObject& node) {
   const SwayId first = node[QLatin1String("focus")].toArray().first().toInteger();
-  for (const QJsonValue& child : childrenOf(node)) {
+  for (const auto& child : childrenOf(node)) {
     if (idOf(child.toObject()) == first) return child.toObject();
   }
   return {};
@@ -50,11 +50,11 @@ QJsonObject focusedChildOf(const QJsonObject& node) {
 
 SwayTree swayTree(const QJsonObject& root) {
   SwayTree tree;
-  for (const QJsonValue& value : root[QLatin1String("nodes")].toArray()) {
+  for (const auto& value : root[QLatin1String("nodes")].toArray()) {
     const QJsonObject output = value.toObject();
     // Where sway keeps the windows of its scratchpad.
     if (output[QLatin1String("name")].toString() == QLatin1String("__i3")) continue;
-    for (const QJsonValue& workspace : childrenOf(output)) {
+    for (const auto& workspace : childrenOf(output)) {
       tree.workspaces.push_back(workspaceOf(workspace.toObject(), output));
     }
   }

@@ -157,7 +157,7 @@ void SwayWindows::hide(Done done) {
         focusedBefore_ = tree.focused;
         return swayHideCommands(tree, QCoreApplication::applicationPid());
       },
-      std::move(done));
+      done);
 }
 
 void SwayWindows::show(Done done) {
@@ -165,10 +165,11 @@ void SwayWindows::show(Done done) {
       [this](const SwayTree& tree) {
         return swayShowCommands(tree, QCoreApplication::applicationPid(), focusedBefore_);
       },
-      std::move(done));
+      done);
 }
 
-void SwayWindows::carryOut(std::function<QByteArrayList(const SwayTree& tree)> plan, Done done) {
+void SwayWindows::carryOut(const std::function<QByteArrayList(const SwayTree& tree)>& plan,
+                           const Done& done) {
   sway_.ask(SwaySocket::Question::Tree, {}, [=, this](const QJsonDocument& answer) {
     const QByteArrayList commands = plan(swayTree(answer.object()));
     if (commands.isEmpty()) {
@@ -185,7 +186,7 @@ void SwayWindows::carryOut(std::function<QByteArrayList(const SwayTree& tree)> p
 
 // Sway takes the pointer along to a monitor that gets the focus, and it would stay there.
 QByteArray SwayWindows::withoutWarping(const QByteArrayList& commands) {
-  const QByteArray all = commands.join(';');
+  QByteArray all = commands.join(';');
   if (!all.contains("focus output")) return all;
   const QByteArray usual = SwayConfig::read(sway_).valueOf("mouse_warping", "output");
   return "mouse_warping none;" + all + ";mouse_warping " + usual;

@@ -26,7 +26,7 @@ class SwayWindows final : public WindowHider {
   void show(Done done) override;
 
  private:
-  void carryOut(std::function<QByteArrayList(const SwayTree& tree)> plan, Done done);
+  void carryOut(const std::function<QByteArrayList(const SwayTree& tree)>& plan, const Done& done);
   [[nodiscard]] QByteArray withoutWarping(const QByteArrayList& commands);
   void workspaceChanged(const QJsonObject& event);
 

@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <algorithm>
 #include <chrono>
-#include <ranges>
 #include <span>
 #include <utility>
 
@@ -153,15 +152,15 @@ void ForeignToplevels::show(Done done) {
   const Toplevels hidden = thoseWhere([](const ForeignToplevel& one) { return one.isHidden; });
   const Toplevels onTop =
       thoseWhere([](const ForeignToplevel& one) { return !one.state().minimised; });
-  for (ForeignToplevel* toplevel : hidden | std::views::reverse) {
+  std::for_each(hidden.rbegin(), hidden.rend(), [](ForeignToplevel* toplevel) {
     toplevel->isHidden = false;
     zwlr_foreign_toplevel_handle_v1_unset_minimized(toplevel->get());
-  }
+  });
   Toplevels active = onTop;
   if (onTop.empty() && activeBefore_ != nullptr) active.push_back(activeBefore_);
-  for (ForeignToplevel* toplevel : active | std::views::reverse) {
+  std::for_each(active.rbegin(), active.rend(), [this](ForeignToplevel* toplevel) {
     if (seat_) zwlr_foreign_toplevel_handle_v1_activate(toplevel->get(), seat_.get());
-  }
+  });
   begin(hidden, false, std::move(done));
 }
 
