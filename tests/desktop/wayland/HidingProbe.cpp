@@ -2,10 +2,11 @@
 // commands from the fifo that it is given, a line each:
 //   hide, show   as the mode does when it starts and stops; "refused" where that cannot be asked
 //   hidden       "hidden" or "shown", as the port tells of the others
-//   open         a window of its own, magenta
+//   open         a window of its own, magenta; "key" for each that is pressed there
 // Ends each line's work with "done".
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -19,6 +20,10 @@ namespace {
 using platform::NSApplicationActivationPolicy;
 using platform::port::ApplicationInfo;
 using probe::say;
+
+class OwnWindow final : public QWidget {
+  void keyPressEvent(QKeyEvent* /*event*/) override { say("key"); }
+};
 
 class Probe {
  public:
@@ -75,7 +80,7 @@ class Probe {
 
   linux_desktop::QtMainLoop loop_;
   linux_desktop::SessionServices services_;
-  QWidget window_;
+  OwnWindow window_;
   probe::OrderFifo orders_;
 };
 

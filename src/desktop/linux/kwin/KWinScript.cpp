@@ -62,9 +62,9 @@ function show() {
   const order = bottomToTop();
   const hidden = order.filter(isHidden);
   const active = workspace[activeName];
-  // What no panel is can be minimised, dialogs perhaps not.
-  const isAtWork = active && !isOurs(active) && !active.minimized &&
-      (active.minimizable || active.dialog);
+  // Panels of others cannot be minimised, nor can some dialogs.
+  const isAtWork = active && !active.minimized &&
+      (isOurs(active) || active.minimizable || active.dialog);
   for (const window of hidden) {
     window.minimized = false;
     unmark(window);
