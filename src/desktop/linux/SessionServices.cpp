@@ -39,6 +39,7 @@ struct SessionRooms {
     wayland->setBackdrops(&pictures);
     plasmaPanels.emplace(QDBusConnection::sessionBus());
     wayland->setPanels([this] { return plasmaPanels->panels(); });
+    if (sway) arrangeWallpaper();
   }
   ~SessionRooms() {
     if (x11) x11->setBackdrops(nullptr);
@@ -50,6 +51,12 @@ struct SessionRooms {
   [[nodiscard]] DesktopFacts& facts() {
     if (x11) return *x11->desktopFacts();
     return wayland ? *wayland->desktopFacts() : qtFacts;
+  }
+  /// sway shows pictures of its own.
+  void arrangeWallpaper() {
+    if (wayland->wallpaper() == nullptr) return;
+    if (sway->stacksDownwards()) wayland->wallpaper()->standAboveOthers();
+    facts().setBareDesktop(sway->wallpaper(facts().bareDesktop()));
   }
 };
 

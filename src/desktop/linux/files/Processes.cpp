@@ -1,15 +1,78 @@
 #include "desktop/linux/files/Processes.h"
 
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <QDir>
 #include <QFile>
+#include <QSocketNotifier>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/files/FileDescriptor.h"
 
 namespace linux_desktop {
+namespace {
 
-QByteArrayList commandLineOf(qint64 pid) {
-  QFile file(QStringLiteral("/proc/%1/cmdline").arg(pid));
-  if (pid <= 0 || !file.open(QIODevice::ReadOnly)) return {};
-  QByteArrayList words = file.readAll().split('\0');
-  if (!words.isEmpty() && words.last().isEmpty()) words.removeLast();
+QByteArray read(qint64 pid, const char* what) {
+  QFile file(QStringLiteral("/proc/%1/%2").arg(pid).arg(QLatin1String(what)));
+  return pid > 0 && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArrayList wordsOf(qint64 pid, const char* what) {
+  QByteArrayList words = read(pid, what).split('\0');
+  if (words.last().isEmpty()) words.removeLast();
   return words;
 }
+
+/// In ticks since the machine started; proc(5).
+qulonglong startOf(qint64 pid) {
+  constexpr qsizetype kStart = 19;  // counted from behind the program's name, which may have blanks
+  const QByteArray stat = read(pid, "stat");
+  return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(kStart).toULongLong();
+}
+
+}  // namespace
+
+QByteArrayList commandLineOf(qint64 pid) {
+  return wordsOf(pid, "cmdline");
+}
+
+QByteArrayList environmentOf(qint64 pid) {
+  return wordsOf(pid, "environ");
+}
+
+std::vector<qint64> processesNamed(const QByteArray& name) {
+  std::vector<std::pair<qulonglong, qint64>> found;
+  for (const QString& folder : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+    const qint64 pid = folder.toLongLong();
+    if (pid > 0 && read(pid, "comm").trimmed() == name) found.emplace_back(startOf(pid), pid);
+  }
+  std::ranges::sort(found);
+  std::vector<qint64> pids;
+  for (const auto& each : found) pids.push_back(each.second);
+  return pids;
+}
+
+struct ProcessEnd::Watch {
+  Watch(FileDescriptor process, std::function<void()> ended)
+      : process_(std::move(process)), end_(process_.get(), QSocketNotifier::Read) {
+    QObject::connect(&end_, &QSocketNotifier::activated, &end_, [this, ended = std::move(ended)] {
+      end_.setEnabled(false);
+      ended();
+    });
+  }
+  FileDescriptor process_;
+  QSocketNotifier end_;
+};
+
+ProcessEnd::ProcessEnd(const std::vector<qint64>& processes, std::function<void()> ended) {
+  for (const qint64 pid : processes) {
+    FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
+    if (process.get() >= 0) watches_.push_back(std::make_unique<Watch>(std::move(process), ended));
+  }
+}
+
+ProcessEnd::~ProcessEnd() = default;
 
 }  // namespace linux_desktop

@@ -1,10 +1,34 @@
 #pragma once
 
 #include <QByteArrayList>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <vector>
 
 namespace linux_desktop {
 
 /// The program of a process and its arguments as it was started; empty where nobody may know.
 [[nodiscard]] QByteArrayList commandLineOf(qint64 pid);
+
+/// The variables ("NAME=value") with which it was started; empty where nobody may know.
+[[nodiscard]] QByteArrayList environmentOf(qint64 pid);
+
+/// The processes that run a program of that name, anybody's, those first that started first.
+[[nodiscard]] std::vector<qint64> processesNamed(const QByteArray& name);
+
+/// Tells, once, of the end of any of some processes. The kernel reports; nothing is polled. Main
+/// thread only.
+class ProcessEnd {
+ public:
+  ProcessEnd(const std::vector<qint64>& processes, std::function<void()> ended);
+  ~ProcessEnd();
+  ProcessEnd(const ProcessEnd&) = delete;
+  ProcessEnd& operator=(const ProcessEnd&) = delete;
+
+ private:
+  struct Watch;
+  std::vector<std::unique_ptr<Watch>> watches_;
+};
 
 }  // namespace linux_desktop

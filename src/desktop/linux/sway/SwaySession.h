@@ -4,6 +4,7 @@
 
 #include "desktop/linux/sway/SwayHotKeys.h"
 #include "desktop/linux/sway/SwaySocket.h"
+#include "desktop/linux/sway/SwayWallpaper.h"
 #include "desktop/linux/sway/SwayWindows.h"
 #include "desktop/linux/windowsystem/OtherApplications.h"
 
@@ -21,6 +22,18 @@ class SwaySession {
 
   [[nodiscard]] WindowHider* windowHider() { return &windows_; }
   [[nodiscard]] platform::port::HotKeys* hotKeys() { return &hotKeys_; }
+  /// Whether a surface that comes later stands below the others of its layer, as up to 1.9.
+  [[nodiscard]] bool stacksDownwards() {
+    const QJsonDocument version = socket_->call(SwaySocket::Question::Version);
+    constexpr int kFirstOther = 10;
+    return version[QLatin1String("major")].toInt() == 1 &&
+           version[QLatin1String("minor")].toInt() < kFirstOther;
+  }
+  /// `otherwise`: for monitors whose picture is not sway's.
+  [[nodiscard]] std::shared_ptr<WallpaperAdapter> wallpaper(
+      std::shared_ptr<WallpaperAdapter> otherwise) {
+    return std::make_shared<SwayWallpaper>(*socket_, std::move(otherwise));
+  }
 
  private:
   explicit SwaySession(std::unique_ptr<SwaySocket> socket) : socket_(std::move(socket)) {}

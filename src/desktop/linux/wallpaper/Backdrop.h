@@ -70,6 +70,8 @@ struct BackdropManner {
   bool shadesWholeDesktop = false;
   /// One tile stands in the middle of the monitor, rather than in its upper left corner.
   bool centersTiles = false;
+  /// Nothing is rounded: a picture may begin and end within a pixel.
+  bool placesBetweenPixels = false;
   /// A tile that is larger than the last monitor is cut to its size, around the middle.
   bool cutsTilesToLastMonitor = false;
 

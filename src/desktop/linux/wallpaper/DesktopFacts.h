@@ -51,10 +51,15 @@ class DesktopFacts {
   [[nodiscard]] virtual std::vector<QString> outputsInUse() { return {}; }
   /// For where nobody draws a desktop: what sets the picture that then is seen. Null where none is.
   /// The same one each time, and it forgets nothing in between.
-  [[nodiscard]] virtual std::shared_ptr<WallpaperAdapter> bareDesktop() { return nullptr; }
+  [[nodiscard]] virtual std::shared_ptr<WallpaperAdapter> bareDesktop() { return bareDesktop_; }
+  /// For where the window system and the shell have a say in it.
+  void setBareDesktop(std::shared_ptr<WallpaperAdapter> adapter) {
+    bareDesktop_ = std::move(adapter);
+  }
 
  private:
   std::function<std::vector<Monitor>()> monitors_;
+  std::shared_ptr<WallpaperAdapter> bareDesktop_;
 };
 
 }  // namespace linux_desktop

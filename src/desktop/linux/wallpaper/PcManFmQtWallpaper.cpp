@@ -1,6 +1,8 @@
 #include "desktop/linux/wallpaper/PcManFmQtWallpaper.h"
 
 #include <QDBusConnection>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
@@ -21,9 +23,14 @@ namespace {
 // A large photograph takes a busy machine three seconds.
 constexpr int kLate = 5000;  // ms
 
+const QString kService = QStringLiteral("org.pcmanfm.PCManFM");
+const QString kPath = QStringLiteral("/Application");
+const QString kInterface = QStringLiteral("org.pcmanfm.Application");
+
 }  // namespace
 
-PcManFmQtOrders::PcManFmQtOrders(Answered answered) : answered_(std::move(answered)) {
+PcManFmQtOrders::PcManFmQtOrders(Answered answered)
+    : peer_(kService), answered_(std::move(answered)) {
   late_.setSingleShot(true);
   late_.setInterval(kLate);
   QObject::connect(&late_, &QTimer::timeout, &late_, [] {
@@ -38,8 +45,7 @@ PcManFmQtOrders::~PcManFmQtOrders() {
 }
 
 QDBusMessage PcManFmQtOrders::message(const Order& order) const {
-  return peer_.method(QStringLiteral("/Application"), QStringLiteral("org.pcmanfm.Application"),
-                      QStringLiteral("setWallpaper"), {order.file, order.mode});
+  return peer_.method(kPath, kInterface, QStringLiteral("setWallpaper"), {order.file, order.mode});
 }
 
 const PcManFmQtOrders::Order* PcManFmQtOrders::last() const {
@@ -125,9 +131,22 @@ struct PcManFmQtWallpaper::Settings {
   bool slideShow = false;
 };
 
+bool PcManFmQtWallpaper::hasDesktop() {
+  BusPeer peer(kService);
+  // Most are started for it, and then also one that hangs is known.
+  if (commandLineOf(peer.process()).contains("--desktop")) return true;
+  const QDBusPendingReply<QDBusVariant> enabled = peer.call(
+      peer.method(kPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                  {kInterface, QStringLiteral("desktopManagerEnabled")}));
+  return !enabled.isError() && enabled.value().variant().toBool();
+}
+
 PcManFmQtWallpaper::PcManFmQtWallpaper(const WallpaperSurroundings& surroundings)
-    : name_(QStringLiteral("pcmanfm-qt/%1/settings.conf")
-                .arg(profileIn(commandLineOf(surroundings.window.pid)))),
+    : hasWindowPerMonitor_(surroundings.window.id == 0),
+      name_(QStringLiteral("pcmanfm-qt/%1/settings.conf")
+                .arg(profileIn(commandLineOf(surroundings.window.pid != 0
+                                                 ? surroundings.window.pid
+                                                 : BusPeer(kService).process())))),
       file_(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
             QLatin1Char('/') + name_),
       orders_([this](const auto& order, const auto& reason) { answered(order, reason); }) {}
@@ -162,7 +181,8 @@ PcManFmQtWallpaper::Settings PcManFmQtWallpaper::read() const {
 
 BackdropManner PcManFmQtWallpaper::manner() const {
   const Settings settings = read();
-  return {.rounding = settings.perMonitor ? SizeRounding::Up : SizeRounding::Down,
+  return {.rounding =
+              settings.perMonitor && !hasWindowPerMonitor_ ? SizeRounding::Up : SizeRounding::Down,
           .turnsUpright = settings.upright};
 }
 
@@ -179,7 +199,9 @@ Backdrop PcManFmQtWallpaper::backdropOf(const Settings& settings) const {
   }
   if (backdrop.style == BackdropStyle::None) return backdrop;
   backdrop.file = settings.picture;
-  backdrop.spansMonitors = !settings.perMonitor;
+  backdrop.spansMonitors = !settings.perMonitor && !hasWindowPerMonitor_;
+  // The colour is then seen only without a picture.
+  if (hasWindowPerMonitor_) backdrop.primary = backdrop.secondary = Qt::black;
   return backdrop;
 }
 

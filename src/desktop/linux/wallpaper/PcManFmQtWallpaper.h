@@ -48,7 +48,7 @@ class PcManFmQtOrders {
   void send();
   void takeAnswer(const QDBusMessage& answer);
 
-  BusPeer peer_{QStringLiteral("org.pcmanfm.PCManFM")};
+  BusPeer peer_;
   Answered answered_;
   std::optional<Order> onItsWay_;
   std::optional<Order> next_;
@@ -62,6 +62,9 @@ class PcManFmQtOrders {
 /// was told last counts.
 class PcManFmQtWallpaper final : public WallpaperAdapter {
  public:
+  /// Whether its desktop is there, where no window can be seen that shows it: its file manager
+  /// alone owns the same name.
+  [[nodiscard]] static bool hasDesktop();
   explicit PcManFmQtWallpaper(const WallpaperSurroundings& surroundings);
   ~PcManFmQtWallpaper() override;
 
@@ -72,7 +75,7 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
   std::optional<std::string> restore(const Monitor& monitor,
                                      const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
-  [[nodiscard]] bool tilesFromDesktopOrigin() const override { return true; }
+  [[nodiscard]] bool tilesFromDesktopOrigin() const override { return !hasWindowPerMonitor_; }
   [[nodiscard]] BackdropManner manner() const override;
 
  private:
@@ -84,6 +87,8 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
   void putBackFile(const platform::Dictionary& state) const;
   [[nodiscard]] std::optional<std::string> putBackFile(const std::optional<QByteArray>& old) const;
 
+  /// Where nobody sees its windows each monitor has one of its own; else one spans them all.
+  bool hasWindowPerMonitor_;
   QString name_;  ///< of the settings file, below a configuration folder
   QString file_;
   PcManFmQtOrders orders_;

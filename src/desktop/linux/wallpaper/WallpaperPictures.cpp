@@ -85,8 +85,20 @@ std::optional<std::string> WallpaperPictures::set(const std::string& path, const
   const auto told = told_.find(screen);
   const bool isTold = told != told_.end() && told->second.path == path;
   auto reason = isTold ? putBack(told->second, options) : show(path, screen, options);
-  if (!reason && changed_) gathering_.start();
+  if (reason) {
+    complain(*reason);
+  } else if (changed_) {
+    gathering_.start();
+  }
   return reason;
+}
+
+void WallpaperPictures::complain(const std::string& reason) {
+  if (reason == complaint_) return;
+  complaint_ = reason;
+  qCWarning(lcWallpaper, "%s", reason.c_str());
+  QMetaObject::invokeMethod(
+      &gathering_, [this] { complaint_.clear(); }, Qt::QueuedConnection);
 }
 
 std::optional<std::string> WallpaperPictures::putBack(const Told& told, const Dictionary& options) {

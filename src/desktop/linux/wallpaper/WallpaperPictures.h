@@ -79,6 +79,7 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   [[nodiscard]] int patience() const;
   [[nodiscard]] BackdropLayout layout();
   void forget();
+  void complain(const std::string& reason);
   [[nodiscard]] std::optional<std::string> putBack(const Told& told,
                                                    const platform::Dictionary& options);
 
@@ -90,6 +91,8 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   std::map<QString, std::unique_ptr<Drawing>> drawings_;
   /// Gathers the changes that follow each other at once.
   QTimer gathering_;
+  /// In this turn, as every monitor's picture is refused for the same reason.
+  std::string complaint_;
   /// Until the pictures that were read are no longer kept.
   QTimer forgetting_;
 

@@ -47,7 +47,10 @@ bool runsPlasma(const Surroundings& surroundings) {
 }
 
 bool runsLxqt(const Surroundings& surroundings) {
-  return isDrawnBy(surroundings, "pcmanfm-qt", kPcManFmQt);
+  return isDrawnBy(surroundings, "pcmanfm-qt", kPcManFmQt) ||
+         (surroundings.window.id == 0 &&
+          surroundings.busNames.contains(QLatin1String(kPcManFmQt)) &&
+          PcManFmQtWallpaper::hasDesktop());
 }
 
 bool isBare(const Surroundings& surroundings) {

@@ -21,6 +21,11 @@ constexpr const char* kDesktop = "desktop";
 constexpr const char* kOther = "calmdeck-cover";
 constexpr const char* kOfKWin = "org_kde_plasma_shell";
 
+std::uint32_t numberOf(LayerSheet::Layer layer) {
+  return layer == LayerSheet::Layer::Background ? ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND
+                                                : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM;
+}
+
 std::vector<const char*> kindsFor(const WaylandConnection& connection) {
   const bool isKWin = std::ranges::count(connection.globals(), kOfKWin, &WaylandGlobal::interface);
   if (isKWin) return {kDesktop, kOther};
@@ -36,16 +41,16 @@ LayerShell::LayerShell(WaylandConnection& server)
       viewporter(server.bindFirst<wp_viewporter>(wp_viewporter_interface, 1)),
       kinds(kindsFor(server)) {}
 
-LayerSheet::LayerSheet(LayerShell& shell, const char* kind, const WaylandOutput& output,
-                       std::shared_ptr<const ShmPicture> picture, Client client)
+LayerSheet::LayerSheet(LayerShell& shell, Layer layer, const char* kind,
+                       const WaylandOutput& output, std::shared_ptr<const ShmPicture> picture,
+                       Client client)
     : connection_(shell.connection),
       picture_(std::move(picture)),
       client_(std::move(client)),
       surface_(wl_compositor_create_surface(shell.compositor.get())),
       viewport_(wp_viewporter_get_viewport(shell.viewporter.get(), surface_.get())),
-      // Icons and wallpapers are in the layer below this one, whenever they come.
       layer_(zwlr_layer_shell_v1_get_layer_surface(shell.shell.get(), surface_.get(), output.get(),
-                                                   ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM, kind)) {
+                                                   numberOf(layer), kind)) {
   listen();
   zwlr_layer_surface_v1_set_anchor(layer_.get(), kAllEdges);
   zwlr_layer_surface_v1_set_exclusive_zone(layer_.get(), kUnderPanels);
@@ -106,7 +111,7 @@ LayerSurface::LayerSurface(LayerShell& shell, const WaylandOutput& output,
   for (const char* kind : shell.kinds) {
     const bool isHighest = kind == shell.kinds.back();
     sheets_.push_back(std::make_unique<LayerSheet>(
-        shell, kind, output, picture,
+        shell, LayerSheet::Layer::AboveIcons, kind, output, picture,
         LayerSheet::Client{isHighest ? client.arrived : std::function<void()>(), client.closed}));
   }
 }

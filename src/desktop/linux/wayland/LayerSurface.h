@@ -37,9 +37,12 @@ class LayerSheet {
     /// The compositor has taken it away.
     std::function<void()> closed;
   };
+  /// Where icons and wallpapers are, of which the last to come is in front; or above all of them.
+  enum class Layer : std::uint8_t { Background, AboveIcons };
+
   /// `picture` has the output's device pixels. Each of the client's is called once at most, and may
   /// destroy this.
-  LayerSheet(LayerShell& shell, const char* kind, const WaylandOutput& output,
+  LayerSheet(LayerShell& shell, Layer layer, const char* kind, const WaylandOutput& output,
              std::shared_ptr<const ShmPicture> picture, Client client);
   LayerSheet(const LayerSheet&) = delete;
   LayerSheet& operator=(const LayerSheet&) = delete;

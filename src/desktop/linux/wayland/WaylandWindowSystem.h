@@ -6,6 +6,7 @@
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wayland/ForeignToplevels.h"
 #include "desktop/linux/wayland/LayerCovers.h"
+#include "desktop/linux/wayland/LayerWallpaper.h"
 #include "desktop/linux/wayland/ShmPicture.h"
 #include "desktop/linux/wayland/WaylandConnection.h"
 #include "desktop/linux/wayland/WaylandKeyboard.h"
@@ -42,6 +43,10 @@ class WaylandWindowSystem {
   }
 
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
+  /// What these facts have for where nobody draws a desktop.
+  [[nodiscard]] LayerWallpaper* wallpaper() {
+    return wallpaper_->isThere() ? wallpaper_.get() : nullptr;
+  }
   /// Where to ask what the desktop was told to show behind everything. Null, as at first: nobody.
   /// Outlives its being set.
   void setBackdrops(BackdropSource* backdrops) { pictures_.setBackdrops(backdrops); }
@@ -62,6 +67,8 @@ class WaylandWindowSystem {
   LayerCovers covers_{*connection_, outputs_, screens_};
   /// Null where the compositor lets nobody minimise windows.
   std::unique_ptr<ForeignToplevels> toplevels_ = ForeignToplevels::open(*connection_);
+  std::shared_ptr<LayerWallpaper> wallpaper_ =
+      std::make_shared<LayerWallpaper>(*connection_, outputs_, screens_);
   DesktopFacts facts_{[this] { return screens_.monitors(); }};
 };
 

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "desktop/linux/sway/SwaySocket.h"
+#include "desktop/linux/wallpaper/Swaybg.h"
+#include "desktop/linux/wallpaper/WallpaperAdapter.h"
+
+namespace linux_desktop {
+
+/// The pictures that sway has shown by a swaybg of its own, which it starts anew for every change.
+/// Its command line is the only place that tells what they are. Where an output shows something
+/// else (a swaybg that the user has started, nothing at all), `otherwise` is asked.
+class SwayWallpaper final : public WallpaperAdapter {
+ public:
+  /// `sway` outlives this; `otherwise` is not null.
+  SwayWallpaper(SwaySocket& sway, std::shared_ptr<WallpaperAdapter> otherwise)
+      : sway_(sway), otherwise_(std::move(otherwise)) {}
+
+  std::optional<Backdrop> backdrop(const Monitor& monitor) override;
+  std::optional<WallpaperState> state(const Monitor& monitor) override;
+  std::optional<std::string> show(const Monitor& monitor, const QString& file,
+                                  const platform::Dictionary& options) override;
+  std::optional<std::string> restore(const Monitor& monitor,
+                                     const platform::Dictionary& kept) override;
+  void setChanged(std::function<void()> changed) override;
+  [[nodiscard]] BackdropManner manner() const override { return otherwise_->manner(); }
+
+ private:
+  /// What sway was told last, for as long as it may take to start the swaybg that shows it.
+  struct Told {
+    SwaybgTold row;
+    QDeadlineTimer until;
+  };
+
+  [[nodiscard]] std::optional<SwaybgTold> shownOn(const QString& output);
+  [[nodiscard]] std::optional<std::string> tell(const QString& output, const SwaybgTold& row);
+
+  SwaySocket& sway_;
+  std::shared_ptr<WallpaperAdapter> otherwise_;
+  /// By the output's name.
+  std::map<QString, Told> told_;
+  SwaybgTable table_;
+};
+
+}  // namespace linux_desktop

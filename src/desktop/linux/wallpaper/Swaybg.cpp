@@ -1,0 +1,186 @@
+#include "desktop/linux/wallpaper/Swaybg.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <utility>
+
+namespace linux_desktop {
+namespace {
+
+constexpr std::chrono::milliseconds kSettling{300};
+
+struct ModeRow {
+  const char* name;
+  BackdropStyle style;
+};
+constexpr ModeRow kModes[] = {
+    {"stretch", BackdropStyle::Stretched}, {"fill", BackdropStyle::Zoomed},
+    {"fit", BackdropStyle::Fitted},        {"center", BackdropStyle::Centered},
+    {"tile", BackdropStyle::Tiled},        {"solid_color", BackdropStyle::None},
+};
+
+/// The options that have a value, in order, each by its letter.
+std::vector<std::pair<char, QByteArray>> optionsIn(const QByteArrayList& commandLine) {
+  constexpr const char* kNames[] = {"color", "image", "mode", "output"};
+  std::vector<std::pair<char, QByteArray>> options;
+  const auto next = [&](qsizetype& i) { return commandLine.value(++i); };
+  for (qsizetype i = 1; i < commandLine.size(); ++i) {
+    const QByteArray& word = commandLine[i];
+    for (const QByteArray name : kNames) {
+      if (word == "--" + name || word == '-' + name.first(1)) {
+        options.emplace_back(name[0], next(i));
+      } else if (word.startsWith("--" + name + '=')) {
+        options.emplace_back(name[0], word.mid(name.size() + 3));
+      } else if (word.startsWith('-' + name.first(1))) {
+        options.emplace_back(name[0], word.mid(2));
+      } else {
+        continue;
+      }
+      break;
+    }
+  }
+  return options;
+}
+
+/// "#rrggbb" or "rrggbb", either with an opacity behind it that is not used here.
+QColor colourOf(const QByteArray& text) {
+  constexpr qsizetype kDigits = 6;
+  const QByteArray digits = text.startsWith('#') ? text.mid(1) : text;
+  return QColor('#' + QString::fromLatin1(digits.first(std::min(digits.size(), kDigits))));
+}
+
+/// For one output, or "*" for all that are not named.
+struct Row {
+  QByteArray output;
+  QByteArray image = {};
+  QByteArray mode = {};
+  QByteArray colour = {};
+
+  void take(char option, const QByteArray& value) {
+    if (option == 'i') image = value;
+    if (option == 'm') mode = value;
+    if (option == 'c') colour = value;
+  }
+};
+
+std::vector<Row> rowsIn(const QByteArrayList& commandLine) {
+  std::vector<Row> rows{{"*"}};
+  std::size_t present = 0;
+  for (const auto& [option, value] : optionsIn(commandLine)) {
+    rows[present].take(option, value);
+    if (option != 'o') continue;
+    const auto known = std::ranges::find(rows, value, &Row::output);
+    present = static_cast<std::size_t>(known - rows.begin());
+    if (known == rows.end()) rows.push_back({value});
+  }
+  std::erase_if(rows, [](const Row& row) { return row.image.isEmpty() && row.colour.isEmpty(); });
+  return rows;
+}
+
+}  // namespace
+
+Backdrop SwaybgTold::backdrop() const {
+  Backdrop backdrop;
+  if (const QColor given = colourOf(colour); given.isValid()) backdrop.primary = given;
+  if (image.isEmpty() || mode == "solid_color") return backdrop;
+  const auto* row =
+      std::ranges::find_if(kModes, [&](const auto& each) { return mode == each.name; });
+  backdrop.style = row == std::end(kModes) ? BackdropStyle::Stretched : row->style;
+  backdrop.file = image;
+  return backdrop;
+}
+
+std::optional<SwaybgTold> swaybgTold(const QByteArrayList& commandLine, const QString& folder,
+                                     const QString& output) {
+  const std::vector<Row> rows = rowsIn(commandLine);
+  auto row = std::ranges::find(rows, output.toUtf8(), &Row::output);
+  if (row == rows.end()) row = std::ranges::find(rows, QByteArray("*"), &Row::output);
+  if (row == rows.end()) return std::nullopt;
+  const QString image = QFile::decodeName(row->image);
+  return SwaybgTold{image.isEmpty() ? image : QDir(folder).absoluteFilePath(image), row->mode,
+                    row->colour};
+}
+
+namespace {
+
+QByteArray valueIn(const QByteArrayList& environment, const QByteArray& name) {
+  for (const QByteArray& entry : environment) {
+    if (entry.startsWith(name + '=')) return entry.mid(name.size() + 1);
+  }
+  return {};
+}
+
+/// Where the compositor of an environment listens.
+QByteArray socketIn(const QByteArray& folder, const QByteArray& display) {
+  const QByteArray name = display.isEmpty() ? "wayland-0" : display;
+  return name.startsWith('/') ? name : folder + '/' + name;
+}
+
+/// Those that show something to this session, in the order in which they were started.
+std::vector<qint64> running() {
+  constexpr const char* kFolder = "XDG_RUNTIME_DIR";
+  constexpr const char* kDisplay = "WAYLAND_DISPLAY";
+  const QByteArray ours = socketIn(qgetenv(kFolder), qgetenv(kDisplay));
+  std::vector<qint64> pids = processesNamed("swaybg");
+  std::erase_if(pids, [&](qint64 pid) {
+    const QByteArrayList environment = environmentOf(pid);
+    return socketIn(valueIn(environment, kFolder), valueIn(environment, kDisplay)) != ours;
+  });
+  return pids;
+}
+
+/// A compositor hands the connection over itself.
+bool isCompositors(qint64 pid) {
+  const QByteArrayList environment = environmentOf(pid);
+  return std::ranges::any_of(environment,
+                             [](const auto& entry) { return entry.startsWith("WAYLAND_SOCKET="); });
+}
+
+}  // namespace
+
+SwaybgTable::SwaybgTable() {
+  settling_.setSingleShot(true);
+  settling_.setInterval(kSettling);
+  QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] {
+    watch();
+    changed_();
+  });
+}
+
+std::optional<RunningSwaybg> SwaybgTable::on(const QString& output) {
+  const std::vector<qint64> pids = running();
+  for (auto pid = pids.rbegin(); pid != pids.rend(); ++pid) {
+    const QString folder = QFile::symLinkTarget(QStringLiteral("/proc/%1/cwd").arg(*pid));
+    auto told = swaybgTold(commandLineOf(*pid), folder, output);
+    if (told) return RunningSwaybg{isCompositors(*pid), *std::move(told)};
+  }
+  return std::nullopt;
+}
+
+BackdropManner SwaybgTable::manner() {
+  BackdropManner manner{.rounding = SizeRounding::Nearest, .placesBetweenPixels = true};
+  for (const qint64 pid : running()) {
+    QFile program(QStringLiteral("/proc/%1/exe").arg(pid));
+    // Since 1.2.1, which is the first to call this.
+    if (program.open(QIODevice::ReadOnly))
+      manner.turnsUpright = program.readAll().contains("gdk_pixbuf_apply_embedded_orientation");
+  }
+  return manner;
+}
+
+void SwaybgTable::setChanged(std::function<void()> changed) {
+  changed_ = std::move(changed);
+  settling_.stop();
+  watch();
+}
+
+void SwaybgTable::watch() {
+  end_.reset();
+  if (changed_) end_ = std::make_unique<ProcessEnd>(running(), [this] { settling_.start(); });
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QByteArrayList>
+#include <QString>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "desktop/linux/files/Processes.h"
+#include "desktop/linux/wallpaper/Backdrop.h"
+
+namespace linux_desktop {
+
+/// What a swaybg was told to show on an output.
+struct SwaybgTold {
+  /// Absolute; empty where there is but a colour.
+  QString image;
+  /// As it was said; empty where nothing was.
+  QByteArray mode;
+  QByteArray colour;
+
+  [[nodiscard]] Backdrop backdrop() const;
+  bool operator==(const SwaybgTold&) const = default;
+};
+
+/// What a command line tells for the output of that name. None where it shows nothing there.
+/// `folder` is where the program was started.
+[[nodiscard]] std::optional<SwaybgTold> swaybgTold(const QByteArrayList& commandLine,
+                                                   const QString& folder, const QString& output);
+
+/// A swaybg that shows something on an output.
+struct RunningSwaybg {
+  /// Started by the compositor itself, from its configuration.
+  bool isCompositors = false;
+  SwaybgTold told;
+};
+
+/// The programs called swaybg in this session, which show the pictures of compositors that draw
+/// none themselves. Nothing but a command line tells what one shows, from its start to its end.
+/// Main thread only.
+class SwaybgTable {
+ public:
+  SwaybgTable();
+
+  /// The one whose picture is in front there, which is the last that was started. None where there
+  /// is none.
+  [[nodiscard]] static std::optional<RunningSwaybg> on(const QString& output);
+  /// How they draw, as far as their version tells.
+  [[nodiscard]] static BackdropManner manner();
+
+  /// `changed` is called when one of those that ran has ended, with which the user replaces the
+  /// picture. Empty: nothing is watched.
+  void setChanged(std::function<void()> changed);
+
+ private:
+  void watch();
+
+  std::function<void()> changed_;
+  std::unique_ptr<ProcessEnd> end_;
+  /// The next one is being started then.
+  QTimer settling_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,147 @@
+// The picture behind everything, swapped by the mode and put back, beside the real swaybg.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "desktop/wayland/PicturesDesk.h"
+
+using wayland_test::Compositor;
+using wayland_test::kHeight;
+using wayland_test::kWidth;
+using wayland_test::PicturesDesk;
+
+namespace {
+
+constexpr std::uint32_t kRed = 0xc02020;
+constexpr std::uint32_t kGreen = 0x20a040;
+constexpr std::uint32_t kBlue = 0x2040c0;
+/// With what has a meaning to sway or to a shell.
+constexpr const char* kOdd = "it's 'odd' #2 $HOME `ls` (1);,  & ~*?[x] \xc3\xa9.png";
+
+std::vector<Compositor> withoutPictures() {
+  std::vector<Compositor> kinds = harness::installedCompositors();
+  std::erase(kinds, Compositor::Kwin);
+  return kinds;
+}
+
+class SwayPictureTest : public testing::Test, public PicturesDesk {
+ protected:
+  SwayPictureTest() : PicturesDesk(Compositor::Sway) {}
+};
+
+TEST_F(SwayPictureTest, EachOutputGetsItsOwnPictureBack) {
+  configure("HEADLESS-1", "'" + plain("a  left.png", kRed) + "' tile");
+  configure("HEADLESS-2", "#20a040 solid_color");
+  ASSERT_TRUE(shows(kRed, kGreen));
+  launchWith(plain(kOdd, kBlue));
+  for (int round = 0; round < 2; ++round) {
+    toggle();
+    EXPECT_TRUE(shows(kBlue, kBlue)) << program->errorOutput();
+    toggle();
+    EXPECT_TRUE(shows(kRed, kGreen)) << program->errorOutput();
+  }
+  EXPECT_THAT(program->errorOutput(), testing::Not(testing::HasSubstr("calmdeck.wallpaper")));
+}
+
+TEST_F(SwayPictureTest, IsLaidOutAsTheOneBefore) {
+  configure("*", "'" + plain("small.png", kRed) + "' center #20a040");
+  ASSERT_TRUE(shows(kGreen, kGreen));
+  launchWith(plain("ours.png", kBlue));
+  toggle();
+  constexpr int kMiddle = kHeight / 2;
+  EXPECT_TRUE(
+      desk.until([&] { return desk.screen().pixel(kWidth + kWidth / 2, kMiddle) == kBlue; }));
+  EXPECT_TRUE(shows(kGreen, kGreen));
+}
+
+class LayerPictureTest : public testing::TestWithParam<Compositor>, public PicturesDesk {
+ protected:
+  LayerPictureTest() : PicturesDesk(GetParam()) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(On, LayerPictureTest, testing::ValuesIn(withoutPictures()),
+                         testing::PrintToStringParamName());
+
+TEST_P(LayerPictureTest, LiesOverTheUsersSwaybgAsLongAsWeRun) {
+  const auto user = swaybg(plain("theirs.png", kRed));
+  ASSERT_TRUE(shows(kRed, kRed));
+  launchWith(plain("ours.png", kBlue));
+  toggle();
+  EXPECT_TRUE(shows(kBlue, kBlue)) << program->errorOutput();
+  toggle();
+  EXPECT_TRUE(shows(kRed, kRed));
+  toggle();
+  ASSERT_TRUE(shows(kBlue, kBlue));
+  program->kill();
+  EXPECT_TRUE(shows(kRed, kRed)) << "nothing of ours outlives us";
+  EXPECT_TRUE(user->running());
+}
+
+TEST_P(LayerPictureTest, IsShownWhereNobodyElseDraws) {
+  const std::uint32_t before = desk.screen().pixel(kWidth / 2, kHeight - 2);
+  launchWith(plain("ours.png", kBlue));
+  toggle();
+  EXPECT_TRUE(shows(kBlue, kBlue));
+  toggle();
+  EXPECT_TRUE(shows(before, before));
+}
+
+TEST_P(LayerPictureTest, ComesBackWithItsOutput) {
+  const auto user = swaybg(plain("theirs.png", kRed));
+  ASSERT_TRUE(shows(kRed, kRed));
+  launchWith(plain("ours.png", kBlue));
+  toggle();
+  ASSERT_TRUE(shows(kBlue, kBlue));
+  const std::string second = desk.outputs()[1].name;
+  if (!desk.turnOff(second)) GTEST_SKIP() << "this one turns no output off";
+  desk.turnOn(second);
+  EXPECT_TRUE(shows(kBlue, kBlue));
+}
+
+TEST_P(LayerPictureTest, ARefusalIsOneLineForAllMonitors) {
+  launchWith("/no.png");
+  toggle();
+  const auto refusal = [&] {
+    return program->waitForLine("calmdeck.wallpaper: /no.png does not exist.",
+                                std::chrono::milliseconds(0), harness::Stream::Error);
+  };
+  EXPECT_TRUE(desk.until([&] { return refusal().has_value(); }));
+  toggle();
+  toggle();
+  EXPECT_TRUE(desk.until([&] { return refusal().has_value(); })) << "and again when tried again";
+  EXPECT_FALSE(refusal());
+}
+
+/// Its windows are seen by nobody: it counts by its name on the bus, where its desktop is on.
+TEST_F(SwayPictureTest, PcManFmQtIsToldWhereItDrawsTheDesktop) {
+  const std::string name = "org.pcmanfm.PCManFM";
+  const std::filesystem::path settings = desk.home().config() / "pcmanfm-qt/stage/settings.conf";
+  desk.home().writeConfig(
+      "pcmanfm-qt/stage/settings.conf",
+      "[Desktop]\nWallpaper=" + plain("theirs.png", kRed) + "\nWallpaperMode=stretch\n");
+  const auto start = [&](const std::string& option) {
+    auto started =
+        desk.start({"pcmanfm-qt", "--profile=stage", option}, {{"QT_QPA_PLATFORM", "offscreen"}});
+    EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(name); }));
+    return started;
+  };
+  const std::string chosen = plain("ours.png", kBlue);
+  auto files = start("--daemon-mode");
+  launchWith(chosen);
+  toggle();
+  EXPECT_TRUE(shows(kBlue, kBlue)) << "its file manager alone draws no desktop";
+  toggle();
+  files.reset();
+  ASSERT_TRUE(desk.until([&] { return !desk.bus().hasOwner(name); }));
+  const auto desktop = start("--desktop");
+  const std::string before = harness::textOf(settings);
+  toggle();
+  EXPECT_TRUE(
+      desk.until([&] { return harness::textOf(settings).find(chosen) != std::string::npos; }));
+  toggle();
+  EXPECT_TRUE(desk.until([&] { return harness::textOf(settings) == before; }));
+}
+
+}  // namespace
