@@ -163,6 +163,21 @@ TEST_F(RecorderTest, ClosingTheWindowEndsARecordingWithoutANewShortcut) {
   EXPECT_EQ(stored(muteMic.textKey), Value("j"));
 }
 
+TEST_F(RecorderTest, TheDesktopsOwnKeysAreForTheWindowOnlyWhileARowRecords) {
+  const auto enabled = [this] { return desk.screen.desktopKeysEnabled(); };
+  launchAndOpen();
+  EXPECT_TRUE(enabled());
+  record(toggleApp);
+  EXPECT_FALSE(enabled());
+  pressKey(12, 0, "q");
+  EXPECT_FALSE(enabled()) << "it still records";
+  pressControlK();
+  EXPECT_TRUE(enabled());
+  record(muteMic);
+  closePreferences();
+  EXPECT_TRUE(enabled());
+}
+
 TEST_F(RecorderTest, AScreenReaderIsToldWhatTheRowHoldsAndWhetherItRecords) {
   storeShortcut(toggleApp, "k", Array{12});
   launchAndOpen();

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "desktop/linux/keys/KeyModifiers.h"
 #include "platform/carbon/KeyCodes.h"
 #include "preferences/PreferencesTest.h"
 
@@ -69,6 +70,24 @@ TEST(Keymap, AKeyIsFoundByItsCharacterOnTheLayoutInEffect) {
               place.keys)
         << place.layouts << place.variants << " code " << place.code;
   }
+}
+
+TEST(Keymap, ModifiersAreToldByTheKeysThatMakeThem) {
+  using Flags = NSEventModifierFlags;
+  // Shift, Caps Lock, Control, Alt, Num Lock, Super and the one for the third character.
+  constexpr std::uint32_t kShiftBit = 1, kCapsBit = 2, kControlBit = 4, kAltBit = 8, kNumBit = 16,
+                          kSuperBit = 64, kThirdBit = 128;
+  const Keymap german = keymapOf("de");
+  const linux_desktop::KeyModifiers modifiers(
+      [&](const auto& keysyms) { return german.modifiersSetBy(keysyms); });
+  const auto press = [&](std::uint32_t state) {
+    return keyDownEvent(german, modifiers, 33, 0, state).value();
+  };
+  EXPECT_EQ(press(kControlBit | kAltBit | kNumBit).modifierFlags, Flags::Control | Flags::Option);
+  EXPECT_EQ(press(kShiftBit | kSuperBit).modifierFlags, Flags::Shift | Flags::Command);
+  EXPECT_EQ(press(kCapsBit).modifierFlags, std::uint32_t{Flags::CapsLock});
+  EXPECT_EQ(press(kControlBit | kNumBit).charactersIgnoringModifiers, "p");
+  EXPECT_EQ(press(kControlBit | kThirdBit).charactersIgnoringModifiers, std::nullopt);
 }
 
 TEST(Keymap, WithShiftTheKeyCountsThatGivesTheCharacterWithIt) {

@@ -80,7 +80,9 @@ ModalDialog::~ModalDialog() {
   dialog_.release()->deleteLater();
   // Not every window manager gives the keyboard back to the window that the dialog took it from.
   QtWindowPeer* behind = windowBehind();
-  if (services_.alerts == 0 && behind != nullptr) behind->makeKey();
+  if (services_.alerts > 0 || behind == nullptr) return;
+  if (auto* popover = behind->popover()) popover->giveWay(false);
+  behind->makeKey();
 }
 
 QtWindowPeer* ModalDialog::windowBehind() const {
@@ -94,7 +96,7 @@ void ModalDialog::show() {
   QWindow& window = *dialog_->windowHandle();
   if (const QtWindowPeer* behind = windowBehind()) {
     window.setTransientParent(behind->handle());
-    if (behind->isInFront()) comeInFrontOf(*behind);
+    if (auto* popover = behind->popover()) comeInFrontOf(*behind, *popover);
   }
   dialog_->show();
   if (popover_) return;
@@ -103,7 +105,8 @@ void ModalDialog::show() {
   onceExposed(window, [&window, &ownWindows] { ownWindows.activate(window); });
 }
 
-void ModalDialog::comeInFrontOf(const QtWindowPeer& behind) {
+void ModalDialog::comeInFrontOf(const QtWindowPeer& behind, OwnWindows::Popover& popover) {
+  popover.giveWay(true);
   QWindow& window = *dialog_->windowHandle();
   dialog_->adjustSize();
   QRect place(QPoint(), dialog_->size());

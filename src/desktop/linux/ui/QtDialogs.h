@@ -31,7 +31,7 @@ class ModalDialog {
 
  private:
   [[nodiscard]] QtWindowPeer* windowBehind() const;
-  void comeInFrontOf(const QtWindowPeer& behind);
+  void comeInFrontOf(const QtWindowPeer& behind, OwnWindows::Popover& popover);
 
   WindowServices& services_;
   QtWindowPeer* window_;

@@ -112,7 +112,7 @@ void QtWindowPeer::divertKeys(bool divert) {
 }
 
 void QtWindowPeer::giveWay() {
-  if (!isInFront()) return;
+  if (!popover_) return;
   QMetaObject::invokeMethod(
       &context_,
       [this] {

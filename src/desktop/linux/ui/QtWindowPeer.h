@@ -39,8 +39,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   [[nodiscard]] QWindow* handle() const;
   /// Whether a titled window takes the keys too that the desktop would act on, until it is hidden.
   void divertKeys(bool divert);
-  /// Whether the desktop itself keeps the window in front of all others.
-  [[nodiscard]] bool isInFront() const { return popover_ != nullptr; }
+  /// Null where the desktop does not keep the window in front of all others.
+  [[nodiscard]] OwnWindows::Popover* popover() const { return popover_.get(); }
   /// An alert was answered: presses up to now were for it.
   void alertDidEnd();
 

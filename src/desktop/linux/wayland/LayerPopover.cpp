@@ -13,6 +13,7 @@ namespace {
 constexpr std::chrono::milliseconds kAnswer{500};
 /// The compositor gives the keyboard at once and to nobody else.
 constexpr std::uint32_t kExclusive = 1;
+constexpr std::uint32_t kNoKeyboard = 0;
 constexpr std::int32_t kOverPanelsToo = -1;
 
 /// The screen that holds the place, or the most of it.
@@ -51,6 +52,10 @@ std::unique_ptr<LayerPopover> LayerPopover::make(const QtWayland& qt, zwlr_layer
           role, [&] { return popover->configured_; }, kAnswer))
     return popover;
   qCWarning(lcWayland, "the compositor has not placed the panel in time");
+  popover.reset();
+  window.setFlag(Qt::BypassWindowManagerHint, false);
+  window.destroy();
+  window.create();
   return nullptr;
 }
 
@@ -71,6 +76,17 @@ LayerPopover::LayerPopover(QWindow& window, QScreen& screen,
   QObject::connect(&window, &QWindow::visibleChanged, &context_, [this](bool visible) {
     if (!visible) layer_.reset();
   });
+}
+
+// In one layer compositors differ in which of two is in front and has the keyboard.
+void LayerPopover::giveWay(bool toAnother) {
+  wl_surface* surface = QtWayland::surfaceOf(window_);
+  if (!layer_ || surface == nullptr) return;
+  zwlr_layer_surface_v1_set_keyboard_interactivity(layer_.get(),
+                                                   toAnother ? kNoKeyboard : kExclusive);
+  zwlr_layer_surface_v1_set_layer(
+      layer_.get(), toAnother ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY);
+  wl_surface_commit(surface);
 }
 
 // From the nearest corner, so that what the panels keep free comes to it from the compositor.

@@ -25,6 +25,7 @@ class LayerPopover final : public OwnWindows::Popover {
   LayerPopover& operator=(const LayerPopover&) = delete;
 
   void moveTo(const QRect& place) override;
+  void giveWay(bool toAnother) override;
 
  private:
   LayerPopover(QWindow& window, QScreen& screen, WaylandProxy<zwlr_layer_surface_v1> layer,

@@ -38,14 +38,13 @@ CatcherParts::CatcherParts(WaylandConnection& connection)
 /// The glass over one output.
 class PressCatcher::Pane {
  public:
-  Pane(const CatcherParts& parts, const WaylandOutput& output)
+  Pane(const CatcherParts& parts, const WaylandOutput& output, std::uint32_t level)
       : output_(output),
         pixel_(clearPixel(*parts.shm)),
         surface_(wl_compositor_create_surface(parts.compositor.get())),
         viewport_(wp_viewporter_get_viewport(parts.viewporter.get(), surface_.get())),
-        layer_(zwlr_layer_shell_v1_get_layer_surface(
-            parts.shell.get(), surface_.get(), output.get(), ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY,
-            "calmdeck-catcher")) {
+        layer_(zwlr_layer_shell_v1_get_layer_surface(parts.shell.get(), surface_.get(),
+                                                     output.get(), level, "calmdeck-catcher")) {
     static constexpr zwlr_layer_surface_v1_listener kListener{
         [](void* self, zwlr_layer_surface_v1* layer, std::uint32_t serial, std::uint32_t width,
            std::uint32_t height) {
@@ -62,6 +61,10 @@ class PressCatcher::Pane {
     wl_surface_commit(surface_.get());
   }
 
+  void moveTo(std::uint32_t level) {
+    zwlr_layer_surface_v1_set_layer(layer_.get(), level);
+    wl_surface_commit(surface_.get());
+  }
   [[nodiscard]] const WaylandOutput& output() const { return output_; }
   [[nodiscard]] wl_surface* surface() const { return surface_.get(); }
 
@@ -83,7 +86,7 @@ class PressCatcher::Pane {
 };
 
 PressCatcher::PressCatcher(const CatcherParts& parts, WaylandOutputs& outputs, PointerSeat& seat)
-    : parts_(parts), outputs_(outputs), seat_(seat) {
+    : parts_(parts), outputs_(outputs), seat_(seat), level_(ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY) {
   // First, so that it hears of the pointer that the glass slides under.
   seat_.listen(*parts.compositor, *parts.shm,
                {.pressed =
@@ -109,8 +112,13 @@ void PressCatcher::coverAll() {
   for (const WaylandOutput* output : outputs_.all()) {
     const bool isCovered = std::ranges::any_of(
         panes_, [output](const auto& pane) { return &pane->output() == output; });
-    if (!isCovered) panes_.push_back(std::make_unique<Pane>(parts_, *output));
+    if (!isCovered) panes_.push_back(std::make_unique<Pane>(parts_, *output, level_));
   }
+}
+
+void PressCatcher::goBehindPopovers() {
+  level_ = ZWLR_LAYER_SHELL_V1_LAYER_TOP;
+  for (const auto& pane : panes_) pane->moveTo(level_);
 }
 
 std::optional<QPoint> PressCatcher::pointer() const {

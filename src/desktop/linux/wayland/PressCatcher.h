@@ -24,8 +24,7 @@ struct CatcherParts {
 };
 
 /// Clear glass over all outputs and all windows, panels too, for as long as it lives: where the
-/// pointer is and what is pressed can be known in no other way. What is put on the layer above all
-/// others afterwards lies in front of it, as do windows of ours. A press ends at the glass.
+/// pointer is and what is pressed can be known in no other way. A press ends at the glass.
 class PressCatcher {
  public:
   using Pressed = std::function<void(std::uint32_t time)>;
@@ -40,6 +39,9 @@ class PressCatcher {
   /// pointer has come onto the glass.
   void setPressed(Pressed pressed) { pressed_ = std::move(pressed); }
   void setEntered(std::function<void()> entered) { entered_ = std::move(entered); }
+  /// Behind what is on the layer above all others, from now on: in one layer compositors differ in
+  /// whether the last one or the first is in front, so that panels may lie in front of it too.
+  void goBehindPopovers();
   /// Where the pointer is, in points of the whole desktop; none while it is on something else, or
   /// there is no pointer.
   [[nodiscard]] std::optional<QPoint> pointer() const;
@@ -52,6 +54,7 @@ class PressCatcher {
   const CatcherParts& parts_;
   WaylandOutputs& outputs_;
   PointerSeat& seat_;
+  std::uint32_t level_;
   std::vector<std::unique_ptr<Pane>> panes_;
   Pressed pressed_;
   std::function<void()> entered_;

@@ -56,10 +56,8 @@ WaylandOwnWindows::WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard&
 std::unique_ptr<OwnWindows::Popover> WaylandOwnWindows::makePopover(
     QWindow& window, const QRect& place, const std::function<void()>& dismissed) {
   if (!isPossible()) return nullptr;
-  // First, as it would else lie in front of the popover: its size comes, and then it is there.
   kept_ = catcher();
-  connection_.roundTrip();
-  connection_.roundTrip();
+  kept_->goBehindPopovers();
   QMetaObject::invokeMethod(
       &patience_,
       [this] {

@@ -21,8 +21,10 @@ class WaylandOwnWindows final : public OwnWindows {
   WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard& keyboard,
                     WaylandConnection& connection, WaylandOutputs& outputs);
 
-  /// Whether the compositor has what this needs.
-  [[nodiscard]] bool isPossible() const { return shell_ && parts_.areThere(); }
+  /// Whether the compositor has what this needs, and still serves us.
+  [[nodiscard]] bool isPossible() const {
+    return shell_ && parts_.areThere() && !connection_.isLost();
+  }
 
   /// Tells where panels are; see WaylandWindowSystem.
   void setPanels(std::function<std::vector<DesktopPanel>()> panels) { panels_ = std::move(panels); }

@@ -65,6 +65,8 @@ class OwnWindows {
    public:
     virtual ~Popover() = default;
     virtual void moveTo(const QRect& place) = 0;
+    /// Whether it leaves the front and the keyboard to another popover of ours.
+    virtual void giveWay(bool toAnother) = 0;
   };
   /// Makes a popover at `place` of `window`, which is not on the screen and is shown next. It ends
   /// when the window is hidden, or with what is returned, before that. Null: the window is one like

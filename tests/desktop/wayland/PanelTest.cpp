@@ -1,0 +1,183 @@
+// The panel and the preferences as a compositor has them, seen and driven from outside.
+
+#include <gmock/gmock.h>
+
+#include "desktop/harness/AccessibilityClient.h"
+#include "desktop/harness/WaylandDesk.h"
+
+using harness::AccessibilityClient;
+using harness::Bar;
+using harness::Button;
+using harness::Compositor;
+using harness::Image;
+using harness::Rect;
+using harness::WaylandDesk;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+constexpr Rect kFirstOutput{0, 0, WaylandDesk::kOutputWidth, WaylandDesk::kOutputHeight};
+
+class WaylandPanelTest : public testing::TestWithParam<Compositor> {
+ protected:
+  void SetUp() override {
+    desk.clickOn(slides);
+    ASSERT_TRUE(slides.process->waitForLine("^active$"));
+    bare = desk.screen().whole();
+    program = desk.startCalmdeck();
+    ASSERT_TRUE(hasKeyboard()) << "it opens by itself";
+  }
+
+  /// Each looks at what comes after what the one before saw.
+  [[nodiscard]] bool hasKeyboard() { return slides.process->waitForLine("^inactive$").has_value(); }
+  [[nodiscard]] bool gaveKeyboardBack() {
+    return slides.process->waitForLine("^active$").has_value();
+  }
+  void clickIcon() {
+    const auto icon = desk.trayIcon().value();
+    desk.input().click(icon.centreX(), icon.centreY());
+  }
+  /// What has changed below the bar since the program came; empty: nothing.
+  [[nodiscard]] Rect panel(const Rect& icon) const {
+    const Rect below{0, icon.bottom() + 4, WaylandDesk::kOutputWidth,
+                     WaylandDesk::kOutputHeight - icon.bottom() - 4};
+    const auto changed = harness::changedArea(bare.part(below), desk.screen().area(below));
+    if (!changed) return {};
+    return {changed->x, changed->y + below.y, changed->width, changed->height};
+  }
+
+  /// Clicks the first of the small switches, of a panel in the upper right corner below the bar,
+  /// and sees it stored.
+  [[nodiscard]] bool turnsASwitch(const Rect& icon) const {
+    const auto stored = [this] {
+      return harness::textOf(desk.home().config() / "calmdeck" / "settings.json");
+    };
+    const std::string before = stored();
+    desk.input().click(kFirstOutput.right() - 40, icon.bottom() + 98);
+    return desk.until([&] { return stored() != before; });
+  }
+
+  /// Without borders, which would show who has the keyboard.
+  WaylandDesk desk{
+      {.compositor = GetParam(),
+       .bar = Bar::Waybar,
+       .configuration = GetParam() == Compositor::Sway ? "default_border none\n" : ""}};
+  harness::ForeignWindow& slides = desk.openWindow("slides", 0xc02030);
+  Image bare;
+  std::unique_ptr<harness::Process> program;
+};
+
+INSTANTIATE_TEST_SUITE_P(Compositors, WaylandPanelTest,
+                         testing::ValuesIn(harness::installedCompositors()),
+                         testing::PrintToStringParamName());
+
+TEST_P(WaylandPanelTest, OpensAtTheIconAgainAndAgainWithTheKeyboard) {
+  desk.input().key("Escape");
+  ASSERT_TRUE(gaveKeyboardBack()) << "Escape reached it at once";
+  const Rect icon = desk.trayIcon().value();
+  for (int round = 0; round < 2; ++round) {
+    clickIcon();
+    ASSERT_TRUE(hasKeyboard());
+    EXPECT_TRUE(desk.until([&] {
+      const Rect now = panel(icon);
+      return !now.empty() && kFirstOutput.contains(now) && now.y < icon.bottom() + 20 &&
+             now.height > 100 && now.x <= icon.centreX() && icon.centreX() <= now.right();
+    })) << "it is below the icon, at "
+        << panel(icon).x << "," << panel(icon).y;
+    EXPECT_TRUE(turnsASwitch(icon)) << "a press on it is its own";
+    clickIcon();
+    ASSERT_TRUE(gaveKeyboardBack()) << "the icon closes it, too";
+  }
+}
+
+TEST_P(WaylandPanelTest, APressAnywhereElseClosesItAndItIsListedNowhere) {
+  if (GetParam() == Compositor::Sway) {
+    EXPECT_THAT(desk.run({"swaymsg", "-t", "get_tree"}).output, Not(HasSubstr("almdeck")));
+  }
+  const auto other = desk.areaOf(slides.colour).value();
+  desk.input().click(other.centreX(), other.centreY());
+  ASSERT_TRUE(gaveKeyboardBack());
+  clickIcon();
+  ASSERT_TRUE(hasKeyboard());
+  const Rect icon = desk.trayIcon().value();
+  ASSERT_TRUE(desk.until([&] { return panel(icon).height > 100; }));
+  const Rect inside{icon.centreX() - 60, icon.bottom() + 40, 40, 40};
+  const auto isBare = [&] { return desk.screen().area(inside) == bare.part(inside); };
+  ASSERT_FALSE(isBare());
+  const Rect second = desk.outputs().back().area;
+  desk.input().click(second.centreX(), second.bottom() - 20);
+  EXPECT_TRUE(desk.until(isBare)) << "on another monitor";
+}
+
+TEST_P(WaylandPanelTest, AnAlertOfThePanelsIsInFrontWithTheKeyboardAndGivesItBack) {
+  desk.input().key("Escape");
+  ASSERT_TRUE(gaveKeyboardBack());
+  const Rect icon = desk.trayIcon().value();
+  clickIcon();
+  ASSERT_TRUE(hasKeyboard());
+  ASSERT_TRUE(desk.until([&] { return panel(icon).height > 100; }));
+  constexpr Rect kMiddle{600, 340, 80, 40};
+  const Image withoutAlert = desk.screen().area(kMiddle);
+  const auto showsAlert = [&] { return desk.screen().area(kMiddle) != withoutAlert; };
+  desk.input().click(kFirstOutput.right() - 51, icon.bottom() + 42);  // the mode
+  desk.input().click(kFirstOutput.right() - 40,
+                     icon.bottom() + 250);  // the wallpaper: there is none
+  ASSERT_TRUE(desk.until(showsAlert));
+  desk.input().key("Return");
+  EXPECT_TRUE(desk.until([&] { return !showsAlert(); })) << "it has the keyboard";
+  desk.input().key("Escape");
+  EXPECT_TRUE(gaveKeyboardBack()) << "the panel has it again";
+}
+
+/// Where there is no tray the panel is an ordinary window, and offers the menu.
+class WaylandPreferencesTest : public testing::TestWithParam<Compositor> {
+ protected:
+  static constexpr const char* kRecord = "Record the shortcut for presentation mode";
+  static constexpr const char* kBox = "Shortcut for presentation mode";
+
+  void SetUp() override { ASSERT_TRUE(reader.await("Presentation mode")); }
+
+  [[nodiscard]] bool shows(const std::string& role, const std::string& name,
+                           const std::string& state = "showing") const {
+    for (const auto& element : reader.elements()) {
+      const bool fits = element.role == role && element.name == name;
+      if (fits && element.is("showing") && element.is(state)) return true;
+    }
+    return false;
+  }
+  /// By the keyboard; true once the window has it.
+  [[nodiscard]] bool opens() const {
+    if (!desk.until([&] { return shows("frame", "Calmdeck", "active"); })) return false;
+    desk.input().key("F10");
+    if (!desk.until([&] { return shows("menu item", "Preferences"); })) return false;
+    for (const char* key : {"Down", "Return"}) desk.input().key(key);
+    return desk.until([&] { return shows("frame", "Preferences", "active"); });
+  }
+
+  WaylandDesk desk{
+      {.compositor = GetParam(),
+       .configuration = GetParam() == Compositor::Sway ? "bindsym Alt+F4 kill\n" : ""}};
+  AccessibilityClient reader{desk};
+  std::unique_ptr<harness::Process> program =
+      desk.startCalmdeck(AccessibilityClient::accessibleEnvironment());
+};
+
+INSTANTIATE_TEST_SUITE_P(Compositors, WaylandPreferencesTest,
+                         testing::ValuesIn(harness::installedCompositors()),
+                         testing::PrintToStringParamName());
+
+TEST_P(WaylandPreferencesTest, TheCompositorsOwnShortcutIsTheWindowsOnlyWhileARowRecords) {
+  ASSERT_TRUE(opens());
+  desk.input().key("alt+F4");
+  ASSERT_TRUE(desk.until([&] { return !shows("frame", "Preferences"); }))
+      << "the compositor closes the window";
+  ASSERT_TRUE(opens());
+  ASSERT_TRUE(reader.act(reader.await(kRecord).value()));
+  ASSERT_TRUE(desk.until([&] { return shows("panel", kBox, "selected"); }));
+  desk.input().key("alt+F4");
+  EXPECT_TRUE(program->waitForLine("^118$")) << "the key that the platform has for F4";
+  EXPECT_TRUE(shows("frame", "Preferences"));
+}
+
+}  // namespace
