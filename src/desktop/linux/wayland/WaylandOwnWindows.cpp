@@ -12,15 +12,24 @@ constexpr std::chrono::milliseconds kPointerPatience{300};
 
 class Watch final : public OwnWindows::PressWatch {
  public:
-  Watch(std::shared_ptr<PressCatcher> catcher, OwnWindows::Pressed pressed)
-      : catcher_(std::move(catcher)) {
+  Watch(WaylandConnection& connection, std::shared_ptr<PressCatcher> catcher,
+        OwnWindows::Pressed pressed)
+      : connection_(connection), catcher_(std::move(catcher)) {
     catcher_->setPressed(
         [pressed = std::move(pressed)](std::uint32_t time) { pressed({.time = time}); });
   }
+  ~Watch() override {
+    catcher_.reset();
+    // Before the panel, which goes over another connection: what is pressed then is for others.
+    connection_.roundTrip();
+  }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
   // What is pressed on a window of ours does not get to the catcher.
   void discardPending() override {}
 
  private:
+  WaylandConnection& connection_;
   std::shared_ptr<PressCatcher> catcher_;
 };
 
@@ -96,7 +105,7 @@ void WaylandOwnWindows::pointerFound() {
 std::unique_ptr<OwnWindows::PressWatch> WaylandOwnWindows::watchPresses(QWindow& /*window*/,
                                                                         const Pressed& pressed) {
   if (!isPossible()) return nullptr;
-  return std::make_unique<Watch>(catcher(), pressed);
+  return std::make_unique<Watch>(connection_, catcher(), pressed);
 }
 
 std::shared_ptr<PressCatcher> WaylandOwnWindows::catcher() {
