@@ -1,5 +1,6 @@
 #include "desktop/harness/DesktopPrograms.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <stdexcept>
@@ -68,6 +69,13 @@ std::ostream& operator<<(std::ostream& stream, Compositor kind) {
 
 std::vector<Compositor> installedCompositors() {
   return {HARNESS_COMPOSITORS};
+}
+
+std::vector<Compositor> installedOf(std::initializer_list<Compositor> kinds) {
+  std::vector<Compositor> found = installedCompositors();
+  std::erase_if(found,
+                [&](Compositor kind) { return std::ranges::find(kinds, kind) == kinds.end(); });
+  return found;
 }
 
 std::ostream& operator<<(std::ostream& stream, Bar kind) {

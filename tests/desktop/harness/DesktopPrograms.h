@@ -20,6 +20,8 @@ std::ostream& operator<<(std::ostream& stream, Panel kind);
 enum class Compositor : std::uint8_t { Sway, Labwc, Kwin };
 std::ostream& operator<<(std::ostream& stream, Compositor kind);
 [[nodiscard]] std::vector<Compositor> installedCompositors();
+/// Those of them that are.
+[[nodiscard]] std::vector<Compositor> installedOf(std::initializer_list<Compositor> kinds);
 
 enum class Bar : std::uint8_t { None, Waybar, LxqtPanel };
 std::ostream& operator<<(std::ostream& stream, Bar kind);

@@ -1,29 +1,27 @@
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 
-#include "desktop/harness/WaylandDesk.h"
+#include "desktop/wayland/ModeDesk.h"
 
 using harness::Compositor;
 using harness::ForeignWindow;
-using harness::WaylandDesk;
 
 namespace {
 
+constexpr const char* kName = "org.calmdeck.Calmdeck";
 constexpr std::uint32_t kRed = 0xd02010;
 constexpr std::uint32_t kGreen = 0x10c020;
 constexpr std::uint32_t kBlue = 0x1020e0;
 constexpr std::uint32_t kWhite = 0xf0f8ff;
 constexpr std::uint32_t kYellow = 0xe0d000;
 
-/// Every window in the middle, over the one before.
+/// Every foreign window in the middle, over the one before.
 std::string allInTheMiddle(Compositor compositor) {
   switch (compositor) {
     case Compositor::Sway:
-      return "for_window [title=\".*\"] floating enable\n";
+      return "for_window [app_id=\"^(red|green|blue|white|yellow)$\"] floating enable\n";
     case Compositor::Labwc:
       return "<placement><policy>center</policy></placement>";
     case Compositor::Kwin:
@@ -32,27 +30,35 @@ std::string allInTheMiddle(Compositor compositor) {
   return "Placement=Centered\n";
 }
 
-/// Foreign windows, and the probe, which hides and shows them.
-class WaylandHidingTest : public testing::TestWithParam<Compositor> {
+/// Foreign windows, and the program, whose mode hides them and does nothing else.
+class WaylandHidingTest : public testing::TestWithParam<Compositor>, public wayland_test::ModeDesk {
  protected:
-  WaylandHidingTest() : fifo_(desk.home().home() / "commands") {
-    EXPECT_EQ(::mkfifo(fifo_.c_str(), 0600), 0);
-    startProbe();
+  WaylandHidingTest()
+      : ModeDesk({.compositor = GetParam(), .configuration = allInTheMiddle(GetParam())}) {
+    start();
   }
 
-  void startProbe() {
-    probe_ = desk.start({HIDING_PROBE, fifo_});
-    EXPECT_TRUE(probe_->waitForLine("^up$")) << probe_->errorOutput();
+  void start() {
+    launch("HideActiveApps");
+    EXPECT_TRUE(hasTheKeyboard("Calmdeck")) << program->errorOutput();
+    desk.input().key("Escape");
+    EXPECT_TRUE(desk.until([&] { return !isActive("Calmdeck"); }));
   }
-  void killProbe() { probe_->kill(); }
+  /// As scripts do it, so that the panel does not come up.
+  void turn() { ask("toggle-presentation-mode"); }
+  void ask(const std::string& action) {
+    EXPECT_TRUE(desk.run({"gapplication", "action", kName, action}).succeeded());
+  }
 
-  void tell(const std::string& order) {
-    std::ofstream(fifo_) << order << std::endl;
-    EXPECT_TRUE(probe_->waitForLine("^done$")) << probe_->errorOutput();
+  /// Of the program's own windows.
+  [[nodiscard]] bool isActive(const std::string& title) const {
+    const harness::AccessibilityClient reader(desk);
+    return std::ranges::any_of(reader.elements(), [&](const harness::AccessibleElement& element) {
+      return element.role == "frame" && element.name == title && element.is("active");
+    });
   }
-  bool isHiding() {
-    std::ofstream(fifo_) << "hidden" << std::endl;
-    return probe_->waitForLine("^(hidden|shown)$").value_or("") == "hidden";
+  [[nodiscard]] bool hasTheKeyboard(const std::string& title) {
+    return desk.until([&] { return isActive(title); });
   }
 
   /// How many pixels each of the first four windows shows.
@@ -67,7 +73,7 @@ class WaylandHidingTest : public testing::TestWithParam<Compositor> {
   bool isSeen(std::uint32_t colour) { return desk.areaOf(colour).has_value(); }
   [[nodiscard]] testing::AssertionResult becomesSeen(const ForeignWindow& window) {
     if (desk.until([&] { return isSeen(window.colour); })) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "it is not seen; " << probe_->errorOutput();
+    return testing::AssertionFailure() << "it is not seen; " << program->errorOutput();
   }
   /// Whether what is typed goes there; typed until it does, since the keyboard moves on its own.
   [[nodiscard]] testing::AssertionResult getsTheKeyboard(ForeignWindow& window) {
@@ -77,12 +83,6 @@ class WaylandHidingTest : public testing::TestWithParam<Compositor> {
     };
     if (desk.until(arrives)) return testing::AssertionSuccess();
     return testing::AssertionFailure() << "it gets no keys";
-  }
-  [[nodiscard]] bool oursGetsTheKeyboard() {
-    return desk.until([&] {
-      desk.input().key("k");
-      return probe_->waitForLine("^key$", std::chrono::milliseconds(300)).has_value();
-    });
   }
   /// And waits until it is gone from the screen.
   void close(ForeignWindow& window) {
@@ -96,12 +96,6 @@ class WaylandHidingTest : public testing::TestWithParam<Compositor> {
     desk.input().key("F5");
     EXPECT_TRUE(desk.until([&] { return !isSeen(window.colour); }));
   }
-
-  WaylandDesk desk{{.compositor = GetParam(), .configuration = allInTheMiddle(GetParam())}};
-
- private:
-  std::string fifo_;
-  std::unique_ptr<harness::Process> probe_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Compositors, WaylandHidingTest,
@@ -119,14 +113,16 @@ TEST_P(WaylandHidingTest, BringsAllBackInItsOrderUnderWhatWasOpenedMeanwhile) {
   ASSERT_LT(before.at(kBlue), before.at(kWhite)) << "no window is over another";
   ASSERT_LT(before.at(kRed), before.at(kWhite)) << "no window is over another";
 
-  tell("hide");
+  turn();
   ASSERT_TRUE(desk.until([&] { return seen() == kNothing; }));
-  EXPECT_TRUE(isHiding());
   ForeignWindow& yellow = desk.openWindow("yellow", kYellow);
   ASSERT_TRUE(getsTheKeyboard(yellow));
 
-  tell("show");
-  ASSERT_TRUE(desk.until([&] { return !isHiding(); }));
+  turn();
+  // On sway it lies exactly over them.
+  if (GetParam() != Compositor::Sway) {
+    ASSERT_TRUE(desk.until([&] { return seen() != kNothing; }));
+  }
   EXPECT_TRUE(getsTheKeyboard(yellow));
   close(yellow);
   EXPECT_TRUE(desk.until([&] { return seen() == before; })) << testing::PrintToString(seen());
@@ -141,43 +137,46 @@ TEST_P(WaylandHidingTest, GivesTheKeyboardBackWhereNoneWasOpenedMeanwhile) {
   ForeignWindow& blue = desk.openWindow("blue", kBlue);
   ASSERT_TRUE(getsTheKeyboard(blue));
   for (int round = 0; round < 2; ++round) {
-    tell("hide");
+    turn();
     ASSERT_TRUE(desk.until([&] { return !isSeen(kBlue) && !isSeen(kRed); }));
-    tell("show");
+    turn();
     ASSERT_TRUE(becomesSeen(blue));
     EXPECT_TRUE(getsTheKeyboard(blue));
   }
 }
 
-TEST_P(WaylandHidingTest, ShowsWhatAProcessHidThatWasKilled) {
-  if (GetParam() == Compositor::Labwc) GTEST_SKIP() << "labwc keeps no mark on a window";
+/// Where a mark can be kept on windows.
+class WaylandMarksTest : public WaylandHidingTest {};
+
+INSTANTIATE_TEST_SUITE_P(Compositors, WaylandMarksTest,
+                         testing::ValuesIn(harness::installedOf({Compositor::Sway,
+                                                                 Compositor::Kwin})),
+                         testing::PrintToStringParamName());
+
+TEST_P(WaylandMarksTest, ShowsWhatAProcessHidThatWasKilled) {
   ForeignWindow& red = desk.openWindow("red", kRed);
   ForeignWindow& blue = desk.openWindow("blue", kBlue);
-  tell("hide");
+  turn();
   ASSERT_TRUE(desk.until([&] { return !isSeen(kBlue) && !isSeen(kRed); }));
-  killProbe();
-  startProbe();
-  ASSERT_TRUE(desk.until([&] { return isHiding(); }));
-  tell("show");
+  program->kill();
+  start();
+  turn();
+  turn();
   EXPECT_TRUE(becomesSeen(blue));
   close(blue);
   EXPECT_TRUE(becomesSeen(red));
 }
 
 TEST_P(WaylandHidingTest, LeavesItsOwnWindowsWhereTheyAreWithTheKeyboard) {
-  ForeignWindow& red = desk.openWindow("red", kRed);
-  tell("open");
-  constexpr std::uint32_t kOurs = 0xff00ff;
-  ASSERT_TRUE(desk.until([&] { return isSeen(kOurs); }));
-  tell("hide");
+  ForeignWindow& red = desk.openWindow("not in the middle", kRed);
+  ask("preferences");
+  ASSERT_TRUE(hasTheKeyboard("Preferences"));
+  turn();
   ASSERT_TRUE(desk.until([&] { return !isSeen(kRed); }));
-  EXPECT_TRUE(desk.until([&] { return isSeen(kOurs); }));
-  EXPECT_TRUE(oursGetsTheKeyboard());
-  tell("show");
+  EXPECT_TRUE(hasTheKeyboard("Preferences"));
+  turn();
   ASSERT_TRUE(becomesSeen(red));
-  EXPECT_TRUE(oursGetsTheKeyboard());
-  close(red);
-  EXPECT_TRUE(desk.until([&] { return isSeen(kOurs); }));
+  EXPECT_TRUE(hasTheKeyboard("Preferences"));
 }
 
 }  // namespace

@@ -16,18 +16,9 @@ constexpr std::uint32_t kRed = 0xd02010;
 constexpr std::uint32_t kBlue = 0x1020e0;
 constexpr std::uint32_t kWhite = 0xf0f8ff;
 
-bool isInstalled() {
-  const auto all = harness::installedCompositors();
-  return std::ranges::find(all, Compositor::Sway) != all.end();
-}
-
 /// The real program with a shortcut, Control+Alt+p, that starts the mode, and hiding switched on.
 class SwayTest : public testing::Test {
  protected:
-  void SetUp() override {
-    if (!isInstalled()) GTEST_SKIP() << "sway is not installed";
-  }
-
   void start(const std::string& configuration = {}) {
     desk = std::make_unique<WaylandDesk>(
         harness::WaylandOptions{.compositor = Compositor::Sway, .configuration = configuration});
