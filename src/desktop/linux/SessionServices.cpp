@@ -2,7 +2,7 @@
 
 #include <QGuiApplication>
 #include <QStringList>
-#include <array>
+#include <cstddef>
 #include <optional>
 
 #include "desktop/linux/keys/SessionHotKeys.h"
@@ -25,11 +25,11 @@ struct SessionRooms {
   std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open() : nullptr;
   std::unique_ptr<KWinWindows> kwin = wayland && !sway ? KWinWindows::open() : nullptr;
   std::optional<OtherApplications> others;
+  std::optional<SessionHotKeys> hotKeys;
   QtScreens qtScreens;
   OwnWindows qtWindows;
   DesktopFacts qtFacts{[this] { return qtScreens.monitors(); }};
   WallpaperPictures pictures{facts()};
-  SessionHotKeys hotKeys{x11 ? x11->hotKeys() : sway ? sway->hotKeys() : nullptr};
   std::optional<PlasmaPanels> plasmaPanels;
   QStringList missing;
 
@@ -68,69 +68,68 @@ using platform::port::Screens;
 using platform::port::Spaces;
 using platform::port::WindowList;
 
+/// Null: not in this session.
 template <class Service>
-struct Candidate {
-  const char* room;
-  /// Null: not in this session.
-  Service* (*offer)(SessionRooms& rooms);
+using Candidate = Service* (*)(SessionRooms& rooms);
+
+/// What a room has to offer, where that is open.
+template <auto room, auto getter>
+constexpr auto of = [](SessionRooms& rooms) {
+  const auto& open = rooms.*room;
+  return open ? ((*open).*getter)() : nullptr;
 };
-
-template <class Service, auto getter>
-constexpr Candidate<Service> x11{"X11", [](SessionRooms& rooms) -> Service* {
-                                   return rooms.x11 ? (*rooms.x11.*getter)() : nullptr;
-                                 }};
-
-template <class Service, auto getter>
-constexpr Candidate<Service> wayland{"Wayland", [](SessionRooms& rooms) -> Service* {
-                                       return rooms.wayland ? (*rooms.wayland.*getter)() : nullptr;
-                                     }};
+template <auto getter>
+constexpr auto x11 = of<&SessionRooms::x11, getter>;
+template <auto getter>
+constexpr auto wayland = of<&SessionRooms::wayland, getter>;
+template <auto getter>
+constexpr auto sway = of<&SessionRooms::sway, getter>;
 
 using X11 = X11WindowSystem;
 using Wayland = WaylandWindowSystem;
 
+/// The keys of whoever keeps them for this session.
+HotKeys* sessionHotKeys(SessionRooms& rooms);
 /// Of those that hide all others together.
 RunningApplications* hiddenTogether(SessionRooms& rooms);
 
 // In order of preference.
-constexpr std::array kScreens{
-    x11<Screens, &X11::screens>, wayland<Screens, &Wayland::screens>,
-    Candidate<Screens>{"Qt", [](SessionRooms& rooms) -> Screens* { return &rooms.qtScreens; }}};
-constexpr std::array kOwnWindows{
-    x11<OwnWindows, &X11::ownWindows>, wayland<OwnWindows, &Wayland::ownWindows>,
-    Candidate<OwnWindows>{"Qt", [](SessionRooms& rooms) { return &rooms.qtWindows; }}};
-constexpr std::array kLegacyTray{x11<LegacyTray, &X11::legacyTray>};
-constexpr std::array kCovers{x11<CoverWindows, &X11::covers>,
-                             wayland<CoverWindows, &Wayland::covers>};
-constexpr std::array kWindowList{x11<WindowList, &X11::windowList>,
-                                 wayland<WindowList, &Wayland::windowList>};
-constexpr std::array kSpaces{x11<Spaces, &X11::spaces>, wayland<Spaces, &Wayland::spaces>};
-constexpr std::array kApplications{
-    x11<RunningApplications, &X11::runningApplications>,
-    Candidate<RunningApplications>{"all others at once", &hiddenTogether}};
-constexpr std::array kWindowHiders{
-    Candidate<WindowHider>{"sway",
-                           [](SessionRooms& rooms) -> WindowHider* {
-                             return rooms.sway ? rooms.sway->windowHider() : nullptr;
-                           }},
-    Candidate<WindowHider>{"KWin",
-                           [](SessionRooms& rooms) -> WindowHider* { return rooms.kwin.get(); }},
-    wayland<WindowHider, &Wayland::windowHider>};
-constexpr std::array kKeyTranslator{x11<KeyTranslator, &X11::keyTranslator>,
-                                    wayland<KeyTranslator, &Wayland::keyTranslator>};
-constexpr std::array kHotKeys{
-    Candidate<HotKeys>{"the session", [](SessionRooms& rooms) -> HotKeys* {
-                         return rooms.hotKeys.isThere() ? &rooms.hotKeys : nullptr;
-                       }}};
+constexpr Candidate<Screens> kScreens[] = {
+    x11<&X11::screens>, wayland<&Wayland::screens>,
+    [](SessionRooms& rooms) -> Screens* { return &rooms.qtScreens; }};
+constexpr Candidate<OwnWindows> kOwnWindows[] = {
+    x11<&X11::ownWindows>, wayland<&Wayland::ownWindows>,
+    [](SessionRooms& rooms) { return &rooms.qtWindows; }};
+constexpr Candidate<LegacyTray> kLegacyTray[] = {x11<&X11::legacyTray>};
+constexpr Candidate<CoverWindows> kCovers[] = {x11<&X11::covers>, wayland<&Wayland::covers>};
+constexpr Candidate<WindowList> kWindowList[] = {x11<&X11::windowList>,
+                                                 wayland<&Wayland::windowList>};
+constexpr Candidate<Spaces> kSpaces[] = {x11<&X11::spaces>, wayland<&Wayland::spaces>};
+constexpr Candidate<RunningApplications> kApplications[] = {x11<&X11::runningApplications>,
+                                                            &hiddenTogether};
+constexpr Candidate<WindowHider> kWindowHiders[] = {
+    sway<&SwaySession::windowHider>,
+    [](SessionRooms& rooms) -> WindowHider* { return rooms.kwin.get(); },
+    wayland<&Wayland::windowHider>};
+constexpr Candidate<KeyTranslator> kKeyTranslator[] = {x11<&X11::keyTranslator>,
+                                                       wayland<&Wayland::keyTranslator>};
+constexpr Candidate<HotKeys> kGrabs[] = {x11<&X11::hotKeys>, sway<&SwaySession::hotKeys>};
+constexpr Candidate<HotKeys> kHotKeys[] = {&sessionHotKeys};
 
 /// `without` says what the user then goes without; null where that needs no word.
-template <class Candidates>
-auto choose(SessionRooms& rooms, const Candidates& candidates, const char* without = nullptr)
-    -> decltype(candidates.front().offer(rooms)) {
+template <class Service, std::size_t count>
+Service* choose(SessionRooms& rooms, const Candidate<Service> (&candidates)[count],
+                const char* without = nullptr) {
   for (const auto& candidate : candidates) {
-    if (auto* service = candidate.offer(rooms)) return service;
+    if (auto* service = candidate(rooms)) return service;
   }
   if (without != nullptr) rooms.missing << QLatin1String(without);
   return nullptr;
+}
+
+HotKeys* sessionHotKeys(SessionRooms& rooms) {
+  SessionHotKeys& keys = rooms.hotKeys.emplace(choose(rooms, kGrabs));
+  return keys.isThere() ? &keys : nullptr;
 }
 
 RunningApplications* hiddenTogether(SessionRooms& rooms) {
