@@ -101,7 +101,7 @@ constexpr Candidate<OwnWindows> kOwnWindows[] = {
     x11<&X11::ownWindows>, wayland<&Wayland::ownWindows>,
     [](SessionRooms& rooms) { return &rooms.qtWindows; }};
 constexpr Candidate<LegacyTray> kLegacyTray[] = {x11<&X11::legacyTray>};
-constexpr Candidate<CoverWindows> kCovers[] = {x11<&X11::covers>, wayland<&Wayland::covers>};
+constexpr Candidate<CoverFactory> kCovers[] = {x11<&X11::covers>, wayland<&Wayland::covers>};
 constexpr Candidate<WindowList> kWindowList[] = {x11<&X11::windowList>,
                                                  wayland<&Wayland::windowList>};
 constexpr Candidate<Spaces> kSpaces[] = {x11<&X11::spaces>, wayland<&Wayland::spaces>};

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "desktop/linux/windowsystem/CoverWindows.h"
+#include "desktop/linux/windowsystem/CoverFactory.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/windowsystem/LegacyTray.h"
 #include "desktop/linux/windowsystem/OwnWindows.h"
@@ -33,7 +33,7 @@ class SessionServices {
   OwnWindows& ownWindows;
   platform::port::DesktopPictures& desktopPictures;
   LegacyTray* const legacyTray;
-  CoverWindows* const covers;
+  CoverFactory* const covers;
   platform::port::WindowList* const windowList;
   platform::port::Spaces* const spaces;
   platform::port::RunningApplications* const runningApplications;

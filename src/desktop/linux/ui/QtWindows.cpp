@@ -22,7 +22,7 @@ class NeverShown final : public platform::port::WindowPeer {
 }  // namespace
 
 QtWindows::QtWindows(const platform::port::MainLoop& loop, OwnWindows& ownWindows,
-                     CoverWindows* covers, KeyTranslator* keys)
+                     CoverFactory* covers, KeyTranslator* keys)
     : services_{.clock = [&loop] { return loop.now(); },
                 .ownWindows = ownWindows,
                 .keys = keys,

@@ -2,7 +2,7 @@
 
 #include "desktop/linux/ui/WidgetAccessibility.h"
 #include "desktop/linux/ui/WindowServices.h"
-#include "desktop/linux/windowsystem/CoverWindows.h"
+#include "desktop/linux/windowsystem/CoverFactory.h"
 #include "platform/port/Program.h"
 #include "platform/port/Windows.h"
 
@@ -15,7 +15,7 @@ class QtWindows final : public platform::port::Windows {
   /// the screen. `keys` says what the keys of titled windows are; null: none is reported. All
   /// outlive this, as this does its peers.
   QtWindows(const platform::port::MainLoop& loop, OwnWindows& ownWindows,
-            CoverWindows* covers = nullptr, KeyTranslator* keys = nullptr);
+            CoverFactory* covers = nullptr, KeyTranslator* keys = nullptr);
   ~QtWindows() override;
   QtWindows(const QtWindows&) = delete;
   QtWindows& operator=(const QtWindows&) = delete;
@@ -35,7 +35,7 @@ class QtWindows final : public platform::port::Windows {
 
  private:
   WindowServices services_;
-  CoverWindows* covers_;
+  CoverFactory* covers_;
   WidgetAccessibility accessibility_;
 };
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "desktop/linux/wayland/LayerSurface.h"
+#include "desktop/linux/windowsystem/CoverFactory.h"
 #include "desktop/linux/windowsystem/CoverPeer.h"
-#include "desktop/linux/windowsystem/CoverWindows.h"
 
 namespace linux_desktop {
 
@@ -52,7 +52,7 @@ class LayerCover final : public CoverPeer<LayerSurface> {
 
 /// Covers on a Wayland compositor that has layers. They follow the outputs by themselves, and end
 /// with the connection. Main thread only.
-class LayerCovers final : public CoverWindows {
+class LayerCovers final : public CoverFactory {
  public:
   /// All outlive this.
   LayerCovers(WaylandConnection& connection, const WaylandOutputs& outputs,

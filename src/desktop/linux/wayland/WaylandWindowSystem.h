@@ -24,7 +24,7 @@ class WaylandWindowSystem {
   [[nodiscard]] static std::unique_ptr<WaylandWindowSystem> open();
 
   [[nodiscard]] platform::port::Screens* screens() { return &screens_; }
-  [[nodiscard]] CoverWindows* covers() { return covers_.areThere() ? &covers_ : nullptr; }
+  [[nodiscard]] CoverFactory* covers() { return covers_.areThere() ? &covers_ : nullptr; }
   [[nodiscard]] platform::port::WindowList* windowList() { return &windowList_; }
   [[nodiscard]] platform::port::Spaces* spaces() { return &spaces_; }
 

@@ -33,7 +33,7 @@ class X11WindowSystem {
   [[nodiscard]] platform::port::Screens* screens() { return &screens_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
   [[nodiscard]] LegacyTray* legacyTray() { return &tray_; }
-  [[nodiscard]] CoverWindows* covers() { return seesDesktop() ? &covers_ : nullptr; }
+  [[nodiscard]] CoverFactory* covers() { return seesDesktop() ? &covers_ : nullptr; }
   [[nodiscard]] platform::port::WindowList* windowList() { return &windowList_; }
   [[nodiscard]] platform::port::Spaces* spaces() { return &spaces_; }
   [[nodiscard]] platform::port::RunningApplications* runningApplications() {

@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
+#include "desktop/linux/windowsystem/CoverFactory.h"
 #include "desktop/linux/windowsystem/CoverPeer.h"
-#include "desktop/linux/windowsystem/CoverWindows.h"
 #include "desktop/linux/x11/CoverKeeper.h"
 #include "desktop/linux/x11/CoverSurface.h"
 #include "desktop/linux/x11/XScreens.h"
@@ -42,7 +42,7 @@ class XCoverWindow final : public CoverPeer<CoverSurface>, private KeptCover {
 };
 
 /// Covers of an X desktop.
-class XCovers final : public CoverWindows {
+class XCovers final : public CoverFactory {
  public:
   /// Both outlive this.
   XCovers(XEvents& events, const XScreens& screens)

@@ -7,9 +7,9 @@
 namespace linux_desktop {
 
 /// Makes the windows that stand above the desktop's icons and below everything else.
-class CoverWindows {
+class CoverFactory {
  public:
-  virtual ~CoverWindows() = default;
+  virtual ~CoverFactory() = default;
 
   /// The peer of a borderless window at the backstop level whose content is one image view. It
   /// stands on every workspace, in no task list, never gets the keyboard and swallows clicks.
