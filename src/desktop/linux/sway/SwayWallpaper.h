@@ -29,6 +29,7 @@ class SwayWallpaper final : public WallpaperAdapter {
   std::optional<std::string> restore(const Monitor& monitor,
                                      const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
+  [[nodiscard]] bool mayHaveIcons() const override { return false; }
   [[nodiscard]] BackdropManner manner() const override { return otherwise_->manner(); }
 
  private:

@@ -70,8 +70,6 @@ struct BackdropManner {
   bool shadesWholeDesktop = false;
   /// One tile stands in the middle of the monitor, rather than in its upper left corner.
   bool centersTiles = false;
-  /// Nothing is rounded: a picture may begin and end within a pixel.
-  bool placesBetweenPixels = false;
   /// A tile that is larger than the last monitor is cut to its size, around the middle.
   bool cutsTilesToLastMonitor = false;
 
@@ -84,8 +82,9 @@ class BackdropSource {
  public:
   virtual ~BackdropSource() = default;
 
-  /// Whether a desktop is known to draw here, be it one that does not tell what.
-  [[nodiscard]] virtual bool isDesktopKnown() = 0;
+  /// Whether a program is known to draw a desktop here that may have icons, be it one that does not
+  /// tell what it shows.
+  [[nodiscard]] virtual bool mayHaveIcons() = 0;
 
   /// For the present workspace. None where nobody knows: no desktop draws one, or it does not
   /// answer.

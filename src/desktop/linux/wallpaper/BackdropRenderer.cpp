@@ -130,30 +130,7 @@ struct Placing {
   [[nodiscard]] QRect of(const QSize& size) const {
     return placedPicture(size, area, style, rounding);
   }
-  /// The same, not rounded; not for tiles.
-  [[nodiscard]] QRectF exactly(const QSize& size) const {
-    QSizeF shown(size);
-    if (style == BackdropStyle::Stretched) shown = area.size();
-    if (style == BackdropStyle::Fitted) shown.scale(area.size(), Qt::KeepAspectRatio);
-    if (style == BackdropStyle::Zoomed) shown.scale(area.size(), Qt::KeepAspectRatioByExpanding);
-    QRectF place({}, shown);
-    place.moveCenter(QRectF(area).center());
-    return place;
-  }
-  /// Or leaves it as large as it is.
-  [[nodiscard]] bool enlarges(const QSize& size) const {
-    const QRectF place = exactly(size);
-    return place.width() >= size.width() && place.height() >= size.height();
-  }
 };
-
-/// Each pixel is mixed from the four that lie around it in the picture.
-void drawEnlarged(QPainter& painter, const QImage& picture, const QRectF& place) {
-  // Qt moves what it does not scale to the next whole pixel.
-  constexpr qreal kScaled = 1e-5;
-  painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  painter.drawImage(place.adjusted(0, 0, kScaled, kScaled), picture);
-}
 
 Placing placingOf(const Backdrop& backdrop, const Monitor& monitor, const BackdropLayout& layout) {
   const BackdropStyle style = styleOf(backdrop, layout);
@@ -199,8 +176,6 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
   if (placing.style == BackdropStyle::Tiled) {
     const QImage tile = tileOf(picture.image, layout);
     drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels());
-  } else if (layout.manner.placesBetweenPixels && placing.enlarges(picture.size)) {
-    drawEnlarged(painter, picture.image, placing.exactly(picture.size));
   } else {
     drawScaled(painter, picture.image, placing.of(picture.size));
   }

@@ -161,17 +161,6 @@ std::optional<RunningSwaybg> SwaybgTable::on(const QString& output) {
   return std::nullopt;
 }
 
-BackdropManner SwaybgTable::manner() {
-  BackdropManner manner{.rounding = SizeRounding::Nearest, .placesBetweenPixels = true};
-  for (const qint64 pid : running()) {
-    QFile program(QStringLiteral("/proc/%1/exe").arg(pid));
-    // Since 1.2.1, which is the first to call this.
-    if (program.open(QIODevice::ReadOnly))
-      manner.turnsUpright = program.readAll().contains("gdk_pixbuf_apply_embedded_orientation");
-  }
-  return manner;
-}
-
 void SwaybgTable::setChanged(std::function<void()> changed) {
   changed_ = std::move(changed);
   settling_.stop();

@@ -47,8 +47,6 @@ class SwaybgTable {
   /// The one whose picture is in front there, which is the last that was started. None where there
   /// is none.
   [[nodiscard]] static std::optional<RunningSwaybg> on(const QString& output);
-  /// How they draw, as far as their version tells.
-  [[nodiscard]] static BackdropManner manner();
 
   /// `changed` is called when one of those that ran has ended, with which the user replaces the
   /// picture. Empty: nothing is watched.

@@ -57,6 +57,8 @@ class WallpaperAdapter {
   /// anybody. Empty: nothing is watched.
   virtual void setChanged(std::function<void()> changed) = 0;
 
+  /// Whether icons may stand on the picture.
+  [[nodiscard]] virtual bool mayHaveIcons() const { return true; }
   /// How this desktop lays its tiles: from the corner of the whole desktop rather than from each
   /// monitor's own.
   [[nodiscard]] virtual bool tilesFromDesktopOrigin() const { return false; }

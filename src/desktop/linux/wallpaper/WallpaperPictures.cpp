@@ -173,6 +173,11 @@ WallpaperPictures::Fault WallpaperPictures::give(const ScreenId& screen, const Q
   return std::nullopt;
 }
 
+bool WallpaperPictures::mayHaveIcons() {
+  const WallpaperAdapter* adapter = choice_.current().adapter;
+  return adapter != nullptr && adapter->mayHaveIcons();
+}
+
 std::optional<Backdrop> WallpaperPictures::backdrop(const Monitor& monitor) {
   WallpaperAdapter* adapter = choice_.current().adapter;
   return adapter == nullptr ? std::nullopt : adapter->backdrop(monitor);

@@ -29,7 +29,7 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
                                                const platform::port::ScreenId& screen,
                                                const platform::Dictionary& options) override;
 
-  [[nodiscard]] bool isDesktopKnown() override { return choice_.current().adapter != nullptr; }
+  [[nodiscard]] bool mayHaveIcons() override;
   [[nodiscard]] std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   [[nodiscard]] std::optional<QImage> render(const Backdrop& backdrop,
                                              const Monitor& monitor) override;

@@ -41,7 +41,8 @@ class LayerWallpaper final : public WallpaperAdapter {
   std::optional<std::string> restore(const Monitor& monitor,
                                      const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override { swaybg_.setChanged(changed); }
-  [[nodiscard]] BackdropManner manner() const override { return SwaybgTable::manner(); }
+  [[nodiscard]] bool mayHaveIcons() const override { return false; }
+  [[nodiscard]] BackdropManner manner() const override { return {.turnsUpright = true}; }
 
  private:
   struct Shown {

@@ -61,9 +61,11 @@ ShmPictures::ShmPictures(WaylandConnection& connection, const MonitorScreens& sc
 
 QImage ShmPictures::drawn(const Monitor& monitor) const {
   ToldBackdrop told = backdrops_.on(monitor);
+  // A cover of nothing could hide a panel that stands in the covers' own layer.
+  if (!told.mayHaveIcons()) return {};
   const QImage& image = told.image();
   if (!image.isNull()) return image.convertToFormat(QImage::Format_RGB32);
-  if (told.takesLong() || !told.isDesktopKnown()) return {};
+  if (told.takesLong()) return {};
   QImage plain(monitor.pixels().size(), QImage::Format_RGB32);
   plain.fill(Qt::black);
   return plain;

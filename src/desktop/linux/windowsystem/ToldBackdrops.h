@@ -19,8 +19,8 @@ class ToldBackdrop {
   ToldBackdrop(BackdropSource* source, const Monitor& monitor)
       : source_(source), monitor_(monitor) {}
 
-  /// See BackdropSource::isDesktopKnown.
-  [[nodiscard]] bool isDesktopKnown() { return source_ != nullptr && source_->isDesktopKnown(); }
+  /// See BackdropSource::mayHaveIcons.
+  [[nodiscard]] bool mayHaveIcons() { return source_ != nullptr && source_->mayHaveIcons(); }
   /// Whether anybody knows. Draws nothing.
   [[nodiscard]] bool isKnown();
   /// Of the monitor's size. Null where nobody knows, or it takes long to be drawn.
