@@ -133,6 +133,8 @@ WaylandDesk::WaylandDesk(const WaylandOptions& options)
   compositor_ = start(command(options), own);
   takeEnvironment(options);
   connect(options.outputs);
+  // Which one windows open on differs from version to version.
+  if (kind_ == Compositor::Sway) (void)run({"swaymsg", "focus output HEADLESS-1"});
   if (options.sound) startSound(*options.sound);
   startBar(options.bar);
 }

@@ -77,7 +77,10 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor> {
     const std::filesystem::path program = desk.home().runtime() / "icons";
     std::filesystem::copy_file("/usr/bin/swaybg", program,
                                std::filesystem::copy_options::skip_existing);
-    icons_ = desk.start({program, "-o", "*", "-c", "#ff00ff"}, {{"WAYLAND_DEBUG", "1"}});
+    const std::filesystem::path file = desk.home().home() / "icons.png";
+    harness::writePng(plain(kIcons, kWidth, kHeight), file);
+    icons_ =
+        desk.start({program, "-o", "*", "-m", "stretch", "-i", file}, {{"WAYLAND_DEBUG", "1"}});
     for ([[maybe_unused]] const WaylandOutput& output : desk.outputs())
       ASSERT_TRUE(icons_->waitForLine("attach\\(wl_buffer", harness::kPatience, Stream::Error));
   }
