@@ -39,7 +39,9 @@ struct SessionRooms {
     wayland->setBackdrops(&pictures);
     plasmaPanels.emplace(QDBusConnection::sessionBus());
     wayland->setPanels([this] { return plasmaPanels->panels(); });
-    if (sway) arrangeWallpaper();
+    if (!sway) return;
+    arrangeWallpaper();
+    wayland->setBringer([this](const QString& title) { return sway->bringToUser(title); });
   }
   ~SessionRooms() {
     if (x11) x11->setBackdrops(nullptr);

@@ -183,4 +183,24 @@ TEST_P(WaylandPreferencesTest, TheCompositorsOwnShortcutIsTheWindowsOnlyWhileARo
   EXPECT_TRUE(shows("frame", "Preferences"));
 }
 
+/// Where a program may bring its windows forward by itself.
+class WaylandRecallTest : public WaylandPreferencesTest {};
+
+INSTANTIATE_TEST_SUITE_P(Compositors, WaylandRecallTest,
+                         testing::ValuesIn(harness::installedOf({Compositor::Sway,
+                                                                 Compositor::Labwc})),
+                         testing::PrintToStringParamName());
+
+TEST_P(WaylandRecallTest, OpenPreferencesComeToTheUserWhoAsksForThem) {
+  ASSERT_TRUE(opens());
+  if (GetParam() == Compositor::Sway) {
+    ASSERT_TRUE(desk.run({"swaymsg", "workspace 9"}).succeeded());
+  }
+  desk.openWindow("other", 0xc02030);
+  ASSERT_TRUE(desk.until([&] { return !shows("frame", "Preferences", "active"); }));
+  ASSERT_TRUE(
+      desk.run({"gapplication", "action", "org.calmdeck.Calmdeck", "preferences"}).succeeded());
+  EXPECT_TRUE(desk.until([&] { return shows("frame", "Preferences", "active"); }));
+}
+
 }  // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+#include <QRegularExpression>
 #include <memory>
 
 #include "desktop/linux/sway/SwayHotKeys.h"
@@ -28,6 +30,16 @@ class SwaySession {
     constexpr int kFirstOther = 10;
     return version[QLatin1String("major")].toInt() == 1 &&
            version[QLatin1String("minor")].toInt() < kFirstOther;
+  }
+  /// A window of ours, to the workspace on which the user works: the mode may hide what is on its
+  /// own.
+  bool bringToUser(const QString& title) {
+    const QString quoted = QRegularExpression::escape(title).replace('\\', "\\\\");
+    const QString pid = QString::number(QCoreApplication::applicationPid());
+    socket_->command(
+        ("[pid=" + pid + " title=\"^" + quoted + "\"] move container to workspace current, focus")
+            .toUtf8());
+    return true;
   }
   /// `otherwise`: for monitors whose picture is not sway's.
   [[nodiscard]] std::shared_ptr<WallpaperAdapter> wallpaper(

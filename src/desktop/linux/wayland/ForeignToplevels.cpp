@@ -30,7 +30,9 @@ void ForeignToplevel::listen() {
     return static_cast<ForeignToplevel*>(toplevel);
   };
   static constexpr zwlr_foreign_toplevel_handle_v1_listener kListener{
-      [](void*, zwlr_foreign_toplevel_handle_v1*, const char*) {},
+      [](void* toplevel, zwlr_foreign_toplevel_handle_v1*, const char* title) {
+        self(toplevel)->title_ = QString::fromUtf8(title);
+      },
       [](void* toplevel, zwlr_foreign_toplevel_handle_v1*, const char* id) {
         self(toplevel)->application_ = QString::fromUtf8(id);
       },
@@ -162,6 +164,16 @@ void ForeignToplevels::show(Done done) {
     if (seat_) zwlr_foreign_toplevel_handle_v1_activate(toplevel->get(), seat_.get());
   });
   begin(hidden, false, std::move(done));
+}
+
+bool ForeignToplevels::bringForward(const QString& title) {
+  // Qt adds the program's name to the title.
+  const auto ours = std::ranges::find_if(
+      recent_, [&](const auto& one) { return one->isOurs() && one->title().startsWith(title); });
+  if (!seat_ || ours == recent_.end()) return false;
+  zwlr_foreign_toplevel_handle_v1_unset_minimized((*ours)->get());
+  zwlr_foreign_toplevel_handle_v1_activate((*ours)->get(), seat_.get());
+  return true;
 }
 
 void ForeignToplevels::begin(Toplevels turned, bool toMinimised, Done done) {

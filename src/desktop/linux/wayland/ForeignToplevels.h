@@ -35,6 +35,7 @@ class ForeignToplevel {
   /// A dialog goes where its window goes.
   [[nodiscard]] bool isDialog() const { return hasParent_; }
   [[nodiscard]] bool isOurs() const;
+  [[nodiscard]] const QString& title() const { return title_; }
 
   /// Hidden by us, and not brought forward since.
   bool isHidden = false;
@@ -46,6 +47,7 @@ class ForeignToplevel {
 
   WaylandProxy<zwlr_foreign_toplevel_handle_v1> handle_;
   Client client_;
+  QString title_;
   QString application_;
   bool hasParent_ = false;
   State state_;
@@ -63,6 +65,10 @@ class ForeignToplevels final : public WindowHider {
   [[nodiscard]] bool isHiding() override;
   void hide(Done done) override;
   void show(Done done) override;
+
+  /// Brings a window of ours to the front and to where the user is. False: none with that title is
+  /// listed.
+  bool bringForward(const QString& title);
 
  private:
   using Manager = WaylandProxy<zwlr_foreign_toplevel_manager_v1>;

@@ -62,6 +62,15 @@ WaylandOwnWindows::WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard&
   qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
 }
 
+// Qt needs a token for it, which few bars give.
+void WaylandOwnWindows::activate(QWindow& window) {
+  if (bringer_ && bringer_(window.title())) {
+    setToken({});
+  } else {
+    OwnWindows::activate(window);
+  }
+}
+
 std::unique_ptr<OwnWindows::Popover> WaylandOwnWindows::makePopover(
     QWindow& window, const QRect& place, const std::function<void()>& dismissed) {
   if (!isPossible()) return nullptr;

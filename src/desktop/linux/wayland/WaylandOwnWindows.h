@@ -29,6 +29,11 @@ class WaylandOwnWindows final : public OwnWindows {
   /// Tells where panels are; see WaylandWindowSystem.
   void setPanels(std::function<std::vector<DesktopPanel>()> panels) { panels_ = std::move(panels); }
 
+  /// Brings the window of ours with this title to the user. False: it cannot.
+  using Bringer = std::function<bool(const QString& title)>;
+  void setBringer(Bringer bringer) { bringer_ = std::move(bringer); }
+
+  void activate(QWindow& window) override;
   [[nodiscard]] std::unique_ptr<Popover> makePopover(
       QWindow& window, const QRect& place, const std::function<void()>& dismissed) override;
   [[nodiscard]] std::unique_ptr<KeyDiversion> divertKeys(QWindow& window) override;
@@ -53,6 +58,7 @@ class WaylandOwnWindows final : public OwnWindows {
   WaylandProxy<zwlr_layer_shell_v1> shell_;
   WaylandProxy<zwp_keyboard_shortcuts_inhibit_manager_v1> inhibition_;
   std::function<std::vector<DesktopPanel>()> panels_;
+  Bringer bringer_;
   std::weak_ptr<PressCatcher> catcher_;
   /// Keeps it while the pointer is looked for, and for the turn of the loop in which somebody may
   /// watch by it.

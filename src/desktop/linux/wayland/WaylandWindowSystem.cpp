@@ -16,6 +16,8 @@ WaylandWindowSystem::WaylandWindowSystem(std::unique_ptr<WaylandConnection> conn
   if (!qt_) return;
   keyboard_.emplace(*qt_);
   ownWindows_.emplace(*qt_, *keyboard_, *connection_, outputs_);
+  if (!toplevels_) return;
+  setBringer([this](const QString& title) { return toplevels_->bringForward(title); });
 }
 
 }  // namespace linux_desktop

@@ -42,6 +42,11 @@ class WaylandWindowSystem {
     if (ownWindows_) ownWindows_->setPanels(std::move(panels));
   }
 
+  /// Who brings windows of ours to the user, where that is not to be the compositor's usual way.
+  void setBringer(WaylandOwnWindows::Bringer bringer) {
+    if (ownWindows_) ownWindows_->setBringer(std::move(bringer));
+  }
+
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
   /// What these facts have for where nobody draws a desktop.
   [[nodiscard]] LayerWallpaper* wallpaper() {
