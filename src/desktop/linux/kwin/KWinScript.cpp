@@ -82,8 +82,11 @@ for (const window of hidden) {
     if (!window.minimized) unmark(window);
   });
 }
+const staying = wish.what !== "hide" ? [] : bottomToTop().filter(window =>
+    isToWorkIn(window) && !window.minimized && !isOurs(window));
 callDBus(wish.service, wish.path, wish.interface, "Done",
-         JSON.stringify({ number: wish.number, hidden: hidden.length, known: known }));
+         JSON.stringify({ number: wish.number, hidden: hidden.length, staying: staying.length,
+                          known: known }));
 )js";
   return text;
 }

@@ -126,6 +126,8 @@ void KWinWindows::answered(const QJsonObject& answer) {
   if (answer[QLatin1String("number")].toInt() != number_ || !patience_.isActive()) return;
   known_ = answer[QLatin1String("known")].toObject();
   isHiding_ = answer[QLatin1String("hidden")].toInt() > 0;
+  if (const int staying = answer[QLatin1String("staying")].toInt(); staying > 0)
+    qCWarning(lcKWin, "%d windows cannot be minimised", staying);
   // As long as something is hidden it goes on looking at what the user brings forward.
   if (!isHiding_) unload();
   finish();
