@@ -134,7 +134,8 @@ WaylandDesk::WaylandDesk(const WaylandOptions& options)
   takeEnvironment(options);
   connect(options.outputs);
   // Which one windows open on differs from version to version.
-  if (kind_ == Compositor::Sway) (void)run({"swaymsg", "focus output HEADLESS-1"});
+  if (kind_ == Compositor::Sway)
+    (void)run({"swaymsg", "mouse_warping none, focus output HEADLESS-1, mouse_warping output"});
   if (options.sound) startSound(*options.sound);
   startBar(options.bar);
 }
@@ -325,9 +326,12 @@ ForeignWindow& WaylandDesk::openWindow(const std::string& name, std::uint32_t co
 
 void WaylandDesk::clickOn(const ForeignWindow& window) const {
   const std::optional<Rect> area = areaOf(window.colour);
-  if (!area || screen_->pixel(area->centreX(), area->centreY()) != window.colour)
-    throw std::runtime_error("the middle of the window is not to be seen");
-  input_->click(area->centreX(), area->centreY());
+  // Not in the middle, where compositors put the pointer.
+  const int x = area ? area->x + area->width / 3 : 0;
+  const int y = area ? area->y + area->height / 3 : 0;
+  if (!area || screen_->pixel(x, y) != window.colour)
+    throw std::runtime_error("the window is not to be seen");
+  input_->click(x, y);
 }
 
 std::optional<Rect> WaylandDesk::areaOf(std::uint32_t colour) const {

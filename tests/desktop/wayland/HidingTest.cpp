@@ -175,7 +175,10 @@ TEST_P(WaylandHidingTest, LeavesItsOwnWindowsWhereTheyAreWithTheKeyboard) {
   ASSERT_TRUE(desk.until([&] { return !isSeen(kRed); }));
   EXPECT_TRUE(hasTheKeyboard("Preferences"));
   turn();
-  ASSERT_TRUE(becomesSeen(red));
+  // On labwc they may lie over it.
+  if (GetParam() != Compositor::Labwc) {
+    ASSERT_TRUE(becomesSeen(red));
+  }
   EXPECT_TRUE(hasTheKeyboard("Preferences"));
 }
 
