@@ -86,7 +86,7 @@ class PressCatcher::Pane {
 };
 
 PressCatcher::PressCatcher(const CatcherParts& parts, WaylandOutputs& outputs, PointerSeat& seat)
-    : parts_(parts), outputs_(outputs), seat_(seat), level_(ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY) {
+    : parts_(parts), outputs_(outputs), seat_(seat) {
   // First, so that it hears of the pointer that the glass slides under.
   seat_.listen(*parts.compositor, *parts.shm,
                {.pressed =

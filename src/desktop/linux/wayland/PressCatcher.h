@@ -54,7 +54,7 @@ class PressCatcher {
   const CatcherParts& parts_;
   WaylandOutputs& outputs_;
   PointerSeat& seat_;
-  std::uint32_t level_;
+  std::uint32_t level_ = ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY;
   std::vector<std::unique_ptr<Pane>> panes_;
   Pressed pressed_;
   std::function<void()> entered_;
