@@ -37,12 +37,12 @@ std::string keys(std::uint32_t keyCode, std::uint32_t modifiers, ModifierNames n
 
 std::string OwnKeyBindingLines::bindingOf(std::uint32_t keyCode, std::uint32_t modifiers,
                                           std::string_view action) const {
-  const std::string command = "gapplication action org.calmdeck.Calmdeck " + std::string(action);
+  std::string command = "gapplication action org.calmdeck.Calmdeck " + std::string(action);
   if (qEnvironmentVariableIsSet("SWAYSOCK"))
     return "bindsym " + keys(keyCode, modifiers, kSwayModifiers) + " exec " + command;
   if (qEnvironmentVariableIsSet("LABWC_PID")) {
-    return "<keybind key=\"" + keys(keyCode, modifiers, kLabwcModifiers) +
-           "\"><action name=\"Execute\" command=\"" + command + "\"/></keybind>";
+    return R"(<keybind key=")" + keys(keyCode, modifiers, kLabwcModifiers) +
+           R"("><action name="Execute" command=")" + command + R"("/></keybind>)";
   }
   return command;
 }

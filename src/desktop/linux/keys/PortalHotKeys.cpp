@@ -61,8 +61,8 @@ bool PortalHotKeys::isThere(const QDBusConnection& bus) {
   return !isError(bus.call(question, QDBus::Block, kPatience));
 }
 
-PortalHotKeys::PortalHotKeys(const QDBusConnection& bus)
-    : bus_(bus), watcher_(kService, bus_, QDBusServiceWatcher::WatchForRegistration) {
+PortalHotKeys::PortalHotKeys(QDBusConnection bus)
+    : bus_(std::move(bus)), watcher_(kService, bus_, QDBusServiceWatcher::WatchForRegistration) {
   qDBusRegisterMetaType<PortalShortcut>();
   qDBusRegisterMetaType<QList<PortalShortcut>>();
   binding_.setSingleShot(true);

@@ -34,7 +34,7 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   /// where it does not run, and waits two seconds at most.
   [[nodiscard]] static bool isThere(const QDBusConnection& bus = QDBusConnection::sessionBus());
 
-  explicit PortalHotKeys(const QDBusConnection& bus = QDBusConnection::sessionBus());
+  explicit PortalHotKeys(QDBusConnection bus = QDBusConnection::sessionBus());
   /// Gives the keys back. The user's answers stay with the desktop.
   ~PortalHotKeys() override;
 
