@@ -32,7 +32,7 @@ BusInterface UserSession::application() {
 
 // What is shown may be a dialog that runs a loop of its own; who asked must not wait for that.
 QVariantList UserSession::later(const QVariant& platformData, std::function<void()> work) {
-  const QVariantMap data = qdbus_cast<QVariantMap>(platformData);
+  const auto data = qdbus_cast<QVariantMap>(platformData);
   const QByteArray token = data.value(QStringLiteral("activation-token")).toString().toUtf8();
   const auto withToken = [token, work = std::move(work)] {
     // Qt takes it from there with the next window that is to be activated.

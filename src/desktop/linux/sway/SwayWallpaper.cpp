@@ -38,7 +38,7 @@ QByteArray commandFor(const QString& output, const SwaybgTold& row) {
 /// Why sway refuses, in one line.
 std::optional<std::string> faultIn(const QJsonDocument& answer) {
   if (answer.isNull()) return "sway does not answer.";
-  for (const QJsonValue& each : answer.array()) {
+  for (const QJsonValue each : answer.array()) {
     if (each[QLatin1String("success")].toBool()) continue;
     return "sway does not take the picture: " +
            each[QLatin1String("error")].toString().simplified().toStdString();

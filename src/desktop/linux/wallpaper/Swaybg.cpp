@@ -152,11 +152,12 @@ SwaybgTable::SwaybgTable() {
 }
 
 std::optional<RunningSwaybg> SwaybgTable::on(const QString& output) {
-  const std::vector<qint64> pids = running();
-  for (auto pid = pids.rbegin(); pid != pids.rend(); ++pid) {
-    const QString folder = QFile::symLinkTarget(QStringLiteral("/proc/%1/cwd").arg(*pid));
-    auto told = swaybgTold(commandLineOf(*pid), folder, output);
-    if (told) return RunningSwaybg{isCompositors(*pid), *std::move(told)};
+  std::vector<qint64> lastFirst = running();
+  std::ranges::reverse(lastFirst);
+  for (const qint64 pid : lastFirst) {
+    const QString folder = QFile::symLinkTarget(QStringLiteral("/proc/%1/cwd").arg(pid));
+    auto told = swaybgTold(commandLineOf(pid), folder, output);
+    if (told) return RunningSwaybg{isCompositors(pid), *std::move(told)};
   }
   return std::nullopt;
 }
