@@ -32,7 +32,7 @@ constexpr std::pair<std::uint32_t, const char*> kModifiers[] = {
     {platform::cmdKey, "LOGO+"},
 };
 
-/// As the shortcuts specification writes a combination.
+/// As the portal has combinations written (freedesktop.org, "Shortcuts").
 QString triggerOf(std::uint32_t keyCode, std::uint32_t modifiers) {
   QString text;
   for (const auto& [bit, name] : kModifiers) {

@@ -14,7 +14,7 @@ namespace linux_desktop {
 
 /// The user's session as the application sees it: it hears of further starts of the program, and
 /// over the bus of launchers and of keys and scripts of the user's own, which speak
-/// org.freedesktop.Application (Desktop Entry Specification, "D-Bus Activation").
+/// org.freedesktop.Application (freedesktop.org, "D-Bus Activation").
 class UserSession final : public platform::port::Session {
  public:
   /// See SingleInstance::claim.
