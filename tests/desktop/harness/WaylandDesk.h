@@ -82,7 +82,7 @@ class WaylandDesk final : public Desk {
 
   /// Returns when it is on the screen. It lasts as long as the desktop.
   ForeignWindow& openWindow(const std::string& name, std::uint32_t colour);
-  /// In its middle; throws when that is not to be seen.
+  /// A third into it; throws when that is not to be seen.
   void clickOn(const ForeignWindow& window) const;
   /// The bounds of all pixels of exactly that colour; absent when none is to be seen.
   [[nodiscard]] std::optional<Rect> areaOf(std::uint32_t colour) const;
