@@ -321,9 +321,14 @@ TEST(RefusedSwap, NobodySeesTheRootWindowUnderAShellThatComposesItsOwn) {
   const std::string chosen = desk.home().home() / "chosen.png";
   harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, kYellow)}, chosen);
   harness::ShortcutProgram program(desk, harness::swapsTo(chosen));
+  const std::uint32_t before = desk.screen().pixel(1, 1);
+  const auto becomes = [&](std::uint32_t colour) {
+    return desk.until([&] { return desk.screen().pixel(1, 1) == colour; });
+  };
   program.toggle();
-  EXPECT_EQ(program.printed(), "") << "while it does not compose";
+  EXPECT_TRUE(becomes(kYellow)) << "while it does not compose";
   program.toggle();
+  EXPECT_TRUE(becomes(before));
   xcb_set_selection_owner(x.get(), manager, x.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
   xcb_flush(x.get());
   program.toggle();
