@@ -41,6 +41,8 @@ struct SessionRooms {
     wayland->setPanels([this] { return plasmaPanels->panels(); });
     if (!sway) return;
     arrangeWallpaper();
+    sway->setKeymap([this] { return wayland->keymap(); });
+    wayland->setKeymapChanged([this] { sway->keymapChanged(); });
     wayland->setBringer([this](const QString& title) { return sway->bringToUser(title); });
   }
   ~SessionRooms() {

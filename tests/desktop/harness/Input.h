@@ -32,6 +32,9 @@ class Input {
   void key(std::string_view chord) const;
   virtual void keyDown(std::string_view name) const = 0;
   virtual void keyUp(std::string_view name) const = 0;
+  /// Makes the keyboard one with these layouts, as "us,de", and one of them in effect, from 0.
+  /// Throws std::runtime_error where it cannot.
+  virtual void useLayouts(const std::string& layouts, std::uint32_t inEffect);
 };
 
 /// The X keysym of such a key.

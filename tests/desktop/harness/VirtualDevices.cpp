@@ -80,11 +80,17 @@ void VirtualDevices::plugKeyboard() {
   if (keyboards == nullptr) throw std::runtime_error("the compositor takes no virtual keyboard");
   keyboard_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(keyboards, client_.seat());
   zwp_virtual_keyboard_manager_v1_destroy(keyboards);
+  useLayouts("us", 0);
+}
 
+void VirtualDevices::useLayouts(const std::string& layouts, std::uint32_t inEffect) {
   const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
       xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref);
-  const xkb_rule_names usual{
-      .rules = nullptr, .model = nullptr, .layout = "us", .variant = nullptr, .options = nullptr};
+  const xkb_rule_names usual{.rules = nullptr,
+                             .model = nullptr,
+                             .layout = layouts.c_str(),
+                             .variant = nullptr,
+                             .options = nullptr};
   keymap_.reset(xkb_keymap_new_from_names(context.get(), &usual, XKB_KEYMAP_COMPILE_NO_FLAGS));
   state_.reset(xkb_state_new(keymap_.get()));
   const std::unique_ptr<char, decltype(&std::free)> text(
@@ -93,7 +99,9 @@ void VirtualDevices::plugKeyboard() {
   const FileDescriptor file = fileWith(all);
   zwp_virtual_keyboard_v1_keymap(keyboard_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.get(),
                                  static_cast<std::uint32_t>(all.size()));
-  client_.sync();
+  layout_ = inEffect;
+  xkb_state_update_mask(state_.get(), 0, 0, 0, 0, 0, layout_);
+  tellModifiers();
 }
 
 // Compositors put the place that they are told over all monitors.
@@ -124,11 +132,16 @@ void VirtualDevices::move(std::string_view name, bool down) const {
       keyboard_, now(), code - kFirstKeycode,
       down ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
   xkb_state_update_key(state_.get(), code, down ? XKB_KEY_DOWN : XKB_KEY_UP);
+  tellModifiers();
+}
+
+void VirtualDevices::tellModifiers() const {
   const auto part = [this](xkb_state_component component) {
     return xkb_state_serialize_mods(state_.get(), component);
   };
   zwp_virtual_keyboard_v1_modifiers(keyboard_, part(XKB_STATE_MODS_DEPRESSED),
-                                    part(XKB_STATE_MODS_LATCHED), part(XKB_STATE_MODS_LOCKED), 0);
+                                    part(XKB_STATE_MODS_LATCHED), part(XKB_STATE_MODS_LOCKED),
+                                    layout_);
   client_.sync();
 }
 
@@ -137,7 +150,7 @@ std::uint32_t VirtualDevices::keycode(std::string_view name) const {
   for (xkb_keycode_t code = xkb_keymap_min_keycode(keymap_.get());
        code <= xkb_keymap_max_keycode(keymap_.get()); ++code) {
     const xkb_keysym_t* keysyms = nullptr;
-    const int count = xkb_keymap_key_get_syms_by_level(keymap_.get(), code, 0, 0, &keysyms);
+    const int count = xkb_keymap_key_get_syms_by_level(keymap_.get(), code, layout_, 0, &keysyms);
     if (std::find(keysyms, keysyms + count, wanted) != keysyms + count) return code;
   }
   throw std::runtime_error("no key makes " + std::string(name));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "desktop/harness/Input.h"
@@ -26,6 +27,7 @@ class VirtualDevices final : public Input {
   void release(Button button) const override { turn(button, false); }
   void keyDown(std::string_view name) const override { move(name, true); }
   void keyUp(std::string_view name) const override { move(name, false); }
+  void useLayouts(const std::string& layouts, std::uint32_t inEffect) override;
 
  private:
   struct Free {
@@ -34,11 +36,13 @@ class VirtualDevices final : public Input {
   };
 
   void plugKeyboard();
+  void tellModifiers() const;
   void turn(Button button, bool down) const;
   void move(std::string_view name, bool down) const;
   [[nodiscard]] std::uint32_t keycode(std::string_view name) const;
 
   mutable WaylandClient client_;
+  std::uint32_t layout_ = 0;
   std::unique_ptr<xkb_keymap, Free> keymap_;
   std::unique_ptr<xkb_state, Free> state_;
   zwlr_virtual_pointer_v1* pointer_ = nullptr;

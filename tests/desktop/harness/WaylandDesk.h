@@ -58,6 +58,10 @@ class WaylandDesk final : public Desk {
   [[nodiscard]] Process& compositor() { return *compositor_; }
   [[nodiscard]] const Screen& screen() const { return *screen_; }
   [[nodiscard]] const Input& input() const { return *input_; }
+  /// See Input.
+  void useLayouts(const std::string& layouts, std::uint32_t inEffect) {
+    input_->useLayouts(layouts, inEffect);
+  }
   /// Sees what the compositor tells any client.
   [[nodiscard]] WaylandClient& client() { return *client_; }
 

@@ -1,8 +1,4 @@
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <filesystem>
-#include <sstream>
+#include <gtest/gtest.h>
 
 #include "desktop/harness/WaylandDesk.h"
 
@@ -71,35 +67,6 @@ TEST_F(SwayTest, EachMonitorTurnsToAnEmptyWorkspaceAndExactlyBack) {
   sway("workspace 9");
   EXPECT_TRUE(desk->until([&] { return isSeen(kRed) && !isSeen(kBlue); }));
   EXPECT_TRUE(red.process->running());
-}
-
-TEST_F(SwayTest, OnePressIsReportedOnceAlsoAfterAReload) {
-  start();
-  startProgram();
-  const auto isHeard = [&] {
-    press();
-    return program->waitForLine("^Pressed at", std::chrono::seconds(3)).has_value();
-  };
-  EXPECT_TRUE(isHeard());
-  sway("reload");
-  EXPECT_TRUE(desk->until(isHeard));
-  EXPECT_TRUE(isHeard());
-  std::istringstream lines(program->output());
-  int presses = 0;
-  for (std::string line; std::getline(lines, line);) presses += line.starts_with("Pressed at");
-  EXPECT_EQ(presses, 3);
-}
-
-TEST_F(SwayTest, AKeyOfTheUsersStaysTheirs) {
-  // As people write it: another name for a modifier, by a variable, in an included file.
-  start("set $keys Control+Mod1\ninclude keys");
-  const std::filesystem::path sign = desk->home().home() / "pressed";
-  desk->home().writeConfig("sway/keys", "bindsym $keys+P exec touch " + sign.string());
-  sway("reload");
-  startProgram();
-  press();
-  EXPECT_TRUE(desk->until([&] { return std::filesystem::exists(sign); }));
-  EXPECT_THAT(program->output(), testing::Not(testing::HasSubstr("Pressed at")));
 }
 
 }  // namespace

@@ -46,6 +46,9 @@ class Keymap {
   [[nodiscard]] std::vector<Keycode> keysOf(std::uint16_t code, KeyboardGroup group,
                                             bool shift) const;
 
+  /// What the key gives with or without Shift, of whichever script; NoSymbol: nothing, or several.
+  [[nodiscard]] xkb_keysym_t keysym(Keycode key, KeyboardGroup group, bool shift) const;
+
   /// "German", for people.
   [[nodiscard]] std::string layoutName(KeyboardGroup group) const;
   /// What the key gives without any modifier on the first layout, which is how modifiers are told.
@@ -68,7 +71,6 @@ class Keymap {
   };
   using State = std::unique_ptr<xkb_state, Unref<xkb_state_unref>>;
 
-  [[nodiscard]] xkb_keysym_t keysym(Keycode key, KeyboardGroup group, bool shift) const;
   [[nodiscard]] xkb_keysym_t latinKeysym(Keycode key, KeyboardGroup group, bool shift) const;
   /// All that the key has on a layout, the plain one first.
   [[nodiscard]] std::vector<xkb_keysym_t> keysyms(Keycode key, KeyboardGroup group) const;

@@ -1,12 +1,8 @@
 #include "desktop/linux/sway/SwayHotKeys.h"
 
-#include <xkbcommon/xkbcommon.h>
-
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <algorithm>
-#include <array>
-#include <optional>
 #include <utility>
 
 #include "desktop/linux/keys/KeyTable.h"
@@ -19,71 +15,6 @@ namespace linux_desktop {
 namespace {
 
 using platform::port::HotKeyNumber;
-
-struct ModifierRow {
-  /// As sway reads it, in small letters; the first of a modifier is the one that we write.
-  const char* name;
-  std::uint32_t bit;
-};
-constexpr std::uint32_t kNoModifierOfOurs = 1U << 31U;
-constexpr ModifierRow kModifiers[] = {
-    {"ctrl", platform::controlKey}, {"control", platform::controlKey},
-    {"mod1", platform::optionKey},  {"alt", platform::optionKey},
-    {"shift", platform::shiftKey},  {"mod4", platform::cmdKey},
-    {"super", platform::cmdKey},    {"logo", platform::cmdKey},
-    {"lock", kNoModifierOfOurs},    {"mod2", kNoModifierOfOurs},
-    {"mod3", kNoModifierOfOurs},    {"mod5", kNoModifierOfOurs},
-};
-
-/// A combination as sway tells two of them apart.
-struct Chord {
-  std::uint32_t modifiers = 0;
-  xkb_keysym_t keysym = XKB_KEY_NoSymbol;
-  bool operator==(const Chord&) const = default;
-};
-
-Chord chordOf(const QByteArray& combination) {
-  Chord chord;
-  for (const QByteArray& part : combination.split('+')) {
-    const auto* row = std::ranges::find_if(
-        kModifiers, [&](const ModifierRow& modifier) { return part.toLower() == modifier.name; });
-    if (row != std::end(kModifiers)) {
-      chord.modifiers |= row->bit;
-    } else {
-      chord.keysym =
-          xkb_keysym_to_lower(xkb_keysym_from_name(part.constData(), XKB_KEYSYM_CASE_INSENSITIVE));
-    }
-  }
-  return chord;
-}
-
-QByteArray modifierPart(std::uint32_t modifiers) {
-  QByteArray part;
-  for (const ModifierRow& row : kModifiers) {
-    if ((modifiers & row.bit) == 0) continue;
-    part += QByteArray(row.name) + '+';
-    modifiers &= ~row.bit;
-  }
-  return part;
-}
-
-/// One for each name that the key has on some keyboard.
-QByteArrayList combinationsOf(std::uint32_t keyCode, std::uint32_t modifiers) {
-  QByteArrayList combinations;
-  for (const KeyRow& row : keyTable()) {
-    std::array<char, 64> name{};
-    if (row.code != keyCode) continue;
-    if (xkb_keysym_get_name(row.keysym, name.data(), name.size()) < 0) continue;
-    combinations += modifierPart(modifiers) + name.data();
-  }
-  return combinations;
-}
-
-bool haveCommon(const QByteArrayList& some, const QByteArrayList& others) {
-  return std::ranges::any_of(some, [&](const QByteArray& one) {
-    return std::ranges::find(others, chordOf(one), &chordOf) != others.end();
-  });
-}
 
 const QByteArray kReleased = QByteArrayLiteral(" released");
 
@@ -99,6 +30,18 @@ bool succeeded(const QJsonDocument& results) {
   });
 }
 
+template <class T>
+bool haveCommon(const std::vector<T>& some, const std::vector<T>& others) {
+  return std::ranges::find_first_of(some, others) != some.end();
+}
+
+std::vector<SwayChord> chordsBoundIn(const SwayConfig& config) {
+  std::vector<SwayChord> chords;
+  for (const QByteArray& text : config.bound("bindsym")) chords.push_back(swayChordOfSymbol(text));
+  for (const QByteArray& text : config.bound("bindcode")) chords.push_back(swayChordOfCode(text));
+  return chords;
+}
+
 }  // namespace
 
 SwayHotKeys::SwayHotKeys(SwaySocket& sway) : sway_(sway) {
@@ -106,20 +49,53 @@ SwayHotKeys::SwayHotKeys(SwaySocket& sway) : sway_(sway) {
   sway_.listen(SwaySocket::Event::Workspace, [this](const QJsonObject& event) {
     if (event[QLatin1String("change")].toString() == QLatin1String("reload")) bindAnew();
   });
+  sway_.listen(SwaySocket::Event::Input, [this](const QJsonObject& event) {
+    if (event[QLatin1String("change")].toString() != QLatin1String("xkb_layout")) return;
+    takeLayout(event[QLatin1String("input")].toObject());
+    adapt();
+  });
 }
 
 SwayHotKeys::~SwayHotKeys() {
   for (const HotKey& hotKey : hotKeys_) unbind(hotKey);
 }
 
+void SwayHotKeys::setKeymap(std::function<const Keymap*()> keymap) {
+  keymap_ = std::move(keymap);
+  keymapChanged();
+}
+
+void SwayHotKeys::keymapChanged() {
+  group_ = 0;
+  const QJsonArray inputs = sway_.call(SwaySocket::Question::Inputs).array();
+  for (const QJsonValue& input : inputs) takeLayout(input.toObject());
+  adapt();
+}
+
+// Each keyboard may have a layout of its own in effect: what counts is said of the one that we
+// know.
+void SwayHotKeys::takeLayout(const QJsonObject& input) {
+  const Keymap* keymap = keymap_();
+  const int index = input[QLatin1String("xkb_active_layout_index")].toInt(-1);
+  if (keymap == nullptr || index < 0) return;
+  const auto group = static_cast<KeyboardGroup>(index);
+  const QString name = input[QLatin1String("xkb_active_layout_name")].toString();
+  if (name.toStdString() == keymap->layoutName(group)) group_ = group;
+}
+
 platform::OSStatus SwayHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
                                                std::uint32_t modifiers) {
-  const HotKey hotKey{number, combinationsOf(keyCode, modifiers)};
-  if (hotKey.combinations.isEmpty()) return platform::eventHotKeyInvalidErr;
+  HotKey hotKey{number, keyCode, modifiers};
+  hotKey.keys = keysOf(hotKey);
+  const std::string name = combinationName(keyCode, modifiers);
+  if (hotKey.keys.empty() && keymap_() != nullptr) {
+    qCWarning(lcKeys, "%s: not on this keyboard", name.c_str());
+    return platform::eventHotKeyInvalidErr;
+  }
   if (isOurs(hotKey) || isTheUsers(hotKey)) return platform::eventHotKeyExistsErr;
   if (!bind(hotKey)) {
     unbind(hotKey);
-    qCWarning(lcKeys, "%s: sway does not bind it", combinationName(keyCode, modifiers).c_str());
+    qCWarning(lcKeys, "%s: sway does not bind it", name.c_str());
     return platform::eventHotKeyInvalidErr;
   }
   hotKeys_.push_back(hotKey);
@@ -133,42 +109,91 @@ void SwayHotKeys::unregisterHotKey(HotKeyNumber number) {
   hotKeys_.erase(found);
 }
 
+std::vector<Keycode> SwayHotKeys::keysOf(const HotKey& hotKey) const {
+  const Keymap* keymap = keymap_();
+  if (keymap == nullptr) return {};
+  return keymap->keysOf(static_cast<std::uint16_t>(hotKey.keyCode), group_,
+                        (hotKey.modifiers & platform::shiftKey) != 0);
+}
+
 bool SwayHotKeys::isOurs(const HotKey& hotKey) const {
   return std::ranges::any_of(hotKeys_, [&](const HotKey& other) {
-    return haveCommon(hotKey.combinations, other.combinations);
+    return other.number != hotKey.number && other.modifiers == hotKey.modifiers &&
+           (other.keyCode == hotKey.keyCode || haveCommon(other.keys, hotKey.keys));
   });
 }
 
 // Sway itself does not say: it would put ours in the place of the user's.
 bool SwayHotKeys::isTheUsers(const HotKey& hotKey) {
-  return haveCommon(hotKey.combinations, SwayConfig::read(sway_).bound("bindsym"));
+  return haveCommon(chordsOf(hotKey), chordsBoundIn(SwayConfig::read(sway_)));
+}
+
+std::vector<SwayChord> SwayHotKeys::chordsOf(const HotKey& hotKey) const {
+  std::vector<SwayChord> chords;
+  for (const KeyRow& row : keyTable()) {
+    if (row.code != hotKey.keyCode) continue;
+    chords.push_back({.modifiers = hotKey.modifiers, .keysym = xkb_keysym_to_lower(row.keysym)});
+  }
+  for (const Keycode key : hotKey.keys) {
+    // A name in the configuration may also stand for the key that has it in the first layout.
+    for (const KeyboardGroup group : {group_, KeyboardGroup{0}}) {
+      const auto pressed = swayChordsOfPress(*keymap_(), group, hotKey.modifiers, key);
+      chords.insert(chords.end(), pressed.begin(), pressed.end());
+    }
+  }
+  return chords;
 }
 
 bool SwayHotKeys::bind(const HotKey& hotKey) {
+  if (hotKey.keys.empty()) return true;
   const QByteArray command = bindingPrefix() + QByteArray::number(hotKey.number);
   QByteArrayList commands;
-  for (const QByteArray& combination : hotKey.combinations) {
-    commands += "bindsym --no-warn --no-repeat --to-code " + combination + ' ' + command;
-    commands += "bindsym --no-warn --release --to-code " + combination + ' ' + command + kReleased;
+  for (const Keycode key : hotKey.keys) {
+    const QByteArray combination = swayCode(hotKey.modifiers, key);
+    commands += "bindcode --no-warn --no-repeat " + combination + ' ' + command;
+    commands += "bindcode --no-warn --release " + combination + ' ' + command + kReleased;
   }
   return succeeded(sway_.call(SwaySocket::Question::Command, commands.join(';')));
 }
 
 void SwayHotKeys::unbind(const HotKey& hotKey) {
+  if (hotKey.keys.empty()) return;
   QByteArrayList commands;
-  for (const QByteArray& combination : hotKey.combinations) {
-    commands += "unbindsym --to-code " + combination;
-    commands += "unbindsym --release --to-code " + combination;
+  for (const Keycode key : hotKey.keys) {
+    const QByteArray combination = swayCode(hotKey.modifiers, key);
+    commands += "unbindcode " + combination;
+    commands += "unbindcode --release " + combination;
   }
   sway_.command(commands.join(';'));
 }
 
+// A keyboard that lacks a key changes nothing: programs that type plug in such ones for a moment.
+void SwayHotKeys::adapt() {
+  std::vector<HotKey*> moved;
+  for (HotKey& hotKey : hotKeys_) {
+    const std::vector<Keycode> keys = keysOf(hotKey);
+    if (keys.empty() || keys == hotKey.keys) continue;
+    // They may trade places, so all let go first.
+    unbind(std::exchange(hotKey, {hotKey.number, hotKey.keyCode, hotKey.modifiers}));
+    moved.push_back(&hotKey);
+  }
+  for (HotKey* hotKey : moved) {
+    hotKey->keys = keysOf(*hotKey);
+    if (!isOurs(*hotKey) && !isTheUsers(*hotKey) && bind(*hotKey)) continue;
+    hotKey->keys.clear();
+    qCWarning(lcKeys, "%s: sway's configuration has its key in this layout",
+              combinationName(hotKey->keyCode, hotKey->modifiers).c_str());
+  }
+}
+
 // What was bound before the reload is gone with it.
 void SwayHotKeys::bindAnew() {
-  for (const HotKey& hotKey : hotKeys_) {
+  for (HotKey& hotKey : hotKeys_) {
+    if (hotKey.keys.empty()) hotKey.keys = keysOf(hotKey);
     if (!isTheUsers(hotKey) && bind(hotKey)) continue;
+    hotKey.keys.clear();
     qCWarning(lcKeys, "%s: sway's configuration has it now",
-              hotKey.combinations.front().constData());
+              combinationName(hotKey.keyCode, hotKey.modifiers).c_str());
   }
 }
 

@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QRegularExpression>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "desktop/linux/sway/SwayHotKeys.h"
 #include "desktop/linux/sway/SwaySocket.h"
@@ -24,6 +26,9 @@ class SwaySession {
 
   [[nodiscard]] WindowHider* windowHider() { return &windows_; }
   [[nodiscard]] platform::port::HotKeys* hotKeys() { return &hotKeys_; }
+  /// See SwayHotKeys.
+  void setKeymap(std::function<const Keymap*()> keymap) { hotKeys_.setKeymap(std::move(keymap)); }
+  void keymapChanged() { hotKeys_.keymapChanged(); }
   /// Whether a surface that comes later stands below the others of its layer, as up to 1.9.
   [[nodiscard]] bool stacksDownwards() {
     const QJsonDocument version = socket_->call(SwaySocket::Question::Version);

@@ -40,6 +40,19 @@ FileDescriptor connected(const QByteArray& path) {
   return socket;
 }
 
+/// As it is subscribed to.
+QByteArray nameOf(SwaySocket::Event event) {
+  switch (event) {
+    case SwaySocket::Event::Workspace:
+      return R"(["workspace"])";
+    case SwaySocket::Event::Binding:
+      return R"(["binding"])";
+    case SwaySocket::Event::Input:
+      break;
+  }
+  return R"(["input"])";
+}
+
 std::uint32_t numberAt(const QByteArray& bytes, qsizetype place) {
   std::uint32_t number = 0;
   std::memcpy(&number, bytes.constData() + place, sizeof(number));
@@ -100,8 +113,7 @@ QJsonDocument SwaySocket::call(Question question, const QByteArray& text) {
 
 void SwaySocket::listen(Event event, Happened happened) {
   listeners_.push_back({event, std::move(happened)});
-  const bool isBinding = event == Event::Binding;
-  ask(Question::Subscribe, isBinding ? R"(["binding"])" : R"(["workspace"])", {});
+  ask(Question::Subscribe, nameOf(event), {});
 }
 
 void SwaySocket::send(Question question, const QByteArray& text) {

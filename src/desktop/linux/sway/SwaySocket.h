@@ -25,9 +25,14 @@ class SwaySocket {
     Subscribe = 2,
     Tree = 4,
     Version = 7,
-    Config = 9
+    Config = 9,
+    Inputs = 100
   };
-  enum class Event : std::uint32_t { Workspace = 0x80000000, Binding = 0x80000005 };
+  enum class Event : std::uint32_t {
+    Workspace = 0x80000000,
+    Binding = 0x80000005,
+    Input = 0x80000015
+  };
   /// Null is no answer.
   using Answered = std::function<void(const QJsonDocument& answer)>;
   using Happened = std::function<void(const QJsonObject& event)>;

@@ -29,10 +29,15 @@ class QtWayland {
   template <class Object>
   [[nodiscard]] WaylandProxy<Object> bindFirst(const wl_interface& interface,
                                                std::uint32_t version) const {
-    const auto global = std::ranges::find(globals_, interface.name, &WaylandGlobal::interface);
-    if (global == globals_.end()) return nullptr;
-    return WaylandProxy<Object>(static_cast<Object*>(wl_registry_bind(
-        registry_.get(), global->name, &interface, std::min(global->version, version))));
+    return bindAt<Object>(*registry_, interface, version);
+  }
+  /// The same; it answers to waitFor() first.
+  template <class Object>
+  [[nodiscard]] WaylandProxy<Object> bindAwaited(const wl_interface& interface,
+                                                 std::uint32_t version) const {
+    return makeAwaited<Object>(*registry_, [&](wl_registry& registry) {
+      return bindAt<Object>(registry, interface, version).release();
+    });
   }
 
   /// Null while the window has none: before it is created, and after it was hidden.
@@ -66,6 +71,14 @@ class QtWayland {
   };
 
   explicit QtWayland(wl_display* display);
+  template <class Object>
+  [[nodiscard]] WaylandProxy<Object> bindAt(wl_registry& registry, const wl_interface& interface,
+                                            std::uint32_t version) const {
+    const auto global = std::ranges::find(globals_, interface.name, &WaylandGlobal::interface);
+    if (global == globals_.end()) return nullptr;
+    return WaylandProxy<Object>(static_cast<Object*>(
+        wl_registry_bind(&registry, global->name, &interface, std::min(global->version, version))));
+  }
   void wait(const std::function<bool()>& fact, std::chrono::milliseconds patience) const;
 
   wl_display* display_;

@@ -2,6 +2,8 @@
 
 #include <sys/mman.h>
 
+#include <chrono>
+
 #include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/linux/log/Log.h"
 
@@ -9,20 +11,29 @@ namespace linux_desktop {
 namespace {
 
 constexpr std::uint32_t kSeatVersion = 5;
+/// For the compositor's answer at the start.
+constexpr std::chrono::milliseconds kPatience{300};
 
 }  // namespace
 
 WaylandKeyboard::WaylandKeyboard(const QtWayland& qt)
     : context_(xkb_context_new(static_cast<xkb_context_flags>(XKB_CONTEXT_NO_DEFAULT_INCLUDES |
                                                               XKB_CONTEXT_NO_ENVIRONMENT_NAMES))),
-      seat_(qt.bindFirst<wl_seat>(wl_seat_interface, kSeatVersion)) {
+      seat_(qt.bindAwaited<wl_seat>(wl_seat_interface, kSeatVersion)) {
   static constexpr wl_seat_listener kListener{
       [](void* self, wl_seat*, std::uint32_t capabilities) {
         static_cast<WaylandKeyboard*>(self)->follow(capabilities);
       },
       [](void*, wl_seat*, const char*) {}};
   xkb_context_set_log_level(context_.get(), XKB_LOG_LEVEL_CRITICAL);
-  if (seat_) wl_seat_add_listener(seat_.get(), &kListener, this);
+  if (!seat_) return;
+  wl_seat_add_listener(seat_.get(), &kListener, this);
+  // Hot keys are registered before the event loop runs.
+  qt.waitFor(
+      *seat_, [this] { return isSeatKnown_; }, kPatience);
+  if (!keyboard_) return;
+  qt.waitFor(
+      *keyboard_, [this] { return loaded_.has_value(); }, kPatience);
 }
 
 void WaylandKeyboard::follow(std::uint32_t capabilities) {
@@ -42,6 +53,7 @@ void WaylandKeyboard::follow(std::uint32_t capabilities) {
       .modifiers = [](void* self, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t,
                       std::uint32_t, std::uint32_t group) { to(self).group_ = group; },
       .repeat_info = [](void*, wl_keyboard*, std::int32_t, std::int32_t) {}};
+  isSeatKnown_ = true;
   if ((capabilities & WL_SEAT_CAPABILITY_KEYBOARD) == 0) {
     keyboard_.reset();
   } else if (!keyboard_) {
@@ -65,6 +77,7 @@ void WaylandKeyboard::load(int file, std::uint32_t size) {
   const KeyModifiers modifiers(
       [&made](const KeyModifiers::Keysyms& keysyms) { return made.modifiersSetBy(keysyms); });
   loaded_.emplace(Loaded{std::move(made), modifiers});
+  if (changed_) changed_();
 }
 
 std::optional<platform::NSEvent> WaylandKeyboard::translate(const QKeyEvent& press) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "desktop/linux/keys/KeyModifiers.h"
 #include "desktop/linux/wayland/QtWayland.h"
@@ -15,13 +17,17 @@ namespace linux_desktop {
 /// but does not tell. Main thread only.
 class WaylandKeyboard final : public KeyTranslator {
  public:
-  /// `qt` outlives this.
+  /// `qt` outlives this. Returns when it is known what the keys give.
   explicit WaylandKeyboard(const QtWayland& qt);
   WaylandKeyboard(const WaylandKeyboard&) = delete;
   WaylandKeyboard& operator=(const WaylandKeyboard&) = delete;
 
   /// Null where there is none.
   [[nodiscard]] wl_seat* seat() const { return seat_.get(); }
+  /// Null where there is no keyboard, or it does not tell.
+  [[nodiscard]] const Keymap* keymap() const { return loaded_ ? &loaded_->keymap : nullptr; }
+  /// Called out of the event loop with every change of that.
+  void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
   [[nodiscard]] std::optional<platform::NSEvent> translate(const QKeyEvent& press) override;
 
  private:
@@ -41,6 +47,8 @@ class WaylandKeyboard final : public KeyTranslator {
   WaylandProxy<wl_keyboard> keyboard_;
   std::optional<Loaded> loaded_;
   KeyboardGroup group_ = 0;
+  bool isSeatKnown_ = false;
+  std::function<void()> changed_;
 };
 
 }  // namespace linux_desktop

@@ -36,6 +36,11 @@ class WaylandWindowSystem {
   [[nodiscard]] KeyTranslator* keyTranslator() {
     return keyboard_ && keyboard_->seat() != nullptr ? &*keyboard_ : nullptr;
   }
+  /// What the keys of the keyboard in use give, and who is told when that changes. Null: unknown.
+  [[nodiscard]] const Keymap* keymap() const { return keyboard_ ? keyboard_->keymap() : nullptr; }
+  void setKeymapChanged(std::function<void()> changed) {
+    if (keyboard_) keyboard_->setChanged(std::move(changed));
+  }
   /// Where to ask where panels are, which compositors do not tell. An empty function, as at first:
   /// nowhere.
   void setPanels(std::function<std::vector<DesktopPanel>()> panels) {
