@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <fstream>
 #include <iomanip>
@@ -289,6 +290,15 @@ void WaylandDesk::scale(const std::string& output, double factor) {
   };
   if (!configureOutput(output, "scale " + text.str(), {"--scale", text.str()}, isSo))
     throw std::runtime_error(output + " is not scaled");
+}
+
+void WaylandDesk::reload() {
+  if (kind_ == Compositor::Labwc) return compositor_->signal(SIGHUP);
+  const RunResult asked = kind_ == Compositor::Sway
+                              ? run({"swaymsg", "reload"})
+                              : run({"dbus-send", "--print-reply", "--dest=org.kde.KWin", "/KWin",
+                                     "org.kde.KWin.reconfigure"});
+  if (!asked.succeeded()) throw std::runtime_error("not reloaded: " + asked.errorOutput);
 }
 
 // --- Programs ---

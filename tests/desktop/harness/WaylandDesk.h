@@ -76,6 +76,9 @@ class WaylandDesk final : public Desk {
   void turnOn(const std::string& output);
   void scale(const std::string& output, double factor);
 
+  /// Has the compositor read its configuration anew, and returns when it was told so.
+  void reload();
+
   void startBar(Bar kind);
   void stopBar() { bar_.reset(); }
 

@@ -173,6 +173,18 @@ TEST_P(WaylandCoverTest, ComesToAMonitorThatComesAndIsNeverSeenEmpty) {
   EXPECT_TRUE(shows(0, colour) && shows(1, picture) && shows(2, picture));
 }
 
+TEST_P(WaylandCoverTest, StaysWhenTheCompositorReadsItsConfigurationAnew) {
+  startIcons();
+  toggle();
+  ASSERT_TRUE(shows(0, colour) && shows(1, picture));
+  desk.reload();
+  EXPECT_EQ(desk.screen().settled(kStrip, 500ms, 5s), colour);
+  EXPECT_TRUE(shows(1, picture));
+  EXPECT_FALSE(desk.areaOf(kIcons));
+  toggle();
+  EXPECT_TRUE(shows(0, icons) && shows(1, icons));
+}
+
 /// Without Qt's plugin for Wayland.
 class XProgramCoverTest : public WaylandCoverTest {
  protected:

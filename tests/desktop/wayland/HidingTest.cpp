@@ -145,6 +145,23 @@ TEST_P(WaylandHidingTest, GivesTheKeyboardBackWhereNoneWasOpenedMeanwhile) {
   }
 }
 
+TEST_P(WaylandHidingTest, StaysAndEndsAlsoWhenTheCompositorReadsItsConfigurationAnew) {
+  desk.openWindow("red", kRed);
+  ForeignWindow& blue = desk.openWindow("blue", kBlue);
+  turn();
+  ASSERT_TRUE(desk.until([&] { return !isSeen(kBlue) && !isSeen(kRed); }));
+  desk.reload();
+  const harness::Rect all{0, 0, harness::WaylandDesk::kOutputWidth,
+                          harness::WaylandDesk::kOutputHeight};
+  [[maybe_unused]] const harness::Image settled =
+      desk.screen().settled(all, std::chrono::milliseconds(500), harness::kPatience);
+  EXPECT_EQ(seen(), kNothing);
+  turn();
+  EXPECT_TRUE(becomesSeen(blue));
+  close(blue);
+  EXPECT_TRUE(desk.until([&] { return isSeen(kRed); }));
+}
+
 /// Where a mark can be kept on windows.
 class WaylandMarksTest : public WaylandHidingTest {};
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/wayland/ModeDesk.h"
@@ -21,7 +22,9 @@ inline constexpr int kHeight = harness::WaylandDesk::kOutputHeight;
 /// A desktop whose pictures are swaybg's, started by sway or by the user.
 class PicturesDesk : public ModeDesk {
  public:
-  explicit PicturesDesk(Compositor compositor) : ModeDesk({.compositor = compositor}) {
+  explicit PicturesDesk(Compositor compositor)
+      : ModeDesk({.compositor = compositor,
+                  .configuration = compositor == Compositor::Sway ? "include pictures" : ""}) {
     // sway may run as another user, and looks whether that one may read a picture.
     const std::filesystem::path home = desk.home().home();
     for (const auto& folder : {home, home.parent_path()}) {
@@ -46,6 +49,24 @@ class PicturesDesk : public ModeDesk {
   /// Has sway itself show that.
   void configure(const std::string& output, const std::string& background) {
     ASSERT_TRUE(desk.run({"swaymsg", "--", "output", output, "bg", background}).succeeded());
+  }
+  /// Has sway's configuration have these lines, too.
+  void configureForGood(const std::string& lines) {
+    desk.home().writeConfig("sway/pictures", lines + "\n");
+    desk.reload();
+  }
+  /// What sway's own swaybg was told, the process by its number; empty while there is none.
+  [[nodiscard]] std::pair<pid_t, std::string> swaysSwaybg() const {
+    const std::string folder = "XDG_RUNTIME_DIR=" + desk.home().runtime().string();
+    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+      const std::string words = harness::textOf(process.path() / "cmdline");
+      if (!words.starts_with("swaybg")) continue;
+      const std::string environment = harness::textOf(process.path() / "environ");
+      if (environment.find(folder) == std::string::npos) continue;
+      if (environment.find("WAYLAND_SOCKET=") == std::string::npos) continue;
+      return {std::stoi(process.path().filename()), words};
+    }
+    return {};
   }
   /// Has a program of the user's show that on all outputs.
   [[nodiscard]] std::unique_ptr<harness::Process> swaybg(const std::string& file) {

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
+#include <regex>
 
 #include "desktop/wayland/PicturesDesk.h"
 
@@ -48,6 +50,60 @@ TEST_F(SwayPictureTest, IsLaidOutAsTheOneBefore) {
   EXPECT_TRUE(
       desk.until([&] { return desk.screen().pixel(kWidth + kWidth / 2, kMiddle) == kBlue; }));
   EXPECT_TRUE(shows(kGreen, kGreen));
+}
+
+TEST_F(SwayPictureTest, StaysWhenSwayReadsItsConfigurationAnew) {
+  configureForGood("output * bg '" + plain("theirs.png", kRed) + "' fill");
+  ASSERT_TRUE(shows(kRed, kRed));
+  launchWith(plain("ours.png", kBlue));
+  toggle();
+  ASSERT_TRUE(shows(kBlue, kBlue));
+  const pid_t before = swaysSwaybg().first;
+  desk.reload();
+  EXPECT_TRUE(desk.until([&] { return swaysSwaybg().first != before; }));
+  EXPECT_TRUE(shows(kBlue, kBlue));
+  toggle();
+  ASSERT_TRUE(shows(kRed, kRed));
+  desk.reload();
+  EXPECT_TRUE(shows(kRed, kRed));
+}
+
+TEST_F(SwayPictureTest, ComesAndGoesAlsoWhereSwaybgWasKilled) {
+  configureForGood("output * bg '" + plain("theirs.png", kRed) + "' fill");
+  ASSERT_TRUE(shows(kRed, kRed));
+  launchWith(plain("ours.png", kBlue));
+  toggle();
+  ASSERT_TRUE(shows(kBlue, kBlue));
+  ASSERT_EQ(::kill(swaysSwaybg().first, SIGKILL), 0);
+  ASSERT_TRUE(desk.until([&] { return swaysSwaybg().first == 0; }));
+  toggle();
+  EXPECT_TRUE(shows(kRed, kRed)) << program->errorOutput();
+}
+
+// A monitor by what it is, as "Dell Inc. U2720Q 123", wherever it is plugged in.
+TEST_F(SwayPictureTest, IsToldOfAnOutputByTheNameThatTheConfigurationHas) {
+  const std::string outputs = desk.run({"swaymsg", "-p", "-t", "get_outputs"}).output;
+  std::smatch found;
+  ASSERT_TRUE(std::regex_search(outputs, found, std::regex("Output HEADLESS-2 '([^']*)'")))
+      << outputs;
+  const std::string name = found[1];
+  const std::string theirs = plain("theirs.png", kRed);
+  configureForGood("output * bg #20a040 solid_color\noutput \"" + name + "\" bg '" + theirs +
+                   "' fill");
+  const auto isTold = [&](const std::string& file) {
+    return desk.until([&] {
+      std::string words = swaysSwaybg().second;
+      std::ranges::replace(words, '\0', ' ');
+      return words.find("-o " + name + " -i " + file + " ") != std::string::npos;
+    });
+  };
+  ASSERT_TRUE(isTold(theirs));
+  const std::string ours = plain("ours.png", kBlue);
+  launchWith(ours);
+  toggle();
+  EXPECT_TRUE(isTold(ours));
+  toggle();
+  EXPECT_TRUE(isTold(theirs));
 }
 
 class LayerPictureTest : public testing::TestWithParam<Compositor>, public PicturesDesk {

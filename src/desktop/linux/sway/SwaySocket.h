@@ -23,6 +23,7 @@ class SwaySocket {
   enum class Question : std::uint32_t {
     Command = 0,
     Subscribe = 2,
+    Outputs = 3,
     Tree = 4,
     Version = 7,
     Config = 9,

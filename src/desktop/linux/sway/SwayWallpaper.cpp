@@ -48,15 +48,38 @@ std::optional<std::string> faultIn(const QJsonDocument& answer) {
 
 }  // namespace
 
+SwayWallpaper::SwayWallpaper(SwaySocket& sway, std::shared_ptr<WallpaperAdapter> otherwise)
+    : sway_(sway), otherwise_(std::move(otherwise)) {
+  sway_.listen(SwaySocket::Event::Workspace, [this](const QJsonObject& event) {
+    if (event[QLatin1String("change")].toString() == QLatin1String("reload")) tellAnew();
+  });
+}
+
+// A configuration may call a monitor by what it is, which goes before where it is plugged in.
+QStringList SwayWallpaper::namesOf(const QString& output) {
+  const QJsonArray outputs = sway_.call(SwaySocket::Question::Outputs).array();
+  for (const QJsonValue& each : outputs) {
+    if (each[QLatin1String("name")].toString() != output) continue;
+    QStringList parts;
+    for (const char* part : {"make", "model", "serial"})
+      parts += each[QLatin1String(part)].toString();
+    return {parts.join(QLatin1Char(' ')), output};
+  }
+  return {output};
+}
+
 std::optional<SwaybgTold> SwayWallpaper::shownOn(const QString& output) {
-  const auto running = SwaybgTable::on(output);
+  const QStringList names = namesOf(output);
+  const auto running = SwaybgTable::on(names);
   const auto told = told_.find(output);
   if (told != told_.end()) {
     const bool isShown = running && running->told == told->second.row;
     if (!isShown && !told->second.until.hasExpired()) return told->second.row;
-    told_.erase(told);
+    told->second.until = QDeadlineTimer();
   }
-  return running && running->isCompositors ? std::optional(running->told) : std::nullopt;
+  if (!running || !running->isCompositors) return std::nullopt;
+  names_.insert_or_assign(output, names.contains(running->output) ? running->output : output);
+  return running->told;
 }
 
 std::optional<Backdrop> SwayWallpaper::backdrop(const Monitor& monitor) {
@@ -78,7 +101,7 @@ std::optional<std::string> SwayWallpaper::show(const Monitor& monitor, const QSt
   const auto shown = shownOn(monitor.name);
   if (!shown) return otherwise_->show(monitor, file, options);
   const bool isSeen = shown->backdrop().style != BackdropStyle::None;
-  return tell(monitor.name, {file, isSeen ? shown->mode : QByteArray("fill"), shown->colour});
+  return tell(monitor.name, {file, isSeen ? shown->mode : QByteArray("fill"), shown->colour}, true);
 }
 
 std::optional<std::string> SwayWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
@@ -86,13 +109,28 @@ std::optional<std::string> SwayWallpaper::restore(const Monitor& monitor, const 
   const auto text = [&](const char* key) {
     return QByteArray::fromStdString(platform::valueOf<std::string>(kept, key).value_or(""));
   };
-  return tell(monitor.name, {QString::fromUtf8(text(kImage)), text(kMode), text(kColour)});
+  return tell(monitor.name, {QString::fromUtf8(text(kImage)), text(kMode), text(kColour)}, false);
 }
 
-std::optional<std::string> SwayWallpaper::tell(const QString& output, const SwaybgTold& row) {
-  auto fault = faultIn(sway_.call(SwaySocket::Question::Command, commandFor(output, row)));
-  if (!fault) told_.insert_or_assign(output, Told{row, QDeadlineTimer(kStart)});
+QString SwayWallpaper::nameFor(const QString& output) const {
+  const auto known = names_.find(output);
+  return known == names_.end() ? output : known->second;
+}
+
+std::optional<std::string> SwayWallpaper::tell(const QString& output, const SwaybgTold& row,
+                                               bool isOurs) {
+  const QByteArray command = commandFor(nameFor(output), row);
+  auto fault = faultIn(sway_.call(SwaySocket::Question::Command, command));
+  if (!fault) told_.insert_or_assign(output, Told{row, QDeadlineTimer(kStart), isOurs});
   return fault;
+}
+
+void SwayWallpaper::tellAnew() {
+  for (auto& [output, told] : told_) {
+    if (!told.isOurs) continue;
+    sway_.command(commandFor(nameFor(output), told.row));
+    told.until = QDeadlineTimer(kStart);
+  }
 }
 
 void SwayWallpaper::setChanged(std::function<void()> changed) {

@@ -19,8 +19,7 @@ namespace linux_desktop {
 class SwayWallpaper final : public WallpaperAdapter {
  public:
   /// `sway` outlives this; `otherwise` is not null.
-  SwayWallpaper(SwaySocket& sway, std::shared_ptr<WallpaperAdapter> otherwise)
-      : sway_(sway), otherwise_(std::move(otherwise)) {}
+  SwayWallpaper(SwaySocket& sway, std::shared_ptr<WallpaperAdapter> otherwise);
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   std::optional<WallpaperState> state(const Monitor& monitor) override;
@@ -33,19 +32,28 @@ class SwayWallpaper final : public WallpaperAdapter {
   [[nodiscard]] BackdropManner manner() const override { return otherwise_->manner(); }
 
  private:
-  /// What sway was told last, for as long as it may take to start the swaybg that shows it.
+  /// What sway was told last of an output.
   struct Told {
     SwaybgTold row;
+    /// For as long as it may take to start the swaybg that shows it.
     QDeadlineTimer until;
+    /// Not what the user has there, which alone sway shows after a reload.
+    bool isOurs;
   };
 
+  [[nodiscard]] QStringList namesOf(const QString& output);
+  [[nodiscard]] QString nameFor(const QString& output) const;
   [[nodiscard]] std::optional<SwaybgTold> shownOn(const QString& output);
-  [[nodiscard]] std::optional<std::string> tell(const QString& output, const SwaybgTold& row);
+  [[nodiscard]] std::optional<std::string> tell(const QString& output, const SwaybgTold& row,
+                                                bool isOurs);
+  void tellAnew();
 
   SwaySocket& sway_;
   std::shared_ptr<WallpaperAdapter> otherwise_;
   /// By the output's name.
   std::map<QString, Told> told_;
+  /// Under which of their names sway has the pictures of outputs, by their own.
+  std::map<QString, QString> names_;
   SwaybgTable table_;
 };
 

@@ -94,18 +94,22 @@ Backdrop SwaybgTold::backdrop() const {
   return backdrop;
 }
 
-std::optional<SwaybgTold> swaybgTold(const QByteArrayList& commandLine, const QString& folder,
-                                     const QString& output) {
-  const std::vector<Row> rows = rowsIn(commandLine);
-  auto row = std::ranges::find(rows, output.toUtf8(), &Row::output);
-  if (row == rows.end()) row = std::ranges::find(rows, QByteArray("*"), &Row::output);
-  if (row == rows.end()) return std::nullopt;
-  const QString image = QFile::decodeName(row->image);
-  return SwaybgTold{image.isEmpty() ? image : QDir(folder).absoluteFilePath(image), row->mode,
-                    row->colour};
-}
-
 namespace {
+
+/// What a command line tells for an output. None where it shows nothing there. `folder` is where
+/// the program was started.
+std::optional<RunningSwaybg> toldBy(const QByteArrayList& commandLine, const QString& folder,
+                                    const QStringList& names) {
+  const std::vector<Row> rows = rowsIn(commandLine);
+  for (const QString& name : names + QStringList(QStringLiteral("*"))) {
+    const auto row = std::ranges::find(rows, name.toUtf8(), &Row::output);
+    if (row == rows.end()) continue;
+    const QString image = QFile::decodeName(row->image);
+    const QString file = image.isEmpty() ? image : QDir(folder).absoluteFilePath(image);
+    return RunningSwaybg{.told = {file, row->mode, row->colour}, .output = name};
+  }
+  return std::nullopt;
+}
 
 QByteArray valueIn(const QByteArrayList& environment, const QByteArray& name) {
   for (const QByteArray& entry : environment) {
@@ -151,13 +155,15 @@ SwaybgTable::SwaybgTable() {
   });
 }
 
-std::optional<RunningSwaybg> SwaybgTable::on(const QString& output) {
+std::optional<RunningSwaybg> SwaybgTable::on(const QStringList& names) {
   std::vector<qint64> lastFirst = running();
   std::ranges::reverse(lastFirst);
   for (const qint64 pid : lastFirst) {
     const QString folder = QFile::symLinkTarget(QStringLiteral("/proc/%1/cwd").arg(pid));
-    auto told = swaybgTold(commandLineOf(pid), folder, output);
-    if (told) return RunningSwaybg{isCompositors(pid), *std::move(told)};
+    auto told = toldBy(commandLineOf(pid), folder, names);
+    if (!told) continue;
+    told->isCompositors = isCompositors(pid);
+    return told;
   }
   return std::nullopt;
 }

@@ -2,6 +2,7 @@
 
 #include <QByteArrayList>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <functional>
 #include <memory>
@@ -25,16 +26,13 @@ struct SwaybgTold {
   bool operator==(const SwaybgTold&) const = default;
 };
 
-/// What a command line tells for the output of that name. None where it shows nothing there.
-/// `folder` is where the program was started.
-[[nodiscard]] std::optional<SwaybgTold> swaybgTold(const QByteArrayList& commandLine,
-                                                   const QString& folder, const QString& output);
-
 /// A swaybg that shows something on an output.
 struct RunningSwaybg {
   /// Started by the compositor itself, from its configuration.
   bool isCompositors = false;
   SwaybgTold told;
+  /// By which of its names the output was called; "*": all that are not named.
+  QString output;
 };
 
 /// The programs called swaybg in this session, which show the pictures of compositors that draw
@@ -45,8 +43,8 @@ class SwaybgTable {
   SwaybgTable();
 
   /// The one whose picture is in front there, which is the last that was started. None where there
-  /// is none.
-  [[nodiscard]] static std::optional<RunningSwaybg> on(const QString& output);
+  /// is none. `names` are those of one output; the one that counts most comes first.
+  [[nodiscard]] static std::optional<RunningSwaybg> on(const QStringList& names);
 
   /// `changed` is called when one of those that ran has ended, with which the user replaces the
   /// picture. Empty: nothing is watched.

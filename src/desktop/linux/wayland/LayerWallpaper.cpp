@@ -42,7 +42,7 @@ LayerWallpaper::LayerWallpaper(WaylandConnection& connection, const WaylandOutpu
 std::optional<Backdrop> LayerWallpaper::backdrop(const Monitor& monitor) {
   const auto ours = shown_.find(monitor.name);
   if (ours != shown_.end()) return ours->second.backdrop;
-  const auto running = SwaybgTable::on(monitor.name);
+  const auto running = SwaybgTable::on({monitor.name});
   return running ? std::optional(running->told.backdrop()) : std::nullopt;
 }
 
