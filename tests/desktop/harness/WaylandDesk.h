@@ -80,7 +80,7 @@ class WaylandDesk final : public Desk {
   void reload();
 
   void startBar(Bar kind);
-  void stopBar() { bar_.reset(); }
+  void killBar() { bar_->kill(); }
 
   /// Starts Calmdeck as built in this tree; remembers how the bar looked, for trayIcon().
   [[nodiscard]] std::unique_ptr<Process> startCalmdeck(const Environment& extra = {});

@@ -77,6 +77,34 @@ TEST_P(WaylandProgramTest, ItsActionsTurnTheModeOnAndOff) {
   EXPECT_TRUE(sinkMuted(false));
 }
 
+TEST_P(WaylandProgramTest, TheIconComesBackWithABarThatWasKilled) {
+  const auto program = desk.startCalmdeck();
+  const auto isShown = [&] { return desk.until([&] { return desk.trayIcon().has_value(); }); };
+  ASSERT_TRUE(isShown());
+  for (int round = 0; round < 2; ++round) {
+    desk.killBar();
+    ASSERT_TRUE(desk.until([&] { return !desk.bus().hasTrayHost(); }));
+    desk.startBar(harness::Bar::Waybar);
+    EXPECT_TRUE(isShown()) << program->errorOutput();
+  }
+  ASSERT_TRUE(does("toggle-presentation-mode"));
+  EXPECT_TRUE(sinkMuted(true));
+}
+
+TEST_P(WaylandProgramTest, EndsWithTheCompositorAndOneLine) {
+  const auto program = desk.startCalmdeck();
+  ASSERT_TRUE(isOnTheBus());
+  ASSERT_TRUE(does("toggle-presentation-mode"));
+  ASSERT_TRUE(sinkMuted(true));
+  const std::size_t before = program->errorOutput().size();
+  desk.compositor().kill();
+  const auto end = program->waitForExit();
+  ASSERT_TRUE(end);
+  EXPECT_EQ(end->signal, 0);
+  EXPECT_THAT(program->errorOutput().substr(before),
+              testing::MatchesRegex("[^\n]*Wayland[^\n]*\n"));
+}
+
 // What the preferences show there, in the user's own configuration.
 constexpr const char* kSwayLine =
     "bindsym Ctrl+Alt+p exec gapplication action org.calmdeck.Calmdeck toggle-presentation-mode";

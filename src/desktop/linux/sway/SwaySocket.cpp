@@ -6,6 +6,7 @@
 
 #include <QDeadlineTimer>
 #include <QMetaObject>
+#include <QTimer>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -19,6 +20,8 @@ namespace linux_desktop {
 namespace {
 
 constexpr std::chrono::milliseconds kPatience{500};
+/// Where the whole session is gone, Qt says so within that time and ends the program.
+constexpr std::chrono::milliseconds kQtsTurn{200};
 
 const QByteArray kMagic = QByteArrayLiteral("i3-ipc");
 /// Of a message: the magic, the length of its text and its type, in the machine's own order.
@@ -186,7 +189,10 @@ void SwaySocket::deliver(std::function<void()> what) {
 }
 
 void SwaySocket::fail(const char* reason) {
-  qCWarning(lcSway, "sway is gone (%s): nothing is hidden, and shortcuts do not fire", reason);
+  QTimer::singleShot(kQtsTurn, &context_, [text = QByteArray(reason)] {
+    qCWarning(lcSway, "sway is gone (%s): nothing is hidden, and shortcuts do not fire",
+              text.constData());
+  });
   readable_.setEnabled(false);
   writable_.setEnabled(false);
   socket_.reset();

@@ -4,6 +4,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QGuiApplication>
+#include <QTimer>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -14,6 +15,8 @@ namespace linux_desktop {
 namespace {
 
 constexpr std::chrono::seconds kAnswer{1};
+/// Where the compositor itself is gone, Qt says so within that time and ends the program.
+constexpr std::chrono::milliseconds kQtsTurn{200};
 
 /// Whether there is something to read before then.
 bool isReadable(int socket, const QDeadlineTimer& deadline) {
@@ -120,11 +123,13 @@ void WaylandConnection::fail() {
   if (error == EPROTO) wl_display_get_protocol_error(display_.get(), &interface, nullptr);
   const QString where =
       interface == nullptr ? QString() : QLatin1String(" at ") + QLatin1String(interface->name);
-  qCWarning(
-      lcWayland,
-      "the compositor has ended our connection (%s%s): icons are not covered until Calmdeck is "
-      "started again",
-      std::strerror(error), qPrintable(where));
+  QTimer::singleShot(kQtsTurn, this, [error, where] {
+    qCWarning(
+        lcWayland,
+        "the compositor has ended our connection (%s%s): icons are not covered until Calmdeck is "
+        "started again",
+        std::strerror(error), qPrintable(where));
+  });
   QMetaObject::invokeMethod(
       this, [this] { Q_EMIT lost(); }, Qt::QueuedConnection);
 }
