@@ -111,10 +111,12 @@ std::optional<std::string> GuardedSettings::userValue(const std::string& key) co
   return std::string(printed.get());
 }
 
-bool GuardedSettings::setText(const std::string& key, const std::string& value) {
+std::optional<std::string> GuardedSettings::printed(const std::string& text) {
   // A string would have to be text for GLib, and it ends the process over what is not.
-  if (!text(key) || g_utf8_validate(value.c_str(), -1, nullptr) == 0) return false;
-  return g_settings_set_string(glib_->settings.get(), key.c_str(), value.c_str()) != 0;
+  if (g_utf8_validate(text.c_str(), -1, nullptr) == 0) return std::nullopt;
+  const Variant value(g_variant_ref_sink(g_variant_new_string(text.c_str())));
+  const Text printed(g_variant_print(value.get(), 1));
+  return std::string(printed.get());
 }
 
 bool GuardedSettings::setFlag(const std::string& key, bool value) {

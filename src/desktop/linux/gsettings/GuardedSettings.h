@@ -30,9 +30,11 @@ class GuardedSettings {
   /// force. `setUserValue` puts it back byte for byte, and none makes the key unset again.
   [[nodiscard]] std::optional<std::string> userValue(const std::string& key) const;
 
+  /// A text in that form; none where it is not UTF-8.
+  [[nodiscard]] static std::optional<std::string> printed(const std::string& text);
+
   /// Each is refused, with false and without effect, where the key is locked or of another type. A
   /// change is under way when they return; `flush` says whether it got there.
-  [[nodiscard]] bool setText(const std::string& key, const std::string& value);
   [[nodiscard]] bool setFlag(const std::string& key, bool value);
   [[nodiscard]] bool setUserValue(const std::string& key, const std::optional<std::string>& value);
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "desktop/linux/wallpaper/MateWallpaper.h"
+#include "desktop/linux/wallpaper/GSettingsWallpaper.h"
 #include "desktop/linux/wallpaper/PcManFmQtWallpaper.h"
 #include "desktop/linux/wallpaper/PcManFmWallpaper.h"
 #include "desktop/linux/wallpaper/PlasmaWallpaper.h"
@@ -53,8 +53,32 @@ bool runsLxqt(const Surroundings& surroundings) {
           PcManFmQtWallpaper::hasDesktop());
 }
 
+// Shells that draw the picture themselves, under icon windows that one looks through.
+
+constexpr const char* kCinnamon = "org.Cinnamon";
+constexpr const char* kFlashback = "org.gnome.Flashback";
+constexpr const char* kBudgie = "org.budgie_desktop.BudgieWM";
+/// Flashback and Budgie have it as well.
+constexpr const char* kGnomeShell = "org.gnome.Shell";
+constexpr const char* kEnlightenment = "org.enlightenment.wm.service";
+
+template <const char* const& name>
+bool runs(const Surroundings& surroundings) {
+  return surroundings.busNames.contains(QLatin1String(name));
+}
+
+bool runsGnome(const Surroundings& surroundings) {
+  return runs<kGnomeShell>(surroundings) && !runs<kFlashback>(surroundings);
+}
+
+bool runsFlashback(const Surroundings& surroundings) {
+  return isDrawnBy(surroundings, "Gnome-flashback", kFlashback);
+}
+
 bool isBare(const Surroundings& surroundings) {
-  return surroundings.window.id == 0 && surroundings.facts.bareDesktop() != nullptr;
+  const bool isAShells = runs<kCinnamon>(surroundings) || runs<kBudgie>(surroundings) ||
+                         runsGnome(surroundings) || runs<kEnlightenment>(surroundings);
+  return surroundings.window.id == 0 && !isAShells && surroundings.facts.bareDesktop() != nullptr;
 }
 
 template <class Adapter>
@@ -72,10 +96,16 @@ std::shared_ptr<WallpaperAdapter> makeBare(const Surroundings& surroundings) {
 
 constexpr std::array kTable{
     WallpaperRow{"Xfce", kXfdesktop, &runsXfce, &make<XfceWallpaper>},
-    WallpaperRow{"MATE", kCaja, &runsMate, &MateWallpaper::make},
+    WallpaperRow{"MATE", kCaja, &runsMate, &GSettingsWallpaper::make<kMateSettings>},
     WallpaperRow{"Plasma", kPlasmashell, &runsPlasma, &make<PlasmaWallpaper>},
     WallpaperRow{"LXQt", kPcManFmQt, &runsLxqt, &make<PcManFmQtWallpaper>},
     WallpaperRow{"LXDE", "", &PcManFmWallpaper::runs, &make<PcManFmWallpaper>},
+    WallpaperRow{"Cinnamon", kCinnamon, &runs<kCinnamon>,
+                 &GSettingsWallpaper::make<kCinnamonSettings>},
+    WallpaperRow{"GNOME Flashback", kFlashback, &runsFlashback,
+                 &GSettingsWallpaper::make<kFlashbackSettings>},
+    WallpaperRow{"Budgie", kBudgie, &runs<kBudgie>, &GSettingsWallpaper::make<kBudgieSettings>},
+    WallpaperRow{"GNOME", kGnomeShell, &runsGnome, &GSettingsWallpaper::make<kGnomeSettings>},
     WallpaperRow{"the bare screen", "", &isBare, &makeBare},
 };
 

@@ -18,14 +18,6 @@ constexpr const char* kRefused = "The X server does not take the picture.";
 /// window's. Part of their names: "Mutter (Muffin)", "Mutter(Budgie)", "GNOME Shell".
 constexpr std::array kShells{"Mutter", "Muffin", "GNOME Shell", "Gala", "KWin", "Enlightenment"};
 
-/// EWMH 1.5.
-QString windowManagerOf(XServer& server) {
-  const auto check = server.numbers(server.root(), "_NET_SUPPORTING_WM_CHECK");
-  if (check.empty()) return {};
-  const XProperty name{check.front(), server.atom("_NET_WM_NAME")};
-  return QString::fromStdString(server.read({&name, 1}).front().text());
-}
-
 /// Repeats a pixmap over `area`, from its corner.
 bool tile(XServer& server, xcb_pixmap_t from, xcb_drawable_t into, const QRect& area) {
   const XContext context(server, into);
@@ -46,7 +38,7 @@ bool tile(XServer& server, xcb_pixmap_t from, xcb_drawable_t into, const QRect& 
 }  // namespace
 
 bool RootWallpaper::isSeen() const {
-  const QString manager = windowManagerOf(server());
+  const QString manager = QString::fromStdString(server().managerName());
   const auto isNamed = [&](const char* name) {
     return manager.contains(QLatin1String(name), Qt::CaseInsensitive);
   };

@@ -1,0 +1,224 @@
+#include "desktop/linux/wallpaper/GSettingsWallpaper.h"
+
+#include <QUrl>
+#include <algorithm>
+#include <string_view>
+
+namespace linux_desktop {
+namespace {
+
+using platform::Dictionary;
+
+constexpr const char* kOptions = "picture-options";
+constexpr const char* kShading = "color-shading-type";
+constexpr const char* kPrimary = "primary-color";
+constexpr const char* kSecondary = "secondary-color";
+constexpr const char* kTakesTurns = "slideshow-enabled";
+constexpr const char* kInterface = "org.gnome.desktop.interface";
+constexpr const char* kScheme = "color-scheme";
+// As GLib prints values.
+constexpr const char* kFalse = "false";
+constexpr const char* kZoom = "'zoom'";
+
+struct StyleRow {
+  const char* name;
+  BackdropStyle style;
+  bool spans = false;
+};
+constexpr StyleRow kStyles[] = {
+    {"wallpaper", BackdropStyle::Tiled}, {"centered", BackdropStyle::Centered},
+    {"scaled", BackdropStyle::Fitted},   {"stretched", BackdropStyle::Stretched},
+    {"zoom", BackdropStyle::Zoomed},     {"spanned", BackdropStyle::Fitted, true},
+};
+
+struct ShadingRow {
+  const char* name;
+  BackdropShading shading;
+};
+constexpr ShadingRow kShadings[] = {
+    {"horizontal", BackdropShading::Horizontal},
+    {"vertical", BackdropShading::Vertical},
+    // MATE's names.
+    {"horizontal-gradient", BackdropShading::Horizontal},
+    {"vertical-gradient", BackdropShading::Vertical},
+};
+
+/// Null when no row has that name.
+template <class Row, std::size_t Count>
+const Row* rowNamed(const Row (&table)[Count], const std::string& name) {
+  const auto* found = std::ranges::find_if(table, [&](const Row& row) { return row.name == name; });
+  return found == std::end(table) ? nullptr : found;
+}
+
+/// Pictures that take turns by the time of the day are a file that lists them.
+bool isTimetable(const QString& file) {
+  return file.endsWith(QLatin1String(".xml"));
+}
+
+bool isUri(const char* key) {
+  return std::string_view(key).starts_with("picture-uri");
+}
+
+/// Empty where it names no file.
+QString fileIn(const char* key, const std::string& value) {
+  const QString text = QString::fromStdString(value);
+  return isUri(key) && !text.startsWith(QLatin1Char('/')) ? QUrl(text).toLocalFile() : text;
+}
+
+std::string valueFor(const char* key, const QString& file) {
+  return isUri(key) ? QUrl::fromLocalFile(file).toEncoded().toStdString() : file.toStdString();
+}
+
+}  // namespace
+
+std::shared_ptr<WallpaperAdapter> GSettingsWallpaper::open(const GSettingsDesktop& desktop) {
+  std::vector<std::string> keys{desktop.picture, kOptions, kShading, kPrimary, kSecondary};
+  if (desktop.darkPicture != nullptr) keys.emplace_back(desktop.darkPicture);
+  auto settings = GuardedSettings::open(desktop.schema, std::move(keys));
+  if (!settings) return nullptr;
+  return std::shared_ptr<WallpaperAdapter>(new GSettingsWallpaper(desktop, std::move(settings)));
+}
+
+GSettingsWallpaper::GSettingsWallpaper(const GSettingsDesktop& desktop,
+                                       std::unique_ptr<GuardedSettings> settings)
+    : desktop_(desktop), settings_(std::move(settings)) {
+  if (desktop.slideShow != nullptr) {
+    slideShow_ = GuardedSettings::open(desktop.slideShow, {kTakesTurns});
+  }
+  if (desktop.darkPicture != nullptr) interface_ = GuardedSettings::open(kInterface, {kScheme});
+}
+
+BackdropManner GSettingsWallpaper::manner() const {
+  if (desktop_.composed) {
+    return {.rounding = SizeRounding::DownInFloat, .turnsUpright = true, .centersTiles = true};
+  }
+  return {.rounding = SizeRounding::Nearest, .turnsUpright = true, .cutsTilesToLastMonitor = true};
+}
+
+const char* GSettingsWallpaper::pictureInForce() const {
+  const bool isDark = interface_ && interface_->text(kScheme) == "prefer-dark";
+  return isDark ? desktop_.darkPicture : desktop_.picture;
+}
+
+bool GSettingsWallpaper::takesTurns() const {
+  return slideShow_ && slideShow_->flag(kTakesTurns) == true;
+}
+
+std::optional<Backdrop> GSettingsWallpaper::backdrop(const Monitor& /*monitor*/) {
+  const auto text = [&](const char* key) { return settings_->text(key).value_or(std::string()); };
+  const char* picture = pictureInForce();
+  const QString file = fileIn(picture, text(picture));
+  const StyleRow* style = rowNamed(kStyles, text(kOptions));
+  const bool hasPicture = !file.isEmpty() && style != nullptr;
+  if (hasPicture && isTimetable(file)) return std::nullopt;
+  Backdrop backdrop;
+  if (!hasPicture || !desktop_.composed) {
+    backdrop.primary = QColor(QString::fromStdString(text(kPrimary)));
+    backdrop.secondary = QColor(QString::fromStdString(text(kSecondary)));
+    if (const auto* row = rowNamed(kShadings, text(kShading))) backdrop.shading = row->shading;
+  }
+  if (!hasPicture) return backdrop;
+  backdrop.file = file;
+  backdrop.style = style->spans && desktop_.composed ? BackdropStyle::Stretched : style->style;
+  backdrop.spansMonitors = style->spans;
+  return backdrop;
+}
+
+GSettingsWallpaper::Changes GSettingsWallpaper::present() const {
+  Changes changes{{Role::Picture, settings_.get(), desktop_.picture}};
+  if (desktop_.darkPicture != nullptr) {
+    changes.push_back({Role::Picture, settings_.get(), desktop_.darkPicture});
+  }
+  changes.push_back({Role::Style, settings_.get(), kOptions});
+  if (slideShow_) changes.push_back({Role::SlideShow, slideShow_.get(), kTakesTurns});
+  for (Change& change : changes) change.value = change.settings->userValue(change.key);
+  return changes;
+}
+
+std::optional<WallpaperState> GSettingsWallpaper::state(const Monitor& monitor) {
+  WallpaperState state;
+  for (const Change& change : present()) {
+    if (change.value) state.kept.emplace(change.key, *change.value);
+  }
+  if (takesTurns()) return state;
+  if (const auto shown = backdrop(monitor)) state.file = shown->file;
+  return state;
+}
+
+std::optional<Dictionary> GSettingsWallpaper::options(const Monitor& /*monitor*/) {
+  Dictionary options;
+  for (const Change& change : present()) {
+    if (change.role != Role::Picture && change.value) options.emplace(change.key, *change.value);
+  }
+  return options;
+}
+
+std::optional<std::string> GSettingsWallpaper::valueToShow(const Change& present,
+                                                           const QString& file,
+                                                           const Dictionary& options) const {
+  switch (present.role) {
+    case Role::Picture:
+      return GuardedSettings::printed(valueFor(present.key, file));
+    case Role::SlideShow:
+      return takesTurns() ? kFalse : present.value;
+    case Role::Style:
+      break;
+  }
+  const auto given = platform::valueOf<std::string>(options, present.key);
+  const auto style =
+      given ? given : GuardedSettings::printed(settings_->text(kOptions).value_or(""));
+  const bool isSeen = std::ranges::any_of(
+      kStyles, [&](const StyleRow& row) { return style == GuardedSettings::printed(row.name); });
+  if (!isSeen) return kZoom;
+  return given ? given : present.value;
+}
+
+std::optional<std::string> GSettingsWallpaper::show(const Monitor& /*monitor*/, const QString& file,
+                                                    const Dictionary& options) {
+  Changes wanted = present();
+  for (Change& change : wanted) {
+    change.value = valueToShow(change, file, options);
+    if (change.role == Role::Picture && !change.value) {
+      return std::string(desktop_.name) + "'s settings refuse this picture.";
+    }
+  }
+  // One that runs would take the new picture for the user's.
+  if (slideShow_) std::ranges::rotate(wanted, wanted.end() - 1);
+  Changes undo;
+  auto reason = write(wanted, undo);
+  Changes undone;
+  if (reason) (void)write(undo, undone);
+  return reason;
+}
+
+std::optional<std::string> GSettingsWallpaper::restore(const Monitor& /*monitor*/,
+                                                       const Dictionary& kept) {
+  Changes wanted = present();
+  for (Change& change : wanted) change.value = platform::valueOf<std::string>(kept, change.key);
+  Changes undo;
+  return write(wanted, undo);
+}
+
+std::optional<std::string> GSettingsWallpaper::write(const Changes& wanted, Changes& undo) const {
+  for (const Change& change : wanted) {
+    auto old = change.settings->userValue(change.key);
+    if (old == change.value) continue;
+    if (!change.settings->setUserValue(change.key, change.value)) {
+      return std::string(desktop_.name) + "'s background is locked by the administrator.";
+    }
+    undo.insert(undo.begin(), {change.role, change.settings, change.key, std::move(old)});
+  }
+  if (undo.empty() || GuardedSettings::flush()) return std::nullopt;
+  return std::string(desktop_.name) + "'s settings service does not answer.";
+}
+
+void GSettingsWallpaper::setChanged(std::function<void()> changed) {
+  const auto tell = [&]() -> std::function<void(const std::string&)> {
+    if (!changed) return {};
+    return [changed](const std::string&) { changed(); };
+  };
+  settings_->setChanged(tell());
+  if (interface_) interface_->setChanged(tell());
+}
+
+}  // namespace linux_desktop
