@@ -194,6 +194,42 @@ void SwayncDoNotDisturb::told(uint /*notifications*/, bool on, bool /*isOpen*/) 
   heard(on);
 }
 
+namespace {
+
+const QString kBudgiePath = QStringLiteral("/org/budgie_desktop/Notifications");
+const QString kBudgie = QStringLiteral("org.buddiesofbudgie.budgie.Dispatcher");
+
+}  // namespace
+
+BudgieDoNotDisturb::BudgieDoNotDisturb(QDBusConnection connection,
+                                       const NotificationDaemonIdentity& daemon)
+    : BusDoNotDisturb(std::move(connection), daemon), owner_(daemon.owner) {
+  QDBusConnection signals_ = bus();
+  signals_.connect(owner_, kBudgiePath, kBudgie, "DoNotDisturbChanged", this, SLOT(told(bool)));
+  readFirst();
+}
+
+QDBusMessage BudgieDoNotDisturb::stateQuestion() const {
+  return busCall(owner_, kBudgiePath, kBudgie, "GetDoNotDisturb");
+}
+
+std::optional<bool> BudgieDoNotDisturb::stateIn(const QDBusMessage& answer) const {
+  return isError(answer) ? std::nullopt : std::optional(answer.arguments().value(0).toBool());
+}
+
+bool BudgieDoNotDisturb::set(bool on) {
+  settle();
+  const std::optional<bool> now = isOn();
+  if (now && *now != on) {
+    write(busCall(owner_, kBudgiePath, kBudgie, "ToggleDoNotDisturb"), on);
+  } else if (!now) {
+    qCWarning(lcNotifications,
+              "Do Not Disturb could not be switched: it does not say whether it "
+              "is on, and can only be turned round");
+  }
+  return now.has_value();
+}
+
 InhibitionDoNotDisturb::InhibitionDoNotDisturb(QDBusConnection connection,
                                                const NotificationDaemonIdentity& daemon)
     : PropertyDoNotDisturb(std::move(connection), daemon, kInhibitions) {}

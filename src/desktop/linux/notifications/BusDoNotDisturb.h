@@ -137,6 +137,25 @@ class SwayncDoNotDisturb final : public BusDoNotDisturb {
   QString owner_;
 };
 
+/// Budgie's, which only takes to be turned round; so it is asked for its state before the first
+/// time, and known by its own word after that.
+class BudgieDoNotDisturb final : public BusDoNotDisturb {
+  Q_OBJECT
+
+ public:
+  BudgieDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
+  [[nodiscard]] bool set(bool on) override;
+
+ protected:
+  [[nodiscard]] QDBusMessage stateQuestion() const override;
+  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
+
+ private:
+  Q_SLOT void told(bool on) { heard(on); }
+
+  QString owner_;
+};
+
 /// Plasma, and whatever else offers inhibitions: each program that wants quiet holds one of its
 /// own, and it is quiet while there is any. On is whether we hold ours, so that it stays quiet when
 /// the others' end; nobody else's can be ended. Ours ends with our connection to the bus, and when

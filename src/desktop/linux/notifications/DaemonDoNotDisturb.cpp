@@ -10,6 +10,7 @@
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/notifications/BusDoNotDisturb.h"
 #include "desktop/linux/notifications/MakoDoNotDisturb.h"
+#include "desktop/linux/notifications/NaughtyDoNotDisturb.h"
 #include "desktop/linux/notifications/StoredDoNotDisturb.h"
 
 namespace linux_desktop {
@@ -43,10 +44,15 @@ struct AdapterRow {
 constexpr AdapterRow kAdapters[] = {
     {"Xfce Notify Daemon", "Xfce", nullptr, "XFCE", &onBus<XfceDoNotDisturb>},
     {"dunst", "knopwob", nullptr, nullptr, &onBus<DunstDoNotDisturb>},
-    {"Notification Daemon", "MATE", nullptr, "MATE", &stored<&mateDoNotDisturb>},
+    {"Notification Daemon", "MATE", nullptr, "MATE", &stored<&settingsDoNotDisturb<kMateSwitch>>},
     {"lxqt-notificationd", "lxqt.org", nullptr, "LXQt", &stored<&lxqtDoNotDisturb>},
     {"mako", "emersion", nullptr, nullptr, &onBus<MakoDoNotDisturb>},
     {"SwayNotificationCenter", "ErikReider", nullptr, nullptr, &onBus<SwayncDoNotDisturb>},
+    {"cinnamon", "GNOME", nullptr, nullptr, &stored<&settingsDoNotDisturb<kCinnamonSwitch>>},
+    {"gnome-shell", "GNOME", nullptr, nullptr, &stored<&settingsDoNotDisturb<kGnomeSwitch>>},
+    {"Budgie Notification Server", "Budgie Desktop Developers", nullptr, nullptr,
+     &onBus<BudgieDoNotDisturb>},
+    {"naughty", "awesome", nullptr, nullptr, &onBus<NaughtyDoNotDisturb>},
     {"Plasma", "KDE", nullptr, nullptr, &onBus<InhibitionDoNotDisturb>},
     {nullptr, nullptr, "inhibitions", nullptr, &onBus<InhibitionDoNotDisturb>},
 };

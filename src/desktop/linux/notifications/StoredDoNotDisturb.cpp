@@ -12,30 +12,31 @@
 namespace linux_desktop {
 namespace {
 
-constexpr const char* kMateSchema = "org.mate.NotificationDaemon";
-constexpr const char* kMateKey = "do-not-disturb";
-
-class MateDoNotDisturb final : public DoNotDisturbAdapter {
+class SettingsDoNotDisturb final : public DoNotDisturbAdapter {
  public:
-  explicit MateDoNotDisturb(std::unique_ptr<GuardedSettings> settings)
-      : settings_(std::move(settings)) {}
-  ~MateDoNotDisturb() override {
+  SettingsDoNotDisturb(const SettingsSwitch& row, std::unique_ptr<GuardedSettings> settings)
+      : row_(row), settings_(std::move(settings)) {}
+  ~SettingsDoNotDisturb() override {
     if (written_ && !GuardedSettings::flush()) {
       qCWarning(lcNotifications, "dconf has not stored Do Not Disturb within half a second");
     }
   }
 
-  [[nodiscard]] std::optional<bool> isOn() override { return settings_->flag(kMateKey); }
+  [[nodiscard]] std::optional<bool> isOn() override {
+    const auto flag = settings_->flag(row_.key);
+    return flag ? std::optional(*flag == row_.quiet) : std::nullopt;
+  }
   [[nodiscard]] bool set(bool on) override {
     written_ = true;
-    if (settings_->setFlag(kMateKey, on)) return true;
-    qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s %s is locked", kMateSchema,
-              kMateKey);
+    if (settings_->setFlag(row_.key, on == row_.quiet)) return true;
+    qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s %s is locked", row_.schema,
+              row_.key);
     return false;
   }
   [[nodiscard]] bool outlivesDaemon() const override { return true; }
 
  private:
+  const SettingsSwitch& row_;
   std::unique_ptr<GuardedSettings> settings_;
   bool written_ = false;
 };
@@ -69,10 +70,10 @@ class LxqtDoNotDisturb final : public DoNotDisturbAdapter {
 
 }  // namespace
 
-std::unique_ptr<DoNotDisturbAdapter> mateDoNotDisturb() {
-  auto settings = GuardedSettings::open(kMateSchema, {kMateKey});
-  if (!settings || !settings->flag(kMateKey)) return nullptr;
-  return std::make_unique<MateDoNotDisturb>(std::move(settings));
+std::unique_ptr<DoNotDisturbAdapter> settingsDoNotDisturb(const SettingsSwitch& row) {
+  auto settings = GuardedSettings::open(row.schema, {row.key});
+  if (!settings || !settings->flag(row.key)) return nullptr;
+  return std::make_unique<SettingsDoNotDisturb>(row, std::move(settings));
 }
 
 std::unique_ptr<DoNotDisturbAdapter> lxqtDoNotDisturb() {

@@ -8,10 +8,29 @@ namespace linux_desktop {
 
 // Switches that are stored in a desktop's settings, where they outlast its daemon and us.
 
-/// MATE's notification daemon: a key in GSettings; null where that cannot be had. The daemon ends
-/// when it has had nothing to show for half a minute, and is started by the next notification.
-/// Destroying this waits, half a second at most, for a change that may still be on its way.
-[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> mateDoNotDisturb();
+/// A flag in GSettings.
+struct SettingsSwitch {
+  const char* schema;
+  const char* key;
+  /// What the flag is in Do Not Disturb.
+  bool quiet;
+};
+
+/// The daemon ends when it has had nothing to show for half a minute, and is started by the next
+/// notification.
+inline constexpr SettingsSwitch kMateSwitch{"org.mate.NotificationDaemon", "do-not-disturb", true};
+inline constexpr SettingsSwitch kCinnamonSwitch{"org.cinnamon.desktop.notifications",
+                                                "display-notifications", false};
+inline constexpr SettingsSwitch kGnomeSwitch{"org.gnome.desktop.notifications", "show-banners",
+                                             false};
+
+/// Null where that cannot be had. Destroying this waits, half a second at most, for a change that
+/// may still be on its way.
+[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> settingsDoNotDisturb(const SettingsSwitch& row);
+template <const SettingsSwitch& row>
+[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> settingsDoNotDisturb() {
+  return settingsDoNotDisturb(row);
+}
 
 /// lxqt-notificationd: an entry of its settings file, which it watches and follows within a second
 /// or two.
