@@ -41,6 +41,7 @@ CoverKeeper::Manager CoverKeeper::readManager() {
   const auto check = server_.numbers(server_.root(), "_NET_SUPPORTING_WM_CHECK");
   if (check.empty()) return Manager::None;
   if (server_.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") != check) return Manager::None;
+  paintsByArrival_ = server_.managerName().find("Muffin") != std::string::npos;
   const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
   const bool takes = std::ranges::count(supported, server_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")) > 0;
   return takes ? Manager::TakesDesktopWindows : Manager::Other;
@@ -163,7 +164,9 @@ void CoverKeeper::look(const WindowStack& stack, KeptCover& cover) {
   CoverStand wanted = standFor(stack, surface->place());
   // Without a window manager a window stands where the last one left it.
   if (manager_ == Manager::None) wanted.managed = surface->stand().managed;
-  if (wanted.managed != surface->stand().managed) {
+  const bool otherIcons =
+      wanted.iconWindow != XCB_NONE && wanted.iconWindow != surface->stand().iconWindow;
+  if (wanted.managed != surface->stand().managed || (paintsByArrival_ && otherIcons)) {
     cover.remake(wanted);
     return;
   }

@@ -65,6 +65,8 @@ class CoverKeeper {
   XEvents& events_;
   XServer& server_;
   Manager manager_ = Manager::None;
+  /// Whatever the order of windows is, muffin paints icons over a cover that was there first.
+  bool paintsByArrival_ = false;
   bool managerIsFresh_ = false;
   bool managerChanged_ = false;
   std::vector<KeptCover*> covers_;

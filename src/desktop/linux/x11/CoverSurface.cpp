@@ -37,8 +37,10 @@ CoverSurface::CoverSurface(XEvents& events, const QRect& area,
   create();
   describe();
   watch_ = events_.watch(window_, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS,
-                         [mapped = std::move(mapped)](const xcb_generic_event_t& event) {
-                           if (typeOf(event) == XCB_MAP_NOTIFY) mapped();
+                         [this, mapped = std::move(mapped)](const xcb_generic_event_t& event) {
+                           if (typeOf(event) != XCB_MAP_NOTIFY) return;
+                           insistOnPlace();
+                           mapped();
                          });
 }
 
@@ -69,6 +71,8 @@ void CoverSurface::describe() {
   // Mapping it takes the keyboard from nobody.
   setNumbers("_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {0});
   setNumbers("_MOTIF_WM_HINTS", server_.atom("_MOTIF_WM_HINTS"), {kDecorationsGiven, 0, 0, 0, 0});
+  // Says that it has a shadow of its own, or muffin 5.6 casts one over the next monitor's cover.
+  setNumbers("_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {0, 0, 0, 0});
   std::vector<std::uint32_t> hints(kHintsLength);
   hints[0] = kInputGiven;  // and the input itself stays 0: no keyboard
   setNumbers("WM_HINTS", XCB_ATOM_WM_HINTS, hints);
@@ -82,6 +86,20 @@ void CoverSurface::describe() {
 void CoverSurface::map() {
   if (!stand_.managed) placeAmongUnmanaged();
   xcb_map_window(server_.get(), window_);
+  xcb_flush(server_.get());
+}
+
+void CoverSurface::insistOnPlace() {
+  // awesome 4.3 and Enlightenment 0.25 put new desktop windows where they like and move them when
+  // asked once more.
+  if (!stand_.managed || server_.geometry(window_) == area_) return;
+  const std::array<std::uint32_t, 4> place{
+      static_cast<std::uint32_t>(area_.x()), static_cast<std::uint32_t>(area_.y()),
+      static_cast<std::uint32_t>(area_.width()), static_cast<std::uint32_t>(area_.height())};
+  xcb_configure_window(server_.get(), window_,
+                       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                           XCB_CONFIG_WINDOW_HEIGHT,
+                       place.data());
   xcb_flush(server_.get());
 }
 

@@ -58,6 +58,7 @@ class CoverSurface {
   void describe();
   void setTransient();
   void placeAmongUnmanaged();
+  void insistOnPlace();
   void setNumbers(std::string_view property, xcb_atom_t type, std::vector<std::uint32_t> values);
   void setAtoms(std::string_view property, std::initializer_list<std::string_view> values);
   void setText(std::string_view property, std::string_view type, std::string_view value);

@@ -70,7 +70,12 @@ std::vector<QPoint> samplePoints(const QRect& area) {
   return points;
 }
 
-Samples samplesOf(XServer& server, xcb_drawable_t drawable, std::span<const QPoint> points) {
+Samples samplesOf(XServer& server, xcb_drawable_t drawable, std::span<const QPoint> points,
+                  Transparency transparency) {
+  constexpr std::uint8_t kDepthWithAlpha = 32;
+  constexpr std::uint32_t kOpaque = 0xff;
+  const bool mayShowThrough = transparency == Transparency::ShowsWhatIsBelow &&
+                              server.screen().root_depth < kDepthWithAlpha;
   std::vector<xcb_get_image_cookie_t> cookies;
   for (const QPoint& point : points) {
     cookies.push_back(xcb_get_image(server.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
@@ -85,6 +90,7 @@ Samples samplesOf(XServer& server, xcb_drawable_t drawable, std::span<const QPoi
     std::uint32_t pixel = 0;
     const auto length = static_cast<std::size_t>(xcb_get_image_data_length(reply.get()));
     std::memcpy(&pixel, xcb_get_image_data(reply.get()), std::min(length, sizeof pixel));
+    if (mayShowThrough && reply->depth == kDepthWithAlpha && pixel >> 24 != kOpaque) continue;
     samples.back() = PixelLayout::ofDepth(server, reply->depth).colour(pixel);
   }
   return samples;
@@ -143,7 +149,10 @@ DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack, const QRec
   }
   DesktopSight sight{icons != nullptr ? icons->window : xcb_window_t{XCB_NONE},
                      Samples(points.size())};
-  const Samples samples = samplesOf(server, window, asked);
+  const auto transparency = icons != nullptr && server.isComposited()
+                                ? Transparency::ShowsWhatIsBelow
+                                : Transparency::Ignored;
+  const Samples samples = samplesOf(server, window, asked, transparency);
   for (std::size_t i = 0; i < places.size(); ++i) sight.samples[places[i]] = samples[i];
   return sight;
 }

@@ -22,10 +22,14 @@ using Samples = std::vector<std::optional<std::uint32_t>>;
 /// 64 points spread over `area`.
 [[nodiscard]] std::vector<QPoint> samplePoints(const QRect& area);
 
+/// Whether pixels that are not opaque count.
+enum class Transparency { Ignored, ShowsWhatIsBelow };
+
 /// One round trip. `points` are in the drawable's own coordinates; a drawable that is gone has no
 /// pixels.
 [[nodiscard]] Samples samplesOf(XServer& server, xcb_drawable_t drawable,
-                                std::span<const QPoint> points);
+                                std::span<const QPoint> points,
+                                Transparency transparency = Transparency::Ignored);
 [[nodiscard]] Samples samplesOf(const QImage& image, std::span<const QPoint> points);
 
 /// How many are known on both sides, and how many of those differ by no more than `tolerance` in
@@ -43,7 +47,8 @@ struct Agreement {
 struct DesktopSight {
   /// None: nobody has a window of icons there, and the root window shows.
   xcb_window_t iconWindow = XCB_NONE;
-  /// Of `samplePoints`, in their order; none where another window hides it.
+  /// Of `samplePoints`, in their order; none where another window hides it, or where a compositor
+  /// has something else show through the window of icons.
   Samples samples;
 
   [[nodiscard]] std::size_t seen() const;
