@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 
+#include "desktop/linux/gnome/GnomeSession.h"
 #include "desktop/linux/keys/SessionHotKeys.h"
 #include "desktop/linux/kwin/KWinWindows.h"
 #include "desktop/linux/log/Log.h"
@@ -24,6 +25,7 @@ struct SessionRooms {
   std::unique_ptr<WaylandWindowSystem> wayland = WaylandWindowSystem::open();
   std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open() : nullptr;
   std::unique_ptr<KWinWindows> kwin = wayland && !sway ? KWinWindows::open() : nullptr;
+  std::unique_ptr<GnomeSession> gnome = GnomeSession::open();
   std::optional<OtherApplications> others;
   std::optional<SessionHotKeys> hotKeys;
   QtScreens qtScreens;
@@ -89,6 +91,9 @@ constexpr auto wayland = of<&SessionRooms::wayland, getter>;
 template <auto getter>
 constexpr auto sway = of<&SessionRooms::sway, getter>;
 
+template <auto getter>
+constexpr auto gnome = of<&SessionRooms::gnome, getter>;
+
 using X11 = X11WindowSystem;
 using Wayland = WaylandWindowSystem;
 
@@ -102,17 +107,18 @@ constexpr Candidate<Screens> kScreens[] = {
     x11<&X11::screens>, wayland<&Wayland::screens>,
     [](SessionRooms& rooms) -> Screens* { return &rooms.qtScreens; }};
 constexpr Candidate<OwnWindows> kOwnWindows[] = {
-    x11<&X11::ownWindows>, wayland<&Wayland::ownWindows>,
+    x11<&X11::ownWindows>, wayland<&Wayland::ownWindows>, gnome<&GnomeSession::ownWindows>,
     [](SessionRooms& rooms) { return &rooms.qtWindows; }};
 constexpr Candidate<LegacyTray> kLegacyTray[] = {x11<&X11::legacyTray>};
-constexpr Candidate<CoverFactory> kCovers[] = {x11<&X11::covers>, wayland<&Wayland::covers>};
+constexpr Candidate<CoverFactory> kCovers[] = {x11<&X11::covers>, wayland<&Wayland::covers>,
+                                               gnome<&GnomeSession::covers>};
 constexpr Candidate<WindowList> kWindowList[] = {x11<&X11::windowList>,
                                                  wayland<&Wayland::windowList>};
 constexpr Candidate<Spaces> kSpaces[] = {x11<&X11::spaces>, wayland<&Wayland::spaces>};
 constexpr Candidate<RunningApplications> kApplications[] = {x11<&X11::runningApplications>,
                                                             &hiddenTogether};
 constexpr Candidate<WindowHider> kWindowHiders[] = {
-    sway<&SwaySession::windowHider>,
+    sway<&SwaySession::windowHider>, gnome<&GnomeSession::windowHider>,
     [](SessionRooms& rooms) -> WindowHider* { return rooms.kwin.get(); },
     wayland<&Wayland::windowHider>};
 constexpr Candidate<KeyTranslator> kKeyTranslator[] = {x11<&X11::keyTranslator>,

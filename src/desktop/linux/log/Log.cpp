@@ -4,6 +4,7 @@ namespace linux_desktop {
 
 Q_LOGGING_CATEGORY(lcAudio, "calmdeck.audio", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcBus, "calmdeck.bus", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcGnome, "calmdeck.gnome", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcGSettings, "calmdeck.gsettings", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcKeys, "calmdeck.keys", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcKWin, "calmdeck.kwin", QtWarningMsg)

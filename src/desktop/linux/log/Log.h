@@ -11,6 +11,8 @@ namespace linux_desktop {
 Q_DECLARE_LOGGING_CATEGORY(lcAudio)
 /// "calmdeck.bus": the buses, what we offer on them, and services that more than one room asks.
 Q_DECLARE_LOGGING_CATEGORY(lcBus)
+/// "calmdeck.gnome": what our extension of GNOME Shell does for us.
+Q_DECLARE_LOGGING_CATEGORY(lcGnome)
 /// "calmdeck.gsettings": settings of the desktop's own.
 Q_DECLARE_LOGGING_CATEGORY(lcGSettings)
 /// "calmdeck.keys": hot keys and the keyboard.

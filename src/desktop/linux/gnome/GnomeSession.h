@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "desktop/linux/gnome/GnomeCovers.h"
+#include "desktop/linux/gnome/GnomeOwnWindows.h"
+#include "desktop/linux/gnome/GnomeShell.h"
+#include "desktop/linux/gnome/GnomeWindows.h"
+
+namespace linux_desktop {
+
+/// What GNOME Shell does for us through our extension. Main thread only.
+class GnomeSession {
+ public:
+  /// Null where no shell answers that has the extension.
+  [[nodiscard]] static std::unique_ptr<GnomeSession> open() {
+    auto shell = GnomeShell::open();
+    if (!shell) return nullptr;
+    return std::unique_ptr<GnomeSession>(new GnomeSession(std::move(shell)));
+  }
+
+  [[nodiscard]] WindowHider* windowHider() { return &windows_; }
+  [[nodiscard]] CoverFactory* covers() { return &covers_; }
+  [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
+
+ private:
+  explicit GnomeSession(std::unique_ptr<GnomeShell> shell) : shell_(std::move(shell)) {}
+
+  std::unique_ptr<GnomeShell> shell_;
+  GnomeWindows windows_{*shell_};
+  GnomeCovers covers_{*shell_};
+  GnomeOwnWindows ownWindows_{*shell_};
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,129 @@
+#include "desktop/linux/gnome/GnomeShell.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDeadlineTimer>
+#include <QStandardPaths>
+#include <QVariantMap>
+#include <chrono>
+
+#include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/log/Log.h"
+
+namespace linux_desktop {
+namespace {
+
+const QString kUuid = QStringLiteral("shell@calmdeck.org");
+const QString kExtension = QStringLiteral("org.calmdeck.Shell");
+const QString kPath = QStringLiteral("/org/calmdeck/Shell");
+
+/// A shell that starts has other things to do.
+constexpr std::chrono::seconds kStartPatience{2};
+constexpr std::chrono::milliseconds kPatience{5000};
+
+/// As the shell numbers them from 43 on (misc/extensionUtils.js, ExtensionState).
+enum class State { On = 1, Off = 2, Error = 3, OutOfDate = 4 };
+
+// The shell itself; the service of the name org.gnome.Shell.Extensions would have to be started.
+QDBusMessage aboutExtension(const QString& method) {
+  return busCall(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+                 QStringLiteral("org.gnome.Shell.Extensions"), method, {kUuid});
+}
+
+bool isInstalled() {
+  return !QStandardPaths::locate(
+              QStandardPaths::GenericDataLocation,
+              QStringLiteral("gnome-shell/extensions/%1/metadata.json").arg(kUuid))
+              .isEmpty();
+}
+
+/// Whether the shell can turn it on, by what it tells of it; if not, a line says why.
+bool isUsable(const QVariantMap& extension) {
+  if (extension.isEmpty()) {
+    if (isInstalled())
+      qCWarning(lcGnome, "GNOME Shell does without our extension until the next login");
+    return false;
+  }
+  const auto state = static_cast<State>(extension.value(QStringLiteral("state")).toInt());
+  if (state != State::Error && state != State::OutOfDate) return true;
+  const QString error = extension.value(QStringLiteral("error")).toString();
+  qCWarning(lcGnome, "GNOME Shell does without our extension: %s",
+            state == State::OutOfDate ? "it is for other releases" : qUtf8Printable(error));
+  return false;
+}
+
+QString whole(const QString& interface) {
+  return interface.isEmpty() ? kExtension : kExtension + QLatin1Char('.') + interface;
+}
+
+}  // namespace
+
+std::unique_ptr<GnomeShell> GnomeShell::open() {
+  BusPeer shell(QStringLiteral("org.gnome.Shell"));
+  const QDBusMessage answer = shell.call(aboutExtension(QStringLiteral("GetExtensionInfo")),
+                                         QDeadlineTimer(kStartPatience));
+  if (isError(answer)) {
+    qCDebug(lcGnome) << "no GNOME Shell:" << reasonOf(answer).c_str();
+    return nullptr;
+  }
+  if (!isUsable(qdbus_cast<QVariantMap>(answer.arguments().value(0)))) return nullptr;
+  return std::unique_ptr<GnomeShell>(new GnomeShell());
+}
+
+GnomeShell::GnomeShell()
+    : extension_(kExtension, QDBusConnection::sessionBus(),
+                 QDBusServiceWatcher::WatchForUnregistration) {
+  connect(&extension_, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+    isReady_ = false;
+    Q_EMIT gone();
+  });
+  listen({}, QStringLiteral("Ready"), [this](const QVariantList& /*nothing*/) {
+    isReady_ = true;
+    Q_EMIT ready();
+  });
+  turnOn();
+}
+
+void GnomeShell::turnOn() {
+  linux_desktop::ask(QDBusConnection::sessionBus(),
+                     aboutExtension(QStringLiteral("EnableExtension")), this,
+                     [](const QDBusMessage& answer) {
+                       if (!isError(answer) && answer.arguments().value(0).toBool()) return;
+                       qCWarning(lcGnome, "GNOME Shell does not turn our extension on: %s",
+                                 isError(answer) ? reasonOf(answer).c_str() : "it is not allowed");
+                     });
+}
+
+void GnomeShell::send(const QString& interface, const QString& method,
+                      const QVariantList& arguments) {
+  if (!isReady_) return;
+  ask(interface, method, arguments, this, [method](const QDBusMessage& answer) {
+    if (isError(answer))
+      qCWarning(lcGnome, "GNOME Shell, %s: %s", qUtf8Printable(method), reasonOf(answer).c_str());
+  });
+}
+
+void GnomeShell::ask(const QString& interface, const QString& method, const QVariantList& arguments,
+                     QObject* asker, std::function<void(const QDBusMessage& answer)> answered) {
+  linux_desktop::ask(QDBusConnection::sessionBus(),
+                     busCall(kExtension, kPath, whole(interface), method, arguments), asker,
+                     std::move(answered), static_cast<int>(kPatience.count()));
+}
+
+void GnomeShell::listen(const QString& interface, const QString& signal, Listener listener) {
+  const auto [place, isNew] =
+      listeners_.insert_or_assign({whole(interface), signal}, std::move(listener));
+  if (isNew) {
+    QDBusConnection::sessionBus().connect(kExtension, kPath, place->first.first, signal, this,
+                                          SLOT(heard(QDBusMessage)));
+  }
+}
+
+void GnomeShell::heard(const QDBusMessage& signal) {
+  const auto found = listeners_.find({signal.interface(), signal.member()});
+  if (found == listeners_.end() || !found->second) return;
+  const Listener listener = found->second;
+  listener(signal.arguments());
+}
+
+}  // namespace linux_desktop

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QString>
+#include <QVariantList>
+#include <functional>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "desktop/linux/bus/BusCall.h"
+
+namespace linux_desktop {
+
+/// GNOME Shell as our extension of it (gnome-shell/ in this tree) opens it to us. The extension
+/// serves whoever has our name on the session bus, and only while it is turned on: not before that
+/// name is ours, not while the screen is locked, not once the user turned it off. It keeps nothing
+/// for a program that it does not serve: `ready` comes at first and whenever it serves us anew, and
+/// who had it do something says so again then. Main thread only.
+class GnomeShell final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Turns the extension on where that is wanted. Null where no GNOME Shell answers, within two
+  /// seconds, or where it does not have the extension: if that is installed, one line on standard
+  /// error says why. What it does not do yet it may do later.
+  [[nodiscard]] static std::unique_ptr<GnomeShell> open();
+
+  /// Whether the extension serves us now.
+  [[nodiscard]] bool isReady() const { return isReady_; }
+
+  // Interfaces are named by their last part: "Covers" is org.calmdeck.Shell.Covers.
+
+  /// Sends it behind what was sent before. Nothing happens while the extension does not serve us;
+  /// an error is a line on standard error.
+  void send(const QString& interface, const QString& method, const QVariantList& arguments = {});
+  /// `answered` gets the reply, or an error, also where the extension does not serve us or takes
+  /// longer than five seconds; from the event loop, unless `asker` is gone by then.
+  void ask(const QString& interface, const QString& method, const QVariantList& arguments,
+           QObject* asker, std::function<void(const QDBusMessage& answer)> answered);
+
+  /// Whatever the extension says by this signal. One listener each, which outlives this or is an
+  /// empty function in time.
+  using Listener = std::function<void(const QVariantList& values)>;
+  void listen(const QString& interface, const QString& signal, Listener listener);
+
+ Q_SIGNALS:
+  void ready();
+  /// What it did for us is undone, but that hidden windows stay so.
+  void gone();
+
+ private Q_SLOTS:
+  void heard(const QDBusMessage& signal);
+
+ private:
+  GnomeShell();
+  void turnOn();
+
+  bool isReady_ = false;
+  std::map<std::pair<QString, QString>, Listener> listeners_;
+  QDBusServiceWatcher extension_;
+};
+
+}  // namespace linux_desktop

@@ -1,0 +1,46 @@
+#include "desktop/linux/gnome/GnomeWindows.h"
+
+#include <utility>
+
+#include "desktop/linux/log/Log.h"
+
+namespace linux_desktop {
+namespace {
+
+const QString kInterface = QStringLiteral("Windows");
+const QString kHiding = QStringLiteral("Hiding");
+
+}  // namespace
+
+GnomeWindows::GnomeWindows(GnomeShell& shell) : shell_(shell) {
+  // Said before it is ready, and whenever it becomes otherwise.
+  shell_.listen(kInterface, kHiding,
+                [this](const QVariantList& values) { isHiding_ = values.value(0).toBool(); });
+}
+
+GnomeWindows::~GnomeWindows() {
+  shell_.listen(kInterface, kHiding, {});
+}
+
+void GnomeWindows::hide(Done done) {
+  run(QStringLiteral("Hide"), std::move(done));
+}
+
+void GnomeWindows::show(Done done) {
+  run(QStringLiteral("Show"), std::move(done));
+}
+
+void GnomeWindows::run(const QString& method, Done done) {
+  shell_.ask(kInterface, method, {}, &context_,
+             [done = std::move(done)](const QDBusMessage& answer) {
+               if (isError(answer)) {
+                 qCWarning(lcGnome, "GNOME Shell does not hide or show windows: %s",
+                           reasonOf(answer).c_str());
+               } else if (const uint staying = answer.arguments().value(0).toUInt(); staying > 0) {
+                 qCWarning(lcGnome, "%u windows cannot be minimised", staying);
+               }
+               done();
+             });
+}
+
+}  // namespace linux_desktop
