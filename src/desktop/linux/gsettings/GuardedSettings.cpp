@@ -20,15 +20,34 @@ struct Unref {
   void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
   void operator()(GVariant* value) const { g_variant_unref(value); }
   void operator()(char* text) const { g_free(text); }
+  void operator()(char** list) const { g_strfreev(list); }
 };
 using Schema = std::unique_ptr<GSettingsSchema, Unref>;
 using Variant = std::unique_ptr<GVariant, Unref>;
 using Text = std::unique_ptr<char, Unref>;
+using Texts = std::unique_ptr<char*, Unref>;
+
+std::vector<std::string> stringsOf(const Texts& texts) {
+  std::vector<std::string> strings;
+  for (char** text = texts.get(); *text != nullptr; ++text) strings.emplace_back(*text);
+  return strings;
+}
+
+/// A string has to be text for GLib, and it ends the process over what is not.
+bool isText(const std::string& string) {
+  return g_utf8_validate(string.c_str(), -1, nullptr) != 0;
+}
 
 Schema schemaNamed(const std::string& name) {
   GSettingsSchemaSource* installed = g_settings_schema_source_get_default();
   if (installed == nullptr) return nullptr;
   return Schema(g_settings_schema_source_lookup(installed, name.c_str(), 1));
+}
+
+/// As GLib wants a path to be, over which it ends the process.
+bool isPath(const std::string& path) {
+  return path.starts_with('/') && path.ends_with('/') && path.find("//") == std::string::npos &&
+         isText(path);
 }
 
 /// Without the module for a real store GLib keeps settings in memory, and says nothing of it.
@@ -54,22 +73,30 @@ struct GuardedSettings::Glib {
 };
 
 std::unique_ptr<GuardedSettings> GuardedSettings::open(const std::string& schema,
-                                                       std::vector<std::string> keys) {
+                                                       std::vector<std::string> keys,
+                                                       const std::string& path) {
   const Schema found = schemaNamed(schema);
-  if (!found) return nullptr;
+  if (!found || (!path.empty() && !isPath(path))) return nullptr;
   for (const std::string& key : keys) {
     if (g_settings_schema_has_key(found.get(), key.c_str()) != 0) continue;
     qCWarning(lcGSettings, "%s has no key %s", schema.c_str(), key.c_str());
     return nullptr;
   }
   auto glib = std::make_unique<Glib>();
-  glib->settings.reset(g_settings_new_full(found.get(), nullptr, nullptr));
+  glib->settings.reset(
+      g_settings_new_full(found.get(), nullptr, path.empty() ? nullptr : path.c_str()));
   if (isKeptInMemory(glib->settings.get())) {
     qCWarning(lcGSettings, "%s is kept in memory only: the module for dconf is not installed",
               schema.c_str());
     return nullptr;
   }
   return std::unique_ptr<GuardedSettings>(new GuardedSettings(std::move(glib), std::move(keys)));
+}
+
+std::vector<std::string> GuardedSettings::keysOf(const std::string& schema) {
+  const Schema found = schemaNamed(schema);
+  if (!found) return {};
+  return stringsOf(Texts(g_settings_schema_list_keys(found.get())));
 }
 
 GuardedSettings::GuardedSettings(std::unique_ptr<Glib> glib, std::vector<std::string> keys)
@@ -98,6 +125,13 @@ std::optional<bool> GuardedSettings::flag(const std::string& key) const {
   return g_variant_get_boolean(value.get()) != 0;
 }
 
+std::optional<std::vector<std::string>> GuardedSettings::list(const std::string& key) const {
+  require(key);
+  const Variant value(g_settings_get_value(glib_->settings.get(), key.c_str()));
+  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING_ARRAY) == 0) return std::nullopt;
+  return stringsOf(Texts(g_variant_dup_strv(value.get(), nullptr)));
+}
+
 bool GuardedSettings::isWritable(const std::string& key) const {
   require(key);
   return g_settings_is_writable(glib_->settings.get(), key.c_str()) != 0;
@@ -112,16 +146,28 @@ std::optional<std::string> GuardedSettings::userValue(const std::string& key) co
 }
 
 std::optional<std::string> GuardedSettings::printed(const std::string& text) {
-  // A string would have to be text for GLib, and it ends the process over what is not.
-  if (g_utf8_validate(text.c_str(), -1, nullptr) == 0) return std::nullopt;
+  if (!isText(text)) return std::nullopt;
   const Variant value(g_variant_ref_sink(g_variant_new_string(text.c_str())));
   const Text printed(g_variant_print(value.get(), 1));
   return std::string(printed.get());
 }
 
+bool GuardedSettings::setText(const std::string& key, const std::string& value) {
+  if (!text(key) || !isText(value)) return false;
+  return g_settings_set_string(glib_->settings.get(), key.c_str(), value.c_str()) != 0;
+}
+
 bool GuardedSettings::setFlag(const std::string& key, bool value) {
   if (!flag(key)) return false;
   return g_settings_set_boolean(glib_->settings.get(), key.c_str(), value ? 1 : 0) != 0;
+}
+
+bool GuardedSettings::setList(const std::string& key, const std::vector<std::string>& value) {
+  if (!list(key) || !std::ranges::all_of(value, isText)) return false;
+  std::vector<const char*> strings;
+  for (const std::string& string : value) strings.push_back(string.c_str());
+  strings.push_back(nullptr);
+  return g_settings_set_strv(glib_->settings.get(), key.c_str(), strings.data()) != 0;
 }
 
 bool GuardedSettings::setUserValue(const std::string& key,

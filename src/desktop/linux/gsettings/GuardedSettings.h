@@ -13,9 +13,13 @@ namespace linux_desktop {
 class GuardedSettings {
  public:
   /// Null where the schema is not installed or lacks one of `keys`, or where settings are kept in
-  /// memory only and a change would reach nobody. No other key may be asked for later.
+  /// memory only and a change would reach nobody. No other key may be asked for later. `path` for
+  /// schemas that have none of their own, and for no others; null where it is no path.
   [[nodiscard]] static std::unique_ptr<GuardedSettings> open(const std::string& schema,
-                                                             std::vector<std::string> keys);
+                                                             std::vector<std::string> keys,
+                                                             const std::string& path = {});
+  /// The keys that a schema has; none where it is not installed.
+  [[nodiscard]] static std::vector<std::string> keysOf(const std::string& schema);
   ~GuardedSettings();
   GuardedSettings(const GuardedSettings&) = delete;
   GuardedSettings& operator=(const GuardedSettings&) = delete;
@@ -23,6 +27,7 @@ class GuardedSettings {
   /// The value in force, the user's or the default. None when the key is of another type.
   [[nodiscard]] std::optional<std::string> text(const std::string& key) const;
   [[nodiscard]] std::optional<bool> flag(const std::string& key) const;
+  [[nodiscard]] std::optional<std::vector<std::string>> list(const std::string& key) const;
   /// False where an administrator has locked the key.
   [[nodiscard]] bool isWritable(const std::string& key) const;
 
@@ -35,7 +40,9 @@ class GuardedSettings {
 
   /// Each is refused, with false and without effect, where the key is locked or of another type. A
   /// change is under way when they return; `flush` says whether it got there.
+  [[nodiscard]] bool setText(const std::string& key, const std::string& value);
   [[nodiscard]] bool setFlag(const std::string& key, bool value);
+  [[nodiscard]] bool setList(const std::string& key, const std::vector<std::string>& value);
   [[nodiscard]] bool setUserValue(const std::string& key, const std::optional<std::string>& value);
 
   /// Waits for what was set to be stored, half a second at most. On false it may still be stored
