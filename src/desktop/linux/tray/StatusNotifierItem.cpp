@@ -69,7 +69,9 @@ BusInterface StatusNotifierItem::makeInterface() {
   return {.name = "org.kde.StatusNotifierItem",
           .methods = {{"Activate", {{"i", "i"}, {}, reporting(reports_.activated)}},
                       {"ContextMenu", {{"i", "i"}, {}, reporting(reports_.menuAsked)}},
-                      {"SecondaryActivate", {{"i", "i"}, {}, ignore}},
+                      // The middle button: GNOME's tray opens the menu with a first click of the
+                      // other one.
+                      {"SecondaryActivate", {{"i", "i"}, {}, reporting(reports_.activated)}},
                       {"Scroll", {{"i", "s"}, {}, ignore}},
                       {"ProvideXdgActivationToken", {{"s"}, {}, tellToken}}},
           .properties = {{"Category", text("ApplicationStatus")},
