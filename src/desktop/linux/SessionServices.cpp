@@ -5,7 +5,10 @@
 #include <cstddef>
 #include <optional>
 
+#include "desktop/linux/gnome/CommandHotKeys.h"
 #include "desktop/linux/gnome/GnomeSession.h"
+#include "desktop/linux/gnome/IconSwitch.h"
+#include "desktop/linux/keys/PortalHotKeys.h"
 #include "desktop/linux/keys/SessionHotKeys.h"
 #include "desktop/linux/kwin/KWinWindows.h"
 #include "desktop/linux/log/Log.h"
@@ -26,6 +29,9 @@ struct SessionRooms {
   std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open() : nullptr;
   std::unique_ptr<KWinWindows> kwin = wayland && !sway ? KWinWindows::open() : nullptr;
   std::unique_ptr<GnomeSession> gnome = GnomeSession::open();
+  std::unique_ptr<IconSwitch> iconSwitch = wayland ? IconSwitch::open() : nullptr;
+  std::unique_ptr<CommandHotKeys> commandHotKeys;
+  std::optional<PortalHotKeys> portalHotKeys;
   std::optional<OtherApplications> others;
   std::optional<SessionHotKeys> hotKeys;
   QtScreens qtScreens;
@@ -97,6 +103,10 @@ constexpr auto gnome = of<&SessionRooms::gnome, getter>;
 using X11 = X11WindowSystem;
 using Wayland = WaylandWindowSystem;
 
+/// Those of who assigns keys himself, where nobody else serves the session. Each takes time to ask,
+/// and what Plasma's portal would do its own service does better.
+HotKeys* portalHotKeys(SessionRooms& rooms);
+HotKeys* commandHotKeys(SessionRooms& rooms);
 /// The keys of whoever keeps them for this session.
 HotKeys* sessionHotKeys(SessionRooms& rooms);
 /// Of those that hide all others together.
@@ -110,8 +120,9 @@ constexpr Candidate<OwnWindows> kOwnWindows[] = {
     x11<&X11::ownWindows>, wayland<&Wayland::ownWindows>, gnome<&GnomeSession::ownWindows>,
     [](SessionRooms& rooms) { return &rooms.qtWindows; }};
 constexpr Candidate<LegacyTray> kLegacyTray[] = {x11<&X11::legacyTray>};
-constexpr Candidate<CoverFactory> kCovers[] = {x11<&X11::covers>, wayland<&Wayland::covers>,
-                                               gnome<&GnomeSession::covers>};
+constexpr Candidate<CoverFactory> kCovers[] = {
+    x11<&X11::covers>, wayland<&Wayland::covers>, gnome<&GnomeSession::covers>,
+    [](SessionRooms& rooms) -> CoverFactory* { return rooms.iconSwitch.get(); }};
 constexpr Candidate<WindowList> kWindowList[] = {x11<&X11::windowList>,
                                                  wayland<&Wayland::windowList>};
 constexpr Candidate<Spaces> kSpaces[] = {x11<&X11::spaces>, wayland<&Wayland::spaces>};
@@ -123,7 +134,8 @@ constexpr Candidate<WindowHider> kWindowHiders[] = {
     wayland<&Wayland::windowHider>};
 constexpr Candidate<KeyTranslator> kKeyTranslator[] = {x11<&X11::keyTranslator>,
                                                        wayland<&Wayland::keyTranslator>};
-constexpr Candidate<HotKeys> kGrabs[] = {x11<&X11::hotKeys>, sway<&SwaySession::hotKeys>};
+constexpr Candidate<HotKeys> kGrabs[] = {x11<&X11::hotKeys>, sway<&SwaySession::hotKeys>,
+                                         &portalHotKeys, &commandHotKeys};
 constexpr Candidate<HotKeys> kHotKeys[] = {&sessionHotKeys};
 
 /// `without` says what the user then goes without; null where that needs no word.
@@ -135,6 +147,16 @@ Service* choose(SessionRooms& rooms, const Candidate<Service> (&candidates)[coun
   }
   if (without != nullptr) rooms.missing << QLatin1String(without);
   return nullptr;
+}
+
+HotKeys* portalHotKeys(SessionRooms& rooms) {
+  if (KdeHotKeys::isSession() || !PortalHotKeys::isThere()) return nullptr;
+  return &rooms.portalHotKeys.emplace();
+}
+
+HotKeys* commandHotKeys(SessionRooms& rooms) {
+  rooms.commandHotKeys = CommandHotKeys::open();
+  return rooms.commandHotKeys.get();
 }
 
 HotKeys* sessionHotKeys(SessionRooms& rooms) {

@@ -5,18 +5,13 @@
 
 namespace linux_desktop {
 
-SessionHotKeys::SessionHotKeys(platform::port::HotKeys* windowSystem)
-    : windowSystem_(windowSystem) {
-  if (KdeHotKeys::isSession()) {
-    kde_.emplace();
-  } else if (windowSystem_ == nullptr && PortalHotKeys::isThere()) {
-    windowSystem_ = &portal_.emplace();
-  }
+SessionHotKeys::SessionHotKeys(platform::port::HotKeys* others) : others_(others) {
+  if (KdeHotKeys::isSession()) kde_.emplace();
 }
 
 void SessionHotKeys::setClient(platform::port::HotKeysClient* client) {
   if (kde_) kde_->setClient(client);
-  if (windowSystem_ != nullptr) windowSystem_->setClient(client);
+  if (others_ != nullptr) others_->setClient(client);
 }
 
 platform::OSStatus SessionHotKeys::registerHotKey(platform::port::HotKeyNumber number,
@@ -25,14 +20,14 @@ platform::OSStatus SessionHotKeys::registerHotKey(platform::port::HotKeyNumber n
   if (kde_) {
     if (const auto status = kde_->registerHotKey(number, keyCode, modifiers)) return *status;
   }
-  if (windowSystem_ == nullptr) return platform::eventHotKeyInvalidErr;
-  return windowSystem_->registerHotKey(number, keyCode, modifiers);
+  if (others_ == nullptr) return platform::eventHotKeyInvalidErr;
+  return others_->registerHotKey(number, keyCode, modifiers);
 }
 
 void SessionHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
   // Whoever does not know the number does nothing.
   if (kde_) kde_->unregisterHotKey(number);
-  if (windowSystem_ != nullptr) windowSystem_->unregisterHotKey(number);
+  if (others_ != nullptr) others_->unregisterHotKey(number);
 }
 
 bool SessionHotKeys::isReserved(std::uint32_t keyCode, std::uint32_t modifiers) const {

@@ -3,20 +3,19 @@
 #include <optional>
 
 #include "desktop/linux/keys/KdeHotKeys.h"
-#include "desktop/linux/keys/PortalHotKeys.h"
 #include "platform/port/HotKeys.h"
 
 namespace linux_desktop {
 
 /// Hot keys where this session keeps them: at its service for shortcuts, where it has one that
-/// takes them, else with the window system, and where that has none at the desktop portal.
+/// takes them, else with whoever else has some.
 class SessionHotKeys final : public platform::port::HotKeys {
  public:
-  /// Null: the window system has none. `windowSystem` outlives this.
-  explicit SessionHotKeys(platform::port::HotKeys* windowSystem);
+  /// Null: nobody else has any. `others` outlives this.
+  explicit SessionHotKeys(platform::port::HotKeys* others);
 
   /// False: nobody here gives hot keys.
-  [[nodiscard]] bool isThere() const { return kde_ || windowSystem_ != nullptr; }
+  [[nodiscard]] bool isThere() const { return kde_ || others_ != nullptr; }
 
   void setClient(platform::port::HotKeysClient* client) override;
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
@@ -27,8 +26,7 @@ class SessionHotKeys final : public platform::port::HotKeys {
 
  private:
   std::optional<KdeHotKeys> kde_;
-  std::optional<PortalHotKeys> portal_;
-  platform::port::HotKeys* windowSystem_;
+  platform::port::HotKeys* others_;
 };
 
 }  // namespace linux_desktop
