@@ -2,6 +2,7 @@ import Gio from 'gi://Gio';
 import {Extension} from 'resource:///org/gnome/shell/extensions/extension.js';
 
 import {Covers} from './covers.js';
+import {Keys} from './keys.js';
 import {Program} from './program.js';
 import {Windows} from './windows.js';
 
@@ -9,7 +10,7 @@ const OWN_NAME = 'org.calmdeck.Shell';
 const PROGRAM_NAME = 'org.calmdeck.Calmdeck';
 
 /// Each is made when the program comes and destroyed when it goes, and undoes then what it did.
-const SERVICES = [Covers, Windows];
+const SERVICES = [Covers, Keys, Windows];
 
 /// Serves the program for as long as that is on the session bus; does nothing without it.
 export default class CalmdeckExtension extends Extension {

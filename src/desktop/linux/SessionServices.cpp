@@ -135,7 +135,8 @@ constexpr Candidate<WindowHider> kWindowHiders[] = {
 constexpr Candidate<KeyTranslator> kKeyTranslator[] = {x11<&X11::keyTranslator>,
                                                        wayland<&Wayland::keyTranslator>};
 constexpr Candidate<HotKeys> kGrabs[] = {x11<&X11::hotKeys>, sway<&SwaySession::hotKeys>,
-                                         &portalHotKeys, &commandHotKeys};
+                                         gnome<&GnomeSession::hotKeys>, &portalHotKeys,
+                                         &commandHotKeys};
 constexpr Candidate<HotKeys> kHotKeys[] = {&sessionHotKeys};
 
 /// `without` says what the user then goes without; null where that needs no word.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "desktop/linux/gnome/GnomeCovers.h"
+#include "desktop/linux/gnome/GnomeHotKeys.h"
 #include "desktop/linux/gnome/GnomeOwnWindows.h"
 #include "desktop/linux/gnome/GnomeShell.h"
 #include "desktop/linux/gnome/GnomeWindows.h"
@@ -23,6 +24,7 @@ class GnomeSession {
   [[nodiscard]] WindowHider* windowHider() { return &windows_; }
   [[nodiscard]] CoverFactory* covers() { return &covers_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
+  [[nodiscard]] platform::port::HotKeys* hotKeys() { return &hotKeys_; }
 
  private:
   explicit GnomeSession(std::unique_ptr<GnomeShell> shell) : shell_(std::move(shell)) {}
@@ -31,6 +33,7 @@ class GnomeSession {
   GnomeWindows windows_{*shell_};
   GnomeCovers covers_{*shell_};
   GnomeOwnWindows ownWindows_{*shell_};
+  GnomeHotKeys hotKeys_{*shell_};
 };
 
 }  // namespace linux_desktop

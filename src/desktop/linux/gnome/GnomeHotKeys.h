@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QObject>
+#include <string>
+#include <vector>
+
+#include "desktop/linux/gnome/GnomeShell.h"
+#include "platform/port/HotKeys.h"
+
+namespace linux_desktop {
+
+/// Hot keys that the shell takes for us, each time that our extension begins to serve us anew. What
+/// somebody else has is told when the shell has said so, as are keys of a desktop that assigns
+/// them. Main thread only.
+class GnomeHotKeys final : public platform::port::HotKeys {
+ public:
+  /// `shell` outlives this.
+  explicit GnomeHotKeys(GnomeShell& shell);
+  ~GnomeHotKeys() override;
+  GnomeHotKeys(const GnomeHotKeys&) = delete;
+  GnomeHotKeys& operator=(const GnomeHotKeys&) = delete;
+
+  void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
+  [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
+                                                  std::uint32_t keyCode,
+                                                  std::uint32_t modifiers) override;
+  void unregisterHotKey(platform::port::HotKeyNumber number) override;
+
+ private:
+  /// What the shell calls it; 0: it has not said yet.
+  using Key = std::uint32_t;
+  struct HotKey {
+    platform::port::HotKeyNumber number;
+    std::string accelerator;
+    Key key = 0;
+  };
+
+  void grab(HotKey& hotKey);
+  void grabbed(platform::port::HotKeyNumber number, Key key);
+  void pressed(Key key);
+
+  GnomeShell& shell_;
+  platform::port::HotKeysClient* client_ = nullptr;
+  std::vector<HotKey> hotKeys_;
+  QObject context_;
+};
+
+}  // namespace linux_desktop
