@@ -1,8 +1,10 @@
 import Gio from 'gi://Gio';
 import {Extension} from 'resource:///org/gnome/shell/extensions/extension.js';
 
+import {Button} from './button.js';
 import {Covers} from './covers.js';
 import {Keys} from './keys.js';
+import {Popover} from './popover.js';
 import {Program} from './program.js';
 import {Windows} from './windows.js';
 
@@ -10,7 +12,7 @@ const OWN_NAME = 'org.calmdeck.Shell';
 const PROGRAM_NAME = 'org.calmdeck.Calmdeck';
 
 /// Each is made when the program comes and destroyed when it goes, and undoes then what it did.
-const SERVICES = [Covers, Keys, Windows];
+const SERVICES = [Button, Covers, Keys, Popover, Windows];
 
 /// Serves the program for as long as that is on the session bus; does nothing without it.
 export default class CalmdeckExtension extends Extension {

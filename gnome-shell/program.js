@@ -49,6 +49,21 @@ export class Program {
       this._owner, PATH, interfaceName, name, new GLib.Variant(type, values));
   }
 
+  /// Calls what the program, or a part of it that has another name on the bus, offers there.
+  /// `answered` gets the values; without it nobody waits for an answer.
+  call(service, path, interfaceName, method, values, answered = null) {
+    this._connection.call(
+      service, path, interfaceName, method, values, null, Gio.DBusCallFlags.NO_AUTO_START, -1,
+      this._question, answered && ((connection, result) => {
+        if (this._question.is_cancelled()) return;
+        try {
+          answered(...connection.call_finish(result).deepUnpack());
+        } catch (error) {
+          logError(error);
+        }
+      }));
+  }
+
   _answer(call, type, work) {
     if (call.get_sender() !== this._owner) {
       call.return_dbus_error('org.freedesktop.DBus.Error.AccessDenied', 'only Calmdeck is served');
@@ -64,16 +79,6 @@ export class Program {
 
   _ask(question, answered) {
     const bus = 'org.freedesktop.DBus';
-    this._connection.call(
-      bus, '/org/freedesktop/DBus', bus, question, new GLib.Variant('(s)', [this._owner]), null,
-      Gio.DBusCallFlags.NONE, -1, this._question, (connection, result) => {
-        if (this._question.is_cancelled()) return;
-        try {
-          answered(...connection.call_finish(result).deepUnpack());
-        } catch (error) {
-          // It has gone again.
-          logError(error);
-        }
-      });
+    this.call(bus, '/org/freedesktop/DBus', bus, question, new GLib.Variant('(s)', [this._owner]), answered);
   }
 }

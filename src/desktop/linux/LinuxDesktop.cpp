@@ -62,7 +62,7 @@ struct LinuxDesktop::Services {
   StandardOutputStream output;
   SettingsFile settings;
   SessionServices session;
-  TrayStatusBar tray{session.ownWindows, session.legacyTray};
+  TrayStatusBar tray{session.ownWindows, session.legacyTray, session.panelButton};
   QtWindows windows{loop, session.ownWindows, session.covers, session.keyTranslator};
   PulseSound sound;
   NotificationDaemon notificationDaemon{QDBusConnection::sessionBus()};

@@ -120,6 +120,7 @@ constexpr Candidate<OwnWindows> kOwnWindows[] = {
     x11<&X11::ownWindows>, wayland<&Wayland::ownWindows>, gnome<&GnomeSession::ownWindows>,
     [](SessionRooms& rooms) { return &rooms.qtWindows; }};
 constexpr Candidate<LegacyTray> kLegacyTray[] = {x11<&X11::legacyTray>};
+constexpr Candidate<PanelButton> kPanelButton[] = {gnome<&GnomeSession::panelButton>};
 constexpr Candidate<CoverFactory> kCovers[] = {
     x11<&X11::covers>, wayland<&Wayland::covers>, gnome<&GnomeSession::covers>,
     [](SessionRooms& rooms) -> CoverFactory* { return rooms.iconSwitch.get(); }};
@@ -178,6 +179,7 @@ SessionServices::SessionServices()
       ownWindows(*choose(*rooms_, kOwnWindows)),
       desktopPictures(rooms_->pictures),
       legacyTray(choose(*rooms_, kLegacyTray)),
+      panelButton(choose(*rooms_, kPanelButton)),
       covers(choose(*rooms_, kCovers, "desktop icons are not covered")),
       windowList(choose(*rooms_, kWindowList)),
       spaces(choose(*rooms_, kSpaces)),

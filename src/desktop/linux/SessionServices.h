@@ -6,6 +6,7 @@
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/windowsystem/LegacyTray.h"
 #include "desktop/linux/windowsystem/OwnWindows.h"
+#include "desktop/linux/windowsystem/PanelButton.h"
 #include "platform/port/HotKeys.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
@@ -33,6 +34,7 @@ class SessionServices {
   OwnWindows& ownWindows;
   platform::port::DesktopPictures& desktopPictures;
   LegacyTray* const legacyTray;
+  PanelButton* const panelButton;
   CoverFactory* const covers;
   platform::port::WindowList* const windowList;
   platform::port::Spaces* const spaces;

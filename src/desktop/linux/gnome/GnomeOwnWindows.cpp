@@ -7,7 +7,24 @@ namespace linux_desktop {
 namespace {
 
 const QString kCovers = QStringLiteral("Covers");
+const QString kPopover = QStringLiteral("Popover");
 const QString kPressed = QStringLiteral("Pressed");
+
+/// The extension follows its size, and keeps it in front.
+class ShellPopover final : public OwnWindows::Popover {
+ public:
+  explicit ShellPopover(GnomeShell& shell) : shell_(shell) {}
+  ~ShellPopover() override { shell_.send(kPopover, QStringLiteral("Forget")); }
+  ShellPopover(const ShellPopover&) = delete;
+  ShellPopover& operator=(const ShellPopover&) = delete;
+
+  void moveTo(const QRect& /*place*/) override {}
+  // A dialog of it is in front of it anyhow.
+  void giveWay(bool /*toAnother*/) override {}
+
+ private:
+  GnomeShell& shell_;
+};
 
 /// The clock of the shell's events on Wayland.
 std::uint32_t now() {
@@ -46,10 +63,22 @@ GnomeOwnWindows::GnomeOwnWindows(GnomeShell& shell) : shell_(shell) {
   shell_.listen(kCovers, kPressed, [this](const QVariantList& values) {
     pressed({.time = values.value(0).toUInt(), .isOnPanel = false});
   });
+  shell_.listen(kPopover, kPressed, [this](const QVariantList& values) {
+    pressed({.time = values.value(0).toUInt(), .isOnPanel = values.value(1).toBool()});
+  });
 }
 
 GnomeOwnWindows::~GnomeOwnWindows() {
+  shell_.listen(kPopover, kPressed, {});
   shell_.listen(kCovers, kPressed, {});
+}
+
+// The window may be there before the shell reads what was only sent.
+std::unique_ptr<OwnWindows::Popover> GnomeOwnWindows::makePopover(
+    QWindow& window, const QRect& /*place*/, const std::function<void()>& /*dismissed*/) {
+  if (window.transientParent() != nullptr) return nullptr;
+  if (!shell_.call(kPopover, QStringLiteral("Expect"))) return nullptr;
+  return std::make_unique<ShellPopover>(shell_);
 }
 
 std::unique_ptr<OwnWindows::PressWatch> GnomeOwnWindows::watchPresses(QWindow& /*window*/,

@@ -6,6 +6,7 @@
 #include "desktop/linux/gnome/GnomeCovers.h"
 #include "desktop/linux/gnome/GnomeHotKeys.h"
 #include "desktop/linux/gnome/GnomeOwnWindows.h"
+#include "desktop/linux/gnome/GnomePanelButton.h"
 #include "desktop/linux/gnome/GnomeShell.h"
 #include "desktop/linux/gnome/GnomeWindows.h"
 
@@ -25,6 +26,7 @@ class GnomeSession {
   [[nodiscard]] CoverFactory* covers() { return &covers_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
   [[nodiscard]] platform::port::HotKeys* hotKeys() { return &hotKeys_; }
+  [[nodiscard]] PanelButton* panelButton() { return &panelButton_; }
 
  private:
   explicit GnomeSession(std::unique_ptr<GnomeShell> shell) : shell_(std::move(shell)) {}
@@ -34,6 +36,7 @@ class GnomeSession {
   GnomeCovers covers_{*shell_};
   GnomeOwnWindows ownWindows_{*shell_};
   GnomeHotKeys hotKeys_{*shell_};
+  GnomePanelButton panelButton_{*shell_};
 };
 
 }  // namespace linux_desktop

@@ -71,7 +71,8 @@ std::unique_ptr<GnomeShell> GnomeShell::open() {
 }
 
 GnomeShell::GnomeShell()
-    : extension_(kExtension, QDBusConnection::sessionBus(),
+    : peer_(kExtension),
+      extension_(kExtension, QDBusConnection::sessionBus(),
                  QDBusServiceWatcher::WatchForUnregistration) {
   connect(&extension_, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
     isReady_ = false;
@@ -108,6 +109,15 @@ void GnomeShell::ask(const QString& interface, const QString& method, const QVar
   linux_desktop::ask(QDBusConnection::sessionBus(),
                      busCall(kExtension, kPath, whole(interface), method, arguments), asker,
                      std::move(answered), static_cast<int>(kPatience.count()));
+}
+
+bool GnomeShell::call(const QString& interface, const QString& method,
+                      const QVariantList& arguments) {
+  if (!isReady_) return false;
+  const QDBusMessage answer = peer_.call(peer_.method(kPath, whole(interface), method, arguments));
+  if (isError(answer))
+    qCWarning(lcGnome, "GNOME Shell, %s: %s", qUtf8Printable(method), reasonOf(answer).c_str());
+  return !isError(answer);
 }
 
 void GnomeShell::listen(const QString& interface, const QString& signal, Listener listener) {

@@ -10,7 +10,7 @@
 #include <memory>
 #include <utility>
 
-#include "desktop/linux/bus/BusCall.h"
+#include "desktop/linux/bus/BusPeer.h"
 
 namespace linux_desktop {
 
@@ -41,6 +41,10 @@ class GnomeShell final : public QObject {
   void ask(const QString& interface, const QString& method, const QVariantList& arguments,
            QObject* asker, std::function<void(const QDBusMessage& answer)> answered);
 
+  /// Waits for the answer, half a second at most. False: it was not done, or is done late.
+  [[nodiscard]] bool call(const QString& interface, const QString& method,
+                          const QVariantList& arguments = {});
+
   /// Whatever the extension says by this signal. One listener each, which outlives this or is an
   /// empty function in time.
   using Listener = std::function<void(const QVariantList& values)>;
@@ -60,6 +64,7 @@ class GnomeShell final : public QObject {
 
   bool isReady_ = false;
   std::map<std::pair<QString, QString>, Listener> listeners_;
+  BusPeer peer_;
   QDBusServiceWatcher extension_;
 };
 

@@ -77,7 +77,7 @@ BusInterface StatusNotifierItem::makeInterface() {
           .properties = {{"Category", text("ApplicationStatus")},
                          {"Id", text("calmdeck")},
                          {"Title", text("Calmdeck")},
-                         {"Status", text("Active")},
+                         {"Status", {"s", [this] { return QVariant(status()); }}},
                          {"WindowId", constant("i", 0)},
                          {"IconThemePath", text("")},
                          {"Menu", constant("o", QVariant::fromValue(menu))},
@@ -91,7 +91,15 @@ BusInterface StatusNotifierItem::makeInterface() {
                          {"AttentionMovieName", text("")},
                          {"ToolTip", constant("(sa(iiay)ss)", QVariant::fromValue(ToolTip{
                                                                   {}, {}, "Calmdeck", {}}))}},
-          .emitted = {{"NewIcon", {}}}};
+          .emitted = {{"NewIcon", {}}, {"NewStatus", {"s"}}}};
+}
+
+QString StatusNotifierItem::status() const {
+  return wanted_ ? QStringLiteral("Active") : QStringLiteral("Passive");
+}
+
+void StatusNotifierItem::setWanted(bool wanted) {
+  if (std::exchange(wanted_, wanted) != wanted) object_.emitSignal("NewStatus", {status()});
 }
 
 void StatusNotifierItem::report(const std::function<void(const Click&)>& what,

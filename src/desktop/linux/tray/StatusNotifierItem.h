@@ -38,6 +38,8 @@ class StatusNotifierItem {
 
   /// The image outlives the item. Hosts are told once a turn of the loop.
   void setImage(const StatusImage& image);
+  /// Whether trays are to show it; they are at first.
+  void setWanted(bool wanted);
   /// Makes the item known to the watcher with this bus name. Does not wait; a refusal is logged.
   void registerWith(const QString& watcher);
 
@@ -45,12 +47,14 @@ class StatusNotifierItem {
   [[nodiscard]] BusInterface makeInterface();
   void report(const std::function<void(const Click& click)>& what, const QDBusMessage& call);
   void announceImage();
+  [[nodiscard]] QString status() const;
 
   QDBusConnection connection_;
   Reports reports_;
   const StatusImage* image_ = nullptr;
   const StatusImage* announced_ = nullptr;
   bool announcing_ = false;
+  bool wanted_ = true;
   QObject later_;  // cancels what is reported later
   BusObject object_;
 };

@@ -25,12 +25,13 @@ using State = WatcherConnection::State;
 
 }  // namespace
 
-TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray)
+TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray, PanelButton* button)
     : bus_(QDBusConnection::sessionBus()),
       windows_(windows),
       anchor_(windows),
       watcher_(bus_),
-      legacy_(legacyTray) {
+      legacy_(legacyTray),
+      button_(button) {
   settling_.setSingleShot(true);
   settling_.setInterval(kSettling);
   connect(&settling_, &QTimer::timeout, this, &TrayStatusBar::followTrays);
@@ -40,6 +41,7 @@ TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray)
     legacy_->setObserver(
         {.changed = [this] { followSoon(); }, .docked = [this] { followTrays(); }});
   }
+  if (button_ != nullptr) button_->setObserver([this] { followTrays(); });
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);
   connect(&patience_, &QTimer::timeout, this, &TrayStatusBar::sayThatThereIsNone);
@@ -52,12 +54,14 @@ TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray)
 
 TrayStatusBar::~TrayStatusBar() {
   if (legacy_ != nullptr) legacy_->setObserver({});
+  if (button_ != nullptr) button_->setObserver({});
 }
 
 std::unique_ptr<platform::port::StatusItemPeer> TrayStatusBar::createStatusItem(
     platform::port::StatusItemClient& client) {
   auto item = std::make_unique<TrayStatusItem>(*this, client);
   items_.push_back(item.get());
+  if (isOnPanel()) item->useButton(button_);
   if (!watcher_.owner().isEmpty()) item->registerWith(watcher_.owner());
   // After the caller has given the item its picture.
   QMetaObject::invokeMethod(this, &TrayStatusBar::followTrays, Qt::QueuedConnection);
@@ -76,7 +80,7 @@ void TrayStatusBar::registerItems() {
 
 bool TrayStatusBar::wantsXEmbed() const {
   const State state = watcher_.state();
-  return legacy_ != nullptr && legacy_->isRunning() &&
+  return legacy_ != nullptr && legacy_->isRunning() && !isOnPanel() &&
          (state == State::NoWatcher || state == State::NoHost);
 }
 
@@ -91,12 +95,13 @@ void TrayStatusBar::followSoon() {
 }
 
 void TrayStatusBar::followTrays() {
-  if (watcher_.state() == State::Asking) return;
+  if (watcher_.state() == State::Asking && !isOnPanel()) return;
   settling_.stop();
   patience_.stop();
+  for (TrayStatusItem* item : items_) item->useButton(isOnPanel() ? button_ : nullptr);
   const bool xembed = wantsXEmbed();
   for (TrayStatusItem* item : items_) item->useXEmbed(xembed);
-  setHasTray(watcher_.state() == State::Ready || (xembed && legacy_->isDocked()));
+  setHasTray(isOnPanel() || watcher_.state() == State::Ready || (xembed && legacy_->isDocked()));
   if (hasTray_) return;
   if (xembed) {
     patience_.start();

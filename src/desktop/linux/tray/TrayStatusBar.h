@@ -10,6 +10,7 @@
 #include "desktop/linux/tray/TrayAnchor.h"
 #include "desktop/linux/tray/WatcherConnection.h"
 #include "desktop/linux/windowsystem/LegacyTray.h"
+#include "desktop/linux/windowsystem/PanelButton.h"
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {
@@ -17,14 +18,15 @@ namespace linux_desktop {
 class TrayStatusItem;
 
 /// The tray, by either of its protocols: StatusNotifierItem where a host draws such items, the old
-/// X11 one (XEmbed) where there is only that. Follows trays that come, go and restart. Needs a
+/// X11 one (XEmbed) where there is only that. Where the desktop has a button on its panel for us,
+/// that is the tray. Follows those that come, go and restart. Needs a
 /// QApplication, lives on the main thread, and never waits for a tray.
 class TrayStatusBar : public QObject, public platform::port::StatusBar {
   Q_OBJECT
 
  public:
-  /// `legacyTray` is null where there can be none. Both outlive this.
-  TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray);
+  /// `legacyTray` and `button` are null where there can be none. All outlive this.
+  TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray, PanelButton* button = nullptr);
   ~TrayStatusBar() override;
   TrayStatusBar(const TrayStatusBar&) = delete;
   TrayStatusBar& operator=(const TrayStatusBar&) = delete;
@@ -53,6 +55,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   void registerItems();
   void followTrays();
   void followSoon();
+  [[nodiscard]] bool isOnPanel() const { return button_ != nullptr && button_->isThere(); }
   [[nodiscard]] bool wantsXEmbed() const;
   void setHasTray(bool hasTray);
   void sayThatThereIsNone();
@@ -63,6 +66,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   TrayAnchor anchor_;
   WatcherConnection watcher_;
   LegacyTray* legacy_;
+  PanelButton* button_;
   QTimer settling_;
   QTimer patience_;
   QString host_;  // the bus name of the program that draws our icon

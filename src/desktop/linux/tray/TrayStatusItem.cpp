@@ -50,6 +50,7 @@ void TrayStatusItem::setImage(const platform::NSImage* image) {
   image_ = &bar_.images().rendered(image);
   if (notifier_) notifier_->setImage(*image_);
   if (xembed_) xembed_->setImage(*image_);
+  if (button_ != nullptr) button_->show(connection_.baseService(), image_->icon);
 }
 
 void TrayStatusItem::openMenu(const platform::NSMenu& menu) {
@@ -81,6 +82,13 @@ void TrayStatusItem::requestMenu(const MenuPlace& place) {
 
 void TrayStatusItem::registerWith(const QString& watcher) {
   if (notifier_) notifier_->registerWith(watcher);
+}
+
+void TrayStatusItem::useButton(PanelButton* button) {
+  if (button == button_ || !notifier_) return;
+  button_ = button;
+  notifier_->setWanted(button_ == nullptr);
+  if (button_ != nullptr) button_->show(connection_.baseService(), image_->icon);
 }
 
 void TrayStatusItem::useXEmbed(bool use) {

@@ -11,6 +11,7 @@
 #include "desktop/linux/tray/StatusItemAnchor.h"
 #include "desktop/linux/tray/StatusNotifierItem.h"
 #include "desktop/linux/tray/XEmbedIcon.h"
+#include "desktop/linux/windowsystem/PanelButton.h"
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {
@@ -37,6 +38,9 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
 
   /// Makes the item known to a watcher that does not know it.
   void registerWith(const QString& watcher);
+  /// Is shown by the desktop's own panel and by no tray; null: by trays. `button` outlives this or
+  /// the next call.
+  void useButton(PanelButton* button);
   /// Takes to the old protocol, or leaves it.
   void useXEmbed(bool use);
   /// On the screen where the tray tells; empty otherwise.
@@ -63,6 +67,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   std::optional<DBusMenu> busMenu_;
   std::optional<StatusNotifierItem> notifier_;
   std::optional<XEmbedIcon> xembed_;
+  PanelButton* button_ = nullptr;
   QObject context_;
 };
 
