@@ -161,7 +161,7 @@ void ViewController::togglePresentationMode() {
 }
 
 void ViewController::startPresentationMode() {
-  showMode(kModeOnImage);
+  showMode(true);
   for (const Feature& feature : Feature::inOrder(&Feature::startPlace)) {
     if (!isOn(feature.outlet)) continue;
     if (feature.index == kIconsIndex && isOn(&ViewController::toggleButtonChangeWallpaper)) {
@@ -173,7 +173,7 @@ void ViewController::startPresentationMode() {
 }
 
 void ViewController::stopPresentationMode() {
-  showMode(kModeOffImage);
+  showMode(false);
   for (const Feature& feature : Feature::inOrder(&Feature::stopPlace)) {
     if (isOn(feature.outlet)) (this->*feature.turnOff)();
   }
@@ -189,10 +189,11 @@ void ViewController::deferCoverUpdate(Operation operation) {
   });
 }
 
-void ViewController::showMode(const char* imageName) {
+void ViewController::showMode(bool isOn) {
   if (const auto button = host_().statusButton()) {
-    button->setImage(platform::NSImage::imageNamed(imageName));
+    button->setImage(platform::NSImage::imageNamed(isOn ? kModeOnImage : kModeOffImage));
   }
+  platform::NSApplication::sharedApplication().showMode(isOn);
 }
 
 const platform::ClassDescription& ViewController::classDescription() const {

@@ -132,7 +132,8 @@ class ViewController final : public platform::NSViewController {
   void applyWhileOn(const Feature& feature, bool isOn);
   void startPresentationMode();
   void stopPresentationMode();
-  void showMode(const char* imageName);
+  /// To the user and to other programs.
+  void showMode(bool isOn);
   /// The wallpaper cannot be swapped before one was chosen: says so and turns the switch back.
   void refuseWallpaper();
 

@@ -116,6 +116,7 @@ TEST_F(PresentationModeTest, TheShortcutPrintsTurnsTheSwitchAndGoesTheRoadOfTheC
   EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOn);
   EXPECT_EQ(callsOf([this] { pressShortcut(); }), kEverythingOff);
   EXPECT_FALSE(isOn());
+  EXPECT_EQ(desk.userSession.modesSeen, (std::vector{true, false, true, false}));
 }
 
 TEST_F(PresentationModeTest, CoversThatWereDeferredComeAlsoWhenTheModeHasEnded) {

@@ -43,6 +43,7 @@ struct LinuxDesktop::Process {
   Process(int& argc, char** argv) : application(argc, argv) {
     QApplication::setApplicationName(QStringLiteral("calmdeck"));
     QApplication::setApplicationDisplayName(QStringLiteral("Calmdeck"));
+    QApplication::setApplicationVersion(QStringLiteral(CALMDECK_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("org.calmdeck.Calmdeck"));
     QApplication::setQuitOnLastWindowClosed(false);
     // Threads that Qt has drawn a picture with would wake after half a minute, only to end.
@@ -101,6 +102,7 @@ LinuxDesktop::Services::Services(Process& process)
               .windowList = session.windowList} {}
 
 std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, char** argv) {
+  qCInfo(lcProcess, "Calmdeck " CALMDECK_VERSION " with Qt %s", qVersion());
   if (!isDisplayReachable()) {
     qCWarning(lcProcess, "no display can be reached (DISPLAY is \"%s\")",
               qgetenv("DISPLAY").data());

@@ -47,6 +47,9 @@ class SimulatedDefaults final : public platform::port::DefaultsStore {
 class SimulatedSession final : public platform::port::Session {
  public:
   void setClient(platform::port::SessionClient* client) override { client_ = client; }
+  void modeDidChange(bool isOn) override { modesSeen.push_back(isOn); }
+  /// What other programs were told of the mode, in order.
+  std::vector<bool> modesSeen;
   /// The user starts the program a second time.
   void reopen() { client_->applicationShouldReopen(); }
   /// A key of the user's own, or a script, asks for an action. False: there is none.

@@ -74,6 +74,10 @@ void NSApplication::activateIgnoringOtherApps(bool ignoreOtherApps) {
   if (ignoreOtherApps) desktop().windows.activateApplication();
 }
 
+void NSApplication::showMode(bool isOn) {
+  desktop().session.modeDidChange(isOn);
+}
+
 void NSApplication::applicationShouldReopen() {
   NSRunLoop::mainRunLoop().deliver(
       [this] { applicationDelegate().applicationShouldHandleReopen(); });

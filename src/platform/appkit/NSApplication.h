@@ -56,6 +56,9 @@ class NSApplication final : public NSObject,
   /// of which the delegate and then the application itself are the end.
   void sendAction(std::string_view action, NSObject* target, NSObject* sender);
 
+  /// Lets other programs see that the application's mode is on or off.
+  void showMode(bool isOn);
+
   /// Brings the application to the foreground. The desktop may refuse.
   void activateIgnoringOtherApps(bool ignoreOtherApps);
 

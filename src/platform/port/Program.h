@@ -97,6 +97,9 @@ class Session {
   virtual ~Session() = default;
   /// `client` is told from now on; null: nobody is. The client must outlive its being set.
   virtual void setClient(SessionClient* client) = 0;
+  /// The application's mode went on or off, which other programs of the session may see. Off until
+  /// told.
+  virtual void modeDidChange(bool isOn) = 0;
 };
 
 /// The version of the running system, as far as programs choose their ways by it.

@@ -5,6 +5,7 @@
 namespace {
 
 constexpr const char* kName = "org.calmdeck.Calmdeck";
+constexpr const char* kPath = "/org/calmdeck/Calmdeck";
 
 /// The program over the bus, with the desktops' own clients.
 class ActionsTest : public testing::Test {
@@ -15,6 +16,10 @@ class ActionsTest : public testing::Test {
   [[nodiscard]] bool asks(std::vector<std::string> words) {
     words.insert(words.begin(), "gapplication");
     return desk.run(std::move(words)).succeeded();
+  }
+  /// What it tells of itself, as dbus-send prints it.
+  [[nodiscard]] std::string tells(const std::string& property) {
+    return desk.bus().property(kName, kPath, kName, property).value_or("nothing");
   }
 
   ProgramDesk program{{.windowManager = harness::WindowManager::Xfwm4,
@@ -35,6 +40,25 @@ TEST_F(ActionsTest, TheRunningProgramDoesThemAndShowsItself) {
   ASSERT_TRUE(asks({"action", kName, "preferences"}));
   EXPECT_TRUE(desk.awaitWindow(
       [](const harness::WindowInfo& window) { return window.name == "Preferences — Calmdeck"; }));
+}
+
+TEST_F(ActionsTest, OtherProgramsSeeTheModeAndTheVersion) {
+  const auto logging = desk.startCalmdeck({{"QT_LOGGING_RULES", "calmdeck.*=true"}});
+  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
+  EXPECT_THAT(logging->errorOutput(),
+              testing::StartsWith("calmdeck.process: Calmdeck " CALMDECK_VERSION " "));
+  EXPECT_THAT(tells("Version"), testing::EndsWith(" " CALMDECK_VERSION));
+  EXPECT_THAT(tells("PresentationMode"), testing::HasSubstr("false"));
+  const auto listener = desk.start({"gdbus", "monitor", "--session", "-d", kName});
+  ASSERT_TRUE(listener->waitForLine("is owned by"));
+  for (const std::string mode : {"true", "false"}) {
+    ASSERT_TRUE(asks({"action", kName, "toggle-presentation-mode"}));
+    EXPECT_TRUE(
+        listener->waitForLine("PropertiesChanged.*'org.calmdeck.Calmdeck', .*"
+                              "'PresentationMode': <" +
+                              mode + ">"));
+    EXPECT_THAT(tells("PresentationMode"), testing::HasSubstr(mode));
+  }
 }
 
 TEST_F(ActionsTest, TheBusStartsTheProgramForOne) {

@@ -17,6 +17,7 @@ class Unused final : public platform::port::Session,
                      public platform::port::StatusBar {
  public:
   void setClient(platform::port::SessionClient*) override {}
+  void modeDidChange(bool) override { std::abort(); }
   void print(std::string_view) override { std::abort(); }
   [[nodiscard]] std::optional<platform::Value> object(std::string_view) const override {
     std::abort();

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDBusReply>
 #include <QDBusVariant>
+#include <algorithm>
 #include <utility>
 
 #include "desktop/linux/bus/BusCall.h"
@@ -39,13 +40,41 @@ QString described(const BusInterface& interface) {
   return text + QStringLiteral("</interface>\n");
 }
 
+QDBusMessage answer(const QDBusMessage& call, const BusInterface& interface) {
+  const auto method = interface.methods.find(call.member());
+  if (method == interface.methods.end()) {
+    return call.createErrorReply(QDBusError::UnknownMethod, "No such method: " + call.member());
+  }
+  return call.createReply(method->second.answer(call));
+}
+
+QVariantMap allProperties(const BusInterface& interface) {
+  QVariantMap all;
+  for (const auto& [name, property] : interface.properties) all.insert(name, property.read());
+  return all;
+}
+
+QDBusMessage answerAboutProperties(const QDBusMessage& call, const BusInterface& interface) {
+  const QVariantList arguments = call.arguments();
+  if (call.member() == "GetAll") return call.createReply(allProperties(interface));
+  if (call.member() != "Get" || arguments.size() != 2) {
+    return call.createErrorReply(QDBusError::PropertyReadOnly, "Properties can only be read");
+  }
+  const auto property = interface.properties.find(arguments[1].toString());
+  if (property == interface.properties.end()) {
+    return call.createErrorReply(QDBusError::UnknownProperty,
+                                 "No such property: " + arguments[1].toString());
+  }
+  return call.createReply(QVariant::fromValue(QDBusVariant(property->second.read())));
+}
+
 }  // namespace
 
-BusObject::BusObject(QDBusConnection connection, QString path, BusInterface interface,
+BusObject::BusObject(QDBusConnection connection, QString path, std::vector<BusInterface> interfaces,
                      std::function<void(const QString& caller)> called)
     : connection_(std::move(connection)),
       path_(std::move(path)),
-      interface_(std::move(interface)),
+      interfaces_(std::move(interfaces)),
       called_(std::move(called)) {
   if (!connection_.registerVirtualObject(path_, this)) {
     qCWarning(lcBus, "the bus object %s cannot be offered", qUtf8Printable(path_));
@@ -57,52 +86,41 @@ BusObject::~BusObject() {
 }
 
 void BusObject::emitSignal(const QString& name, const QVariantList& arguments) const {
-  QDBusMessage signal = QDBusMessage::createSignal(path_, interface_.name, name);
+  QDBusMessage signal = QDBusMessage::createSignal(path_, interfaces_.front().name, name);
   signal.setArguments(arguments);
   connection_.send(signal);
 }
 
+void BusObject::emitPropertyChanged(const QString& interface, const QString& property) const {
+  const QVariant value = interfaceOf(interface)->properties.at(property).read();
+  QDBusMessage signal = QDBusMessage::createSignal(path_, kProperties, "PropertiesChanged");
+  signal << interface << QVariantMap{{property, value}} << QStringList{};
+  connection_.send(signal);
+}
+
 QString BusObject::introspect(const QString& /*path*/) const {
-  return described(interface_);
+  QString text;
+  for (const BusInterface& interface : interfaces_) text += described(interface);
+  return text;
+}
+
+const BusInterface* BusObject::interfaceOf(const QString& name) const {
+  if (name.isEmpty()) return &interfaces_.front();
+  const auto found = std::ranges::find(interfaces_, name, &BusInterface::name);
+  return found == interfaces_.end() ? nullptr : &*found;
 }
 
 bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-  const QString asked = message.interface();
-  const bool aboutProperties = asked == kProperties;
-  if (!aboutProperties && asked != interface_.name && !asked.isEmpty()) return false;
+  const bool aboutProperties = message.interface() == kProperties;
+  const BusInterface* interface =
+      interfaceOf(aboutProperties ? message.arguments().value(0).toString() : message.interface());
+  if (interface == nullptr) return false;
   qCDebug(lcBus) << "from" << message.service() << ":" << message.member() << message.arguments();
   if (called_) called_(message.service());
-  const QDBusMessage reply = aboutProperties ? answerAboutProperties(message) : answer(message);
+  const QDBusMessage reply =
+      aboutProperties ? answerAboutProperties(message, *interface) : answer(message, *interface);
   if (message.isReplyRequired()) connection.send(reply);
   return true;
-}
-
-QDBusMessage BusObject::answer(const QDBusMessage& call) const {
-  const auto method = interface_.methods.find(call.member());
-  if (method == interface_.methods.end()) {
-    return call.createErrorReply(QDBusError::UnknownMethod, "No such method: " + call.member());
-  }
-  return call.createReply(method->second.answer(call));
-}
-
-QDBusMessage BusObject::answerAboutProperties(const QDBusMessage& call) const {
-  const QVariantList arguments = call.arguments();
-  if (call.member() == "GetAll") return call.createReply(allProperties());
-  if (call.member() != "Get" || arguments.size() != 2) {
-    return call.createErrorReply(QDBusError::PropertyReadOnly, "Properties can only be read");
-  }
-  const auto property = interface_.properties.find(arguments[1].toString());
-  if (property == interface_.properties.end()) {
-    return call.createErrorReply(QDBusError::UnknownProperty,
-                                 "No such property: " + arguments[1].toString());
-  }
-  return call.createReply(QVariant::fromValue(QDBusVariant(property->second.read())));
-}
-
-QVariantMap BusObject::allProperties() const {
-  QVariantMap all;
-  for (const auto& [name, property] : interface_.properties) all.insert(name, property.read());
-  return all;
 }
 
 namespace {

@@ -56,7 +56,7 @@ struct BusInterface {
   std::map<QString, Types> emitted;
 };
 
-/// One object on the bus that answers for one interface and for its read-only properties. It is
+/// One object on the bus that answers for its interfaces and for their read-only properties. It is
 /// there as long as it lives. Main thread only.
 ///
 /// QtDBus could export a QObject by itself, but then a property's reader never learns who asked,
@@ -64,25 +64,27 @@ struct BusInterface {
 class BusObject final : public QDBusVirtualObject {
  public:
   /// `called` is told the bus name of the caller before each call that is answered.
-  BusObject(QDBusConnection connection, QString path, BusInterface interface,
+  BusObject(QDBusConnection connection, QString path, std::vector<BusInterface> interfaces,
             std::function<void(const QString& caller)> called = {});
   ~BusObject() override;
   BusObject(const BusObject&) = delete;
   BusObject& operator=(const BusObject&) = delete;
 
+  /// Of the first interface.
   void emitSignal(const QString& name, const QVariantList& arguments = {}) const;
+  /// Tells who listens what a property of that interface, which has it, reads now.
+  void emitPropertyChanged(const QString& interface, const QString& property) const;
 
   [[nodiscard]] QString introspect(const QString& path) const override;
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
-  [[nodiscard]] QDBusMessage answer(const QDBusMessage& call) const;
-  [[nodiscard]] QDBusMessage answerAboutProperties(const QDBusMessage& call) const;
-  [[nodiscard]] QVariantMap allProperties() const;
+  /// Null where we have none of that name; for no name the first.
+  [[nodiscard]] const BusInterface* interfaceOf(const QString& name) const;
 
   QDBusConnection connection_;
   QString path_;
-  BusInterface interface_;
+  std::vector<BusInterface> interfaces_;
   std::function<void(const QString&)> called_;
 };
 

@@ -60,7 +60,7 @@ std::unique_ptr<KWinWindows> KWinWindows::open() {
 KWinWindows::KWinWindows()
     : kwin_(kService),
       ear_(QDBusConnection::sessionBus(), kPath,
-           earOf([this](const QJsonObject& answer) { answered(answer); })),
+           {earOf([this](const QJsonObject& answer) { answered(answer); })}),
       known_{{QStringLiteral("active"), QString()}, {QStringLiteral("leftOut"), QJsonArray()}} {
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);

@@ -1,5 +1,6 @@
 #include "desktop/linux/process/UserSession.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QVariantMap>
 #include <utility>
@@ -7,10 +8,21 @@
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
+namespace {
+
+const QString kPath = QStringLiteral("/org/calmdeck/Calmdeck");
+const QString kState = QStringLiteral("org.calmdeck.Calmdeck");
+const QString kPresentationMode = QStringLiteral("PresentationMode");
+
+}  // namespace
 
 void UserSession::joinBus(const QDBusConnection& bus) {
-  if (bus.isConnected())
-    application_.emplace(bus, QStringLiteral("/org/calmdeck/Calmdeck"), application());
+  if (bus.isConnected()) object_.emplace(bus, kPath, std::vector{application(), state()});
+}
+
+void UserSession::modeDidChange(bool isOn) {
+  isModeOn_ = isOn;
+  if (object_) object_->emitPropertyChanged(kState, kPresentationMode);
 }
 
 BusInterface UserSession::application() {
@@ -27,6 +39,15 @@ BusInterface UserSession::application() {
                       {"Open", {{"as", "a{sv}"}, {}, show}},
                       {"ActivateAction", {{"s", "av", "a{sv}"}, {}, act}}},
           .properties = {},
+          .emitted = {}};
+}
+
+BusInterface UserSession::state() const {
+  return {.name = kState,
+          .methods = {},
+          .properties = {{kPresentationMode, {"b", [this] { return isModeOn_; }}},
+                         {QStringLiteral("Version"),
+                          {"s", [] { return QCoreApplication::applicationVersion(); }}}},
           .emitted = {}};
 }
 

@@ -14,7 +14,8 @@ namespace linux_desktop {
 
 /// The user's session as the application sees it: it hears of further starts of the program, and
 /// over the bus of launchers and of keys and scripts of the user's own, which speak
-/// org.freedesktop.Application (freedesktop.org, "D-Bus Activation").
+/// org.freedesktop.Application (freedesktop.org, "D-Bus Activation"). Who looks there sees the
+/// program's version and whether its mode is on, too.
 class UserSession final : public platform::port::Session {
  public:
   /// See SingleInstance::claim.
@@ -26,9 +27,11 @@ class UserSession final : public platform::port::Session {
   void joinBus(const QDBusConnection& bus);
 
   void setClient(platform::port::SessionClient* client) override { client_ = client; }
+  void modeDidChange(bool isOn) override;
 
  private:
   [[nodiscard]] BusInterface application();
+  [[nodiscard]] BusInterface state() const;
   void reopen();
   void perform(const QString& action);
   [[nodiscard]] QVariantList later(const QVariant& platformData, std::function<void()> work);
@@ -36,7 +39,8 @@ class UserSession final : public platform::port::Session {
   platform::port::SessionClient* client_ = nullptr;
   SingleInstance instance_{[this] { reopen(); }};
   QObject asked_;  // of what is still to be done
-  std::optional<BusObject> application_;
+  bool isModeOn_ = false;
+  std::optional<BusObject> object_;
 };
 
 }  // namespace linux_desktop

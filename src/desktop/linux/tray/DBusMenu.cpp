@@ -76,7 +76,7 @@ void registerTypes() {
 }  // namespace
 
 DBusMenu::DBusMenu(const QDBusConnection& connection, MenuOpening& opening)
-    : opening_(opening), titles_(kExpected), object_(connection, kPath, makeInterface()) {}
+    : opening_(opening), titles_(kExpected), object_(connection, kPath, {makeInterface()}) {}
 
 BusInterface DBusMenu::makeInterface() {
   registerTypes();

@@ -48,7 +48,7 @@ BusInterface::Property constant(const char* type, const QVariant& value) {
 StatusNotifierItem::StatusNotifierItem(const QDBusConnection& connection, Reports reports)
     : connection_(connection),
       reports_(std::move(reports)),
-      object_(connection, kPath, makeInterface(), reports_.called) {}
+      object_(connection, kPath, {makeInterface()}, reports_.called) {}
 
 BusInterface StatusNotifierItem::makeInterface() {
   registerTypes();
