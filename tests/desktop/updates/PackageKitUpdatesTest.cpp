@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -137,6 +138,7 @@ class PackageKitUpdatesTest : public harness::EventLoopTest<> {
  protected:
   PackageKitUpdatesTest() {
     ::setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus().toUtf8().constData(), 1);
+    QCoreApplication::setApplicationVersion("1.4");
     for (const char* name :
          {"XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
       ::setenv(name, dataFolder().c_str(), 1);
@@ -164,7 +166,8 @@ class PackageKitUpdatesTest : public harness::EventLoopTest<> {
 
 TEST_F(PackageKitUpdatesTest, TheUserHearsOfANewerVersionOfThisPackageAlone) {
   packageKit->packages = {"calmdeck-doc;9;all;x", "calmdeck;1.5-1;amd64;stable", "zsh;9;amd64;x"};
-  EXPECT_EQ(answerToTheUser(), "Calmdeck 1.5-1 is available. It comes with the system's updates.");
+  EXPECT_EQ(answerToTheUser(),
+            "Calmdeck 1.5-1 is available, this is 1.4. It comes with the system's updates.");
   EXPECT_THAT(packageKit->calls,
               ElementsAre("CreateTransaction", "SetHints background=false interactive=false",
                           "GetUpdates 2"));
@@ -175,12 +178,12 @@ TEST_F(PackageKitUpdatesTest, TheUserHearsOfANewerVersionOfThisPackageAlone) {
 
   for (const QStringList& others : {QStringList{}, QStringList{"calmdeck-doc;9;all;x", "odd"}}) {
     packageKit->packages = others;
-    EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck.");
+    EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck than 1.4.");
     answer();
   }
   packageKit->packages = {"calmdeck;1.5-1;amd64;stable"};
   packageKit->kind = 9;
-  EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck.")
+  EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck than 1.4.")
       << "held back by the user";
   EXPECT_THAT(notes.texts, ElementsAre());
 }
@@ -210,7 +213,8 @@ TEST_F(PackageKitUpdatesTest, EachTroubleIsAClearAnswer) {
   ASSERT_TRUE(soon([&] { return !windows.alerts().empty(); }));
   EXPECT_THAT(windows.alerts().back().message, HasSubstr("\n\nIt ended while it looked."));
   answer();
-  EXPECT_EQ(answerToTheUser(), "New versions of Calmdeck come with the system's updates.");
+  EXPECT_EQ(answerToTheUser(),
+            "This is Calmdeck 1.4. New versions come with the system's updates.");
   answer();
 }
 
@@ -220,10 +224,11 @@ TEST_F(PackageKitUpdatesTest, ABusThatHangsOrIsNotThereIsNotWaitedFor) {
             "The system's package service does not answer. Please try again later.");
   systemBusProcess().thaw();
   answer();
-  EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck.");
+  EXPECT_EQ(answerToTheUser(), "The system knows of no newer version of Calmdeck than 1.4.");
   answer();
   ::setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/not/there", 1);
-  EXPECT_EQ(answerToTheUser(), "New versions of Calmdeck come with the system's updates.");
+  EXPECT_EQ(answerToTheUser(),
+            "This is Calmdeck 1.4. New versions come with the system's updates.");
   answer();
 }
 
@@ -238,8 +243,9 @@ TEST_F(PackageKitUpdatesTest, InTheBackgroundOnlyANewerVersionIsSpokenOf) {
   packageKit->packages = {"calmdeck;2.0;amd64;x"};
   updates.checkInBackground();
   EXPECT_TRUE(soon([&] { return !notes.texts.empty(); }));
-  EXPECT_THAT(notes.texts, ElementsAre("Calmdeck 2.0 is available. It comes with the system's "
-                                       "updates."));
+  EXPECT_THAT(notes.texts,
+              ElementsAre("Calmdeck 2.0 is available, this is 1.4. It comes with the system's "
+                          "updates."));
   EXPECT_TRUE(windows.alerts().empty());
 }
 

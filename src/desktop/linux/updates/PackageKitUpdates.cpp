@@ -2,6 +2,7 @@
 
 #include <gio/gio.h>
 
+#include <QCoreApplication>
 #include <string>
 #include <utility>
 
@@ -46,13 +47,15 @@ const QString kPackage = QStringLiteral("calmdeck");
 
 std::string textOf(const UpdateAnswer& answer) {
   const std::string detail = answer.detail.toStdString();
+  const std::string running = QCoreApplication::applicationVersion().toStdString();
   switch (answer.kind) {
     case Kind::Newer:
-      return "Calmdeck " + detail + " is available. It comes with the system's updates.";
+      return "Calmdeck " + detail + " is available, this is " + running +
+             ". It comes with the system's updates.";
     case Kind::None:
-      return "The system knows of no newer version of Calmdeck.";
+      return "The system knows of no newer version of Calmdeck than " + running + ".";
     case Kind::Absent:
-      return "New versions of Calmdeck come with the system's updates.";
+      return "This is Calmdeck " + running + ". New versions come with the system's updates.";
     case Kind::Silent:
       return "The system's package service does not answer. Please try again later.";
     case Kind::Failed:
