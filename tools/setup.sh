@@ -16,14 +16,17 @@ lines() {
   for name in "$@"; do sed -e '/^#/d' -e '/^ *$/d' "$root/tools/packages/$name.list"; done
 }
 
-# Names the libraries and stops, on a system whose packages we do not know.
+os_release=/etc/os-release
+
+# Names the libraries and stops, on a system whose packages we do not know. Those that descend from
+# Debian (Ubuntu, Mint and others) name theirs as it does.
 require_debian() {
-  local id=unknown
-  # shellcheck disable=SC1091
-  [ -r /etc/os-release ] && id=$(. /etc/os-release && printf '%s' "${ID:-unknown}")
-  [ "$id" = debian ] && return
+  local names=unknown
+  # shellcheck disable=SC1090
+  [ -r "$os_release" ] && names=$(. "$os_release" && printf '%s %s' "${ID:-unknown}" "${ID_LIKE:-}")
+  case " $names " in *" debian "* | *" ubuntu "*) return ;; esac
   {
-    echo "This script knows the packages of Debian 12 and 13 only; this system calls itself '$id'."
+    echo "This script knows the packages of Debian and its kin only; this system calls itself '${names%% *}'."
     echo "Calmdeck needs:"
     lines build | sed -E 's/^[^ ]+ +/  - /'
     echo "With these installed: cmake --preset release && cmake --build --preset release"
@@ -41,33 +44,37 @@ as_root() {
   fi
 }
 
+# suffices VERSION ENTRY: whether there is a version, and the entry asks for none that is later.
+suffices() {
+  [ -n "$1" ] && { [[ $2 != *">="* ]] || dpkg --compare-versions "$1" ge "${2#*>=}"; }
+}
+
 # An entry a|b is there when one of them is.
 installed() {
   local name
-  for name in ${1//|/ }; do [ -n "${present[$name]:-}" ] && return; done
+  for name in ${1//|/ }; do suffices "${present[${name%>=*}]:-}" "$name" && return; done
   return 1
 }
 
-# The first name of an entry a|b that this release has.
+# The first name of an entry a|b that this release has, as late as the entry asks for.
 obtainable() {
-  local name
+  local name version had=
   for name in ${1//|/ }; do
-    if [[ $1 != *"|"* ]] || apt-cache show --no-all-versions "$name" >/dev/null 2>&1; then
-      printf '%s\n' "$name"
-      return
-    fi
+    version=$(LC_ALL=C apt-cache policy "${name%>=*}" | sed -n 's/^  Candidate: \([^(].*\)/\1/p')
+    suffices "$version" "$name" && printf '%s\n' "${name%>=*}" && return
+    had+="${version:+ It has $version.}"
   done
-  fail "This release has none of ${1//|/, }."
+  fail "Calmdeck cannot be built here: this release has no ${1//|/ or }.$had"
 }
 
 # install_packages LIST...: takes a moment where nothing is missing.
 install_packages() {
   local -A present=()
   local -a missing=() names=()
-  local status name entry log
-  while read -r status name; do
-    [ "$status" = installed ] && present[$name]=yes
-  done < <(dpkg-query -W -f '${db:Status-Status} ${Package}\n')
+  local status name version entry log
+  while read -r status name version; do
+    [ "$status" = installed ] && present[$name]=$version
+  done < <(dpkg-query -W -f '${db:Status-Status} ${Package} ${Version}\n')
   while read -r entry _; do installed "$entry" || missing+=("$entry"); done < <(lines "$@")
   [ ${#missing[@]} = 0 ] && return
   say "Installing ${missing[*]}"
