@@ -98,11 +98,11 @@ void ReadyProgram::chooseSpeaker(harness::XDesk& desk) {
   const AccessibilityClient reader(desk);
   const harness::Rect panel = read.panelArea();
   const auto master = reader.await("Presentation mode");
-  const auto speaker = reader.await("Speaker");
+  const auto speaker = reader.await("Mute speaker");
   if (!master || !speaker) throw std::runtime_error("the panel lacks a switch");
   master_ = {master->area.centreX() - panel.x, master->area.centreY() - panel.y, 0, 0};
   const auto chosen = [&] {
-    const auto now = reader.await("Speaker", 0ms);
+    const auto now = reader.await("Mute speaker", 0ms);
     return now && now->is("checked");
   };
   if (!chosen()) read.click(speaker->area.centreX() - panel.x, speaker->area.centreY() - panel.y);

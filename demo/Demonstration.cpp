@@ -29,8 +29,9 @@ constexpr const char* kMicrophoneShortcut =
 constexpr const char* kMicrophoneKeys = "ctrl+alt+m";
 
 // The features that the demonstration switches on, by the names of their switches.
-constexpr const char* kFeatureSwitches[] = {"Desktop icons", "Notifications", "Other applications",
-                                            "Speaker", "Wallpaper"};
+constexpr const char* kFeatureSwitches[] = {"Hide desktop icons", "Do Not Disturb",
+                                            "Hide other applications", "Mute speaker",
+                                            "Change wallpaper"};
 
 // Where xfdesktop puts its icons, and what of each monitor nothing else stands on.
 constexpr Rect kIconColumn{0, 0, 110, 480};

@@ -18,6 +18,7 @@ namespace app {
 
 using platform::NSApplication;
 using platform::NSEventType;
+using platform::NSLocalizedString;
 using platform::NSUserDefaults;
 
 namespace {
@@ -46,6 +47,7 @@ void AppDelegate::launchSetup() {
   if (statusItem_->button()) {
     statusbutton_ = statusItem_->button();
     statusbutton_->setImage(platform::NSImage::imageNamed("logo-initial-small"));
+    statusbutton_->setToolTip(NSLocalizedString("Calmdeck: presentation mode is off"));
   }
   statusItemSetup();
   setUpUpdater();
@@ -81,9 +83,9 @@ void AppDelegate::setUpStatusButton() {
 void AppDelegate::buildStatusBarMenu() {
   statusBarMenu_ = std::make_shared<platform::NSMenu>("Status Bar Menu");
   statusBarMenu_->setDelegate(std::static_pointer_cast<AppDelegate>(shared_from_this()));
-  statusBarMenu_->addItemWithTitle("Preferences", "showPreferences", "");
-  statusBarMenu_->addItemWithTitle("Check for Updates", "checkForUpdate", "");
-  statusBarMenu_->addItemWithTitle("Quit", "quitApp", "");
+  statusBarMenu_->addItemWithTitle(NSLocalizedString("Preferences"), "showPreferences", "");
+  statusBarMenu_->addItemWithTitle(NSLocalizedString("Check for Updates"), "checkForUpdate", "");
+  statusBarMenu_->addItemWithTitle(NSLocalizedString("Quit"), "quitApp", "");
 }
 
 void AppDelegate::setUpUpdater() {

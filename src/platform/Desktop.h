@@ -4,10 +4,12 @@
 
 #include "platform/port/AudioObjects.h"
 #include "platform/port/Automation.h"
+#include "platform/port/Availability.h"
 #include "platform/port/HotKeys.h"
 #include "platform/port/Program.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
+#include "platform/port/Texts.h"
 #include "platform/port/Windows.h"
 
 namespace platform {
@@ -42,6 +44,8 @@ struct Desktop {
   port::WindowList* windowList = nullptr;
   port::ForeignPreferences* foreignPreferences = nullptr;
   port::DistributedNotifications* distributedNotifications = nullptr;
+  port::Availability* availability = nullptr;
+  port::Texts* texts = nullptr;
 };
 
 }  // namespace platform

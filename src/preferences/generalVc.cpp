@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/appkit/NSOpenPanel.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/WallpaperTypes.h"
@@ -11,6 +12,7 @@
 namespace preferences {
 
 using platform::NSControlStateValue;
+using platform::NSLocalizedString;
 using platform::NSUserDefaults;
 
 std::shared_ptr<generalVc> generalVc::initWithCoder(const platform::NSCoder&) {
@@ -33,7 +35,7 @@ void generalVc::viewWillAppear() {
   }
   connected(&generalVc::lblCurrentWallpaper)
       .setStringValue(defaults.objectOfType<std::string>(shared::kUserdefaultsSelectedWallpaper)
-                          .value_or("Please select a Wallpaper"));
+                          .value_or(NSLocalizedString("Please select a Wallpaper")));
   shortcutState().setRecording(false);
   reload_ToggleApp();
   reload_MuteMicShortcut();
@@ -65,9 +67,9 @@ std::optional<platform::NSURL> generalVc::chooseWallpaperImage() {
   platform::NSOpenPanel panel;
   panel.setCanChooseFiles(true);
   panel.setCanChooseDirectories(false);
-  panel.setMessage("Please select an image");
+  panel.setMessage(NSLocalizedString("Please select an image"));
   panel.setAllowedFileTypes(allowedWallpaperTypes());
-  panel.setPrompt("Select");
+  panel.setPrompt(NSLocalizedString("Select"));
   if (panel.runModal() != platform::NSModalResponse::OK) return std::nullopt;
   return panel.URL();
 }

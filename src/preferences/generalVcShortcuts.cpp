@@ -1,4 +1,5 @@
 #include "platform/carbon/CarbonEvents.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
@@ -6,11 +7,14 @@
 namespace preferences {
 
 using platform::NSColor;
+using platform::NSLocalizedString;
 using platform::NSUserDefaults;
 
 namespace {
 
-constexpr const char* kNoShortcut = "Record Shortcut";
+std::string noShortcut() {
+  return NSLocalizedString("Record Shortcut");
+}
 
 }  // namespace
 
@@ -26,8 +30,8 @@ void generalVc::showClearButton(const ShortcutRow& row, bool shown) const {
 
 void generalVc::showRecording(const ShortcutRow& row, bool records) const {
   const std::string& shown = connected(row.label).stringValue();
-  const std::string idle = shown == kNoShortcut ? "No shortcut" : shown;
-  const std::string help = records ? "Waits for the keys to be pressed" : idle;
+  const std::string idle = shown == noShortcut() ? NSLocalizedString("No shortcut") : shown;
+  const std::string help = records ? NSLocalizedString("Waits for the keys to be pressed") : idle;
   connected(row.box).setBorderColor(records ? NSColor::blueColor() : borderNormalColor);
   connected(row.box).setAccessibilityHelp(help);
   connected(row.recordButton).setAccessibilityHelp(help);
@@ -50,7 +54,7 @@ void generalVc::reload(const ShortcutRow& row) const {
   const auto& hotKey = (host_().*row.hotKey)();
   const bool isAssigned = hotKey && !hotKey->assignedKeys.empty();
   const std::string shortcut = isAssigned ? hotKey->assignedKeys : state.shortcutText();
-  showShortcut(row, hasShortcut ? shortcut : kNoShortcut);
+  showShortcut(row, hasShortcut ? shortcut : noShortcut());
   showClearButton(row, hasShortcut);
   showRecording(row, false);
   showOwnKeyBindings();
@@ -125,7 +129,7 @@ void generalVc::clear(const ShortcutRow& row) const {
   NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
   defaults.removeObjectForKey(row.textKey);
   defaults.removeObjectForKey(row.listKey);
-  showShortcut(row, kNoShortcut);
+  showShortcut(row, noShortcut());
   showClearButton(row, false);
   showRecording(row, false);
   showOwnKeyBindings();

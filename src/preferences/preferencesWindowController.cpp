@@ -8,6 +8,7 @@
 #include "hotkeys/KeyCombo.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/carbon/CarbonEvents.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Print.h"
 #include "preferences/ShortcutState.h"
@@ -17,6 +18,7 @@ namespace preferences {
 
 using hotkeys::ModifierFlags;
 using platform::NSEvent;
+using platform::NSLocalizedString;
 using platform::NSUserDefaults;
 using Bits = platform::NSEventModifierFlags;
 
@@ -159,9 +161,9 @@ void preferencesWindowController::askForAnother(
     const std::string& informativeText, std::function<void(int response)> completionHandler) {
   platform::NSAlert alert;
   alert.setAlertStyle(platform::NSAlertStyle::Informational);
-  alert.setMessageText("Please use a different key combination.");
+  alert.setMessageText(NSLocalizedString("Please use a different key combination."));
   alert.setInformativeText(informativeText);
-  alert.addButtonWithTitle("OK");
+  alert.addButtonWithTitle(NSLocalizedString("OK"));
   alert.beginSheetModalForWindow(*window(), std::move(completionHandler));
 }
 

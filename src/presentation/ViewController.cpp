@@ -7,6 +7,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSImage.h"
 #include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "shared/SettingsKeys.h"
@@ -15,7 +16,9 @@ namespace presentation {
 
 using controls::CToggleButton;
 using platform::DispatchQueue;
+using platform::NSLocalizedString;
 using platform::NSUserDefaults;
+using Capability = platform::NSWorkspaceCapability;
 
 namespace {
 
@@ -29,15 +32,18 @@ constexpr const char* kModeOffImage = "logo-initial-small";
 }  // namespace
 
 /// One feature of the mode: its switch, where that is kept, which place it has among the others
-/// when the mode starts and when it stops, and what switching it on and off does.
+/// when the mode starts and when it stops, what switching it on and off does, and what that takes
+/// of the desktop.
 struct ViewController::Feature {
   std::int64_t index;
   Switch outlet;
+  Line line;
   std::string_view key;
   int startPlace;
   int stopPlace;
   Operation turnOn;
   Operation turnOff;
+  std::optional<Capability> capability;
 
   static const std::array<Feature, 5> all;
   [[nodiscard]] static std::array<Feature, 5> inOrder(int Feature::*place) {
@@ -50,17 +56,23 @@ struct ViewController::Feature {
 /// The wallpaper is there before the desktop is covered, and the covers go before it does.
 const std::array<ViewController::Feature, 5> ViewController::Feature::all{{
     {kIconsIndex, &ViewController::toggleButtonHideDesktopIcons,
-     shared::kUserdefaultsToggleDesktopIcons, 2, 1, &ViewController::doHideDesktopIcon,
-     &ViewController::doShowDesktopIcon},
-    {22, &ViewController::toggleButtonDisableNotifications, shared::kUserdefaultsToggleDnd, 3, 3,
-     &ViewController::turnOnDoNotDisturb, &ViewController::turnOffDoNotDisturb},
-    {33, &ViewController::toggleButtonHideActiveApps, shared::kUserdefaultsToggleHideActiveApps, 4,
-     4, &ViewController::hideAllApps, &ViewController::showAllHiddenApps},
-    {44, &ViewController::toggleButtonTurnOffSpeaker, shared::kUserdefaultsToggleSpeakerOff, 5, 5,
-     &ViewController::muteSpeaker, &ViewController::unmuteSpeaker},
+     &ViewController::lblHideDesktopIcons, shared::kUserdefaultsToggleDesktopIcons, 2, 1,
+     &ViewController::doHideDesktopIcon, &ViewController::doShowDesktopIcon,
+     Capability::CoverIcons},
+    {22, &ViewController::toggleButtonDisableNotifications,
+     &ViewController::lblDisableNotifications, shared::kUserdefaultsToggleDnd, 3, 3,
+     &ViewController::turnOnDoNotDisturb, &ViewController::turnOffDoNotDisturb,
+     Capability::DoNotDisturb},
+    {33, &ViewController::toggleButtonHideActiveApps, &ViewController::lblHideActiveApps,
+     shared::kUserdefaultsToggleHideActiveApps, 4, 4, &ViewController::hideAllApps,
+     &ViewController::showAllHiddenApps, Capability::HideApplications},
+    {44, &ViewController::toggleButtonTurnOffSpeaker, &ViewController::lblTurnOffSpeaker,
+     shared::kUserdefaultsToggleSpeakerOff, 5, 5, &ViewController::muteSpeaker,
+     &ViewController::unmuteSpeaker, std::nullopt},
     {kWallpaperIndex, &ViewController::toggleButtonChangeWallpaper,
-     shared::kUserdefaultsToggleWallpaper, 1, 2, &ViewController::applySelectedWallpaper,
-     &ViewController::restoreOldWallpapers},
+     &ViewController::lblChangeWallpaper, shared::kUserdefaultsToggleWallpaper, 1, 2,
+     &ViewController::applySelectedWallpaper, &ViewController::restoreOldWallpapers,
+     Capability::SetPictures},
 }};
 
 // --- Life cycle ---
@@ -75,6 +87,7 @@ void ViewController::viewDidLoad() {
   for (const Feature& feature : Feature::all) toggle(feature.outlet).statetag = feature.index;
   lblComingSoon.lock()->setHidden(true);
   restoreFeatureSwitches();
+  setUpCaptions();
   platform::NSNotificationCenter::defaultCenter().addObserver(
       shared_from_this(), "btnToggleClickedWithNotification:", CToggleButton::kToggleNotification);
 }
@@ -86,9 +99,28 @@ void ViewController::restoreFeatureSwitches() {
   }
 }
 
+PanelCaptions::Row ViewController::captionRow(Switch outlet, Line line,
+                                              std::optional<Capability> capability) const {
+  return {(this->*outlet).lock(), (this->*line).lock(), capability};
+}
+
+void ViewController::setUpCaptions() {
+  captions_.setMaster(captionRow(&ViewController::toggleButtonPresentationMode,
+                                 &ViewController::lblPresentationMode));
+  for (const Feature& feature : Feature::all) {
+    captions_.add(captionRow(feature.outlet, feature.line, feature.capability));
+  }
+  captions_.refresh();
+  platform::NSWorkspace::sharedWorkspace().notificationCenter().addObserver(
+      shared_from_this(), "availabilityDidChange",
+      platform::NSWorkspaceAvailabilityDidChangeNotification);
+}
+
 void ViewController::viewDidAppear() {
   platform::NSApplication::sharedApplication().activateIgnoringOtherApps(true);
   if (platform::NSWindow* window = view()->window()) window->makeKeyWindow();
+  // Not every desktop tells when another program draws it.
+  captions_.refresh();
 }
 
 std::any ViewController::representedObject() const {
@@ -113,20 +145,25 @@ void ViewController::btnToggleClickedWithNotification(
   const auto isOn = platform::valueOf<bool>(*notification.userInfo(), "isOn");
   const auto index = platform::valueOf<std::int64_t>(*notification.userInfo(), "index");
   if (!isOn || !index) return;
-  if (index == kWallpaperIndex && *isOn &&
+  act(*index, *isOn);
+  captions_.refresh();
+}
+
+void ViewController::act(std::int64_t index, bool isOn) {
+  if (index == kWallpaperIndex && isOn &&
       !NSUserDefaults::standardUserDefaults().objectOfType<std::string>(
           shared::kUserdefaultsSelectedWallpaper)) {
     refuseWallpaper();
     return;
   }
   if (index == kMasterIndex) {
-    *isOn ? startPresentationMode() : stopPresentationMode();
+    isOn ? startPresentationMode() : stopPresentationMode();
     return;
   }
-  const auto* feature = std::ranges::find(Feature::all, *index, &Feature::index);
+  const auto* feature = std::ranges::find(Feature::all, index, &Feature::index);
   if (feature == Feature::all.end()) return;
-  if (this->isOn(&ViewController::toggleButtonPresentationMode)) applyWhileOn(*feature, *isOn);
-  NSUserDefaults::standardUserDefaults().setBool(*isOn, feature->key);
+  if (this->isOn(&ViewController::toggleButtonPresentationMode)) applyWhileOn(*feature, isOn);
+  NSUserDefaults::standardUserDefaults().setBool(isOn, feature->key);
 }
 
 void ViewController::applyWhileOn(const Feature& feature, bool isOn) {
@@ -142,9 +179,9 @@ void ViewController::refuseWallpaper() {
   // The alert takes the focus, and the panel must still be there when it is gone.
   popover.setBehavior(platform::NSPopoverBehavior::ApplicationDefined);
   platform::NSAlert alert;
-  alert.setMessageText("Please add a wallpaper in settings.");
+  alert.setMessageText(NSLocalizedString("Please add a wallpaper in settings."));
   alert.setAlertStyle(platform::NSAlertStyle::Warning);
-  alert.addButtonWithTitle("OK");
+  alert.addButtonWithTitle(NSLocalizedString("OK"));
   static_cast<void>(alert.runModal());  // there is one answer
   toggle(&ViewController::toggleButtonChangeWallpaper).setIsOn(false);
   popover.setBehavior(platform::NSPopoverBehavior::Transient);
@@ -192,6 +229,8 @@ void ViewController::deferCoverUpdate(Operation operation) {
 void ViewController::showMode(bool isOn) {
   if (const auto button = host_().statusButton()) {
     button->setImage(platform::NSImage::imageNamed(isOn ? kModeOnImage : kModeOffImage));
+    button->setToolTip(isOn ? NSLocalizedString("Calmdeck: presentation mode is on")
+                            : NSLocalizedString("Calmdeck: presentation mode is off"));
   }
   platform::NSApplication::sharedApplication().showMode(isOn);
 }
@@ -200,6 +239,7 @@ const platform::ClassDescription& ViewController::classDescription() const {
   static constexpr std::array messages{
       platform::message<&ViewController::btnToggleClickedWithNotification>(
           "btnToggleClickedWithNotification:"),
+      platform::message<&ViewController::availabilityDidChange>("availabilityDidChange"),
       platform::message<&ViewController::hideAllApps>("hideAllApps"),
       platform::message<&ViewController::showAllHiddenApps>("showAllHiddenApps"),
       platform::message<&ViewController::doHideDesktopIcon>("doHideDesktopIcon"),
@@ -219,6 +259,12 @@ const platform::ClassDescription& ViewController::classDescription() const {
       platform::outlet<&ViewController::toggleButtonTurnOffSpeaker>("toggleButtonTurnOffSpeaker"),
       platform::outlet<&ViewController::toggleButtonChangeWallpaper>("toggleButtonChangeWallpaper"),
       platform::outlet<&ViewController::lblComingSoon>("lblComingSoon"),
+      platform::outlet<&ViewController::lblPresentationMode>("lblPresentationMode"),
+      platform::outlet<&ViewController::lblHideDesktopIcons>("lblHideDesktopIcons"),
+      platform::outlet<&ViewController::lblDisableNotifications>("lblDisableNotifications"),
+      platform::outlet<&ViewController::lblHideActiveApps>("lblHideActiveApps"),
+      platform::outlet<&ViewController::lblTurnOffSpeaker>("lblTurnOffSpeaker"),
+      platform::outlet<&ViewController::lblChangeWallpaper>("lblChangeWallpaper"),
   };
   static constexpr platform::ClassDescription description{
       .className = "ViewController", .messages = messages, .outlets = outlets, .keys = {}};

@@ -14,6 +14,7 @@
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSTimer.h"
+#include "presentation/PanelCaptions.h"
 #include "presentation/PanelHost.h"
 
 namespace presentation {
@@ -54,6 +55,13 @@ class ViewController final : public platform::NSViewController {
   std::weak_ptr<controls::CToggleButton> toggleButtonChangeWallpaper;
   /// Hidden once the view has loaded.
   std::weak_ptr<platform::NSTextField> lblComingSoon;
+  /// The lines below the switches' names, see PanelCaptions.
+  std::weak_ptr<platform::NSTextField> lblPresentationMode;
+  std::weak_ptr<platform::NSTextField> lblHideDesktopIcons;
+  std::weak_ptr<platform::NSTextField> lblDisableNotifications;
+  std::weak_ptr<platform::NSTextField> lblHideActiveApps;
+  std::weak_ptr<platform::NSTextField> lblTurnOffSpeaker;
+  std::weak_ptr<platform::NSTextField> lblChangeWallpaper;
 
   void viewDidLoad() override;
   void viewDidAppear() override;
@@ -67,6 +75,9 @@ class ViewController final : public platform::NSViewController {
   /// Observer of "toggle": acts on the switch that the user flipped. A notification without the
   /// entries "isOn" (Bool) and "index" (integer) is ignored.
   void btnToggleClickedWithNotification(const platform::NSNotification& notification);
+
+  /// What the desktop can do has changed.
+  void availabilityDidChange() { captions_.refresh(); }
 
   // --- Desktop icons (DesktopCovers.cpp) ---
   /// Puts a cover on every screen and follows changes of the space and of the screens.
@@ -122,6 +133,7 @@ class ViewController final : public platform::NSViewController {
   struct Feature;
   using Operation = void (ViewController::*)();
   using Switch = std::weak_ptr<controls::CToggleButton> ViewController::*;
+  using Line = std::weak_ptr<platform::NSTextField> ViewController::*;
 
   [[nodiscard]] controls::CToggleButton& toggle(Switch outlet) const;
   [[nodiscard]] bool isOn(Switch outlet) const { return toggle(outlet).isOn(); }
@@ -129,6 +141,11 @@ class ViewController final : public platform::NSViewController {
   /// the desktop to show a new wallpaper.
   void deferCoverUpdate(Operation operation);
   void restoreFeatureSwitches();
+  void setUpCaptions();
+  [[nodiscard]] PanelCaptions::Row captionRow(
+      Switch outlet, Line line,
+      std::optional<platform::NSWorkspaceCapability> capability = std::nullopt) const;
+  void act(std::int64_t index, bool isOn);
   void applyWhileOn(const Feature& feature, bool isOn);
   void startPresentationMode();
   void stopPresentationMode();
@@ -138,6 +155,7 @@ class ViewController final : public platform::NSViewController {
   void refuseWallpaper();
 
   std::function<PanelHost&()> host_;
+  PanelCaptions captions_;
   std::vector<structScreenUrl> oldWallpaperUrl_;
   std::shared_ptr<platform::NSTimer> timerScreenChanged_;
   std::vector<std::shared_ptr<BGWindow>> transWindow_;

@@ -65,11 +65,11 @@ TEST_F(StoryboardTest, EverySwitchOfThePanelIsReachableAndSaysWhatItIs) {
   launch();
   const std::pair<std::weak_ptr<controls::CToggleButton>, const char*> rows[] = {
       {panel().toggleButtonPresentationMode, "Presentation mode"},
-      {panel().toggleButtonHideDesktopIcons, "Desktop icons"},
-      {panel().toggleButtonDisableNotifications, "Notifications"},
-      {panel().toggleButtonHideActiveApps, "Other applications"},
-      {panel().toggleButtonTurnOffSpeaker, "Speaker"},
-      {panel().toggleButtonChangeWallpaper, "Wallpaper"},
+      {panel().toggleButtonHideDesktopIcons, "Hide desktop icons"},
+      {panel().toggleButtonDisableNotifications, "Do Not Disturb"},
+      {panel().toggleButtonHideActiveApps, "Hide other applications"},
+      {panel().toggleButtonTurnOffSpeaker, "Mute speaker"},
+      {panel().toggleButtonChangeWallpaper, "Change wallpaper"},
   };
   for (const auto& [outlet, label] : rows) {
     const auto toggle = outlet.lock();
@@ -166,7 +166,7 @@ TEST_F(StoryboardTest, WhatIsWrongWithTheWholeIsNamed) {
   EXPECT_EQ(problemsOfScenes(scene + "<viewController class='ViewController'><view/>"
                                      "</viewController></scene>")
                 .size(),
-            7U);
+            13U);
 }
 
 TEST_F(StoryboardTest, UsingABrokenDescriptionEndsTheProgramByName) {

@@ -40,6 +40,9 @@ class PanelTest : public FeatureTest {
   [[nodiscard]] std::shared_ptr<CToggleButton> feature(const FeatureSwitch& row) {
     return (panel().*row.outlet).lock();
   }
+  [[nodiscard]] std::string lineOf(std::weak_ptr<platform::NSTextField> ViewController::*line) {
+    return (panel().*line).lock()->stringValue();
+  }
   void postWith(std::optional<Dictionary> userInfo) {
     platform::NSNotificationCenter::defaultCenter().postNotificationName("toggle", nullptr,
                                                                          std::move(userInfo));
@@ -51,6 +54,7 @@ TEST_F(PanelTest, SwitchesHaveTheirTagsAndStartOff) {
   launch();
   EXPECT_EQ(master()->statetag, 99);
   EXPECT_FALSE(master()->isOn());
+  EXPECT_EQ(desk.tray.toolTip(), "Calmdeck: presentation mode is off");
   for (const FeatureSwitch& row : kFeatures) {
     EXPECT_EQ(feature(row)->statetag, row.tag);
     EXPECT_FALSE(feature(row)->isOn()) << row.key;
@@ -58,6 +62,9 @@ TEST_F(PanelTest, SwitchesHaveTheirTagsAndStartOff) {
   EXPECT_TRUE(panel().lblComingSoon.lock()->isHidden());
   EXPECT_EQ(callsOf([this] { click(panel().toggleButtonPresentationMode); }),
             (Calls{"statusItem.setImage logo-active-small"}));
+  EXPECT_EQ(desk.tray.toolTip(), "Calmdeck: presentation mode is on");
+  click(panel().toggleButtonPresentationMode);
+  EXPECT_EQ(desk.tray.toolTip(), "Calmdeck: presentation mode is off");
 }
 
 TEST_F(PanelTest, StoredSwitchesAreRestoredAndNothingIsApplied) {
@@ -116,6 +123,60 @@ TEST_F(PanelTest, NotificationsWithoutUsableEntriesAreIgnored) {
               postWith(Dictionary{{"isOn", true}, {"index", 44}});
             }),
             (Calls{"audio.set 42 mute 1", "defaults.set kUserdefaultsToggleSpeakerOff"}));
+}
+
+TEST_F(PanelTest, TheMasterSaysWhetherAnythingIsChosen) {
+  const auto expectSaid = [this](const char* expected) {
+    EXPECT_EQ(lineOf(&ViewController::lblPresentationMode), expected);
+    EXPECT_EQ(master()->accessibilityHelp(), expected);
+  };
+  launch();
+  for (const FeatureSwitch& row : kFeatures) {
+    SCOPED_TRACE(row.key);
+    expectSaid("Nothing is switched on below");
+    click(feature(row));
+    expectSaid("Applies what is switched on below");
+    relaunch();
+    expectSaid("Applies what is switched on below");
+    click(feature(row));
+  }
+  // A switch that goes back by itself was not on.
+  desk.settings.values.erase(std::string(shared::kUserdefaultsSelectedWallpaper));
+  desk.loop.whenWaiting([this] { desk.screen.answerAlert(0); });
+  click(panel().toggleButtonChangeWallpaper);
+  expectSaid("Nothing is switched on below");
+}
+
+TEST_F(PanelTest, ARowThatTheDesktopCannotServeSaysWhyAndStillSwitches) {
+  using Capability = simulated::SimulatedAvailability::Capability;
+  const struct {
+    Capability capability;
+    const FeatureSwitch& feature;
+    std::weak_ptr<platform::NSTextField> ViewController::*line;
+  } rows[] = {
+      {Capability::CoverIcons, kFeatures[0], &ViewController::lblHideDesktopIcons},
+      {Capability::DoNotDisturb, kFeatures[1], &ViewController::lblDisableNotifications},
+      {Capability::HideApplications, kFeatures[2], &ViewController::lblHideActiveApps},
+      {Capability::SetPictures, kFeatures[4], &ViewController::lblChangeWallpaper},
+  };
+  launch();
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.feature.key);
+    const std::string usual = lineOf(row.line);
+    desk.availability.obstacles = {{row.capability, "nobody does it"}};
+    desk.availability.changed();
+    EXPECT_EQ(lineOf(row.line), "Not on this desktop: nobody does it");
+    EXPECT_EQ(feature(row.feature)->accessibilityHelp(), "Not on this desktop: nobody does it");
+    EXPECT_EQ(callsOf([&] { click(feature(row.feature)); }),
+              (Calls{"defaults.set " + std::string(row.feature.key)}));
+    EXPECT_TRUE(feature(row.feature)->isOn());
+    // Not every change is told.
+    desk.availability.obstacles.clear();
+    desk.tray.leftClick();
+    desk.tray.leftClick();
+    EXPECT_EQ(lineOf(row.line), usual);
+    EXPECT_EQ(feature(row.feature)->accessibilityHelp(), usual);
+  }
 }
 
 TEST_F(PanelTest, EachTimeThatItIsShownItComesForwardAndTakesTheKeyboard) {

@@ -5,6 +5,7 @@
 #include <QPixmapCache>
 #include <QThreadPool>
 
+#include "desktop/linux/SessionAvailability.h"
 #include "desktop/linux/SessionServices.h"
 #include "desktop/linux/audio/PulseSound.h"
 #include "desktop/linux/automation/LinuxAutomation.h"
@@ -12,6 +13,7 @@
 #include "desktop/linux/bus/BusProbe.h"
 #include "desktop/linux/defaults/SettingsFile.h"
 #include "desktop/linux/keys/OwnKeyBindingLines.h"
+#include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/login/AutostartItems.h"
 #include "desktop/linux/login/ProgramPath.h"
@@ -25,6 +27,7 @@
 #include "desktop/linux/tray/TrayStatusBar.h"
 #include "desktop/linux/ui/QtWindows.h"
 #include "desktop/linux/updates/PackageKitUpdates.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/linux/x11/X11WindowSystem.h"
 
 namespace linux_desktop {
@@ -53,6 +56,7 @@ struct LinuxDesktop::Process {
   }
 
   QApplication application;
+  Language language;
   UserSession session;
 };
 
@@ -69,6 +73,7 @@ struct LinuxDesktop::Services {
   NotificationDaemon notificationDaemon{QDBusConnection::sessionBus()};
   DaemonDoNotDisturb doNotDisturb{notificationDaemon};
   DaemonNotifier notifier{notificationDaemon};
+  SessionAvailability availability{session, doNotDisturb};
   LinuxAutomation automation{doNotDisturb, sound.volume(), notifier};
   OwnKeyBindingLines ownKeyBindings;
   AutostartItems loginItems;
@@ -99,7 +104,9 @@ LinuxDesktop::Services::Services(Process& process)
               .spaces = session.spaces,
               .runningApplications = session.runningApplications,
               .desktopPictures = &session.desktopPictures,
-              .windowList = session.windowList} {}
+              .windowList = session.windowList,
+              .availability = &availability,
+              .texts = &process.language} {}
 
 std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, char** argv) {
   qCInfo(lcProcess, "Calmdeck " CALMDECK_VERSION " with Qt %s", qVersion());

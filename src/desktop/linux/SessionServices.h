@@ -14,6 +14,7 @@
 namespace linux_desktop {
 
 struct SessionRooms;
+class WallpaperPictures;
 
 /// What window systems and shells do each in their own way. Every service is chosen by itself, the
 /// first of its candidates that answers at the start: a session may take one from its window system
@@ -32,7 +33,7 @@ class SessionServices {
 
   platform::port::Screens& screens;
   OwnWindows& ownWindows;
-  platform::port::DesktopPictures& desktopPictures;
+  WallpaperPictures& desktopPictures;
   LegacyTray* const legacyTray;
   PanelButton* const panelButton;
   CoverFactory* const covers;

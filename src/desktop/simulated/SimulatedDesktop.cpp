@@ -43,6 +43,7 @@ std::vector<std::string> SimulatedDesktop::leftBehind() const {
   if (keys.hasClient()) left.emplace_back("a client of the hot keys");
   if (displays.hasClient()) left.emplace_back("a client of the screens");
   if (workspaces.hasClient()) left.emplace_back("a client of the spaces");
+  if (availability.hasClient()) left.emplace_back("a client of the availability");
   return left;
 }
 

@@ -70,6 +70,28 @@ class SimulatedOwnKeyBindings final : public platform::port::OwnKeyBindings {
   }
 };
 
+/// Everything can be done until a test says otherwise.
+class SimulatedAvailability final : public platform::port::Availability {
+ public:
+  using Capability = platform::port::Capability;
+
+  void setClient(platform::port::AvailabilityClient* client) override { client_ = client; }
+  [[nodiscard]] std::optional<std::string> obstacle(Capability capability) override {
+    const auto found = obstacles.find(capability);
+    return found == obstacles.end() ? std::nullopt : std::optional(found->second);
+  }
+  [[nodiscard]] bool hasClient() const { return client_ != nullptr; }
+
+  std::map<Capability, std::string> obstacles;
+  /// Tells the program that they were changed.
+  void changed() {
+    if (client_ != nullptr) client_->availabilityDidChange();
+  }
+
+ private:
+  platform::port::AvailabilityClient* client_ = nullptr;
+};
+
 class SimulatedUpdates final : public platform::port::UpdateService {
  public:
   explicit SimulatedUpdates(CallLog& log) : log_(log) {}
@@ -110,6 +132,7 @@ class SimulatedDesktop final {
   SimulatedWindowList windowsOnScreen{log};
   SimulatedForeignPreferences preferences{log};
   SimulatedDistributedNotifications messages{log};
+  SimulatedAvailability availability;
   /// What the program is given of it. Levers: which optional services there are, the version and
   /// the path.
   platform::Desktop desktop{.mainLoop = loop,
@@ -131,7 +154,8 @@ class SimulatedDesktop final {
                             .desktopPictures = &pictures,
                             .windowList = &windowsOnScreen,
                             .foreignPreferences = &preferences,
-                            .distributedNotifications = &messages};
+                            .distributedNotifications = &messages,
+                            .availability = &availability};
 
  private:
   std::size_t observers_ = 0;

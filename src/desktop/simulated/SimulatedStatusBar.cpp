@@ -20,6 +20,8 @@ class SimulatedStatusBar::Peer final : public platform::port::StatusItemPeer {
     bar_.log_.add("statusItem.setImage " + bar_.image_);
   }
 
+  void setToolTip(const std::string& text) override { bar_.toolTip_ = text; }
+
   void openMenu(const platform::NSMenu& menu) override {
     bar_.log_.add("statusItem.openMenu");
     bar_.menu_.emplace();

@@ -25,6 +25,7 @@ class SimulatedStatusBar final : public platform::port::StatusBar {
   [[nodiscard]] bool hasItem() const { return client_ != nullptr; }
   /// The name of the item's image, empty when it has none.
   [[nodiscard]] const std::string& image() const { return image_; }
+  [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
   /// The lines of the menu; none while it is not open.
   [[nodiscard]] const std::optional<std::vector<std::string>>& menu() const { return menu_; }
 
@@ -45,6 +46,7 @@ class SimulatedStatusBar final : public platform::port::StatusBar {
   SimulatedWindows& windows_;
   platform::port::StatusItemClient* client_ = nullptr;
   std::string image_;
+  std::string toolTip_;
   std::optional<std::vector<std::string>> menu_;
 };
 

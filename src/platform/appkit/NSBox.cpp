@@ -8,7 +8,7 @@ std::shared_ptr<NSBox> NSBox::initWithCoder(const NSCoder& coder) {
 }
 
 bool NSBox::decode(const NSCoder& coder) {
-  if (!NSView::decode(coder)) return false;
+  if (!NSControl::decode(coder)) return false;
   if (const auto text = coder.attribute("borderColor")) {
     const auto color = attributeFromText<NSColor>(*text);
     if (!color) return false;

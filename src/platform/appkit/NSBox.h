@@ -2,12 +2,13 @@
 
 #include <memory>
 
-#include "platform/appkit/NSView.h"
+#include "platform/appkit/NSControl.h"
 
 namespace platform {
 
-/// A frame around a view, with rounded corners. Holds one subview.
-class NSBox final : public NSView {
+/// A frame around a view, with rounded corners. Holds one subview. Pressed anywhere, it sends its
+/// action, if it has one; the keyboard does not reach it.
+class NSBox final : public NSControl {
  public:
   [[nodiscard]] static std::shared_ptr<NSBox> initWithCoder(const NSCoder& coder);
 

@@ -16,9 +16,8 @@ std::shared_ptr<NSButton> NSButton::checkboxWithCoder(const NSCoder& coder) {
 }
 
 bool NSButton::decode(const NSCoder& coder) {
-  if (!NSView::decode(coder)) return false;
+  if (!NSControl::decode(coder)) return false;
   if (const auto title = coder.attribute("title")) title_ = *title;
-  if (const auto action = coder.attribute("action")) action_ = *action;
   return true;
 }
 
@@ -33,10 +32,9 @@ void NSButton::setState(NSControlStateValue state) {
   didChange(ViewChange::Content);
 }
 
-void NSButton::mouseUp(const NSEvent&) {
+void NSButton::mouseUp(const NSEvent& event) {
   setState(state_ == NSControlStateValue::On ? NSControlStateValue::Off : NSControlStateValue::On);
-  if (action_.empty()) return;
-  NSApplication::sharedApplication().sendAction(action_, target_.lock().get(), this);
+  NSControl::mouseUp(event);
 }
 
 NSAccessibilityRole NSButton::accessibilityRole() const {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/appkit/NSView.h"
+#include "platform/appkit/NSControl.h"
 
 namespace platform {
 
@@ -13,7 +13,7 @@ enum class NSControlStateValue { Off = 0, On = 1 };
 
 /// A push button or a checkbox. A click, a key on it or assistive technology comes as a press and a
 /// release; the release of a checkbox flips its state. Then the action is sent.
-class NSButton final : public NSView {
+class NSButton final : public NSControl {
  public:
   [[nodiscard]] static std::shared_ptr<NSButton> initWithCoder(const NSCoder& coder);
   [[nodiscard]] static std::shared_ptr<NSButton> checkboxWithCoder(const NSCoder& coder);
@@ -25,11 +25,6 @@ class NSButton final : public NSView {
   [[nodiscard]] NSControlStateValue state() const { return state_; }
   /// Does not send the action.
   void setState(NSControlStateValue state);
-
-  [[nodiscard]] const SEL& action() const { return action_; }
-  void setAction(SEL action) { action_ = std::move(action); }
-  /// Null, as at first: the action travels the responder chain.
-  void setTarget(const std::shared_ptr<NSObject>& target) { target_ = target; }
 
   void mouseUp(const NSEvent& event) override;
   [[nodiscard]] bool acceptsFirstResponder() const override { return true; }
@@ -43,8 +38,6 @@ class NSButton final : public NSView {
   NSViewKind kind_ = NSViewKind::Button;
   std::string title_;
   NSControlStateValue state_ = NSControlStateValue::Off;
-  SEL action_;
-  std::weak_ptr<NSObject> target_;
 };
 
 }  // namespace platform

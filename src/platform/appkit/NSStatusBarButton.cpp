@@ -9,6 +9,11 @@ void NSStatusBarButton::setImage(std::shared_ptr<NSImage> image) {
   owner_->buttonImageDidChange(image_.get());
 }
 
+void NSStatusBarButton::setToolTip(std::string text) {
+  toolTip_ = std::move(text);
+  owner_->buttonToolTipDidChange(toolTip_);
+}
+
 void NSStatusBarButton::performClick(NSObject*) {
   if (!owner_->openAttachedMenu()) sendAction();
 }

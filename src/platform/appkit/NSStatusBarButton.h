@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSImage.h"
@@ -14,6 +15,7 @@ class StatusButtonOwner {
  public:
   virtual ~StatusButtonOwner() = default;
   virtual void buttonImageDidChange(const NSImage* image) = 0;
+  virtual void buttonToolTipDidChange(const std::string& text) = 0;
   /// Opens the attached menu; false when none is attached.
   virtual bool openAttachedMenu() = 0;
   [[nodiscard]] virtual port::StatusItemPeer& peer() = 0;
@@ -26,6 +28,9 @@ class NSStatusBarButton final : public NSView {
 
   [[nodiscard]] const std::shared_ptr<NSImage>& image() const { return image_; }
   void setImage(std::shared_ptr<NSImage> image);
+  /// What the button says when the pointer rests on it, and to assistive technology.
+  [[nodiscard]] const std::string& toolTip() const { return toolTip_; }
+  void setToolTip(std::string text);
 
   [[nodiscard]] const SEL& action() const { return action_; }
   void setAction(SEL action) { action_ = std::move(action); }
@@ -47,6 +52,7 @@ class NSStatusBarButton final : public NSView {
 
   StatusButtonOwner* owner_;
   std::shared_ptr<NSImage> image_;
+  std::string toolTip_;
   SEL action_;
   std::weak_ptr<NSObject> target_;
   NSEventMask sendsActionOn_ = maskOf(NSEventType::LeftMouseUp);

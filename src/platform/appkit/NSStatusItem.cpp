@@ -37,6 +37,10 @@ void NSStatusItem::buttonImageDidChange(const NSImage* image) {
   peer_->setImage(image);
 }
 
+void NSStatusItem::buttonToolTipDidChange(const std::string& text) {
+  peer_->setToolTip(text);
+}
+
 bool NSStatusItem::openAttachedMenu() {
   if (!menu_) return false;
   openMenu_ = menu_;

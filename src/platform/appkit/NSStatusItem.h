@@ -31,6 +31,7 @@ class NSStatusItem final : public NSObject,
   void menuItemChosen(std::size_t index) override;
   void menuDidClose() override;
   void buttonImageDidChange(const NSImage* image) override;
+  void buttonToolTipDidChange(const std::string& text) override;
   bool openAttachedMenu() override;
   [[nodiscard]] port::StatusItemPeer& peer() override { return *peer_; }
 

@@ -14,6 +14,7 @@
 #include "platform/appkit/NSViewController.h"
 #include "platform/appkit/NSWindowController.h"
 #include "platform/foundation/ClassRegistry.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/ProgrammingError.h"
 
 namespace platform {
@@ -55,6 +56,9 @@ std::string className(const pugi::xml_node& node) {
   return std::string(node.attribute("class").as_string(node.name()));
 }
 
+/// The attributes that users read.
+constexpr std::string_view kTexts[] = {"text", "title", "accessibilityLabel", "accessibilityHelp"};
+
 class XmlCoder final : public NSCoder {
  public:
   explicit XmlCoder(const pugi::xml_node& node) : node_(node) {}
@@ -63,7 +67,9 @@ class XmlCoder final : public NSCoder {
     read_.emplace(name);
     const pugi::xml_attribute attribute = node_.attribute(std::string(name).c_str());
     if (!attribute) return std::nullopt;
-    return attribute.value();
+    if (std::ranges::find(kTexts, name) == std::end(kTexts)) return attribute.value();
+    return texts_.insert_or_assign(std::string(name), NSLocalizedString(attribute.value()))
+        .first->second;
   }
 
   /// An attribute that is there and that the class did not ask for, if there is one.
@@ -78,6 +84,8 @@ class XmlCoder final : public NSCoder {
  private:
   const pugi::xml_node& node_;
   mutable std::set<std::string, std::less<>> read_;
+  /// In the user's language.
+  mutable std::map<std::string, std::string> texts_;
 };
 
 /// Where in the description something is wrong, and what.
@@ -116,8 +124,8 @@ class ViewBuilder {
     for (const pugi::xml_node& child : node.children()) addChild(*view, child);
     if (view->kind() == NSViewKind::Box && view->subviews().size() != 1)
       problems_.push_back(problem(node, "not one view in a box"));
-    if (const auto button = std::dynamic_pointer_cast<NSButton>(view))
-      if (!button->action().empty()) buttons_.emplace_back(node, button);
+    if (const auto control = std::dynamic_pointer_cast<NSControl>(view))
+      if (!control->action().empty()) controls_.emplace_back(node, control);
     return view;
   }
 
@@ -131,12 +139,12 @@ class ViewBuilder {
     }
   }
 
-  /// Makes `owner` the target of every button that was built.
+  /// Makes `owner` the target of every control that was built.
   void connectActions(NSObject& owner) {
-    for (const auto& [node, button] : buttons_) {
-      button->setTarget(owner.shared_from_this());
-      if (!owner.respondsToSelector(button->action()))
-        problems_.push_back(problem(node, "no message '" + button->action() + "' of that class"));
+    for (const auto& [node, control] : controls_) {
+      control->setTarget(owner.shared_from_this());
+      if (!owner.respondsToSelector(control->action()))
+        problems_.push_back(problem(node, "no message '" + control->action() + "' of that class"));
     }
   }
 
@@ -159,7 +167,7 @@ class ViewBuilder {
 
   Problems& problems_;
   std::map<std::string, std::shared_ptr<NSView>, std::less<>> views_;
-  std::vector<std::pair<pugi::xml_node, std::shared_ptr<NSButton>>> buttons_;
+  std::vector<std::pair<pugi::xml_node, std::shared_ptr<NSControl>>> controls_;
 };
 
 /// The one view of a controller's description, with the controller's outlets and actions

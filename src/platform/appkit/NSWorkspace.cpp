@@ -14,9 +14,11 @@ const Desktop& desktop() {
 
 NSWorkspace::NSWorkspace() : notificationCenter_(std::make_shared<NSNotificationCenter>()) {
   if (port::Spaces* spaces = desktop().spaces) spaces->setClient(this);
+  if (port::Availability* availability = desktop().availability) availability->setClient(this);
 }
 
 NSWorkspace::~NSWorkspace() {
+  if (port::Availability* availability = desktop().availability) availability->setClient(nullptr);
   if (port::Spaces* spaces = desktop().spaces) spaces->setClient(nullptr);
 }
 
@@ -28,6 +30,17 @@ void NSWorkspace::activeSpaceDidChange() {
   NSRunLoop::mainRunLoop().deliver([this] {
     notificationCenter_->postNotificationName(NSWorkspaceActiveSpaceDidChangeNotification);
   });
+}
+
+void NSWorkspace::availabilityDidChange() {
+  NSRunLoop::mainRunLoop().deliver([this] {
+    notificationCenter_->postNotificationName(NSWorkspaceAvailabilityDidChangeNotification);
+  });
+}
+
+std::optional<std::string> NSWorkspace::obstacleTo(NSWorkspaceCapability capability) const {
+  port::Availability* service = desktop().availability;
+  return service == nullptr ? std::nullopt : service->obstacle(capability);
 }
 
 std::vector<std::shared_ptr<NSRunningApplication>> NSWorkspace::runningApplications() const {

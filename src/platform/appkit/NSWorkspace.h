@@ -9,6 +9,7 @@
 #include "platform/appkit/NSScreen.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSURL.h"
+#include "platform/port/Availability.h"
 #include "platform/port/Screens.h"
 
 namespace platform {
@@ -17,6 +18,12 @@ namespace platform {
 inline constexpr const char* NSWorkspaceActiveSpaceDidChangeNotification =
     "NSWorkspaceActiveSpaceDidChangeNotification";
 
+/// Posted there when the answer to `obstacleTo` may have become another one.
+inline constexpr const char* NSWorkspaceAvailabilityDidChangeNotification =
+    "NSWorkspaceAvailabilityDidChangeNotification";
+
+using NSWorkspaceCapability = port::Capability;
+
 /// Why a request to the workspace was refused.
 struct NSError {
   std::string localizedDescription;
@@ -24,7 +31,9 @@ struct NSError {
 
 /// What is on the desktop besides ourselves: applications, desktop pictures, spaces. Main thread
 /// only. What the desktop has no service for is empty, and setting it fails.
-class NSWorkspace final : public NSObject, private port::SpacesClient {
+class NSWorkspace final : public NSObject,
+                          private port::SpacesClient,
+                          private port::AvailabilityClient {
  public:
   NSWorkspace();
   ~NSWorkspace() override;
@@ -36,6 +45,9 @@ class NSWorkspace final : public NSObject, private port::SpacesClient {
 
   [[nodiscard]] std::vector<std::shared_ptr<NSRunningApplication>> runningApplications() const;
 
+  /// Why this desktop cannot do it, to be read by the user; none where it can or may.
+  [[nodiscard]] std::optional<std::string> obstacleTo(NSWorkspaceCapability capability) const;
+
   [[nodiscard]] std::optional<NSURL> desktopImageURLForScreen(const NSScreen& screen) const;
   [[nodiscard]] std::optional<Dictionary> desktopImageOptionsForScreen(
       const NSScreen& screen) const;
@@ -45,6 +57,7 @@ class NSWorkspace final : public NSObject, private port::SpacesClient {
 
  private:
   void activeSpaceDidChange() override;
+  void availabilityDidChange() override;
 
   std::shared_ptr<NSNotificationCenter> notificationCenter_;
 };

@@ -23,4 +23,9 @@ std::optional<std::string_view> NSBundle::resource(std::string_view name,
   return found->second;
 }
 
+std::string NSLocalizedString(std::string_view text) {
+  const port::Texts* texts = Runtime::current().desktop().texts;
+  return texts == nullptr ? std::string(text) : texts->localized(text);
+}
+
 }  // namespace platform

@@ -27,4 +27,8 @@ class NSBundle final : public NSObject {
   std::map<std::string, std::string_view, std::less<>> resources_;
 };
 
+/// `text` in the language of the user, itself where nobody can tell. Texts are looked up by what
+/// they are in English.
+[[nodiscard]] std::string NSLocalizedString(std::string_view text);
+
 }  // namespace platform

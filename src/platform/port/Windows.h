@@ -152,6 +152,8 @@ class StatusItemPeer {
 
   /// Shows `image`, or an empty item for null. The image outlives the peer.
   virtual void setImage(const NSImage* image) = 0;
+  /// What the item says when the pointer rests on it, and to assistive technology.
+  virtual void setToolTip(const std::string& text) = 0;
   /// Opens `menu` at the item. The peer copies what it needs: the titles.
   virtual void openMenu(const NSMenu& menu) = 0;
 };

@@ -176,7 +176,7 @@ TEST_F(SessionBusFaultsTest, ABusThatHangsInTheModeHoldsNothingUp) {
 TEST_F(SessionBusFaultsTest, WithoutTheBusTheOpenPanelGoesOn) {
   ASSERT_TRUE(program.start());
   const harness::AccessibilityClient reader(desk);
-  const auto speaker = reader.await("Speaker");
+  const auto speaker = reader.await("Mute speaker");
   const auto master = reader.await("Presentation mode");
   ASSERT_TRUE(speaker && master);
   bus().kill();

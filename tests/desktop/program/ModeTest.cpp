@@ -73,7 +73,7 @@ TEST(ModeOnTheBareRoot, CoversShowWhatTheRootWindowShows) {
   ASSERT_TRUE(mode.inTheMode(false));
   EXPECT_EQ(desk.screen().area(second), before);
 
-  ASSERT_TRUE(mode.click("Wallpaper"));
+  ASSERT_TRUE(mode.click("Change wallpaper"));
   ASSERT_TRUE(mode.clickMaster());
   ASSERT_TRUE(mode.covered(true));
   ASSERT_TRUE(mode.closePanel());

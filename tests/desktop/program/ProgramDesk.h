@@ -51,7 +51,7 @@ class ProgramDesk {
   [[nodiscard]] testing::AssertionResult sinkMuted(bool muted);
 
   static constexpr const char* kMaster = "Presentation mode";
-  static constexpr const char* kSpeaker = "Speaker";
+  static constexpr const char* kSpeaker = "Mute speaker";
   static constexpr const char* kSink = "out1";
 
  private:

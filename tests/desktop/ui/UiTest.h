@@ -42,6 +42,7 @@ class TestStatusItem final : public platform::port::StatusItemPeer,
                              public linux_desktop::StatusItemAnchor {
  public:
   void setImage(const platform::NSImage*) override {}
+  void setToolTip(const std::string&) override {}
   void openMenu(const platform::NSMenu&) override {}
   [[nodiscard]] bool isShown() const override { return shown; }
   [[nodiscard]] linux_desktop::Anchor anchor() const override { return {{500, 795}, {}}; }

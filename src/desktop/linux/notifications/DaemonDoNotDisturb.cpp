@@ -7,6 +7,7 @@
 #include <utility>
 #include <variant>
 
+#include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/notifications/BusDoNotDisturb.h"
 #include "desktop/linux/notifications/MakoDoNotDisturb.h"
@@ -14,7 +15,25 @@
 #include "desktop/linux/notifications/StoredDoNotDisturb.h"
 
 namespace linux_desktop {
+
+/// As half sentences, in which "%1" is the daemon.
+struct DaemonDoNotDisturb::Obstacle {
+  const char* printed;
+  const char* shown;
+};
+
 namespace {
+
+using Obstacle = DaemonDoNotDisturb::Obstacle;
+
+constexpr Obstacle kNoBus{"there is no session bus", localizedLater("there is no session bus")};
+constexpr Obstacle kNobody{"nothing shows notifications here",
+                           localizedLater("nothing shows notifications")};
+constexpr Obstacle kUnreachable{"the settings of %1 cannot be reached",
+                                localizedLater("the settings of %1 cannot be reached")};
+constexpr Obstacle kNoSwitch{
+    "%1 shows notifications and has no Do Not Disturb that can be switched",
+    localizedLater("%1 has no Do Not Disturb")};
 
 using AdapterPtr = std::unique_ptr<DoNotDisturbAdapter>;
 
@@ -62,20 +81,16 @@ bool describes(const AdapterRow& row, const NotificationDaemonIdentity& daemon) 
   return daemon.name == row.name && daemon.vendor == row.vendor;
 }
 
-QString described(const NotificationDaemonIdentity& daemon) {
-  return QString(R"("%1" by "%2")").arg(daemon.name, daemon.vendor);
-}
-
-/// Or why nothing switches it, as a sentence without a full stop.
-std::variant<AdapterPtr, QString> adapterFor(const NotificationDaemonIdentity& daemon,
-                                             const QDBusConnection& bus) {
+/// Or why nothing switches it.
+std::variant<AdapterPtr, const Obstacle*> adapterFor(const NotificationDaemonIdentity& daemon,
+                                                     const QDBusConnection& bus) {
   for (const AdapterRow& row : kAdapters) {
     if (!describes(row, daemon)) continue;
     AdapterPtr adapter = row.make(daemon, bus);
     if (adapter) return adapter;
-    return "the settings of " + described(daemon) + " cannot be reached";
+    return &kUnreachable;
   }
-  return described(daemon) + " shows notifications and has no Do Not Disturb that can be switched";
+  return &kNoSwitch;
 }
 
 /// For the daemon that these desktops, as XDG_CURRENT_DESKTOP lists them, would start; null where
@@ -91,18 +106,21 @@ AdapterPtr adapterForDaemonOf(const QStringList& desktops, const NotificationDae
 }  // namespace
 
 DaemonDoNotDisturb::DaemonDoNotDisturb(NotificationDaemon& daemon) : daemon_(daemon) {
-  connect(&daemon_, &NotificationDaemon::changed, this, &DaemonDoNotDisturb::followDaemon);
+  connect(&daemon_, &NotificationDaemon::changed, this, &DaemonDoNotDisturb::readDaemon);
 }
 
 bool DaemonDoNotDisturb::exists() {
   daemon_.settle();
-  const QString why = obstacle();
-  if (why.isEmpty()) return true;
+  const Obstacle* why = obstacle();
+  if (why == nullptr) return true;
   // Whoever is turned away here, wanting quiet or its end, does not get the earlier wish later.
   wish_ = false;
   wishIsOwed_ = false;
   if (!std::exchange(complained_, true)) {
-    qCWarning(lcNotifications, "notifications cannot be silenced: %s", qPrintable(why));
+    const NotificationDaemonIdentity& daemon = daemon_.identity();
+    const QString described = QStringLiteral(R"("%1" by "%2")").arg(daemon.name, daemon.vendor);
+    qCWarning(lcNotifications, "notifications cannot be silenced: %s",
+              qPrintable(QString(why->printed).replace(QLatin1String("%1"), described)));
   }
   return false;
 }
@@ -117,20 +135,31 @@ bool DaemonDoNotDisturb::isOn() {
 bool DaemonDoNotDisturb::set(bool on) {
   wish_ = on;
   wishIsOwed_ = !adapter_;
-  return adapter_ ? adapter_->set(on) : obstacle().isEmpty();
+  return adapter_ ? adapter_->set(on) : obstacle() == nullptr;
 }
 
-QString DaemonDoNotDisturb::obstacle() const {
-  if (!daemon_.hasBus()) return "there is no session bus";
+const Obstacle* DaemonDoNotDisturb::obstacle() const {
+  if (!daemon_.hasBus()) return &kNoBus;
   if (daemon_.state() == NotificationDaemon::State::Known) return whyNoAdapter_;
   const bool nobody = daemon_.state() == NotificationDaemon::State::None && !adapter_;
-  return nobody && !daemon_.canBeStarted() ? "nothing shows notifications here" : QString();
+  return nobody && !daemon_.canBeStarted() ? &kNobody : nullptr;
+}
+
+QString DaemonDoNotDisturb::obstacleForUser() const {
+  const Obstacle* why = obstacle();
+  const QString daemon = QStringLiteral("“%1”").arg(daemon_.identity().name);
+  return why == nullptr ? QString() : localized(why->shown).replace(QLatin1String("%1"), daemon);
+}
+
+void DaemonDoNotDisturb::readDaemon() {
+  followDaemon();
+  Q_EMIT obstacleChanged();
 }
 
 void DaemonDoNotDisturb::followDaemon() {
   // Nobody may have told us that it was switched off since.
   if (adapter_) wish_ = wish_ && adapter_->isOn().value_or(true);
-  whyNoAdapter_.clear();
+  whyNoAdapter_ = nullptr;
   complained_ = false;
   if (daemon_.state() != NotificationDaemon::State::Known) return followNobody();
   adapter_.reset();
@@ -138,7 +167,7 @@ void DaemonDoNotDisturb::followDaemon() {
   if (auto* adapter = std::get_if<std::unique_ptr<DoNotDisturbAdapter>>(&found)) {
     follow(std::move(*adapter));
   } else {
-    whyNoAdapter_ = std::get<QString>(found);
+    whyNoAdapter_ = std::get<const Obstacle*>(found);
   }
 }
 

@@ -17,6 +17,9 @@ class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
   Q_OBJECT
 
  public:
+  /// A reason why there is no such switch.
+  struct Obstacle;
+
   /// `daemon` must outlive this.
   explicit DaemonDoNotDisturb(NotificationDaemon& daemon);
 
@@ -24,15 +27,25 @@ class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
   [[nodiscard]] bool isOn() override;
   [[nodiscard]] bool set(bool on) override;
 
+  /// Why there is no such switch, for users to read, in half a sentence; empty where there is one
+  /// or that is not known yet. Does not wait.
+  [[nodiscard]] QString obstacleForUser() const;
+
+ Q_SIGNALS:
+  /// It may be another now.
+  void obstacleChanged();
+
  private:
+  void readDaemon();
   void followDaemon();
   void followNobody();
   void follow(std::unique_ptr<DoNotDisturbAdapter> adapter);
-  [[nodiscard]] QString obstacle() const;
+  /// Null where nothing is in the way.
+  [[nodiscard]] const Obstacle* obstacle() const;
 
   NotificationDaemon& daemon_;
   std::unique_ptr<DoNotDisturbAdapter> adapter_;
-  QString whyNoAdapter_;
+  const Obstacle* whyNoAdapter_ = nullptr;
   bool wish_ = false;
   bool wishIsOwed_ = false;  // clicked while there was nobody to tell
   bool complained_ = false;

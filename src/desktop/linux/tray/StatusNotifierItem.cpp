@@ -65,6 +65,8 @@ BusInterface StatusNotifierItem::makeInterface() {
   const auto ignore = [](const QDBusMessage&) { return QVariantList(); };
   const auto ours = [this] { return image_ == nullptr ? IconPixmaps() : image_->pixmaps; };
   const auto none = [] { return IconPixmaps(); };
+  // Not every host shows the text below the title.
+  const auto toolTip = [this] { return QVariant::fromValue(ToolTip{{}, {}, toolTip_, {}}); };
   const QDBusObjectPath menu(DBusMenu::kPath);
   return {.name = "org.kde.StatusNotifierItem",
           .methods = {{"Activate", {{"i", "i"}, {}, reporting(reports_.activated)}},
@@ -89,9 +91,9 @@ BusInterface StatusNotifierItem::makeInterface() {
                          {"AttentionIconName", text("")},
                          {"AttentionIconPixmap", pixmaps(none)},
                          {"AttentionMovieName", text("")},
-                         {"ToolTip", constant("(sa(iiay)ss)", QVariant::fromValue(ToolTip{
-                                                                  {}, {}, "Calmdeck", {}}))}},
-          .emitted = {{"NewIcon", {}}, {"NewStatus", {"s"}}}};
+                         {"IconAccessibleDesc", {"s", [this] { return QVariant(toolTip_); }}},
+                         {"ToolTip", {"(sa(iiay)ss)", toolTip}}},
+          .emitted = {{"NewIcon", {}}, {"NewToolTip", {}}, {"NewStatus", {"s"}}}};
 }
 
 QString StatusNotifierItem::status() const {
@@ -112,22 +114,30 @@ void StatusNotifierItem::report(const std::function<void(const Click&)>& what,
 
 void StatusNotifierItem::setImage(const StatusImage& image) {
   image_ = &image;
-  if (announcing_ || image_ == announced_) return;
-  announcing_ = true;
-  QMetaObject::invokeMethod(
-      &later_, [this] { announceImage(); }, Qt::QueuedConnection);
+  announceSoon();
 }
 
-void StatusNotifierItem::announceImage() {
+void StatusNotifierItem::setToolTip(const QString& text) {
+  toolTip_ = text;
+  announceSoon();
+}
+
+void StatusNotifierItem::announceSoon() {
+  if (std::exchange(announcing_, true)) return;
+  QMetaObject::invokeMethod(
+      &later_, [this] { announce(); }, Qt::QueuedConnection);
+}
+
+void StatusNotifierItem::announce() {
   announcing_ = false;
-  if (image_ == announced_) return;
-  announced_ = image_;
-  object_.emitSignal("NewIcon");
+  if (std::exchange(announced_, image_) != image_) object_.emitSignal("NewIcon");
+  if (std::exchange(announcedToolTip_, toolTip_) != toolTip_) object_.emitSignal("NewToolTip");
 }
 
 void StatusNotifierItem::registerWith(const QString& watcher) {
-  // Hosts read the image that there is once they know the item.
+  // Hosts read what there is once they know the item.
   announced_ = image_;
+  announcedToolTip_ = toolTip_;
   const QDBusMessage call =
       busCall(watcher, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
               "RegisterStatusNotifierItem", {connection_.baseService()});

@@ -40,19 +40,24 @@ class StatusNotifierItem {
   void setImage(const StatusImage& image);
   /// Whether trays are to show it; they are at first.
   void setWanted(bool wanted);
+  /// Shown when the pointer rests on the item, and what panels tell assistive technology of it.
+  void setToolTip(const QString& text);
   /// Makes the item known to the watcher with this bus name. Does not wait; a refusal is logged.
   void registerWith(const QString& watcher);
 
  private:
   [[nodiscard]] BusInterface makeInterface();
   void report(const std::function<void(const Click& click)>& what, const QDBusMessage& call);
-  void announceImage();
+  void announceSoon();
+  void announce();
   [[nodiscard]] QString status() const;
 
   QDBusConnection connection_;
   Reports reports_;
   const StatusImage* image_ = nullptr;
   const StatusImage* announced_ = nullptr;
+  QString toolTip_;
+  QString announcedToolTip_;
   bool announcing_ = false;
   bool wanted_ = true;
   QObject later_;  // cancels what is reported later

@@ -53,6 +53,12 @@ void TrayStatusItem::setImage(const platform::NSImage* image) {
   if (button_ != nullptr) button_->show(connection_.baseService(), image_->icon);
 }
 
+void TrayStatusItem::setToolTip(const std::string& text) {
+  toolTip_ = QString::fromStdString(text);
+  if (notifier_) notifier_->setToolTip(toolTip_);
+  if (xembed_) xembed_->setToolTip(toolTip_);
+}
+
 void TrayStatusItem::openMenu(const platform::NSMenu& menu) {
   const QStringList titles = titlesOf(menu);
   if (busMenu_) busMenu_->setTitles(titles);
@@ -96,6 +102,7 @@ void TrayStatusItem::useXEmbed(bool use) {
   if (use) {
     xembed_.emplace(*image_, XEmbedIcon::Reports{.activated = [this] { activated({}); },
                                                  .menuAsked = [this] { menuAsked({}); }});
+    xembed_->setToolTip(toolTip_);
   } else {
     xembed_.reset();
   }

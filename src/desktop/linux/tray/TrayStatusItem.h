@@ -27,6 +27,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   TrayStatusItem& operator=(const TrayStatusItem&) = delete;
 
   void setImage(const platform::NSImage* image) override;
+  void setToolTip(const std::string& text) override;
   void openMenu(const platform::NSMenu& menu) override;
 
   [[nodiscard]] bool isShown() const override;
@@ -58,6 +59,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   platform::port::StatusItemClient& client_;
   std::function<void(platform::NSEventType)> observer_;
   const StatusImage* image_;
+  QString toolTip_;
   MenuOpening opening_;
   OwnMenu ownMenu_;
   std::optional<MenuPlace> menuPlace_;  // of the menu that was asked for, if we are to draw it

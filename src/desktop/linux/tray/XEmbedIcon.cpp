@@ -8,7 +8,6 @@ namespace linux_desktop {
 
 XEmbedIcon::XEmbedIcon(const StatusImage& image, Reports reports) : reports_(std::move(reports)) {
   setImage(image);
-  icon_.setToolTip("Calmdeck");
   connect(&icon_, &QSystemTrayIcon::activated, this,
           [this](QSystemTrayIcon::ActivationReason reason) {
             // The second of two quick clicks comes as a double click only.

@@ -21,6 +21,7 @@ class XEmbedIcon : private QObject {
   XEmbedIcon(const StatusImage& image, Reports reports);
 
   void setImage(const StatusImage& image) { icon_.setIcon(image.icon); }
+  void setToolTip(const QString& text) { icon_.setToolTip(text); }
   /// On the screen, in Qt's coordinates; empty while the tray has not taken the icon.
   [[nodiscard]] QRect geometry() const { return icon_.geometry(); }
 

@@ -32,12 +32,15 @@ class WallpaperChoice {
   /// Handed to every adapter that is chosen, and called as well when another one is chosen or a
   /// program of the table comes or goes. Empty: nobody watches.
   void setChanged(std::function<void()> changed);
+  /// Called when a program of the table comes or goes. Empty: nobody watches.
+  void setProgramsChanged(std::function<void()> changed);
 
  private:
   [[nodiscard]] bool isStillTheSame(const DesktopWindow& seen) const;
   void choose(const DesktopWindow& seen);
   void take(const WallpaperRow* row, std::shared_ptr<WallpaperAdapter> adapter);
   void watchNames();
+  void programsChanged();
 
   WallpaperSurroundings surroundings_;
   BusPeer bus_{QStringLiteral("org.freedesktop.DBus")};
@@ -46,6 +49,7 @@ class WallpaperChoice {
   const WallpaperRow* row_ = nullptr;
   std::shared_ptr<WallpaperAdapter> adapter_;
   std::function<void()> changed_;
+  std::function<void()> programsChanged_;
   /// Only while somebody watches.
   std::unique_ptr<QDBusServiceWatcher> names_;
 };

@@ -29,6 +29,13 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
                                                const platform::port::ScreenId& screen,
                                                const platform::Dictionary& options) override;
 
+  /// Whether the picture of the desktop that runs now can be set.
+  [[nodiscard]] bool canBeSet() { return choice_.current().adapter != nullptr; }
+  /// Called when a program comes or goes that this may depend on. Empty: nobody watches.
+  void setProgramsChanged(std::function<void()> changed) {
+    choice_.setProgramsChanged(std::move(changed));
+  }
+
   [[nodiscard]] bool mayHaveIcons() override;
   [[nodiscard]] std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   [[nodiscard]] std::optional<QImage> render(const Backdrop& backdrop,

@@ -1,0 +1,48 @@
+#include "desktop/linux/SessionAvailability.h"
+
+#include "desktop/linux/language/Language.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
+
+namespace linux_desktop {
+
+using platform::port::Capability;
+
+SessionAvailability::SessionAvailability(SessionServices& session, DaemonDoNotDisturb& doNotDisturb)
+    : session_(session), doNotDisturb_(doNotDisturb) {
+  QObject::connect(&doNotDisturb_, &DaemonDoNotDisturb::obstacleChanged, &context_,
+                   [this] { changed(); });
+  session_.desktopPictures.setProgramsChanged([this] { changed(); });
+}
+
+SessionAvailability::~SessionAvailability() {
+  session_.desktopPictures.setProgramsChanged({});
+}
+
+void SessionAvailability::changed() {
+  if (client_ != nullptr) client_->availabilityDidChange();
+}
+
+std::optional<std::string> SessionAvailability::obstacle(Capability capability) {
+  QString why;
+  switch (capability) {
+    case Capability::CoverIcons:
+      if (session_.covers == nullptr) why = localized("no program can cover the icons");
+      break;
+    case Capability::DoNotDisturb:
+      why = doNotDisturb_.obstacleForUser();
+      break;
+    case Capability::HideApplications:
+      if (session_.runningApplications == nullptr) {
+        why = localized("no program can hide the windows of others");
+      }
+      break;
+    case Capability::SetPictures:
+      if (!session_.desktopPictures.canBeSet()) {
+        why = localized("no known program draws the wallpaper");
+      }
+      break;
+  }
+  return why.isEmpty() ? std::nullopt : std::optional(why.toStdString());
+}
+
+}  // namespace linux_desktop
