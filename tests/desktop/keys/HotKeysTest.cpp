@@ -112,12 +112,15 @@ TEST(HotKeys, WhatNoKeyboardMakesOrProgramsNeedIsRefused) {
   const struct {
     std::uint32_t code;
     std::uint32_t modifiers;
-  } refused[] = {{kVK_ANSI_C, controlKey}, {kVK_ANSI_Z, controlKey},  {kVK_LeftArrow, controlKey},
-                 {kVK_ANSI_P, 0},          {10, kControlAlt},         {300, kControlAlt},
-                 {kVK_ANSI_P, 1},          {kVK_Command, kControlAlt}};
+  } refused[] = {{kVK_ANSI_C, controlKey}, {kVK_ANSI_Z, controlKey},   {kVK_LeftArrow, controlKey},
+                 {kVK_ANSI_P, 0},          {10, kControlAlt},          {300, kControlAlt},
+                 {kVK_ANSI_P, 1},          {kVK_Command, kControlAlt}, {kVK_ANSI_T, controlKey},
+                 {kVK_ANSI_W, controlKey}, {kVK_Tab, controlKey},      {kVK_ANSI_P, shiftKey},
+                 {kVK_ANSI_1, shiftKey},   {kVK_Home, shiftKey}};
   for (const auto& [code, modifiers] : refused)
     EXPECT_EQ(keys.registers(1, code, modifiers), eventHotKeyInvalidErr) << code;
   EXPECT_EQ(keys.registers(2, kVK_ANSI_C, controlKey | shiftKey), noErr);
+  EXPECT_EQ(keys.registers(3, kVK_F5, shiftKey), noErr);
 }
 
 TEST(HotKeys, AHungProgramHoldsUpNobody) {

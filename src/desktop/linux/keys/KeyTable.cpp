@@ -156,29 +156,56 @@ std::optional<int> qtKeyOf(std::uint32_t keyCode, std::uint32_t modifiers) {
 
 namespace {
 
-constexpr std::uint16_t kEditingKeys[] = {
+/// With Control alone.
+constexpr std::uint16_t kProgramsKeys[] = {
     platform::kVK_ANSI_A,  // select all
     platform::kVK_ANSI_C,  // copy
     platform::kVK_ANSI_F,  // find
+    platform::kVK_ANSI_L,  // to the address
+    platform::kVK_ANSI_N,  // new
+    platform::kVK_ANSI_O,  // open
+    platform::kVK_ANSI_P,  // print
+    platform::kVK_ANSI_Q,  // quit
+    platform::kVK_ANSI_R,  // load again
     platform::kVK_ANSI_S,  // save
+    platform::kVK_ANSI_T,  // a new tab
     platform::kVK_ANSI_V,  // paste
+    platform::kVK_ANSI_W,  // close
     platform::kVK_ANSI_X,  // cut
     platform::kVK_ANSI_Y,  // redo
     platform::kVK_ANSI_Z,  // undo
+    platform::kVK_ANSI_0,  // larger, smaller and back
+    platform::kVK_ANSI_Equal,    platform::kVK_ANSI_Minus,
+    platform::kVK_Tab,  // the next tab
+    platform::kVK_PageUp,        platform::kVK_PageDown,
+    platform::kVK_Return,  // send
     platform::kVK_Delete,  // a word back
     platform::kVK_ForwardDelete,
     platform::kVK_LeftArrow,  // a word on
     platform::kVK_RightArrow,
+    platform::kVK_UpArrow,  // a paragraph on
+    platform::kVK_DownArrow,
     platform::kVK_Home,  // to the ends of the text
     platform::kVK_End,
 };
+
+/// Whether Shift alone makes of the key what it is in a text: a capital, another character, a
+/// selection. Of all keys only these are for nothing else.
+bool isForTexts(std::uint32_t keyCode) {
+  const auto keys = keyTable();
+  const auto row = std::ranges::find(keys, keyCode, &KeyRow::code);
+  if (row == keys.end()) return false;
+  const bool isFunctionKey = row->keysym >= XKB_KEY_F1 && row->keysym <= XKB_KEY_F20;
+  return !isFunctionKey && row->keysym < XKB_KEY_XF86AudioLowerVolume;
+}
 
 }  // namespace
 
 bool isReservedForPrograms(std::uint32_t keyCode, std::uint32_t modifiers) {
   if (modifiers == 0) return true;
+  if (modifiers == platform::shiftKey) return isForTexts(keyCode);
   return modifiers == platform::controlKey &&
-         std::ranges::find(kEditingKeys, keyCode) != std::end(kEditingKeys);
+         std::ranges::find(kProgramsKeys, keyCode) != std::end(kProgramsKeys);
 }
 
 }  // namespace linux_desktop
