@@ -38,9 +38,11 @@ TEST_F(RecorderTest, TheNextPressWithAModifierBecomesTheShortcutOfItsRow) {
   };
   launchAndOpen();
   for (const ShortcutRow* row : {&toggleApp, &muteMic}) {
+    bool byButton = false;
     for (const auto& press : presses) {
       SCOPED_TRACE(press.label);
-      record(*row);
+      byButton = !byButton;
+      byButton ? record(*row) : click(pane().*row->box);
       EXPECT_EQ(look(*row), kRecording);
       EXPECT_THAT(desk.keys.held(), IsEmpty());
       desk.output.lines.clear();
@@ -69,6 +71,7 @@ TEST_F(RecorderTest, ARecordedShortcutWorksAtOnceAndTheSecondPressIsNotRecorded)
   pressKey(platform::kVK_Escape, 0, "\033");
   EXPECT_EQ(look(toggleApp), showing("⌃k"));
   EXPECT_EQ(desk.output.lines, (Lines{"40", "38", "53"}));
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 0U) << "Escape closes it";
   desk.keys.press(kControlK);
   EXPECT_EQ(desk.tray.image(), "logo-active-small");
 }
@@ -82,6 +85,7 @@ TEST_F(RecorderTest, PressesWithoutAModifierOrACharacterLeaveTheRowRecording) {
   pressKey(platform::kVK_ANSI_K, Bits::CapsLock, "K");
   pressKey(platform::kVK_ANSI_Grave, Bits::Control, std::nullopt);
   EXPECT_EQ(look(muteMic), kRecording);
+  EXPECT_EQ(desk.screen.visibleWindowCount(), 1U);
   EXPECT_EQ(desk.output.lines, (Lines{"40", "53", "ESC", "96", "40", "50"}));
   EXPECT_EQ(desk.log.calls(), Lines{});
   pressControlK();

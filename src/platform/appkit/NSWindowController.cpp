@@ -39,6 +39,14 @@ void NSWindowController::showWindow(NSObject*) {
   shown.makeKeyWindow();
 }
 
+void NSWindowController::keyDown(const NSEvent& event) {
+  constexpr std::uint16_t kEscape = 53;
+  constexpr std::uint32_t kModifiers = NSEventModifierFlags::Command |
+                                       NSEventModifierFlags::Option |
+                                       NSEventModifierFlags::Control | NSEventModifierFlags::Shift;
+  if (event.keyCode == kEscape && (event.modifierFlags & kModifiers) == 0) close();
+}
+
 void NSWindowController::close() {
   if (!content_ || !window_ || !window_->isVisible()) return;
   content_->viewWillDisappear();

@@ -39,8 +39,9 @@ class NSWindowController : public NSObject, private NSWindowDelegate {
 
   /// Once, when the window and what is in it have loaded.
   virtual void windowDidLoad() {}
-  /// A key press that no control of the window took. The base handling lets it be.
-  virtual void keyDown(const NSEvent&) {}
+  /// A key press that no control of the window took. The base handling closes the window on Escape
+  /// without a modifier and lets all else be.
+  virtual void keyDown(const NSEvent& event);
 
  protected:
   /// Takes the controller's own attributes from an interface description.
