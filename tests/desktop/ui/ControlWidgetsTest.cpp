@@ -131,6 +131,9 @@ TEST_F(ControlWidgetsTest, ShortcutCanBeReadAndIsSaidInWords) {
     window->displayIfNeeded();
     EXPECT_EQ(widgetOf<QLabel>(*label).text().toStdString(), row.shown);
     EXPECT_EQ(readerOf(*box).text(QAccessible::Description).toStdString(), row.said);
+    EXPECT_EQ(readerOf(*label).text(QAccessible::Name).toStdString(), row.said);
+    EXPECT_EQ(widgetOf(*label).toolTip().toStdString(),
+              std::string_view(row.said) == row.shown ? "" : row.said);
     EXPECT_EQ(label->stringValue(), row.model);
   }
 }
@@ -158,6 +161,55 @@ TEST_F(ControlWidgetsTest, ScreenReaderIsToldWhatEachControlIs) {
   label->setAccessibilityLabel("Keys");
   EXPECT_TRUE(until(
       [&] { return readerOf(*label).text(QAccessible::Name) == QLatin1String("Keys: None"); }));
+}
+
+TEST_F(ControlWidgetsTest, WhatIsHiddenIsNotThereForAScreenReader) {
+  show();
+  QAccessibleInterface& reader = *QAccessible::queryAccessibleInterface(shown());
+  const auto hasButton = [&] {
+    bool found = false;
+    for (int index = 0; index < reader.childCount(); ++index) {
+      EXPECT_EQ(reader.indexOfChild(reader.child(index)), index);
+      found = found || reader.child(index)->object() == &widgetOf(*button);
+    }
+    return found;
+  };
+  EXPECT_TRUE(hasButton());
+  button->setHidden(true);
+  EXPECT_TRUE(until([&] { return !hasButton(); }));
+  EXPECT_EQ(reader.childCount(), 2);
+  button->setHidden(false);
+  EXPECT_TRUE(until(hasButton));
+}
+
+TEST_F(ControlWidgetsTest, BoxWithAnActionIsPressedAnywhereInIt) {
+  const auto field = ui_test::make<platform::NSBox>({{"action", "pressed:"}});
+  const auto text = ui_test::make<platform::NSTextField>({{"text", "Ctrl"}});
+  field->setTarget(keys);
+  field->addSubview(text);
+  content->addSubview(field);
+  show();
+  QTest::mouseClick(shown()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                    widgetOf(*text).mapTo(shown(), QPoint(3, 3)));
+  EXPECT_EQ(keys->buttonPresses, 1);
+  QTest::mouseClick(&widgetOf(*field), Qt::LeftButton, Qt::NoModifier, QPoint(2, 2));
+  EXPECT_EQ(keys->buttonPresses, 2);
+  QTest::mouseClick(&widgetOf(*field), Qt::RightButton);
+  QTest::mousePress(&widgetOf(*field), Qt::LeftButton);
+  QTest::mouseRelease(&widgetOf(*field), Qt::LeftButton, Qt::NoModifier, QPoint(-200, -200));
+  QTest::mouseClick(&widgetOf(*box), Qt::LeftButton);
+  EXPECT_EQ(keys->buttonPresses, 2) << "let go elsewhere, and a box without an action";
+}
+
+TEST_F(ControlWidgetsTest, LongTextBreaksRatherThanWidenTheWindow) {
+  show();
+  const QSize before = widgetOf(*label).size();
+  label->setStringValue("Not on this desktop: the settings of a daemon cannot be reached at all");
+  EXPECT_TRUE(until([&] { return widgetOf(*label).height() > before.height(); }));
+  EXPECT_LT(widgetOf(*label).width(), 400);
+  EXPECT_GE(widgetOf(*label).height(), widgetOf(*label).heightForWidth(widgetOf(*label).width()));
+  label->setStringValue("None");
+  EXPECT_TRUE(until([&] { return widgetOf(*label).height() == before.height(); }));
 }
 
 // --- Keys ---

@@ -3,10 +3,13 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
+#include <QStyle>
 #include <QTest>
 
 #include "desktop/linux/ui/Theme.h"
 #include "desktop/ui/UiTest.h"
+#include "platform/appkit/NSButton.h"
+#include "platform/appkit/NSImageView.h"
 #include "platform/appkit/NSTextField.h"
 
 namespace linux_desktop {
@@ -155,6 +158,55 @@ TEST_F(QtWindowsTest, ThemeChangesAtRunTimeAreFollowed) {
   EXPECT_GE(contrast(text, QColor(40, 40, 44)), kTextContrast);
   QApplication::setFont(font);
   QApplication::setPalette(former);
+}
+
+TEST_F(QtWindowsTest, WhatStandsBesideTheTextGrowsWithIt) {
+  const auto image = ui_test::make<platform::NSImageView>({{"size", "22"}});
+  const auto tick = platform::NSButton::checkboxWithCoder(
+      ui_test::Description(ui_test::Attributes{{"title", "On"}}));
+  const auto path = ui_test::make<platform::NSTextField>({{"content", "filePath"}});
+  content->addSubview(image);
+  content->addSubview(tick);
+  content->addSubview(path);
+  show();
+  const auto tickSize = [&] {
+    return widgetOf(*tick)->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, nullptr);
+  };
+  const auto sizes = [&] {
+    return std::vector<int>{widgetOf(*first)->width(), widgetOf(*first)->height(),
+                            widgetOf(*image)->width(), widgetOf(*path)->height(), tickSize()};
+  };
+  const std::vector<int> before = sizes();
+  const QFont font = QApplication::font();
+  QFont large = font;
+  large.setPixelSize(30);
+  QApplication::setFont(large);
+  EXPECT_TRUE(until([&] { return widgetOf(*image)->width() == 44; })) << widgetOf(*image)->width();
+  const std::vector<int> now = sizes();
+  for (std::size_t i = 0; i < now.size(); ++i) EXPECT_GT(now[i], before[i] * 3 / 2) << i;
+  QApplication::setFont(font);
+  EXPECT_TRUE(until([&] { return sizes() == before; }));
+}
+
+TEST_F(QtWindowsTest, SwitchIsMirroredFromRightToLeft) {
+  first->setBackColor(platform::NSColor::blackColor());
+  first->setFillColor(platform::NSColor::blackColor());
+  show();
+  const auto knobIsOnTheRight = [&] {
+    const QImage look = widgetOf(*first)->grab().toImage();
+    const QPoint left(look.width() / 3, look.height() / 2);
+    const QPoint right(look.width() - 1 - left.x(), left.y());
+    const bool isRight = look.pixelColor(right) == Qt::white;
+    EXPECT_NE(look.pixelColor(left) == Qt::white, isRight);
+    return isRight;
+  };
+  EXPECT_FALSE(knobIsOnTheRight());
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  EXPECT_TRUE(until(knobIsOnTheRight));
+  first->setIsOn(true);
+  EXPECT_TRUE(until([&] { return !first->isAnimating(loop.now()); }));
+  EXPECT_FALSE(knobIsOnTheRight());
+  QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(QtWindowsTest, TabReachesEverySwitchThatTakesTheKeyboardAndSpaceFlipsIt) {

@@ -2,6 +2,7 @@
 
 #include <QDBusMetaType>
 #include <QDBusVariant>
+#include <QGuiApplication>
 #include <QStringList>
 #include <tuple>
 
@@ -73,6 +74,10 @@ void registerTypes() {
   qDBusRegisterMetaType<QList<int>>();
 }
 
+const char* textDirection() {
+  return QGuiApplication::layoutDirection() == Qt::RightToLeft ? "rtl" : "ltr";
+}
+
 }  // namespace
 
 DBusMenu::DBusMenu(const QDBusConnection& connection, MenuOpening& opening)
@@ -101,7 +106,7 @@ BusInterface DBusMenu::makeInterface() {
                   {"AboutToShow", {{"i"}, {"b"}, aboutToShowOne}},
                   {"AboutToShowGroup", {{"ai"}, {"ai", "ai"}, by(&DBusMenu::aboutToShowGroup)}}},
       .properties = {{"Version", {"u", [] { return QVariant(3U); }}},
-                     {"TextDirection", {"s", [] { return QVariant("ltr"); }}},
+                     {"TextDirection", {"s", [] { return QVariant(textDirection()); }}},
                      {"Status", {"s", [] { return QVariant("normal"); }}},
                      {"IconThemePath", {"as", [] { return QVariant(QStringList()); }}}},
       .emitted = {{"ItemsPropertiesUpdated", {"a(ia{sv})", "a(ias)"}},

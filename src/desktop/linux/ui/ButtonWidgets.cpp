@@ -1,8 +1,12 @@
 #include "desktop/linux/ui/ButtonWidgets.h"
 
+#include <QApplication>
 #include <QKeyEvent>
+#include <QPointer>
+#include <QProxyStyle>
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
+#include <cmath>
 #include <utility>
 
 #include "desktop/linux/ui/Theme.h"
@@ -21,6 +25,26 @@ bool isReturn(int key) {
 
 bool isSpace(int key) {
   return key == Qt::Key_Space || key == Qt::Key_Select;
+}
+
+/// The desktop's own style, in which what is ticked grows with the text.
+class GrowingStyle final : public QProxyStyle {
+ public:
+  [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                                const QWidget* widget) const override {
+    const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+    const bool grows = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight;
+    return grows ? static_cast<int>(std::lround(usual * textScale())) : usual;
+  }
+};
+
+QStyle* growingStyle() {
+  static QPointer<QStyle> style;
+  if (!style) {
+    style = new GrowingStyle;
+    style->setParent(QApplication::instance());
+  }
+  return style;
 }
 
 /// What is pressed may take the widget away; Qt keeps the lambda until it returns.
@@ -66,6 +90,7 @@ void ButtonWidget::keyPressEvent(QKeyEvent* event) {
 CheckboxWidget::CheckboxWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses,
                                QWidget* parent)
     : QCheckBox(parent), button_(std::move(button)) {
+  setStyle(growingStyle());
   reportClicks(*this, button_, presses);
   viewDidChange(platform::ViewChange::Content);
 }

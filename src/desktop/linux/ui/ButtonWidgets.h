@@ -49,7 +49,7 @@ class CheckboxWidget final : public QCheckBox, public ViewWidget {
   [[nodiscard]] QWidget& widget() override { return *this; }
   [[nodiscard]] const platform::NSView& view() const override { return *button_; }
   void viewDidChange(platform::ViewChange change) override;
-  void themeDidChange() override {}
+  void themeDidChange() override { updateGeometry(); }
   [[nodiscard]] bool actsOn(int key) const override;
 
  protected:

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
@@ -25,6 +26,9 @@ constexpr int kMarginX = 10;
 constexpr int kMarginY = 5;
 /// The field is at least this wide in letters, so that it does not change with what it holds.
 constexpr int kLeastLetters = 24;
+
+/// Of a label, in letters.
+constexpr int kLongestLine = 36;
 
 // Of paths.
 constexpr QSize kThumbnail(64, 40);
@@ -57,6 +61,26 @@ LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* 
 
 void LabelWidget::viewDidChange(platform::ViewChange) {
   setText(readableShortcut(QString::fromStdString(field_->stringValue())));
+  setToolTip(words() == text() ? QString() : words());
+  breakLines();
+}
+
+QString LabelWidget::words() const {
+  return shortcutInWords(QString::fromStdString(field_->stringValue()));
+}
+
+int LabelWidget::longestLine() const {
+  return kLongestLine * fontMetrics().averageCharWidth();
+}
+
+void LabelWidget::breakLines() {
+  setWordWrap(field_->content() == platform::NSTextContent::Text &&
+              fontMetrics().horizontalAdvance(text()) > longestLine());
+}
+
+QSize LabelWidget::sizeHint() const {
+  if (!wordWrap()) return QLabel::sizeHint();
+  return {longestLine(), heightForWidth(longestLine())};
 }
 
 void LabelWidget::themeDidChange() {
@@ -64,11 +88,13 @@ void LabelWidget::themeDidChange() {
   QPalette own = QApplication::palette(this);
   own.setColor(QPalette::WindowText, Theme(own).color(field_->textColor()));
   setPalette(own);
+  breakLines();
 }
 
 QString LabelWidget::accessibleName() const {
   const QString label = ViewWidget::accessibleName();
-  return label.isEmpty() || text().isEmpty() ? label : labelled(label, text());
+  if (label.isEmpty()) return words() == text() ? QString() : words();
+  return text().isEmpty() ? label : labelled(label, words());
 }
 
 void SeparatorWidget::paintEvent(QPaintEvent*) {
@@ -90,9 +116,14 @@ void ImageWidget::viewDidChange(platform::ViewChange) {
   update();
 }
 
+void ImageWidget::themeDidChange() {
+  updateGeometry();
+  update();
+}
+
 QSize ImageWidget::sizeHint() const {
-  return {static_cast<int>(std::ceil(view_->size().width)),
-          static_cast<int>(std::ceil(view_->size().height))};
+  const QSizeF size = QSizeF(view_->size().width, view_->size().height) * textScale();
+  return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
 }
 
 void ImageWidget::paintEvent(QPaintEvent*) {
@@ -109,8 +140,9 @@ void ImageWidget::paintEvent(QPaintEvent*) {
   QPainter(this).drawImage(rect(), picture);
 }
 
-BoxWidget::BoxWidget(std::shared_ptr<platform::NSBox> box, QWidget* parent)
-    : QWidget(parent), box_(std::move(box)) {
+BoxWidget::BoxWidget(std::shared_ptr<platform::NSBox> box, PressObserver& presses, QWidget* parent)
+    : QWidget(parent), box_(std::move(box)), presses_(presses) {
+  if (!box_->action().empty()) setCursor(Qt::PointingHandCursor);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   inside_.setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
   themeDidChange();
@@ -146,6 +178,25 @@ void BoxWidget::paintEvent(QPaintEvent*) {
   painter.drawRoundedRect(frame, kBoxRadius, kBoxRadius);
 }
 
+bool BoxWidget::takes(const QMouseEvent& event) const {
+  return event.button() == Qt::LeftButton && !box_->action().empty();
+}
+
+// Taken here so that the release comes here.
+void BoxWidget::mousePressEvent(QMouseEvent* event) {
+  event->setAccepted(takes(*event));
+}
+
+void BoxWidget::mouseReleaseEvent(QMouseEvent* event) {
+  if (!takes(*event) || !rect().contains(event->pos())) return;
+  const QPointF place = mapTo(window(), event->pos());
+  // What is pressed may take the widget away.
+  const auto box = box_;
+  PressObserver& presses = presses_;
+  presses.pressed(*box, place);
+  presses.released(*box, place);
+}
+
 FilePathWidget::FilePathWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
     : QWidget(parent), field_(std::move(field)) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -160,7 +211,7 @@ void FilePathWidget::viewDidChange(platform::ViewChange change) {
   loader_.cancel();
   setToolTip(isPath(path) ? path : QString());
   if (isPath(path)) {
-    loader_.load(path, kThumbnail * kMostPixelsPerPoint, [this](const QImage& picture) {
+    loader_.load(path, thumbnailSize() * kMostPixelsPerPoint, [this](const QImage& picture) {
       thumbnail_ = picture;
       update();
     });
@@ -183,13 +234,18 @@ QString FilePathWidget::accessibleName() const {
   return label.isEmpty() ? text() : labelled(label, text());
 }
 
+QSize FilePathWidget::thumbnailSize() {
+  return kThumbnail * textScale();
+}
+
 QSize FilePathWidget::sizeHint() const {
-  return {kThumbnail.width() + kGap + kLetters * fontMetrics().averageCharWidth(),
-          std::max(kThumbnail.height(), fontMetrics().height())};
+  const QSize thumbnail = thumbnailSize();
+  return {thumbnail.width() + kGap + kLetters * fontMetrics().averageCharWidth(),
+          std::max(thumbnail.height(), fontMetrics().height())};
 }
 
 QRect FilePathWidget::textArea() const {
-  const QRect logical = rect().adjusted(kThumbnail.width() + kGap, 0, 0, 0);
+  const QRect logical = rect().adjusted(thumbnailSize().width() + kGap, 0, 0, 0);
   return QStyle::visualRect(layoutDirection(), rect(), logical);
 }
 
@@ -201,8 +257,8 @@ void FilePathWidget::paintEvent(QPaintEvent*) {
   const Theme theme(palette());
   QPainter painter(this);
   painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-  const QRectF slot =
-      QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter, kThumbnail, rect());
+  const QRectF slot = QStyle::alignedRect(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter,
+                                          thumbnailSize(), rect());
   QRectF picture = slot;
   if (!thumbnail_.isNull()) {
     picture.setSize(QSizeF(thumbnail_.size()).scaled(slot.size(), Qt::KeepAspectRatio));
@@ -219,7 +275,8 @@ void FilePathWidget::paintEvent(QPaintEvent*) {
                       thumbnail_.isNull() ? Qt::DashLine : Qt::SolidLine));
   painter.drawPath(outline);
   painter.setPen(theme.color(field_->textColor()));
-  painter.drawText(textArea(), static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter), shownText());
+  const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
+  painter.drawText(textArea(), static_cast<int>(side | Qt::AlignAbsolute), shownText());
 }
 
 }  // namespace linux_desktop

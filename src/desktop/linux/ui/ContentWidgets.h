@@ -15,7 +15,9 @@
 
 namespace linux_desktop {
 
-/// A label in the desktop's font and the theme's colours. Of a shortcut it shows what can be read.
+/// A label in the desktop's font and the theme's colours, in several lines where one would be very
+/// long. Of a shortcut it shows what can be read, and says it in words to who points at it or has
+/// it read.
 class LabelWidget final : public QLabel, public ViewWidget {
  public:
   LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent);
@@ -26,8 +28,14 @@ class LabelWidget final : public QLabel, public ViewWidget {
   void themeDidChange() override;
   /// The text, after what the view is called where that says something else.
   [[nodiscard]] QString accessibleName() const override;
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
  private:
+  void breakLines();
+  [[nodiscard]] int longestLine() const;
+  [[nodiscard]] QString words() const;
+
   std::shared_ptr<platform::NSTextField> field_;
 };
 
@@ -60,7 +68,7 @@ class ImageWidget final : public QWidget, public ViewWidget {
   [[nodiscard]] QWidget& widget() override { return *this; }
   [[nodiscard]] const platform::NSView& view() const override { return *view_; }
   void viewDidChange(platform::ViewChange change) override;
-  void themeDidChange() override { update(); }
+  void themeDidChange() override;
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
@@ -73,10 +81,12 @@ class ImageWidget final : public QWidget, public ViewWidget {
 
 /// A field with a rounded frame around its one subview. In one of the theme's colours the frame is
 /// a thin line. In any other it marks the box: strong, in a shade of that colour that stands out
-/// from the window, and with a breath of it over the field.
+/// from the window, and with a breath of it over the field. With an action it takes clicks, as one
+/// press and one release.
 class BoxWidget final : public QWidget, public ViewWidget {
  public:
-  BoxWidget(std::shared_ptr<platform::NSBox> box, QWidget* parent);
+  /// `presses` outlives the widget.
+  BoxWidget(std::shared_ptr<platform::NSBox> box, PressObserver& presses, QWidget* parent);
 
   [[nodiscard]] QWidget& widget() override { return *this; }
   [[nodiscard]] const platform::NSView& view() const override { return *box_; }
@@ -88,9 +98,14 @@ class BoxWidget final : public QWidget, public ViewWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
+  [[nodiscard]] bool takes(const QMouseEvent& event) const;
+
   std::shared_ptr<platform::NSBox> box_;
+  PressObserver& presses_;
   QVBoxLayout inside_{this};
 };
 
@@ -119,6 +134,7 @@ class FilePathWidget final : public QWidget, public ViewWidget {
 
  private:
   [[nodiscard]] QString text() const;
+  [[nodiscard]] static QSize thumbnailSize();
   [[nodiscard]] QRect textArea() const;
 
   std::shared_ptr<platform::NSTextField> field_;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "desktop/linux/ui/LayerPainter.h"
+#include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {
 
@@ -27,7 +28,7 @@ LayerWidget::LayerWidget(std::shared_ptr<NSView> view, Clock clock, PressObserve
 }
 
 QSize LayerWidget::sizeHint() const {
-  const double scale = view_->contentScale();
+  const double scale = view_->contentScale() * textScale();
   return QSize(static_cast<int>(std::ceil(view_->frame().width * scale)),
                static_cast<int>(std::ceil(view_->frame().height * scale))) +
          QSize(2 * kOverhang, 2 * kOverhang);
@@ -38,6 +39,11 @@ void LayerWidget::viewDidChange(ViewChange change) {
   if (includes(change, ViewChange::Attributes)) readFocusPolicy();
   announceState();
   step();
+  update();
+}
+
+void LayerWidget::themeDidChange() {
+  updateGeometry();
   update();
 }
 
@@ -71,7 +77,12 @@ QRectF LayerWidget::viewRect() const {
 void LayerWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const Theme theme(palette());
-  LayerPainter(painter, theme, clock_()).paint(*view_, viewRect().bottomLeft());
+  painter.save();
+  const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+  painter.translate(isMirrored ? viewRect().bottomRight() : viewRect().bottomLeft());
+  painter.scale(isMirrored ? -textScale() : textScale(), textScale());
+  LayerPainter(painter, theme, clock_()).paint(*view_, QPointF());
+  painter.restore();
   if (showsFocus_ && hasFocus()) paintFocusRing(painter);
 }
 

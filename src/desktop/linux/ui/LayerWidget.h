@@ -10,7 +10,8 @@ namespace linux_desktop {
 
 using Clock = std::function<platform::MonotonicTime()>;
 
-/// A custom view: paints its layers and those of all views in it, at its content scale.
+/// A custom view: paints its layers and those of all views in it, at its content scale and as much
+/// larger as the text is. From right to left it is painted the other way round.
 ///
 /// Reports the main button; where the view accepts the keyboard, Space and assistive technology
 /// too, all in the same way. Whatever ends a press (the pointer let go elsewhere, the widget
@@ -24,7 +25,7 @@ class LayerWidget final : public QWidget, public ViewWidget {
   [[nodiscard]] QWidget& widget() override { return *this; }
   [[nodiscard]] const platform::NSView& view() const override { return *view_; }
   void viewDidChange(platform::ViewChange change) override;
-  void themeDidChange() override { update(); }
+  void themeDidChange() override;
   [[nodiscard]] bool actsOn(int key) const override {
     return key == Qt::Key_Space && view_->acceptsFirstResponder();
   }

@@ -1,5 +1,6 @@
 #include "desktop/linux/ui/ShortcutText.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <iterator>
 
@@ -11,7 +12,7 @@ struct Name {
   const char* name;
 };
 
-constexpr Name kModifiers[] = {{u'⌃', "Ctrl+"}, {u'⌥', "Alt+"}, {u'⇧', "Shift+"}, {u'⌘', "Super+"}};
+constexpr Name kModifiers[] = {{u'⌃', "Ctrl"}, {u'⌥', "Alt"}, {u'⇧', "Shift"}, {u'⌘', "Super"}};
 
 /// What the platform has keys give that write nothing, and what writes only space.
 constexpr Name kKeys[] = {
@@ -22,10 +23,15 @@ constexpr Name kKeys[] = {
     {0xf746, "Insert"},
 };
 
+/// As Qt itself names keys, in the user's language.
+QString localName(const Name& row) {
+  return QCoreApplication::translate("QShortcut", row.name);
+}
+
 QString nameOf(QStringView key) {
   const auto* found = std::end(kKeys);
   if (key.size() == 1) found = std::ranges::find(kKeys, key.front().unicode(), &Name::character);
-  return found == std::end(kKeys) ? key.toString() : QString::fromLatin1(found->name);
+  return found == std::end(kKeys) ? key.toString() : localName(*found);
 }
 
 /// Of a text without a modifier all is before it.
@@ -57,7 +63,7 @@ QString readableShortcut(const QString& text) {
 QString shortcutInWords(const QString& text) {
   const Parts parts = partsOf(text);
   QString words = parts.before;
-  for (const QChar symbol : parts.symbols) words += QLatin1String(modifierOf(symbol)->name);
+  for (const QChar symbol : parts.symbols) words += localName(*modifierOf(symbol)) + u'+';
   return words + parts.key.left(1).toUpper() + parts.key.mid(1);
 }
 

@@ -1,5 +1,7 @@
 #include "desktop/linux/ui/Theme.h"
 
+#include <QApplication>
+#include <QFontInfo>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -146,6 +148,12 @@ QFont fontFor(NSTextStyle style, QFont base) {
   }
   base.setWeight(row->weight);
   return base;
+}
+
+double textScale() {
+  // 11 points on most screens; desktops come with 9 to 11.
+  constexpr double kUsual = 15;
+  return std::max(1.0, QFontInfo(QApplication::font()).pixelSize() / kUsual);
 }
 
 }  // namespace linux_desktop

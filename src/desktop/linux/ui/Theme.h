@@ -45,4 +45,8 @@ class Theme {
 /// `base`, the desktop's own font, in the size and weight of `style`.
 [[nodiscard]] QFont fontFor(platform::NSTextStyle style, QFont base);
 
+/// How much larger than on most desktops the user wants text, and so whatever stands beside it: 1
+/// for usual sizes and smaller ones.
+[[nodiscard]] double textScale();
+
 }  // namespace linux_desktop

@@ -151,7 +151,7 @@ void ViewTree::addLabel(const std::shared_ptr<NSView>& view, QBoxLayout& layout)
 
 void ViewTree::addBox(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
   auto widget = std::make_unique<BoxWidget>(std::static_pointer_cast<platform::NSBox>(view),
-                                            layout.parentWidget());
+                                            presses_, layout.parentWidget());
   QBoxLayout& inside = widget->inside();
   place(std::move(widget), layout);
   for (const auto& child : view->subviews()) add(child, inside);

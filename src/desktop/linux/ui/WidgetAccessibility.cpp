@@ -120,6 +120,26 @@ class WindowAccessible final : public QAccessibleWidget {
  public:
   explicit WindowAccessible(PanelWindow& window)
       : QAccessibleWidget(&window, QAccessible::Window) {}
+
+  [[nodiscard]] int childCount() const override { return static_cast<int>(shown().size()); }
+  [[nodiscard]] QAccessibleInterface* child(int index) const override {
+    return shown().value(index);
+  }
+  [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
+    return static_cast<int>(shown().indexOf(const_cast<QAccessibleInterface*>(child)));
+  }
+
+ private:
+  /// Qt counts hidden widgets, too.
+  [[nodiscard]] QList<QAccessibleInterface*> shown() const {
+    QList<QAccessibleInterface*> children;
+    for (int index = 0; index < QAccessibleWidget::childCount(); ++index) {
+      QAccessibleInterface* child = QAccessibleWidget::child(index);
+      const auto* widget = child == nullptr ? nullptr : qobject_cast<QWidget*>(child->object());
+      if (widget != nullptr && !widget->isHidden()) children.append(child);
+    }
+    return children;
+  }
 };
 
 class PathAccessible final : public QAccessibleWidget {
