@@ -35,17 +35,17 @@ class Portal {
       : bus_(QDBusConnection::connectToBus(address, QStringLiteral("portal"))),
         object_(
             bus_, kPath,
-            {.name = kInterface,
-             .methods = {{"CreateSession",
-                          {{"a{sv}"}, {"o"}, [this](const auto& call) { return create(call); }}},
-                         {"BindShortcuts",
-                          {{"o", "a(sa{sv})", "s", "a{sv}"},
-                           {"o"},
-                           [this](const auto& call) { return bind(call); }}}},
-             .properties = {},
-             .emitted = {{"Activated", {"o", "s", "t", "a{sv}"}},
-                         {"Deactivated", {"o", "s", "t", "a{sv}"}},
-                         {"ShortcutsChanged", {"o", "a(sa{sv})"}}}}) {
+            {{.name = kInterface,
+              .methods = {{"CreateSession",
+                           {{"a{sv}"}, {"o"}, [this](const auto& call) { return create(call); }}},
+                          {"BindShortcuts",
+                           {{"o", "a(sa{sv})", "s", "a{sv}"},
+                            {"o"},
+                            [this](const auto& call) { return bind(call); }}}},
+              .properties = {},
+              .emitted = {{"Activated", {"o", "s", "t", "a{sv}"}},
+                          {"Deactivated", {"o", "s", "t", "a{sv}"}},
+                          {"ShortcutsChanged", {"o", "a(sa{sv})"}}}}}) {
     bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
   }
   ~Portal() { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }

@@ -65,7 +65,7 @@ std::unique_ptr<CommandHotKeys> CommandHotKeys::open() {
 CommandHotKeys::CommandHotKeys(std::unique_ptr<GuardedSettings> mediaKeys, QString command)
     : mediaKeys_(std::move(mediaKeys)),
       command_(std::move(command)),
-      ear_(QDBusConnection::sessionBus(), kPath, ear()) {
+      ear_(QDBusConnection::sessionBus(), kPath, {ear()}) {
   Paths left = mediaKeys_->list(kOwnBindings).value_or(Paths());
   std::erase_if(left, [](const std::string& path) { return !isOurs(path); });
   remove(left);
