@@ -1,0 +1,230 @@
+#include "desktop/gnome/GnomeDesk.h"
+
+#include <png.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <stdexcept>
+
+namespace gnome_test {
+
+namespace fs = std::filesystem;
+using harness::Image;
+using harness::Process;
+using harness::RunResult;
+
+namespace {
+
+constexpr const char* kOurs = "shell@calmdeck.org";
+constexpr const char* kIcons = "ding@rastersoft.com";
+constexpr const char* kInstalled = "/usr/share/gnome-shell/extensions";
+constexpr const char* kName = "org.calmdeck.Calmdeck";
+
+Image readPng(const fs::path& path) {
+  png_image header{};
+  header.version = PNG_IMAGE_VERSION;
+  if (png_image_begin_read_from_file(&header, path.c_str()) == 0)
+    throw std::runtime_error("no picture of the screen: " + std::string(header.message));
+  header.format = PNG_FORMAT_BGRA;
+  Image image{static_cast<int>(header.width), static_cast<int>(header.height), {}};
+  image.pixels.resize(std::size_t{header.width} * header.height);
+  if (png_image_finish_read(&header, nullptr, image.pixels.data(), 0, nullptr) == 0)
+    throw std::runtime_error("a bad picture of the screen: " + std::string(header.message));
+  for (std::uint32_t& pixel : image.pixels) pixel &= 0xffffffU;
+  return image;
+}
+
+std::string quoted(const std::string& text) {
+  return "'" + text + "'";
+}
+
+}  // namespace
+
+// --- Start ---
+
+GnomeDesk::GnomeDesk(const GnomeOptions& options)
+    : Desk({{"XDG_SESSION_TYPE", "wayland"}, {"XDG_CURRENT_DESKTOP", "GNOME"}}),
+      devices_([this](const std::string& script) { (void)evaluate(script); }) {
+  fs::create_directories(extensions());
+  setEnvironment("XDG_DATA_DIRS",
+                 (home().runtime() / "data").string() + ":/usr/local/share:/usr/share");
+  setEnvironment("WAYLAND_DISPLAY", home().runtime() / "wayland-gnome");
+  startBus();
+  startSystemBus();
+  if (options.extension) installExtension();
+  if (options.icons) offerIcons();
+  configure(options);
+  startShell(options);
+}
+
+GnomeDesk::~GnomeDesk() = default;
+
+fs::path GnomeDesk::extensions() const {
+  return home().runtime() / "data/gnome-shell/extensions";
+}
+
+void GnomeDesk::installExtension() const {
+  fs::create_directory_symlink(fs::path(SHELL_EXTENSIONS) / kOurs, extensions() / kOurs);
+}
+
+// It starts the program that draws them anew where that took three seconds, for ever on a busy
+// machine.
+void GnomeDesk::offerIcons() {
+  const fs::path copy = extensions() / kIcons;
+  fs::copy(fs::path(kInstalled) / kIcons, copy, fs::copy_options::recursive);
+  const std::string text = harness::textOf(copy / "extension.js");
+  std::ofstream(copy / "extension.js")
+      << std::regex_replace(text, std::regex("\\b3000\\b"), "60000");
+  for (const char* name : {"one.txt", "two.txt"}) {
+    fs::create_directories(home().home() / "Desktop");
+    std::ofstream(home().home() / "Desktop" / name) << name;
+  }
+  home().writeConfig("user-dirs.dirs", "XDG_DESKTOP_DIR=\"$HOME/Desktop\"\n");
+}
+
+// The shell does not do without one, but without everything that is usually on it.
+void GnomeDesk::startSystemBus() {
+  const fs::path configuration = home().runtime() / "system-bus.conf";
+  std::ofstream(configuration) << "<busconfig><type>system</type><auth>EXTERNAL</auth><listen>"
+                               << environment().at("DBUS_SYSTEM_BUS_ADDRESS")
+                               << R"(</listen><policy context="default"><allow own="*"/>
+      <allow user="*"/><allow send_destination="*"/><allow receive_sender="*"/>
+      </policy></busconfig>)";
+  systemBus_ = start({"dbus-daemon", "--nofork", "--nopidfile", "--print-address",
+                      "--config-file=" + configuration.string()});
+  require(systemBus_->waitForLine("^unix:").has_value(), "the system bus", *systemBus_);
+}
+
+void GnomeDesk::set(const std::string& schema, const std::string& key,
+                    const std::string& value) const {
+  const RunResult result = run({"gsettings", "set", schema, key, value});
+  if (!result.succeeded()) throw std::runtime_error(key + ": " + result.errorOutput);
+}
+
+void GnomeDesk::configure(const GnomeOptions& options) {
+  const fs::path picture = home().home() / "dusk.png";
+  harness::writePng(harness::dusk(kMonitorWidth, kMonitorHeight), picture);
+  for (const char* key : {"picture-uri", "picture-uri-dark"})
+    set("org.gnome.desktop.background", key, quoted("file://" + picture.string()));
+  if (options.icons) set("org.gnome.shell", "enabled-extensions", "[" + quoted(kIcons) + "]");
+  set("org.gnome.shell", "disable-extension-version-validation", "true");
+  set("org.gnome.shell", "welcome-dialog-last-shown-version", quoted("99"));
+}
+
+void GnomeDesk::startShell(const GnomeOptions& options) {
+  std::vector<std::string> argv{"gnome-shell", "--headless", "--no-x11", "--unsafe-mode",
+                                "--wayland-display=wayland-gnome"};
+  for (int i = 0; i < options.monitors; ++i) {
+    argv.push_back("--virtual-monitor");
+    argv.push_back(std::to_string(kMonitorWidth) + "x" + std::to_string(kMonitorHeight));
+  }
+  shell_ = start(argv);
+  // It begins with the overview.
+  const auto isReady = [&] {
+    return evaluate(
+               "Main.overview.hide();"
+               "!Main.layoutManager._startingUp && !Main.overview.visible") == "true";
+  };
+  require(until(isReady), "GNOME Shell", *shell_);
+  devices_.plugIn();
+  // It warns of root, among others.
+  const auto shows = [&] {
+    (void)evaluate("Main.messageTray.getSources().forEach(source => source.destroy()); 0");
+    return isBare() != options.icons;
+  };
+  require(until(shows, 3 * harness::kPatience), "its desktop", *shell_);
+}
+
+// --- The desktop ---
+
+std::string GnomeDesk::evaluate(const std::string& script) {
+  const auto answer = bus().call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Eval",
+                                 {"string:" + script});
+  std::smatch parts;
+  if (!answer || !std::regex_match(*answer, parts, std::regex("\\s*boolean true\\s+([^]*?)\\s*")))
+    return {};
+  return parts[1];
+}
+
+Image GnomeDesk::seen() {
+  const fs::path file = home().runtime() / "seen.png";
+  const auto answer = bus().call("org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
+                                 "org.gnome.Shell.Screenshot.Screenshot",
+                                 {"boolean:false", "boolean:false", "string:" + file.string()});
+  if (!answer || answer->find("true") == std::string::npos) return {};
+  const Image whole = readPng(file);
+  return whole.part({0, kBar, whole.width, whole.height - kBar});
+}
+
+void GnomeDesk::setMonitors(int count) {
+  const auto gdbus = [&](std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(),
+                     {"gdbus", "call", "--session", "--dest", "org.gnome.Mutter.DisplayConfig",
+                      "--object-path", "/org/gnome/Mutter/DisplayConfig", "--method"});
+    const RunResult result = run(std::move(arguments));
+    if (!result.succeeded()) throw std::runtime_error("the monitors: " + result.errorOutput);
+    return result.output;
+  };
+  const std::string name = "org.gnome.Mutter.DisplayConfig.";
+  const std::string state = gdbus({name + "GetCurrentState"});
+  std::smatch serial;
+  std::regex_search(state, serial, std::regex("uint32 (\\d+)"));
+  const std::regex monitor("\\(\\('(Meta-\\d+)',[^)]*\\), \\[\\('([^']+)'");
+  std::string wanted;
+  auto found = std::sregex_iterator(state.begin(), state.end(), monitor);
+  for (int i = 0; i < count; ++i, ++found) {
+    wanted += (i > 0 ? "," : "") + ("(" + std::to_string(i * kMonitorWidth)) + ",0,1.0,0," +
+              (i == 0 ? "true" : "false") + ",[(" + quoted((*found)[1]) + "," +
+              quoted((*found)[2]) + ",{})])";
+  }
+  gdbus({name + "ApplyMonitorsConfig", serial[1], "1", "[" + wanted + "]", "{}"});
+}
+
+void GnomeDesk::turnExtension(const std::string& uuid, bool on) {
+  const std::string method = on ? "EnableExtension" : "DisableExtension";
+  if (!bus().call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions." + method,
+                  {"string:" + uuid}))
+    throw std::runtime_error(uuid + " cannot be turned on or off");
+}
+
+// --- Programs ---
+
+void GnomeDesk::launch(const std::vector<std::string>& features) {
+  std::string settings = R"({"kUserdeaultsLaunchAtLogin": false)";
+  for (const char* each : {"DesktopIcons", "Dnd", "HideActiveApps", "SpeakerOff", "Wallpaper"}) {
+    const bool wanted = std::ranges::find(features, each) != features.end();
+    settings +=
+        std::string(", \"kUserdefaultsToggle") + each + "\": " + (wanted ? "true" : "false");
+  }
+  home().writeConfig("calmdeck/settings.json", settings + "}");
+  program_ = start({CALMDECK_PROGRAM});
+  const auto isOpen = [&] { return windows().find("Calmdeck*") != std::string::npos; };
+  require(until(isOpen), "its panel", *program_);
+  input().key("Escape");
+  require(until([&] { return windows().find("Calmdeck") == std::string::npos; }), "it", *program_);
+}
+
+void GnomeDesk::toggle() {
+  const RunResult asked = run({"gapplication", "action", kName, "toggle-presentation-mode"});
+  EXPECT_TRUE(asked.succeeded()) << asked.errorOutput;
+}
+
+void GnomeDesk::openWindow(const std::string& title, const std::string& colour) {
+  programs_.push_back(start({FOREIGN_WINDOW, title, colour}));
+  const auto isThere = [&] { return windows().ends_with(title + "*"); };
+  require(until(isThere), "a window", *programs_.back());
+}
+
+std::string GnomeDesk::windows() {
+  const std::string text = evaluate(
+      "const icons = /^@!/;"
+      "const all = global.display.list_all_windows().filter(window =>"
+      "  !window.minimized && !icons.test(window.title ?? ''));"
+      "global.display.sort_windows_by_stacking(all).map(window =>"
+      "  window.title + (window.has_focus() ? '*' : '')).join(' ')");
+  return text.size() < 2 ? text : text.substr(1, text.size() - 2);
+}
+
+}  // namespace gnome_test

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/gnome/GnomeDevices.h"
+#include "desktop/harness/Desk.h"
+#include "desktop/harness/Screen.h"
+
+namespace gnome_test {
+
+/// What a private GNOME desktop consists of beside the shell.
+struct GnomeOptions {
+  /// Side by side, each of kMonitorWidth by kMonitorHeight.
+  int monitors = 2;
+  /// Icons on the desktop, by the extension that most have for it.
+  bool icons = false;
+  /// The shell finds our extension at its start.
+  bool extension = true;
+};
+
+/// A private GNOME desktop for one test: GNOME Shell on monitors that there are not, session and
+/// system bus, home and runtime folder. As harness::WaylandDesk it returns when all is ready,
+/// throws naming what is not, and leaves nothing.
+class GnomeDesk : public harness::Desk {
+ public:
+  static constexpr int kMonitorWidth = 1000;
+  static constexpr int kMonitorHeight = 600;
+  /// Of the top bar, whose clock goes on.
+  static constexpr int kBar = 40;
+
+  explicit GnomeDesk(const GnomeOptions& options = {});
+  ~GnomeDesk() override;
+
+  [[nodiscard]] harness::Process& shell() { return *shell_; }
+  [[nodiscard]] const harness::Input& input() const { return devices_; }
+
+  /// What a script gives that runs in the shell, as JSON.
+  [[nodiscard]] std::string evaluate(const std::string& script);
+  /// What a person sees on all monitors, but for the top bar.
+  [[nodiscard]] harness::Image seen();
+  /// Whether nothing but the wallpaper is seen.
+  [[nodiscard]] bool isBare() { return !harness::showsIcons(seen()); }
+
+  /// Leaves only the first of the monitors on.
+  void setMonitors(int count);
+  /// Turns an extension of the shell on or off, as its user does.
+  void turnExtension(const std::string& uuid, bool on);
+  /// Puts our extension where a shell finds it that starts from now on.
+  void installExtension() const;
+
+  /// Starts the program, whose mode does what is named by the ends of its switches' keys, and
+  /// returns when it is there and its panel is closed again.
+  void launch(const std::vector<std::string>& features);
+  [[nodiscard]] harness::Process& program() { return *program_; }
+  /// Turns the mode on or off as scripts do, so that the panel does not come up.
+  void toggle();
+
+  /// An ordinary program's window of one colour, which ends with the desktop. Returns when it has
+  /// the keyboard.
+  void openWindow(const std::string& title, const std::string& colour);
+  /// The titles of the ordinary windows that are not minimised, from the lowest to the highest, and
+  /// which has the keyboard: "red blue* green".
+  [[nodiscard]] std::string windows();
+
+ private:
+  void startSystemBus();
+  void configure(const GnomeOptions& options);
+  void set(const std::string& schema, const std::string& key, const std::string& value) const;
+  void startShell(const GnomeOptions& options);
+  void offerIcons();
+  [[nodiscard]] std::filesystem::path extensions() const;
+
+  std::unique_ptr<harness::Process> systemBus_;
+  std::unique_ptr<harness::Process> shell_;
+  GnomeDevices devices_;
+  std::vector<std::unique_ptr<harness::Process>> programs_;
+  std::unique_ptr<harness::Process> program_;
+};
+
+}  // namespace gnome_test
