@@ -127,8 +127,10 @@ constexpr Candidate<CoverFactory> kCovers[] = {
 constexpr Candidate<WindowList> kWindowList[] = {x11<&X11::windowList>,
                                                  wayland<&Wayland::windowList>};
 constexpr Candidate<Spaces> kSpaces[] = {x11<&X11::spaces>, wayland<&Wayland::spaces>};
-constexpr Candidate<RunningApplications> kApplications[] = {x11<&X11::runningApplications>,
-                                                            &hiddenTogether};
+constexpr Candidate<RunningApplications> kApplications[] = {
+    // The shell does it without a show of each window, and keeps them where they are.
+    [](SessionRooms& rooms) { return rooms.gnome ? hiddenTogether(rooms) : nullptr; },
+    x11<&X11::runningApplications>, &hiddenTogether};
 constexpr Candidate<WindowHider> kWindowHiders[] = {
     sway<&SwaySession::windowHider>, gnome<&GnomeSession::windowHider>,
     [](SessionRooms& rooms) -> WindowHider* { return rooms.kwin.get(); },
