@@ -17,8 +17,8 @@ const QString kUuid = QStringLiteral("shell@calmdeck.org");
 const QString kExtension = QStringLiteral("org.calmdeck.Shell");
 const QString kPath = QStringLiteral("/org/calmdeck/Shell");
 
-/// A shell that starts has other things to do.
-constexpr std::chrono::seconds kStartPatience{2};
+/// A shell that starts has other things to do, and while it does nobody is shown anything.
+constexpr std::chrono::seconds kStartPatience{10};
 constexpr std::chrono::milliseconds kPatience{5000};
 
 /// As the shell numbers them from 43 on (misc/extensionUtils.js, ExtensionState).

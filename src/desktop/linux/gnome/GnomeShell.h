@@ -23,7 +23,7 @@ class GnomeShell final : public QObject {
   Q_OBJECT
 
  public:
-  /// Turns the extension on where that is wanted. Null where no GNOME Shell answers, within two
+  /// Turns the extension on where that is wanted. Null where no GNOME Shell answers, within ten
   /// seconds, or where it does not have the extension: if that is installed, one line on standard
   /// error says why. What it does not do yet it may do later.
   [[nodiscard]] static std::unique_ptr<GnomeShell> open();
