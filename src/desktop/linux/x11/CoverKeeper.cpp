@@ -2,6 +2,7 @@
 
 #include <QMetaObject>
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -10,6 +11,18 @@ namespace {
 
 /// Two programs that each want to be on top do not keep the server busy.
 constexpr std::chrono::milliseconds kBetweenLooks{50};
+
+// As of muffin 5.6 and awesome 4.3.
+constexpr std::array kHabits{
+    WindowManagerHabits{.manager = "Muffin", .paintsByArrival = true},
+    WindowManagerHabits{.manager = "awesome", .goesByTypeAlone = true},
+};
+
+WindowManagerHabits habitsOf(std::string_view name) {
+  const auto* row = std::ranges::find_if(
+      kHabits, [&](const auto& each) { return name.find(each.manager) != std::string_view::npos; });
+  return row == kHabits.end() ? WindowManagerHabits{} : *row;
+}
 
 /// Whether icons stand above the cover where it is. A cover that is not on the screen is not under
 /// anything.
@@ -41,7 +54,7 @@ CoverKeeper::Manager CoverKeeper::readManager() {
   const auto check = server_.numbers(server_.root(), "_NET_SUPPORTING_WM_CHECK");
   if (check.empty()) return Manager::None;
   if (server_.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") != check) return Manager::None;
-  paintsByArrival_ = server_.managerName().find("Muffin") != std::string::npos;
+  habits_ = habitsOf(server_.managerName());
   const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
   const bool takes = std::ranges::count(supported, server_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")) > 0;
   return takes ? Manager::TakesDesktopWindows : Manager::Other;
@@ -63,9 +76,11 @@ CoverStand CoverKeeper::standFor(const QRect& area) {
 
 CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) const {
   const bool managed = manager_ == Manager::TakesDesktopWindows;
+  const bool byType = habits_.goesByTypeAlone;
   // A window manager that knows no desktop windows takes icons for an ordinary window.
-  const auto* icons = manager_ == Manager::Other ? nullptr : stack.iconsOn(area);
-  if (icons == nullptr) return {managed, XCB_NONE, XCB_NONE};
+  const bool standsAlone = manager_ == Manager::Other || byType;
+  const auto* icons = standsAlone ? nullptr : stack.iconsOn(area);
+  if (icons == nullptr) return {.managed = managed, .byTypeAlone = byType};
   return {managed, icons->window, stack.topLevels[icons->level].window};
 }
 
@@ -166,7 +181,7 @@ void CoverKeeper::look(const WindowStack& stack, KeptCover& cover) {
   if (manager_ == Manager::None) wanted.managed = surface->stand().managed;
   const bool otherIcons =
       wanted.iconWindow != XCB_NONE && wanted.iconWindow != surface->stand().iconWindow;
-  if (wanted.managed != surface->stand().managed || (paintsByArrival_ && otherIcons)) {
+  if (wanted.managed != surface->stand().managed || (habits_.paintsByArrival && otherIcons)) {
     cover.remake(wanted);
     return;
   }

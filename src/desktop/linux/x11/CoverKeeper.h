@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <set>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -13,6 +14,16 @@
 #include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
+
+/// What some window managers do with desktop windows that the others do not.
+struct WindowManagerHabits {
+  /// Part of the name.
+  std::string_view manager;
+  /// Whatever the order of windows is, icons are painted over a cover that was there first.
+  bool paintsByArrival = false;
+  /// Frames what belongs to another window, and has what is to be below others above panels.
+  bool goesByTypeAlone = false;
+};
 
 /// A cover that is to stay where it belongs. What the keeper asks of it.
 class KeptCover {
@@ -65,8 +76,7 @@ class CoverKeeper {
   XEvents& events_;
   XServer& server_;
   Manager manager_ = Manager::None;
-  /// Whatever the order of windows is, muffin paints icons over a cover that was there first.
-  bool paintsByArrival_ = false;
+  WindowManagerHabits habits_;
   bool managerIsFresh_ = false;
   bool managerChanged_ = false;
   std::vector<KeptCover*> covers_;

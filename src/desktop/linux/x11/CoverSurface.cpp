@@ -64,9 +64,11 @@ void CoverSurface::describe() {
   setText("WM_NAME", "STRING", kName);
   setText("_NET_WM_NAME", "UTF8_STRING", kName);
   setText("WM_CLASS", "STRING", kClass);
-  setAtoms("_NET_WM_WINDOW_TYPE", {"_NET_WM_WINDOW_TYPE_DESKTOP"});
-  setAtoms("_NET_WM_STATE", {"_NET_WM_STATE_BELOW", "_NET_WM_STATE_STICKY",
-                             "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"});
+  setAtoms("_NET_WM_WINDOW_TYPE", std::array{std::string_view("_NET_WM_WINDOW_TYPE_DESKTOP")});
+  std::vector<std::string_view> states{"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
+                                       "_NET_WM_STATE_SKIP_PAGER"};
+  if (!stand_.byTypeAlone) states.emplace_back("_NET_WM_STATE_BELOW");
+  setAtoms("_NET_WM_STATE", states);
   setNumbers("_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {kAllWorkspaces});
   // Mapping it takes the keyboard from nobody.
   setNumbers("_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {0});
@@ -154,8 +156,7 @@ void CoverSurface::setNumbers(std::string_view property, xcb_atom_t type,
                       32, static_cast<std::uint32_t>(values.size()), values.data());
 }
 
-void CoverSurface::setAtoms(std::string_view property,
-                            std::initializer_list<std::string_view> values) {
+void CoverSurface::setAtoms(std::string_view property, std::span<const std::string_view> values) {
   std::vector<std::uint32_t> atoms;
   for (const std::string_view value : values) atoms.push_back(server_.atom(value));
   setNumbers(property, XCB_ATOM_ATOM, std::move(atoms));

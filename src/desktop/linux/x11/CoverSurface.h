@@ -3,6 +3,8 @@
 #include <QRect>
 #include <functional>
 #include <memory>
+#include <span>
+#include <string_view>
 
 #include "desktop/linux/x11/XPicture.h"
 #include "desktop/linux/xserver/XEvents.h"
@@ -18,6 +20,8 @@ struct CoverStand {
   // None where there are no icons.
   xcb_window_t iconWindow = XCB_NONE;
   xcb_window_t iconTopLevel = XCB_NONE;
+  /// It is a desktop window and asks for nothing more.
+  bool byTypeAlone = false;
 
   bool operator==(const CoverStand&) const = default;
 };
@@ -60,7 +64,7 @@ class CoverSurface {
   void placeAmongUnmanaged();
   void insistOnPlace();
   void setNumbers(std::string_view property, xcb_atom_t type, std::vector<std::uint32_t> values);
-  void setAtoms(std::string_view property, std::initializer_list<std::string_view> values);
+  void setAtoms(std::string_view property, std::span<const std::string_view> values);
   void setText(std::string_view property, std::string_view type, std::string_view value);
 
   XEvents& events_;
