@@ -66,6 +66,11 @@ class CoverDesk {
   /// screen, it is not looked for.
   [[nodiscard]] std::string faultAfterAWhile(bool frontShows = true) const;
 
+  /// Another program's window of icons there, without any: where there is a compositor one sees
+  /// through it, as through those of shells that paint the picture themselves. It need not be on
+  /// the screen yet.
+  void openIconWindow(const Rect& area);
+
   /// Tells the desktop to show another picture.
   void changeWallpaper(const std::filesystem::path& picture) const;
   /// Blue all over.

@@ -102,6 +102,16 @@ TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
+TEST(CoverPicture, WhatShowsThroughTheIconsIsNotTakenForBlack) {
+  CoverDesk covers({.windowManager = WindowManager::Xfwm4});
+  ASSERT_NO_FATAL_FAILURE(paintTheRoot(covers));
+  const std::vector<Rect> monitors = covers.desk().server().monitors();
+  for (const Rect& monitor : monitors) covers.openIconWindow(monitor);
+  ASSERT_TRUE(covers.desk().until([&] { return covers.iconWindows().size() == monitors.size(); }));
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  EXPECT_TRUE(covers.desk().until([&] { return showsTheRootPicture(covers); }));
+}
+
 /// Looks at the same points over and over, as fast as the server answers.
 class Watcher {
  public:

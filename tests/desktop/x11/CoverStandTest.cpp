@@ -111,5 +111,47 @@ TEST_P(CoverStand, AnotherWindowManagerFindsTheCoverWhereItBelongs) {
 INSTANTIATE_TEST_SUITE_P(On, CoverStand, testing::ValuesIn(allSurroundings()),
                          [](const auto& row) { return row.param.name; });
 
+// Which paints desktop windows in the order of their coming.
+TEST(CoverOnMuffin, ComesAnewAfterIconsThatComeAnew) {
+  CoverDesk covers({.windowManager = WindowManager::Openbox});
+  const harness::XConnection& x = covers.desk().x();
+  const std::string name = "Mutter (Muffin)";
+  xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE,
+                      x.number(x.root(), "_NET_SUPPORTING_WM_CHECK").value(),
+                      x.atom("_NET_WM_NAME"), x.atom("UTF8_STRING"), 8,
+                      static_cast<std::uint32_t>(name.size()), name.data());
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  const Rect first = covers.desk().server().monitors().front();
+  for (int time = 0; time < 2; ++time) {
+    const xcb_window_t before = covers.coverOf(first);
+    covers.openIconWindow(first);
+    EXPECT_TRUE(covers.desk().until([&] {
+      return covers.everyMonitorIsCovered() && covers.coverOf(first) != before;
+    })) << time;
+  }
+}
+
+// Which puts new desktop windows where it likes, and above its bars what asks to be below others.
+TEST(CoverOnAwesome, StandsOnItsMonitorBelowTheBar) {
+  CoverDesk covers({});
+  harness::XDesk& desk = covers.desk();
+  const std::vector<Rect> monitors = desk.server().monitors();
+  const auto awesome = desk.start({"awesome"});
+  ASSERT_TRUE(desk.until([&] { return desk.panelAreas().size() == monitors.size(); }))
+      << awesome->errorOutput();
+  // Without a compositor these are black, and so are their covers.
+  for (const Rect& monitor : monitors) covers.openIconWindow(monitor);
+  ASSERT_NO_FATAL_FAILURE(covers.startCovered());
+  for (const Rect& bar : desk.panelAreas()) {
+    const auto isBlack = [](const Image& image) {
+      return std::ranges::count(image.pixels, 0U) == std::ssize(image.pixels);
+    };
+    EXPECT_TRUE(desk.until([&] {
+      return isBlack(desk.screen().area({bar.x + 10, bar.bottom() + 10, 200, 20}));
+    })) << bar.x;
+    EXPECT_FALSE(isBlack(desk.screen().area(bar))) << bar.x;
+  }
+}
+
 }  // namespace
 }  // namespace cover_test

@@ -92,9 +92,9 @@ void CoverSurface::map() {
 }
 
 void CoverSurface::insistOnPlace() {
-  // awesome 4.3 and Enlightenment 0.25 put new desktop windows where they like and move them when
-  // asked once more.
-  if (!stand_.managed || server_.geometry(window_) == area_) return;
+  // awesome 4.3 and Enlightenment 0.25 put new desktop windows where they like, in the end only
+  // after they are on the screen, and move them when asked once more.
+  if (!stand_.managed) return;
   const std::array<std::uint32_t, 4> place{
       static_cast<std::uint32_t>(area_.x()), static_cast<std::uint32_t>(area_.y()),
       static_cast<std::uint32_t>(area_.width()), static_cast<std::uint32_t>(area_.height())};

@@ -1,0 +1,292 @@
+// Desktops that keep their picture in GSettings, by the names that they own on the bus.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDBusConnection>
+#include <QImage>
+#include <QTemporaryDir>
+#include <map>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "desktop/linux/gsettings/GuardedSettings.h"
+#include "desktop/linux/wallpaper/WallpaperPictures.h"
+#include "desktop/wallpaper/PrivateBus.h"
+
+namespace linux_desktop {
+namespace {
+
+using platform::Dictionary;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// "schema key" and the value as GLib prints it; what is not set is not here.
+using Settings = std::map<std::string, std::string>;
+
+constexpr const char* kCinnamon = "org.cinnamon.desktop.background";
+constexpr const char* kSlideShow = "org.cinnamon.desktop.background.slideshow";
+constexpr const char* kGnome = "org.gnome.desktop.background";
+constexpr const char* kInterface = "org.gnome.desktop.interface";
+
+const std::vector<std::pair<const char*, std::vector<std::string>>> kSchemas{
+    {kCinnamon, {"picture-uri", "picture-options", "primary-color"}},
+    {kSlideShow, {"slideshow-enabled"}},
+    {kGnome, {"picture-uri", "picture-uri-dark", "picture-options", "primary-color"}},
+    {kInterface, {"color-scheme"}}};
+
+/// A folder for the settings of this process, and for the pictures.
+QTemporaryDir& folder() {
+  static QTemporaryDir folder;
+  return folder;
+}
+
+/// Who runs, and what the user has set.
+struct Shell {
+  const char* name;
+  std::vector<const char*> busNames;
+  Settings settings = {};
+  const char* windowClass = nullptr;
+};
+
+class Facts final : public DesktopFacts {
+ public:
+  Facts()
+      : DesktopFacts([] {
+          return std::vector{Monitor{QStringLiteral("one"), {0, 0, 60, 40}},
+                             Monitor{QStringLiteral("two"), {60, 0, 30, 40}}};
+        }) {}
+  DesktopWindow desktopWindow() override { return window; }
+
+  DesktopWindow window;
+};
+
+class GSettingsTest : public PrivateBusTest {
+ protected:
+  GSettingsTest() : PrivateBusTest("") {
+    qputenv("GSETTINGS_BACKEND", "keyfile");
+    qputenv("XDG_CONFIG_HOME", folder().path().toUtf8());
+    for (const auto& [schema, keys] : kSchemas) {
+      settings_[schema] = GuardedSettings::open(schema, keys);
+      if (!settings_[schema]) throw std::runtime_error(std::string(schema) + " is not installed");
+    }
+    change({});
+    EXPECT_TRUE(QImage(9, 9, QImage::Format_RGB32).save(QString::fromStdString(chosen)));
+  }
+  ~GSettingsTest() override {
+    for (const QString& name : owned_) QDBusConnection::sessionBus().unregisterService(name);
+  }
+
+  void run(const Shell& shell) {
+    for (const char* name : shell.busNames) {
+      owned_ << QLatin1String(name);
+      EXPECT_TRUE(QDBusConnection::sessionBus().registerService(owned_.back()));
+    }
+    if (shell.windowClass != nullptr) facts.window = {7, QLatin1String(shell.windowClass), 0};
+    change(shell.settings);
+  }
+  /// Everything else becomes unset.
+  void change(const Settings& wanted) {
+    for (const auto& [schema, keys] : kSchemas) {
+      for (const std::string& key : keys) {
+        const auto found = wanted.find(schema + (" " + key));
+        EXPECT_TRUE(settings_[schema]->setUserValue(
+            key, found == wanted.end() ? std::nullopt : std::optional(found->second)));
+      }
+    }
+  }
+  [[nodiscard]] Settings settings() {
+    Settings all;
+    for (const auto& [schema, keys] : kSchemas) {
+      for (const std::string& key : keys) {
+        if (const auto value = settings_[schema]->userValue(key))
+          all[schema + (" " + key)] = *value;
+      }
+    }
+    return all;
+  }
+  /// From now on, each key that becomes another.
+  void watch(std::vector<std::string>& keys) {
+    for (auto& [schema, each] : settings_)
+      each->setChanged([&keys](const std::string& key) { keys.push_back(key); });
+  }
+  /// As the mode does. The reasons of refusals.
+  [[nodiscard]] std::string swap() {
+    old_.clear();
+    for (const char* screen : {"one", "two"}) {
+      if (const auto path = pictures.path(screen)) old_.emplace_back(screen, *path);
+    }
+    std::string reasons;
+    for (const char* screen : {"one", "two"}) reasons += set(chosen, screen);
+    return reasons;
+  }
+  [[nodiscard]] std::string putBack() {
+    std::string reasons;
+    for (const auto& [screen, path] : old_) reasons += set(path, screen);
+    return reasons;
+  }
+
+  const std::string chosen = folder().filePath("a b' 100%.png").toStdString();
+  /// As the settings have it.
+  const std::string uri = "\"file://" + folder().path().toStdString() + "/a%20b'%20100%25.png\"";
+  Facts facts;
+  WallpaperPictures pictures{facts};
+
+ private:
+  [[nodiscard]] std::string set(const std::string& path, const std::string& screen) {
+    return pictures.set(path, screen, pictures.options(screen).value_or(Dictionary())).value_or("");
+  }
+
+  std::map<std::string, std::unique_ptr<GuardedSettings>> settings_;
+  std::vector<std::pair<std::string, std::string>> old_;
+  QStringList owned_;
+};
+
+const Shell kCinnamonRuns{"Cinnamon", {"org.Cinnamon"}};
+const Shell kGnomeRuns{"Gnome", {"org.gnome.Shell"}};
+const Shell kBudgieRuns{"Budgie", {"org.gnome.Shell", "org.budgie_desktop.BudgieWM"}};
+const Shell kFlashbackRuns{
+    "Flashback", {"org.gnome.Shell", "org.gnome.Flashback"}, {}, "Gnome-flashback"};
+
+Shell with(Shell shell, const char* name, Settings settings) {
+  shell.name = name;
+  shell.settings = std::move(settings);
+  return shell;
+}
+
+struct Swap {
+  Shell shell;
+  /// What is then another; a picture of "" stands for the chosen one.
+  Settings changed;
+};
+
+void PrintTo(const Swap& row, std::ostream* stream) {
+  *stream << row.shell.name;
+}
+
+const std::string kCinnamonPicture = "org.cinnamon.desktop.background picture-uri";
+const std::string kCinnamonStyle = "org.cinnamon.desktop.background picture-options";
+const std::string kTakesTurns = "org.cinnamon.desktop.background.slideshow slideshow-enabled";
+const std::string kPicture = "org.gnome.desktop.background picture-uri";
+const std::string kDarkPicture = "org.gnome.desktop.background picture-uri-dark";
+const std::string kStyle = "org.gnome.desktop.background picture-options";
+const std::string kOld = "'file:///old.png'";
+
+const Swap kSwaps[] = {
+    {kCinnamonRuns, {{kCinnamonPicture, ""}}},
+    {{"CinnamonWithIcons", {"org.Cinnamon"}, {{kCinnamonPicture, kOld}}, "Nemo-desktop"},
+     {{kCinnamonPicture, ""}}},
+    {with(kCinnamonRuns, "CinnamonOfAColour", {{kCinnamonStyle, "'none'"}}),
+     {{kCinnamonPicture, ""}, {kCinnamonStyle, "'zoom'"}}},
+    {with(kCinnamonRuns, "CinnamonInTurns", {{kCinnamonPicture, kOld}, {kTakesTurns, "true"}}),
+     {{kCinnamonPicture, ""}, {kTakesTurns, "false"}}},
+    {kGnomeRuns, {{kPicture, ""}, {kDarkPicture, ""}}},
+    {with(kGnomeRuns, "GnomeOfAColour",
+          {{kPicture, "''"}, {kDarkPicture, kOld}, {kStyle, "'none'"}}),
+     {{kPicture, ""}, {kDarkPicture, ""}, {kStyle, "'zoom'"}}},
+    {kBudgieRuns, {{kPicture, ""}}},
+    {kFlashbackRuns, {{kPicture, ""}}},
+};
+
+class GSettingsSwap : public GSettingsTest, public testing::WithParamInterface<Swap> {};
+
+INSTANTIATE_TEST_SUITE_P(, GSettingsSwap, testing::ValuesIn(kSwaps),
+                         [](const auto& row) { return std::string(row.param.shell.name); });
+
+TEST_P(GSettingsSwap, ChangesWhatShowsThePictureAndPutsAllOfItBack) {
+  run(GetParam().shell);
+  const Settings before = settings();
+  Settings wanted = before;
+  for (const auto& [key, value] : GetParam().changed) wanted[key] = value.empty() ? uri : value;
+  EXPECT_EQ(swap(), "");
+  EXPECT_EQ(settings(), wanted);
+  EXPECT_EQ(putBack(), "");
+  EXPECT_EQ(settings(), before);
+}
+
+TEST_F(GSettingsTest, WhatTheUserLaysOutAnewMeanwhileStays) {
+  run(with(kCinnamonRuns, "", {{kCinnamonPicture, kOld}, {kCinnamonStyle, "'none'"}}));
+  EXPECT_EQ(swap(), "");
+  change({{kCinnamonPicture, uri}, {kCinnamonStyle, "'scaled'"}});
+  EXPECT_EQ(putBack(), "");
+  EXPECT_EQ(settings(), (Settings{{kCinnamonPicture, kOld}, {kCinnamonStyle, "'scaled'"}}));
+}
+
+// Whoever changes the picture while it runs ends it.
+TEST_F(GSettingsTest, SlideShowIsEndedBeforeThePictureComesAndBegunAfterItHasGone) {
+  run(with(kCinnamonRuns, "", {{kCinnamonPicture, kOld}, {kTakesTurns, "true"}}));
+  EXPECT_THAT(pictures.path("one").value_or(""), Not(HasSubstr("old.png"))) << "it takes turns";
+  QCoreApplication::processEvents();
+  std::vector<std::string> keys;
+  watch(keys);
+  EXPECT_EQ(swap(), "");
+  EXPECT_TRUE(soon([&] { return keys.size() == 2; }));
+  EXPECT_EQ(putBack(), "");
+  EXPECT_TRUE(soon([&] { return keys.size() == 4; }));
+  EXPECT_THAT(keys,
+              ElementsAre("slideshow-enabled", "picture-uri", "picture-uri", "slideshow-enabled"));
+}
+
+struct Told {
+  Shell shell;
+  Backdrop backdrop;
+};
+
+TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
+  const Settings laidOut{{kCinnamonPicture, "'file:///old%20one.png'"},
+                         {kCinnamonStyle, "'spanned'"},
+                         {"org.cinnamon.desktop.background primary-color", "'#102030'"}};
+  const Settings gnome{{kPicture, "'file:///light.png'"},
+                       {kDarkPicture, "'file:///dark.png'"},
+                       {kStyle, "'spanned'"},
+                       {"org.gnome.desktop.background primary-color", "'#102030'"}};
+  Settings dark = gnome;
+  dark["org.gnome.desktop.interface color-scheme"] = "'prefer-dark'";
+  const QColor colour(0x10, 0x20, 0x30);
+  const Told rows[] = {
+      {with(kCinnamonRuns, "", laidOut),
+       {"/old one.png", BackdropStyle::Fitted, true, BackdropShading::Solid, colour}},
+      {with(kGnomeRuns, "", gnome), {"/light.png", BackdropStyle::Stretched, true}},
+      {with(kGnomeRuns, "", dark), {"/dark.png", BackdropStyle::Stretched, true}},
+      {with(kBudgieRuns, "", dark), {"/light.png", BackdropStyle::Stretched, true}},
+  };
+  for (const auto& [shell, backdrop] : rows) {
+    run(shell);
+    QCoreApplication::processEvents();  // who runs is looked for once a turn
+    const auto told = pictures.backdrop(facts.monitors().front());
+    ASSERT_TRUE(told.has_value());
+    EXPECT_EQ(told->file, backdrop.file);
+    EXPECT_EQ(told->style, backdrop.style);
+    EXPECT_EQ(told->spansMonitors, backdrop.spansMonitors);
+    EXPECT_EQ(told->primary, backdrop.primary) << told->file.toStdString();
+    for (const char* name : shell.busNames)
+      QDBusConnection::sessionBus().unregisterService(QLatin1String(name));
+  }
+}
+
+/// For where nobody draws a desktop.
+class Bare final : public WallpaperAdapter {
+ public:
+  std::optional<Backdrop> backdrop(const Monitor&) override { return Backdrop{}; }
+  std::optional<WallpaperState> state(const Monitor&) override { return WallpaperState{}; }
+  std::optional<std::string> show(const Monitor&, const QString&, const Dictionary&) override {
+    return std::nullopt;
+  }
+  std::optional<std::string> restore(const Monitor&, const Dictionary&) override {
+    return std::nullopt;
+  }
+  void setChanged(std::function<void()>) override {}
+};
+
+TEST_F(GSettingsTest, NothingIsSetUnderAShellThatPaintsOverIt) {
+  facts.setBareDesktop(std::make_shared<Bare>());
+  EXPECT_EQ(swap(), "");
+  run({"Enlightenment", {"org.enlightenment.wm.service"}});
+  QCoreApplication::processEvents();
+  EXPECT_THAT(swap(), HasSubstr("Nobody is known here"));
+}
+
+}  // namespace
+}  // namespace linux_desktop
