@@ -10,7 +10,7 @@ namespace bench {
 using namespace std::chrono_literals;
 using harness::AccessibilityClient;
 
-void liveOn(const harness::XDesk& desk) {
+void liveOn(const harness::Desk& desk) {
   for (const auto& [name, value] : desk.environment()) ::setenv(name.c_str(), value.c_str(), 1);
 }
 

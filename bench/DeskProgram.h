@@ -12,7 +12,7 @@ using Clock = std::chrono::steady_clock;
 
 /// The bench's own environment becomes that of the desktop, for its clients of the sound server and
 /// the bus.
-void liveOn(const harness::XDesk& desk);
+void liveOn(const harness::Desk& desk);
 
 /// A desktop with one monitor, xfwm4, this panel and PulseAudio with a sink "out1"; the bench
 /// lives on it.

@@ -14,7 +14,7 @@ namespace {
 constexpr const char* kUsage =
     "usage: calmdeck-bench [--starts N] [--switches N] [--idle SECONDS] [--clicks N]\n"
     "                      [--toggles N] [--icons N] [--shortcuts N] [--modes N]\n"
-    "                      [--windows N] [--panel xfce4-panel|tint2]";
+    "                      [--windows N] [--compositors N] [--panel xfce4-panel|tint2]";
 
 int number(std::string_view text) {
   int value = 0;
@@ -48,6 +48,7 @@ constexpr Setter kSetters[] = {
     {"--icons", setCount<&Options::icons>},
     {"--shortcuts", setCount<&Options::shortcuts>},
     {"--modes", setCount<&Options::modes>},
+    {"--compositors", setCount<&Options::compositors>},
     {"--windows",
      [](Options& options, std::string_view value) { options.windows = {number(value)}; }},
     {"--idle", [](Options& options,

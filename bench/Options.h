@@ -21,6 +21,8 @@ struct Options {
   /// How often the mode is switched on and off, and how many windows other programs then have.
   int modes = 5;
   std::vector<int> windows{10, 50, 200};
+  /// The same on each Wayland compositor that is installed, with fifty windows at most.
+  int compositors = 5;
   harness::Panel panel = harness::Panel::XfcePanel;
 };
 

@@ -1,6 +1,7 @@
 #include <exception>
 #include <iostream>
 
+#include "bench/CompositorMeasure.h"
 #include "bench/GrowthMeasure.h"
 #include "bench/IdleMeasure.h"
 #include "bench/ModeMeasure.h"
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
         {options.shortcuts > 0, bench::measureShortcuts},
         {options.modes > 0, bench::measureMode},
         {options.modes > 0, bench::measureCovers},
+        {options.compositors > 0, bench::measureCompositors},
     };
     bench::Report report;
     for (const auto& [wanted, measure] : measures) {

@@ -324,11 +324,11 @@ std::optional<Rect> WaylandDesk::trayIcon() const {
   return iconFinder_ ? iconFinder_->find() : std::nullopt;
 }
 
-ForeignWindow& WaylandDesk::openWindow(const std::string& name, std::uint32_t colour) {
+ForeignWindow& WaylandDesk::openWindow(const std::string& name, std::uint32_t colour, int count) {
   std::ostringstream text;
   text << '#' << std::hex << std::setw(6) << std::setfill('0') << colour;
   windows_.push_back(std::make_unique<ForeignWindow>(
-      ForeignWindow{colour, start({FOREIGN_WINDOW, name, text.str()})}));
+      ForeignWindow{colour, start({FOREIGN_WINDOW, name, text.str(), std::to_string(count)})}));
   const bool shows = until([&] { return areaOf(colour).has_value(); });
   require(shows, "a foreign window", *windows_.back()->process);
   return *windows_.back();

@@ -87,8 +87,8 @@ class WaylandDesk final : public Desk {
   /// Where the icon of the Calmdeck that was started last shows.
   [[nodiscard]] std::optional<Rect> trayIcon() const;
 
-  /// Returns when it is on the screen. It lasts as long as the desktop.
-  ForeignWindow& openWindow(const std::string& name, std::uint32_t colour);
+  /// Returns when it is on the screen, or one of `count` is. They last as long as the desktop.
+  ForeignWindow& openWindow(const std::string& name, std::uint32_t colour, int count = 1);
   /// A third into it; throws when that is not to be seen.
   void clickOn(const ForeignWindow& window) const;
   /// The bounds of all pixels of exactly that colour; absent when none is to be seen.

@@ -1,15 +1,16 @@
-// An ordinary program of somebody else's, one window of one colour:
+// An ordinary program of somebody else's, windows of one colour:
 //
-//   foreign_window NAME COLOUR
+//   foreign_window NAME COLOUR [COUNT]
 //
-// NAME is the window's title and what compositors know the program by, COLOUR as #rrggbb. It says
+// NAME is the windows' title and what compositors know the program by, COLOUR as #rrggbb. It says
 // what it hears: "active" and "inactive" as the keyboard comes and goes, "key TEXT", "press". F5
-// minimises it.
+// minimises the window.
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPalette>
 #include <QWidget>
+#include <deque>
 #include <iostream>
 
 namespace {
@@ -34,12 +35,14 @@ class Window : public QWidget {
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   const QStringList arguments = QApplication::arguments();
-  if (arguments.size() != 3) return 2;
+  if (arguments.size() < 3) return 2;
   QApplication::setDesktopFileName(arguments.at(1));
-  Window window;
-  window.setWindowTitle(arguments.at(1));
-  window.setPalette(QPalette(QColor(arguments.at(2))));
-  window.resize(300, 200);
-  window.show();
+  std::deque<Window> windows(arguments.size() > 3 ? arguments.at(3).toUInt() : 1);
+  for (Window& window : windows) {
+    window.setWindowTitle(arguments.at(1));
+    window.setPalette(QPalette(QColor(arguments.at(2))));
+    window.resize(300, 200);
+    window.show();
+  }
   return QApplication::exec();
 }
