@@ -62,9 +62,9 @@ obtainable() {
   for name in ${1//|/ }; do
     version=$(LC_ALL=C apt-cache policy "${name%>=*}" | sed -n 's/^  Candidate: \([^(].*\)/\1/p')
     suffices "$version" "$name" && printf '%s\n' "${name%>=*}" && return
-    had+="${version:+ It has $version.}"
+    had=${version:-$had}
   done
-  fail "Calmdeck cannot be built here: this release has no ${1//|/ or }.$had"
+  fail "Calmdeck cannot be built here: it takes ${1//|/ or }, and this release has ${had:-none}."
 }
 
 # install_packages LIST...: takes a moment where nothing is missing.
@@ -77,7 +77,6 @@ install_packages() {
   done < <(dpkg-query -W -f '${db:Status-Status} ${Package} ${Version}\n')
   while read -r entry _; do installed "$entry" || missing+=("$entry"); done < <(lines "$@")
   [ ${#missing[@]} = 0 ] && return
-  say "Installing ${missing[*]}"
   log=$(mktemp)
   local -a apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600)
   # A machine that is thrown away afterwards need not wait for its disk at each file.
@@ -87,6 +86,7 @@ install_packages() {
     name=$(obtainable "$entry") || exit 1
     names+=("$name")
   done
+  say "Installing ${names[*]}"
   as_root "${apt[@]}" install -y --no-install-recommends "${names[@]}" >"$log" 2>&1 </dev/null ||
     { cat "$log" >&2; fail "The packages could not be installed."; }
   rm -f "$log"
