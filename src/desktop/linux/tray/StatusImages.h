@@ -26,11 +26,15 @@ using IconPixmaps = QList<IconPixmap>;
 
 /// One picture in every size that panels show, for both tray protocols.
 struct StatusImage {
+  /// By this name icon themes have it as a shape that panels give their own colour; empty where it
+  /// is not installed.
+  QString name;
   QIcon icon;
   IconPixmaps pixmaps;
 };
 
-/// Status pictures rendered from SVG, each once: changing the icon back and forth costs nothing.
+/// Status pictures rendered from SVG, each once: changing the icon back and forth costs nothing. An
+/// SVG may have an element "grid22", which then is the picture at 22 pixels, and at 24 with a rim.
 class StatusImages {
  public:
   /// Fully transparent for null and for what is no SVG (then with one warning). The result lives

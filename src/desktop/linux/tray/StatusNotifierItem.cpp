@@ -65,6 +65,7 @@ BusInterface StatusNotifierItem::makeInterface() {
   const auto ignore = [](const QDBusMessage&) { return QVariantList(); };
   const auto ours = [this] { return image_ == nullptr ? IconPixmaps() : image_->pixmaps; };
   const auto none = [] { return IconPixmaps(); };
+  const auto name = [this] { return image_ == nullptr ? QString() : image_->name; };
   // Not every host shows the text below the title.
   const auto toolTip = [this] { return QVariant::fromValue(ToolTip{{}, {}, toolTip_, {}}); };
   const QDBusObjectPath menu(DBusMenu::kPath);
@@ -84,7 +85,7 @@ BusInterface StatusNotifierItem::makeInterface() {
                          {"IconThemePath", text("")},
                          {"Menu", constant("o", QVariant::fromValue(menu))},
                          {"ItemIsMenu", constant("b", false)},
-                         {"IconName", text("")},
+                         {"IconName", {"s", name}},
                          {"IconPixmap", pixmaps(ours)},
                          {"OverlayIconName", text("")},
                          {"OverlayIconPixmap", pixmaps(none)},
