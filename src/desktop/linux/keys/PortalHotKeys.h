@@ -65,6 +65,7 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   };
 
   void listen();
+  void bindSoon();
   void bindAnew();
   void closeSession();
   void ask(const QString& method, QVariantList arguments, QVariantMap options,
