@@ -191,14 +191,14 @@ void GnomeDesk::turnExtension(const std::string& uuid, bool on) {
 
 // --- Programs ---
 
-void GnomeDesk::launch(const std::vector<std::string>& features) {
-  std::string settings = R"({"kUserdeaultsLaunchAtLogin": false)";
+void GnomeDesk::launch(const std::vector<std::string>& features, const std::string& settings) {
+  std::string all = R"({"kUserdeaultsLaunchAtLogin": false)";
   for (const char* each : {"DesktopIcons", "Dnd", "HideActiveApps", "SpeakerOff", "Wallpaper"}) {
     const bool wanted = std::ranges::find(features, each) != features.end();
-    settings +=
-        std::string(", \"kUserdefaultsToggle") + each + "\": " + (wanted ? "true" : "false");
+    all += std::string(", \"kUserdefaultsToggle") + each + "\": " + (wanted ? "true" : "false");
   }
-  home().writeConfig("calmdeck/settings.json", settings + "}");
+  home().writeConfig("calmdeck/settings.json",
+                     all + (settings.empty() ? "" : ", ") + settings + "}");
   program_ = start({CALMDECK_PROGRAM});
   const auto isOpen = [&] { return windows().find("Calmdeck*") != std::string::npos; };
   require(until(isOpen), "its panel", *program_);

@@ -55,8 +55,9 @@ class GnomeDesk : public harness::Desk {
   void installExtension() const;
 
   /// Starts the program, whose mode does what is named by the ends of its switches' keys, and
-  /// returns when it is there and its panel is closed again.
-  void launch(const std::vector<std::string>& features);
+  /// returns when it is there and its panel is closed again. `settings` are further ones, members
+  /// of JSON.
+  void launch(const std::vector<std::string>& features, const std::string& settings = {});
   [[nodiscard]] harness::Process& program() { return *program_; }
   /// Turns the mode on or off as scripts do, so that the panel does not come up.
   void toggle();

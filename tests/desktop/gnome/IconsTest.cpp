@@ -1,0 +1,58 @@
+#include <gmock/gmock.h>
+
+#include "desktop/gnome/GnomeDesk.h"
+
+using gnome_test::GnomeDesk;
+
+namespace {
+
+constexpr const char* kIcons = "ding@rastersoft.com";
+
+/// Icons, and a shell without our extension.
+class GnomeIconsTest : public testing::Test {
+ protected:
+  [[nodiscard]] bool isBare() {
+    return desk.until([&] { return desk.isBare(); });
+  }
+  [[nodiscard]] bool showsIcons() {
+    return desk.until([&] { return !desk.isBare(); }, 3 * harness::kPatience);
+  }
+  [[nodiscard]] std::string switchedOff() {
+    return desk.run({"gsettings", "get", "org.gnome.shell", "disabled-extensions"}).output;
+  }
+
+  GnomeDesk desk{{.monitors = 1, .icons = true, .extension = false}};
+};
+
+TEST_F(GnomeIconsTest, GoWithTheModeAndComeBackAlsoAfterAKill) {
+  desk.launch({"DesktopIcons"});
+  desk.toggle();
+  ASSERT_TRUE(isBare()) << desk.program().errorOutput();
+  desk.toggle();
+  EXPECT_TRUE(showsIcons());
+  EXPECT_EQ(switchedOff().find(kIcons), std::string::npos);
+
+  desk.toggle();
+  ASSERT_TRUE(isBare());
+  desk.program().kill();
+  desk.launch({"DesktopIcons"});
+  EXPECT_TRUE(showsIcons());
+
+  desk.toggle();
+  ASSERT_TRUE(isBare());
+  desk.program().signal(SIGTERM);
+  EXPECT_TRUE(showsIcons());
+}
+
+TEST_F(GnomeIconsTest, StayOffWhereTheUserTurnedThemOff) {
+  desk.turnExtension(kIcons, false);
+  ASSERT_TRUE(isBare());
+  desk.launch({"DesktopIcons"});
+  desk.toggle();
+  desk.toggle();
+  EXPECT_EQ(desk.program().terminate(harness::kPatience), harness::ProcessEnd{0});
+  EXPECT_NE(switchedOff().find(kIcons), std::string::npos);
+  EXPECT_TRUE(desk.isBare());
+}
+
+}  // namespace
