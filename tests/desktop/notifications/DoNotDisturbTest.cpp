@@ -147,6 +147,32 @@ TEST(MateTest, IsSilencedBeforeItsFirstNotification) {
   desk.expectNoComplaint();
 }
 
+TEST(AwesomeTest, IsSilencedWhateverTheUserDidByHand) {
+  QuietDesk desk({});
+  const auto awesome = desk.desk().start({"awesome"});
+  ASSERT_TRUE(desk.desk().until([&] { return desk.desk().bus().hasOwner(kNotifications); }))
+      << awesome->errorOutput();
+  const auto runs = [&](const std::string& lua) {
+    return desk.desk()
+        .bus()
+        .call(kNotifications, "/", "org.awesomewm.awful.Remote.Eval", {"string:" + lua})
+        .value_or("");
+  };
+  const auto isOn = [&] { return runs("return require('naughty').is_suspended()"); };
+  desk.launch();
+  desk.toggle();
+  EXPECT_THAT(isOn(), HasSubstr("true"));
+  (void)runs("require('naughty').resume()");
+  desk.toggle();
+  EXPECT_THAT(isOn(), HasSubstr("false")) << "a click would switch it on";
+  (void)runs("require('naughty').suspend()");
+  desk.toggle();
+  EXPECT_THAT(isOn(), HasSubstr("true")) << "a click would switch it off";
+  desk.toggle();
+  EXPECT_THAT(isOn(), HasSubstr("false"));
+  desk.expectNoComplaint();
+}
+
 TEST(DunstTest, IsSilencedAgainAfterARestart) {
   QuietDesk desk({.notifications = kDunst});
   desk.launch();

@@ -77,6 +77,9 @@ class NotificationStandIn final : public QDBusVirtualObject {
     bus_.send(change);
   }
 
+  /// Its connection to the bus, by Qt's name.
+  static constexpr const char* kStandIn = "stand-in";
+
   [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
     if (message.member() == "GetServerInformation")
@@ -118,7 +121,6 @@ class NotificationStandIn final : public QDBusVirtualObject {
     bus_.send(message.createReply(QVariantList{calls.back().id}));
   }
 
-  static constexpr const char* kStandIn = "stand-in";
   static constexpr const char* kName = "org.freedesktop.Notifications";
   static constexpr const char* kPath = "/org/freedesktop/Notifications";
 
