@@ -142,7 +142,7 @@ void preferencesWindowController::showShortcutUnavailableAlert() {
   askedAbout->insert(refused);
   shortcutState().clearShortcut();
   showInPane("");
-  askForAnother("Not available: " + refused,
+  askForAnother(platform::NSLocalizedFormat("Not available: %s", refused),
                 [askedAbout](int) { recordAfterRefusals(*askedAbout); });
 }
 

@@ -9,16 +9,6 @@ namespace presentation {
 
 using platform::NSLocalizedString;
 
-namespace {
-
-/// "%s" in `format` stands for the argument.
-std::string formatted(std::string format, const std::string& argument) {
-  const std::size_t place = format.find("%s");
-  return place == std::string::npos ? format + argument : format.replace(place, 2, argument);
-}
-
-}  // namespace
-
 PanelCaptions::Caption PanelCaptions::captionOf(Row row) {
   std::string usual = row.line->stringValue();
   return {std::move(row), std::move(usual)};
@@ -43,8 +33,7 @@ std::string PanelCaptions::textOf(const Caption& caption) {
   const auto obstacle =
       platform::NSWorkspace::sharedWorkspace().obstacleTo(*caption.row.capability);
   if (!obstacle) return caption.usual;
-  // xgettext:c-format
-  return formatted(NSLocalizedString("Not on this desktop: %s"), *obstacle);
+  return platform::NSLocalizedFormat("Not on this desktop: %s", *obstacle);
 }
 
 void PanelCaptions::refresh() const {

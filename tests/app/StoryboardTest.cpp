@@ -84,6 +84,71 @@ TEST_F(StoryboardTest, EverySwitchOfThePanelIsReachableAndSaysWhatItIs) {
   }
 }
 
+/// Another language, in which every text is in brackets.
+class Brackets final : public platform::port::Texts {
+ public:
+  [[nodiscard]] std::string localized(std::string_view text) const override {
+    return text.empty() ? std::string() : "[" + std::string(text) + "]";
+  }
+};
+
+/// Of a view and all in it, what is not in brackets.
+void gatherEnglish(const platform::NSView& view, std::vector<std::string>& english) {
+  std::vector<std::string> texts{view.accessibilityLabel(), view.accessibilityHelp()};
+  if (const auto* field = dynamic_cast<const platform::NSTextField*>(&view)) {
+    texts.push_back(field->stringValue());
+  }
+  if (const auto* button = dynamic_cast<const platform::NSButton*>(&view)) {
+    texts.push_back(button->title());
+  }
+  std::ranges::copy_if(texts, std::back_inserter(english), [](const std::string& text) {
+    return !text.empty() && !text.starts_with('[');
+  });
+  for (const auto& child : view.subviews()) gatherEnglish(*child, english);
+}
+
+TEST_F(StoryboardTest, EveryTextIsInTheUsersLanguage) {
+  Brackets brackets;
+  desk.desktop.texts = &brackets;
+  desk.availability.obstacles = {{platform::port::Capability::DoNotDisturb, "[nobody]"}};
+  launch();
+  std::vector<std::string> english;
+  gatherEnglish(*panel().view(), english);
+  EXPECT_EQ(desk.tray.toolTip(), "[Calmdeck: presentation mode is off]");
+  click(panel().toggleButtonPresentationMode);
+  EXPECT_EQ(desk.tray.toolTip(), "[Calmdeck: presentation mode is on]");
+  desk.loop.whenWaiting([this] {
+    EXPECT_EQ(desk.screen.alerts().back().message, "[Please add a wallpaper in settings.]");
+    EXPECT_EQ(desk.screen.alerts().back().buttons, std::vector<std::string>{"[OK]"});
+    desk.screen.answerAlert(0);
+  });
+  click(panel().toggleButtonChangeWallpaper);
+  gatherEnglish(*panel().view(), english);
+  desk.tray.rightClick();
+  EXPECT_EQ(desk.tray.menu(),
+            (std::vector<std::string>{"[Preferences]", "[Check for Updates]", "[Quit]"}));
+  desk.tray.choose("[Preferences]");
+  desk.loop.settle();
+  const auto pane = preferences::shortcutState().currentGeneralVc;
+  gatherEnglish(*pane->view(), english);
+  EXPECT_EQ(pane->view()->window()->title(), "[Preferences]");
+  click(pane->btnRecordShortcutToggleApp);
+  gatherEnglish(*pane->view(), english);
+  sharedPreferencesWindowController()->showShortcutUnavailableAlert();
+  desk.loop.settle();
+  EXPECT_EQ(desk.screen.alerts().back().message, "[Please use a different key combination.]");
+  EXPECT_TRUE(desk.screen.alerts().back().informative.starts_with("[Not available: "));
+  desk.screen.answerAlert(0);
+  desk.loop.settle();
+  desk.loop.whenWaiting([this] {
+    EXPECT_EQ(desk.screen.openPanel()->message, "[Please select an image]");
+    EXPECT_EQ(desk.screen.openPanel()->prompt, "[Select]");
+    desk.screen.answerOpenPanel(std::nullopt);
+  });
+  click(pane->btnChangeWallpaper);
+  EXPECT_EQ(english, std::vector<std::string>{});
+}
+
 TEST_F(StoryboardTest, EveryControlOfThePreferencesSaysOfWhichRowItIs) {
   launch();
   sharedPreferencesWindowController()->showWindow(nullptr);

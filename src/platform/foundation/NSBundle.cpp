@@ -28,4 +28,10 @@ std::string NSLocalizedString(std::string_view text) {
   return texts == nullptr ? std::string(text) : texts->localized(text);
 }
 
+std::string NSLocalizedFormat(std::string_view text, const std::string& argument) {
+  std::string format = NSLocalizedString(text);
+  const std::size_t place = format.find("%s");
+  return place == std::string::npos ? format + argument : format.replace(place, 2, argument);
+}
+
 }  // namespace platform

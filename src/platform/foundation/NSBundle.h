@@ -30,5 +30,7 @@ class NSBundle final : public NSObject {
 /// `text` in the language of the user, itself where nobody can tell. Texts are looked up by what
 /// they are in English.
 [[nodiscard]] std::string NSLocalizedString(std::string_view text);
+/// The same of a text in which "%s" stands for `argument`.
+[[nodiscard]] std::string NSLocalizedFormat(std::string_view text, const std::string& argument);
 
 }  // namespace platform

@@ -19,8 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kInherited[] = {"PATH",         "LC_ALL",       "LD_LIBRARY_PATH", "TZ",
-                                      "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
+constexpr const char* kInherited[] = {"PATH",         "LD_LIBRARY_PATH", "TZ",
+                                      "ASAN_OPTIONS", "LSAN_OPTIONS",    "UBSAN_OPTIONS"};
 
 // A zombie's environment reads empty, so that only living processes are found.
 std::vector<pid_t> processesWith(const std::string& assignment) {
@@ -127,6 +127,8 @@ Environment PrivateHome::environment() const {
       // The machine's own services are nobody's to ask, let alone to start.
       {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (runtime() / "system-bus").string()},
       {"LIBGL_ALWAYS_SOFTWARE", "1"},
+      // What the program says is looked for in English.
+      {"LC_ALL", "C.UTF-8"},
       // No peer needs the accessibility bus; what is tested asks for it by itself.
       {"NO_AT_BRIDGE", "1"},
   };

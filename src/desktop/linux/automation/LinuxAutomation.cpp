@@ -1,5 +1,9 @@
 #include "desktop/linux/automation/LinuxAutomation.h"
 
+#include <algorithm>
+
+#include "desktop/linux/language/Language.h"
+
 namespace linux_desktop {
 
 using platform::Dictionary;
@@ -15,6 +19,9 @@ constexpr std::int64_t kEscape = 53;
 
 constexpr int kNoSuchObject = -1728;
 constexpr int kServiceFailed = -10000;
+
+/// What the program's own scripts show, as users read it.
+constexpr const char* kOwnTexts[] = {localizedLater("Mic muted"), localizedLater("Mic unmuted")};
 
 ScriptError errorFor(VolumeTrouble trouble) {
   switch (trouble) {
@@ -86,7 +93,11 @@ std::optional<ScriptError> LinuxAutomation::setInputVolume(int level) {
 }
 
 std::optional<ScriptError> LinuxAutomation::displayNotification(std::string_view text) {
-  const std::optional<std::string> obstacle = notifier_.show(text);
+  const auto* own =
+      std::ranges::find(kOwnTexts, text, [](auto each) { return std::string_view(each); });
+  const std::string shown =
+      own == std::end(kOwnTexts) ? std::string(text) : localized(*own).toStdString();
+  const std::optional<std::string> obstacle = notifier_.show(shown);
   return obstacle ? std::optional(ScriptError{kServiceFailed, *obstacle}) : std::nullopt;
 }
 

@@ -30,10 +30,10 @@ constexpr Obstacle kNoBus{"there is no session bus", localizedLater("there is no
 constexpr Obstacle kNobody{"nothing shows notifications here",
                            localizedLater("nothing shows notifications")};
 constexpr Obstacle kUnreachable{"the settings of %1 cannot be reached",
-                                localizedLater("the settings of %1 cannot be reached")};
+                                localizedLater("the settings of “%1” cannot be reached")};
 constexpr Obstacle kNoSwitch{
     "%1 shows notifications and has no Do Not Disturb that can be switched",
-    localizedLater("%1 has no Do Not Disturb")};
+    localizedLater("“%1” has no Do Not Disturb")};
 
 using AdapterPtr = std::unique_ptr<DoNotDisturbAdapter>;
 
@@ -147,8 +147,8 @@ const Obstacle* DaemonDoNotDisturb::obstacle() const {
 
 QString DaemonDoNotDisturb::obstacleForUser() const {
   const Obstacle* why = obstacle();
-  const QString daemon = QStringLiteral("“%1”").arg(daemon_.identity().name);
-  return why == nullptr ? QString() : localized(why->shown).replace(QLatin1String("%1"), daemon);
+  if (why == nullptr) return {};
+  return localized(why->shown).replace(QLatin1String("%1"), daemon_.identity().name);
 }
 
 void DaemonDoNotDisturb::readDaemon() {

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <utility>
 
+#include "desktop/linux/language/Language.h"
 #include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {
@@ -107,7 +108,7 @@ bool CheckboxWidget::actsOn(int key) const {
 MenuButton::MenuButton(QWidget* parent) : QToolButton(parent) {
   setAutoRaise(true);
   setFocusPolicy(Qt::TabFocus);
-  setText(QStringLiteral("Menu"));
+  setText(localized("Menu"));
   setAccessibleName(text());
   setShortcut(Qt::Key_F10);
 }

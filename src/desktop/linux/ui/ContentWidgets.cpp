@@ -62,7 +62,7 @@ LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* 
 void LabelWidget::viewDidChange(platform::ViewChange) {
   setText(readableShortcut(QString::fromStdString(field_->stringValue())));
   setToolTip(words() == text() ? QString() : words());
-  breakLines();
+  arrange();
 }
 
 QString LabelWidget::words() const {
@@ -73,7 +73,11 @@ int LabelWidget::longestLine() const {
   return kLongestLine * fontMetrics().averageCharWidth();
 }
 
-void LabelWidget::breakLines() {
+void LabelWidget::arrange() {
+  // Every text begins on the same side, whatever it is written in.
+  const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+  setAlignment((isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
+               Qt::AlignVCenter);
   setWordWrap(field_->content() == platform::NSTextContent::Text &&
               fontMetrics().horizontalAdvance(text()) > longestLine());
 }
@@ -88,7 +92,7 @@ void LabelWidget::themeDidChange() {
   QPalette own = QApplication::palette(this);
   own.setColor(QPalette::WindowText, Theme(own).color(field_->textColor()));
   setPalette(own);
-  breakLines();
+  arrange();
 }
 
 QString LabelWidget::accessibleName() const {

@@ -32,7 +32,7 @@ class LabelWidget final : public QLabel, public ViewWidget {
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
  private:
-  void breakLines();
+  void arrange();
   [[nodiscard]] int longestLine() const;
   [[nodiscard]] QString words() const;
 

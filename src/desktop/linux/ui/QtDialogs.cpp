@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/ui/ButtonWidgets.h"
 #include "desktop/linux/ui/ExposeWatch.h"
@@ -171,7 +172,8 @@ std::unique_ptr<QDialog> QtOpenPanel::dialogFor(const platform::NSOpenPanel& pan
   dialog->setOption(QFileDialog::ReadOnly);
   dialog->setWindowTitle(QString::fromStdString(panel.message()));
   dialog->setLabelText(QFileDialog::Accept, plainTitle(panel.prompt()));
-  dialog->setNameFilter(QStringLiteral("Suitable files (%1)").arg(patterns.join(' ')));
+  dialog->setNameFilter(
+      QStringLiteral("%1 (%2)").arg(localized("Suitable files"), patterns.join(' ')));
   dialog->setDirectory(folderOfPictures());
   QObject::connect(dialog.get(), &QDialog::finished, dialog.get(),
                    [this, &shown = *dialog, patterns](int result) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
 #include "platform/appkit/NSAlert.h"
 
@@ -45,24 +46,35 @@ namespace {
 
 const QString kPackage = QStringLiteral("calmdeck");
 
-std::string textOf(const UpdateAnswer& answer) {
-  const std::string detail = answer.detail.toStdString();
-  const std::string running = QCoreApplication::applicationVersion().toStdString();
-  switch (answer.kind) {
+/// "%1" is the version there is, "%2" the one that runs.
+const char* englishOf(Kind kind) {
+  switch (kind) {
     case Kind::Newer:
-      return "Calmdeck " + detail + " is available, this is " + running +
-             ". It comes with the system's updates.";
+      return localizedLater(
+          "Calmdeck %1 is available, this is %2. It comes with the system's updates.");
     case Kind::None:
-      return "The system knows of no newer version of Calmdeck than " + running + ".";
+      return localizedLater("The system knows of no newer version of Calmdeck than %2.");
     case Kind::Absent:
-      return "This is Calmdeck " + running + ". New versions come with the system's updates.";
+      return localizedLater("This is Calmdeck %2. New versions come with the system's updates.");
     case Kind::Silent:
-      return "The system's package service does not answer. Please try again later.";
+      return localizedLater(
+          "The system's package service does not answer. Please try again later.");
     case Kind::Failed:
-      return "The system's package service could not look for updates." +
-             (detail.empty() ? "" : "\n\n" + detail);
+      return localizedLater("The system's package service could not look for updates.");
   }
-  return {};
+  return "";
+}
+
+/// In English, or as `localized` has it.
+std::string textOf(const UpdateAnswer& answer, QString text) {
+  if (answer.kind == Kind::Newer) text.replace(QLatin1String("%1"), answer.detail);
+  text.replace(QLatin1String("%2"), QCoreApplication::applicationVersion());
+  if (answer.kind == Kind::Failed && !answer.detail.isEmpty()) text += "\n\n" + answer.detail;
+  return text.toStdString();
+}
+
+std::string textForUser(const UpdateAnswer& answer) {
+  return textOf(answer, localized(englishOf(answer.kind)));
 }
 
 bool isTrouble(Kind kind) {
@@ -93,7 +105,7 @@ void PackageKitUpdates::question(Manner manner, std::chrono::milliseconds patien
   question_ = std::make_unique<PackageKitQuestion>(
       kPackage, manner, patience,
       [this, answered = std::move(answered)](const UpdateAnswer& answer) {
-        qCInfo(lcUpdates, "%s", textOf(answer).c_str());
+        qCInfo(lcUpdates, "%s", textOf(answer, englishOf(answer.kind)).c_str());
         // It is still in its own call.
         question_.release()->deleteLater();
         answered(answer);
@@ -102,18 +114,18 @@ void PackageKitUpdates::question(Manner manner, std::chrono::milliseconds patien
 
 void PackageKitUpdates::notify(const UpdateAnswer& answer) {
   if (answer.kind != Kind::Newer) return;
-  if (const auto reason = notifier_.show(textOf(answer))) {
+  if (const auto reason = notifier_.show(textForUser(answer))) {
     qCInfo(lcUpdates, "%s", reason->c_str());
   }
 }
 
 void PackageKitUpdates::show(const UpdateAnswer& answer) {
   NSAlert alert;
-  alert.setMessageText(textOf(answer));
+  alert.setMessageText(textForUser(answer));
   alert.setAlertStyle(isTrouble(answer.kind) ? NSAlertStyle::Warning : NSAlertStyle::Informational);
   const bool offersPage = answer.kind == Kind::Newer && hasSoftwareCentre();
-  if (offersPage) alert.addButtonWithTitle("Open Software Centre");
-  alert.addButtonWithTitle(offersPage ? "Later" : "OK");
+  if (offersPage) alert.addButtonWithTitle(localized("Open Software Centre").toStdString());
+  alert.addButtonWithTitle(localized(offersPage ? "Later" : "OK").toStdString());
   alert_ = windows_.showAlert(alert, [this, offersPage](std::size_t button) {
     alert_.reset();
     userWaits_ = false;
