@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 
 #include "desktop/program/ProgramDesk.h"
@@ -94,8 +95,31 @@ TEST_F(PanelUseTest, AClickAnywhereElseClosesIt) {
   }
 }
 
+TEST_F(PanelUseTest, ARowFollowsTheProgramThatItDependsOn) {
+  ASSERT_TRUE(program.start());
+  const auto isRead = [&](const std::string& text) {
+    const auto elements = AccessibilityClient(program.desk()).elements();
+    return std::ranges::find(elements, text, &harness::AccessibleElement::name) != elements.end();
+  };
+  const auto reads = [&](const std::string& text) {
+    return program.desk().until([&] { return isRead(text); });
+  };
+  EXPECT_TRUE(reads("Not on this desktop: nothing shows notifications"));
+  program.desk().startNotifications(harness::NotificationDaemon::Plain);
+  EXPECT_TRUE(reads("Not on this desktop: “Notification Daemon” has no Do Not Disturb"));
+  program.desk().startNotifications(harness::NotificationDaemon::Dunst);
+  EXPECT_TRUE(reads("Keeps notifications off the screen"));
+  EXPECT_FALSE(isRead("More is coming soon"));
+  EXPECT_THAT(program.complaints("notifications"), testing::IsEmpty()) << "nobody asked for it";
+}
+
 class WithoutTrayTest : public testing::Test {
  protected:
+  explicit WithoutTrayTest(const harness::Environment& environment = {})
+      : program(DeskOptions{.windowManager = WindowManager::Openbox,
+                            .sound = SoundServerKind::PulseAudio,
+                            .environment = environment}) {}
+
   /// As a screen reader finds them below the button.
   [[nodiscard]] std::vector<std::string> itemsOfTheMenu() {
     std::vector<std::string> names;
@@ -104,8 +128,7 @@ class WithoutTrayTest : public testing::Test {
     return names;
   }
 
-  ProgramDesk program{
-      DeskOptions{.windowManager = WindowManager::Openbox, .sound = SoundServerKind::PulseAudio}};
+  ProgramDesk program;
 };
 
 TEST_F(WithoutTrayTest, ThePanelIsAnOrdinaryWindowWithTheMenuInIt) {
@@ -158,6 +181,36 @@ TEST_F(WithoutTrayTest, ASecondStartShowsThePanelOfTheFirst) {
   EXPECT_EQ(second.output + second.errorOutput, "");
   EXPECT_TRUE(program.opens());
   EXPECT_TRUE(program.muteByTheMode());
+}
+
+/// A session in German, for which the test makes the locale in its own home.
+class InGermanTest : public WithoutTrayTest {
+ protected:
+  InGermanTest() : WithoutTrayTest({{"LC_ALL", "de_DE.UTF-8"}, {"LOCPATH", "locales"}}) {}
+  [[nodiscard]] bool makeLocale() {
+    const auto folder = program.desk().home().home() / "locales";
+    std::filesystem::create_directory(folder);
+    const auto made = folder / "de_DE.UTF-8";
+    (void)program.desk().run({"localedef", "-i", "de_DE", "-f", "UTF-8", made});
+    return std::filesystem::exists(made / "LC_MESSAGES");
+  }
+};
+
+TEST_F(InGermanTest, WhatUsersReadIsGermanAndWhatIsPrintedIsNot) {
+  if (!makeLocale()) GTEST_SKIP() << "localedef has no sources for de_DE (package locales)";
+  ASSERT_TRUE(program.start());
+  const AccessibilityClient reader(program.desk());
+  EXPECT_TRUE(reader.await("Präsentationsmodus"));
+  EXPECT_TRUE(reader.await("Lautsprecher stummschalten"));
+  const auto menu = reader.await("Menü");
+  ASSERT_TRUE(menu);
+  program.desk().input().click(menu->area.centreX(), menu->area.centreY());
+  ASSERT_TRUE(program.says("Right click!"));
+  EXPECT_TRUE(program.desk().until([this] { return itemsOfTheMenu().size() == 3; }));
+  EXPECT_THAT(itemsOfTheMenu(),
+              testing::ElementsAre("Einstellungen", "Nach Aktualisierungen suchen", "Beenden"));
+  EXPECT_THAT(program.complaints("tray"),
+              testing::ElementsAre(testing::HasSubstr("no tray is running")));
 }
 
 }  // namespace
