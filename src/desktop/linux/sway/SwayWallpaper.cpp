@@ -79,6 +79,8 @@ std::optional<SwaybgTold> SwayWallpaper::shownOn(const QString& output) {
   }
   if (!running || !running->isCompositors) return std::nullopt;
   names_.insert_or_assign(output, names.contains(running->output) ? running->output : output);
+  Told& last = told_.try_emplace(output, Told{{}, QDeadlineTimer(), false}).first->second;
+  if (!last.isOurs) last.row = running->told;
   return running->told;
 }
 
@@ -121,8 +123,11 @@ std::optional<std::string> SwayWallpaper::tell(const QString& output, const Sway
                                                bool isOurs) {
   const QByteArray command = commandFor(nameFor(output), row);
   auto fault = faultIn(sway_.call(SwaySocket::Question::Command, command));
-  if (!fault) told_.insert_or_assign(output, Told{row, QDeadlineTimer(kStart), isOurs});
-  return fault;
+  if (fault) return fault;
+  told_.insert_or_assign(output, Told{row, QDeadlineTimer(), isOurs});
+  // One swaybg shows the pictures of all.
+  for (auto& [each, told] : told_) told.until = QDeadlineTimer(kStart);
+  return std::nullopt;
 }
 
 void SwayWallpaper::tellAnew() {

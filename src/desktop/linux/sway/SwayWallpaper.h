@@ -32,7 +32,7 @@ class SwayWallpaper final : public WallpaperAdapter {
   [[nodiscard]] BackdropManner manner() const override { return otherwise_->manner(); }
 
  private:
-  /// What sway was told last of an output.
+  /// What sway was told last of an output, or had of it before.
   struct Told {
     SwaybgTold row;
     /// For as long as it may take to start the swaybg that shows it.
