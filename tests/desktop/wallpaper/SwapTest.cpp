@@ -269,17 +269,6 @@ TEST(XfceSwap, DesktopThatStartsLaterOrIsReplacedIsFound) {
 
 // --- MATE ---
 
-TEST(MateSwap, UnsetKeyBecomesUnsetAgain) {
-  WallpaperDesk mate(kMate);
-  mate.startIcons();  // writes the key
-  (void)mate.run({"gsettings", "reset", "org.mate.background", "picture-filename"});
-  const std::string settings = mate.settings();
-  mate.launch();
-  mate.swap();
-  mate.toggle();
-  EXPECT_TRUE(mate.settles(settings)) << mate.settings();
-}
-
 TEST(MateSwap, HungSettingsServiceIsNotWaitedForAndNothingChanges) {
   WallpaperDesk mate(kMate);
   mate.startIcons();
