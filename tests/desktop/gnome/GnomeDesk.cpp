@@ -182,6 +182,13 @@ void GnomeDesk::setMonitors(int count) {
   gdbus({name + "ApplyMonitorsConfig", serial[1], "1", "[" + wanted + "]", "{}"});
 }
 
+bool GnomeDesk::hasIcons(int monitor) {
+  return evaluate(
+             "global.display.list_all_windows().some(window => (window.title ?? '')"
+             ".startsWith('@!" +
+             std::to_string(monitor * kMonitorWidth) + ",'))") == "true";
+}
+
 void GnomeDesk::turnExtension(const std::string& uuid, bool on) {
   const std::string method = on ? "EnableExtension" : "DisableExtension";
   if (!bus().call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions." + method,

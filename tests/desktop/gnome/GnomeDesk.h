@@ -47,8 +47,10 @@ class GnomeDesk : public harness::Desk {
   /// Whether nothing but the wallpaper is seen.
   [[nodiscard]] bool isBare() { return !harness::showsIcons(seen()); }
 
-  /// Leaves only the first of the monitors on.
+  /// Leaves only the first `count` of the monitors on.
   void setMonitors(int count);
+  /// Whether the icons' window of that monitor is there, whatever covers it.
+  [[nodiscard]] bool hasIcons(int monitor);
   /// Turns an extension of the shell on or off, as its user does.
   void turnExtension(const std::string& uuid, bool on);
   /// Puts our extension where a shell finds it that starts from now on.

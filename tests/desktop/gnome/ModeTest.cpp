@@ -8,6 +8,7 @@ using testing::HasSubstr;
 namespace {
 
 constexpr const char* kExtension = "shell@calmdeck.org";
+constexpr const char* kIcons = "ding@rastersoft.com";
 
 /// Icons, three windows of which one is minimised, and the program, whose mode covers and hides.
 class GnomeModeTest : public testing::Test {
@@ -31,6 +32,21 @@ class GnomeModeTest : public testing::Test {
     if (desk.until([&] { return desk.isBare(); })) return testing::AssertionSuccess();
     return testing::AssertionFailure() << desk.windows() << '\n' << desk.program().errorOutput();
   }
+  /// Once nobody has anything left to draw.
+  [[nodiscard]] testing::AssertionResult staysBare() {
+    EXPECT_TRUE(desk.until([&] { return desk.home().isAtRest(); }));
+    return isBare();
+  }
+  [[nodiscard]] bool showsSomething(int monitor) {
+    const harness::Image all = desk.seen();
+    const int left = monitor * GnomeDesk::kMonitorWidth;
+    return harness::showsIcons(all.part({left, 0, GnomeDesk::kMonitorWidth, all.height}));
+  }
+  /// Where no icon is.
+  void askForMenu(int monitor) {
+    desk.input().click(monitor * GnomeDesk::kMonitorWidth + GnomeDesk::kMonitorWidth / 2,
+                       GnomeDesk::kMonitorHeight / 2, harness::Button::Right);
+  }
   [[nodiscard]] testing::AssertionResult isAsBefore() {
     if (desk.until([&] { return desk.windows() == kAll && desk.seen() == before; }))
       return testing::AssertionSuccess();
@@ -50,14 +66,31 @@ TEST_F(GnomeModeTest, CoversAndHidesAndBringsEverythingBack) {
   }
 }
 
-TEST_F(GnomeModeTest, CoversMonitorsAndIconsThatComeLater) {
-  turnOn();
+TEST_F(GnomeModeTest, KeepsPressesFromIconsAlsoOfMonitorsThatComeLater) {
+  const auto monitors = [&] { return desk.seen().width / GnomeDesk::kMonitorWidth; };
   desk.setMonitors(1);
-  EXPECT_TRUE(desk.until([&] { return desk.seen().width == GnomeDesk::kMonitorWidth; }));
-  EXPECT_TRUE(isBare());
+  ASSERT_TRUE(desk.until([&] { return monitors() == 1 && !desk.hasIcons(1); }));
+  turnOn();
   desk.setMonitors(2);
-  EXPECT_TRUE(desk.until([&] { return desk.seen().width == 2 * GnomeDesk::kMonitorWidth; }));
-  EXPECT_TRUE(isBare());
+  ASSERT_TRUE(desk.until([&] { return monitors() == 2 && desk.hasIcons(1); }));
+  for (const int monitor : {0, 1}) askForMenu(monitor);
+  EXPECT_TRUE(staysBare());
+
+  desk.toggle();
+  EXPECT_TRUE(desk.until([&] { return desk.windows() == kAll; }));
+  askForMenu(1);
+  EXPECT_TRUE(desk.until([&] { return showsSomething(1); }));
+}
+
+TEST_F(GnomeModeTest, CoversIconsThatComeLater) {
+  turnOn();
+  desk.turnExtension(kIcons, false);
+  ASSERT_TRUE(desk.until([&] { return !desk.hasIcons(0); }));
+  desk.turnExtension(kIcons, true);
+  ASSERT_TRUE(desk.until([&] { return desk.hasIcons(0); }));
+  EXPECT_TRUE(staysBare());
+  desk.toggle();
+  EXPECT_TRUE(isAsBefore());
 }
 
 TEST_F(GnomeModeTest, KilledItLeavesNoCoverAndTheNextRunShowsWhatItHid) {
