@@ -48,6 +48,10 @@ function(calmdeck_test name)
     target_precompile_headers(${name} PRIVATE
       <gtest/gtest.h> <functional> <map> <memory> <optional> <string> <vector>)
   endif()
+  set(longest 120)
+  if(test_LABELS MATCHES slow)
+    set(longest 300)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT 120 LABELS "${test_LABELS}")
+                       PROPERTIES TIMEOUT ${longest} LABELS "${test_LABELS}")
 endfunction()
