@@ -26,7 +26,7 @@ namespace linux_desktop {
 struct SessionRooms {
   std::unique_ptr<X11WindowSystem> x11 = X11WindowSystem::open();
   std::unique_ptr<WaylandWindowSystem> wayland = WaylandWindowSystem::open();
-  std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open() : nullptr;
+  std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open(wayland->compositor()) : nullptr;
   std::unique_ptr<KWinWindows> kwin = wayland && !sway ? KWinWindows::open() : nullptr;
   std::unique_ptr<GnomeSession> gnome = GnomeSession::open();
   std::unique_ptr<IconSwitch> iconSwitch = wayland ? IconSwitch::open() : nullptr;

@@ -33,6 +33,11 @@ TEST_F(ActionsTest, TheRunningProgramDoesThemAndShowsItself) {
   ASSERT_TRUE(asks({"action", kName, "toggle-presentation-mode"}));
   EXPECT_TRUE(program.says("Pressed at .*"));
   EXPECT_TRUE(program.sinkMuted(true));
+  const auto sent = desk.run({"dbus-send", "--print-reply", std::string("--dest=") + kName,
+                              "/org/calmdeck/Calmdeck", "org.calmdeck.Calmdeck.Perform",
+                              "string:toggle-presentation-mode"});
+  ASSERT_TRUE(sent.succeeded()) << sent.errorOutput;
+  EXPECT_TRUE(program.sinkMuted(false));
   desk.input().key("Escape");
   ASSERT_TRUE(program.closes());
   ASSERT_TRUE(asks({"launch", kName}));

@@ -4,7 +4,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,13 +57,19 @@ class PicturesDesk : public ModeDesk {
     desk.home().writeConfig("sway/pictures", lines + "\n");
     desk.reload();
   }
+  /// What the kernel tells of a process, which may end meanwhile.
+  [[nodiscard]] static std::string told(const std::filesystem::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+  }
   /// What sway's own swaybg was told, the process by its number; empty while there is none.
   [[nodiscard]] std::pair<pid_t, std::string> swaysSwaybg() const {
     const std::string folder = "XDG_RUNTIME_DIR=" + desk.home().runtime().string();
     for (const auto& process : std::filesystem::directory_iterator("/proc")) {
-      const std::string words = harness::textOf(process.path() / "cmdline");
+      const std::string words = told(process.path() / "cmdline");
       if (!words.starts_with("swaybg")) continue;
-      const std::string environment = harness::textOf(process.path() / "environ");
+      const std::string environment = told(process.path() / "environ");
       if (environment.find(folder) == std::string::npos) continue;
       if (environment.find("WAYLAND_SOCKET=") == std::string::npos) continue;
       return {std::stoi(process.path().filename()), words};

@@ -15,6 +15,8 @@ namespace {
 
 constexpr const char* kName = "org.calmdeck.Calmdeck";
 constexpr const char* kSink = "out1";
+constexpr std::uint32_t kOutside = 0xd02010;
+constexpr std::uint32_t kInside = 0x1020e0;
 
 /// The real program as a native client, told to mute the speaker.
 class WaylandProgramTest : public testing::TestWithParam<Compositor> {
@@ -105,6 +107,27 @@ TEST_P(WaylandProgramTest, EndsWithTheCompositorAndOneLine) {
               testing::MatchesRegex("[^\n]*Wayland[^\n]*\n"));
 }
 
+// Of a compositor that runs as a window of sway's, which programs in it still find.
+TEST_P(WaylandProgramTest, ASwayThatIsNotItsCompositorIsLeftAlone) {
+  WaylandDesk outer({.compositor = Compositor::Sway});
+  const auto workspaces = [&] { return outer.run({"swaymsg", "-t", "get_workspaces"}).output; };
+  outer.openWindow("outside", kOutside);
+  harness::ForeignWindow& inside = desk.openWindow("inside", kInside);
+  desk.home().writeConfig("calmdeck/settings.json",
+                          R"({"kUserdefaultsToggleHideActiveApps": true})");
+  const std::string before = workspaces();
+  const auto program = desk.startCalmdeck({{"SWAYSOCK", outer.environment().at("SWAYSOCK")}});
+  ASSERT_TRUE(isOnTheBus());
+  ASSERT_TRUE(does("toggle-presentation-mode"));
+  if (GetParam() != Compositor::Sway) {
+    EXPECT_TRUE(desk.until([&] { return !desk.areaOf(inside.colour); }));
+  }
+  ASSERT_TRUE(program->waitForLine("^Pressed at "));
+  ASSERT_TRUE(does("toggle-presentation-mode"));
+  EXPECT_TRUE(desk.until([&] { return desk.areaOf(inside.colour).has_value(); }));
+  EXPECT_EQ(workspaces(), before);
+}
+
 // What the preferences show there, in the user's own configuration.
 constexpr const char* kSwayLine =
     "bindsym Ctrl+Alt+p exec gapplication action org.calmdeck.Calmdeck toggle-presentation-mode";
@@ -138,6 +161,9 @@ TEST_P(OwnKeyTest, TheCompositorsOwnBindingTurnsTheModeOnAndOff) {
   }
 }
 
+/// The width of a small screen.
+constexpr int kLaptop = 1280;
+
 /// Where nobody else does. Not every release has one.
 class NoHotKeysTest : public testing::TestWithParam<Compositor> {};
 
@@ -159,6 +185,9 @@ TEST_P(NoHotKeysTest, ThePreferencesShowTheLine) {
       return element.name == kLabwcLine && element.is("showing");
     });
   }));
+  const auto window = reader.await("Preferences");
+  ASSERT_TRUE(window);
+  EXPECT_LT(window->area.width, kLaptop / 2) << "however long the line is";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "desktop/linux/files/Processes.h"
 
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -33,6 +34,12 @@ qulonglong startOf(qint64 pid) {
 }
 
 }  // namespace
+
+qint64 processBehind(int socket) {
+  ucred peer{};
+  socklen_t size = sizeof(peer);
+  return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
+}
 
 QByteArrayList commandLineOf(qint64 pid) {
   return wordsOf(pid, "cmdline");

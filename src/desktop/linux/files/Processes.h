@@ -17,6 +17,10 @@ namespace linux_desktop {
 /// The processes that run a program of that name, anybody's, those first that started first.
 [[nodiscard]] std::vector<qint64> processesNamed(const QByteArray& name);
 
+/// The one at the other end of a connection, which has made the socket there; 0 where nobody may
+/// know.
+[[nodiscard]] qint64 processBehind(int socket);
+
 /// Tells, once, of the end of any of some processes. The kernel reports; nothing is polled. Main
 /// thread only.
 class ProcessEnd {

@@ -11,18 +11,18 @@ namespace linux_desktop {
 namespace {
 
 const QString kPath = QStringLiteral("/org/calmdeck/Calmdeck");
-const QString kState = QStringLiteral("org.calmdeck.Calmdeck");
+const QString kOwn = QStringLiteral("org.calmdeck.Calmdeck");
 const QString kPresentationMode = QStringLiteral("PresentationMode");
 
 }  // namespace
 
 void UserSession::joinBus(const QDBusConnection& bus) {
-  if (bus.isConnected()) object_.emplace(bus, kPath, std::vector{application(), state()});
+  if (bus.isConnected()) object_.emplace(bus, kPath, std::vector{application(), own()});
 }
 
 void UserSession::modeDidChange(bool isOn) {
   isModeOn_ = isOn;
-  if (object_) object_->emitPropertyChanged(kState, kPresentationMode);
+  if (object_) object_->emitPropertyChanged(kOwn, kPresentationMode);
 }
 
 BusInterface UserSession::application() {
@@ -42,9 +42,14 @@ BusInterface UserSession::application() {
           .emitted = {}};
 }
 
-BusInterface UserSession::state() const {
-  return {.name = kState,
-          .methods = {},
+BusInterface UserSession::own() {
+  // dbus-send knows no dictionaries of variants.
+  const auto act = [this](const QDBusMessage& call) {
+    const QString action = call.arguments().value(0).toString();
+    return later({}, [this, action] { perform(action); });
+  };
+  return {.name = kOwn,
+          .methods = {{"Perform", {{"s"}, {}, act}}},
           .properties = {{kPresentationMode, {"b", [this] { return isModeOn_; }}},
                          {QStringLiteral("Version"),
                           {"s", [] { return QCoreApplication::applicationVersion(); }}}},

@@ -14,8 +14,9 @@ namespace linux_desktop {
 
 /// The user's session as the application sees it: it hears of further starts of the program, and
 /// over the bus of launchers and of keys and scripts of the user's own, which speak
-/// org.freedesktop.Application (freedesktop.org, "D-Bus Activation"). Who looks there sees the
-/// program's version and whether its mode is on, too.
+/// org.freedesktop.Application (freedesktop.org, "D-Bus Activation"), or, with tools that cannot
+/// say that much, an interface of our own. Who looks there sees the program's version and whether
+/// its mode is on, too.
 class UserSession final : public platform::port::Session {
  public:
   /// See SingleInstance::claim.
@@ -31,7 +32,7 @@ class UserSession final : public platform::port::Session {
 
  private:
   [[nodiscard]] BusInterface application();
-  [[nodiscard]] BusInterface state() const;
+  [[nodiscard]] BusInterface own();
   void reopen();
   void perform(const QString& action);
   [[nodiscard]] QVariantList later(const QVariant& platformData, std::function<void()> work);

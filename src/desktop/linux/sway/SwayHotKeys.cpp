@@ -23,8 +23,9 @@ QByteArray bindingPrefix() {
   return "nop calmdeck " + QByteArray::number(QCoreApplication::applicationPid()) + ' ';
 }
 
-bool succeeded(const QJsonDocument& results) {
-  const QJsonArray all = results.array();
+bool succeeded(const std::optional<QJsonDocument>& results) {
+  if (!results) return true;
+  const QJsonArray all = results->array();
   return !all.isEmpty() && std::ranges::all_of(all, [](const QJsonValue& result) {
     return result[QLatin1String("success")].toBool();
   });
@@ -153,7 +154,7 @@ bool SwayHotKeys::bind(const HotKey& hotKey) {
     commands += "bindcode --no-warn --no-repeat " + combination + ' ' + command;
     commands += "bindcode --no-warn --release " + combination + ' ' + command + kReleased;
   }
-  return succeeded(sway_.call(SwaySocket::Question::Command, commands.join(';')));
+  return succeeded(sway_.carryOut(commands.join(';')));
 }
 
 void SwayHotKeys::unbind(const HotKey& hotKey) {

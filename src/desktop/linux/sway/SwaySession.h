@@ -17,10 +17,13 @@ namespace linux_desktop {
 /// What sway does for us beside what Wayland has for it. Main thread only.
 class SwaySession {
  public:
-  /// Null where no sway answers.
-  [[nodiscard]] static std::unique_ptr<SwaySession> open() {
+  /// Null where no sway answers, or one that is not the process `compositor`, inside of which
+  /// another compositor runs. 0: that is not known.
+  [[nodiscard]] static std::unique_ptr<SwaySession> open(qint64 compositor) {
     auto socket = SwaySocket::open();
     if (!socket) return nullptr;
+    const qint64 sway = socket->process();
+    if (sway != compositor && sway > 0 && compositor > 0) return nullptr;
     return std::unique_ptr<SwaySession>(new SwaySession(std::move(socket)));
   }
 

@@ -97,7 +97,7 @@ void SwaySocket::ask(Question question, const QByteArray& text, Answered answere
 }
 
 QJsonDocument SwaySocket::call(Question question, const QByteArray& text) {
-  if (!socket_.isOpen() || std::ranges::any_of(waiting_, &Waiting::isOverdue)) return {};
+  if (!socket_.isOpen() || isLate()) return {};
   const auto answer = std::make_shared<std::optional<QJsonDocument>>();
   waiting_.push_back({[answer](const QJsonDocument& came) { *answer = came; }});
   send(question, text);
@@ -112,6 +112,15 @@ QJsonDocument SwaySocket::call(Question question, const QByteArray& text) {
   if (*answer) return **answer;
   if (!waiting_.empty()) waiting_.back().isOverdue = true;
   return {};
+}
+
+std::optional<QJsonDocument> SwaySocket::carryOut(const QByteArray& commands) {
+  if (socket_.isOpen() && isLate()) {
+    command(commands);
+    return std::nullopt;
+  }
+  const QJsonDocument answer = call(Question::Command, commands);
+  return answer.isNull() && socket_.isOpen() ? std::nullopt : std::optional(answer);
 }
 
 void SwaySocket::listen(Event event, Happened happened) {

@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
+#include <algorithm>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "desktop/linux/files/FileDescriptor.h"
+#include "desktop/linux/files/Processes.h"
 
 namespace linux_desktop {
 
@@ -43,11 +45,17 @@ class SwaySocket {
   SwaySocket(const SwaySocket&) = delete;
   SwaySocket& operator=(const SwaySocket&) = delete;
 
+  /// The process that answers; 0 where nobody may know.
+  [[nodiscard]] qint64 process() const { return processBehind(socket_.get()); }
+
   /// Returns at once. `answered` is called from the event loop, unless this is gone by then.
   void ask(Question question, const QByteArray& text, Answered answered);
   /// Waits for half a second at most, and not at all while sway has not caught up with an earlier
   /// question that was waited for.
   [[nodiscard]] QJsonDocument call(Question question, const QByteArray& text = {});
+  /// Has commands carried out, also where sway is late, which is no failure: it does as it is told
+  /// when it gets there. None: what comes of them is not known yet. Waits as call() does.
+  [[nodiscard]] std::optional<QJsonDocument> carryOut(const QByteArray& commands);
   /// Sends commands and looks at no answer.
   void command(const QByteArray& commands) { ask(Question::Command, commands, {}); }
   /// Whoever wants a kind of event. Called from the event loop.
@@ -64,6 +72,7 @@ class SwaySocket {
   };
 
   explicit SwaySocket(FileDescriptor socket);
+  [[nodiscard]] bool isLate() const { return std::ranges::any_of(waiting_, &Waiting::isOverdue); }
   void send(Question question, const QByteArray& text);
   void write();
   void read();

@@ -11,7 +11,8 @@ namespace {
 
 using platform::Dictionary;
 
-constexpr std::chrono::seconds kStart{2};
+/// Generous: a machine may be busy, and what is told is what counts.
+constexpr std::chrono::seconds kStart{10};
 
 constexpr const char* kImage = "image";
 constexpr const char* kMode = "mode";
@@ -36,9 +37,10 @@ QByteArray commandFor(const QString& output, const SwaybgTold& row) {
 }
 
 /// Why sway refuses, in one line.
-std::optional<std::string> faultIn(const QJsonDocument& answer) {
-  if (answer.isNull()) return "sway does not answer.";
-  for (const QJsonValue each : answer.array()) {
+std::optional<std::string> faultIn(const std::optional<QJsonDocument>& answer) {
+  if (!answer) return std::nullopt;
+  if (answer->isNull()) return "sway is gone.";
+  for (const QJsonValue each : answer->array()) {
     if (each[QLatin1String("success")].toBool()) continue;
     return "sway does not take the picture: " +
            each[QLatin1String("error")].toString().simplified().toStdString();
@@ -78,7 +80,9 @@ std::optional<SwaybgTold> SwayWallpaper::shownOn(const QString& output) {
     told->second.until = QDeadlineTimer();
   }
   if (!running || !running->isCompositors) return std::nullopt;
-  names_.insert_or_assign(output, names.contains(running->output) ? running->output : output);
+  // Else sway has not told them in time.
+  if (names.size() > 1)
+    names_.insert_or_assign(output, names.contains(running->output) ? running->output : output);
   Told& last = told_.try_emplace(output, Told{{}, QDeadlineTimer(), false}).first->second;
   if (!last.isOurs) last.row = running->told;
   return running->told;
@@ -122,7 +126,7 @@ QString SwayWallpaper::nameFor(const QString& output) const {
 std::optional<std::string> SwayWallpaper::tell(const QString& output, const SwaybgTold& row,
                                                bool isOurs) {
   const QByteArray command = commandFor(nameFor(output), row);
-  auto fault = faultIn(sway_.call(SwaySocket::Question::Command, command));
+  auto fault = faultIn(sway_.carryOut(command));
   if (fault) return fault;
   told_.insert_or_assign(output, Told{row, QDeadlineTimer(), isOurs});
   // One swaybg shows the pictures of all.

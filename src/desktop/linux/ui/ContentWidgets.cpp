@@ -54,6 +54,7 @@ LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* 
   setTextFormat(Qt::PlainText);
   if (field_->content() == platform::NSTextContent::Copyable) {
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setWordWrap(true);
   }
   viewDidChange(platform::ViewChange::Content);
   themeDidChange();

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstring>
 
+#include "desktop/linux/files/Processes.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
@@ -64,6 +65,10 @@ WaylandConnection::WaylandConnection(Display display)
 }
 
 WaylandConnection::~WaylandConnection() = default;
+
+qint64 WaylandConnection::compositor() const {
+  return processBehind(wl_display_get_fd(display_.get()));
+}
 
 void WaylandConnection::came(const WaylandGlobal& global) {
   globals_.push_back(global);

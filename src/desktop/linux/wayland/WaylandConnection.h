@@ -41,6 +41,8 @@ class WaylandConnection final : public QObject {
   WaylandConnection& operator=(const WaylandConnection&) = delete;
 
   [[nodiscard]] bool isLost() const { return lost_; }
+  /// The compositor's process; 0 where nobody may know.
+  [[nodiscard]] qint64 compositor() const;
   /// Those that are there now, in the order in which they came.
   [[nodiscard]] const std::vector<WaylandGlobal>& globals() const { return globals_; }
 

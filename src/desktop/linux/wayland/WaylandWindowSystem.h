@@ -23,6 +23,8 @@ class WaylandWindowSystem {
   /// Null where the interface is not on Wayland, or the compositor cannot be reached.
   [[nodiscard]] static std::unique_ptr<WaylandWindowSystem> open();
 
+  /// See WaylandConnection.
+  [[nodiscard]] qint64 compositor() const { return connection_->compositor(); }
   [[nodiscard]] platform::port::Screens* screens() { return &screens_; }
   [[nodiscard]] CoverFactory* covers() { return covers_.areThere() ? &covers_ : nullptr; }
   [[nodiscard]] platform::port::WindowList* windowList() { return &windowList_; }
