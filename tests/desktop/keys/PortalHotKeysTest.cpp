@@ -48,7 +48,11 @@ class Portal {
                           {"ShortcutsChanged", {"o", "a(sa{sv})"}}}}}) {
     bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
   }
-  ~Portal() { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
+  ~Portal() {
+    // Returns when the next one may have it.
+    bus_.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
+  }
   Portal(const Portal&) = delete;
   Portal& operator=(const Portal&) = delete;
 
@@ -125,6 +129,16 @@ class PortalHotKeysTest : public testing::Test, private platform::port::HotKeysC
   void end() { portal.reset(); }
   [[nodiscard]] platform::OSStatus take(std::uint32_t number, std::uint32_t keyCode) {
     return keys.registerHotKey(number, keyCode, kControlAlt);
+  }
+  /// Returns when what the portal has sent has come to the program, which has not yet looked at it.
+  static void awaitArrival() {
+    for (const char* each : {"portal", "program"}) {
+      const QString bus = QStringLiteral("org.freedesktop.DBus");
+      const auto answer = QDBusConnection(QLatin1String(each))
+                              .call(QDBusMessage::createMethodCall(
+                                  bus, QStringLiteral("/org/freedesktop/DBus"), bus, "GetId"));
+      ASSERT_EQ(answer.type(), QDBusMessage::ReplyMessage);
+    }
   }
   [[nodiscard]] static bool until(const std::function<bool()>& fact) {
     return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
@@ -210,6 +224,7 @@ TEST_F(PortalHotKeysTest, AnAnswerToWhatWasGivenBackMeanwhileSaysNothing) {
   keys.unregisterHotKey(1);
   portal->answer(0, {{kP, "Ctrl+Alt+P"}});
   ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
+  awaitArrival();
   ASSERT_TRUE(until([&] { return portal->asks(); }));
   EXPECT_THAT(portal->wanted(), ElementsAre("Control+Alt+m as CTRL+ALT+m"));
   portal->answer(0, {{kM, "Ctrl+Alt+M"}});

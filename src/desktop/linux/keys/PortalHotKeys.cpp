@@ -154,7 +154,8 @@ QString PortalHotKeys::handle(const QString& kind, const QString& token) const {
 }
 
 void PortalHotKeys::responded(const QDBusMessage& response) {
-  if (response.path() != request_.path) return;
+  // Others are asked for presently.
+  if (response.path() != request_.path || binding_.isActive()) return;
   const Request request = std::exchange(request_, {});
   (this->*request.answered)(response);
 }
@@ -186,7 +187,8 @@ void PortalHotKeys::bound(const QDBusMessage& response) {
 void PortalHotKeys::changed(const QDBusMessage& signal) {
   const auto session = signal.arguments().value(0).value<QDBusObjectPath>().path();
   // What comes before the answer is told by that, too.
-  if (session_.isEmpty() || session != session_ || !request_.path.isEmpty()) return;
+  if (session_.isEmpty() || session != session_) return;
+  if (!request_.path.isEmpty() || binding_.isActive()) return;
   assign(shortcutsIn(signal.arguments().value(1)));
 }
 
