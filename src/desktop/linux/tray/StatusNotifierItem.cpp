@@ -66,6 +66,8 @@ BusInterface StatusNotifierItem::makeInterface() {
   const auto ours = [this] { return image_ == nullptr ? IconPixmaps() : image_->pixmaps; };
   const auto none = [] { return IconPixmaps(); };
   const auto name = [this] { return image_ == nullptr ? QString() : image_->name; };
+  // Hosts say the title of the item to assistive technology, or the picture's description.
+  const auto title = [this] { return QVariant(toolTip_); };
   // Not every host shows the text below the title.
   const auto toolTip = [this] { return QVariant::fromValue(ToolTip{{}, {}, toolTip_, {}}); };
   const QDBusObjectPath menu(DBusMenu::kPath);
@@ -79,7 +81,7 @@ BusInterface StatusNotifierItem::makeInterface() {
                       {"ProvideXdgActivationToken", {{"s"}, {}, tellToken}}},
           .properties = {{"Category", text("ApplicationStatus")},
                          {"Id", text("calmdeck")},
-                         {"Title", text("Calmdeck")},
+                         {"Title", {"s", title}},
                          {"Status", {"s", [this] { return QVariant(status()); }}},
                          {"WindowId", constant("i", 0)},
                          {"IconThemePath", text("")},
@@ -92,9 +94,9 @@ BusInterface StatusNotifierItem::makeInterface() {
                          {"AttentionIconName", text("")},
                          {"AttentionIconPixmap", pixmaps(none)},
                          {"AttentionMovieName", text("")},
-                         {"IconAccessibleDesc", {"s", [this] { return QVariant(toolTip_); }}},
+                         {"IconAccessibleDesc", {"s", title}},
                          {"ToolTip", {"(sa(iiay)ss)", toolTip}}},
-          .emitted = {{"NewIcon", {}}, {"NewToolTip", {}}, {"NewStatus", {"s"}}}};
+          .emitted = {{"NewIcon", {}}, {"NewToolTip", {}}, {"NewTitle", {}}, {"NewStatus", {"s"}}}};
 }
 
 QString StatusNotifierItem::status() const {
@@ -132,7 +134,9 @@ void StatusNotifierItem::announceSoon() {
 void StatusNotifierItem::announce() {
   announcing_ = false;
   if (std::exchange(announced_, image_) != image_) object_.emitSignal("NewIcon");
-  if (std::exchange(announcedToolTip_, toolTip_) != toolTip_) object_.emitSignal("NewToolTip");
+  if (std::exchange(announcedToolTip_, toolTip_) == toolTip_) return;
+  object_.emitSignal("NewToolTip");
+  object_.emitSignal("NewTitle");
 }
 
 void StatusNotifierItem::registerWith(const QString& watcher) {
