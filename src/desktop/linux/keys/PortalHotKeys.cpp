@@ -70,7 +70,7 @@ PortalHotKeys::PortalHotKeys(QDBusConnection bus)
   // Its sessions ended with the one before.
   connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
     session_.clear();
-    if (!hotKeys_.empty()) bindSoon();
+    if (!hotKeys_.empty()) binding_.start(0);
   });
 }
 
@@ -100,25 +100,20 @@ platform::OSStatus PortalHotKeys::registerHotKey(platform::port::HotKeyNumber nu
     return platform::eventHotKeyExistsErr;
   listen();
   hotKeys_.push_back({number, id, triggerOf(keyCode, modifiers)});
-  bindSoon();
+  binding_.start(0);
   return platform::noErr;
 }
 
 void PortalHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
   if (std::erase_if(hotKeys_, [&](const HotKey& key) { return key.number == number; }) > 0)
-    bindSoon();
+    binding_.start(0);
 }
 
 // --- The portal's session ---
 
-// What the portal still says of the keys of before would be taken for what it says of these.
-void PortalHotKeys::bindSoon() {
+void PortalHotKeys::bindAnew() {
   closeSession();
   request_ = {};
-  binding_.start(0);
-}
-
-void PortalHotKeys::bindAnew() {
   if (hotKeys_.empty()) return;
   const QString token = nextToken();
   session_ = handle(QStringLiteral("session"), token);

@@ -65,7 +65,6 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   };
 
   void listen();
-  void bindSoon();
   void bindAnew();
   void closeSession();
   void ask(const QString& method, QVariantList arguments, QVariantMap options,
