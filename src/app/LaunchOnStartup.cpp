@@ -30,7 +30,7 @@ std::optional<LSSharedFileListItemRef> lastItemOfOurs() {
 }  // namespace
 
 std::optional<LSSharedFileListItemRef> addLoginitem::itemRefInLoginItems() {
-  const auto found = lastItemOfOurs();
+  auto found = lastItemOfOurs();
   if (!found) return std::nullopt;
   const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
   if (list) LSSharedFileListItemRemove(*list, *found);
