@@ -127,7 +127,7 @@ void GnomeDesk::startShell(const GnomeOptions& options) {
                "Main.overview.hide();"
                "!Main.layoutManager._startingUp && !Main.overview.visible") == "true";
   };
-  require(until(isReady), "GNOME Shell", *shell_);
+  require(until(isReady, 3 * harness::kPatience), "GNOME Shell", *shell_);
   devices_.plugIn();
   // It warns of root, among others.
   const auto shows = [&] {
