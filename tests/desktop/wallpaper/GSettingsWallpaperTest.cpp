@@ -4,15 +4,18 @@
 #include <gtest/gtest.h>
 
 #include <QDBusConnection>
+#include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 #include <map>
 #include <ostream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "desktop/linux/gsettings/GuardedSettings.h"
+#include "desktop/linux/wallpaper/Timetable.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
 #include "desktop/wallpaper/PrivateBus.h"
 
@@ -73,7 +76,6 @@ class GSettingsTest : public PrivateBusTest {
       if (!settings_[schema]) throw std::runtime_error(std::string(schema) + " is not installed");
     }
     change({});
-    EXPECT_TRUE(QImage(9, 9, QImage::Format_RGB32).save(QString::fromStdString(chosen)));
   }
   ~GSettingsTest() override {
     for (const QString& name : owned_) QDBusConnection::sessionBus().unregisterService(name);
@@ -128,7 +130,14 @@ class GSettingsTest : public PrivateBusTest {
     return reasons;
   }
 
-  const std::string chosen = folder().filePath("a b' 100%.png").toStdString();
+  /// A picture of that name; where it is.
+  static QString saved(const char* name) {
+    const QString path = folder().filePath(QLatin1String(name));
+    EXPECT_TRUE(QImage(9, 9, QImage::Format_RGB32).save(path));
+    return path;
+  }
+
+  const std::string chosen = saved("a b' 100%.png").toStdString();
   /// As the settings have it.
   const std::string uri = "\"file://" + folder().path().toStdString() + "/a%20b'%20100%25.png\"";
   Facts facts;
@@ -235,22 +244,31 @@ struct Told {
 };
 
 TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
-  const Settings laidOut{{kCinnamonPicture, "'file:///old%20one.png'"},
-                         {kCinnamonStyle, "'spanned'"},
-                         {"org.cinnamon.desktop.background primary-color", "'#102030'"}};
-  const Settings gnome{{kPicture, "'file:///light.png'"},
-                       {kDarkPicture, "'file:///dark.png'"},
+  const QString light = saved("light.png");
+  const QString night = saved("dark.png");
+  const auto quoted = [](const QString& file) { return "'file://" + file.toStdString() + "'"; };
+  const std::string primary = "'#102030'";
+  const Settings cinnamon{{kCinnamonPicture, "'file:///old%20one.png'"},
+                          {kCinnamonStyle, "'spanned'"},
+                          {"org.cinnamon.desktop.background primary-color", primary}};
+  const Settings gnome{{kPicture, quoted(light)},
+                       {kDarkPicture, quoted(night)},
                        {kStyle, "'spanned'"},
-                       {"org.gnome.desktop.background primary-color", "'#102030'"}};
+                       {"org.gnome.desktop.background primary-color", primary}};
   Settings dark = gnome;
   dark["org.gnome.desktop.interface color-scheme"] = "'prefer-dark'";
+  Settings unread = gnome;
+  unread[kPicture] = "'file:///new.jxl'";
   const QColor colour(0x10, 0x20, 0x30);
+  constexpr BackdropStyle kStretched = BackdropStyle::Stretched;
   const Told rows[] = {
-      {with(kCinnamonRuns, "", laidOut),
+      {with(kCinnamonRuns, "", cinnamon),
        {"/old one.png", BackdropStyle::Fitted, true, BackdropShading::Solid, colour}},
-      {with(kGnomeRuns, "", gnome), {"/light.png", BackdropStyle::Stretched, true}},
-      {with(kGnomeRuns, "", dark), {"/dark.png", BackdropStyle::Stretched, true}},
-      {with(kBudgieRuns, "", dark), {"/light.png", BackdropStyle::Stretched, true}},
+      {with(kGnomeRuns, "", gnome), {light, kStretched, true}},
+      {with(kGnomeRuns, "", dark), {night, kStretched, true}},
+      {with(kBudgieRuns, "", dark), {light, kStretched, true}},
+      {with(kGnomeRuns, "", unread),
+       {"/new.jxl", kStretched, true, BackdropShading::Solid, colour}},
   };
   for (const auto& [shell, backdrop] : rows) {
     run(shell);
@@ -264,6 +282,47 @@ TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
     for (const char* name : shell.busNames)
       QDBusConnection::sessionBus().unregisterService(QLatin1String(name));
   }
+}
+
+/// A list of pictures in two shapes, for the day and for the night.
+QString timetable() {
+  const auto picture = [](const char* tag, const char* name) {
+    return QStringLiteral(
+               "<%1>\n<size width=\"1920\" height=\"1080\">/%2-wide.png</size>\n"
+               "<size width=\"800\" height=\"600\">/%2.png</size></%1>")
+        .arg(QLatin1String(tag), QLatin1String(name));
+  };
+  const QString path = folder().filePath("day.xml");
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(QStringLiteral("<background><starttime><year>2020</year><month>3</month><day>1</day>"
+                            "<hour>6</hour><minute>0</minute><second>0</second></starttime>"
+                            "<static><duration>36000.0</duration>%1</static>"
+                            "<transition type=\"overlay\"><duration>7200</duration>%2%3"
+                            "</transition><static><duration>43200</duration><file>/night.svg"
+                            "</file></static></background>")
+                 .arg(picture("file", "day"), picture("from", "day"), picture("to", "dusk"))
+                 .toUtf8());
+  return path;
+}
+
+TEST_F(GSettingsTest, OfPicturesThatTakeTurnsTheOneOfTheHourAndTheShapeIsTold) {
+  const QString table = timetable();
+  const std::tuple<int, QSize, const char*> rows[] = {
+      {6, {1280, 720}, "/day-wide.png"},  {15, {1024, 768}, "/day.png"},
+      {16, {1280, 720}, "/day-wide.png"}, {17, {1280, 720}, "/dusk-wide.png"},
+      {23, {1024, 768}, "/night.svg"},    {5, {1280, 720}, "/night.svg"},
+  };
+  for (const auto& [hour, size, picture] : rows) {
+    const QDateTime time(QDate(2026, 5, 4), QTime(hour, 30));
+    EXPECT_EQ(pictureAt(table, time, size), picture) << hour;
+  }
+  EXPECT_EQ(pictureAt(folder().filePath("absent.xml"), {}, {80, 60}), "");
+  run(with(kGnomeRuns, "", {{kPicture, "'" + table.toStdString() + "'"}}));
+  EXPECT_THAT(pictures.path("one").value_or(""), Not(HasSubstr("day"))) << "it takes turns";
+  const auto told = pictures.backdrop(facts.monitors().front());
+  ASSERT_TRUE(told.has_value());
+  EXPECT_NE(told->file, table);
 }
 
 /// For where nobody draws a desktop.

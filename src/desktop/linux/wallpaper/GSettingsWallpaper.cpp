@@ -4,6 +4,10 @@
 #include <algorithm>
 #include <string_view>
 
+#include "desktop/linux/log/Log.h"
+#include "desktop/linux/wallpaper/PictureReader.h"
+#include "desktop/linux/wallpaper/Timetable.h"
+
 namespace linux_desktop {
 namespace {
 
@@ -50,11 +54,6 @@ const Row* rowNamed(const Row (&table)[Count], const std::string& name) {
   return found == std::end(table) ? nullptr : found;
 }
 
-/// Pictures that take turns by the time of the day are a file that lists them.
-bool isTimetable(const QString& file) {
-  return file.endsWith(QLatin1String(".xml"));
-}
-
 bool isUri(const char* key) {
   return std::string_view(key).starts_with("picture-uri");
 }
@@ -95,24 +94,37 @@ BackdropManner GSettingsWallpaper::manner() const {
   return {.rounding = SizeRounding::Nearest, .turnsUpright = true, .cutsTilesToLastMonitor = true};
 }
 
-const char* GSettingsWallpaper::pictureInForce() const {
-  const bool isDark = interface_ && interface_->text(kScheme) == "prefer-dark";
-  return isDark ? desktop_.darkPicture : desktop_.picture;
-}
-
 bool GSettingsWallpaper::takesTurns() const {
   return slideShow_ && slideShow_->flag(kTakesTurns) == true;
 }
 
-std::optional<Backdrop> GSettingsWallpaper::backdrop(const Monitor& /*monitor*/) {
+QString GSettingsWallpaper::fileInForce() const {
+  const bool isDark = interface_ && interface_->text(kScheme) == "prefer-dark";
+  const char* key = isDark ? desktop_.darkPicture : desktop_.picture;
+  return fileIn(key, settings_->text(key).value_or(std::string()));
+}
+
+bool GSettingsWallpaper::complainsOf(const QString& file) {
+  const auto fault = pictureFault(file);
+  if (fault && fault != fault_) qCWarning(lcWallpaper, "covers show a colour: %s", fault->c_str());
+  fault_ = fault;
+  return fault.has_value();
+}
+
+std::optional<Backdrop> GSettingsWallpaper::backdrop(const Monitor& monitor) {
   const auto text = [&](const char* key) { return settings_->text(key).value_or(std::string()); };
-  const char* picture = pictureInForce();
-  const QString file = fileIn(picture, text(picture));
+  QString file = fileInForce();
   const StyleRow* style = rowNamed(kStyles, text(kOptions));
   const bool hasPicture = !file.isEmpty() && style != nullptr;
-  if (hasPicture && isTimetable(file)) return std::nullopt;
+  if (hasPicture && isTimetable(file)) {
+    file = pictureAt(file, QDateTime::currentDateTime(), monitor.pixels().size());
+    if (file.isEmpty()) return std::nullopt;
+  }
   Backdrop backdrop;
-  if (!hasPicture || !desktop_.composed) {
+  // What cannot be read here, GNOME's own pictures in newer formats say, is better a colour of the
+  // user's than black.
+  const bool isFramedInBlack = hasPicture && desktop_.composed && !complainsOf(file);
+  if (!isFramedInBlack) {
     backdrop.primary = QColor(QString::fromStdString(text(kPrimary)));
     backdrop.secondary = QColor(QString::fromStdString(text(kSecondary)));
     if (const auto* row = rowNamed(kShadings, text(kShading))) backdrop.shading = row->shading;
@@ -140,7 +152,7 @@ std::optional<WallpaperState> GSettingsWallpaper::state(const Monitor& monitor) 
   for (const Change& change : present()) {
     if (change.value) state.kept.emplace(change.key, *change.value);
   }
-  if (takesTurns()) return state;
+  if (takesTurns() || isTimetable(fileInForce())) return state;
   if (const auto shown = backdrop(monitor)) state.file = shown->file;
   return state;
 }

@@ -86,7 +86,10 @@ class GSettingsWallpaper final : public WallpaperAdapter {
   /// All that a picture may change, with what the user has set there, in the order in which it is
   /// put back: the slide show last, or the picture would end it.
   [[nodiscard]] Changes present() const;
-  [[nodiscard]] const char* pictureInForce() const;
+  /// Empty where there is none.
+  [[nodiscard]] QString fileInForce() const;
+  /// Whether it cannot be read, which is said once.
+  [[nodiscard]] bool complainsOf(const QString& file);
   [[nodiscard]] bool takesTurns() const;
   /// None: unset, or for the picture that its path is no text.
   [[nodiscard]] std::optional<std::string> valueToShow(const Change& present, const QString& file,
@@ -99,6 +102,7 @@ class GSettingsWallpaper final : public WallpaperAdapter {
   // Null where the desktop has none.
   std::unique_ptr<GuardedSettings> slideShow_;
   std::unique_ptr<GuardedSettings> interface_;
+  std::optional<std::string> fault_;
 };
 
 }  // namespace linux_desktop
