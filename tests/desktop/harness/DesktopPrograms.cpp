@@ -28,7 +28,7 @@ std::string programOfService(const std::string& serviceFile) {
 }  // namespace
 
 const DesktopProgram& program(WindowManager kind) {
-  static const std::array<DesktopProgram, 5> table{{
+  static const std::array<DesktopProgram, 9> table{{
       {"", {}},
       {"openbox", {"openbox", "--sm-disable"}},
       {"xfwm4", {"xfwm4", "--sm-client-disable"}},
@@ -37,6 +37,11 @@ const DesktopProgram& program(WindowManager kind) {
       {"marco", {"marco", "--sm-disable", "--no-force-fullscreen", "--no-composite"}},
       // Its own bar would take the tray.
       {"icewm", {"icewm"}, "icewm/preferences", "ShowTaskBar=0\n"},
+      {"fluxbox", {"fluxbox"}},
+      {"jwm", {"jwm"}},
+      // Its configuration is a program, which does nothing here.
+      {"bspwm", {"bspwm", "-c", "/bin/true"}},
+      {"i3-wm", {"i3"}, "i3/config", "font pango:monospace 8\n"},
   }};
   return rowOf(table, kind);
 }
@@ -53,7 +58,8 @@ const DesktopProgram& program(Panel kind) {
 }
 
 std::ostream& operator<<(std::ostream& stream, WindowManager kind) {
-  static const std::array names{"None", "Openbox", "Xfwm4", "Marco", "Icewm"};
+  static const std::array names{"None",    "Openbox", "Xfwm4", "Marco", "Icewm",
+                                "Fluxbox", "Jwm",     "Bspwm", "I3"};
   return stream << names.at(static_cast<std::size_t>(kind));
 }
 

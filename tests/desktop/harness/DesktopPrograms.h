@@ -10,7 +10,17 @@
 
 namespace harness {
 
-enum class WindowManager : std::uint8_t { None, Openbox, Xfwm4, Marco, Icewm };
+enum class WindowManager : std::uint8_t {
+  None,
+  Openbox,
+  Xfwm4,
+  Marco,
+  Icewm,
+  Fluxbox,
+  Jwm,
+  Bspwm,
+  I3
+};
 enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
 /// For the names of parameterised tests.
 std::ostream& operator<<(std::ostream& stream, WindowManager kind);

@@ -20,7 +20,8 @@ harness::DeskOptions optionsFor(WindowManager windowManager) {
 
 }  // namespace
 
-HidingDesk::HidingDesk(WindowManager windowManager) : desk_(optionsFor(windowManager)) {}
+HidingDesk::HidingDesk(WindowManager windowManager)
+    : windowManager_(windowManager), desk_(optionsFor(windowManager)) {}
 
 // --- Windows ---
 
@@ -197,6 +198,8 @@ testing::AssertionResult HidingDesk::allShown(const Windows& windows) {
 
 Windows HidingDesk::stacking(const Windows& among) const {
   Windows order = desk_.windows().stacking();
+  // It lists them the wrong way round.
+  if (windowManager_ == WindowManager::Jwm) std::ranges::reverse(order);
   std::erase_if(
       order, [&](xcb_window_t window) { return std::ranges::find(among, window) == among.end(); });
   return order;

@@ -83,6 +83,7 @@ class HidingDesk {
                                              const std::function<bool(xcb_window_t)>& test);
   std::vector<platform::port::ApplicationId> regular();
 
+  harness::WindowManager windowManager_;
   harness::XDesk desk_;
   std::optional<TestProgram> program_;
   std::optional<linux_desktop::XApplications> applications_;

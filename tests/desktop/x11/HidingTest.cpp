@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <chrono>
+
 #include "desktop/x11/HidingDesk.h"
 
 using harness::WindowManager;
@@ -17,7 +20,8 @@ class HidingTest : public testing::TestWithParam<WindowManager> {
 
 INSTANTIATE_TEST_SUITE_P(EachWindowManager, HidingTest,
                          testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
-                                         WindowManager::Marco, WindowManager::Icewm),
+                                         WindowManager::Marco, WindowManager::Icewm,
+                                         WindowManager::Jwm),
                          testing::PrintToStringParamName());
 
 TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {
@@ -180,6 +184,26 @@ TEST_P(HidingTest, AManagerThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   desk.show();
   ASSERT_TRUE(desk.allShown(three));
   // One that was waited for would have been complained of.
+  EXPECT_EQ(desk.program().log(), "");
+}
+
+TEST(FluxboxTest, ItsTurnThatNeverComesHoldsNothingUp) {
+  HidingDesk desk(WindowManager::Fluxbox);
+  Windows windows;
+  for (const char* name : {"A", "B", "C"}) {
+    windows.push_back(desk.open({.name = name, .className = name}));
+  }
+  desk.startProgram();
+  // One that is busy gets ten seconds.
+  constexpr std::chrono::seconds kPatience{8};
+  for (int round = 0; round < 2; ++round) {
+    desk.hideAsTheMode();
+    ASSERT_TRUE(desk.allMinimised(windows));
+    desk.show();
+    const auto isBack = [&](xcb_window_t window) { return !desk.isMarked(window); };
+    EXPECT_TRUE(harness::until([&] { return std::ranges::all_of(windows, isBack); }, kPatience,
+                               [&] { desk.program().turn(); }));
+  }
   EXPECT_EQ(desk.program().log(), "");
 }
 

@@ -19,7 +19,6 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(ClientAtom::Coun
     "_NET_RESTACK_WINDOW",
     "_NET_REQUEST_FRAME_EXTENTS",
     "_NET_FRAME_EXTENTS",
-    "_NET_WM_ACTION_MINIMIZE",
     "WM_CHANGE_STATE",
     "_NET_WM_STATE",
     "_NET_WM_STATE_HIDDEN",
@@ -106,9 +105,16 @@ std::optional<HiddenMark> markIn(const XPropertyValue& value) {
   return *mark == 0 ? HiddenMark::BroughtForward : HiddenMark::Hidden;
 }
 
+/// Bottom to top.
+std::vector<xcb_window_t> stackingIn(const XPropertyValue& value, const HidingManners& manners) {
+  std::vector<xcb_window_t> stacking = listIn(value);
+  if (manners.stacksDownwards) std::ranges::reverse(stacking);
+  return stacking;
+}
+
 /// What changes from one moment to the next.
 void takeRoot(std::span<const XPropertyValue> root, ClientList& list) {
-  list.stacking = listIn(root[kStacking]);
+  list.stacking = stackingIn(root[kStacking], list.manners);
   list.rememberedOrder = listIn(root[kOrder]);
   list.active = root[kActive].number().value_or(XCB_NONE);
   list.rememberedActive = root[kRememberedActive].number().value_or(XCB_NONE);
@@ -134,9 +140,7 @@ const ClientWindow* ClientList::workWindow(xcb_window_t window) const {
 }
 
 bool ClientList::isHere(const ClientWindow& window) const {
-  constexpr std::uint32_t kEverywhere = 0xffffffff;  // EWMH 1.5
-  const std::uint32_t desktop = window.desktop.value_or(currentDesktop);
-  return desktop == currentDesktop || desktop == kEverywhere;
+  return !window.isOnOneDesktop() || *window.desktop == currentDesktop;
 }
 
 ClientList ClientWindows::read() const {
@@ -161,11 +165,14 @@ ClientList ClientWindows::read() const {
     const auto of = std::span(values).subspan(first + i * kWindowProperties, kWindowProperties);
     list.windows.push_back(windowOf(ids[i], of));
   }
-  takeRoot(root, list);
   list.windowManager = values[1].text();
   if (list.windowManager.empty()) list.windowManager = "unnamed";
-  list.canMinimise = root[kSupported].contains(atoms_[ClientAtom::ActionMinimize]);
-  list.canRestack = root[kSupported].contains(atoms_[ClientAtom::RestackWindow]);
+  list.manners = hidingMannersOf(list.windowManager);
+  takeRoot(root, list);
+  list.canMinimise =
+      list.manners.hides && root[kSupported].contains(atoms_[ClientAtom::StateHidden]);
+  list.canRestack =
+      list.manners.restacks && root[kSupported].contains(atoms_[ClientAtom::RestackWindow]);
   list.manager = {check, root[kSupported].contains(atoms_[ClientAtom::RequestFrameExtents])};
   return list;
 }
@@ -248,7 +255,8 @@ std::unordered_set<xcb_window_t> ClientWindows::minimisedOf(
   return minimised;
 }
 
-ClientWindows::Places ClientWindows::placesOf(std::span<const xcb_window_t> windows) const {
+ClientWindows::Places ClientWindows::placesOf(std::span<const xcb_window_t> windows,
+                                              const HidingManners& manners) const {
   std::vector<XProperty> questions{{server_.root(), atoms_[ClientAtom::ClientListStacking]},
                                    {server_.root(), atoms_[ClientAtom::ActiveWindow]}};
   const std::size_t first = questions.size();
@@ -258,7 +266,7 @@ ClientWindows::Places ClientWindows::placesOf(std::span<const xcb_window_t> wind
   }
   const auto values = server_.read(questions);
   Places places;
-  places.stacking = listIn(values[0]);
+  places.stacking = stackingIn(values[0], manners);
   places.active = values[1].number().value_or(XCB_NONE);
   for (std::size_t i = 0; i < windows.size(); ++i) {
     const auto& desktop = values[first + 2 * i];

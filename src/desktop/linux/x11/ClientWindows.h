@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "desktop/linux/x11/HidingManners.h"
 #include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
@@ -27,7 +28,6 @@ enum class ClientAtom : std::size_t {
   RestackWindow,
   RequestFrameExtents,
   FrameExtents,
-  ActionMinimize,
   ChangeState,
   State,
   StateHidden,
@@ -96,14 +96,20 @@ struct ClientWindow {
 
   /// Hiding took it away, and it is away still.
   [[nodiscard]] bool isHidden() const { return mark == HiddenMark::Hidden && minimised; }
+  /// It belongs to the one that `desktop` says. Mutter says "all" (EWMH 1.5: 0xffffffff) of every
+  /// window of a monitor that has no workspaces; one that was moved to all would stay there for
+  /// good.
+  [[nodiscard]] bool isOnOneDesktop() const { return desktop && *desktop != 0xffffffff; }
 };
 
 /// Whom hiding and showing asks.
 struct WindowManagerAtWork {
   /// Its own, which goes with it.
   xcb_window_t window = XCB_NONE;
-  /// Whether a WindowManagerTurn comes.
+  /// Whether it says that a WindowManagerTurn comes.
   bool tellsTurn = false;
+  /// Whether something that it was asked for earlier may still lie at its door.
+  bool isBehind = false;
 };
 
 /// All that hiding and showing has to know, of one moment.
@@ -120,6 +126,7 @@ struct ClientList {
   std::uint32_t currentDesktop = 0;
   /// Empty while no window manager runs.
   std::string windowManager;
+  HidingManners manners;
   bool canMinimise = false;
   bool canRestack = false;
   WindowManagerAtWork manager;
@@ -158,8 +165,9 @@ class ClientWindows {
     std::unordered_map<xcb_window_t, std::uint32_t> desktops;
     std::unordered_set<xcb_window_t> minimised;
   };
-  /// One round trip.
-  [[nodiscard]] Places placesOf(std::span<const xcb_window_t> windows) const;
+  /// Of a window manager of these manners. One round trip.
+  [[nodiscard]] Places placesOf(std::span<const xcb_window_t> windows,
+                                const HidingManners& manners) const;
 
  private:
   [[nodiscard]] std::vector<XProperty> rootQuestions() const;

@@ -34,6 +34,8 @@ namespace {
 constexpr std::chrono::milliseconds kLongestSilence{3'000};
 /// Bounds the wait for one that does something and says it tells its turn, but does not.
 constexpr std::chrono::milliseconds kPatienceWithTheBusy{10'000};
+/// For the turn alone, when everything has happened: Fluxbox says that it tells it, and does not.
+constexpr std::chrono::milliseconds kPatienceWithTheTurn{100};
 
 }  // namespace
 
@@ -51,6 +53,7 @@ void HiddenStateWait::start(const Goal& goal, const Request& request, Done done)
   minimised_ = goal.minimised;
   patienceAfterTurn_ = goal.patience;
   managerShowsLife_ = managerIsGone_ = false;
+  managerIsBehind_ = managerIsBehind_ || goal.manager.isBehind;
   done_ = std::move(done);
   for (const xcb_window_t window : waitingFor_) watch(window);
   watchManager(goal.manager.window);
@@ -93,11 +96,12 @@ void HiddenStateWait::watchManager(xcb_window_t window) {
 
 void HiddenStateWait::giveItsTurnTime() {
   managerShowsLife_ = true;
-  patience_.start(kPatienceWithTheBusy);
+  if (!waitingFor_.empty()) patience_.start(kPatienceWithTheBusy);
 }
 
 void HiddenStateWait::turnHasCome() {
   turn_.reset();
+  managerIsBehind_ = false;
   patience_.setInterval(patienceAfterTurn_);
   if (silent_.empty()) {
     look(false);
@@ -107,16 +111,15 @@ void HiddenStateWait::turnHasCome() {
 }
 
 void HiddenStateWait::changed(xcb_window_t window) {
-  // Looking only when every window has changed costs one round trip instead of one a window. What
-  // changes before the turn may be the end of what was asked for earlier.
   if (silent_.erase(window) == 0) return;
   if (turn_) {
     giveItsTurnTime();
-  } else if (silent_.empty()) {
-    look(false);
   } else {
     patience_.start();
   }
+  // Looking only when every window has changed costs one round trip instead of one a window. What
+  // changes before the turn may be the end of what was asked for earlier.
+  if (silent_.empty() && !(turn_ && managerIsBehind_)) look(false);
 }
 
 void HiddenStateWait::patienceIsOver() {
@@ -138,12 +141,18 @@ void HiddenStateWait::look(bool patienceIsOver) {
     patience_.start();
     return;
   }
+  if (turn_ && !patienceIsOver) {
+    patience_.start(kPatienceWithTheTurn);
+    return;
+  }
   end();
 }
 
 void HiddenStateWait::end() {
   patience_.stop();
   watches_.clear();
+  const bool mayStillCome = turn_ && (managerIsBehind_ || !waitingFor_.empty());
+  managerIsBehind_ = mayStillCome && !managerIsGone_;
   turn_.reset();
   // What is done next may start the next wait.
   const Done done = std::exchange(done_, nullptr);

@@ -40,6 +40,7 @@ class HiddenStateWait {
     /// How long nothing may change once the window manager has come to the requests. Where it
     /// tells its turn, one that is busy is waited for much longer, and one that hangs for ever:
     /// what it was asked for still waits at its door, and nothing else may be asked for meanwhile.
+    /// When all windows are as wanted by these requests, its turn is not waited for long.
     std::chrono::milliseconds patience;
     WindowManagerAtWork manager;
   };
@@ -57,6 +58,8 @@ class HiddenStateWait {
 
   /// Of the last wait.
   [[nodiscard]] bool managerIsGone() const { return managerIsGone_; }
+  /// Whether the window manager may still come to something that was asked for.
+  [[nodiscard]] bool managerIsBehind() const { return managerIsBehind_; }
 
  private:
   void watch(xcb_window_t window);
@@ -74,6 +77,7 @@ class HiddenStateWait {
   /// Since the requests.
   bool managerShowsLife_ = false;
   bool managerIsGone_ = false;
+  bool managerIsBehind_ = false;
   std::vector<xcb_window_t> waitingFor_;
   /// Those that have not changed since the last look.
   std::unordered_set<xcb_window_t> silent_;

@@ -1,6 +1,7 @@
 #include "desktop/linux/x11/HiddenWatch.h"
 
 #include <chrono>
+#include <span>
 #include <vector>
 
 namespace linux_desktop {
@@ -36,21 +37,29 @@ void HiddenWatch::pause() {
 }
 
 void HiddenWatch::activeWindowChanged() {
-  const xcb_window_t active = clients_.placesOf({}).active;
+  const xcb_window_t active = clients_.placesOf({}, {}).active;
   if (hidden_.contains(active)) expectBack(active);
 }
 
 void HiddenWatch::expectBack(xcb_window_t active) {
+  back_.reset();
+  if (!clients_.minimisedOf(std::span(&active, 1)).contains(active)) {
+    isBack(active);
+    return;
+  }
   constexpr std::chrono::milliseconds kPatience{500};
   back_ = std::make_unique<HiddenStateWait>(events_, clients_);
   back_->start(
       {{active}, false, kPatience, manager_}, [](xcb_window_t) {},
       [this, active](const std::vector<xcb_window_t>& left) {
-        if (!left.empty()) return;
-        hidden_.erase(active);
-        requests_.mark(active, HiddenMark::BroughtForward);
-        requests_.send();
+        if (left.empty()) isBack(active);
       });
+}
+
+void HiddenWatch::isBack(xcb_window_t active) {
+  hidden_.erase(active);
+  requests_.mark(active, HiddenMark::BroughtForward);
+  requests_.send();
 }
 
 }  // namespace linux_desktop

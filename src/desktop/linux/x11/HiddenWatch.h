@@ -29,6 +29,7 @@ class HiddenWatch {
   void activeWindowChanged();
   /// Notes that the active window was brought forward, as soon as it is back.
   void expectBack(xcb_window_t active);
+  void isBack(xcb_window_t active);
 
   XEvents& events_;
   ClientWindows& clients_;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <string_view>
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
@@ -161,47 +160,32 @@ constexpr std::chrono::milliseconds kLongPatience{700};
 
 }  // namespace
 
-ShowOperation::Way ShowOperation::firstWay() const {
-  struct Row {
-    std::string_view name;
-    Way way;
-  };
-  // These do not heed the ways before; asking would only cost the wait for it. Marco calls itself
-  // "Metacity (Marco)", Muffin "Mutter (Muffin)".
-  constexpr std::array kRows{Row{"KWin", Way::Map}, Row{"Marco", Way::Map},
-                             Row{"Muffin", Way::Activate}};
-  const auto* row = std::ranges::find_if(kRows, [this](const Row& known) {
-    return plan_.before.windowManager.find(known.name) != std::string::npos;
-  });
-  return row == kRows.end() ? Way::RemoveState : row->way;
-}
-
 ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
                              std::function<void()> done)
     : HiddenOperation(events, clients, std::move(done)), plan_(std::move(plan)) {
   for (const ClientWindow& window : plan_.before.windows) {
-    if (window.desktop) desktops_.emplace(window.id, *window.desktop);
+    if (window.isOnOneDesktop()) desktops_.emplace(window.id, *window.desktop);
   }
-  ask(firstWay(), plan_.windows);
+  ask(plan_.before.manners.firstWay, plan_.windows);
 }
 
-void ShowOperation::ask(Way way, std::vector<xcb_window_t> windows) {
-  const auto patience = way == Way::RemoveState ? kUsualPatience : kLongPatience;
+void ShowOperation::ask(ShowWay way, std::vector<xcb_window_t> windows) {
+  const auto patience = way == ShowWay::RemoveState ? kUsualPatience : kLongPatience;
   wait_.start(
       {std::move(windows), false, patience, plan_.before.manager},
       [this, way](xcb_window_t window) { askFor(way, window); },
       [this, way](std::vector<xcb_window_t> left) { asked(way, std::move(left)); });
 }
 
-void ShowOperation::askFor(Way way, xcb_window_t window) {
+void ShowOperation::askFor(ShowWay way, xcb_window_t window) {
   switch (way) {
-    case Way::RemoveState:
+    case ShowWay::RemoveState:
       requests_.restore(window);
       break;
-    case Way::Map:
+    case ShowWay::Map:
       requests_.map(window);
       break;
-    case Way::Activate: {
+    case ShowWay::Activate: {
       // Activating goes to the workspace of the window, so the window comes to this one first.
       const auto desktop = desktops_.find(window);
       const bool elsewhere =
@@ -214,15 +198,15 @@ void ShowOperation::askFor(Way way, xcb_window_t window) {
   }
 }
 
-void ShowOperation::asked(Way way, std::vector<xcb_window_t> left) {
+void ShowOperation::asked(ShowWay way, std::vector<xcb_window_t> left) {
   if (wait_.managerIsGone()) {
     done_();
   } else if (left.empty()) {
     putBack();
-  } else if (way == Way::RemoveState) {
-    ask(Way::Map, std::move(left));
-  } else if (way == Way::Map) {
-    ask(Way::Activate, std::move(left));
+  } else if (way == ShowWay::RemoveState) {
+    ask(ShowWay::Map, std::move(left));
+  } else if (way == ShowWay::Map) {
+    ask(ShowWay::Activate, std::move(left));
   } else {
     qCDebug(lcX11) << left.size() << "windows do not come back";
     putBack();
@@ -230,7 +214,7 @@ void ShowOperation::asked(Way way, std::vector<xcb_window_t> left) {
 }
 
 void ShowOperation::putBack() {
-  const ClientWindows::Places now = clients_.placesOf(plan_.windows);
+  const ClientWindows::Places now = clients_.placesOf(plan_.windows, plan_.before.manners);
   WindowSet shown(plan_.windows.begin(), plan_.windows.end());
   std::erase_if(shown, [&](xcb_window_t window) { return now.minimised.contains(window); });
   putBackDesktops(now);
@@ -259,7 +243,7 @@ xcb_window_t ShowOperation::toActivate(const ClientWindows::Places& now,
 
 void ShowOperation::activate(xcb_window_t window) {
   const xcb_timestamp_t time = clients_.server().time();
-  if (!plan_.before.canRestack) {
+  if (!plan_.before.canRestack && !plan_.before.manners.activates) {
     // Activating raises it, which nobody could undo. To Xfwm4, besides, one that was the last to be
     // minimised has never ceased to be the active one.
     requests_.focus(window, time);

@@ -63,6 +63,9 @@ class HiddenOperation {
   HiddenOperation(const HiddenOperation&) = delete;
   HiddenOperation& operator=(const HiddenOperation&) = delete;
 
+  /// Whether the window manager may still come to something that was asked for.
+  [[nodiscard]] bool managerIsBehind() const { return wait_.managerIsBehind(); }
+
  protected:
   HiddenOperation(XEvents& events, ClientWindows& clients, std::function<void()> done)
       : clients_(clients), requests_(clients), wait_(events, clients), done_(std::move(done)) {}
@@ -114,12 +117,9 @@ class ShowOperation final : public HiddenOperation {
   ShowOperation(XEvents& events, ClientWindows& clients, Plan plan, std::function<void()> done);
 
  private:
-  enum class Way { RemoveState, Map, Activate };
-
-  [[nodiscard]] Way firstWay() const;
-  void ask(Way way, std::vector<xcb_window_t> windows);
-  void askFor(Way way, xcb_window_t window);
-  void asked(Way way, std::vector<xcb_window_t> left);
+  void ask(ShowWay way, std::vector<xcb_window_t> windows);
+  void askFor(ShowWay way, xcb_window_t window);
+  void asked(ShowWay way, std::vector<xcb_window_t> left);
   /// Puts back what window managers change on the way.
   void putBack();
   /// The window that was active, or the one from when the windows went if it was none to work in;
@@ -132,6 +132,7 @@ class ShowOperation final : public HiddenOperation {
   void clearMarks(const WindowSet& shown);
 
   Plan plan_;
+  /// Of those that belong to one.
   std::unordered_map<xcb_window_t, std::uint32_t> desktops_;
 };
 

@@ -57,6 +57,7 @@ XApplications::XApplications(XEvents& events)
 std::unique_ptr<XApplications::Moment> XApplications::read() {
   auto moment = std::make_unique<Moment>();
   moment->list = clients_.read();
+  moment->list.manager.isBehind = managerIsBehind_;
   std::map<std::string, Id> ids;
   for (ApplicationGroup& group : applicationsOf(moment->list)) {
     const auto known = ids_.find(group.key);
@@ -217,6 +218,8 @@ void XApplications::finished() {
   QMetaObject::invokeMethod(
       &context_,
       [this] {
+        managerIsBehind_ = operation_->managerIsBehind();
+        moment_->list.manager.isBehind = managerIsBehind_;
         operation_.reset();
         underWay_.clear();
         watch_.resume();

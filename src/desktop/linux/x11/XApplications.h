@@ -74,6 +74,7 @@ class XApplications final : public platform::port::RunningApplications {
   Wishes wishes_;
   Wishes underWay_;
   std::unique_ptr<HiddenOperation> operation_;
+  bool managerIsBehind_ = false;
   QObject context_;
 };
 
