@@ -106,7 +106,11 @@ LinuxDesktop::Services::Services(Process& process)
               .desktopPictures = &session.desktopPictures,
               .windowList = session.windowList,
               .availability = &availability,
-              .texts = &process.language} {}
+              .texts = &process.language} {
+  QObject::connect(&tray, &TrayStatusBar::hasTrayChanged, &tray, [this](bool hasTray) {
+    if (hasTray) windows.statusItemsAreShown();
+  });
+}
 
 std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, char** argv) {
   qCInfo(lcProcess, "Calmdeck " CALMDECK_VERSION " with Qt %s", qVersion());

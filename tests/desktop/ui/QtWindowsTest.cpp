@@ -87,6 +87,16 @@ class QtWindowsTest : public ui_test::UiTest, public platform::NSWindowDelegate 
   int closes = 0;
 };
 
+TEST_F(QtWindowsTest, WhatStandsInForAPopoverBecomesItWhenTheTrayIsALittleLate) {
+  item.shown = false;
+  show();
+  ASSERT_EQ(shown()->chrome(), Chrome::OrdinaryWithMenu);
+  item.shown = true;
+  windows.statusItemsAreShown();
+  EXPECT_TRUE(until([this] { return shown() != nullptr && isPopover(shown()->chrome()); }));
+  EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
+}
+
 TEST_F(QtWindowsTest, PopoverStaysAtItsPanelWhenItsContentShrinks) {
   show();
   const QRect before = shown()->geometry();

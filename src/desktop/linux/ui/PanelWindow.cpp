@@ -145,6 +145,11 @@ void PanelWindow::resizeEvent(QResizeEvent* event) {
   if (isVisible()) observer_.resized();
 }
 
+void PanelWindow::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  if (isVisible()) observer_.moved();
+}
+
 void PanelWindow::paintEvent(QPaintEvent*) {
   const Theme theme(palette());
   if (chrome_ == Chrome::OrdinaryWithMenu) {

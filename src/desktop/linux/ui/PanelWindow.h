@@ -37,6 +37,8 @@ class PanelObserver {
   virtual void pressedInside(quint64 time) = 0;
   /// The content asked for another size and got it.
   virtual void resized() = 0;
+  /// It is elsewhere now, by our own wish or by somebody else's.
+  virtual void moved() = 0;
 };
 
 /// A window of ours as large as its content. Does nothing on its own account: it is closed, placed
@@ -61,6 +63,7 @@ class PanelWindow final : public QWidget {
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

@@ -24,6 +24,9 @@ namespace port = platform::port;
 namespace {
 
 constexpr std::chrono::milliseconds kOwnPress{40};
+constexpr std::chrono::seconds kComingUp{1};
+/// How much later than us a tray may be ready when the user logs in to a busy machine.
+constexpr std::chrono::seconds kLateTray{5};
 
 /// On a clock that goes round.
 constexpr bool isNotBefore(std::uint32_t time, std::uint32_t other) {
@@ -62,6 +65,10 @@ QtWindowPeer::~QtWindowPeer() {
 void QtWindowPeer::show(const port::Placement& placement) {
   const CallScope scope(calls_);
   anchor_ = anchorOf(placement);
+  present();
+}
+
+void QtWindowPeer::present() {
   ensureWindow(chromeFor(anchor_));
   window_->winId();
   if (isPopover(window_->chrome())) moveToPlace();
@@ -70,8 +77,15 @@ void QtWindowPeer::show(const port::Placement& placement) {
   if (!window_->isVisible()) {
     if (isPopover(window_->chrome())) preparePopover();
     window_->show();
+    shownSince_ = services_.clock();
     services_.ownWindows.markAsAskedFor(*handle());
     watchOutside();
+    if (isPopover(window_->chrome())) {
+      onceExposed(*handle(), [this] {
+        insistsUntil_ = services_.clock() + kComingUp;
+        insistOnPlace();
+      });
+    }
   }
   if (!popover_) {
     for (QtWindowPeer* other : services_.shown) other->giveWay();
@@ -79,6 +93,15 @@ void QtWindowPeer::show(const port::Placement& placement) {
   window_->raise();
   std::erase(services_.shown, this);
   services_.shown.push_back(this);
+}
+
+void QtWindowPeer::statusItemIsShown() {
+  const bool standsIn =
+      window_ && window_->isVisible() && window_->chrome() == Chrome::OrdinaryWithMenu;
+  if (!standsIn || services_.clock() > shownSince_ + kLateTray) return;
+  const CallScope scope(calls_);
+  present();
+  makeKey();
 }
 
 void QtWindowPeer::hide() {
@@ -90,6 +113,7 @@ void QtWindowPeer::hide() {
   popover_.reset();
   diversion_.reset();
   lastPressInside_.reset();
+  insistsUntil_.reset();
   if (window_) window_->hide();
 }
 
@@ -177,8 +201,21 @@ void QtWindowPeer::preparePopover() {
   });
 }
 
+// i3, herbstluftwm and awesome choose the first place of every window themselves.
+void QtWindowPeer::insistOnPlace() {
+  if (anchor_ == nullptr || popover_ || !insistsUntil_) return;
+  const QPoint wanted = place().topLeft();
+  if (window_->pos() == wanted) return;
+  const bool isComingUp = services_.clock() < *std::exchange(insistsUntil_, std::nullopt);
+  if (isComingUp) window_->move(wanted);
+}
+
 void QtWindowPeer::resized() {
   if (anchor_ != nullptr && isPopover(window_->chrome())) moveToPlace();
+}
+
+void QtWindowPeer::moved() {
+  insistOnPlace();
 }
 
 QWindow* QtWindowPeer::handle() const {

@@ -41,6 +41,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void divertKeys(bool divert);
   /// Null where the desktop does not keep the window in front of all others.
   [[nodiscard]] OwnWindows::Popover* popover() const { return popover_.get(); }
+  /// The item at which the window is shown has come into a tray.
+  void statusItemIsShown();
   /// An alert was answered: presses up to now were for it.
   void alertDidEnd();
 
@@ -53,12 +55,17 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void activeChanged(bool active) override;
   void pressedInside(quint64 time) override;
   void resized() override;
+  void moved() override;
 
   [[nodiscard]] Chrome chromeFor(const StatusItemAnchor* anchor) const;
   void ensureWindow(Chrome chrome);
+  /// Brings the window up at the anchor.
+  void present();
   /// Where a popover belongs now.
   [[nodiscard]] QRect place() const;
   void moveToPlace();
+  /// Asks once more for the place of a popover that has just come up elsewhere.
+  void insistOnPlace();
   /// Another window of ours is shown that wants the keyboard.
   void giveWay();
   void preparePopover();
@@ -79,6 +86,9 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   std::unique_ptr<OwnWindows::PressWatch> presses_;
   std::unique_ptr<OwnWindows::KeyDiversion> diversion_;
   std::optional<std::uint32_t> lastPressInside_;
+  platform::MonotonicTime shownSince_;
+  /// None: it does not insist on a place any more.
+  std::optional<platform::MonotonicTime> insistsUntil_;
   /// How many calls of the model are on the stack: reports wait until there is none.
   int calls_ = 0;
   /// Reports that wait are dropped with it.

@@ -69,6 +69,11 @@ void QtWindows::setDesktopKeysEnabled(bool enabled) {
   for (QtWindowPeer* peer : services_.shown) peer->divertKeys(!enabled);
 }
 
+void QtWindows::statusItemsAreShown() {
+  const auto shown = services_.shown;
+  for (QtWindowPeer* peer : shown) peer->statusItemIsShown();
+}
+
 void QtWindows::activateApplication() {
   // An alert took the keyboard when it came and keeps it from the windows behind it.
   if (services_.alerts == 0 && !services_.shown.empty()) services_.shown.back()->makeKey();

@@ -32,6 +32,9 @@ class QtWindows final : public platform::port::Windows {
       std::function<void(std::optional<std::string> path)> answered) override;
   void activateApplication() override;
   void setDesktopKeysEnabled(bool enabled) override;
+  /// A tray shows status items that none showed before: a window that has just come up in the place
+  /// of a popover becomes that. One that the user has got used to stays.
+  void statusItemsAreShown();
 
  private:
   WindowServices services_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <string>
 
 namespace linux_desktop {
 namespace {
@@ -82,6 +83,73 @@ std::vector<XPanel> panelsAmong(const std::vector<xcb_window_t>& windows, const 
   return panels;
 }
 
+std::vector<QRect> rectanglesIn(const std::vector<std::uint32_t>& numbers) {
+  constexpr std::size_t kItems = 4;
+  std::vector<QRect> rectangles;
+  for (std::size_t i = 0; i + kItems <= numbers.size(); i += kItems) {
+    const auto at = [&](std::size_t item) { return static_cast<int>(numbers[i + item]); };
+    rectangles.emplace_back(at(0), at(1), at(2), at(3));
+  }
+  return rectangles;
+}
+
+/// What is left for windows: on each monitor where the window manager tells that, else of all.
+std::vector<QRect> workAreas(XServer& server) {
+  const auto current = server.numbers(server.root(), "_NET_CURRENT_DESKTOP");
+  const std::size_t desktop = current.empty() ? 0 : current.front();
+  // Mutter's and Muffin's, for GTK.
+  const std::string ofMonitors = "_GTK_WORKAREAS_D" + std::to_string(desktop);
+  auto areas = rectanglesIn(server.numbers(server.root(), ofMonitors));
+  if (!areas.empty()) return areas;
+  areas = rectanglesIn(server.numbers(server.root(), "_NET_WORKAREA"));
+  return desktop < areas.size() ? std::vector{areas[desktop]} : std::vector<QRect>{};
+}
+
+/// What lies between the edges of `monitor` and `area`, from edge to edge.
+std::vector<QRect> stripsAround(const QRect& area, const QRect& monitor) {
+  std::vector<QRect> strips{monitor, monitor, monitor, monitor};
+  strips[0].setBottom(area.top() - 1);
+  strips[1].setTop(area.bottom() + 1);
+  strips[2].setRight(area.left() - 1);
+  strips[3].setLeft(area.right() + 1);
+  std::erase_if(strips, &QRect::isEmpty);
+  return strips;
+}
+
+/// `strip` along the whole side of the root window: a panel makes the work area of all monitors
+/// smaller.
+QRect alongRoot(QRect strip, const QRect& root) {
+  if (strip.width() > strip.height()) {
+    strip.setLeft(root.left());
+    strip.setRight(root.right());
+  } else {
+    strip.setTop(root.top());
+    strip.setBottom(root.bottom());
+  }
+  return strip;
+}
+
+/// The strips that are kept free at the edges of monitors and that no window in `panels` explains.
+std::vector<QRect> stripsWithoutWindow(const std::vector<XPanel>& panels, const QRect& root,
+                                       XServer& server) {
+  std::vector<QRect> strips;
+  const std::vector<QRect> areas = workAreas(server);
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const QRect monitor = pixelsOf(*screen);
+    const auto area =
+        std::ranges::find_if(areas, [&](const QRect& each) { return each.intersects(monitor); });
+    if (area == areas.end()) continue;
+    std::ranges::copy(stripsAround(*area & monitor, monitor), std::back_inserter(strips));
+  }
+  std::erase_if(strips, [&](const QRect& strip) {
+    const QRect side = alongRoot(strip, root);
+    return std::ranges::any_of(panels, [&](const XPanel& panel) {
+      return side.intersects(panel.geometry) || side.intersects(panel.reserved);
+    });
+  });
+  return strips;
+}
+
 }  // namespace
 
 std::vector<XPanel> panelsOn(XServer& server) {
@@ -90,7 +158,10 @@ std::vector<XPanel> panelsOn(XServer& server) {
   const auto managed = server.numbers(server.root(), "_NET_CLIENT_LIST");
   std::vector<XPanel> panels = panelsAmong(managed, root->size(), server);
   // i3 and IceWM do not list their own bars, and without a window manager nobody keeps the list.
-  return panels.empty() ? panelsAmong(topWindows(server), root->size(), server) : panels;
+  if (panels.empty()) panels = panelsAmong(topWindows(server), root->size(), server);
+  for (const QRect& strip : stripsWithoutWindow(panels, *root, server))
+    panels.push_back({XCB_NONE, strip, strip});
+  return panels;
 }
 
 std::optional<QRect> partDrawnBy(std::uint32_t pid, const XPanel& panel, XServer& server) {

@@ -10,12 +10,16 @@
 
 namespace linux_desktop {
 
+/// The screen's part of the X root window.
+[[nodiscard]] inline QRect pixelsOf(const QScreen& screen) {
+  const QRect logical = screen.geometry();
+  return {logical.topLeft(), logical.size() * screen.devicePixelRatio()};
+}
+
 /// The screen that holds the middle of a rectangle of the X root window; null where none does.
 [[nodiscard]] inline const QScreen* screenOf(const QRect& pixels) {
   for (const QScreen* screen : QGuiApplication::screens()) {
-    const QRect logical = screen->geometry();
-    const QRect whole(logical.topLeft(), logical.size() * screen->devicePixelRatio());
-    if (whole.contains(pixels.center())) return screen;
+    if (pixelsOf(*screen).contains(pixels.center())) return screen;
   }
   return nullptr;
 }
@@ -33,6 +37,8 @@ namespace linux_desktop {
 /// A panel of the desktop as its window says: what is a dock or keeps a part of the screen free.
 /// Rectangles are in pixels of the root window.
 struct XPanel {
+  /// None for one that a desktop shell draws, or a bar of the window manager's own that says
+  /// nothing: those only show in what is left for windows.
   xcb_window_t window = XCB_NONE;
   QRect geometry;
   /// What the panel keeps free of windows; empty for one that hides itself or floats.
@@ -41,8 +47,8 @@ struct XPanel {
   std::uint32_t pid = 0;
 };
 
-/// The panels as they stand now: five round trips and two more for each panel; where the window
-/// manager lists none, one more for each window of the upper levels.
+/// The panels as they stand now, those that are windows first: eight round trips and two more for
+/// each panel; where the window manager lists none, one more for each window of the upper levels.
 [[nodiscard]] std::vector<XPanel> panelsOn(XServer& server);
 
 /// The part of the panel that another process draws: xfce4-panel and mate-panel run their tray
