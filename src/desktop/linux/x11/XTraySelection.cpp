@@ -44,6 +44,7 @@ XTraySelection::XTraySelection() : connection_(connectionOfQt()) {
   const Screen screen = defaultScreen(connection_);
   selection_ = intern(connection_, "_NET_SYSTEM_TRAY_S" + std::to_string(screen.number));
   xembed_ = intern(connection_, "_XEMBED");
+  xembedInfo_ = intern(connection_, "_XEMBED_INFO");
   askForChanges(screen.root);
   const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
       connection_, xcb_get_selection_owner(connection_, selection_), nullptr));
@@ -73,6 +74,7 @@ bool XTraySelection::nativeEventFilter(const QByteArray& /*eventType*/, void* me
   if (type == selectionEvent_)
     handle(*static_cast<const xcb_xfixes_selection_notify_event_t*>(message));
   if (type == XCB_CLIENT_MESSAGE) handle(*static_cast<const xcb_client_message_event_t*>(message));
+  if (type == XCB_MAP_NOTIFY) handle(*static_cast<const xcb_map_notify_event_t*>(message));
   return false;
 }
 
@@ -91,8 +93,27 @@ void XTraySelection::handle(const xcb_xfixes_selection_notify_event_t& change) {
 void XTraySelection::handle(const xcb_client_message_event_t& message) {
   constexpr std::uint32_t kEmbeddedNotify = 0;  // no other window of this process is embedded
   if (message.type != xembed_ || message.format != 32) return;
-  if (message.data.data32[1] != kEmbeddedNotify || docked_) return;
-  docked_ = true;
+  if (message.data.data32[1] == kEmbeddedNotify) becomeDocked();
+}
+
+// JWM 2.4 takes an icon in without a word.
+void XTraySelection::handle(const xcb_map_notify_event_t& map) {
+  if (!docked_ && isRunning() && map.event == map.window && isIcon(map.window)) becomeDocked();
+}
+
+/// Whether a window of ours is an icon of the old protocol and is in some tray.
+bool XTraySelection::isIcon(xcb_window_t window) const {
+  const auto info =
+      xcb_get_property(connection_, 0, window, xembedInfo_, XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
+  const auto tree = xcb_query_tree(connection_, window);
+  const XReply<xcb_get_property_reply_t> embedding(
+      xcb_get_property_reply(connection_, info, nullptr));
+  const XReply<xcb_query_tree_reply_t> place(xcb_query_tree_reply(connection_, tree, nullptr));
+  return embedding && embedding->type != XCB_NONE && place && place->parent != place->root;
+}
+
+void XTraySelection::becomeDocked() {
+  if (std::exchange(docked_, true)) return;
   reportLater(observer().docked);
 }
 

@@ -28,10 +28,14 @@ class XTraySelection final : public LegacyTray, private QAbstractNativeEventFilt
   void reportLater(std::function<void()> what);
   void handle(const xcb_xfixes_selection_notify_event_t& change);
   void handle(const xcb_client_message_event_t& message);
+  void handle(const xcb_map_notify_event_t& map);
+  [[nodiscard]] bool isIcon(xcb_window_t window) const;
+  void becomeDocked();
 
   xcb_connection_t* connection_ = nullptr;  // Qt's
   xcb_atom_t selection_ = XCB_NONE;
   xcb_atom_t xembed_ = XCB_NONE;
+  xcb_atom_t xembedInfo_ = XCB_NONE;
   std::uint8_t selectionEvent_ = 0;
   xcb_window_t owner_ = XCB_NONE;
   bool docked_ = false;
