@@ -65,8 +65,14 @@ void XOwnWindows::activate(QWindow& window) {
     server_.askManager(idOf(window), server_.atom("_NET_WM_DESKTOP"), {workspace.front(), kUser},
                        qtConnection());
   }
-  server_.askManager(idOf(window), server_.atom("_NET_ACTIVE_WINDOW"), {kUser, server_.time()},
+  const xcb_timestamp_t now = server_.time();
+  server_.askManager(idOf(window), server_.atom("_NET_ACTIVE_WINDOW"), {kUser, now},
                      qtConnection());
+  // To bspwm 0.9 the only window of a workspace has the keyboard, and it gives a popover none.
+  const auto active = server_.numbers(server_.root(), "_NET_ACTIVE_WINDOW");
+  if (window.isExposed() && (active.empty() || active.front() == XCB_NONE)) {
+    xcb_set_input_focus(qtConnection(), XCB_INPUT_FOCUS_POINTER_ROOT, idOf(window), now);
+  }
   xcb_flush(qtConnection());
 }
 
