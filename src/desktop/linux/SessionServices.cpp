@@ -26,6 +26,7 @@ namespace linux_desktop {
 struct SessionRooms {
   std::unique_ptr<X11WindowSystem> x11 = X11WindowSystem::open();
   std::unique_ptr<WaylandWindowSystem> wayland = WaylandWindowSystem::open();
+  std::unique_ptr<I3Session> i3 = x11 ? I3Session::open(x11->i3Socket()) : nullptr;
   std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open(wayland->compositor()) : nullptr;
   std::unique_ptr<KWinWindows> kwin = wayland && !sway ? KWinWindows::open() : nullptr;
   std::unique_ptr<GnomeSession> gnome = GnomeSession::open();
@@ -129,10 +130,11 @@ constexpr Candidate<WindowList> kWindowList[] = {x11<&X11::windowList>,
 constexpr Candidate<Spaces> kSpaces[] = {x11<&X11::spaces>, wayland<&Wayland::spaces>};
 constexpr Candidate<RunningApplications> kApplications[] = {
     // The shell does it without a show of each window, and keeps them where they are.
-    [](SessionRooms& rooms) { return rooms.gnome ? hiddenTogether(rooms) : nullptr; },
+    [](SessionRooms& rooms) { return rooms.gnome || rooms.i3 ? hiddenTogether(rooms) : nullptr; },
     x11<&X11::runningApplications>, &hiddenTogether};
 constexpr Candidate<WindowHider> kWindowHiders[] = {
-    sway<&SwaySession::windowHider>, gnome<&GnomeSession::windowHider>,
+    of<&SessionRooms::i3, &I3Session::windowHider>, sway<&SwaySession::windowHider>,
+    gnome<&GnomeSession::windowHider>,
     [](SessionRooms& rooms) -> WindowHider* { return rooms.kwin.get(); },
     wayland<&Wayland::windowHider>};
 constexpr Candidate<KeyTranslator> kKeyTranslator[] = {x11<&X11::keyTranslator>,

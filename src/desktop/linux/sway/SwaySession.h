@@ -63,4 +63,23 @@ class SwaySession {
   SwayHotKeys hotKeys_{*socket_};
 };
 
+/// What i3 does for us beside what X11 has for it. Main thread only.
+class I3Session {
+ public:
+  /// Null where no i3 answers at `path`.
+  [[nodiscard]] static std::unique_ptr<I3Session> open(const QByteArray& path) {
+    auto socket = SwaySocket::openI3(path);
+    if (!socket) return nullptr;
+    return std::unique_ptr<I3Session>(new I3Session(std::move(socket)));
+  }
+
+  [[nodiscard]] WindowHider* windowHider() { return &windows_; }
+
+ private:
+  explicit I3Session(std::unique_ptr<SwaySocket> socket) : socket_(std::move(socket)) {}
+
+  std::unique_ptr<SwaySocket> socket_;
+  SwayWindows windows_{*socket_};
+};
+
 }  // namespace linux_desktop

@@ -69,15 +69,24 @@ void append(QByteArray& bytes, std::uint32_t number) {
 }  // namespace
 
 std::unique_ptr<SwaySocket> SwaySocket::open() {
-  FileDescriptor socket = connected(qgetenv("SWAYSOCK"));
+  return openAt(qgetenv("SWAYSOCK"), {});
+}
+
+std::unique_ptr<SwaySocket> SwaySocket::openI3(const QByteArray& path) {
+  return openAt(path, path);
+}
+
+std::unique_ptr<SwaySocket> SwaySocket::openAt(const QByteArray& path, const QByteArray& i3) {
+  FileDescriptor socket = connected(path);
   if (!socket.isOpen()) return nullptr;
-  std::unique_ptr<SwaySocket> sway(new SwaySocket(std::move(socket)));
+  std::unique_ptr<SwaySocket> sway(new SwaySocket(std::move(socket), i3));
   if (sway->call(Question::Version).isNull()) return nullptr;
   return sway;
 }
 
-SwaySocket::SwaySocket(FileDescriptor socket)
-    : socket_(std::move(socket)),
+SwaySocket::SwaySocket(FileDescriptor socket, QByteArray i3)
+    : i3_(std::move(i3)),
+      socket_(std::move(socket)),
       readable_(socket_.get(), QSocketNotifier::Read),
       writable_(socket_.get(), QSocketNotifier::Write) {
   writable_.setEnabled(false);
@@ -85,8 +94,22 @@ SwaySocket::SwaySocket(FileDescriptor socket)
   QObject::connect(&writable_, &QSocketNotifier::activated, &context_, [this] { write(); });
 }
 
-void SwaySocket::ask(Question question, const QByteArray& text, Answered answered) {
+bool SwaySocket::isConnected() {
+  if (socket_.isOpen() || !isI3()) return socket_.isOpen();
+  socket_ = connected(i3_);
   if (!socket_.isOpen()) {
+    qCWarning(lcSway, "i3 does not answer: nothing is hidden or comes back");
+    return false;
+  }
+  readable_.setSocket(socket_.get());
+  writable_.setSocket(socket_.get());
+  readable_.setEnabled(true);
+  for (const Listener& listener : listeners_) subscribe(listener.event);
+  return true;
+}
+
+void SwaySocket::ask(Question question, const QByteArray& text, Answered answered) {
+  if (!isConnected()) {
     if (answered) deliver([answered = std::move(answered)] { answered({}); });
     return;
   }
@@ -97,7 +120,7 @@ void SwaySocket::ask(Question question, const QByteArray& text, Answered answere
 }
 
 QJsonDocument SwaySocket::call(Question question, const QByteArray& text) {
-  if (!socket_.isOpen() || isLate()) return {};
+  if (!isConnected() || isLate()) return {};
   const auto answer = std::make_shared<std::optional<QJsonDocument>>();
   waiting_.push_back({[answer](const QJsonDocument& came) { *answer = came; }});
   send(question, text);
@@ -125,6 +148,10 @@ std::optional<QJsonDocument> SwaySocket::carryOut(const QByteArray& commands) {
 
 void SwaySocket::listen(Event event, Happened happened) {
   listeners_.push_back({event, std::move(happened)});
+  subscribe(event);
+}
+
+void SwaySocket::subscribe(Event event) {
   ask(Question::Subscribe, nameOf(event), {});
 }
 
@@ -198,14 +225,17 @@ void SwaySocket::deliver(std::function<void()> what) {
 }
 
 void SwaySocket::fail(const char* reason) {
-  QTimer::singleShot(kQtsTurn, &context_, [text = QByteArray(reason)] {
-    qCWarning(lcSway, "sway is gone (%s): nothing is hidden, and shortcuts do not fire",
-              text.constData());
-  });
+  if (!isI3()) {
+    QTimer::singleShot(kQtsTurn, &context_, [text = QByteArray(reason)] {
+      qCWarning(lcSway, "sway is gone (%s): nothing is hidden, and shortcuts do not fire",
+                text.constData());
+    });
+  }
   readable_.setEnabled(false);
   writable_.setEnabled(false);
   socket_.reset();
   unread_.clear();
+  unsent_.clear();
   for (const Waiting& waiting : std::exchange(waiting_, {})) waiting.answered({});
 }
 

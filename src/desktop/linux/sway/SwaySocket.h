@@ -17,8 +17,9 @@
 
 namespace linux_desktop {
 
-/// The connection to sway by which programs give it commands (the protocol of i3). When it ends,
-/// that is one line on standard error, and all questions fail from then on. Main thread only.
+/// The connection to sway, or to i3, by which programs give it commands. When sway's ends, that is
+/// one line on standard error, and all questions fail from then on; i3, which ends its connections
+/// when it is told to start anew, is looked for again at the next question. Main thread only.
 class SwaySocket {
  public:
   /// The protocol's numbers.
@@ -42,11 +43,14 @@ class SwaySocket {
 
   /// Null where no sway answers that $SWAYSOCK names, within half a second.
   [[nodiscard]] static std::unique_ptr<SwaySocket> open();
+  /// The same of an i3 that listens at `path`.
+  [[nodiscard]] static std::unique_ptr<SwaySocket> openI3(const QByteArray& path);
   SwaySocket(const SwaySocket&) = delete;
   SwaySocket& operator=(const SwaySocket&) = delete;
 
   /// The process that answers; 0 where nobody may know.
   [[nodiscard]] qint64 process() const { return processBehind(socket_.get()); }
+  [[nodiscard]] bool isI3() const { return !i3_.isEmpty(); }
 
   /// Returns at once. `answered` is called from the event loop, unless this is gone by then.
   void ask(Question question, const QByteArray& text, Answered answered);
@@ -71,8 +75,13 @@ class SwaySocket {
     Happened happened;
   };
 
-  explicit SwaySocket(FileDescriptor socket);
+  SwaySocket(FileDescriptor socket, QByteArray i3);
   [[nodiscard]] bool isLate() const { return std::ranges::any_of(waiting_, &Waiting::isOverdue); }
+  [[nodiscard]] static std::unique_ptr<SwaySocket> openAt(const QByteArray& path,
+                                                          const QByteArray& i3);
+  /// Whether the connection stands, anew if need be.
+  [[nodiscard]] bool isConnected();
+  void subscribe(Event event);
   void send(Question question, const QByteArray& text);
   void write();
   void read();
@@ -81,6 +90,8 @@ class SwaySocket {
   void deliver(std::function<void()> what);
   void fail(const char* reason);
 
+  /// Where i3 listens; empty for sway.
+  QByteArray i3_;
   FileDescriptor socket_;
   QByteArray unsent_;
   QByteArray unread_;

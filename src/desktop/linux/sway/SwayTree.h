@@ -14,7 +14,8 @@ using SwayId = std::int64_t;
 
 struct SwayWindow {
   SwayId id = 0;
-  std::int64_t pid = 0;
+  /// This process's.
+  bool isOurs = false;
   bool isSticky = false;
   QStringList marks = {};
 };
@@ -30,7 +31,7 @@ struct SwayWorkspace {
   std::vector<SwayWindow> windows = {};
 };
 
-/// What sway shows, at one moment.
+/// What sway, or i3, shows, at one moment.
 struct SwayTree {
   std::vector<SwayWorkspace> workspaces;
   /// The output that the user works on; empty without any.
@@ -39,7 +40,7 @@ struct SwayTree {
   SwayId focused = 0;
 };
 
-/// Of the answer to GET_TREE.
-[[nodiscard]] SwayTree swayTree(const QJsonObject& root);
+/// Of the answer to GET_TREE, in a process of the number `ourPid`.
+[[nodiscard]] SwayTree swayTree(const QJsonObject& root, std::int64_t ourPid);
 
 }  // namespace linux_desktop

@@ -61,27 +61,31 @@ class Turns {
   QString output_;
 };
 
-bool isForeign(const SwayWindow& window, std::int64_t ourPid) {
-  return window.pid != ourPid;
+std::set<SwayId> emptyOnesIn(const SwayTree& tree) {
+  std::set<SwayId> empties;
+  for (const SwayWorkspace& workspace : tree.workspaces) {
+    if (isEmptyOne(workspace.name)) empties.insert(workspace.id);
+  }
+  return empties;
 }
 
-void hide(const SwayWorkspace& workspace, std::int64_t ourPid, Turns& turns) {
+void hide(const SwayWorkspace& workspace, Turns& turns) {
   const QString empty = emptyOneOf(workspace.name);
   for (const SwayWindow& window : workspace.windows) {
-    if (!window.isSticky || !isForeign(window, ourPid)) continue;
+    if (!window.isSticky || window.isOurs) continue;
     const QByteArray mark = quoted(kStickyMark + QString::number(window.id));
     turns.commands += with(window.id, "sticky disable, mark --add " + mark);
   }
   turns.turn(workspace.output, empty);
   for (const SwayWindow& window : workspace.windows) {
-    if (!isForeign(window, ourPid)) turns.commands += moveTo(window.id, empty);
+    if (window.isOurs) turns.commands += moveTo(window.id, empty);
   }
 }
 
 /// What was opened since the first time.
-void hideOnceMore(const SwayWorkspace& empty, std::int64_t ourPid, Turns& turns) {
+void hideOnceMore(const SwayWorkspace& empty, Turns& turns) {
   for (const SwayWindow& window : empty.windows) {
-    if (!isForeign(window, ourPid)) continue;
+    if (window.isOurs) continue;
     turns.commands += moveTo(window.id, empty.name.mid(kEmptyPrefix.size()));
   }
 }
@@ -99,20 +103,19 @@ void makeStickyAgain(const SwayTree& tree, QByteArrayList& commands) {
 
 }  // namespace
 
-QByteArrayList swayHideCommands(const SwayTree& tree, std::int64_t ourPid) {
+QByteArrayList swayHideCommands(const SwayTree& tree) {
   Turns turns(tree);
   QByteArray refocus;
   for (const SwayWorkspace& workspace : tree.workspaces) {
-    const auto foreign = std::ranges::find_if(
-        workspace.windows, [&](const SwayWindow& window) { return isForeign(window, ourPid); });
+    const auto foreign = std::ranges::find(workspace.windows, false, &SwayWindow::isOurs);
     if (!workspace.isVisible || foreign == workspace.windows.end()) continue;
     if (isEmptyOne(workspace.name)) {
-      hideOnceMore(workspace, ourPid, turns);
+      hideOnceMore(workspace, turns);
       continue;
     }
-    hide(workspace, ourPid, turns);
+    hide(workspace, turns);
     for (const SwayWindow& window : workspace.windows) {
-      if (window.id == tree.focused && !isForeign(window, ourPid)) {
+      if (window.id == tree.focused && window.isOurs) {
         refocus = with(window.id, "focus");
       }
     }
@@ -122,7 +125,7 @@ QByteArrayList swayHideCommands(const SwayTree& tree, std::int64_t ourPid) {
   return turns.commands;
 }
 
-QByteArrayList swayShowCommands(const SwayTree& tree, std::int64_t ourPid, SwayId focusedBefore) {
+QByteArrayList swayShowCommands(const SwayTree& tree, SwayId focusedBefore) {
   Turns turns(tree);
   QByteArray refocus;
   for (const SwayWorkspace& workspace : tree.workspaces) {
@@ -132,7 +135,7 @@ QByteArrayList swayShowCommands(const SwayTree& tree, std::int64_t ourPid, SwayI
     for (const SwayId group : workspace.groups) turns.commands += moveTo(group, before);
     // Ours had nothing beside it there that could have the focus.
     for (const SwayWindow& window : workspace.windows) {
-      const bool isMeant = isForeign(window, ourPid) || window.id == focusedBefore;
+      const bool isMeant = !window.isOurs || window.id == focusedBefore;
       if (window.id == tree.focused && isMeant) refocus = with(window.id, "focus");
     }
   }
@@ -146,32 +149,29 @@ SwayWindows::SwayWindows(SwaySocket& sway) : sway_(sway) {
   sway_.listen(SwaySocket::Event::Workspace,
                [this](const QJsonObject& event) { workspaceChanged(event); });
   const QJsonDocument tree = sway_.call(SwaySocket::Question::Tree);
-  for (const SwayWorkspace& workspace : swayTree(tree.object()).workspaces) {
-    if (isEmptyOne(workspace.name)) empties_.insert(workspace.id);
-  }
+  empties_ = emptyOnesIn(swayTree(tree.object(), QCoreApplication::applicationPid()));
 }
 
 void SwayWindows::hide(Done done) {
   carryOut(
       [this](const SwayTree& tree) {
         focusedBefore_ = tree.focused;
-        return swayHideCommands(tree, QCoreApplication::applicationPid());
+        return swayHideCommands(tree);
       },
       done);
 }
 
 void SwayWindows::show(Done done) {
-  carryOut(
-      [this](const SwayTree& tree) {
-        return swayShowCommands(tree, QCoreApplication::applicationPid(), focusedBefore_);
-      },
-      done);
+  carryOut([this](const SwayTree& tree) { return swayShowCommands(tree, focusedBefore_); }, done);
 }
 
 void SwayWindows::carryOut(const std::function<QByteArrayList(const SwayTree& tree)>& plan,
                            const Done& done) {
   sway_.ask(SwaySocket::Question::Tree, {}, [=, this](const QJsonDocument& answer) {
-    const QByteArrayList commands = plan(swayTree(answer.object()));
+    const SwayTree tree = swayTree(answer.object(), QCoreApplication::applicationPid());
+    // An i3 that has started anew has given all of them other numbers.
+    empties_ = emptyOnesIn(tree);
+    const QByteArrayList commands = plan(tree);
     if (commands.isEmpty()) {
       done();
       return;
@@ -184,10 +184,11 @@ void SwayWindows::carryOut(const std::function<QByteArrayList(const SwayTree& tr
   });
 }
 
-// Sway takes the pointer along to a monitor that gets the focus, and it would stay there.
+// Sway takes the pointer along to a monitor that gets the focus, and it would stay there. I3 does
+// so when all is done, and by then the focus is back.
 QByteArray SwayWindows::withoutWarping(const QByteArrayList& commands) {
   QByteArray all = commands.join(';');
-  if (!all.contains("focus output")) return all;
+  if (sway_.isI3() || !all.contains("focus output")) return all;
   const QByteArray usual = SwayConfig::read(sway_).valueOf("mouse_warping", "output");
   return "mouse_warping none;" + all + ";mouse_warping " + usual;
 }

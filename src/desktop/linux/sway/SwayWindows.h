@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
-#include <cstdint>
 #include <functional>
 #include <set>
 
@@ -13,9 +12,9 @@
 
 namespace linux_desktop {
 
-/// Hides by turning every monitor to an empty workspace: nothing in the workspaces that were shown
-/// changes, neither layout nor focus. The empty one of "1" is called "calmdeck 1", which is how a
-/// later process knows where to go back to.
+/// Hides on sway and i3 by turning every monitor to an empty workspace: nothing in the workspaces
+/// that were shown changes, neither layout nor focus. The empty one of "1" is called "calmdeck 1",
+/// which is how a later process knows where to go back to.
 class SwayWindows final : public WindowHider {
  public:
   /// `sway` outlives this.
@@ -38,10 +37,9 @@ class SwayWindows final : public WindowHider {
 };
 
 /// The commands that hide what is on the monitors, but for windows of this process.
-[[nodiscard]] QByteArrayList swayHideCommands(const SwayTree& tree, std::int64_t ourPid);
+[[nodiscard]] QByteArrayList swayHideCommands(const SwayTree& tree);
 /// The commands that show it again, where the user has not done so, with what was opened meanwhile.
 /// `focusedBefore` had the focus when it was hidden; 0: that is not known.
-[[nodiscard]] QByteArrayList swayShowCommands(const SwayTree& tree, std::int64_t ourPid,
-                                              SwayId focusedBefore);
+[[nodiscard]] QByteArrayList swayShowCommands(const SwayTree& tree, SwayId focusedBefore);
 
 }  // namespace linux_desktop

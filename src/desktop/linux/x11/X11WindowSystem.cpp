@@ -1,6 +1,7 @@
 #include "desktop/linux/x11/X11WindowSystem.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
@@ -37,6 +38,12 @@ X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)
   if (!keyboard_) return;
   hotKeys_ = XHotKeys::open(events_, *keyboard_);
   translator_.emplace(*keyboard_);
+}
+
+QByteArray X11WindowSystem::i3Socket() {
+  if (server_->managerName() != "i3") return {};
+  const XProperty path{server_->root(), server_->atom("I3_SOCKET_PATH")};
+  return QByteArray::fromStdString(server_->read(std::span(&path, 1)).front().text());
 }
 
 X11WindowSystem::Sight X11WindowSystem::look() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <memory>
 #include <optional>
 
@@ -43,6 +44,9 @@ class X11WindowSystem {
     return seesDesktop() ? hotKeys_.get() : nullptr;
   }
   [[nodiscard]] KeyTranslator* keyTranslator() { return translator_ ? &*translator_ : nullptr; }
+
+  /// Where i3 takes commands; empty where another window manager runs.
+  [[nodiscard]] QByteArray i3Socket();
 
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
   /// Where to ask what the desktop was told to show behind everything; see MonitorPictures. Null,
