@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <tuple>
 
+#include "desktop/linux/language/Language.h"
+
 namespace linux_desktop {
 
 // The structures of com.canonical.dbusmenu, by their signatures.
@@ -55,7 +57,11 @@ constexpr int kRoot = 0;
 /// the application's. xfce4-panel 4.18 reads the list when the icon appears; a right click on an
 /// icon with an empty list opens its own menu, and GTK never makes a menu larger that is already
 /// open. So a menu of another length is whole from its second opening on.
-const QStringList kExpected(3, QString(10, QChar(0x2003)));
+QStringList expectedTitles() {
+  const qsizetype longest = localized("Check for Updates").size();
+  // Three letters in five are as wide as a letter is high.
+  return QStringList(3, QString(longest * 3 / 5, QChar(0x2003)));
+}
 
 template <class T>
 T argument(const QDBusMessage& call, int index) {
@@ -81,7 +87,10 @@ const char* textDirection() {
 }  // namespace
 
 DBusMenu::DBusMenu(const QDBusConnection& connection, MenuOpening& opening)
-    : opening_(opening), titles_(kExpected), object_(connection, kPath, {makeInterface()}) {}
+    : opening_(opening),
+      expected_(expectedTitles()),
+      titles_(expected_),
+      object_(connection, kPath, {makeInterface()}) {}
 
 BusInterface DBusMenu::makeInterface() {
   registerTypes();
@@ -201,7 +210,7 @@ QVariantMap DBusMenu::propertiesOf(int id) const {
   if (!knows(id)) return {};
   // An underscore marks an access key, two stand for one.
   return {{"label", QString(titles_[id - 1]).replace('_', "__")},
-          {"enabled", titles_ != kExpected}};
+          {"enabled", titles_ != expected_}};
 }
 
 }  // namespace linux_desktop

@@ -39,6 +39,7 @@ class DBusMenu {
   [[nodiscard]] LayoutItem layoutOf(int id, int depth) const;
 
   MenuOpening& opening_;
+  QStringList expected_;
   QStringList titles_;
   uint revision_ = 1;
   BusObject object_;
