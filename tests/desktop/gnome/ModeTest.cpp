@@ -105,12 +105,22 @@ TEST_F(GnomeModeTest, KilledItLeavesNoCoverAndTheNextRunShowsWhatItHid) {
   EXPECT_TRUE(isAsBefore());
 }
 
-TEST_F(GnomeModeTest, ItsCoversGoAndComeWithTheExtension) {
+TEST_F(GnomeModeTest, ItsCoversGoAndComeWithTheExtensionAndHiddenWindowsWaitForIt) {
   turnOn();
   desk.turnExtension(kExtension, false);
   EXPECT_TRUE(desk.until([&] { return !desk.isBare(); }));
   desk.turnExtension(kExtension, true);
   EXPECT_TRUE(isBare());
+
+  desk.turnExtension(kExtension, false);
+  EXPECT_TRUE(desk.until([&] { return !desk.isBare(); }));
+  desk.toggle();
+  EXPECT_TRUE(desk.program().waitForLine("our extension is turned off", harness::kPatience,
+                                         harness::Stream::Error));
+  desk.turnExtension(kExtension, true);
+  EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner("org.calmdeck.Shell"); }));
+  EXPECT_EQ(desk.windows(), "");
+  turnOn();
   desk.toggle();
   EXPECT_TRUE(isAsBefore());
 }

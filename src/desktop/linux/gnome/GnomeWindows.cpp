@@ -31,11 +31,12 @@ void GnomeWindows::show(Done done) {
 }
 
 void GnomeWindows::run(const QString& method, Done done) {
+  const bool isReady = shell_.isReady();
   shell_.ask(kInterface, method, {}, &context_,
-             [done = std::move(done)](const QDBusMessage& answer) {
+             [isReady, done = std::move(done)](const QDBusMessage& answer) {
                if (isError(answer)) {
                  qCWarning(lcGnome, "GNOME Shell does not hide or show windows: %s",
-                           reasonOf(answer).c_str());
+                           isReady ? reasonOf(answer).c_str() : "our extension is turned off");
                } else if (const uint staying = answer.arguments().value(0).toUInt(); staying > 0) {
                  qCWarning(lcGnome, "%u windows cannot be minimised", staying);
                }
