@@ -13,12 +13,19 @@ const INTERFACE = `<node>
       <arg name="item" type="s" direction="in"/>
       <arg name="picture" type="ay" direction="in"/>
     </method>
-    <method name="Hide"/>
   </interface>
 </node>`;
 
 /// By which the panel knows it.
 const ROLE = 'calmdeck';
+const ITEM = 'org.kde.StatusNotifierItem';
+
+/// What is wanted by keys when the button has the keyboard.
+const KEYS = {
+  [Clutter.KEY_Return]: 'panel',
+  [Clutter.KEY_space]: 'panel',
+  [Clutter.KEY_Menu]: 'menu',
+};
 
 /// What the shell wants to know of one that starts, which ours does not.
 const PROGRAM = Gio.AppInfo.create_from_commandline(
@@ -70,7 +77,7 @@ export class Button {
       this._button.menu.close();
       const [x, y] = this._button.get_transformed_position();
       const place = [x + this._button.width / 2, y + this._button.height / 2].map(Math.round);
-      this._tell('', 'org.kde.StatusNotifierItem', 'Activate', '(ii)', place);
+      this._tell('', ITEM, 'Activate', '(ii)', place);
     }
     return Clutter.EVENT_STOP;
   }
@@ -78,12 +85,13 @@ export class Button {
   /// With which the program's windows may take the keyboard.
   _giveToken(time) {
     const token = global.create_app_launch_context(time, -1).get_startup_notify_id(PROGRAM, []);
-    if (token) this._tell('', 'org.kde.StatusNotifierItem', 'ProvideXdgActivationToken', '(s)', [token]);
+    if (token) this._tell('', ITEM, 'ProvideXdgActivationToken', '(s)', [token]);
   }
 
   _tell(path, interfaceName, method, type, values, answered) {
     this._program.call(
-      this._item, `/StatusNotifierItem${path}`, interfaceName, method, new GLib.Variant(type, values), answered);
+      this._item, `/StatusNotifierItem${path}`, interfaceName, method,
+      new GLib.Variant(type, values), answered);
   }
 }
 
@@ -94,7 +102,7 @@ function wantedBy(event) {
     case Clutter.EventType.BUTTON_PRESS:
       return event.get_button() === Clutter.BUTTON_SECONDARY ? 'menu' : 'panel';
     case Clutter.EventType.KEY_PRESS:
-      return {[Clutter.KEY_Return]: 'panel', [Clutter.KEY_space]: 'panel', [Clutter.KEY_Menu]: 'menu'}[event.get_key_symbol()];
+      return KEYS[event.get_key_symbol()];
     default:
       return null;
   }

@@ -22,19 +22,23 @@ export class ItemMenu {
     }
     // What is in it is put there by the first of these.
     this._ask('AboutToShow', '(i)', [ROOT], () => {});
-    this._ask('GetLayout', '(iias)', [ROOT, -1, []], (_revision, [, , entries]) => this._open(entries));
+    this._ask(
+      'GetLayout', '(iias)', [ROOT, -1, []], (_revision, [, , entries]) => this._open(entries));
   }
 
   _open(entries) {
     this._menu.removeAll();
-    for (const [id, properties] of entries.map(entry => entry.deepUnpack()))
-      this._menu.addAction(properties.label.deepUnpack().replace(/_(.)/g, '$1'), () => this._report(id, 'clicked'));
+    for (const [id, properties] of entries.map(entry => entry.deepUnpack())) {
+      const title = properties.label.deepUnpack().replace(/_(.)/g, '$1');
+      this._menu.addAction(title, () => this._report(id, 'clicked'));
+    }
     this._menu.open();
     this._report(ROOT, 'opened');
   }
 
   _report(id, what) {
-    this._ask('Event', '(isvu)', [id, what, new GLib.Variant('i', 0), global.get_current_time()], () => {});
+    const nothing = new GLib.Variant('i', 0);
+    this._ask('Event', '(isvu)', [id, what, nothing, global.get_current_time()], () => {});
   }
 
   _ask(method, type, values, answered) {

@@ -31,7 +31,8 @@ export class Keys {
 
   /// 0: somebody else has it, or there is no such key.
   Grab(accelerator) {
-    const key = global.display.grab_accelerator(accelerator, Meta.KeyBindingFlags.IGNORE_AUTOREPEAT);
+    const once = Meta.KeyBindingFlags.IGNORE_AUTOREPEAT;
+    const key = global.display.grab_accelerator(accelerator, once);
     if (key === Meta.KeyBindingAction.NONE) return [0];
     Main.wm.allowKeybinding(Meta.external_binding_name_for_action(key), Shell.ActionMode.ALL);
     this._keys.add(key);

@@ -24,7 +24,8 @@ export class Popover {
     this._expected = false;
     this._window = null;
     this._signals = [];
-    this._created = global.display.connect('window-created', (_display, window) => this._came(window));
+    this._created = global.display.connect(
+      'window-created', (_display, window) => this._came(window));
   }
 
   destroy() {
@@ -71,7 +72,8 @@ export class Popover {
     const {width, height} = this._window.get_frame_rect();
     const button = Main.panel.statusArea.calmdeck ?? Main.panel;
     const [left, top] = button.get_transformed_position();
-    const monitor = Main.layoutManager.findMonitorForActor(button) ?? Main.layoutManager.primaryMonitor;
+    const {layoutManager} = Main;
+    const monitor = layoutManager.findMonitorForActor(button) ?? layoutManager.primaryMonitor;
     const room = this._window.get_work_area_for_monitor(monitor.index);
     const rightmost = room.x + room.width - GAP - width;
     const x = Math.max(room.x + GAP, Math.min(left + (button.width - width) / 2, rightmost));
@@ -84,11 +86,14 @@ export class Popover {
   _happened(event) {
     const type = event.type();
     if (type === Clutter.EventType.BUTTON_PRESS || type === Clutter.EventType.TOUCH_BEGIN) {
-      const [x, y] = event.get_coords();
-      const [left, top] = Main.panel.get_transformed_position();
-      const isOnPanel = x >= left && x < left + Main.panel.width && y >= top && y < top + Main.panel.height;
+      const isOnPanel = isOn(Main.panel, ...event.get_coords());
       this._offered.emit('Pressed', '(ub)', [event.get_time(), isOnPanel]);
     }
     return Clutter.EVENT_PROPAGATE;
   }
+}
+
+function isOn(actor, x, y) {
+  const [left, top] = actor.get_transformed_position();
+  return x >= left && x < left + actor.width && y >= top && y < top + actor.height;
 }

@@ -79,6 +79,7 @@ export class Program {
 
   _ask(question, answered) {
     const bus = 'org.freedesktop.DBus';
-    this.call(bus, '/org/freedesktop/DBus', bus, question, new GLib.Variant('(s)', [this._owner]), answered);
+    const about = new GLib.Variant('(s)', [this._owner]);
+    this.call(bus, '/org/freedesktop/DBus', bus, question, about, answered);
   }
 }
