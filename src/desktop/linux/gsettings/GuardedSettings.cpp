@@ -164,9 +164,10 @@ bool GuardedSettings::setFlag(const std::string& key, bool value) {
 
 bool GuardedSettings::setList(const std::string& key, const std::vector<std::string>& value) {
   if (!list(key) || !std::ranges::all_of(value, isText)) return false;
-  std::vector<const char*> strings;
-  for (const std::string& string : value) strings.push_back(string.c_str());
-  strings.push_back(nullptr);
+  // The last one ends them.
+  std::vector<const char*> strings(value.size() + 1);
+  std::ranges::transform(value, strings.begin(),
+                         [](const std::string& string) { return string.c_str(); });
   return g_settings_set_strv(glib_->settings.get(), key.c_str(), strings.data()) != 0;
 }
 
