@@ -35,7 +35,7 @@ constexpr std::chrono::milliseconds kLongestSilence{3'000};
 /// Bounds the wait for one that does something and says it tells its turn, but does not.
 constexpr std::chrono::milliseconds kPatienceWithTheBusy{10'000};
 /// For the turn alone, when everything has happened: Fluxbox says that it tells it, and does not.
-constexpr std::chrono::milliseconds kPatienceWithTheTurn{100};
+constexpr std::chrono::milliseconds kPatienceWithTheTurn{200};
 
 }  // namespace
 
@@ -52,7 +52,7 @@ void HiddenStateWait::start(const Goal& goal, const Request& request, Done done)
   silent_ = {waitingFor_.begin(), waitingFor_.end()};
   minimised_ = goal.minimised;
   patienceAfterTurn_ = goal.patience;
-  managerShowsLife_ = managerIsGone_ = false;
+  managerShowsLife_ = managerIsGone_ = allSeemWell_ = false;
   managerIsBehind_ = managerIsBehind_ || goal.manager.isBehind;
   done_ = std::move(done);
   for (const xcb_window_t window : waitingFor_) watch(window);
@@ -96,7 +96,7 @@ void HiddenStateWait::watchManager(xcb_window_t window) {
 
 void HiddenStateWait::giveItsTurnTime() {
   managerShowsLife_ = true;
-  if (!waitingFor_.empty()) patience_.start(kPatienceWithTheBusy);
+  if (!allSeemWell_) patience_.start(kPatienceWithTheBusy);
 }
 
 void HiddenStateWait::turnHasCome() {
@@ -117,9 +117,29 @@ void HiddenStateWait::changed(xcb_window_t window) {
   } else {
     patience_.start();
   }
-  // Looking only when every window has changed costs one round trip instead of one a window. What
-  // changes before the turn may be the end of what was asked for earlier.
-  if (silent_.empty() && !(turn_ && managerIsBehind_)) look(false);
+  // Looking only when every window has changed costs one round trip instead of one a window.
+  if (!silent_.empty()) return;
+  if (!turn_) {
+    look(false);
+  } else if (!managerIsBehind_) {
+    // What changes before the turn may be the end of what was asked for earlier.
+    glance();
+  }
+}
+
+void HiddenStateWait::glance() {
+  const std::vector<xcb_window_t> left = notYetWell();
+  silent_ = {left.begin(), left.end()};
+  allSeemWell_ = left.empty();
+  if (allSeemWell_) patience_.start(kPatienceWithTheTurn);
+}
+
+std::vector<xcb_window_t> HiddenStateWait::notYetWell() const {
+  const auto minimised = clients_.minimisedOf(waitingFor_);
+  std::vector<xcb_window_t> left = waitingFor_;
+  std::erase_if(left,
+                [&](xcb_window_t window) { return minimised.contains(window) == minimised_; });
+  return left;
 }
 
 void HiddenStateWait::patienceIsOver() {
@@ -133,16 +153,10 @@ void HiddenStateWait::patienceIsOver() {
 }
 
 void HiddenStateWait::look(bool patienceIsOver) {
-  const auto minimised = clients_.minimisedOf(waitingFor_);
-  std::erase_if(waitingFor_,
-                [&](xcb_window_t window) { return minimised.contains(window) == minimised_; });
+  waitingFor_ = notYetWell();
   if (!waitingFor_.empty() && !patienceIsOver) {
     silent_ = {waitingFor_.begin(), waitingFor_.end()};
     patience_.start();
-    return;
-  }
-  if (turn_ && !patienceIsOver) {
-    patience_.start(kPatienceWithTheTurn);
     return;
   }
   end();

@@ -69,6 +69,9 @@ class HiddenStateWait {
   void turnHasCome();
   void patienceIsOver();
   void look(bool patienceIsOver);
+  /// Whether there is anything left to wait for but the turn. Settles nothing.
+  void glance();
+  [[nodiscard]] std::vector<xcb_window_t> notYetWell() const;
   void end();
 
   XEvents& events_;
@@ -78,6 +81,8 @@ class HiddenStateWait {
   bool managerShowsLife_ = false;
   bool managerIsGone_ = false;
   bool managerIsBehind_ = false;
+  /// But for the turn that has not come.
+  bool allSeemWell_ = false;
   std::vector<xcb_window_t> waitingFor_;
   /// Those that have not changed since the last look.
   std::unordered_set<xcb_window_t> silent_;
