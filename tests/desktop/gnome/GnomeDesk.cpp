@@ -12,7 +12,6 @@ namespace gnome_test {
 
 namespace fs = std::filesystem;
 using harness::Image;
-using harness::Process;
 using harness::RunResult;
 
 namespace {
@@ -117,7 +116,7 @@ void GnomeDesk::startShell(const GnomeOptions& options) {
   std::vector<std::string> argv{"gnome-shell", "--headless", "--no-x11", "--unsafe-mode",
                                 "--wayland-display=wayland-gnome"};
   for (int i = 0; i < options.monitors; ++i) {
-    argv.push_back("--virtual-monitor");
+    argv.emplace_back("--virtual-monitor");
     argv.push_back(std::to_string(kMonitorWidth) + "x" + std::to_string(kMonitorHeight));
   }
   shell_ = start(argv);
@@ -143,7 +142,7 @@ std::string GnomeDesk::evaluate(const std::string& script) {
   const auto answer = bus().call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Eval",
                                  {"string:" + script});
   std::smatch parts;
-  if (!answer || !std::regex_match(*answer, parts, std::regex("\\s*boolean true\\s+([^]*?)\\s*")))
+  if (!answer || !std::regex_match(*answer, parts, std::regex(R"(\s*boolean true\s+([^]*?)\s*)")))
     return {};
   return parts[1];
 }
@@ -171,7 +170,7 @@ void GnomeDesk::setMonitors(int count) {
   const std::string state = gdbus({name + "GetCurrentState"});
   std::smatch serial;
   std::regex_search(state, serial, std::regex("uint32 (\\d+)"));
-  const std::regex monitor("\\(\\('(Meta-\\d+)',[^)]*\\), \\[\\('([^']+)'");
+  const std::regex monitor(R"(\(\('(Meta-\d+)',[^)]*\), \[\('([^']+)')");
   std::string wanted;
   auto found = std::sregex_iterator(state.begin(), state.end(), monitor);
   for (int i = 0; i < count; ++i, ++found) {
