@@ -45,6 +45,7 @@ std::string quoted(const std::string& text) {
 
 GnomeDesk::GnomeDesk(const GnomeOptions& options)
     : Desk({{"XDG_SESSION_TYPE", "wayland"}, {"XDG_CURRENT_DESKTOP", "GNOME"}}),
+      hasExtension_(options.extension),
       devices_([this](const std::string& script) { (void)evaluate(script); }) {
   fs::create_directories(extensions());
   setEnvironment("XDG_DATA_DIRS",
@@ -208,6 +209,9 @@ void GnomeDesk::launch(const std::vector<std::string>& features, const std::stri
   program_ = start({CALMDECK_PROGRAM});
   const auto isOpen = [&] { return windows().find("Calmdeck*") != std::string::npos; };
   require(until(isOpen), "its panel", *program_);
+  // One that has come before it goes there.
+  const auto hasButton = [&] { return evaluate("'calmdeck' in Main.panel.statusArea") == "true"; };
+  require(!hasExtension_ || (until(hasButton) && until(isOpen)), "its button", *program_);
   input().key("Escape");
   require(until([&] { return windows().find("Calmdeck") == std::string::npos; }), "it", *program_);
 }

@@ -79,6 +79,7 @@ class GnomeDesk : public harness::Desk {
   void offerIcons();
   [[nodiscard]] std::filesystem::path extensions() const;
 
+  bool hasExtension_;
   std::unique_ptr<harness::Process> systemBus_;
   std::unique_ptr<harness::Process> shell_;
   GnomeDevices devices_;
