@@ -194,6 +194,7 @@ void GnomeDesk::turnExtension(const std::string& uuid, bool on) {
   if (!bus().call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions." + method,
                   {"string:" + uuid}))
     throw std::runtime_error(uuid + " cannot be turned on or off");
+  if (uuid == kOurs) hasExtension_ = on;
 }
 
 // --- Programs ---

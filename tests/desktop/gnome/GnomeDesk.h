@@ -79,6 +79,7 @@ class GnomeDesk : public harness::Desk {
   void offerIcons();
   [[nodiscard]] std::filesystem::path extensions() const;
 
+  /// Ours is on wherever the program runs.
   bool hasExtension_;
   std::unique_ptr<harness::Process> systemBus_;
   std::unique_ptr<harness::Process> shell_;

@@ -125,4 +125,12 @@ TEST_F(GnomeModeTest, ItsCoversGoAndComeWithTheExtensionAndHiddenWindowsWaitForI
   EXPECT_TRUE(isAsBefore());
 }
 
+TEST_F(GnomeModeTest, WhatItsUserHasTurnedOffStaysOff) {
+  desk.program().kill();
+  desk.turnExtension(kExtension, false);
+  desk.launch({"DesktopIcons", "HideActiveApps"});
+  EXPECT_THAT(desk.program().errorOutput(), HasSubstr("its user has turned it off"));
+  EXPECT_FALSE(desk.bus().hasOwner("org.calmdeck.Shell"));
+}
+
 }  // namespace

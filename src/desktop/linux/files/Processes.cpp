@@ -57,14 +57,15 @@ std::vector<qint64> processesNamed(const QByteArray& name) {
   }
   std::ranges::sort(found);
   std::vector<qint64> pids;
+  pids.reserve(found.size());
   for (const auto& each : found) pids.push_back(each.second);
   return pids;
 }
 
 struct ProcessEnd::Watch {
-  Watch(FileDescriptor process, std::function<void()> ended)
+  Watch(FileDescriptor process, const std::function<void()>& ended)
       : process_(std::move(process)), end_(process_.get(), QSocketNotifier::Read) {
-    QObject::connect(&end_, &QSocketNotifier::activated, &end_, [this, ended = std::move(ended)] {
+    QObject::connect(&end_, &QSocketNotifier::activated, &end_, [this, ended] {
       end_.setEnabled(false);
       ended();
     });

@@ -5,9 +5,11 @@
 #include <QDeadlineTimer>
 #include <QStandardPaths>
 #include <QVariantMap>
+#include <algorithm>
 #include <chrono>
 
 #include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/gsettings/GuardedSettings.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
@@ -37,11 +39,24 @@ bool isInstalled() {
               .isEmpty();
 }
 
-/// Whether the shell can turn it on, by what it tells of it; if not, a line says why.
+/// By the user, whose word it is: the shell lists as such what is turned off and not what never was
+/// on.
+bool isTurnedOff() {
+  constexpr const char* kOff = "disabled-extensions";
+  const auto settings = GuardedSettings::open("org.gnome.shell", {kOff});
+  const auto off = settings ? settings->list(kOff) : std::nullopt;
+  return off && std::ranges::find(*off, kUuid.toStdString()) != off->end();
+}
+
+/// Whether the shell may and can turn it on, by what it tells of it; if not, a line says why.
 bool isUsable(const QVariantMap& extension) {
   if (extension.isEmpty()) {
     if (isInstalled())
       qCWarning(lcGnome, "GNOME Shell does without our extension until the next login");
+    return false;
+  }
+  if (isTurnedOff()) {
+    qCWarning(lcGnome, "GNOME Shell does without our extension: its user has turned it off");
     return false;
   }
   const auto state = static_cast<State>(extension.value(QStringLiteral("state")).toInt());
