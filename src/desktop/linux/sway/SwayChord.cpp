@@ -1,5 +1,6 @@
 #include "desktop/linux/sway/SwayChord.h"
 
+#include <QByteArrayList>
 #include <algorithm>
 #include <iterator>
 
