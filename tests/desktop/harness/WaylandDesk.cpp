@@ -55,6 +55,12 @@ std::vector<std::string> unprivileged(std::vector<std::string> argv) {
   return argv;
 }
 
+/// Also where it shows one of the home's pictures: it looks whether that user may read it.
+void letOthersThrough(const PrivateHome& home) {
+  for (const fs::path& folder : {home.home(), home.home().parent_path()})
+    fs::permissions(folder, fs::perms::others_exec, fs::perm_options::add);
+}
+
 /// A copy, without the capability by which the installed file cannot be run in a container.
 fs::path copiedKwin(const fs::path& folder) {
   const fs::path copy = folder / "kwin_wayland";
@@ -148,6 +154,7 @@ std::vector<std::string> WaylandDesk::command(const WaylandOptions& options) con
   // Windows stand beside each other everywhere, as long as there is room.
   switch (kind_) {
     case Compositor::Sway:
+      letOthersThrough(home());
       home().writeConfig("sway/config", swayConfiguration(options, script));
       return unprivileged({"sway", "-c", home().config() / "sway/config"});
     case Compositor::Labwc:

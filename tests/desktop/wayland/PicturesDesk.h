@@ -26,14 +26,7 @@ class PicturesDesk : public ModeDesk {
  public:
   explicit PicturesDesk(Compositor compositor)
       : ModeDesk({.compositor = compositor,
-                  .configuration = compositor == Compositor::Sway ? "include pictures" : ""}) {
-    // sway may run as another user, and looks whether that one may read a picture.
-    const std::filesystem::path home = desk.home().home();
-    for (const auto& folder : {home, home.parent_path()}) {
-      std::filesystem::permissions(folder, std::filesystem::perms::others_exec,
-                                   std::filesystem::perm_options::add);
-    }
-  }
+                  .configuration = compositor == Compositor::Sway ? "include pictures" : ""}) {}
 
   /// With a mode that shows this picture.
   void launchWith(const std::string& chosen) {
