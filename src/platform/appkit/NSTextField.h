@@ -14,7 +14,7 @@ enum class NSTextContent {
   Text,      ///< wraps
   FilePath,  ///< an absolute path: elided in the middle, whole in a tool tip, with a small picture
              ///< of the file beside it where the file is a picture
-  Copyable,  ///< each line as it is; the user can select it, to copy it
+  Copyable,  ///< wraps; the user can select it, to copy it
 };
 
 /// A label.

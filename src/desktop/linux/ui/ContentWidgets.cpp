@@ -54,7 +54,6 @@ LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* 
   setTextFormat(Qt::PlainText);
   if (field_->content() == platform::NSTextContent::Copyable) {
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    setWordWrap(true);
   }
   viewDidChange(platform::ViewChange::Content);
   themeDidChange();
@@ -79,8 +78,7 @@ void LabelWidget::arrange() {
   const bool isMirrored = layoutDirection() == Qt::RightToLeft;
   setAlignment((isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
                Qt::AlignVCenter);
-  setWordWrap(field_->content() == platform::NSTextContent::Text &&
-              fontMetrics().horizontalAdvance(text()) > longestLine());
+  setWordWrap(fontMetrics().horizontalAdvance(text()) > longestLine());
 }
 
 QSize LabelWidget::sizeHint() const {
