@@ -31,13 +31,21 @@ int main(int argc, char** argv) {
         {options.compositors > 0, bench::measureCompositors},
     };
     bench::Report report;
+    int status = 0;
     for (const auto& [wanted, measure] : measures) {
-      if (wanted) measure(options, report);
-      std::cerr << '.' << std::flush;
+      if (!wanted) continue;
+      // What fails leaves the others, and what it had measured itself.
+      try {
+        measure(options, report);
+        std::cerr << '.' << std::flush;
+      } catch (const std::exception& error) {
+        std::cerr << "\nA measure failed: " << error.what() << '\n';
+        status = 1;
+      }
     }
     std::cerr << '\n';
     std::cout << report.text();
-    return 0;
+    return status;
   } catch (const std::exception& error) {
     std::cerr << "The benchmark failed: " << error.what() << '\n';
   }
