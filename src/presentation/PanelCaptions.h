@@ -20,7 +20,7 @@ class PanelCaptions {
   struct Row {
     std::shared_ptr<controls::CToggleButton> toggle;
     std::shared_ptr<platform::NSTextField> line;
-    /// None: every desktop can do it.
+    /// None: it takes nothing of the desktop.
     std::optional<platform::NSWorkspaceCapability> capability;
   };
 

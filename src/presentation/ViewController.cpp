@@ -43,7 +43,7 @@ struct ViewController::Feature {
   int stopPlace;
   Operation turnOn;
   Operation turnOff;
-  std::optional<Capability> capability;
+  Capability capability;
 
   static const std::array<Feature, 5> all;
   [[nodiscard]] static std::array<Feature, 5> inOrder(int Feature::*place) {
@@ -68,7 +68,7 @@ const std::array<ViewController::Feature, 5> ViewController::Feature::all{{
      &ViewController::showAllHiddenApps, Capability::HideApplications},
     {44, &ViewController::toggleButtonTurnOffSpeaker, &ViewController::lblTurnOffSpeaker,
      shared::kUserdefaultsToggleSpeakerOff, 5, 5, &ViewController::muteSpeaker,
-     &ViewController::unmuteSpeaker, std::nullopt},
+     &ViewController::unmuteSpeaker, Capability::MuteSpeaker},
     {kWallpaperIndex, &ViewController::toggleButtonChangeWallpaper,
      &ViewController::lblChangeWallpaper, shared::kUserdefaultsToggleWallpaper, 1, 2,
      &ViewController::applySelectedWallpaper, &ViewController::restoreOldWallpapers,

@@ -157,6 +157,7 @@ TEST_F(PanelTest, ARowThatTheDesktopCannotServeSaysWhyAndStillSwitches) {
       {Capability::CoverIcons, kFeatures[0], &ViewController::lblHideDesktopIcons},
       {Capability::DoNotDisturb, kFeatures[1], &ViewController::lblDisableNotifications},
       {Capability::HideApplications, kFeatures[2], &ViewController::lblHideActiveApps},
+      {Capability::MuteSpeaker, kFeatures[3], &ViewController::lblTurnOffSpeaker},
       {Capability::SetPictures, kFeatures[4], &ViewController::lblChangeWallpaper},
   };
   launch();

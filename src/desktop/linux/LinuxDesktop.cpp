@@ -73,7 +73,7 @@ struct LinuxDesktop::Services {
   NotificationDaemon notificationDaemon{QDBusConnection::sessionBus()};
   DaemonDoNotDisturb doNotDisturb{notificationDaemon};
   DaemonNotifier notifier{notificationDaemon};
-  SessionAvailability availability{session, doNotDisturb};
+  SessionAvailability availability{session, doNotDisturb, sound};
   LinuxAutomation automation{doNotDisturb, sound.volume(), notifier};
   OwnKeyBindingLines ownKeyBindings;
   AutostartItems loginItems;

@@ -7,15 +7,18 @@ namespace linux_desktop {
 
 using platform::port::Capability;
 
-SessionAvailability::SessionAvailability(SessionServices& session, DaemonDoNotDisturb& doNotDisturb)
-    : session_(session), doNotDisturb_(doNotDisturb) {
+SessionAvailability::SessionAvailability(SessionServices& session, DaemonDoNotDisturb& doNotDisturb,
+                                         PulseSound& sound)
+    : session_(session), doNotDisturb_(doNotDisturb), sound_(sound) {
   QObject::connect(&doNotDisturb_, &DaemonDoNotDisturb::obstacleChanged, &context_,
                    [this] { changed(); });
   session_.desktopPictures.setProgramsChanged([this] { changed(); });
+  sound_.setServerMissingChanged([this] { changed(); });
 }
 
 SessionAvailability::~SessionAvailability() {
   session_.desktopPictures.setProgramsChanged({});
+  sound_.setServerMissingChanged({});
 }
 
 void SessionAvailability::changed() {
@@ -35,6 +38,9 @@ std::optional<std::string> SessionAvailability::obstacle(Capability capability) 
       if (session_.runningApplications == nullptr) {
         why = localized("no program can hide the windows of others");
       }
+      break;
+    case Capability::MuteSpeaker:
+      if (sound_.isServerMissing()) why = localized("nothing plays sound");
       break;
     case Capability::SetPictures:
       if (!session_.desktopPictures.canBeSet()) {

@@ -1,18 +1,20 @@
 #pragma once
 
 #include "desktop/linux/SessionServices.h"
+#include "desktop/linux/audio/PulseSound.h"
 #include "desktop/linux/notifications/DaemonDoNotDisturb.h"
 #include "platform/port/Availability.h"
 
 namespace linux_desktop {
 
 /// What this session lacks: services that nobody serves, and programs that do not run or cannot do
-/// it. Heard of when a notification daemon, or a known program that draws the desktop, comes or
-/// goes.
+/// it. Heard of when a notification daemon, a sound server, or a known program that draws the
+/// desktop comes or goes.
 class SessionAvailability final : public platform::port::Availability {
  public:
-  /// Both outlive this.
-  SessionAvailability(SessionServices& session, DaemonDoNotDisturb& doNotDisturb);
+  /// All outlive this.
+  SessionAvailability(SessionServices& session, DaemonDoNotDisturb& doNotDisturb,
+                      PulseSound& sound);
   ~SessionAvailability() override;
   SessionAvailability(const SessionAvailability&) = delete;
   SessionAvailability& operator=(const SessionAvailability&) = delete;
@@ -25,6 +27,7 @@ class SessionAvailability final : public platform::port::Availability {
 
   SessionServices& session_;
   DaemonDoNotDisturb& doNotDisturb_;
+  PulseSound& sound_;
   platform::port::AvailabilityClient* client_ = nullptr;
   QObject context_;
 };

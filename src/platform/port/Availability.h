@@ -7,7 +7,13 @@
 namespace platform::port {
 
 /// What a desktop may be unable to do although programs ask it to.
-enum class Capability : std::uint8_t { CoverIcons, DoNotDisturb, HideApplications, SetPictures };
+enum class Capability : std::uint8_t {
+  CoverIcons,
+  DoNotDisturb,
+  HideApplications,
+  MuteSpeaker,
+  SetPictures
+};
 
 class AvailabilityClient {
  public:

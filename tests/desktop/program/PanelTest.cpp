@@ -109,6 +109,10 @@ TEST_F(PanelUseTest, ARowFollowsTheProgramThatItDependsOn) {
   EXPECT_TRUE(reads("Not on this desktop: “Notification Daemon” has no Do Not Disturb"));
   program.desk().startNotifications(harness::NotificationDaemon::Dunst);
   EXPECT_TRUE(reads("Keeps notifications off the screen"));
+  program.desk().sound().kill();
+  EXPECT_TRUE(reads("Not on this desktop: nothing plays sound"));
+  program.desk().sound().restart();
+  EXPECT_TRUE(reads("Silences the sound of this computer"));
   EXPECT_FALSE(isRead("More is coming soon"));
   EXPECT_THAT(program.complaints("notifications"), testing::IsEmpty()) << "nobody asked for it";
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
+#include <utility>
 
 #include "desktop/linux/audio/PulseAudioObjects.h"
 #include "desktop/linux/audio/PulseServer.h"
@@ -22,7 +24,19 @@ class PulseSound {
   [[nodiscard]] PulseAudioObjects& objects() { return objects_; }
   [[nodiscard]] VolumeControl& volume() { return volume_; }
 
+  /// Whether no server answered when it was last tried, or the one that did has gone. False as long
+  /// as that is not known.
+  [[nodiscard]] bool isServerMissing() const { return isServerMissing_; }
+  /// Called from the event loop when that has changed. Empty: nobody is told.
+  void setServerMissingChanged(std::function<void()> changed) { changed_ = std::move(changed); }
+
  private:
+  /// In any thread.
+  void serverCame(bool isThere);
+  void noteServer(bool isThere);
+
+  std::function<void()> changed_;
+  bool isServerMissing_ = false;
   SocketWatch watch_;
   PulseServer server_;  // after the watch, to which its thread posts
   PulseAudioObjects objects_{server_};
