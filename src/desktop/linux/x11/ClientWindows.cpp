@@ -7,55 +7,8 @@
 namespace linux_desktop {
 namespace {
 
-/// In the order of the enumeration.
-constexpr std::array<std::string_view, static_cast<std::size_t>(ClientAtom::Count)> kNames{
-    "_NET_SUPPORTED",
-    "_NET_SUPPORTING_WM_CHECK",
-    "_NET_WM_NAME",
-    "_NET_CLIENT_LIST",
-    "_NET_CLIENT_LIST_STACKING",
-    "_NET_ACTIVE_WINDOW",
-    "_NET_CURRENT_DESKTOP",
-    "_NET_RESTACK_WINDOW",
-    "_NET_REQUEST_FRAME_EXTENTS",
-    "_NET_FRAME_EXTENTS",
-    "WM_CHANGE_STATE",
-    "_NET_WM_STATE",
-    "_NET_WM_STATE_HIDDEN",
-    "_NET_WM_STATE_SKIP_TASKBAR",
-    "_NET_WM_DESKTOP",
-    "_NET_WM_PID",
-    "WM_CLIENT_LEADER",
-    "WM_CLIENT_MACHINE",
-    "_GTK_APPLICATION_ID",
-    "_CALMDECK_HIDDEN",
-    "_CALMDECK_ORDER",
-    "_CALMDECK_ACTIVE",
-    "_NET_WM_WINDOW_TYPE",
-    "_NET_WM_WINDOW_TYPE_DESKTOP",
-    "_NET_WM_WINDOW_TYPE_DOCK",
-    "_NET_WM_WINDOW_TYPE_NOTIFICATION",
-    "_NET_WM_WINDOW_TYPE_SPLASH",
-    "_NET_WM_WINDOW_TYPE_NORMAL",
-    "_NET_WM_WINDOW_TYPE_DIALOG",
-};
-
-}  // namespace
-
-ClientAtoms::ClientAtoms(XServer& server) {
-  std::array<xcb_intern_atom_cookie_t, kNames.size()> cookies{};
-  for (std::size_t i = 0; i < kNames.size(); ++i) {
-    cookies[i] = xcb_intern_atom(server.get(), 0, static_cast<std::uint16_t>(kNames[i].size()),
-                                 kNames[i].data());
-  }
-  for (std::size_t i = 0; i < kNames.size(); ++i) {
-    const XReply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(server.get(), cookies[i], nullptr));
-    if (reply) atoms_[i] = reply->atom;
-  }
-}
-
-namespace {
+/// A window manager that lives has a window whose property of this name says the window itself.
+constexpr std::string_view kManagerCheck = "_NET_SUPPORTING_WM_CHECK";
 
 /// What is read of the root window.
 enum RootProperty : std::size_t {
@@ -69,12 +22,13 @@ enum RootProperty : std::size_t {
   kRememberedActive,
   kRootProperties
 };
-constexpr std::array<ClientAtom, kRootProperties> kOfRoot{
-    ClientAtom::ClientList,     ClientAtom::ClientListStacking, ClientAtom::ActiveWindow,
-    ClientAtom::CurrentDesktop, ClientAtom::Supported,          ClientAtom::SupportingWmCheck,
-    ClientAtom::HiddenOrder,    ClientAtom::HiddenActive};
+constexpr std::array<std::string_view, kRootProperties> kOfRoot{
+    "_NET_CLIENT_LIST",   "_NET_CLIENT_LIST_STACKING",
+    "_NET_ACTIVE_WINDOW", "_NET_CURRENT_DESKTOP",
+    "_NET_SUPPORTED",     kManagerCheck,
+    "_CALMDECK_ORDER",    "_CALMDECK_ACTIVE"};
 
-/// What is read of each window, beside those that the X protocol itself names.
+/// What is read of each window.
 enum WindowProperty : std::size_t {
   kState,
   kType,
@@ -88,11 +42,26 @@ enum WindowProperty : std::size_t {
   kClass,
   kWindowProperties
 };
-constexpr std::array<ClientAtom, kTransientFor> kOfWindow{
-    ClientAtom::State,         ClientAtom::WindowType,
-    ClientAtom::HiddenMark,    ClientAtom::Desktop,
-    ClientAtom::Pid,           ClientAtom::ClientLeader,
-    ClientAtom::ClientMachine, ClientAtom::GtkApplicationId};
+constexpr std::array<std::string_view, kWindowProperties> kOfWindow{
+    "_NET_WM_STATE",     "_NET_WM_WINDOW_TYPE", "_CALMDECK_HIDDEN",
+    "_NET_WM_DESKTOP",   "_NET_WM_PID",         "WM_CLIENT_LEADER",
+    "WM_CLIENT_MACHINE", "_GTK_APPLICATION_ID", "WM_TRANSIENT_FOR",
+    "WM_CLASS"};
+
+constexpr std::string_view kMinimised = "_NET_WM_STATE_HIDDEN";
+
+struct TypeRow {
+  std::string_view type;
+  ClientKind kind;
+};
+constexpr std::array kTypes{
+    TypeRow{"_NET_WM_WINDOW_TYPE_NORMAL", ClientKind::Normal},
+    TypeRow{"_NET_WM_WINDOW_TYPE_DIALOG", ClientKind::Dialog},
+    TypeRow{"_NET_WM_WINDOW_TYPE_DESKTOP", ClientKind::Furniture},
+    TypeRow{"_NET_WM_WINDOW_TYPE_DOCK", ClientKind::Furniture},
+    TypeRow{"_NET_WM_WINDOW_TYPE_NOTIFICATION", ClientKind::Furniture},
+    TypeRow{"_NET_WM_WINDOW_TYPE_SPLASH", ClientKind::Furniture},
+};
 
 std::vector<xcb_window_t> listIn(const XPropertyValue& value) {
   const auto items = value.numbers();
@@ -105,16 +74,10 @@ std::optional<HiddenMark> markIn(const XPropertyValue& value) {
   return *mark == 0 ? HiddenMark::BroughtForward : HiddenMark::Hidden;
 }
 
-/// Bottom to top.
-std::vector<xcb_window_t> stackingIn(const XPropertyValue& value, const HidingManners& manners) {
-  std::vector<xcb_window_t> stacking = listIn(value);
-  if (manners.stacksDownwards) std::ranges::reverse(stacking);
-  return stacking;
-}
-
 /// What changes from one moment to the next.
 void takeRoot(std::span<const XPropertyValue> root, ClientList& list) {
-  list.stacking = stackingIn(root[kStacking], list.manners);
+  list.stacking = listIn(root[kStacking]);
+  if (list.manners.stacksDownwards) std::ranges::reverse(list.stacking);
   list.rememberedOrder = listIn(root[kOrder]);
   list.active = root[kActive].number().value_or(XCB_NONE);
   list.rememberedActive = root[kRememberedActive].number().value_or(XCB_NONE);
@@ -133,10 +96,14 @@ std::vector<xcb_window_t> ClientList::knownOrder() const {
   return order;
 }
 
-const ClientWindow* ClientList::workWindow(xcb_window_t window) const {
+const ClientWindow* ClientList::find(xcb_window_t window) const {
   const auto found = std::ranges::find(windows, window, &ClientWindow::id);
-  const bool isOne = found != windows.end() && found->kind != ClientKind::Furniture;
-  return isOne ? &*found : nullptr;
+  return found == windows.end() ? nullptr : &*found;
+}
+
+const ClientWindow* ClientList::workWindow(xcb_window_t window) const {
+  const ClientWindow* found = find(window);
+  return found != nullptr && found->kind != ClientKind::Furniture ? found : nullptr;
 }
 
 bool ClientList::isHere(const ClientWindow& window) const {
@@ -150,12 +117,10 @@ ClientList ClientWindows::read() const {
   const xcb_window_t check = root[kCheck].number().value_or(XCB_NONE);
 
   // A window manager that died may have left its lists behind, but not its own window.
-  questions = {{check, atoms_[ClientAtom::SupportingWmCheck]}, {check, atoms_[ClientAtom::WmName]}};
+  questions = {{check, server_.atom(kManagerCheck)}, {check, server_.atom("_NET_WM_NAME")}};
   const std::size_t first = questions.size();
   for (const xcb_window_t id : ids) {
-    for (const ClientAtom name : kOfWindow) questions.push_back({id, atoms_[name]});
-    questions.push_back({id, XCB_ATOM_WM_TRANSIENT_FOR});
-    questions.push_back({id, XCB_ATOM_WM_CLASS});
+    for (const std::string_view name : kOfWindow) questions.push_back({id, server_.atom(name)});
   }
   const auto values = server_.read(questions);
 
@@ -169,21 +134,24 @@ ClientList ClientWindows::read() const {
   if (list.windowManager.empty()) list.windowManager = "unnamed";
   list.manners = hidingMannersOf(list.windowManager);
   takeRoot(root, list);
-  list.canMinimise =
-      list.manners.hides && root[kSupported].contains(atoms_[ClientAtom::StateHidden]);
-  list.canRestack =
-      list.manners.restacks && root[kSupported].contains(atoms_[ClientAtom::RestackWindow]);
-  list.manager = {check, root[kSupported].contains(atoms_[ClientAtom::RequestFrameExtents])};
+  const auto knows = [&](std::string_view hint) {
+    return root[kSupported].contains(server_.atom(hint));
+  };
+  list.canMinimise = list.manners.hides && knows(kMinimised);
+  list.canRestack = list.manners.restacks && knows("_NET_RESTACK_WINDOW");
+  list.manager = {check, knows("_NET_REQUEST_FRAME_EXTENTS")};
   return list;
 }
 
 bool ClientWindows::refresh(ClientList& list) const {
   std::vector<XProperty> questions = rootQuestions();
-  questions.push_back({list.manager.window, atoms_[ClientAtom::SupportingWmCheck]});
+  questions.push_back({list.manager.window, server_.atom(kManagerCheck)});
   const std::size_t first = questions.size();
+  constexpr std::array kChanging{kState, kMark, kDesktop};
   for (const ClientWindow& window : list.windows) {
-    questions.push_back({window.id, atoms_[ClientAtom::State]});
-    questions.push_back({window.id, atoms_[ClientAtom::HiddenMark]});
+    for (const WindowProperty changing : kChanging) {
+      questions.push_back({window.id, server_.atom(kOfWindow[changing])});
+    }
   }
   const auto values = server_.read(questions);
   const auto& own = values[kRootProperties];
@@ -192,10 +160,11 @@ bool ClientWindows::refresh(ClientList& list) const {
     return false;
   }
   takeRoot(values, list);
-  for (std::size_t i = 0; i < list.windows.size(); ++i) {
-    ClientWindow& window = list.windows[i];
-    window.minimised = values[first + 2 * i].contains(atoms_[ClientAtom::StateHidden]);
-    window.mark = markIn(values[first + 2 * i + 1]);
+  auto value = values.begin() + static_cast<std::ptrdiff_t>(first);
+  for (ClientWindow& window : list.windows) {
+    window.minimised = value++->contains(server_.atom(kMinimised));
+    window.mark = markIn(*value++);
+    window.desktop = value++->number();
   }
   return true;
 }
@@ -203,7 +172,9 @@ bool ClientWindows::refresh(ClientList& list) const {
 std::vector<XProperty> ClientWindows::rootQuestions() const {
   std::vector<XProperty> questions;
   questions.reserve(kOfRoot.size());
-  for (const ClientAtom name : kOfRoot) questions.push_back({server_.root(), atoms_[name]});
+  for (const std::string_view name : kOfRoot) {
+    questions.push_back({server_.root(), server_.atom(name)});
+  }
   return questions;
 }
 
@@ -213,10 +184,10 @@ ClientWindow ClientWindows::windowOf(xcb_window_t id,
   window.id = id;
   window.kind = kindOf(values[kType].numbers());
   if (window.kind != ClientKind::Furniture &&
-      values[kState].contains(atoms_[ClientAtom::StateSkipTaskbar])) {
+      values[kState].contains(server_.atom("_NET_WM_STATE_SKIP_TASKBAR"))) {
     window.kind = ClientKind::Accessory;
   }
-  window.minimised = values[kState].contains(atoms_[ClientAtom::StateHidden]);
+  window.minimised = values[kState].contains(server_.atom(kMinimised));
   window.mark = markIn(values[kMark]);
   window.transientFor = values[kTransientFor].number().value_or(XCB_NONE);
   window.desktop = values[kDesktop].number();
@@ -233,12 +204,9 @@ ClientWindow ClientWindows::windowOf(xcb_window_t id,
 ClientKind ClientWindows::kindOf(std::span<const std::uint32_t> types) const {
   // The first that is known counts; toolkits put their own kinds before it.
   for (const xcb_atom_t type : types) {
-    if (type == atoms_[ClientAtom::NormalType]) return ClientKind::Normal;
-    if (type == atoms_[ClientAtom::DialogType]) return ClientKind::Dialog;
-    for (const ClientAtom furniture : {ClientAtom::DesktopType, ClientAtom::DockType,
-                                       ClientAtom::NotificationType, ClientAtom::SplashType}) {
-      if (type == atoms_[furniture]) return ClientKind::Furniture;
-    }
+    const auto* row = std::ranges::find_if(
+        kTypes, [&](const TypeRow& known) { return type == server_.atom(known.type); });
+    if (row != kTypes.end()) return row->kind;
   }
   return types.empty() ? ClientKind::Normal : ClientKind::Accessory;
 }
@@ -246,35 +214,13 @@ ClientKind ClientWindows::kindOf(std::span<const std::uint32_t> types) const {
 std::unordered_set<xcb_window_t> ClientWindows::minimisedOf(
     std::span<const xcb_window_t> windows) const {
   std::vector<XProperty> questions;
-  for (const xcb_window_t id : windows) questions.push_back({id, atoms_[ClientAtom::State]});
+  for (const xcb_window_t id : windows) questions.push_back({id, server_.atom(kOfWindow[kState])});
   const auto states = server_.read(questions);
   std::unordered_set<xcb_window_t> minimised;
   for (std::size_t i = 0; i < windows.size(); ++i) {
-    if (states[i].contains(atoms_[ClientAtom::StateHidden])) minimised.insert(windows[i]);
+    if (states[i].contains(server_.atom(kMinimised))) minimised.insert(windows[i]);
   }
   return minimised;
-}
-
-ClientWindows::Places ClientWindows::placesOf(std::span<const xcb_window_t> windows,
-                                              const HidingManners& manners) const {
-  std::vector<XProperty> questions{{server_.root(), atoms_[ClientAtom::ClientListStacking]},
-                                   {server_.root(), atoms_[ClientAtom::ActiveWindow]}};
-  const std::size_t first = questions.size();
-  for (const xcb_window_t id : windows) {
-    questions.push_back({id, atoms_[ClientAtom::Desktop]});
-    questions.push_back({id, atoms_[ClientAtom::State]});
-  }
-  const auto values = server_.read(questions);
-  Places places;
-  places.stacking = stackingIn(values[0], manners);
-  places.active = values[1].number().value_or(XCB_NONE);
-  for (std::size_t i = 0; i < windows.size(); ++i) {
-    const auto& desktop = values[first + 2 * i];
-    const auto& state = values[first + 2 * i + 1];
-    if (const auto number = desktop.number()) places.desktops.emplace(windows[i], *number);
-    if (state.contains(atoms_[ClientAtom::StateHidden])) places.minimised.insert(windows[i]);
-  }
-  return places;
 }
 
 }  // namespace linux_desktop

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -14,54 +11,6 @@
 #include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
-
-/// The names that windows and window managers talk in. Those from DesktopType on are window types,
-/// up to the last.
-enum class ClientAtom : std::size_t {
-  Supported,
-  SupportingWmCheck,
-  WmName,
-  ClientList,
-  ClientListStacking,
-  ActiveWindow,
-  CurrentDesktop,
-  RestackWindow,
-  RequestFrameExtents,
-  FrameExtents,
-  ChangeState,
-  State,
-  StateHidden,
-  StateSkipTaskbar,
-  Desktop,
-  Pid,
-  ClientLeader,
-  ClientMachine,
-  GtkApplicationId,
-  HiddenMark,
-  HiddenOrder,
-  HiddenActive,
-  WindowType,
-  DesktopType,
-  DockType,
-  NotificationType,
-  SplashType,
-  NormalType,
-  DialogType,
-  Count
-};
-
-/// Their numbers at one server, asked for in one round trip.
-class ClientAtoms {
- public:
-  explicit ClientAtoms(XServer& server);
-
-  [[nodiscard]] xcb_atom_t operator[](ClientAtom name) const {
-    return atoms_[static_cast<std::size_t>(name)];
-  }
-
- private:
-  std::array<xcb_atom_t, static_cast<std::size_t>(ClientAtom::Count)> atoms_{};
-};
 
 /// What a window is to its application.
 enum class ClientKind {
@@ -133,6 +82,8 @@ struct ClientList {
 
   /// The remembered order without the windows that were brought forward since.
   [[nodiscard]] std::vector<xcb_window_t> knownOrder() const;
+  /// Null for one that is not listed.
+  [[nodiscard]] const ClientWindow* find(xcb_window_t window) const;
   /// A window that the user may work in; null for a desktop, a panel, a cover or one not listed.
   [[nodiscard]] const ClientWindow* workWindow(xcb_window_t window) const;
   /// Whether it belongs to the current workspace.
@@ -143,31 +94,17 @@ struct ClientList {
 class ClientWindows {
  public:
   /// `server` outlives this.
-  explicit ClientWindows(XServer& server) : server_(server), atoms_(server) {}
-
-  [[nodiscard]] XServer& server() const { return server_; }
-  [[nodiscard]] const ClientAtoms& atoms() const { return atoms_; }
+  explicit ClientWindows(XServer& server) : server_(server) {}
 
   /// Two round trips, however many windows there are.
   [[nodiscard]] ClientList read() const;
-  /// Reads anew what hiding and showing change: which windows are minimised and marked, their order
-  /// and which one is active. False, with nothing changed, when other windows are listed by now
-  /// or the window manager is gone. One round trip.
+  /// Reads anew what hiding and showing change: which windows are minimised and marked, on which
+  /// workspace, their order and which one is active. False, with nothing changed, when other
+  /// windows are listed by now or the window manager is gone. One round trip.
   [[nodiscard]] bool refresh(ClientList& list) const;
   /// Which of these are minimised now. One round trip; none for no windows.
   [[nodiscard]] std::unordered_set<xcb_window_t> minimisedOf(
       std::span<const xcb_window_t> windows) const;
-
-  /// Where windows are, of one moment.
-  struct Places {
-    std::vector<xcb_window_t> stacking;
-    xcb_window_t active = XCB_NONE;
-    std::unordered_map<xcb_window_t, std::uint32_t> desktops;
-    std::unordered_set<xcb_window_t> minimised;
-  };
-  /// Of a window manager of these manners. One round trip.
-  [[nodiscard]] Places placesOf(std::span<const xcb_window_t> windows,
-                                const HidingManners& manners) const;
 
  private:
   [[nodiscard]] std::vector<XProperty> rootQuestions() const;
@@ -176,7 +113,6 @@ class ClientWindows {
                                       std::span<const XPropertyValue> values) const;
 
   XServer& server_;
-  ClientAtoms atoms_;
 };
 
 }  // namespace linux_desktop

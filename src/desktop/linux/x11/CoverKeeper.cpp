@@ -55,9 +55,8 @@ CoverKeeper::Manager CoverKeeper::readManager() {
   if (check.empty()) return Manager::None;
   if (server_.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") != check) return Manager::None;
   habits_ = habitsOf(server_.managerName());
-  const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
-  const bool takes = std::ranges::count(supported, server_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")) > 0;
-  return takes ? Manager::TakesDesktopWindows : Manager::Other;
+  return server_.managerKnows("_NET_WM_WINDOW_TYPE_DESKTOP") ? Manager::TakesDesktopWindows
+                                                             : Manager::Other;
 }
 
 void CoverKeeper::learnManager() {

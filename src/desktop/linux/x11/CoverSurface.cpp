@@ -64,11 +64,12 @@ void CoverSurface::describe() {
   setText("WM_NAME", "STRING", kName);
   setText("_NET_WM_NAME", "UTF8_STRING", kName);
   setText("WM_CLASS", "STRING", kClass);
-  setAtoms("_NET_WM_WINDOW_TYPE", std::array{std::string_view("_NET_WM_WINDOW_TYPE_DESKTOP")});
-  std::vector<std::string_view> states{"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
-                                       "_NET_WM_STATE_SKIP_PAGER"};
-  if (!stand_.byTypeAlone) states.emplace_back("_NET_WM_STATE_BELOW");
-  setAtoms("_NET_WM_STATE", states);
+  setNumbers("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {server_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")});
+  std::vector states{server_.atom("_NET_WM_STATE_STICKY"),
+                     server_.atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                     server_.atom("_NET_WM_STATE_SKIP_PAGER")};
+  if (!stand_.byTypeAlone) states.push_back(server_.atom("_NET_WM_STATE_BELOW"));
+  setNumbers("_NET_WM_STATE", XCB_ATOM_ATOM, states);
   setNumbers("_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {kAllWorkspaces});
   // Mapping it takes the keyboard from nobody.
   setNumbers("_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {0});
@@ -82,7 +83,7 @@ void CoverSurface::describe() {
   normal[0] = kUserPlaceAndSize | kGravityGiven;
   normal[kNormalHintsLength - 1] = XCB_GRAVITY_STATIC;
   setNumbers("WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, normal);
-  if (stand_.managed && stand_.iconWindow != XCB_NONE) setTransient();
+  if (stand_.managed) setTransient();
 }
 
 void CoverSurface::map() {
@@ -117,11 +118,10 @@ void CoverSurface::restack(const CoverStand& stand) {
   stand_ = stand;
   if (!stand.managed) {
     placeAmongUnmanaged();
-    xcb_flush(server_.get());
-    return;
+  } else {
+    server_.askManager(window_, "_NET_RESTACK_WINDOW",
+                       {kFromPager, XCB_NONE, XCB_STACK_MODE_ABOVE});
   }
-  server_.askManager(window_, server_.atom("_NET_RESTACK_WINDOW"),
-                     {kFromPager, XCB_NONE, XCB_STACK_MODE_ABOVE});
   xcb_flush(server_.get());
 }
 
@@ -132,11 +132,9 @@ void CoverSurface::follow(const CoverStand& stand) {
 }
 
 void CoverSurface::setTransient() {
-  if (stand_.iconWindow == XCB_NONE) {
-    xcb_delete_property(server_.get(), window_, XCB_ATOM_WM_TRANSIENT_FOR);
-  } else {
-    setNumbers("WM_TRANSIENT_FOR", XCB_ATOM_WINDOW, {stand_.iconWindow});
-  }
+  std::vector<std::uint32_t> icons{stand_.iconWindow};
+  std::erase(icons, XCB_NONE);
+  setNumbers("WM_TRANSIENT_FOR", XCB_ATOM_WINDOW, icons);
 }
 
 void CoverSurface::placeAmongUnmanaged() {
@@ -151,15 +149,8 @@ void CoverSurface::placeAmongUnmanaged() {
 }
 
 void CoverSurface::setNumbers(std::string_view property, xcb_atom_t type,
-                              std::vector<std::uint32_t> values) {
-  xcb_change_property(server_.get(), XCB_PROP_MODE_REPLACE, window_, server_.atom(property), type,
-                      32, static_cast<std::uint32_t>(values.size()), values.data());
-}
-
-void CoverSurface::setAtoms(std::string_view property, std::span<const std::string_view> values) {
-  std::vector<std::uint32_t> atoms;
-  for (const std::string_view value : values) atoms.push_back(server_.atom(value));
-  setNumbers(property, XCB_ATOM_ATOM, std::move(atoms));
+                              const std::vector<std::uint32_t>& values) {
+  server_.setNumbers(window_, property, type, values);
 }
 
 void CoverSurface::setText(std::string_view property, std::string_view type,

@@ -7,20 +7,16 @@
 
 namespace linux_desktop {
 
-WindowManagerTurn::WindowManagerTurn(XEvents& events, const ClientWindows& clients,
-                                     std::function<void()> come)
-    : server_(events.server()),
-      clients_(clients),
-      window_(xcb_generate_id(server_.get())),
-      come_(std::move(come)) {
+WindowManagerTurn::WindowManagerTurn(XEvents& events, std::function<void()> come)
+    : server_(events.server()), window_(xcb_generate_id(server_.get())), come_(std::move(come)) {
   // IceWM answers only for a window that it could manage: one with pixels.
   xcb_create_window(server_.get(), XCB_COPY_FROM_PARENT, window_, server_.root(), -1, -1, 1, 1, 0,
                     XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  answer_ = events.watchProperty(window_, clients_.atoms()[ClientAtom::FrameExtents], [this] {
+  answer_ = events.watchProperty(window_, "_NET_FRAME_EXTENTS", [this] {
     // What is done about it may end this.
     if (const auto then = std::exchange(come_, nullptr)) then();
   });
-  server_.askManager(window_, clients_.atoms()[ClientAtom::RequestFrameExtents], {});
+  server_.askManager(window_, "_NET_REQUEST_FRAME_EXTENTS", {});
 }
 
 WindowManagerTurn::~WindowManagerTurn() {
@@ -59,7 +55,7 @@ void HiddenStateWait::start(const Goal& goal, const Request& request, Done done)
   watchManager(goal.manager.window);
   for (const xcb_window_t window : waitingFor_) request(window);
   if (goal.manager.tellsTurn && !waitingFor_.empty()) {
-    turn_ = std::make_unique<WindowManagerTurn>(events_, clients_, [this] { turnHasCome(); });
+    turn_ = std::make_unique<WindowManagerTurn>(events_, [this] { turnHasCome(); });
     patience_.start(kLongestSilence);
   } else {
     patience_.start(waitingFor_.empty() ? std::chrono::milliseconds::zero() : goal.patience);
@@ -68,8 +64,8 @@ void HiddenStateWait::start(const Goal& goal, const Request& request, Done done)
 }
 
 void HiddenStateWait::watch(xcb_window_t window) {
-  watches_.push_back(events_.watchProperty(window, clients_.atoms()[ClientAtom::State],
-                                           [this, window] { changed(window); }));
+  watches_.push_back(
+      events_.watchProperty(window, "_NET_WM_STATE", [this, window] { changed(window); }));
 }
 
 void HiddenStateWait::watchManager(xcb_window_t window) {
@@ -80,15 +76,14 @@ void HiddenStateWait::watchManager(xcb_window_t window) {
                                      managerIsGone_ = true;
                                      end();
                                    }));
-  const xcb_window_t root = clients_.server().root();
-  const ClientAtoms& atoms = clients_.atoms();
+  const xcb_window_t root = events_.server().root();
   // Another one has come. Its predecessor may have gone before we watched its window.
-  watches_.push_back(events_.watchProperty(root, atoms[ClientAtom::SupportingWmCheck], [this] {
+  watches_.push_back(events_.watchProperty(root, "_NET_SUPPORTING_WM_CHECK", [this] {
     managerIsGone_ = true;
     end();
   }));
-  for (const ClientAtom itsOwn : {ClientAtom::ActiveWindow, ClientAtom::ClientListStacking}) {
-    watches_.push_back(events_.watchProperty(root, atoms[itsOwn], [this] {
+  for (const char* itsOwn : {"_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST_STACKING"}) {
+    watches_.push_back(events_.watchProperty(root, itsOwn, [this] {
       if (turn_) giveItsTurnTime();
     }));
   }

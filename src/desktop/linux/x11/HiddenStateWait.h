@@ -16,15 +16,14 @@ namespace linux_desktop {
 class WindowManagerTurn {
  public:
   /// Asks at once, behind all requests that were made before; `come` is called later, at most once,
-  /// and not where the window manager does not answer such questions. Both outlive this.
-  WindowManagerTurn(XEvents& events, const ClientWindows& clients, std::function<void()> come);
+  /// and not where the window manager does not answer such questions. `events` outlives this.
+  WindowManagerTurn(XEvents& events, std::function<void()> come);
   ~WindowManagerTurn();
   WindowManagerTurn(const WindowManagerTurn&) = delete;
   WindowManagerTurn& operator=(const WindowManagerTurn&) = delete;
 
  private:
   XServer& server_;
-  const ClientWindows& clients_;
   /// Never on the screen.
   xcb_window_t window_;
   std::function<void()> come_;

@@ -7,7 +7,7 @@
 namespace linux_desktop {
 
 HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
-    : events_(events), clients_(clients), requests_(clients) {}
+    : events_(events), clients_(clients), requests_(events.server()) {}
 
 void HiddenWatch::follow(const ClientList& list) {
   hidden_.clear();
@@ -26,9 +26,8 @@ void HiddenWatch::follow(const ClientList& list) {
 }
 
 void HiddenWatch::watchRoot() {
-  root_ =
-      events_.watchProperty(clients_.server().root(), clients_.atoms()[ClientAtom::ActiveWindow],
-                            [this] { activeWindowChanged(); });
+  root_ = events_.watchProperty(events_.server().root(), "_NET_ACTIVE_WINDOW",
+                                [this] { activeWindowChanged(); });
 }
 
 void HiddenWatch::pause() {
@@ -37,8 +36,8 @@ void HiddenWatch::pause() {
 }
 
 void HiddenWatch::activeWindowChanged() {
-  const xcb_window_t active = clients_.placesOf({}, {}).active;
-  if (hidden_.contains(active)) expectBack(active);
+  const auto active = events_.server().numbers(events_.server().root(), "_NET_ACTIVE_WINDOW");
+  if (!active.empty() && hidden_.contains(active.front())) expectBack(active.front());
 }
 
 void HiddenWatch::expectBack(xcb_window_t active) {
@@ -59,7 +58,7 @@ void HiddenWatch::expectBack(xcb_window_t active) {
 void HiddenWatch::isBack(xcb_window_t active) {
   hidden_.erase(active);
   requests_.mark(active, HiddenMark::BroughtForward);
-  requests_.send();
+  xcb_flush(events_.server().get());
 }
 
 }  // namespace linux_desktop

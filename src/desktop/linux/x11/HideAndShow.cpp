@@ -17,72 +17,42 @@ enum StateChange : std::uint32_t { kRemove = 0, kAdd = 1 };
 
 }  // namespace
 
-void HideRequests::message(xcb_window_t window, ClientAtom type,
-                           const std::array<std::uint32_t, 5>& details) {
-  clients_.server().askManager(window, clients_.atoms()[type], details);
-}
-
 void HideRequests::minimise(xcb_window_t window) {
   // Some take windows of other workspaces for minimised already and pass over the first.
-  message(window, ClientAtom::ChangeState, {kIconicState});
-  message(window, ClientAtom::State,
-          {kAdd, clients_.atoms()[ClientAtom::StateHidden], 0, kFromPager});
+  server_.askManager(window, "WM_CHANGE_STATE", {kIconicState});
+  server_.askManager(window, "_NET_WM_STATE",
+                     {kAdd, server_.atom("_NET_WM_STATE_HIDDEN"), 0, kFromPager});
 }
 
 void HideRequests::restore(xcb_window_t window) {
-  message(window, ClientAtom::State,
-          {kRemove, clients_.atoms()[ClientAtom::StateHidden], 0, kFromPager});
-}
-
-void HideRequests::map(xcb_window_t window) {
-  xcb_map_window(clients_.server().get(), window);
+  server_.askManager(window, "_NET_WM_STATE",
+                     {kRemove, server_.atom("_NET_WM_STATE_HIDDEN"), 0, kFromPager});
 }
 
 void HideRequests::activate(xcb_window_t window, xcb_timestamp_t time) {
-  message(window, ClientAtom::ActiveWindow, {kFromPager, time});
-}
-
-void HideRequests::focus(xcb_window_t window, xcb_timestamp_t time) {
-  xcb_set_input_focus(clients_.server().get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
+  server_.askManager(window, "_NET_ACTIVE_WINDOW", {kFromPager, time});
 }
 
 void HideRequests::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
-  message(window, ClientAtom::Desktop, {desktop, kFromPager});
+  server_.askManager(window, "_NET_WM_DESKTOP", {desktop, kFromPager});
 }
 
 void HideRequests::restack(xcb_window_t window, xcb_window_t sibling) {
   const std::uint32_t mode = sibling == XCB_NONE ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
-  message(window, ClientAtom::RestackWindow, {kFromPager, sibling, mode});
+  server_.askManager(window, "_NET_RESTACK_WINDOW", {kFromPager, sibling, mode});
 }
 
-void HideRequests::mark(xcb_window_t window, HiddenMark mark) {
-  const auto value = static_cast<std::uint32_t>(mark);
-  xcb_change_property(clients_.server().get(), XCB_PROP_MODE_REPLACE, window,
-                      clients_.atoms()[ClientAtom::HiddenMark], XCB_ATOM_CARDINAL, 32, 1, &value);
+void HideRequests::mark(xcb_window_t window, std::optional<HiddenMark> mark) {
+  std::vector<std::uint32_t> value;
+  if (mark) value.push_back(static_cast<std::uint32_t>(*mark));
+  server_.setNumbers(window, "_CALMDECK_HIDDEN", XCB_ATOM_CARDINAL, value);
 }
 
-void HideRequests::unmark(xcb_window_t window) {
-  xcb_delete_property(clients_.server().get(), window, clients_.atoms()[ClientAtom::HiddenMark]);
-}
-
-void HideRequests::remember(std::span<const xcb_window_t> bottomToTop, xcb_window_t active) {
-  remember(ClientAtom::HiddenOrder, bottomToTop);
-  remember(ClientAtom::HiddenActive, std::span(&active, active == XCB_NONE ? 0 : 1));
-}
-
-void HideRequests::remember(ClientAtom name, std::span<const xcb_window_t> windows) {
-  xcb_connection_t* server = clients_.server().get();
-  const xcb_window_t root = clients_.server().root();
-  if (windows.empty()) {
-    xcb_delete_property(server, root, clients_.atoms()[name]);
-    return;
-  }
-  xcb_change_property(server, XCB_PROP_MODE_REPLACE, root, clients_.atoms()[name], XCB_ATOM_WINDOW,
-                      32, static_cast<std::uint32_t>(windows.size()), windows.data());
-}
-
-void HideRequests::send() {
-  xcb_flush(clients_.server().get());
+void HideRequests::remember(const std::vector<xcb_window_t>& bottomToTop, xcb_window_t active) {
+  std::vector<xcb_window_t> actives{active};
+  std::erase(actives, XCB_NONE);
+  server_.setNumbers(server_.root(), "_CALMDECK_ORDER", XCB_ATOM_WINDOW, bottomToTop);
+  server_.setNumbers(server_.root(), "_CALMDECK_ACTIVE", XCB_ATOM_WINDOW, actives);
 }
 
 namespace {
@@ -163,9 +133,6 @@ constexpr std::chrono::milliseconds kLongPatience{700};
 ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
                              std::function<void()> done)
     : HiddenOperation(events, clients, std::move(done)), plan_(std::move(plan)) {
-  for (const ClientWindow& window : plan_.before.windows) {
-    if (window.isOnOneDesktop()) desktops_.emplace(window.id, *window.desktop);
-  }
   ask(plan_.before.manners.firstWay, plan_.windows);
 }
 
@@ -183,16 +150,15 @@ void ShowOperation::askFor(ShowWay way, xcb_window_t window) {
       requests_.restore(window);
       break;
     case ShowWay::Map:
-      requests_.map(window);
+      xcb_map_window(server_.get(), window);
       break;
     case ShowWay::Activate: {
       // Activating goes to the workspace of the window, so the window comes to this one first.
-      const auto desktop = desktops_.find(window);
-      const bool elsewhere =
-          desktop != desktops_.end() && desktop->second != plan_.before.currentDesktop;
+      const ClientWindow* before = plan_.before.find(window);
+      const bool elsewhere = before != nullptr && !plan_.before.isHere(*before);
       if (elsewhere) requests_.moveToDesktop(window, plan_.before.currentDesktop);
       requests_.activate(window, XCB_CURRENT_TIME);
-      if (elsewhere) requests_.moveToDesktop(window, desktop->second);
+      if (elsewhere) requests_.moveToDesktop(window, *before->desktop);
       break;
     }
   }
@@ -214,21 +180,27 @@ void ShowOperation::asked(ShowWay way, std::vector<xcb_window_t> left) {
 }
 
 void ShowOperation::putBack() {
-  const ClientWindows::Places now = clients_.placesOf(plan_.windows, plan_.before.manners);
+  ClientList now = plan_.before;
+  if (!clients_.refresh(now)) now = clients_.read();
+  if (now.windowManager.empty()) {
+    done_();
+    return;
+  }
   WindowSet shown(plan_.windows.begin(), plan_.windows.end());
-  std::erase_if(shown, [&](xcb_window_t window) { return now.minimised.contains(window); });
+  for (const ClientWindow& window : now.windows) {
+    if (window.minimised) shown.erase(window.id);
+  }
   putBackDesktops(now);
   if (const xcb_window_t window = toActivate(now, shown); window != XCB_NONE) {
     activate(window);
   }
   putBackOrder(now, shown);
   clearMarks(shown);
-  requests_.send();
+  xcb_flush(server_.get());
   done_();
 }
 
-xcb_window_t ShowOperation::toActivate(const ClientWindows::Places& now,
-                                       const WindowSet& shown) const {
+xcb_window_t ShowOperation::toActivate(const ClientList& now, const WindowSet& shown) const {
   const ClientList& before = plan_.before;
   const xcb_window_t kept = before.active == now.active ? xcb_window_t{XCB_NONE} : before.active;
   const ClientWindow* active = before.workWindow(before.active);
@@ -242,36 +214,36 @@ xcb_window_t ShowOperation::toActivate(const ClientWindows::Places& now,
 }
 
 void ShowOperation::activate(xcb_window_t window) {
-  const xcb_timestamp_t time = clients_.server().time();
+  const xcb_timestamp_t time = server_.time();
   if (!plan_.before.canRestack && !plan_.before.manners.activates) {
     // Activating raises it, which nobody could undo. To Xfwm4, besides, one that was the last to be
     // minimised has never ceased to be the active one.
-    requests_.focus(window, time);
+    xcb_set_input_focus(server_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
     return;
   }
   requests_.activate(window, time);
 }
 
-void ShowOperation::putBackDesktops(const ClientWindows::Places& now) {
-  for (const xcb_window_t window : plan_.windows) {
-    const auto before = desktops_.find(window);
-    const auto after = now.desktops.find(window);
-    if (before == desktops_.end() || after == now.desktops.end()) continue;
-    if (before->second != after->second) requests_.moveToDesktop(window, before->second);
+void ShowOperation::putBackDesktops(const ClientList& now) {
+  for (const xcb_window_t id : plan_.windows) {
+    const ClientWindow* before = plan_.before.find(id);
+    const ClientWindow* after = now.find(id);
+    if (before == nullptr || after == nullptr || !before->isOnOneDesktop()) continue;
+    if (after->desktop && after->desktop != before->desktop) {
+      requests_.moveToDesktop(id, *before->desktop);
+    }
   }
 }
 
-void ShowOperation::putBackOrder(const ClientWindows::Places& now, const WindowSet& shown) {
+void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown) {
   if (!plan_.before.canRestack) return;
   // What is off the screen is nothing to be above of; nor is a desktop, which stands in a layer of
   // its own: IceWM passes over such a wish, and KWin takes it for one for the very top.
   WindowOrder current = now.stacking;
-  WindowSet apart = now.minimised;
-  for (const ClientWindow& window : plan_.before.windows) {
-    const bool isAway = window.minimised && !shown.contains(window.id);
-    if (isAway || window.kind == ClientKind::Furniture) apart.insert(window.id);
-  }
-  std::erase_if(current, [&](xcb_window_t window) { return apart.contains(window); });
+  std::erase_if(current, [&](xcb_window_t id) {
+    const ClientWindow* window = now.find(id);
+    return window != nullptr && (window->minimised || window->kind == ClientKind::Furniture);
+  });
   // Each, wherever it seems to be: IceWM is late to tell what is where, and Openbox puts one to the
   // very top when the one under it is on another workspace.
   xcb_window_t sibling = XCB_NONE;
@@ -285,7 +257,7 @@ void ShowOperation::clearMarks(const WindowSet& shown) {
   bool someStayHidden = false;
   for (const ClientWindow& window : plan_.before.windows) {
     const bool staysHidden = window.isHidden() && !shown.contains(window.id);
-    if (window.mark && !staysHidden) requests_.unmark(window.id);
+    if (window.mark && !staysHidden) requests_.mark(window.id, std::nullopt);
     someStayHidden = someStayHidden || staysHidden;
   }
   if (!someStayHidden) requests_.remember({}, XCB_NONE);

@@ -3,7 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <functional>
-#include <span>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -13,37 +13,30 @@
 
 namespace linux_desktop {
 
-/// What is asked of the window manager and noted on windows. Nothing is sent before `send`, and
-/// nothing waits for an answer; windows that are gone are no harm.
+/// What is asked of the window manager and noted on windows. Nothing is sent before the server's
+/// connection is flushed, and nothing waits for an answer; windows that are gone are no harm.
 class HideRequests {
  public:
-  /// `clients` outlives this.
-  explicit HideRequests(ClientWindows& clients) : clients_(clients) {}
+  /// `server` outlives this.
+  explicit HideRequests(XServer& server) : server_(server) {}
 
   void minimise(xcb_window_t window);
   /// Takes the minimised state back, which not every window manager heeds.
   void restore(xcb_window_t window);
-  void map(xcb_window_t window);
   void activate(xcb_window_t window, xcb_timestamp_t time);
-  /// Gives it the keyboard past the window manager.
-  void focus(xcb_window_t window, xcb_timestamp_t time);
   void moveToDesktop(xcb_window_t window, std::uint32_t desktop);
   /// Right above `sibling`; below everything when that is none.
   void restack(xcb_window_t window, xcb_window_t sibling);
 
-  /// The marks stay on the windows, and the rest on the root window, when this process ends.
-  void mark(xcb_window_t window, HiddenMark mark);
-  void unmark(xcb_window_t window);
-  /// The stacking order and who is to be active again; none of either forgets it.
-  void remember(std::span<const xcb_window_t> bottomToTop, xcb_window_t active);
+  // The marks stay on the windows, and the rest on the root window, when this process ends.
 
-  void send();
+  /// None takes the mark away.
+  void mark(xcb_window_t window, std::optional<HiddenMark> mark);
+  /// The stacking order and who is to be active again; none of either forgets it.
+  void remember(const std::vector<xcb_window_t>& bottomToTop, xcb_window_t active);
 
  private:
-  void remember(ClientAtom name, std::span<const xcb_window_t> windows);
-  void message(xcb_window_t window, ClientAtom type, const std::array<std::uint32_t, 5>& details);
-
-  ClientWindows& clients_;
+  XServer& server_;
 };
 
 /// Windows, bottom to top.
@@ -68,9 +61,14 @@ class HiddenOperation {
 
  protected:
   HiddenOperation(XEvents& events, ClientWindows& clients, std::function<void()> done)
-      : clients_(clients), requests_(clients), wait_(events, clients), done_(std::move(done)) {}
+      : clients_(clients),
+        server_(events.server()),
+        requests_(server_),
+        wait_(events, clients),
+        done_(std::move(done)) {}
 
   ClientWindows& clients_;
+  XServer& server_;
   HideRequests requests_;
   HiddenStateWait wait_;
   std::function<void()> done_;
@@ -124,16 +122,13 @@ class ShowOperation final : public HiddenOperation {
   void putBack();
   /// The window that was active, or the one from when the windows went if it was none to work in;
   /// none where all is well.
-  [[nodiscard]] xcb_window_t toActivate(const ClientWindows::Places& now,
-                                        const WindowSet& shown) const;
+  [[nodiscard]] xcb_window_t toActivate(const ClientList& now, const WindowSet& shown) const;
   void activate(xcb_window_t window);
-  void putBackDesktops(const ClientWindows::Places& now);
-  void putBackOrder(const ClientWindows::Places& now, const WindowSet& shown);
+  void putBackDesktops(const ClientList& now);
+  void putBackOrder(const ClientList& now, const WindowSet& shown);
   void clearMarks(const WindowSet& shown);
 
   Plan plan_;
-  /// Of those that belong to one.
-  std::unordered_map<xcb_window_t, std::uint32_t> desktops_;
 };
 
 }  // namespace linux_desktop

@@ -46,9 +46,8 @@ void MonitorPictures::setBackdrops(BackdropSource* backdrops) {
 void MonitorPictures::follow(std::function<void()> changed) {
   watches_.clear();
   if (!changed) return backdrops_.follow({});
-  XServer& server = events_.server();
   watches_.push_back(
-      events_.watchProperty(server.root(), server.atom("_NET_CURRENT_DESKTOP"), changed));
+      events_.watchProperty(events_.server().root(), "_NET_CURRENT_DESKTOP", changed));
   watches_.push_back(watchRootPicture(events_, [this, changed] {
     root_.forgetPixmap();
     changed();

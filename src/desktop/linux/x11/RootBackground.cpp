@@ -70,8 +70,7 @@ std::optional<ForeignPixmap> namedRootPixmap(XServer& server) {
 }
 
 std::unique_ptr<XEvents::Watch> watchRootPicture(XEvents& events, std::function<void()> changed) {
-  XServer& server = events.server();
-  return events.watchProperty(server.root(), server.atom(kNames.front()), std::move(changed));
+  return events.watchProperty(events.server().root(), kNames.front(), std::move(changed));
 }
 
 bool copyRootBackground(XServer& server, const QRect& area, xcb_drawable_t into) {
@@ -125,8 +124,7 @@ void showRootPixmap(XServer& server, xcb_pixmap_t pixmap) {
   freeFormer(server, pixmap);
   xcb_change_window_attributes(server.get(), server.root(), XCB_CW_BACK_PIXMAP, &pixmap);
   for (const char* name : kNames) {
-    xcb_change_property(server.get(), XCB_PROP_MODE_REPLACE, server.root(), server.atom(name),
-                        XCB_ATOM_PIXMAP, 32, 1, &pixmap);
+    server.setNumbers(server.root(), name, XCB_ATOM_PIXMAP, {pixmap});
   }
   clearRoot(server);
 }
@@ -134,7 +132,7 @@ void showRootPixmap(XServer& server, xcb_pixmap_t pixmap) {
 void showRootColour(XServer& server, std::uint32_t pixel) {
   freeFormer(server, XCB_NONE);
   for (const char* name : kNames) {
-    xcb_delete_property(server.get(), server.root(), server.atom(name));
+    server.setNumbers(server.root(), name, XCB_ATOM_PIXMAP, {});
   }
   xcb_change_window_attributes(server.get(), server.root(), XCB_CW_BACK_PIXEL, &pixel);
   clearRoot(server);

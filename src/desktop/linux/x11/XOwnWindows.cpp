@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <algorithm>
-#include <array>
 
 #include "desktop/linux/x11/XPanels.h"
 #include "desktop/linux/x11/XPressWatch.h"
@@ -27,11 +26,10 @@ xcb_window_t idOf(const QWindow& window) {
 
 void XOwnWindows::keepOutOfTaskLists(QWindow& window) {
   // Qt adds its own states to these when it maps the window.
-  const std::array states{server_.atom("_NET_WM_STATE_SKIP_TASKBAR"),
-                          server_.atom("_NET_WM_STATE_SKIP_PAGER")};
-  xcb_change_property(qtConnection(), XCB_PROP_MODE_REPLACE, idOf(window),
-                      server_.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(),
-                      states.data());
+  server_.setNumbers(
+      idOf(window), "_NET_WM_STATE", XCB_ATOM_ATOM,
+      {server_.atom("_NET_WM_STATE_SKIP_TASKBAR"), server_.atom("_NET_WM_STATE_SKIP_PAGER")},
+      qtConnection());
 }
 
 void XOwnWindows::markAsAskedFor(QWindow& window) {
@@ -41,8 +39,7 @@ void XOwnWindows::markAsAskedFor(QWindow& window) {
   const xcb_timestamp_t now = server_.time();
   const auto other = server_.numbers(idOf(window), "_NET_WM_USER_TIME_WINDOW");
   const xcb_window_t holder = other.empty() ? idOf(window) : other.front();
-  xcb_change_property(qtConnection(), XCB_PROP_MODE_REPLACE, holder,
-                      server_.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, 32, 1, &now);
+  server_.setNumbers(holder, "_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {now}, qtConnection());
   xcb_flush(qtConnection());
 }
 
@@ -53,8 +50,7 @@ bool XOwnWindows::isKept(QWindow& window) {
 }
 
 void XOwnWindows::activate(QWindow& window) {
-  const auto supported = server_.numbers(server_.root(), "_NET_SUPPORTED");
-  if (std::ranges::find(supported, server_.atom("_NET_ACTIVE_WINDOW")) == supported.end()) {
+  if (!server_.managerKnows("_NET_ACTIVE_WINDOW")) {
     window.requestActivate();
     return;
   }
@@ -62,12 +58,10 @@ void XOwnWindows::activate(QWindow& window) {
   const auto workspace = server_.numbers(server_.root(), "_NET_CURRENT_DESKTOP");
   const auto own = server_.numbers(idOf(window), "_NET_WM_DESKTOP");
   if (!workspace.empty() && !own.empty() && own != workspace && own.front() != kEveryWorkspace) {
-    server_.askManager(idOf(window), server_.atom("_NET_WM_DESKTOP"), {workspace.front(), kUser},
-                       qtConnection());
+    server_.askManager(idOf(window), "_NET_WM_DESKTOP", {workspace.front(), kUser}, qtConnection());
   }
   const xcb_timestamp_t now = server_.time();
-  server_.askManager(idOf(window), server_.atom("_NET_ACTIVE_WINDOW"), {kUser, now},
-                     qtConnection());
+  server_.askManager(idOf(window), "_NET_ACTIVE_WINDOW", {kUser, now}, qtConnection());
   // To bspwm 0.9 the only window of a workspace has the keyboard, and it gives a popover none.
   const auto active = server_.numbers(server_.root(), "_NET_ACTIVE_WINDOW");
   if (window.isExposed() && (active.empty() || active.front() == XCB_NONE)) {

@@ -88,13 +88,15 @@ std::unique_ptr<XEvents::Watch> XEvents::watch(xcb_window_t window, std::uint32_
   return watch;
 }
 
-std::unique_ptr<XEvents::Watch> XEvents::watchProperty(xcb_window_t window, xcb_atom_t property,
+std::unique_ptr<XEvents::Watch> XEvents::watchProperty(xcb_window_t window,
+                                                       std::string_view property,
                                                        std::function<void()> changed) {
+  const xcb_atom_t atom = server_.atom(property);
   return watch(window, XCB_EVENT_MASK_PROPERTY_CHANGE,
-               [property, changed = std::move(changed)](const xcb_generic_event_t& event) {
+               [atom, changed = std::move(changed)](const xcb_generic_event_t& event) {
                  if (typeOf(event) != XCB_PROPERTY_NOTIFY) return;
                  const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-                 if (change.atom == property) changed();
+                 if (change.atom == atom) changed();
                });
 }
 

@@ -39,7 +39,7 @@ class XEvents {
   [[nodiscard]] std::unique_ptr<Watch> watch(xcb_window_t window, std::uint32_t mask,
                                              Handler handler);
   /// Each time that a property of `window` is written or deleted.
-  [[nodiscard]] std::unique_ptr<Watch> watchProperty(xcb_window_t window, xcb_atom_t property,
+  [[nodiscard]] std::unique_ptr<Watch> watchProperty(xcb_window_t window, std::string_view property,
                                                      std::function<void()> changed);
   /// The event of an extension with this number (its first event plus the kind). Selecting it at
   /// the server is the caller's affair.

@@ -82,12 +82,12 @@ const xcb_screen_t& XServer::screen() const {
 }
 
 xcb_atom_t XServer::atom(std::string_view name) {
-  const std::string key(name);
-  if (const auto known = atoms_.find(key); known != atoms_.end()) return known->second;
-  const auto cookie = xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(key.size()), key.data());
+  if (const auto known = atoms_.find(name); known != atoms_.end()) return known->second;
+  const auto cookie =
+      xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(name.size()), name.data());
   const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(get(), cookie, nullptr));
   const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-  atoms_.emplace(key, atom);
+  atoms_.emplace(name, atom);
   return atom;
 }
 
@@ -126,14 +126,24 @@ std::vector<std::vector<std::uint32_t>> XServer::numbersOf(std::span<const xcb_w
   return results;
 }
 
-void XServer::askManager(xcb_window_t window, xcb_atom_t request,
-                         const std::array<std::uint32_t, 5>& details,
-                         xcb_connection_t* over) const {
+void XServer::setNumbers(xcb_window_t window, std::string_view property, xcb_atom_t type,
+                         const std::vector<std::uint32_t>& numbers, xcb_connection_t* over) {
+  xcb_connection_t* connection = over == nullptr ? get() : over;
+  if (numbers.empty()) {
+    xcb_delete_property(connection, window, atom(property));
+  } else {
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom(property), type, 32,
+                        static_cast<std::uint32_t>(numbers.size()), numbers.data());
+  }
+}
+
+void XServer::askManager(xcb_window_t window, std::string_view request,
+                         const std::array<std::uint32_t, 5>& details, xcb_connection_t* over) {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
   event.window = window;
-  event.type = request;
+  event.type = atom(request);
   std::ranges::copy(details, std::begin(event.data.data32));
   xcb_send_event(over == nullptr ? get() : over, 0, root_,
                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
@@ -164,13 +174,20 @@ std::string XServer::managerName() {
   return read(std::array{XProperty{check.front(), atom("_NET_WM_NAME")}}).front().text();
 }
 
+bool XServer::managerKnows(std::string_view hint) {
+  return std::ranges::count(numbers(root_, "_NET_SUPPORTED"), atom(hint)) > 0;
+}
+
 bool XServer::isComposited() {
   // EWMH 1.5: the compositing manager of a screen owns this selection.
-  const auto cookie =
-      xcb_get_selection_owner(get(), atom("_NET_WM_CM_S" + std::to_string(screen_)));
+  return ownerOnScreen("_NET_WM_CM_S") != XCB_NONE;
+}
+
+xcb_window_t XServer::ownerOnScreen(const std::string& selection) {
+  const auto cookie = xcb_get_selection_owner(get(), atom(selection + std::to_string(screen_)));
   const XReply<xcb_get_selection_owner_reply_t> reply(
       xcb_get_selection_owner_reply(get(), cookie, nullptr));
-  return reply && reply->owner != XCB_NONE;
+  return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 
 std::optional<std::uint8_t> XServer::inputExtension() {

@@ -6,12 +6,13 @@
 #include <array>
 #include <cstdlib>
 #include <deque>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -64,6 +65,7 @@ class XServer {
   [[nodiscard]] xcb_window_t root() const { return root_; }
   /// How the screen of the root window is made: its depth, its colours.
   [[nodiscard]] const xcb_screen_t& screen() const;
+  /// Asked for once.
   [[nodiscard]] xcb_atom_t atom(std::string_view name);
 
   /// Properties in the order of the question, however many, in one round trip.
@@ -73,19 +75,29 @@ class XServer {
   /// The same of many windows, in one round trip.
   [[nodiscard]] std::vector<std::vector<std::uint32_t>> numbersOf(
       std::span<const xcb_window_t> windows, std::string_view property);
-  /// Asks the window manager for something with a window, as EWMH and ICCCM 4.1.4 do. Goes out with
-  /// the next flush of `over`, another connection of this program, where the request is to come
-  /// after what was sent there; else of this one.
-  void askManager(xcb_window_t window, xcb_atom_t request,
-                  const std::array<std::uint32_t, 5>& details,
-                  xcb_connection_t* over = nullptr) const;
+
+  // What follows goes out with the next flush of `over`, another connection of this program, where
+  // it is to come after what was sent there; else of this one.
+
+  /// Gives a window a property of 32-bit numbers; none: it has that property no more.
+  void setNumbers(xcb_window_t window, std::string_view property, xcb_atom_t type,
+                  const std::vector<std::uint32_t>& numbers, xcb_connection_t* over = nullptr);
+  /// Asks the window manager for something with a window, as EWMH and ICCCM 4.1.4 do.
+  void askManager(xcb_window_t window, std::string_view request,
+                  const std::array<std::uint32_t, 5>& details, xcb_connection_t* over = nullptr);
+
   /// Where a window is on the root window, in pixels, without what a window manager adds to it.
   [[nodiscard]] std::optional<QRect> geometry(xcb_window_t window);
   [[nodiscard]] bool hasExtension(std::string_view name);
   /// What the window manager that runs calls itself; empty where none does.
   [[nodiscard]] std::string managerName();
+  /// Whether that one says that it knows a hint of EWMH.
+  [[nodiscard]] bool managerKnows(std::string_view hint);
   /// Whether windows may be translucent and round now.
   [[nodiscard]] bool isComposited();
+  /// Who has a selection that there is one of on each screen, by the name without the screen's
+  /// number.
+  [[nodiscard]] xcb_window_t ownerOnScreen(const std::string& selection);
   /// The number of XInput, of version 2.2 at least; none where the server lacks that.
   [[nodiscard]] std::optional<std::uint8_t> inputExtension();
   /// The server's time now. Events that arrive meanwhile are kept for `nextEvent`.
@@ -106,7 +118,7 @@ class XServer {
   int screen_;
   xcb_window_t root_ = XCB_NONE;
   xcb_window_t own_ = XCB_NONE;
-  std::unordered_map<std::string, xcb_atom_t> atoms_;
+  std::map<std::string, xcb_atom_t, std::less<>> atoms_;
   std::deque<XReply<xcb_generic_event_t>> kept_;
 };
 
