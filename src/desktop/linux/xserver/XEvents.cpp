@@ -2,9 +2,6 @@
 
 #include <QAbstractEventDispatcher>
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstring>
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
@@ -12,37 +9,13 @@
 namespace linux_desktop {
 namespace {
 
-/// Where in an event of each core type the window stands that it was selected on.
-struct WindowField {
-  std::uint8_t type;
-  std::size_t offset;
-};
-constexpr std::array kWindowFields{
-    WindowField{XCB_BUTTON_PRESS, offsetof(xcb_button_press_event_t, event)},
-    WindowField{XCB_BUTTON_RELEASE, offsetof(xcb_button_release_event_t, event)},
-    WindowField{XCB_KEY_PRESS, offsetof(xcb_key_press_event_t, event)},
-    WindowField{XCB_KEY_RELEASE, offsetof(xcb_key_release_event_t, event)},
-    WindowField{XCB_FOCUS_IN, offsetof(xcb_focus_in_event_t, event)},
-    WindowField{XCB_FOCUS_OUT, offsetof(xcb_focus_out_event_t, event)},
-    WindowField{XCB_EXPOSE, offsetof(xcb_expose_event_t, window)},
-    WindowField{XCB_VISIBILITY_NOTIFY, offsetof(xcb_visibility_notify_event_t, window)},
-    WindowField{XCB_CREATE_NOTIFY, offsetof(xcb_create_notify_event_t, parent)},
-    WindowField{XCB_DESTROY_NOTIFY, offsetof(xcb_destroy_notify_event_t, event)},
-    WindowField{XCB_UNMAP_NOTIFY, offsetof(xcb_unmap_notify_event_t, event)},
-    WindowField{XCB_MAP_NOTIFY, offsetof(xcb_map_notify_event_t, event)},
-    WindowField{XCB_REPARENT_NOTIFY, offsetof(xcb_reparent_notify_event_t, event)},
-    WindowField{XCB_CONFIGURE_NOTIFY, offsetof(xcb_configure_notify_event_t, event)},
-    WindowField{XCB_CIRCULATE_NOTIFY, offsetof(xcb_circulate_notify_event_t, event)},
-    WindowField{XCB_PROPERTY_NOTIFY, offsetof(xcb_property_notify_event_t, window)},
-    WindowField{XCB_CLIENT_MESSAGE, offsetof(xcb_client_message_event_t, window)},
-};
-
-xcb_window_t windowOf(const xcb_generic_event_t& event, std::uint8_t type) {
-  const auto* field = std::ranges::find(kWindowFields, type, &WindowField::type);
-  if (field == kWindowFields.end()) return XCB_NONE;
-  xcb_window_t window = XCB_NONE;
-  std::memcpy(&window, reinterpret_cast<const std::byte*>(&event) + field->offset, sizeof window);
-  return window;
+/// The window that an event was selected on, which all that are about windows have in one place;
+/// none for those of extensions.
+xcb_window_t windowOf(const xcb_generic_event_t& event) {
+  const std::uint8_t type = typeOf(event);
+  const bool isAboutAWindow = type >= XCB_CREATE_NOTIFY && type <= XCB_PROPERTY_NOTIFY;
+  return isAboutAWindow ? reinterpret_cast<const xcb_property_notify_event_t&>(event).window
+                        : xcb_window_t{XCB_NONE};
 }
 
 }  // namespace
@@ -56,22 +29,6 @@ struct XEvents::Entry {
   bool ended = false;
 };
 
-class XEvents::Subscription final : public Watch {
- public:
-  Subscription(XEvents& events, std::shared_ptr<Entry> entry)
-      : events_(events), entry_(std::move(entry)) {}
-  ~Subscription() override {
-    entry_->ended = true;
-    events_.remove(entry_);
-  }
-  Subscription(const Subscription&) = delete;
-  Subscription& operator=(const Subscription&) = delete;
-
- private:
-  XEvents& events_;
-  std::shared_ptr<Entry> entry_;
-};
-
 XEvents::XEvents(XServer& server)
     : server_(server), notifier_(xcb_get_file_descriptor(server.get()), QSocketNotifier::Read) {
   QObject::connect(&notifier_, &QSocketNotifier::activated, &context_, [this] { dispatch(); });
@@ -83,7 +40,7 @@ XEvents::XEvents(XServer& server)
 
 std::unique_ptr<XEvents::Watch> XEvents::watch(xcb_window_t window, std::uint32_t mask,
                                                Handler handler) {
-  auto watch = add(std::make_shared<Entry>(Entry{window, mask, 0, std::move(handler)}));
+  auto watch = add({window, mask, 0, std::move(handler)});
   select(window);
   return watch;
 }
@@ -102,15 +59,17 @@ std::unique_ptr<XEvents::Watch> XEvents::watchProperty(xcb_window_t window,
 
 std::unique_ptr<XEvents::Watch> XEvents::watchExtension(std::uint8_t responseType,
                                                         Handler handler) {
-  return add(std::make_shared<Entry>(Entry{XCB_NONE, 0, responseType, std::move(handler)}));
+  return add({XCB_NONE, 0, responseType, std::move(handler)});
 }
 
-std::unique_ptr<XEvents::Watch> XEvents::add(std::shared_ptr<Entry> entry) {
-  entries_[entry->window].push_back(entry);
-  return std::make_unique<Subscription>(*this, std::move(entry));
+std::unique_ptr<XEvents::Watch> XEvents::add(Entry entry) {
+  auto shared = std::make_shared<Entry>(std::move(entry));
+  entries_[shared->window].push_back(shared);
+  return std::make_unique<Watch>(*this, std::move(shared));
 }
 
 void XEvents::remove(const std::shared_ptr<Entry>& entry) {
+  entry->ended = true;
   const auto found = entries_.find(entry->window);
   std::erase(found->second, entry);
   if (entry->window != XCB_NONE) select(entry->window);
@@ -137,7 +96,7 @@ void XEvents::deliver(const xcb_generic_event_t& event) {
     qCDebug(lcX11) << "error" << reinterpret_cast<const xcb_generic_error_t&>(event).error_code;
     return;
   }
-  const xcb_window_t window = windowOf(event, type);
+  const xcb_window_t window = windowOf(event);
   const auto found = entries_.find(window);
   if (found == entries_.end()) return;
   // Handlers come and go while others run.

@@ -18,11 +18,8 @@ class XEvents {
  public:
   using Handler = std::function<void(const xcb_generic_event_t& event)>;
 
-  /// Ends its watch when it goes, also from inside its own handler.
-  class Watch {
-   public:
-    virtual ~Watch() = default;
-  };
+  /// Ends when it goes, also from inside its own handler.
+  class Watch;
 
   /// `server` outlives this and is read by nobody else.
   explicit XEvents(XServer& server);
@@ -50,10 +47,9 @@ class XEvents {
 
  private:
   struct Entry;
-  class Subscription;
   using Entries = std::vector<std::shared_ptr<Entry>>;
 
-  std::unique_ptr<Watch> add(std::shared_ptr<Entry> entry);
+  std::unique_ptr<Watch> add(Entry entry);
   void remove(const std::shared_ptr<Entry>& entry);
   void select(xcb_window_t window);
   void deliver(const xcb_generic_event_t& event);
@@ -64,6 +60,19 @@ class XEvents {
   std::unordered_map<xcb_window_t, Entries> entries_;
   QSocketNotifier notifier_;
   QObject context_;
+};
+
+class XEvents::Watch {
+ public:
+  Watch(XEvents& events, std::shared_ptr<Entry> entry)
+      : events_(events), entry_(std::move(entry)) {}
+  ~Watch() { events_.remove(entry_); }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+
+ private:
+  XEvents& events_;
+  std::shared_ptr<Entry> entry_;
 };
 
 }  // namespace linux_desktop
