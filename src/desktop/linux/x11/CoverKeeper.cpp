@@ -70,7 +70,7 @@ void CoverKeeper::learnManager() {
 
 CoverStand CoverKeeper::standFor(const QRect& area) {
   learnManager();
-  return standFor(events_.stack().now(), area);
+  return standFor(events_.stack(), area);
 }
 
 CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) const {
@@ -86,7 +86,7 @@ CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) co
 void CoverKeeper::add(KeptCover& cover) {
   covers_.push_back(&cover);
   if (covers_.size() > 1) return;
-  icons_ = iconsIn(events_.stack().now());
+  icons_ = iconsIn(events_.stack());
   // The first look comes when the window manager has had time to take the covers in.
   sinceLook_.start();
   watch_ = events_.watch(server_.root(),

@@ -21,11 +21,11 @@ class MonitorPictures::Sight {
 
   /// Takes no look.
   [[nodiscard]] xcb_window_t iconWindow() const {
-    const auto* icons = events_.stack().now().desktopOn(monitor_.pixels());
+    const auto* icons = events_.stack().desktopOn(monitor_.pixels());
     return icons != nullptr ? icons->window : xcb_window_t{XCB_NONE};
   }
   const DesktopSight& look() {
-    if (!sight_) sight_ = lookAtDesktop(events_.server(), events_.stack().now(), monitor_.pixels());
+    if (!sight_) sight_ = lookAtDesktop(events_.server(), events_.stack(), monitor_.pixels());
     return *sight_;
   }
 

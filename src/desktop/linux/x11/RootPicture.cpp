@@ -1,6 +1,5 @@
 #include "desktop/linux/x11/RootPicture.h"
 
-#include <QMetaObject>
 #include <QRegion>
 #include <algorithm>
 #include <cstdlib>
@@ -163,15 +162,6 @@ namespace {
 constexpr std::size_t kEnough = 16;
 
 }  // namespace
-
-std::optional<ForeignPixmap> RootPicture::pixmap() {
-  if (!pixmapOfTurn_) {
-    pixmapOfTurn_ = namedRootPixmap(server_);
-    QMetaObject::invokeMethod(
-        &context_, [this] { pixmapOfTurn_.reset(); }, Qt::QueuedConnection);
-  }
-  return *pixmapOfTurn_;
-}
 
 bool RootPicture::isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,
                                xcb_window_t iconWindow) const {

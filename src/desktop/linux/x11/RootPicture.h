@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QImage>
-#include <QObject>
 #include <QPoint>
 #include <QRect>
 #include <map>
@@ -11,6 +10,7 @@
 
 #include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/x11/RootBackground.h"
+#include "desktop/linux/xserver/OncePerTurn.h"
 #include "desktop/linux/xserver/WindowStack.h"
 #include "desktop/linux/xserver/XServer.h"
 
@@ -64,11 +64,10 @@ class RootPicture {
  public:
   explicit RootPicture(XServer& server) : server_(server) {}
 
-  /// As `namedRootPixmap`. Asked for at the first call of a turn of the event loop, and forgotten
-  /// at its end.
-  [[nodiscard]] std::optional<ForeignPixmap> pixmap();
+  /// As `namedRootPixmap`.
+  [[nodiscard]] std::optional<ForeignPixmap> pixmap() { return pixmap_.now(); }
   /// There may be another now.
-  void forgetPixmap() { pixmapOfTurn_.reset(); }
+  void forgetPixmap() { pixmap_.forget(); }
 
   /// Whether it was found right on `monitor` before, with the same window of icons. Asks nobody.
   [[nodiscard]] bool isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,
@@ -89,8 +88,7 @@ class RootPicture {
   };
 
   XServer& server_;
-  std::optional<std::optional<ForeignPixmap>> pixmapOfTurn_;
-  QObject context_;
+  OncePerTurn<std::optional<ForeignPixmap>> pixmap_{[this] { return namedRootPixmap(server_); }};
   /// By the monitor's name.
   std::map<QString, Finding> findings_;
 };

@@ -23,7 +23,7 @@ XDesktopFacts::XDesktopFacts(XEvents& events, const XScreens& screens)
       root_(std::make_shared<RootWallpaper>(events, screens)) {}
 
 DesktopWindow XDesktopFacts::desktopWindow() {
-  const WindowStack& stack = events_.stack().now();
+  const WindowStack& stack = events_.stack();
   const auto lowest = std::ranges::find_if(stack.desktopWindows, [this](const auto& window) {
     return !window.ours && coversAMonitor(window, screens_.monitors());
   });

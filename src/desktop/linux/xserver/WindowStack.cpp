@@ -1,6 +1,5 @@
 #include "desktop/linux/xserver/WindowStack.h"
 
-#include <QMetaObject>
 #include <algorithm>
 
 namespace linux_desktop {
@@ -187,15 +186,6 @@ const WindowStack::DesktopWindow* WindowStack::desktopOn(const QRect& monitor) c
     if (!window.ours && window.covers(monitor)) topmost = &window;
   }
   return topmost;
-}
-
-const WindowStack& TurnStack::now() {
-  if (!stack_) {
-    stack_ = WindowStack::read(server_);
-    QMetaObject::invokeMethod(
-        &context_, [this] { stack_.reset(); }, Qt::QueuedConnection);
-  }
-  return *stack_;
 }
 
 }  // namespace linux_desktop

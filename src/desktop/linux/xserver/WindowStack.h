@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QObject>
 #include <QRect>
-#include <optional>
 #include <vector>
 
 #include "desktop/linux/xserver/XServer.h"
@@ -33,32 +31,13 @@ struct WindowStack {
   std::vector<TopLevel> topLevels;
   std::vector<DesktopWindow> desktopWindows;
 
-  /// Asks in a handful of round trips, however many windows there are.
+  /// Asks in a handful of round trips, but a thousand requests where there are many windows.
   [[nodiscard]] static WindowStack read(XServer& server);
 
   /// The topmost of the icon windows that shows on part of `area`; null when there is none.
   [[nodiscard]] const DesktopWindow* iconsOn(const QRect& area) const;
   /// The topmost of those that cover `monitor`; null where its root window shows.
   [[nodiscard]] const DesktopWindow* desktopOn(const QRect& monitor) const;
-};
-
-/// The windows on the screen as one turn of the event loop sees them. A look takes a thousand
-/// requests where there are many windows, and one toggle needs it for each monitor several times.
-/// Main thread only.
-class TurnStack {
- public:
-  /// `server` outlives this.
-  explicit TurnStack(XServer& server) : server_(server) {}
-  TurnStack(const TurnStack&) = delete;
-  TurnStack& operator=(const TurnStack&) = delete;
-
-  /// Read at the first call of a turn, and forgotten at its end.
-  [[nodiscard]] const WindowStack& now();
-
- private:
-  XServer& server_;
-  std::optional<WindowStack> stack_;
-  QObject context_;
 };
 
 }  // namespace linux_desktop

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "desktop/linux/xserver/OncePerTurn.h"
 #include "desktop/linux/xserver/WindowStack.h"
 #include "desktop/linux/xserver/XServer.h"
 
@@ -27,8 +28,8 @@ class XEvents {
   XEvents& operator=(const XEvents&) = delete;
 
   [[nodiscard]] XServer& server() const { return server_; }
-  /// Shared by all that look at the screen over this connection.
-  [[nodiscard]] TurnStack& stack() { return stack_; }
+  /// The windows on the screen, of this turn of the event loop.
+  [[nodiscard]] const WindowStack& stack() { return stack_.now(); }
 
   /// Events about `window` of the kinds in `mask` (XCB_EVENT_MASK_...). Several may watch one
   /// window; each gets what any of them asked for, so a handler looks at the type. A window that is
@@ -55,7 +56,7 @@ class XEvents {
   void deliver(const xcb_generic_event_t& event);
 
   XServer& server_;
-  TurnStack stack_{server_};
+  OncePerTurn<WindowStack> stack_{[this] { return WindowStack::read(server_); }};
   /// By window; those of extensions under none.
   std::unordered_map<xcb_window_t, Entries> entries_;
   QSocketNotifier notifier_;
