@@ -77,7 +77,7 @@ std::optional<HiddenMark> markIn(const XPropertyValue& value) {
 /// What changes from one moment to the next.
 void takeRoot(std::span<const XPropertyValue> root, ClientList& list) {
   list.stacking = listIn(root[kStacking]);
-  if (list.manners.stacksDownwards) std::ranges::reverse(list.stacking);
+  if (list.habits.stacksDownwards) std::ranges::reverse(list.stacking);
   list.rememberedOrder = listIn(root[kOrder]);
   list.active = root[kActive].number().value_or(XCB_NONE);
   list.rememberedActive = root[kRememberedActive].number().value_or(XCB_NONE);
@@ -132,13 +132,13 @@ ClientList ClientWindows::read() const {
   }
   list.windowManager = values[1].text();
   if (list.windowManager.empty()) list.windowManager = "unnamed";
-  list.manners = hidingMannersOf(list.windowManager);
+  list.habits = habitsOf(list.windowManager);
   takeRoot(root, list);
   const auto knows = [&](std::string_view hint) {
     return root[kSupported].contains(server_.atom(hint));
   };
-  list.canMinimise = list.manners.hides && knows(kMinimised);
-  list.canRestack = list.manners.restacks && knows("_NET_RESTACK_WINDOW");
+  list.canMinimise = list.habits.hides && knows(kMinimised);
+  list.canRestack = list.habits.restacks && knows("_NET_RESTACK_WINDOW");
   list.manager = {check, knows("_NET_REQUEST_FRAME_EXTENTS")};
   return list;
 }

@@ -7,7 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "desktop/linux/x11/HidingManners.h"
+#include "desktop/linux/x11/WindowManagers.h"
 #include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
@@ -75,7 +75,7 @@ struct ClientList {
   std::uint32_t currentDesktop = 0;
   /// Empty while no window manager runs.
   std::string windowManager;
-  HidingManners manners;
+  WindowManagerHabits habits;
   bool canMinimise = false;
   bool canRestack = false;
   WindowManagerAtWork manager;

@@ -2,27 +2,16 @@
 
 #include <QMetaObject>
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <utility>
+
+#include "desktop/linux/x11/XCovers.h"
 
 namespace linux_desktop {
 namespace {
 
 /// Two programs that each want to be on top do not keep the server busy.
 constexpr std::chrono::milliseconds kBetweenLooks{50};
-
-// As of muffin 5.6 and awesome 4.3.
-constexpr std::array kHabits{
-    WindowManagerHabits{.manager = "Muffin", .paintsByArrival = true},
-    WindowManagerHabits{.manager = "awesome", .goesByTypeAlone = true},
-};
-
-WindowManagerHabits habitsOf(std::string_view name) {
-  const auto* row = std::ranges::find_if(
-      kHabits, [&](const auto& each) { return name.find(each.manager) != std::string_view::npos; });
-  return row == kHabits.end() ? WindowManagerHabits{} : *row;
-}
 
 /// Whether icons stand above the cover where it is. A cover that is not on the screen is not under
 /// anything.
@@ -83,18 +72,18 @@ CoverStand CoverKeeper::standFor(const WindowStack& stack, const QRect& area) co
   return {managed, icons->window, stack.topLevels[icons->level].window};
 }
 
-void CoverKeeper::add(KeptCover& cover) {
+void CoverKeeper::add(XCoverWindow& cover) {
   covers_.push_back(&cover);
   if (covers_.size() > 1) return;
   icons_ = iconsIn(events_.stack());
   // The first look comes when the window manager has had time to take the covers in.
-  sinceLook_.start();
+  rest_ = QDeadlineTimer(kBetweenLooks);
   watch_ = events_.watch(server_.root(),
                          XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE,
                          [this](const xcb_generic_event_t& event) { handle(event); });
 }
 
-void CoverKeeper::remove(KeptCover& cover) {
+void CoverKeeper::remove(XCoverWindow& cover) {
   std::erase(covers_, &cover);
   if (!covers_.empty()) return;
   watch_.reset();
@@ -102,9 +91,9 @@ void CoverKeeper::remove(KeptCover& cover) {
   known_.clear();
 }
 
-void CoverKeeper::arrived(const KeptCover& arrival, const QRect& area) {
-  for (KeptCover* cover : covers_) {
-    if (cover != &arrival) cover->giveWay(area);
+void CoverKeeper::arrived(const XCoverWindow& arrival, const QRect& area) {
+  for (XCoverWindow* cover : covers_) {
+    if (cover != &arrival) cover->giveWayAt(area);
   }
 }
 
@@ -144,20 +133,18 @@ void CoverKeeper::handleProperty(xcb_atom_t property) {
 }
 
 bool CoverKeeper::concernsUs(xcb_window_t window) const {
-  return known_.contains(window) || std::ranges::any_of(covers_, [window](KeptCover* cover) {
+  return known_.contains(window) || std::ranges::any_of(covers_, [window](XCoverWindow* cover) {
            return cover->surface() != nullptr && cover->surface()->window() == window;
          });
 }
 
 void CoverKeeper::lookSoon() {
   if (nextLook_.isActive()) return;
-  const auto passed = std::chrono::milliseconds(sinceLook_.isValid() ? sinceLook_.elapsed()
-                                                                     : kBetweenLooks.count());
-  nextLook_.start(std::max(kBetweenLooks - passed, std::chrono::milliseconds(0)));
+  nextLook_.start(std::chrono::milliseconds(rest_.remainingTime()));
 }
 
 void CoverKeeper::look() {
-  sinceLook_.start();
+  rest_ = QDeadlineTimer(kBetweenLooks);
   if (managerChanged_) manager_ = readManager();
   managerChanged_ = false;
   const WindowStack stack = WindowStack::read(server_);
@@ -165,14 +152,14 @@ void CoverKeeper::look() {
   for (const WindowStack::DesktopWindow& window : stack.desktopWindows) {
     known_.insert({window.window, stack.topLevels[window.level].window});
   }
-  for (KeptCover* cover : std::vector(covers_)) look(stack, *cover);
+  for (XCoverWindow* cover : std::vector(covers_)) look(stack, *cover);
   std::set<xcb_window_t> icons = iconsIn(stack);
   if (icons == icons_) return;
   icons_ = std::move(icons);
   if (iconsChanged_) iconsChanged_();
 }
 
-void CoverKeeper::look(const WindowStack& stack, KeptCover& cover) {
+void CoverKeeper::look(const WindowStack& stack, XCoverWindow& cover) {
   CoverSurface* surface = cover.surface();
   if (surface == nullptr) return;
   CoverStand wanted = standFor(stack, surface->place());

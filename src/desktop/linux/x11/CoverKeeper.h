@@ -1,43 +1,21 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QTimer>
 #include <functional>
 #include <memory>
 #include <set>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "desktop/linux/x11/CoverSurface.h"
+#include "desktop/linux/x11/WindowManagers.h"
 #include "desktop/linux/xserver/WindowStack.h"
 #include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
 
-/// What some window managers do with desktop windows that the others do not.
-struct WindowManagerHabits {
-  /// Part of the name.
-  std::string_view manager;
-  /// Whatever the order of windows is, icons are painted over a cover that was there first.
-  bool paintsByArrival = false;
-  /// Frames what belongs to another window, and has what is to be below others above panels.
-  bool goesByTypeAlone = false;
-};
-
-/// A cover that is to stay where it belongs. What the keeper asks of it.
-class KeptCover {
- public:
-  virtual ~KeptCover() = default;
-  /// Null while it is not up.
-  [[nodiscard]] virtual CoverSurface* surface() = 0;
-  /// Puts up another window in its place, with the same picture: what a window manager does with a
-  /// window is decided when that comes.
-  virtual void remake(const CoverStand& stand) = 0;
-  /// Another cover has come onto the screen at `area`. One that still stands there, where its
-  /// window is not any more, goes.
-  virtual void giveWay(const QRect& area) = 0;
-};
+class XCoverWindow;
 
 /// Keeps covers above the icon windows while window managers, icon programs and users move things.
 /// Watches only while it has a cover, and looks only when icons, covers or the window manager may
@@ -54,10 +32,10 @@ class CoverKeeper {
   /// How a cover for `area` has to be made now.
   [[nodiscard]] CoverStand standFor(const QRect& area);
 
-  void add(KeptCover& cover);
-  void remove(KeptCover& cover);
+  void add(XCoverWindow& cover);
+  void remove(XCoverWindow& cover);
   /// `arrival` has come onto the screen, at `area`.
-  void arrived(const KeptCover& arrival, const QRect& area);
+  void arrived(const XCoverWindow& arrival, const QRect& area);
 
  private:
   enum class Manager { None, TakesDesktopWindows, Other };
@@ -71,7 +49,7 @@ class CoverKeeper {
   [[nodiscard]] bool concernsUs(xcb_window_t window) const;
   void lookSoon();
   void look();
-  void look(const WindowStack& stack, KeptCover& cover);
+  void look(const WindowStack& stack, XCoverWindow& cover);
 
   XEvents& events_;
   XServer& server_;
@@ -79,13 +57,14 @@ class CoverKeeper {
   WindowManagerHabits habits_;
   bool managerIsFresh_ = false;
   bool managerChanged_ = false;
-  std::vector<KeptCover*> covers_;
+  std::vector<XCoverWindow*> covers_;
   /// The covers' and the icon windows' own windows and their top levels, when last looked at.
   std::set<xcb_window_t> known_;
   std::set<xcb_window_t> icons_;
   std::function<void()> iconsChanged_;
   std::unique_ptr<XEvents::Watch> watch_;
-  QElapsedTimer sinceLook_;
+  /// Until it may look again.
+  QDeadlineTimer rest_;
   QTimer nextLook_;
   QObject context_;
 };

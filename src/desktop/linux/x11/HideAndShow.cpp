@@ -133,7 +133,7 @@ constexpr std::chrono::milliseconds kLongPatience{700};
 ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
                              std::function<void()> done)
     : HiddenOperation(events, clients, std::move(done)), plan_(std::move(plan)) {
-  ask(plan_.before.manners.firstWay, plan_.windows);
+  ask(plan_.before.habits.firstWay, plan_.windows);
 }
 
 void ShowOperation::ask(ShowWay way, std::vector<xcb_window_t> windows) {
@@ -215,7 +215,7 @@ xcb_window_t ShowOperation::toActivate(const ClientList& now, const WindowSet& s
 
 void ShowOperation::activate(xcb_window_t window) {
   const xcb_timestamp_t time = server_.time();
-  if (!plan_.before.canRestack && !plan_.before.manners.activates) {
+  if (!plan_.before.canRestack && !plan_.before.habits.activates) {
     // Activating raises it, which nobody could undo. To Xfwm4, besides, one that was the last to be
     // minimised has never ceased to be the active one.
     xcb_set_input_focus(server_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
+#include "desktop/linux/x11/WindowManagers.h"
 
 namespace linux_desktop {
 namespace {
@@ -13,10 +14,6 @@ using platform::Dictionary;
 
 constexpr const char* kCopy = "copy";
 constexpr const char* kRefused = "The X server does not take the picture.";
-
-/// Window managers that compose the whole screen and paint a background of their own over the root
-/// window's. Part of their names: "Mutter (Muffin)", "Mutter(Budgie)", "GNOME Shell".
-constexpr std::array kShells{"Mutter", "Muffin", "GNOME Shell", "Gala", "KWin", "Enlightenment"};
 
 /// Repeats a pixmap over `area`, from its corner.
 bool tile(XServer& server, xcb_pixmap_t from, xcb_drawable_t into, const QRect& area) {
@@ -38,11 +35,7 @@ bool tile(XServer& server, xcb_pixmap_t from, xcb_drawable_t into, const QRect& 
 }  // namespace
 
 bool RootWallpaper::isSeen() const {
-  const QString manager = QString::fromStdString(server().managerName());
-  const auto isNamed = [&](const char* name) {
-    return manager.contains(QLatin1String(name), Qt::CaseInsensitive);
-  };
-  return std::ranges::none_of(kShells, isNamed) || !server().isComposited();
+  return !habitsOf(server().managerName()).paintsBackground || !server().isComposited();
 }
 
 /// Whether the root window still has the picture that we set last, for these monitors.

@@ -32,7 +32,7 @@ std::unique_ptr<CoverSurface> XCoverWindow::make(const QRect& place,
 
 void XCoverWindow::remake(const CoverStand& stand) {
   stand_ = stand;
-  putUp(CoverPeer::surface()->place(), CoverPeer::surface()->picture());
+  putUp(surface()->place(), surface()->picture());
 }
 
 std::unique_ptr<platform::port::WindowPeer> XCovers::createCover(platform::NSWindow& window,

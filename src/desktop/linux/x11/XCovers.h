@@ -13,12 +13,18 @@
 namespace linux_desktop {
 
 /// A cover on an X server: its pictures are XPictures, its places areas of the root window.
-class XCoverWindow final : public CoverPeer<CoverSurface>, private KeptCover {
+class XCoverWindow final : public CoverPeer<CoverSurface> {
  public:
   /// All outlive this.
   XCoverWindow(platform::NSWindow& window, XEvents& events, const XScreens& screens,
                CoverKeeper& keeper);
   ~XCoverWindow() override;
+
+  using CoverPeer::giveWayAt;
+  using CoverPeer::surface;
+  /// Puts up another window in its place, with the same picture: what a window manager does with a
+  /// window is decided when that comes.
+  void remake(const CoverStand& stand);
 
  private:
   [[nodiscard]] std::optional<QRect> place() const override;
@@ -29,10 +35,6 @@ class XCoverWindow final : public CoverPeer<CoverSurface>, private KeptCover {
   void entered() override { keeper_.add(*this); }
   void left() override { keeper_.remove(*this); }
   void arrived(const QRect& place) override { keeper_.arrived(*this, place); }
-
-  [[nodiscard]] CoverSurface* surface() override { return CoverPeer::surface(); }
-  void remake(const CoverStand& stand) override;
-  void giveWay(const QRect& area) override { giveWayAt(area); }
 
   XEvents& events_;
   const XScreens& screens_;

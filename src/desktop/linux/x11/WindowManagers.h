@@ -8,8 +8,8 @@ namespace linux_desktop {
 /// How a window manager is asked for a window that it has minimised, the gentlest first.
 enum class ShowWay : std::uint8_t { RemoveState, Map, Activate };
 
-/// What window managers do each in their own way about minimising.
-struct HidingManners {
+/// What window managers do each in their own way.
+struct WindowManagerHabits {
   /// The gentlest way that it heeds; asking in another would only cost the wait for it.
   ShowWay firstWay = ShowWay::RemoveState;
   /// Whether it means it when it says that it knows hidden windows.
@@ -21,9 +21,15 @@ struct HidingManners {
   /// Where no order can be put back: whether the window that was active is activated all the same,
   /// which raises it. The others get the keyboard past the window manager, and some take it back.
   bool activates = false;
+  /// Whatever the order of windows is, icons are painted over a cover that was there first.
+  bool paintsByArrival = false;
+  /// Frames what belongs to another window, and has what is to be below others above panels.
+  bool goesByTypeAlone = false;
+  /// Composes the whole screen and paints a background of its own over the root window's.
+  bool paintsBackground = false;
 };
 
 /// Those of a window manager, by what it calls itself; the usual ones for one that nobody knows.
-[[nodiscard]] HidingManners hidingMannersOf(std::string_view windowManager);
+[[nodiscard]] WindowManagerHabits habitsOf(std::string_view windowManager);
 
 }  // namespace linux_desktop
