@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "desktop/linux/keys/KeyModifiers.h"
 #include "platform/carbon/KeyCodes.h"
 #include "preferences/PreferencesTest.h"
 
@@ -24,6 +23,10 @@ constexpr Keycode kAE01 = 10;
 constexpr Keycode kAE03 = 12;
 constexpr Keycode kAC10 = 47;
 constexpr Keycode kAB10 = 61;
+
+// Shift, Caps Lock, Control, Alt, Num Lock, Super and the one for the third character.
+constexpr std::uint32_t kShiftBit = 1, kCapsBit = 2, kControlBit = 4, kAltBit = 8, kNumBit = 16,
+                        kSuperBit = 64, kThirdBit = 128;
 
 Keymap keymapOf(const char* layouts, const char* variants = "") {
   xkb_context* context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
@@ -74,14 +77,9 @@ TEST(Keymap, AKeyIsFoundByItsCharacterOnTheLayoutInEffect) {
 
 TEST(Keymap, ModifiersAreToldByTheKeysThatMakeThem) {
   using Flags = NSEventModifierFlags;
-  // Shift, Caps Lock, Control, Alt, Num Lock, Super and the one for the third character.
-  constexpr std::uint32_t kShiftBit = 1, kCapsBit = 2, kControlBit = 4, kAltBit = 8, kNumBit = 16,
-                          kSuperBit = 64, kThirdBit = 128;
   const Keymap german = keymapOf("de");
-  const linux_desktop::KeyModifiers modifiers(
-      [&](const auto& keysyms) { return german.modifiersSetBy(keysyms); });
   const auto press = [&](std::uint32_t state) {
-    return keyDownEvent(german, modifiers, 33, 0, state).value();
+    return keyDownEvent(german, 33, 0, state).value();
   };
   EXPECT_EQ(press(kControlBit | kAltBit | kNumBit).modifierFlags, Flags::Control | Flags::Option);
   EXPECT_EQ(press(kShiftBit | kSuperBit).modifierFlags, Flags::Shift | Flags::Command);
@@ -115,11 +113,11 @@ TEST(Keymap, AForeignLetterGivesTheLatinCharacterOfItsKey) {
 
 class RecordedKeysTest : public preferences::PreferencesTest {
  protected:
-  /// Records the key, held with these flags, and returns what the desktop was then asked for; none
-  /// when it was not taken.
+  /// Records the key, in that state of the modifiers, and returns what the desktop was then asked
+  /// for; none when it was not taken.
   [[nodiscard]] std::optional<preferences::Combination> recorded(const Keymap& keymap, Keycode key,
-                                                                 std::uint32_t flags) {
-    const auto press = linux_desktop::keyDownEvent(keymap, key, 0, flags);
+                                                                 std::uint32_t state) {
+    const auto press = linux_desktop::keyDownEvent(keymap, key, 0, state);
     if (!press) return std::nullopt;
     record(toggleApp);
     desk.screen.pressKey(*press);
@@ -135,11 +133,10 @@ TEST_F(RecordedKeysTest, WhatIsTakenIsTheKeyThatWasPressed) {
   for (const std::string layout : {"us", "de", "fr", "ru", "gr", "il", "ara", "es", "se", "tr",
                                    "cz", "jp", "in", "th", "bg", "ge", "am",  "ua", "ir", "mk"}) {
     const Keymap keymap = keymapOf(layout.c_str());
-    for (const std::uint32_t shift : {std::uint32_t{0}, NSEventModifierFlags::Shift}) {
+    for (const std::uint32_t shift : {std::uint32_t{0}, kShiftBit}) {
       std::set<std::uint32_t> codes;
       for (Keycode key = 8; key <= 255; ++key) {
-        const auto taken = recorded(
-            keymap, key, NSEventModifierFlags::Control | NSEventModifierFlags::Option | shift);
+        const auto taken = recorded(keymap, key, kControlBit | kAltBit | shift);
         if (!taken) continue;
         codes.insert(taken->keyCode);
         const auto code = static_cast<std::uint16_t>(taken->keyCode);

@@ -115,7 +115,6 @@ KeysDesk::KeysDesk(const char* session)
       keyboard_(linux_desktop::XKeyboard::open(program_.events())),
       xHotKeys_(linux_desktop::XHotKeys::open(program_.events(), *keyboard_)),
       hotKeys_(xHotKeys_.get()),
-      translator_(*keyboard_),
       other_(desk_) {
   QLoggingCategory::setFilterRules(QStringLiteral("calmdeck.keys.debug=true"));
   hotKeys_.setClient(this);
@@ -178,7 +177,7 @@ std::string KeysDesk::typed(const std::vector<std::uint8_t>& places) {
   program_.turn();
   for (const auto& [key, state] : other_.presses()) {
     const QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, key, 0, state);
-    const auto event = translator_.translate(press);
+    const auto event = keyboard_->translate(press);
     if (!event) continue;
     std::ostringstream line;
     line << event->keyCode << ' ' << std::hex << event->modifierFlags << ' '

@@ -108,7 +108,6 @@ class KeysDesk : public platform::port::HotKeysClient {
   std::unique_ptr<linux_desktop::XKeyboard> keyboard_;
   std::unique_ptr<linux_desktop::XHotKeys> xHotKeys_;
   linux_desktop::SessionHotKeys hotKeys_;
-  linux_desktop::XKeyTranslator translator_;
   Typewriter other_;
   Reports reports_;
 };

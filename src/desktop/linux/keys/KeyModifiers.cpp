@@ -1,18 +1,22 @@
 #include "desktop/linux/keys/KeyModifiers.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <iterator>
 #include <numeric>
 
+#include "desktop/linux/keys/Keymap.h"
+#include "platform/appkit/NSEvent.h"
 #include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
 namespace {
 
 using platform::NSEventModifierFlags;
-using Keysyms = KeyModifiers::Keysyms;
+/// Of the keys that make one modifier, left and right, without any other.
+using Keysyms = std::array<xkb_keysym_t, 2>;
 
 /// In XKB always the same one.
 constexpr std::uint32_t kCapsLock = 1U << 1U;
@@ -29,20 +33,17 @@ constexpr ModifierRow kModifiers[] = {
     {platform::shiftKey, NSEventModifierFlags::Shift, {XKB_KEY_Shift_L, XKB_KEY_Shift_R}},
     {platform::cmdKey, NSEventModifierFlags::Command, {XKB_KEY_Super_L, XKB_KEY_Super_R}},
 };
-constexpr Keysyms kNumLock{XKB_KEY_Num_Lock, XKB_KEY_Num_Lock};
-constexpr Keysyms kScrollLock{XKB_KEY_Scroll_Lock, XKB_KEY_Scroll_Lock};
+constexpr Keysyms kLocks{XKB_KEY_Num_Lock, XKB_KEY_Scroll_Lock};
 
 }  // namespace
 
-KeyModifiers::KeyModifiers(const std::function<std::uint32_t(const Keysyms& keysyms)>& bitsOf)
-    : locks_(kCapsLock) {
+KeyModifiers::KeyModifiers(const Keymap& keymap) : locks_(kCapsLock) {
   std::uint32_t held = 0;
   for (const ModifierRow& row : kModifiers) {
-    bits_.push_back(bitsOf(row.keysyms));
+    bits_.push_back(keymap.modifiersSetBy(row.keysyms));
     held |= bits_.back();
   }
-  locks_ |= bitsOf(kNumLock);
-  locks_ |= bitsOf(kScrollLock);
+  locks_ |= keymap.modifiersSetBy(kLocks);
   locks_ &= ~held;
 }
 
@@ -76,14 +77,6 @@ std::uint32_t KeyModifiers::flagsOf(std::uint32_t state) const {
 bool KeyModifiers::hasOthers(std::uint32_t state) const {
   const std::uint32_t known = std::accumulate(bits_.begin(), bits_.end(), locks_, std::bit_or());
   return (state & kAll & ~known) != 0;
-}
-
-std::optional<platform::NSEvent> keyDownEvent(const Keymap& keymap, const KeyModifiers& modifiers,
-                                              Keycode key, KeyboardGroup group,
-                                              std::uint32_t state) {
-  auto event = keyDownEvent(keymap, key, group, modifiers.flagsOf(state));
-  if (event && modifiers.hasOthers(state)) event->charactersIgnoringModifiers.reset();
-  return event;
 }
 
 }  // namespace linux_desktop

@@ -1,17 +1,11 @@
 #pragma once
 
-#include <xkbcommon/xkbcommon.h>
-
-#include <array>
 #include <cstdint>
-#include <functional>
-#include <optional>
 #include <vector>
 
-#include "desktop/linux/keys/Keymap.h"
-#include "platform/appkit/NSEvent.h"
-
 namespace linux_desktop {
+
+class Keymap;
 
 /// Which bits of a key event's state stand for which modifiers: any keyboard may have its own. A
 /// value.
@@ -20,10 +14,7 @@ class KeyModifiers {
   /// All bits that modifiers may have.
   static constexpr std::uint32_t kAll = 0xff;
 
-  /// Of the keys that make one modifier, left and right, without any other.
-  using Keysyms = std::array<xkb_keysym_t, 2>;
-  /// Tells which bits the keys with one of these keysyms set.
-  explicit KeyModifiers(const std::function<std::uint32_t(const Keysyms& keysyms)>& bitsOf);
+  explicit KeyModifiers(const Keymap& keymap);
 
   /// Every state in which the modifiers of a hot-key mask are held and no others, whichever locks
   /// are on. None when the keyboard lacks one of them or the mask has other bits.
@@ -34,8 +25,6 @@ class KeyModifiers {
   /// character.
   [[nodiscard]] bool hasOthers(std::uint32_t state) const;
 
-  bool operator==(const KeyModifiers&) const = default;
-
  private:
   /// In the order of the table. A modifier is held while any of its bits is set: each of its keys
   /// may set another one. 0: the keyboard lacks it.
@@ -43,12 +32,5 @@ class KeyModifiers {
   /// Of the lock keys (Caps Lock, Num Lock, Scroll Lock), which say nothing of what the user holds.
   std::uint32_t locks_;
 };
-
-/// The event of a key that went down in a state of the modifiers; see Keymap.h. It has no
-/// characters either while a modifier is held that no hot key can have.
-[[nodiscard]] std::optional<platform::NSEvent> keyDownEvent(const Keymap& keymap,
-                                                            const KeyModifiers& modifiers,
-                                                            Keycode key, KeyboardGroup group,
-                                                            std::uint32_t state);
 
 }  // namespace linux_desktop

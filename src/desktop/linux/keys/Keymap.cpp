@@ -65,10 +65,18 @@ std::vector<xkb_keysym_t> keysymsOf(std::uint16_t code) {
 
 }  // namespace
 
+XkbContext newXkbContext() {
+  XkbContext context(xkb_context_new(static_cast<xkb_context_flags>(
+      XKB_CONTEXT_NO_DEFAULT_INCLUDES | XKB_CONTEXT_NO_ENVIRONMENT_NAMES)));
+  xkb_context_set_log_level(context.get(), XKB_LOG_LEVEL_CRITICAL);
+  return context;
+}
+
 Keymap::Keymap(xkb_keymap* keymap)
     : keymap_(keymap),
       states_{State(xkb_state_new(keymap)), State(xkb_state_new(keymap))},
-      shift_(xkb_mod_mask_t{1} << xkb_keymap_mod_get_index(keymap, XKB_MOD_NAME_SHIFT)) {}
+      shift_(xkb_mod_mask_t{1} << xkb_keymap_mod_get_index(keymap, XKB_MOD_NAME_SHIFT)),
+      modifiers_(*this) {}
 
 xkb_keysym_t Keymap::keysym(Keycode key, KeyboardGroup group, bool shift) const {
   xkb_state* state = states_[shift ? 1 : 0].get();
@@ -246,13 +254,16 @@ std::optional<std::string> nameOf(const Keymap& keymap, Keycode key, KeyboardGro
 }  // namespace
 
 std::optional<platform::NSEvent> keyDownEvent(const Keymap& keymap, Keycode key,
-                                              KeyboardGroup group, std::uint32_t flags) {
+                                              KeyboardGroup group, std::uint32_t state) {
   if (keymap.isModifier(key, group)) return std::nullopt;
+  const std::uint32_t flags = keymap.modifiers().flagsOf(state);
   platform::NSEvent event;
   event.type = platform::NSEventType::KeyDown;
   event.keyCode = keymap.codeOf(key, group);
   const bool shift = (flags & NSEventModifierFlags::Shift) != 0;
-  event.charactersIgnoringModifiers = nameOf(keymap, key, group, shift);
+  if (!keymap.modifiers().hasOthers(state)) {
+    event.charactersIgnoringModifiers = nameOf(keymap, key, group, shift);
+  }
   event.modifierFlags = flags;
   const std::string text = keymap.textOf(key, group, shift).value_or("");
   if (keymap.isOnKeypad(key, group) || isArrowText(text)) {

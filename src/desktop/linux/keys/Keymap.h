@@ -11,9 +11,22 @@
 #include <string>
 #include <vector>
 
+#include "desktop/linux/keys/KeyModifiers.h"
 #include "platform/appkit/NSEvent.h"
 
 namespace linux_desktop {
+
+template <auto free>
+struct XkbUnref {
+  template <class T>
+  void operator()(T* object) const {
+    free(object);
+  }
+};
+
+/// What keymaps that come from elsewhere are made in: it looks at no files, and says nothing.
+using XkbContext = std::unique_ptr<xkb_context, XkbUnref<xkb_context_unref>>;
+[[nodiscard]] XkbContext newXkbContext();
 
 /// The number of a key at the X server.
 using Keycode = xkb_keycode_t;
@@ -53,6 +66,8 @@ class Keymap {
   [[nodiscard]] std::string layoutName(KeyboardGroup group) const;
   /// What the key gives without any modifier on the first layout, which is how modifiers are told.
   [[nodiscard]] xkb_keysym_t firstKeysym(Keycode key) const;
+  /// Its modifiers.
+  [[nodiscard]] const KeyModifiers& modifiers() const { return modifiers_; }
   /// The bits of the modifiers that keys with one of these keysyms set, without any other and on
   /// the first layout.
   [[nodiscard]] std::uint32_t modifiersSetBy(std::span<const xkb_keysym_t> keysyms) const;
@@ -62,32 +77,26 @@ class Keymap {
   [[nodiscard]] bool isOnKeypad(Keycode key, KeyboardGroup group) const;
 
  private:
-  template <auto free>
-  struct Unref {
-    template <class T>
-    void operator()(T* object) const {
-      free(object);
-    }
-  };
-  using State = std::unique_ptr<xkb_state, Unref<xkb_state_unref>>;
+  using State = std::unique_ptr<xkb_state, XkbUnref<xkb_state_unref>>;
 
   [[nodiscard]] xkb_keysym_t latinKeysym(Keycode key, KeyboardGroup group, bool shift) const;
   /// All that the key has on a layout, the plain one first.
   [[nodiscard]] std::vector<xkb_keysym_t> keysyms(Keycode key, KeyboardGroup group) const;
   [[nodiscard]] std::vector<Keycode> keysWhere(const std::function<bool(Keycode)>& test) const;
 
-  std::unique_ptr<xkb_keymap, Unref<xkb_keymap_unref>> keymap_;
+  std::unique_ptr<xkb_keymap, XkbUnref<xkb_keymap_unref>> keymap_;
   /// Without Shift, and with it.
   std::array<State, 2> states_;
   xkb_mod_mask_t shift_;
+  KeyModifiers modifiers_;
 };
 
-/// The event of a key that went down while the modifiers in `flags` (NSEventModifierFlags) were
-/// held; none for a modifier key. It has characters only where a hot key that is made by them is
-/// one of this very key: the key's own, or those that it has with the other state of Shift, as "1"
-/// for the "&" of a French keyboard.
+/// The event of a key that went down in a state of the modifiers; none for a modifier key. It has
+/// characters only where a hot key that is made by them is one of this very key: the key's own, or
+/// those that it has with the other state of Shift, as "1" for the "&" of a French keyboard; and
+/// none while a modifier is held that no hot key can have.
 [[nodiscard]] std::optional<platform::NSEvent> keyDownEvent(const Keymap& keymap, Keycode key,
                                                             KeyboardGroup group,
-                                                            std::uint32_t flags);
+                                                            std::uint32_t state);
 
 }  // namespace linux_desktop

@@ -17,15 +17,12 @@ constexpr std::chrono::milliseconds kPatience{300};
 }  // namespace
 
 WaylandKeyboard::WaylandKeyboard(const QtWayland& qt)
-    : context_(xkb_context_new(static_cast<xkb_context_flags>(XKB_CONTEXT_NO_DEFAULT_INCLUDES |
-                                                              XKB_CONTEXT_NO_ENVIRONMENT_NAMES))),
-      seat_(qt.bindAwaited<wl_seat>(wl_seat_interface, kSeatVersion)) {
+    : seat_(qt.bindAwaited<wl_seat>(wl_seat_interface, kSeatVersion)) {
   static constexpr wl_seat_listener kListener{
       [](void* self, wl_seat*, std::uint32_t capabilities) {
         static_cast<WaylandKeyboard*>(self)->follow(capabilities);
       },
       [](void*, wl_seat*, const char*) {}};
-  xkb_context_set_log_level(context_.get(), XKB_LOG_LEVEL_CRITICAL);
   if (!seat_) return;
   wl_seat_add_listener(seat_.get(), &kListener, this);
   // Hot keys are registered before the event loop runs.
@@ -33,7 +30,7 @@ WaylandKeyboard::WaylandKeyboard(const QtWayland& qt)
       *seat_, [this] { return isSeatKnown_; }, kPatience);
   if (!keyboard_) return;
   qt.waitFor(
-      *keyboard_, [this] { return loaded_.has_value(); }, kPatience);
+      *keyboard_, [this] { return keymap_.has_value(); }, kPatience);
 }
 
 void WaylandKeyboard::follow(std::uint32_t capabilities) {
@@ -65,25 +62,22 @@ void WaylandKeyboard::follow(std::uint32_t capabilities) {
 void WaylandKeyboard::load(int file, std::uint32_t size) {
   void* text = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
   if (text == MAP_FAILED) return;
+  const XkbContext context = newXkbContext();
   xkb_keymap* keymap =
-      xkb_keymap_new_from_string(context_.get(), static_cast<const char*>(text),
+      xkb_keymap_new_from_string(context.get(), static_cast<const char*>(text),
                                  XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS);
   ::munmap(text, size);
   if (keymap == nullptr) {
     qCWarning(lcKeys, "the compositor's keyboard layout cannot be read");
     return;
   }
-  Keymap made(keymap);
-  const KeyModifiers modifiers(
-      [&made](const KeyModifiers::Keysyms& keysyms) { return made.modifiersSetBy(keysyms); });
-  loaded_.emplace(Loaded{std::move(made), modifiers});
+  keymap_.emplace(keymap);
   if (changed_) changed_();
 }
 
 std::optional<platform::NSEvent> WaylandKeyboard::translate(const QKeyEvent& press) {
-  if (!loaded_ || press.nativeScanCode() == 0) return std::nullopt;
-  return keyDownEvent(loaded_->keymap, loaded_->modifiers, press.nativeScanCode(), group_,
-                      press.nativeModifiers());
+  if (!keymap_ || press.nativeScanCode() == 0) return std::nullopt;
+  return keyDownEvent(*keymap_, press.nativeScanCode(), group_, press.nativeModifiers());
 }
 
 }  // namespace linux_desktop

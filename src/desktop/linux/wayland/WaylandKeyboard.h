@@ -1,15 +1,12 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <utility>
 
-#include "desktop/linux/keys/KeyModifiers.h"
+#include "desktop/linux/keys/Keymap.h"
 #include "desktop/linux/wayland/QtWayland.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
-
-struct xkb_context;
 
 namespace linux_desktop {
 
@@ -25,27 +22,18 @@ class WaylandKeyboard final : public KeyTranslator {
   /// Null where there is none.
   [[nodiscard]] wl_seat* seat() const { return seat_.get(); }
   /// Null where there is no keyboard, or it does not tell.
-  [[nodiscard]] const Keymap* keymap() const { return loaded_ ? &loaded_->keymap : nullptr; }
+  [[nodiscard]] const Keymap* keymap() const { return keymap_ ? &*keymap_ : nullptr; }
   /// Called out of the event loop with every change of that.
   void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
   [[nodiscard]] std::optional<platform::NSEvent> translate(const QKeyEvent& press) override;
 
  private:
-  struct FreeContext {
-    void operator()(xkb_context* context) const { xkb_context_unref(context); }
-  };
-  struct Loaded {
-    Keymap keymap;
-    KeyModifiers modifiers;
-  };
-
   void follow(std::uint32_t capabilities);
   void load(int file, std::uint32_t size);
 
-  std::unique_ptr<xkb_context, FreeContext> context_;
   WaylandProxy<wl_seat> seat_;
   WaylandProxy<wl_keyboard> keyboard_;
-  std::optional<Loaded> loaded_;
+  std::optional<Keymap> keymap_;
   KeyboardGroup group_ = 0;
   bool isSeatKnown_ = false;
   std::function<void()> changed_;

@@ -35,9 +35,7 @@ bool X11WindowSystem::isReachable() {
 X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)
     : server_(std::move(server)), keyboard_(XKeyboard::open(events_)) {
   covers_.setIconsChanged([this] { shown_.lookAgain(); });
-  if (!keyboard_) return;
-  hotKeys_ = XHotKeys::open(events_, *keyboard_);
-  translator_.emplace(*keyboard_);
+  if (keyboard_) hotKeys_ = XHotKeys::open(events_, *keyboard_);
 }
 
 QByteArray X11WindowSystem::i3Socket() {

@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <memory>
-#include <optional>
 
 #include "desktop/linux/windowsystem/DesktopView.h"
 #include "desktop/linux/x11/MonitorPictures.h"
@@ -43,7 +42,7 @@ class X11WindowSystem {
   [[nodiscard]] platform::port::HotKeys* hotKeys() {
     return seesDesktop() ? hotKeys_.get() : nullptr;
   }
-  [[nodiscard]] KeyTranslator* keyTranslator() { return translator_ ? &*translator_ : nullptr; }
+  [[nodiscard]] KeyTranslator* keyTranslator() { return keyboard_.get(); }
 
   /// Where i3 takes commands; empty where another window manager runs.
   [[nodiscard]] QByteArray i3Socket();
@@ -73,10 +72,9 @@ class X11WindowSystem {
   XCovers covers_{events_, screens_};
   XApplications applications_{events_};
   Sight sight_ = look();
-  /// Null where the server has no XKB, and then the two that need it are absent.
+  /// Null where the server has no XKB, and then there are no hot keys either.
   std::unique_ptr<XKeyboard> keyboard_;
   std::unique_ptr<XHotKeys> hotKeys_;
-  std::optional<XKeyTranslator> translator_;
 };
 
 }  // namespace linux_desktop

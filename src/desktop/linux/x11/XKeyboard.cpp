@@ -2,13 +2,10 @@
 
 #include <xkbcommon/xkbcommon-x11.h>
 
-#include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <limits>
 #include <utility>
 
-#include "desktop/linux/keys/Keymap.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/x11/Xkb.h"
 #include "platform/appkit/NSEvent.h"
@@ -19,26 +16,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kSettling{120};
 
-/// The bits that keys with one of these keysyms set.
-std::uint32_t bitsOf(const KeyModifiers::Keysyms& keysyms,
-                     const xcb_get_modifier_mapping_reply_t& mapping, const Keymap& keymap) {
-  const xcb_keycode_t* keys = xcb_get_modifier_mapping_keycodes(&mapping);
-  const std::size_t width = mapping.keycodes_per_modifier;
-  std::uint32_t bits = 0;
-  for (std::size_t i = 0; i < 8 * width; ++i) {
-    if (keys[i] == 0 || std::ranges::find(keysyms, keymap.firstKeysym(keys[i])) == keysyms.end()) {
-      continue;
-    }
-    bits |= 1U << (i / width);
-  }
-  return bits;
-}
-
 }  // namespace
-
-void XKeyboard::FreeContext::operator()(xkb_context* context) const {
-  xkb_context_unref(context);
-}
 
 std::unique_ptr<XKeyboard> XKeyboard::open(XEvents& events) {
   std::uint8_t firstEvent = 0;
@@ -51,11 +29,7 @@ std::unique_ptr<XKeyboard> XKeyboard::open(XEvents& events) {
   return std::unique_ptr<XKeyboard>(new XKeyboard(events, firstEvent));
 }
 
-XKeyboard::XKeyboard(XEvents& events, std::uint8_t firstEvent)
-    : events_(events),
-      context_(xkb_context_new(static_cast<xkb_context_flags>(XKB_CONTEXT_NO_DEFAULT_INCLUDES |
-                                                              XKB_CONTEXT_NO_ENVIRONMENT_NAMES))) {
-  xkb_context_set_log_level(context_.get(), XKB_LOG_LEVEL_CRITICAL);
+XKeyboard::XKeyboard(XEvents& events, std::uint8_t firstEvent) : events_(events) {
   watch_ = events.watchExtension(firstEvent,
                                  [this](const xcb_generic_event_t& event) { handle(event); });
   settling_.setSingleShot(true);
@@ -65,8 +39,6 @@ XKeyboard::XKeyboard(XEvents& events, std::uint8_t firstEvent)
   });
   selectEvents();
 }
-
-XKeyboard::~XKeyboard() = default;
 
 void XKeyboard::selectEvents() {
   xcb_connection_t* connection = events_.server().get();
@@ -96,30 +68,18 @@ void XKeyboard::handle(const xcb_generic_event_t& event) {
   settling_.start();
 }
 
-std::optional<XKeyboard::Loaded> XKeyboard::read() const {
-  xcb_connection_t* connection = events_.server().get();
-  const auto mappingCookie = xcb_get_modifier_mapping(connection);
-  const std::int32_t device = xkb_x11_get_core_keyboard_device_id(connection);
-  xkb_keymap* keymap = xkb_x11_keymap_new_from_device(context_.get(), connection, device,
-                                                      XKB_KEYMAP_COMPILE_NO_FLAGS);
-  const XReply<xcb_get_modifier_mapping_reply_t> mapping(
-      xcb_get_modifier_mapping_reply(connection, mappingCookie, nullptr));
-  if (keymap == nullptr) return std::nullopt;
-  Keymap made(keymap);
-  if (!mapping) return std::nullopt;
-  const KeyModifiers modifiers(
-      [&](const KeyModifiers::Keysyms& keysyms) { return bitsOf(keysyms, *mapping, made); });
-  return Loaded{std::move(made), modifiers};
-}
-
 void XKeyboard::load() {
   if (!std::exchange(isStale_, false)) return;
   xcb_connection_t* connection = events_.server().get();
   const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
       connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
   if (state) group_ = state->group;
-  if (auto now = read()) {
-    loaded_ = std::move(now);
+  const XkbContext context = newXkbContext();
+  xkb_keymap* now = xkb_x11_keymap_new_from_device(context.get(), connection,
+                                                   xkb_x11_get_core_keyboard_device_id(connection),
+                                                   XKB_KEYMAP_COMPILE_NO_FLAGS);
+  if (now != nullptr) {
+    keymap_.emplace(now);
   } else {
     qCWarning(lcKeys, "the server does not tell the keyboard's layout");
   }
@@ -127,34 +87,28 @@ void XKeyboard::load() {
 
 const Keymap* XKeyboard::keymap() {
   load();
-  return loaded_ ? &loaded_->keymap : nullptr;
-}
-
-const KeyModifiers* XKeyboard::modifiers() {
-  load();
-  return loaded_ ? &loaded_->modifiers : nullptr;
+  return keymap_ ? &*keymap_ : nullptr;
 }
 
 std::optional<XChord> XKeyboard::chordOf(std::uint32_t keyCode, std::uint32_t modifiers) {
-  load();
-  if (!loaded_ || keyCode > std::numeric_limits<std::uint16_t>::max()) return std::nullopt;
-  XChord chord{{}, loaded_->modifiers.statesOf(modifiers)};
+  const Keymap* keymap = this->keymap();
+  if (keymap == nullptr || keyCode > std::numeric_limits<std::uint16_t>::max()) return std::nullopt;
+  XChord chord{{}, keymap->modifiers().statesOf(modifiers)};
   const bool shift = (modifiers & platform::shiftKey) != 0;
-  for (const Keycode key :
-       loaded_->keymap.keysOf(static_cast<std::uint16_t>(keyCode), group_, shift)) {
+  for (const Keycode key : keymap->keysOf(static_cast<std::uint16_t>(keyCode), group_, shift)) {
     chord.keys.push_back(static_cast<xcb_keycode_t>(key));
   }
   if (chord.keys.empty() || chord.states.empty()) return std::nullopt;
   return chord;
 }
 
-std::optional<platform::NSEvent> XKeyTranslator::translate(const QKeyEvent& press) {
-  const Keymap* keymap = keyboard_.keymap();
+std::optional<platform::NSEvent> XKeyboard::translate(const QKeyEvent& press) {
+  const Keymap* keymap = this->keymap();
   if (keymap == nullptr || press.nativeScanCode() == 0) return std::nullopt;
   const std::uint32_t state = press.nativeModifiers();
   // Where XKB has the layout in the state of a key event.
   const KeyboardGroup group = state >> 13U & 3U;
-  return keyDownEvent(*keymap, *keyboard_.modifiers(), press.nativeScanCode(), group, state);
+  return keyDownEvent(*keymap, press.nativeScanCode(), group, state);
 }
 
 }  // namespace linux_desktop

@@ -9,12 +9,9 @@
 #include <optional>
 #include <vector>
 
-#include "desktop/linux/keys/KeyModifiers.h"
 #include "desktop/linux/keys/Keymap.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/xserver/XEvents.h"
-
-struct xkb_context;
 
 namespace linux_desktop {
 
@@ -28,11 +25,10 @@ struct XChord {
 
 /// The keyboard that the user types on, kept current: its layouts, which of them is in effect, and
 /// its modifiers. Main thread only.
-class XKeyboard {
+class XKeyboard final : public KeyTranslator {
  public:
   /// Null, after one line on standard error, where the server has no XKB. `events` outlives this.
   [[nodiscard]] static std::unique_ptr<XKeyboard> open(XEvents& events);
-  ~XKeyboard();
   XKeyboard(const XKeyboard&) = delete;
   XKeyboard& operator=(const XKeyboard&) = delete;
 
@@ -40,50 +36,30 @@ class XKeyboard {
   void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
 
   // What follows may ask the server. Null or none when it cannot tell, after one line.
+
   [[nodiscard]] const Keymap* keymap();
-  [[nodiscard]] const KeyModifiers* modifiers();
   /// The layout in effect.
   [[nodiscard]] KeyboardGroup group() const { return group_; }
   /// What to press for a virtual key code with a mask of `platform/carbon/KeyCodes.h`. None where
   /// the keyboard lacks the key or a modifier.
   [[nodiscard]] std::optional<XChord> chordOf(std::uint32_t keyCode, std::uint32_t modifiers);
+  /// Of a key press that Qt took from the server.
+  [[nodiscard]] std::optional<platform::NSEvent> translate(const QKeyEvent& press) override;
 
  private:
-  struct Loaded {
-    Keymap keymap;
-    KeyModifiers modifiers;
-  };
-  struct FreeContext {
-    void operator()(xkb_context* context) const;
-  };
-
   XKeyboard(XEvents& events, std::uint8_t firstEvent);
   void selectEvents();
   void handle(const xcb_generic_event_t& event);
-  [[nodiscard]] std::optional<Loaded> read() const;
   void load();
 
   XEvents& events_;
-  std::unique_ptr<xkb_context, FreeContext> context_;
   std::unique_ptr<XEvents::Watch> watch_;
-  std::optional<Loaded> loaded_;
+  std::optional<Keymap> keymap_;
   bool isStale_ = true;
   KeyboardGroup group_ = 0;
   std::function<void()> changed_;
   /// One change arrives as several events, with states between them that nobody types in.
   QTimer settling_;
-};
-
-/// Of key presses that Qt took from the X server.
-class XKeyTranslator final : public KeyTranslator {
- public:
-  /// `keyboard` outlives this.
-  explicit XKeyTranslator(XKeyboard& keyboard) : keyboard_(keyboard) {}
-
-  [[nodiscard]] std::optional<platform::NSEvent> translate(const QKeyEvent& press) override;
-
- private:
-  XKeyboard& keyboard_;
 };
 
 }  // namespace linux_desktop
