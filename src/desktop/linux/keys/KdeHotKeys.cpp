@@ -1,44 +1,25 @@
 #include "desktop/linux/keys/KdeHotKeys.h"
 
-#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMetaType>
 #include <QKeySequence>
 #include <algorithm>
 #include <array>
+#include <tuple>
 #include <utility>
 
+#include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/keys/KeyTable.h"
 #include "desktop/linux/log/Log.h"
 #include "platform/carbon/CarbonEvents.h"
-#include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
 
 /// Up to four keys one after the other, of which ours is the first.
 struct KdeKeySequence {
   QList<int> keys{0, 0, 0, 0};
+  static constexpr auto kFields = std::tuple(&KdeKeySequence::keys);
 };
-
-}  // namespace linux_desktop
-
-Q_DECLARE_METATYPE(linux_desktop::KdeKeySequence)
-
-namespace linux_desktop {
-
-QDBusArgument& operator<<(QDBusArgument& argument, const KdeKeySequence& sequence) {
-  argument.beginStructure();
-  argument << sequence.keys;
-  argument.endStructure();
-  return argument;
-}
-
-const QDBusArgument& operator>>(const QDBusArgument& argument, KdeKeySequence& sequence) {
-  argument.beginStructure();
-  argument >> sequence.keys;
-  argument.endStructure();
-  return argument;
-}
 
 namespace {
 

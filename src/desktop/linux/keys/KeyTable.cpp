@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "platform/carbon/KeyCodes.h"
@@ -70,21 +71,25 @@ constexpr KeyRow kKeys[] = {
 };
 // clang-format on
 
-constexpr std::pair<std::uint32_t, const char*> kModifierNames[] = {
-    {platform::controlKey, "Control+"},
-    {platform::optionKey, "Alt+"},
-    {platform::shiftKey, "Shift+"},
-    {platform::cmdKey, "Super+"},
-};
+constexpr std::array<std::uint32_t, 4> kModifiers{controlKey, optionKey, shiftKey, cmdKey};
+
+/// The preferred one of a code; null where no shortcut can have it.
+const KeyRow* rowOf(std::uint32_t code) {
+  const auto* row = std::ranges::find(kKeys, code, &KeyRow::code);
+  return row == std::end(kKeys) ? nullptr : row;
+}
 
 std::string keyName(std::uint32_t code) {
-  const auto keys = keyTable();
-  const auto row = std::ranges::find(keys, code, &KeyRow::code);
+  const KeyRow* row = rowOf(code);
   std::array<char, 64> name{};
-  if (row == keys.end() || xkb_keysym_get_name(row->keysym, name.data(), name.size()) < 0) {
+  if (row == nullptr || xkb_keysym_get_name(row->keysym, name.data(), name.size()) < 0) {
     return "key " + std::to_string(code);
   }
   return name.data();
+}
+
+bool isFunctionKey(xkb_keysym_t keysym) {
+  return keysym >= XKB_KEY_F1 && keysym <= XKB_KEY_F20;
 }
 
 }  // namespace
@@ -98,10 +103,11 @@ const KeyRow* keyRowOf(xkb_keysym_t keysym) {
   return row == std::end(kKeys) ? nullptr : row;
 }
 
-std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers) {
+std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers,
+                            const ModifierNames& names) {
   std::string name;
-  for (const auto& [bit, text] : kModifierNames) {
-    if ((modifiers & bit) != 0) name += text;
+  for (std::size_t i = 0; i < kModifiers.size(); ++i) {
+    if ((modifiers & kModifiers[i]) != 0) name += names[i];
   }
   return name + keyName(keyCode);
 }
@@ -118,17 +124,11 @@ constexpr std::pair<xkb_keysym_t, Qt::Key> kNamedKeys[] = {
     {XKB_KEY_Delete, Qt::Key_Delete},  {XKB_KEY_Help, Qt::Key_Help},
 };
 
-constexpr std::pair<std::uint32_t, Qt::KeyboardModifier> kModifiers[] = {
-    {platform::controlKey, Qt::ControlModifier},
-    {platform::optionKey, Qt::AltModifier},
-    {platform::shiftKey, Qt::ShiftModifier},
-    {platform::cmdKey, Qt::MetaModifier},
-};
+constexpr std::array kQtModifiers{Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier,
+                                  Qt::MetaModifier};
 
 std::optional<int> plainKeyOf(xkb_keysym_t keysym) {
-  if (keysym >= XKB_KEY_F1 && keysym <= XKB_KEY_F20) {
-    return Qt::Key_F1 + static_cast<int>(keysym - XKB_KEY_F1);
-  }
+  if (isFunctionKey(keysym)) return Qt::Key_F1 + static_cast<int>(keysym - XKB_KEY_F1);
   // Those of characters are the characters, letters in capitals.
   if (keysym <= XKB_KEY_asciitilde) return static_cast<int>(xkb_keysym_to_upper(keysym));
   const auto* named =
@@ -140,72 +140,50 @@ std::optional<int> plainKeyOf(xkb_keysym_t keysym) {
 }  // namespace
 
 std::optional<int> qtKeyOf(std::uint32_t keyCode, std::uint32_t modifiers) {
-  const auto keys = keyTable();
-  const auto row = std::ranges::find(keys, keyCode, &KeyRow::code);
-  if (row == keys.end()) return std::nullopt;
+  const KeyRow* row = rowOf(keyCode);
+  if (row == nullptr) return std::nullopt;
   auto key = plainKeyOf(row->keysym);
   const bool isLetter = row->keysym >= XKB_KEY_a && row->keysym <= XKB_KEY_z;
   const bool isOtherCharacter =
       row->keysym > XKB_KEY_space && row->keysym <= XKB_KEY_asciitilde && !isLetter;
-  if (!key || (isOtherCharacter && (modifiers & platform::shiftKey) != 0)) return std::nullopt;
-  for (const auto& [bit, modifier] : kModifiers) {
-    if ((modifiers & bit) != 0) *key |= static_cast<int>(modifier);
+  if (!key || (isOtherCharacter && (modifiers & shiftKey) != 0)) return std::nullopt;
+  for (std::size_t i = 0; i < kModifiers.size(); ++i) {
+    if ((modifiers & kModifiers[i]) != 0) *key |= static_cast<int>(kQtModifiers[i]);
   }
   return key;
 }
 
 namespace {
 
-/// With Control alone.
-constexpr std::uint16_t kProgramsKeys[] = {
-    platform::kVK_ANSI_A,  // select all
-    platform::kVK_ANSI_C,  // copy
-    platform::kVK_ANSI_F,  // find
-    platform::kVK_ANSI_L,  // to the address
-    platform::kVK_ANSI_N,  // new
-    platform::kVK_ANSI_O,  // open
-    platform::kVK_ANSI_P,  // print
-    platform::kVK_ANSI_Q,  // quit
-    platform::kVK_ANSI_R,  // load again
-    platform::kVK_ANSI_S,  // save
-    platform::kVK_ANSI_T,  // a new tab
-    platform::kVK_ANSI_V,  // paste
-    platform::kVK_ANSI_W,  // close
-    platform::kVK_ANSI_X,  // cut
-    platform::kVK_ANSI_Y,  // redo
-    platform::kVK_ANSI_Z,  // undo
-    platform::kVK_ANSI_0,  // larger, smaller and back
-    platform::kVK_ANSI_Equal,    platform::kVK_ANSI_Minus,
-    platform::kVK_Tab,  // the next tab
-    platform::kVK_PageUp,        platform::kVK_PageDown,
-    platform::kVK_Return,  // send
-    platform::kVK_Delete,  // a word back
-    platform::kVK_ForwardDelete,
-    platform::kVK_LeftArrow,  // a word on
-    platform::kVK_RightArrow,
-    platform::kVK_UpArrow,  // a paragraph on
-    platform::kVK_DownArrow,
-    platform::kVK_Home,  // to the ends of the text
-    platform::kVK_End,
-};
+// What nearly every program does with Control alone.
+
+/// Selects all, copies, finds, goes to the address, makes new, opens, prints, quits, loads again,
+/// saves, opens a tab, pastes, closes, cuts, redoes, undoes; larger, smaller and back.
+constexpr std::string_view kProgramsCharacters = "acflnopqrstvwxyz=-0";
+/// Goes to the next tab or page, sends, deletes and passes over words, paragraphs and the text.
+constexpr std::array kProgramsKeys{XKB_KEY_Tab,    XKB_KEY_Page_Up,   XKB_KEY_Page_Down,
+                                   XKB_KEY_Return, XKB_KEY_BackSpace, XKB_KEY_Delete,
+                                   XKB_KEY_Left,   XKB_KEY_Right,     XKB_KEY_Up,
+                                   XKB_KEY_Down,   XKB_KEY_Home,      XKB_KEY_End};
+
+bool isForPrograms(xkb_keysym_t keysym) {
+  const auto isIt = [keysym](auto each) { return static_cast<xkb_keysym_t>(each) == keysym; };
+  return std::ranges::any_of(kProgramsCharacters, isIt) || std::ranges::any_of(kProgramsKeys, isIt);
+}
 
 /// Whether Shift alone makes of the key what it is in a text: a capital, another character, a
 /// selection. Of all keys only these are for nothing else.
-bool isForTexts(std::uint32_t keyCode) {
-  const auto keys = keyTable();
-  const auto row = std::ranges::find(keys, keyCode, &KeyRow::code);
-  if (row == keys.end()) return false;
-  const bool isFunctionKey = row->keysym >= XKB_KEY_F1 && row->keysym <= XKB_KEY_F20;
-  return !isFunctionKey && row->keysym < XKB_KEY_XF86AudioLowerVolume;
+bool isForTexts(xkb_keysym_t keysym) {
+  return !isFunctionKey(keysym) && keysym < XKB_KEY_XF86AudioLowerVolume;
 }
 
 }  // namespace
 
 bool isReservedForPrograms(std::uint32_t keyCode, std::uint32_t modifiers) {
-  if (modifiers == 0) return true;
-  if (modifiers == platform::shiftKey) return isForTexts(keyCode);
-  return modifiers == platform::controlKey &&
-         std::ranges::find(kProgramsKeys, keyCode) != std::end(kProgramsKeys);
+  const KeyRow* row = rowOf(keyCode);
+  if (modifiers == 0 || row == nullptr) return modifiers == 0;
+  return (modifiers == shiftKey && isForTexts(row->keysym)) ||
+         (modifiers == controlKey && isForPrograms(row->keysym));
 }
 
 }  // namespace linux_desktop

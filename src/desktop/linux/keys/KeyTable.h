@@ -2,6 +2,7 @@
 
 #include <xkbcommon/xkbcommon.h>
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -24,8 +25,14 @@ struct KeyRow {
 /// Null when no key has that keysym. A capital letter is its small one.
 [[nodiscard]] const KeyRow* keyRowOf(xkb_keysym_t keysym);
 
-/// A combination as people here read it, "Control+Alt+p"; of `platform/carbon/KeyCodes.h`.
-[[nodiscard]] std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers);
+/// What is written for Control, Option, Shift and Command before a key.
+using ModifierNames = std::array<const char*, 4>;
+
+/// A combination of `platform/carbon/KeyCodes.h`; by itself as people here read it,
+/// "Control+Alt+p".
+[[nodiscard]] std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers,
+                                          const ModifierNames& names = {"Control+", "Alt+",
+                                                                        "Shift+", "Super+"});
 
 /// A combination of `platform/carbon/KeyCodes.h` as Qt and KDE write it in one number. None for
 /// what they would write in another way on each layout: keys of the block of digits, and Shift with

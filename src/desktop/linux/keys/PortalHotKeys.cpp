@@ -11,7 +11,6 @@
 #include "desktop/linux/keys/KeyTable.h"
 #include "desktop/linux/log/Log.h"
 #include "platform/carbon/CarbonEvents.h"
-#include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
 namespace {
@@ -25,21 +24,8 @@ const QString kSession = QStringLiteral("org.freedesktop.portal.Session");
 // In milliseconds; it may have to start.
 constexpr int kPatience = 2000;
 
-constexpr std::pair<std::uint32_t, const char*> kModifiers[] = {
-    {platform::controlKey, "CTRL+"},
-    {platform::optionKey, "ALT+"},
-    {platform::shiftKey, "SHIFT+"},
-    {platform::cmdKey, "LOGO+"},
-};
-
 /// As the portal has combinations written (freedesktop.org, "Shortcuts").
-QString triggerOf(std::uint32_t keyCode, std::uint32_t modifiers) {
-  QString text;
-  for (const auto& [bit, name] : kModifiers) {
-    if ((modifiers & bit) != 0) text += QLatin1String(name);
-  }
-  return text + QString::fromStdString(combinationName(keyCode, 0));
-}
+constexpr ModifierNames kModifiers{"CTRL+", "ALT+", "SHIFT+", "LOGO+"};
 
 QDBusMessage portalCall(const QString& path, const QString& interface, const QString& method,
                         const QVariantList& arguments) {
@@ -99,7 +85,8 @@ platform::OSStatus PortalHotKeys::registerHotKey(platform::port::HotKeyNumber nu
   if (std::ranges::find(hotKeys_, id, &HotKey::id) != hotKeys_.end())
     return platform::eventHotKeyExistsErr;
   listen();
-  hotKeys_.push_back({number, id, triggerOf(keyCode, modifiers)});
+  hotKeys_.push_back(
+      {number, id, QString::fromStdString(combinationName(keyCode, modifiers, kModifiers))});
   binding_.start(0);
   return platform::noErr;
 }
