@@ -63,7 +63,7 @@ class X11WindowSystem {
   std::unique_ptr<XServer> server_;
   XEvents events_{*server_};
   XOwnWindows ownWindows_{events_};
-  XTraySelection tray_;
+  XTraySelection tray_{*server_};
   XScreens screens_{events_};
   MonitorPictures shown_{events_, screens_};
   DesktopWindowList windowList_{screens_, shown_};

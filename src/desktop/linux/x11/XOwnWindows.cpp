@@ -1,6 +1,5 @@
 #include "desktop/linux/x11/XOwnWindows.h"
 
-#include <QGuiApplication>
 #include <algorithm>
 
 #include "desktop/linux/x11/XPanels.h"
@@ -13,11 +12,6 @@ namespace {
 constexpr std::uint32_t kUser = 2;
 constexpr std::uint32_t kEveryWorkspace = 0xffffffff;
 
-xcb_connection_t* qtConnection() {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  return x11 == nullptr ? nullptr : x11->connection();
-}
-
 xcb_window_t idOf(const QWindow& window) {
   return static_cast<xcb_window_t>(window.winId());
 }
@@ -29,18 +23,19 @@ void XOwnWindows::keepOutOfTaskLists(QWindow& window) {
   server_.setNumbers(
       idOf(window), "_NET_WM_STATE", XCB_ATOM_ATOM,
       {server_.atom("_NET_WM_STATE_SKIP_TASKBAR"), server_.atom("_NET_WM_STATE_SKIP_PAGER")},
-      qtConnection());
+      XServer::connectionOfQt());
 }
 
 void XOwnWindows::markAsAskedFor(QWindow& window) {
   // Qt has written the time of the last event it saw, which may be none or long ago; where the
   // window manager knows the property, into a window of its own.
-  xcb_flush(qtConnection());
+  xcb_flush(XServer::connectionOfQt());
   const xcb_timestamp_t now = server_.time();
   const auto other = server_.numbers(idOf(window), "_NET_WM_USER_TIME_WINDOW");
   const xcb_window_t holder = other.empty() ? idOf(window) : other.front();
-  server_.setNumbers(holder, "_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {now}, qtConnection());
-  xcb_flush(qtConnection());
+  server_.setNumbers(holder, "_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {now},
+                     XServer::connectionOfQt());
+  xcb_flush(XServer::connectionOfQt());
 }
 
 bool XOwnWindows::isKept(QWindow& window) {
@@ -58,16 +53,17 @@ void XOwnWindows::activate(QWindow& window) {
   const auto workspace = server_.numbers(server_.root(), "_NET_CURRENT_DESKTOP");
   const auto own = server_.numbers(idOf(window), "_NET_WM_DESKTOP");
   if (!workspace.empty() && !own.empty() && own != workspace && own.front() != kEveryWorkspace) {
-    server_.askManager(idOf(window), "_NET_WM_DESKTOP", {workspace.front(), kUser}, qtConnection());
+    server_.askManager(idOf(window), "_NET_WM_DESKTOP", {workspace.front(), kUser},
+                       XServer::connectionOfQt());
   }
   const xcb_timestamp_t now = server_.time();
-  server_.askManager(idOf(window), "_NET_ACTIVE_WINDOW", {kUser, now}, qtConnection());
+  server_.askManager(idOf(window), "_NET_ACTIVE_WINDOW", {kUser, now}, XServer::connectionOfQt());
   // To bspwm 0.9 the only window of a workspace has the keyboard, and it gives a popover none.
   const auto active = server_.numbers(server_.root(), "_NET_ACTIVE_WINDOW");
   if (window.isExposed() && (active.empty() || active.front() == XCB_NONE)) {
-    xcb_set_input_focus(qtConnection(), XCB_INPUT_FOCUS_POINTER_ROOT, idOf(window), now);
+    xcb_set_input_focus(XServer::connectionOfQt(), XCB_INPUT_FOCUS_POINTER_ROOT, idOf(window), now);
   }
-  xcb_flush(qtConnection());
+  xcb_flush(XServer::connectionOfQt());
 }
 
 std::vector<DesktopPanel> XOwnWindows::panels() {

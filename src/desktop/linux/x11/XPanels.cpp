@@ -36,12 +36,11 @@ QRect stripOf(std::vector<std::uint32_t> strut, QSize root) {
   return {};
 }
 
-std::vector<xcb_window_t> childrenOf(xcb_window_t window, XServer& server) {
-  const XReply<xcb_query_tree_reply_t> tree(
-      xcb_query_tree_reply(server.get(), xcb_query_tree(server.get(), window), nullptr));
-  if (!tree) return {};
-  const std::span children(xcb_query_tree_children(tree.get()), tree->children_len);
-  return {children.begin(), children.end()};
+std::vector<xcb_window_t> below(const std::vector<xcb_window_t>& windows, XServer& server) {
+  std::vector<xcb_window_t> all;
+  for (const auto& children : server.childrenOf(windows))
+    all.insert(all.end(), children.begin(), children.end());
+  return all;
 }
 
 bool isOnScreen(xcb_window_t window, XServer& server) {
@@ -56,11 +55,8 @@ std::vector<xcb_window_t> topWindows(XServer& server) {
   std::vector<xcb_window_t> windows;
   std::vector<xcb_window_t> level{server.root()};
   for (int depth = 0; depth < kLevels; ++depth) {
-    std::vector<xcb_window_t> next;
-    for (const xcb_window_t window : level)
-      std::ranges::copy(childrenOf(window, server), std::back_inserter(next));
-    windows.insert(windows.end(), next.begin(), next.end());
-    level = std::move(next);
+    level = below(level, server);
+    windows.insert(windows.end(), level.begin(), level.end());
   }
   return windows;
 }
@@ -168,13 +164,10 @@ std::optional<QRect> partDrawnBy(std::uint32_t pid, const XPanel& panel, XServer
   constexpr int kDepth = 4;
   std::vector<xcb_window_t> level{panel.window};
   for (int depth = 0; depth < kDepth && !level.empty(); ++depth) {
-    std::vector<xcb_window_t> next;
-    for (const xcb_window_t window : level)
-      std::ranges::copy(childrenOf(window, server), std::back_inserter(next));
-    const auto pids = server.numbersOf(next, "_NET_WM_PID");
-    for (std::size_t i = 0; i < next.size(); ++i)
-      if (!pids[i].empty() && pids[i][0] == pid) return server.geometry(next[i]);
-    level = std::move(next);
+    level = below(level, server);
+    const auto pids = server.numbersOf(level, "_NET_WM_PID");
+    for (std::size_t i = 0; i < level.size(); ++i)
+      if (!pids[i].empty() && pids[i][0] == pid) return server.geometry(level[i]);
   }
   return std::nullopt;
 }

@@ -2,9 +2,7 @@
 
 #include <xcb/randr.h>
 
-#include <algorithm>
 #include <chrono>
-#include <string>
 
 #include "desktop/linux/log/Log.h"
 
@@ -15,12 +13,12 @@ namespace {
 /// later.
 constexpr std::chrono::milliseconds kSettling{300};
 
-std::string atomName(xcb_connection_t* connection, xcb_get_atom_name_cookie_t cookie) {
+QString nameOf(xcb_connection_t* connection, xcb_atom_t atom) {
   const XReply<xcb_get_atom_name_reply_t> reply(
-      xcb_get_atom_name_reply(connection, cookie, nullptr));
+      xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, atom), nullptr));
   if (!reply) return {};
-  return {xcb_get_atom_name_name(reply.get()),
-          static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))};
+  return QString::fromUtf8(xcb_get_atom_name_name(reply.get()),
+                           xcb_get_atom_name_name_length(reply.get()));
 }
 
 std::vector<Monitor> monitorsOf(XServer& server) {
@@ -29,22 +27,13 @@ std::vector<Monitor> monitorsOf(XServer& server) {
   const XReply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
       connection, xcb_randr_get_monitors(connection, root, 1), nullptr));
   std::vector<Monitor> monitors;
-  std::vector<xcb_get_atom_name_cookie_t> names;
-  if (reply) {
-    auto info = xcb_randr_get_monitors_monitors_iterator(reply.get());
-    for (; info.rem > 0; xcb_randr_monitor_info_next(&info)) {
-      const QRect pixels(info.data->x, info.data->y, info.data->width, info.data->height);
-      if (pixels.isEmpty()) continue;
-      names.push_back(xcb_get_atom_name(connection, info.data->name));
-      // The primary one goes to the front.
-      const auto place = info.data->primary != 0 ? monitors.begin() : monitors.end();
-      const auto index = place - monitors.begin();
-      monitors.insert(place, {{}, pixels});
-      std::rotate(names.begin() + index, names.end() - 1, names.end());
-    }
-  }
-  for (std::size_t i = 0; i < monitors.size(); ++i) {
-    monitors[i].name = QString::fromStdString(atomName(connection, names[i]));
+  auto info = reply ? xcb_randr_get_monitors_monitors_iterator(reply.get())
+                    : xcb_randr_monitor_info_iterator_t{};
+  for (; info.rem > 0; xcb_randr_monitor_info_next(&info)) {
+    const QRect pixels(info.data->x, info.data->y, info.data->width, info.data->height);
+    if (pixels.isEmpty()) continue;
+    monitors.insert(info.data->primary != 0 ? monitors.begin() : monitors.end(),
+                    Monitor{nameOf(connection, info.data->name), pixels});
   }
   if (!monitors.empty()) return monitors;
   const auto whole = server.geometry(root);

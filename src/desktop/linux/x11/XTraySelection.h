@@ -1,6 +1,5 @@
 #pragma once
 
-#include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
 #include <QAbstractNativeEventFilter>
@@ -8,13 +7,15 @@
 #include <cstdint>
 
 #include "desktop/linux/windowsystem/LegacyTray.h"
+#include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
 
 /// The owner of the tray's selection. Needs Qt's own connection: the tray answers there.
 class XTraySelection final : public LegacyTray, private QAbstractNativeEventFilter {
  public:
-  XTraySelection();
+  /// `server` outlives this.
+  explicit XTraySelection(XServer& server);
   ~XTraySelection() override;
   XTraySelection(const XTraySelection&) = delete;
   XTraySelection& operator=(const XTraySelection&) = delete;
@@ -24,7 +25,7 @@ class XTraySelection final : public LegacyTray, private QAbstractNativeEventFilt
 
  private:
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-  void askForChanges(xcb_window_t root);
+  void askForChanges();
   void reportLater(std::function<void()> what);
   void handle(const xcb_xfixes_selection_notify_event_t& change);
   void handle(const xcb_client_message_event_t& message);
@@ -32,10 +33,10 @@ class XTraySelection final : public LegacyTray, private QAbstractNativeEventFilt
   [[nodiscard]] bool isIcon(xcb_window_t window) const;
   void becomeDocked();
 
-  xcb_connection_t* connection_ = nullptr;  // Qt's
-  xcb_atom_t selection_ = XCB_NONE;
-  xcb_atom_t xembed_ = XCB_NONE;
-  xcb_atom_t xembedInfo_ = XCB_NONE;
+  XServer& server_;
+  xcb_connection_t* connection_;  // Qt's
+  xcb_atom_t selection_;
+  xcb_atom_t xembed_;
   std::uint8_t selectionEvent_ = 0;
   xcb_window_t owner_ = XCB_NONE;
   bool docked_ = false;

@@ -1,6 +1,7 @@
 #include "desktop/linux/xserver/WindowStack.h"
 
 #include <algorithm>
+#include <array>
 
 namespace linux_desktop {
 namespace {
@@ -16,22 +17,6 @@ struct Candidate {
 bool isOurs(const XServer& server, xcb_window_t window) {
   const xcb_setup_t* setup = xcb_get_setup(server.get());
   return (window & ~setup->resource_id_mask) == setup->resource_id_base;
-}
-
-std::vector<std::vector<xcb_window_t>> childrenOf(XServer& server,
-                                                  const std::vector<xcb_window_t>& parents) {
-  std::vector<xcb_query_tree_cookie_t> cookies;
-  cookies.reserve(parents.size());
-  for (const xcb_window_t parent : parents) cookies.push_back(xcb_query_tree(server.get(), parent));
-  std::vector<std::vector<xcb_window_t>> results;
-  for (const auto& cookie : cookies) {
-    const XReply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(server.get(), cookie, nullptr));
-    results.emplace_back();
-    if (!reply) continue;
-    const xcb_window_t* children = xcb_query_tree_children(reply.get());
-    results.back().assign(children, children + xcb_query_tree_children_length(reply.get()));
-  }
-  return results;
 }
 
 /// Null for a window that is gone or not on the screen.
@@ -56,16 +41,15 @@ std::vector<XReply<xcb_get_window_attributes_reply_t>> shownAmong(
 /// None for a window that is gone or lies deeper than window managers put one.
 xcb_window_t topLevelOf(XServer& server, xcb_window_t window) {
   for (int level = 0; level <= kLevelsBelowTop; ++level) {
-    const XReply<xcb_query_tree_reply_t> reply(
-        xcb_query_tree_reply(server.get(), xcb_query_tree(server.get(), window), nullptr));
-    if (!reply || reply->parent == server.root()) return reply ? window : XCB_NONE;
-    window = reply->parent;
+    const xcb_window_t parent = server.parentOf(window);
+    if (parent == server.root()) return window;
+    window = parent;
   }
   return XCB_NONE;
 }
 
 std::vector<WindowStack::TopLevel> topLevelsOf(XServer& server) {
-  const std::vector<xcb_window_t> windows = childrenOf(server, {server.root()}).front();
+  const std::vector<xcb_window_t> windows = server.childrenOf(std::array{server.root()}).front();
   std::vector<xcb_get_geometry_cookie_t> cookies;
   cookies.reserve(windows.size());
   for (const xcb_window_t window : windows) {
@@ -123,7 +107,7 @@ std::vector<Candidate> listedDesktopWindows(XServer& server, const std::vector<x
 }
 
 std::vector<Candidate> below(XServer& server, const std::vector<Candidate>& parents) {
-  const auto children = childrenOf(server, windowsOf(parents));
+  const auto children = server.childrenOf(windowsOf(parents));
   std::vector<Candidate> result;
   for (std::size_t i = 0; i < parents.size(); ++i) {
     for (const xcb_window_t child : children[i]) result.push_back({child, parents[i].level});

@@ -67,6 +67,10 @@ std::unique_ptr<XServer> XServer::connect() {
   return std::unique_ptr<XServer>(new XServer(std::move(connection), screen));
 }
 
+xcb_connection_t* XServer::connectionOfQt() {
+  return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+}
+
 XServer::XServer(Connection connection, int screen)
     : connection_(std::move(connection)), screen_(screen) {
   const xcb_screen_t* info = screenOf(get(), screen);
@@ -160,6 +164,27 @@ std::optional<QRect> XServer::geometry(xcb_window_t window) {
   return QRect(place->dst_x, place->dst_y, size->width, size->height);
 }
 
+xcb_window_t XServer::parentOf(xcb_window_t window) {
+  const XReply<xcb_query_tree_reply_t> reply(
+      xcb_query_tree_reply(get(), xcb_query_tree(get(), window), nullptr));
+  return reply ? reply->parent : xcb_window_t{XCB_NONE};
+}
+
+std::vector<std::vector<xcb_window_t>> XServer::childrenOf(std::span<const xcb_window_t> parents) {
+  std::vector<xcb_query_tree_cookie_t> cookies;
+  cookies.reserve(parents.size());
+  for (const xcb_window_t parent : parents) cookies.push_back(xcb_query_tree(get(), parent));
+  std::vector<std::vector<xcb_window_t>> results;
+  for (const auto& cookie : cookies) {
+    const XReply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(get(), cookie, nullptr));
+    results.emplace_back();
+    if (!reply) continue;
+    const xcb_window_t* children = xcb_query_tree_children(reply.get());
+    results.back().assign(children, children + xcb_query_tree_children_length(reply.get()));
+  }
+  return results;
+}
+
 bool XServer::hasExtension(std::string_view name) {
   const auto cookie =
       xcb_query_extension(get(), static_cast<std::uint16_t>(name.size()), name.data());
@@ -180,13 +205,12 @@ bool XServer::managerKnows(std::string_view hint) {
 
 bool XServer::isComposited() {
   // EWMH 1.5: the compositing manager of a screen owns this selection.
-  return ownerOnScreen("_NET_WM_CM_S") != XCB_NONE;
+  return ownerOf(atomOfScreen("_NET_WM_CM_S")) != XCB_NONE;
 }
 
-xcb_window_t XServer::ownerOnScreen(const std::string& selection) {
-  const auto cookie = xcb_get_selection_owner(get(), atom(selection + std::to_string(screen_)));
+xcb_window_t XServer::ownerOf(xcb_atom_t selection) {
   const XReply<xcb_get_selection_owner_reply_t> reply(
-      xcb_get_selection_owner_reply(get(), cookie, nullptr));
+      xcb_get_selection_owner_reply(get(), xcb_get_selection_owner(get(), selection), nullptr));
   return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 

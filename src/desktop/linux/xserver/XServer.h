@@ -62,11 +62,17 @@ class XServer {
   [[nodiscard]] static std::unique_ptr<XServer> connect();
 
   [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
+  /// The one over which Qt speaks to the same server.
+  [[nodiscard]] static xcb_connection_t* connectionOfQt();
   [[nodiscard]] xcb_window_t root() const { return root_; }
   /// How the screen of the root window is made: its depth, its colours.
   [[nodiscard]] const xcb_screen_t& screen() const;
   /// Asked for once.
   [[nodiscard]] xcb_atom_t atom(std::string_view name);
+  /// Of a selection that each screen has one of, by the name without the screen's number.
+  [[nodiscard]] xcb_atom_t atomOfScreen(const std::string& name) {
+    return atom(name + std::to_string(screen_));
+  }
 
   /// Properties in the order of the question, however many, in one round trip.
   [[nodiscard]] std::vector<XPropertyValue> read(std::span<const XProperty> properties);
@@ -88,6 +94,11 @@ class XServer {
 
   /// Where a window is on the root window, in pixels, without what a window manager adds to it.
   [[nodiscard]] std::optional<QRect> geometry(xcb_window_t window);
+  /// None for a window that is gone, and for the root window.
+  [[nodiscard]] xcb_window_t parentOf(xcb_window_t window);
+  /// Those of each window, from the bottom to the top, in one round trip.
+  [[nodiscard]] std::vector<std::vector<xcb_window_t>> childrenOf(
+      std::span<const xcb_window_t> parents);
   [[nodiscard]] bool hasExtension(std::string_view name);
   /// What the window manager that runs calls itself; empty where none does.
   [[nodiscard]] std::string managerName();
@@ -95,9 +106,7 @@ class XServer {
   [[nodiscard]] bool managerKnows(std::string_view hint);
   /// Whether windows may be translucent and round now.
   [[nodiscard]] bool isComposited();
-  /// Who has a selection that there is one of on each screen, by the name without the screen's
-  /// number.
-  [[nodiscard]] xcb_window_t ownerOnScreen(const std::string& selection);
+  [[nodiscard]] xcb_window_t ownerOf(xcb_atom_t selection);
   /// The number of XInput, of version 2.2 at least; none where the server lacks that.
   [[nodiscard]] std::optional<std::uint8_t> inputExtension();
   /// The server's time now. Events that arrive meanwhile are kept for `nextEvent`.
