@@ -75,15 +75,13 @@ Samples samplesOf(XServer& server, xcb_drawable_t drawable, std::span<const QPoi
   constexpr std::uint32_t kOpaque = 0xff;
   const bool mayShowThrough = transparency == Transparency::ShowsWhatIsBelow &&
                               server.screen().root_depth < kDepthWithAlpha;
-  std::vector<xcb_get_image_cookie_t> cookies;
-  for (const QPoint& point : points) {
-    cookies.push_back(xcb_get_image(server.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
-                                    static_cast<std::int16_t>(point.x()),
-                                    static_cast<std::int16_t>(point.y()), 1, 1, ~0U));
-  }
+  const auto ask = [&](const QPoint& point) {
+    return xcb_get_image(server.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
+                         static_cast<std::int16_t>(point.x()), static_cast<std::int16_t>(point.y()),
+                         1, 1, ~0U);
+  };
   Samples samples;
-  for (const auto& cookie : cookies) {
-    const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(server.get(), cookie, nullptr));
+  for (const auto& reply : answersTo(server.get(), points, ask, xcb_get_image_reply)) {
     samples.emplace_back();
     if (!reply) continue;
     std::uint32_t pixel = 0;

@@ -22,18 +22,14 @@ bool isOurs(const XServer& server, xcb_window_t window) {
 /// Null for a window that is gone or not on the screen.
 std::vector<XReply<xcb_get_window_attributes_reply_t>> shownAmong(
     XServer& server, const std::vector<xcb_window_t>& windows) {
-  std::vector<xcb_get_window_attributes_cookie_t> cookies;
-  cookies.reserve(windows.size());
-  for (const xcb_window_t window : windows) {
-    cookies.push_back(xcb_get_window_attributes(server.get(), window));
-  }
-  std::vector<XReply<xcb_get_window_attributes_reply_t>> results;
-  for (const auto& cookie : cookies) {
-    XReply<xcb_get_window_attributes_reply_t> reply(
-        xcb_get_window_attributes_reply(server.get(), cookie, nullptr));
+  const auto ask = [&](xcb_window_t window) {
+    return xcb_get_window_attributes(server.get(), window);
+  };
+  auto results = answersTo(server.get(), windows, ask, xcb_get_window_attributes_reply);
+  for (auto& reply : results) {
     const bool shown = reply && reply->map_state == XCB_MAP_STATE_VIEWABLE &&
                        reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
-    results.push_back(shown ? std::move(reply) : nullptr);
+    if (!shown) reply.reset();
   }
   return results;
 }
@@ -50,16 +46,12 @@ xcb_window_t topLevelOf(XServer& server, xcb_window_t window) {
 
 std::vector<WindowStack::TopLevel> topLevelsOf(XServer& server) {
   const std::vector<xcb_window_t> windows = server.childrenOf(std::array{server.root()}).front();
-  std::vector<xcb_get_geometry_cookie_t> cookies;
-  cookies.reserve(windows.size());
-  for (const xcb_window_t window : windows) {
-    cookies.push_back(xcb_get_geometry(server.get(), window));
-  }
+  const auto ask = [&](xcb_window_t window) { return xcb_get_geometry(server.get(), window); };
+  const auto places = answersTo(server.get(), windows, ask, xcb_get_geometry_reply);
   const auto shown = shownAmong(server, windows);
   std::vector<WindowStack::TopLevel> topLevels;
   for (std::size_t i = 0; i < windows.size(); ++i) {
-    const XReply<xcb_get_geometry_reply_t> place(
-        xcb_get_geometry_reply(server.get(), cookies[i], nullptr));
+    const auto& place = places[i];
     if (!place || !shown[i]) continue;
     const int borders = 2 * place->border_width;
     topLevels.push_back({windows[i],

@@ -96,17 +96,13 @@ xcb_atom_t XServer::atom(std::string_view name) {
 }
 
 std::vector<XPropertyValue> XServer::read(std::span<const XProperty> properties) {
-  std::vector<xcb_get_property_cookie_t> cookies;
-  cookies.reserve(properties.size());
-  for (const auto& [window, name] : properties) {
-    cookies.push_back(
-        xcb_get_property(get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestProperty));
-  }
+  const auto ask = [this](const XProperty& property) {
+    return xcb_get_property(get(), 0, property.window, property.name, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                            kLongestProperty);
+  };
   std::vector<XPropertyValue> values;
-  values.reserve(properties.size());
-  for (const auto& cookie : cookies) {
-    values.emplace_back(
-        XReply<xcb_get_property_reply_t>(xcb_get_property_reply(get(), cookie, nullptr)));
+  for (auto& reply : answersTo(get(), properties, ask, xcb_get_property_reply)) {
+    values.emplace_back(std::move(reply));
   }
   return values;
 }
@@ -171,12 +167,9 @@ xcb_window_t XServer::parentOf(xcb_window_t window) {
 }
 
 std::vector<std::vector<xcb_window_t>> XServer::childrenOf(std::span<const xcb_window_t> parents) {
-  std::vector<xcb_query_tree_cookie_t> cookies;
-  cookies.reserve(parents.size());
-  for (const xcb_window_t parent : parents) cookies.push_back(xcb_query_tree(get(), parent));
+  const auto ask = [this](xcb_window_t parent) { return xcb_query_tree(get(), parent); };
   std::vector<std::vector<xcb_window_t>> results;
-  for (const auto& cookie : cookies) {
-    const XReply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(get(), cookie, nullptr));
+  for (const auto& reply : answersTo(get(), parents, ask, xcb_query_tree_reply)) {
     results.emplace_back();
     if (!reply) continue;
     const xcb_window_t* children = xcb_query_tree_children(reply.get());

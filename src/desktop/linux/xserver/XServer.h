@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -53,6 +54,21 @@ class XPropertyValue {
  private:
   XReply<xcb_get_property_reply_t> reply_;
 };
+
+/// The answers to one question about many things, in one round trip: all questions are on their
+/// way before the first answer is waited for. Null where there is none. `ask` makes a question of
+/// a thing; `answer` is xcb's function that waits for it.
+template <class Things, class Ask, class Answer>
+[[nodiscard]] auto answersTo(xcb_connection_t* connection, const Things& things, const Ask& ask,
+                             const Answer& answer) {
+  using Cookie = decltype(ask(*things.begin()));
+  using Reply = std::remove_pointer_t<decltype(answer(connection, Cookie{}, nullptr))>;
+  std::vector<Cookie> cookies;
+  for (const auto& thing : things) cookies.push_back(ask(thing));
+  std::vector<XReply<Reply>> replies;
+  for (const Cookie& cookie : cookies) replies.emplace_back(answer(connection, cookie, nullptr));
+  return replies;
+}
 
 /// A connection of our own to the X server that the interface is on. Its questions wait for the
 /// server's answer. A window that is gone answers nothing. Main thread only.
