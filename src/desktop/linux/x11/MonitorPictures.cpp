@@ -80,14 +80,7 @@ bool MonitorPictures::isAwaited(const Monitor& monitor, ToldBackdrop& told) {
 bool MonitorPictures::isRight(const ForeignPixmap& root, const Monitor& monitor, Sight& sight,
                               ToldBackdrop& told) {
   if (root_.isKnownRight(root, monitor, sight.iconWindow())) return true;
-  switch (root_.judge(root, monitor, sight.look())) {
-    case RootPicture::Verdict::Right:
-      return true;
-    case RootPicture::Verdict::Wrong:
-      return false;
-    case RootPicture::Verdict::Unknown:
-      break;
-  }
+  if (const auto right = root_.judge(root, monitor, sight.look())) return *right;
   return told.image().isNull() || agree(told.image(), rootSamples(monitor));
 }
 

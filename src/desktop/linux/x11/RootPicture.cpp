@@ -161,28 +161,31 @@ constexpr std::size_t kEnough = 16;
 
 }  // namespace
 
-bool RootPicture::isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,
-                               xcb_window_t iconWindow) const {
+const RootPicture::Finding* RootPicture::findingOf(const Monitor& monitor,
+                                                   xcb_window_t iconWindow) const {
   const auto known = findings_.find(monitor.name);
-  // A desktop that draws into the pixmap again draws its own window a moment later.
-  return known != findings_.end() && known->second.monitor == monitor &&
-         known->second.iconWindow == iconWindow && known->second.right &&
-         known->second.pixmap == pixmap.id;
+  const bool isSame = known != findings_.end() && known->second.monitor == monitor &&
+                      known->second.iconWindow == iconWindow;
+  return isSame ? &known->second : nullptr;
 }
 
-RootPicture::Verdict RootPicture::judge(const ForeignPixmap& pixmap, const Monitor& monitor,
-                                        const DesktopSight& sight) {
-  const auto known = findings_.find(monitor.name);
-  const bool sameIcons = known != findings_.end() && known->second.monitor == monitor &&
-                         known->second.iconWindow == sight.iconWindow;
+bool RootPicture::isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,
+                               xcb_window_t iconWindow) const {
+  const Finding* known = findingOf(monitor, iconWindow);
+  // A desktop that draws into the pixmap again draws its own window a moment later.
+  return known != nullptr && known->right && known->pixmap == pixmap.id;
+}
+
+std::optional<bool> RootPicture::judge(const ForeignPixmap& pixmap, const Monitor& monitor,
+                                       const DesktopSight& sight) {
   if (sight.seen() < kEnough) {
-    if (!sameIcons) return Verdict::Unknown;
-    return known->second.right ? Verdict::Right : Verdict::Wrong;
+    const Finding* known = findingOf(monitor, sight.iconWindow);
+    return known == nullptr ? std::nullopt : std::optional(known->right);
   }
   const auto points = samplePoints(monitor.pixels());
   const bool right = agreement(sight.samples, samplesOf(server_, pixmap.id, points)).isLikely();
   findings_.insert_or_assign(monitor.name, Finding{pixmap.id, sight.iconWindow, monitor, right});
-  return right ? Verdict::Right : Verdict::Wrong;
+  return right;
 }
 
 }  // namespace linux_desktop

@@ -73,11 +73,10 @@ class RootPicture {
   [[nodiscard]] bool isKnownRight(const ForeignPixmap& pixmap, const Monitor& monitor,
                                   xcb_window_t iconWindow) const;
 
-  enum class Verdict { Right, Wrong, Unknown };
   /// Whether the pixmap is what the desktop shows on `monitor`, by what can be seen of it, or by
-  /// what was found before where too little can be seen.
-  [[nodiscard]] Verdict judge(const ForeignPixmap& pixmap, const Monitor& monitor,
-                              const DesktopSight& sight);
+  /// what was found before where too little can be seen; none where nothing was.
+  [[nodiscard]] std::optional<bool> judge(const ForeignPixmap& pixmap, const Monitor& monitor,
+                                          const DesktopSight& sight);
 
  private:
   struct Finding {
@@ -86,6 +85,9 @@ class RootPicture {
     Monitor monitor;
     bool right;
   };
+
+  /// Null: none with these.
+  [[nodiscard]] const Finding* findingOf(const Monitor& monitor, xcb_window_t iconWindow) const;
 
   XServer& server_;
   OncePerTurn<std::optional<ForeignPixmap>> pixmap_{[this] { return namedRootPixmap(server_); }};

@@ -25,23 +25,17 @@ bool liesAs(const PixelLayout& layout, const xcb_render_pictforminfo_t& format) 
 }  // namespace
 
 xcb_render_pictformat_t PictureFormats::ofDepth(std::uint8_t depth) {
-  if (!known_) known_ = read();
-  const auto found = known_->find(depth);
-  return found == known_->end() ? xcb_render_pictformat_t{XCB_NONE} : found->second;
-}
-
-PictureFormats::ByDepth PictureFormats::read() const {
-  const XReply<xcb_render_query_pict_formats_reply_t> reply(xcb_render_query_pict_formats_reply(
-      server_.get(), xcb_render_query_pict_formats(server_.get()), nullptr));
-  ByDepth formats;
-  if (!reply) return formats;
-  auto format = xcb_render_query_pict_formats_formats_iterator(reply.get());
-  for (; format.rem > 0; xcb_render_pictforminfo_next(&format)) {
-    const xcb_render_pictforminfo_t& info = *format.data;
-    if (liesAs(PixelLayout::ofDepth(server_, info.depth), info))
-      formats.emplace(info.depth, info.id);
+  if (!known_) {
+    known_.reset(xcb_render_query_pict_formats_reply(
+        server_.get(), xcb_render_query_pict_formats(server_.get()), nullptr));
   }
-  return formats;
+  if (!known_) return XCB_NONE;
+  const PixelLayout layout = PixelLayout::ofDepth(server_, depth);
+  auto format = xcb_render_query_pict_formats_formats_iterator(known_.get());
+  for (; format.rem > 0; xcb_render_pictforminfo_next(&format)) {
+    if (format.data->depth == depth && liesAs(layout, *format.data)) return format.data->id;
+  }
+  return XCB_NONE;
 }
 
 XPicture::XPicture(XServer& server, QSize size, QSize held)

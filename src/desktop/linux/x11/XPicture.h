@@ -5,9 +5,7 @@
 #include <QImage>
 #include <QRect>
 #include <cstdint>
-#include <map>
 #include <memory>
-#include <optional>
 
 #include "desktop/linux/windowsystem/DesktopView.h"
 #include "desktop/linux/xserver/XDrawing.h"
@@ -27,12 +25,8 @@ class PictureFormats {
   [[nodiscard]] xcb_render_pictformat_t ofDepth(std::uint8_t depth);
 
  private:
-  using ByDepth = std::map<std::uint8_t, xcb_render_pictformat_t>;
-
-  [[nodiscard]] ByDepth read() const;
-
   XServer& server_;
-  std::optional<ByDepth> known_;
+  XReply<xcb_render_query_pict_formats_reply_t> known_;
 };
 
 /// A picture that the X server holds, ready to be a window's background. Nothing of it is kept in
