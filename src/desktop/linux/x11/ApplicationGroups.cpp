@@ -1,5 +1,6 @@
 #include "desktop/linux/x11/ApplicationGroups.h"
 
+#include <QByteArrayList>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -10,7 +11,6 @@
 #include <QStandardPaths>
 #include <QSysInfo>
 #include <algorithm>
-#include <array>
 #include <unordered_map>
 
 namespace linux_desktop {
@@ -102,35 +102,20 @@ std::vector<ApplicationGroup> applicationsOf(const ClientList& list) {
 
 namespace {
 
-/// Folders within the folders of entries; their names become part of the entries' own.
-constexpr int kDeepestFolder = 3;
+constexpr QLatin1String kSuffix(".desktop");
 constexpr qint64 kLargestEntry = 256LL * 1024;
 
 qint64 changeOf(const QString& folder) {
   return QFileInfo(folder).lastModified().toMSecsSinceEpoch();
 }
 
-/// Of one key and its translations, the one to show in this language.
-class LocalizedValue {
- public:
-  explicit LocalizedValue(const QByteArray& key) : key_(key) {
-    const QByteArray locale = QLocale::system().name().toUtf8();
-    wanted_ = {key + "[" + locale + "]", key + "[" + locale.left(locale.indexOf('_')) + "]", key};
-  }
-  void take(const QByteArray& key, const QByteArray& value) {
-    const auto place = static_cast<std::size_t>(std::ranges::find(wanted_, key) - wanted_.begin());
-    if (place >= best_) return;
-    best_ = place;
-    value_ = value.toStdString();
-  }
-  [[nodiscard]] const std::string& value() const { return value_; }
-
- private:
-  QByteArray key_;
-  std::array<QByteArray, 3> wanted_;
-  std::size_t best_ = wanted_.size();
-  std::string value_;
-};
+/// What is read of an entry, and which of it is the name in the user's language: the first that is
+/// there.
+QByteArrayList keysRead() {
+  const QByteArray locale = QLocale::system().name().toUtf8();
+  const QByteArray language = locale.left(locale.indexOf('_'));
+  return {"StartupWMClass", "Name[" + locale + "]", "Name[" + language + "]", "Name"};
+}
 
 std::string lastPart(const std::string& dotted) {
   return dotted.substr(dotted.rfind('.') + 1);
@@ -160,11 +145,9 @@ std::optional<std::string> ApplicationNames::entryNameOf(const ClientWindow& win
     if (auto found = in(entries_.byClass, name)) return found;
   }
   for (const std::string& name :
-       {window.gtkApplicationId, window.className, lowerCase(window.className), window.instance}) {
+       {window.gtkApplicationId, window.className, lowerCase(window.className), window.instance,
+        lastPart(window.gtkApplicationId), lastPart(window.className)}) {
     if (auto found = in(entries_.byFile, name)) return found;
-  }
-  for (const std::string& name : {window.gtkApplicationId, window.className}) {
-    if (auto found = in(entries_.byFile, lastPart(name))) return found;
   }
   return std::nullopt;
 }
@@ -174,22 +157,20 @@ void ApplicationNames::readFolders() {
   folders_.clear();
   for (const QString& path :
        QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
-    readFolder(path, 0, {});
-  }
-}
-
-void ApplicationNames::readFolder(const QString& path, int depth, const QString& prefix) {
-  folders_.emplace_back(path, changeOf(path));
-  QDirIterator files(path, {QStringLiteral("*.desktop")}, QDir::Files);
-  while (files.hasNext()) {
-    const QString file = files.next();
-    readEntry(file, (prefix + files.fileInfo().completeBaseName()).toStdString());
-  }
-  if (depth >= kDeepestFolder) return;
-  QDirIterator below(path, QDir::Dirs | QDir::NoDotAndDotDot);
-  while (below.hasNext()) {
-    const QString folder = below.next();
-    readFolder(folder, depth + 1, prefix + below.fileName() + QLatin1Char('-'));
+    folders_.emplace_back(path, changeOf(path));
+    QDirIterator below(path, {QLatin1Char('*') + kSuffix},
+                       QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
+    while (below.hasNext()) {
+      const QString item = below.next();
+      if (below.fileInfo().isDir()) {
+        folders_.emplace_back(item, changeOf(item));
+      } else {
+        // The names of folders become part of the entries' own.
+        QString name = QDir(path).relativeFilePath(item).chopped(kSuffix.size());
+        readEntry(item, name.replace(QLatin1Char('/'), QLatin1Char('-')).toStdString());
+      }
+    }
   }
 }
 
@@ -198,8 +179,8 @@ void ApplicationNames::readEntry(const QString& path, const std::string& file) {
   if (entries_.byFile.contains(file)) return;
   QFile entry(path);
   if (!entry.open(QIODevice::ReadOnly)) return;
-  LocalizedValue name("Name");
-  std::string windowClass;
+  static const QByteArrayList keys = keysRead();
+  std::vector<std::string> values(static_cast<std::size_t>(keys.size()));
   bool inEntry = false;
   for (const QByteArray& line : entry.read(kLargestEntry).split('\n')) {
     if (line.startsWith('[')) {
@@ -207,15 +188,15 @@ void ApplicationNames::readEntry(const QString& path, const std::string& file) {
       inEntry = line.startsWith("[Desktop Entry]");
     }
     const auto equals = line.indexOf('=');
-    if (!inEntry || equals < 0) continue;
-    const QByteArray key = line.left(equals).trimmed();
-    const QByteArray value = line.mid(equals + 1).trimmed();
-    if (key == "StartupWMClass") windowClass = value.toStdString();
-    name.take(key, value);
+    const auto key = inEntry && equals >= 0 ? keys.indexOf(line.left(equals).trimmed()) : -1;
+    if (key >= 0)
+      values[static_cast<std::size_t>(key)] = line.mid(equals + 1).trimmed().toStdString();
   }
-  if (name.value().empty()) return;
-  entries_.byFile.emplace(file, name.value());
-  if (!windowClass.empty()) entries_.byClass.emplace(windowClass, name.value());
+  const auto name = std::find_if(values.begin() + 1, values.end(),
+                                 [](const std::string& value) { return !value.empty(); });
+  if (name == values.end()) return;
+  entries_.byFile.emplace(file, *name);
+  if (!values.front().empty()) entries_.byClass.emplace(values.front(), *name);
 }
 
 }  // namespace linux_desktop

@@ -60,7 +60,6 @@ class ApplicationNames {
   };
 
   void readFolders();
-  void readFolder(const QString& path, int depth, const QString& prefix);
   void readEntry(const QString& path, const std::string& file);
   [[nodiscard]] std::optional<std::string> entryNameOf(const ClientWindow& window) const;
 
