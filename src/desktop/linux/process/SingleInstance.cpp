@@ -13,7 +13,7 @@
 #include <QSocketNotifier>
 #include <QStandardPaths>
 #include <QThread>
-#include <QTimer>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -53,100 +53,57 @@ std::optional<fs::path> runtimeFolder() {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::string_view kRequest = "show\n";
 constexpr std::string_view kAnswer = "shown\n";
-constexpr std::chrono::seconds kPatience(2);
-constexpr int kWaiting = 32;  // callers that may queue while this process is busy
 
 FileDescriptor newSocket() {
-  return FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-}
-
-std::optional<sockaddr_un> addressOf(const fs::path& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  const std::string name = path.string();
-  if (name.size() >= sizeof address.sun_path) {
-    errno = ENAMETOOLONG;
-    return std::nullopt;
-  }
-  std::memcpy(address.sun_path, name.data(), name.size());
-  return address;
+  return FileDescriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
 }
 
 using SocketCall = int (*)(int, const sockaddr*, socklen_t);
 
 bool call(SocketCall bindOrConnect, const FileDescriptor& socket, const fs::path& path) {
-  const std::optional<sockaddr_un> address = addressOf(path);
-  return address && bindOrConnect(socket.get(), reinterpret_cast<const sockaddr*>(&*address),
-                                  sizeof *address) == 0;
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string name = path.string();
+  if (name.size() >= sizeof address.sun_path) {
+    errno = ENAMETOOLONG;
+    return false;
+  }
+  std::memcpy(address.sun_path, name.data(), name.size());
+  return bindOrConnect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) ==
+         0;
 }
 
 FileDescriptor listeningAt(const fs::path& path) {
   FileDescriptor socket = newSocket();
-  // Before the file is there, so that at no moment others may connect.
+  // Before the file is there, so that at no moment others may write to it.
   ::fchmod(socket.get(), 0600);
   ::unlink(path.c_str());  // left by a killed holder of the lock that is ours now
-  if (!call(::bind, socket, path) || ::listen(socket.get(), kWaiting) != 0) return {};
+  if (!call(::bind, socket, path)) return {};
   // The sticky bit keeps clean-up services away from files in the runtime folder.
   ::chmod(path.c_str(), S_ISVTX | 0600);
   return socket;
 }
 
-bool sendLine(const FileDescriptor& socket, std::string_view line) {
-  return ::send(socket.get(), line.data(), line.size(), MSG_NOSIGNAL) ==
-         static_cast<ssize_t>(line.size());
+/// Gives the socket a name that only the kernel knows, to which the answer can go.
+bool giveName(const FileDescriptor& socket) {
+  sockaddr address{};
+  address.sa_family = AF_UNIX;
+  return ::bind(socket.get(), &address, sizeof address.sa_family) == 0;
 }
 
-enum class Reading { Open, Ended };
-
-/// Adds what has arrived to `text`, up to what a request or an answer may have.
-Reading readInto(std::string& text, const FileDescriptor& socket) {
-  std::array<char, 16> piece{};
-  const ssize_t count = ::recv(socket.get(), piece.data(), piece.size(), 0);
-  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return Reading::Open;
-  if (count > 0) text.append(piece.data(), static_cast<std::size_t>(count));
-  return count > 0 && text.size() < piece.size() ? Reading::Open : Reading::Ended;
-}
-
-/// One that asks; hangs up on who makes no sense or says nothing, and is deleted then.
-class Caller final : public QObject {
- public:
-  Caller(FileDescriptor socket, const std::function<void()>& requested, QObject* parent)
-      : QObject(parent),
-        requested_(requested),
-        socket_(std::move(socket)),
-        arrivals_(socket_.get(), QSocketNotifier::Read) {
-    connect(&arrivals_, &QSocketNotifier::activated, this, [this] { read(); });
-    QTimer::singleShot(kPatience, this, [this] { hangUp(); });
+/// One message that has arrived, and who has sent it.
+struct Message {
+  explicit Message(const FileDescriptor& socket) {
+    const ssize_t length = ::recvfrom(socket.get(), bytes.data(), bytes.size(), 0,
+                                      reinterpret_cast<sockaddr*>(&sender), &senderLength);
+    text = {bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
   }
-
- private:
-  void read() {
-    const Reading reading = readInto(text_, socket_);
-    // Answers before it shows: what is shown may be a dialog that runs a loop of its own. Who has
-    // given up waiting asked all the same.
-    if (text_ == kRequest) {
-      sendLine(socket_, kAnswer);
-      hangUp();
-      requested_();
-    } else if (reading == Reading::Ended || text_.ends_with('\n')) {
-      hangUp();
-    }
-  }
-
-  void hangUp() {
-    arrivals_.setEnabled(false);
-    socket_.reset();
-    deleteLater();
-  }
-
-  const std::function<void()>& requested_;
-  FileDescriptor socket_;
-  QSocketNotifier arrivals_;
-  std::string text_;
+  std::array<char, 16> bytes{};
+  std::string_view text;
+  sockaddr_un sender{};
+  socklen_t senderLength = sizeof sender;
 };
 
 }  // namespace
@@ -159,47 +116,39 @@ ShowRequests::ShowRequests(fs::path socket, std::function<void()> requested)
     return;
   }
   arrivals_ = std::make_unique<QSocketNotifier>(socket_.get(), QSocketNotifier::Read);
-  QObject::connect(arrivals_.get(), &QSocketNotifier::activated, &callers_,
-                   [this] { acceptAll(); });
+  QObject::connect(arrivals_.get(), &QSocketNotifier::activated, arrivals_.get(),
+                   [this] { answer(); });
 }
 
 ShowRequests::~ShowRequests() {
   if (socket_.isOpen()) ::unlink(path_.c_str());
 }
 
-void ShowRequests::acceptAll() {
-  for (;;) {
-    FileDescriptor caller(::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (caller.isOpen()) {
-      new Caller(std::move(caller), requested_, &callers_);
-    } else if (errno == EAGAIN) {
-      return;
-    } else if (errno != EINTR && errno != ECONNABORTED) {
-      // Who cannot be accepted stays in the queue and would be reported without end.
-      qCWarning(lcProcess, "A further start cannot be listened to (%s), nor any after it",
-                std::strerror(errno));
-      return arrivals_->setEnabled(false);
-    }
-  }
+void ShowRequests::answer() {
+  const Message message(socket_);
+  if (message.text != kRequest) return;
+  // Before it shows: what is shown may be a dialog that runs a loop of its own. Who has given up
+  // waiting asked all the same.
+  ::sendto(socket_.get(), kAnswer.data(), kAnswer.size(), 0,
+           reinterpret_cast<const sockaddr*>(&message.sender), message.senderLength);
+  requested_();
 }
 
 bool ShowRequests::ask(const fs::path& socket, const QDeadlineTimer& deadline) {
-  const FileDescriptor first = newSocket();
-  if (!call(::connect, first, socket) || !sendLine(first, kRequest)) return false;
-  std::string answer;
-  while (answer != kAnswer) {
-    pollfd arrival{first.get(), POLLIN, 0};
-    const int left = static_cast<int>(deadline.remainingTime());
-    const int ready = ::poll(&arrival, 1, left);
-    if (ready == 0 || (ready < 0 && errno != EINTR)) return false;
-    if (ready > 0 && readInto(answer, first) == Reading::Ended) return false;
+  const FileDescriptor caller = newSocket();
+  if (!giveName(caller) || !call(::connect, caller, socket) ||
+      ::send(caller.get(), kRequest.data(), kRequest.size(), 0) < 0) {
+    return false;
   }
-  return true;
+  pollfd arrival{caller.get(), POLLIN, 0};
+  int ready = -1;
+  do {
+    ready = ::poll(&arrival, 1, static_cast<int>(deadline.remainingTime()));
+  } while (ready < 0 && errno == EINTR);
+  return ready > 0 && Message(caller).text == kAnswer;
 }
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kLockName = "calmdeck.lock";
 constexpr const char* kSocketName = "calmdeck.socket";

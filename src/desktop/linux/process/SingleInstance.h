@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDeadlineTimer>
-#include <QObject>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -20,7 +19,7 @@ namespace linux_desktop {
 /// Absent when neither can be had.
 [[nodiscard]] std::optional<std::filesystem::path> runtimeFolder();
 
-/// Further starts of the program ask the first to show itself, by a line over a socket file.
+/// Further starts of the program ask the first to show itself, by a message to a socket file.
 ///
 /// A plain socket: Qt's own brings a library for the whole of the network into a process that has
 /// no other use for it. Main thread only; needs the application object.
@@ -39,11 +38,10 @@ class ShowRequests {
                                 const QDeadlineTimer& deadline);
 
  private:
-  void acceptAll();
+  void answer();
 
   std::filesystem::path path_;
   std::function<void()> requested_;
-  QObject callers_;  // their parent
   FileDescriptor socket_;
   std::unique_ptr<QSocketNotifier> arrivals_;
 };
