@@ -17,6 +17,17 @@ std::atomic<SettingsWriter*> writerAtExit;
 
 }  // namespace
 
+SettingsWriter::SettingsWriter(std::filesystem::path file) : file_(std::move(file)) {
+  thread_.setMaxThreadCount(1);
+  // It would wake, only to end.
+  thread_.setExpiryTimeout(-1);
+  static const int registered = std::atexit([] {
+    if (SettingsWriter* writer = writerAtExit) writer->finish();
+  });
+  static_cast<void>(registered);
+  writerAtExit = this;
+}
+
 SettingsWriter::~SettingsWriter() {
   SettingsWriter* self = this;
   writerAtExit.compare_exchange_strong(self, nullptr);
@@ -24,47 +35,31 @@ SettingsWriter::~SettingsWriter() {
 }
 
 void SettingsWriter::write(QByteArray content) {
-  const std::lock_guard lock(mutex_);
-  newest_ = std::move(content);
-  isDue_ = true;
-  if (!thread_.joinable()) start();
-  changed_.notify_one();
+  {
+    const std::lock_guard lock(mutex_);
+    newest_ = std::move(content);
+    if (std::exchange(isDue_, true)) return;
+  }
+  thread_.start([this] { storeNewest(); });
 }
 
 void SettingsWriter::complain(const std::string& message) const {
   qCWarning(lcDefaults, "Settings file %s: %s", file_.c_str(), message.c_str());
 }
 
-void SettingsWriter::start() {
-  static const int registered = std::atexit([] {
-    if (SettingsWriter* writer = writerAtExit) writer->finish();
-  });
-  static_cast<void>(registered);
-  writerAtExit = this;
-  thread_ = std::thread([this] { work(); });
+void SettingsWriter::finish() {
+  thread_.waitForDone();
+  if (behind_) store(newest_);
 }
 
-void SettingsWriter::finish() {
+void SettingsWriter::storeNewest() {
+  QByteArray content;
   {
     const std::lock_guard lock(mutex_);
-    isLast_ = true;
-  }
-  changed_.notify_one();
-  if (thread_.joinable()) thread_.join();
-}
-
-void SettingsWriter::work() {
-  std::unique_lock lock(mutex_);
-  for (bool last = false; !last;) {
-    changed_.wait(lock, [this] { return isDue_ || isLast_; });
-    if (!isDue_ && !behind_) return;
-    last = isLast_;
+    content = newest_;
     isDue_ = false;
-    const QByteArray content = newest_;
-    lock.unlock();
-    store(content);
-    lock.lock();
   }
+  store(content);
 }
 
 void SettingsWriter::store(const QByteArray& content) {

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <QByteArray>
-#include <condition_variable>
+#include <QThreadPool>
 #include <filesystem>
 #include <mutex>
 #include <string>
-#include <thread>
 
 namespace linux_desktop {
 
@@ -21,11 +20,11 @@ inline constexpr qsizetype kLargestSettings = qsizetype{1} << 20U;
 /// next one and at the end.
 class SettingsWriter {
  public:
-  explicit SettingsWriter(std::filesystem::path file) : file_(std::move(file)) {}
+  explicit SettingsWriter(std::filesystem::path file);
   SettingsWriter(const SettingsWriter&) = delete;
   SettingsWriter& operator=(const SettingsWriter&) = delete;
   /// Returns once the newest content is on the disk, or the last attempt has failed. The same
-  /// happens when the process ends by `exit`, for the one that wrote for the first time last.
+  /// happens when the process ends by `exit`, for the one that was made last.
   ~SettingsWriter();
 
   void write(QByteArray content);
@@ -34,20 +33,17 @@ class SettingsWriter {
   void complain(const std::string& message) const;
 
  private:
-  void start();
   void finish();
-  void work();
+  void storeNewest();
   void store(const QByteArray& content);
 
   const std::filesystem::path file_;
-  bool behind_ = false;  // the thread's own: the file lacks the newest content
+  bool behind_ = false;  // the thread's own while it works: the file lacks the newest content
 
   std::mutex mutex_;
-  std::condition_variable changed_;
   QByteArray newest_;
   bool isDue_ = false;
-  bool isLast_ = false;
-  std::thread thread_;
+  QThreadPool thread_;  // of one
 };
 
 }  // namespace linux_desktop
