@@ -44,21 +44,19 @@ HiddenStateWait::HiddenStateWait(XEvents& events, ClientWindows& clients)
 void HiddenStateWait::start(const Goal& goal, const Request& request, Done done) {
   watches_.clear();
   turn_.reset();
-  waitingFor_ = goal.windows;
-  silent_ = {waitingFor_.begin(), waitingFor_.end()};
-  minimised_ = goal.minimised;
-  patienceAfterTurn_ = goal.patience;
+  goal_ = goal;
+  silent_ = {goal.windows.begin(), goal.windows.end()};
   managerShowsLife_ = managerIsGone_ = allSeemWell_ = false;
   managerIsBehind_ = managerIsBehind_ || goal.manager.isBehind;
   done_ = std::move(done);
-  for (const xcb_window_t window : waitingFor_) watch(window);
+  for (const xcb_window_t window : goal.windows) watch(window);
   watchManager(goal.manager.window);
-  for (const xcb_window_t window : waitingFor_) request(window);
-  if (goal.manager.tellsTurn && !waitingFor_.empty()) {
+  for (const xcb_window_t window : goal.windows) request(window);
+  if (goal.manager.tellsTurn && !goal.windows.empty()) {
     turn_ = std::make_unique<WindowManagerTurn>(events_, [this] { turnHasCome(); });
     patience_.start(kLongestSilence);
   } else {
-    patience_.start(waitingFor_.empty() ? std::chrono::milliseconds::zero() : goal.patience);
+    patience_.start(goal.windows.empty() ? std::chrono::milliseconds::zero() : goal.patience);
   }
   xcb_flush(events_.server().get());
 }
@@ -70,18 +68,17 @@ void HiddenStateWait::watch(xcb_window_t window) {
 
 void HiddenStateWait::watchManager(xcb_window_t window) {
   if (window == XCB_NONE) return;
+  const auto gone = [this] {
+    managerIsGone_ = true;
+    end(goal_.windows);
+  };
   watches_.push_back(events_.watch(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                                   [this](const xcb_generic_event_t& event) {
-                                     if (typeOf(event) != XCB_DESTROY_NOTIFY) return;
-                                     managerIsGone_ = true;
-                                     end();
+                                   [gone](const xcb_generic_event_t& event) {
+                                     if (typeOf(event) == XCB_DESTROY_NOTIFY) gone();
                                    }));
   const xcb_window_t root = events_.server().root();
   // Another one has come. Its predecessor may have gone before we watched its window.
-  watches_.push_back(events_.watchProperty(root, "_NET_SUPPORTING_WM_CHECK", [this] {
-    managerIsGone_ = true;
-    end();
-  }));
+  watches_.push_back(events_.watchProperty(root, "_NET_SUPPORTING_WM_CHECK", gone));
   for (const char* itsOwn : {"_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST_STACKING"}) {
     watches_.push_back(events_.watchProperty(root, itsOwn, [this] {
       if (turn_) giveItsTurnTime();
@@ -97,9 +94,9 @@ void HiddenStateWait::giveItsTurnTime() {
 void HiddenStateWait::turnHasCome() {
   turn_.reset();
   managerIsBehind_ = false;
-  patience_.setInterval(patienceAfterTurn_);
+  patience_.setInterval(goal_.patience);
   if (silent_.empty()) {
-    look(false);
+    look();
   } else {
     patience_.start();
   }
@@ -114,26 +111,29 @@ void HiddenStateWait::changed(xcb_window_t window) {
   }
   // Looking only when every window has changed costs one round trip instead of one a window.
   if (!silent_.empty()) return;
-  if (!turn_) {
-    look(false);
-  } else if (!managerIsBehind_) {
-    // What changes before the turn may be the end of what was asked for earlier.
-    glance();
-  }
+  // What changes before the turn may be the end of what was asked for earlier.
+  if (!turn_ || !managerIsBehind_) look();
 }
 
-void HiddenStateWait::glance() {
+void HiddenStateWait::look() {
   const std::vector<xcb_window_t> left = notYetWell();
   silent_ = {left.begin(), left.end()};
   allSeemWell_ = left.empty();
-  if (allSeemWell_) patience_.start(kPatienceWithTheTurn);
+  if (turn_) {
+    if (allSeemWell_) patience_.start(kPatienceWithTheTurn);
+  } else if (allSeemWell_) {
+    end(left);
+  } else {
+    goal_.windows = left;
+    patience_.start();
+  }
 }
 
 std::vector<xcb_window_t> HiddenStateWait::notYetWell() const {
-  const auto minimised = clients_.minimisedOf(waitingFor_);
-  std::vector<xcb_window_t> left = waitingFor_;
+  const auto minimised = clients_.minimisedOf(goal_.windows);
+  std::vector<xcb_window_t> left = goal_.windows;
   std::erase_if(left,
-                [&](xcb_window_t window) { return minimised.contains(window) == minimised_; });
+                [&](xcb_window_t window) { return minimised.contains(window) == goal_.minimised; });
   return left;
 }
 
@@ -144,28 +144,18 @@ void HiddenStateWait::patienceIsOver() {
               "when it does");
     return;
   }
-  look(true);
+  end(notYetWell());
 }
 
-void HiddenStateWait::look(bool patienceIsOver) {
-  waitingFor_ = notYetWell();
-  if (!waitingFor_.empty() && !patienceIsOver) {
-    silent_ = {waitingFor_.begin(), waitingFor_.end()};
-    patience_.start();
-    return;
-  }
-  end();
-}
-
-void HiddenStateWait::end() {
+void HiddenStateWait::end(std::vector<xcb_window_t> left) {
   patience_.stop();
   watches_.clear();
-  const bool mayStillCome = turn_ && (managerIsBehind_ || !waitingFor_.empty());
+  const bool mayStillCome = turn_ && (managerIsBehind_ || !left.empty());
   managerIsBehind_ = mayStillCome && !managerIsGone_;
   turn_.reset();
   // What is done next may start the next wait.
   const Done done = std::exchange(done_, nullptr);
-  if (done) done(std::exchange(waitingFor_, {}));
+  if (done) done(std::move(left));
 }
 
 }  // namespace linux_desktop

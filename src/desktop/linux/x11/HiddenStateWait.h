@@ -67,11 +67,10 @@ class HiddenStateWait {
   void changed(xcb_window_t window);
   void turnHasCome();
   void patienceIsOver();
-  void look(bool patienceIsOver);
-  /// Whether there is anything left to wait for but the turn. Settles nothing.
-  void glance();
+  /// Settles nothing before the turn: only whether there is anything left to wait for but that.
+  void look();
   [[nodiscard]] std::vector<xcb_window_t> notYetWell() const;
-  void end();
+  void end(std::vector<xcb_window_t> left);
 
   XEvents& events_;
   ClientWindows& clients_;
@@ -82,11 +81,9 @@ class HiddenStateWait {
   bool managerIsBehind_ = false;
   /// But for the turn that has not come.
   bool allSeemWell_ = false;
-  std::vector<xcb_window_t> waitingFor_;
+  Goal goal_{};
   /// Those that have not changed since the last look.
   std::unordered_set<xcb_window_t> silent_;
-  bool minimised_ = false;
-  std::chrono::milliseconds patienceAfterTurn_{};
   std::unique_ptr<WindowManagerTurn> turn_;
   Done done_;
   QTimer patience_;

@@ -1,8 +1,6 @@
 #include "desktop/linux/x11/HiddenWatch.h"
 
-#include <chrono>
 #include <span>
-#include <vector>
 
 namespace linux_desktop {
 
@@ -11,7 +9,6 @@ HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
 
 void HiddenWatch::follow(const ClientList& list) {
   hidden_.clear();
-  manager_ = list.manager;
   for (const ClientWindow& window : list.windows) {
     if (window.mark != HiddenMark::Hidden) continue;
     // Also one that is back already: that it is active may be told only now.
@@ -41,21 +38,13 @@ void HiddenWatch::activeWindowChanged() {
 }
 
 void HiddenWatch::expectBack(xcb_window_t active) {
-  back_.reset();
-  if (!clients_.minimisedOf(std::span(&active, 1)).contains(active)) {
-    isBack(active);
-    return;
-  }
-  constexpr std::chrono::milliseconds kPatience{500};
-  back_ = std::make_unique<HiddenStateWait>(events_, clients_);
-  back_->start(
-      {{active}, false, kPatience, manager_}, [](xcb_window_t) {},
-      [this, active](const std::vector<xcb_window_t>& left) {
-        if (left.empty()) isBack(active);
-      });
+  back_ = events_.watchProperty(active, "_NET_WM_STATE", [this, active] { lookAt(active); });
+  lookAt(active);
 }
 
-void HiddenWatch::isBack(xcb_window_t active) {
+void HiddenWatch::lookAt(xcb_window_t active) {
+  if (clients_.minimisedOf(std::span(&active, 1)).contains(active)) return;
+  back_.reset();
   hidden_.erase(active);
   requests_.mark(active, HiddenMark::BroughtForward);
   xcb_flush(events_.server().get());

@@ -3,7 +3,6 @@
 #include <memory>
 #include <unordered_set>
 
-#include "desktop/linux/x11/HiddenStateWait.h"
 #include "desktop/linux/x11/HideAndShow.h"
 #include "desktop/linux/xserver/XEvents.h"
 
@@ -29,16 +28,15 @@ class HiddenWatch {
   void activeWindowChanged();
   /// Notes that the active window was brought forward, as soon as it is back.
   void expectBack(xcb_window_t active);
-  void isBack(xcb_window_t active);
+  void lookAt(xcb_window_t active);
 
   XEvents& events_;
   ClientWindows& clients_;
   HideRequests requests_;
   std::unordered_set<xcb_window_t> hidden_;
-  WindowManagerAtWork manager_;
   std::unique_ptr<XEvents::Watch> root_;
   /// For the window that became active last; some window managers say so before it is back.
-  std::unique_ptr<HiddenStateWait> back_;
+  std::unique_ptr<XEvents::Watch> back_;
 };
 
 }  // namespace linux_desktop
