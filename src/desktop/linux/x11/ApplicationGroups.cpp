@@ -16,8 +16,6 @@
 namespace linux_desktop {
 namespace {
 
-using WindowIndex = std::unordered_map<xcb_window_t, const ClientWindow*>;
-
 /// Dialogs of dialogs of dialogs; ends windows that are dialogs of each other.
 constexpr int kDeepestDialog = 8;
 
@@ -39,12 +37,12 @@ std::string keyOf(const ClientWindow& window) {
 }
 
 /// The window that this one is a dialog of, in the end; itself when it is none.
-const ClientWindow& leaderOf(const ClientWindow& window, const WindowIndex& index) {
+const ClientWindow& leaderOf(const ClientWindow& window, const ClientList& list) {
   const ClientWindow* leader = &window;
   for (int i = 0; i < kDeepestDialog; ++i) {
-    const auto parent = index.find(leader->transientFor);
-    if (parent == index.end()) break;
-    leader = parent->second;
+    const ClientWindow* parent = list.find(leader->transientFor);
+    if (parent == nullptr) break;
+    leader = parent;
   }
   return *leader;
 }
@@ -85,17 +83,14 @@ bool ApplicationGroup::isVisible() const {
 }
 
 std::vector<ApplicationGroup> applicationsOf(const ClientList& list) {
-  WindowIndex index;
-  for (const ClientWindow& window : list.windows) index.emplace(window.id, &window);
   std::vector<ApplicationGroup> groups;
-  std::unordered_map<std::string, std::size_t> places;
   for (const ClientWindow& window : list.windows) {
-    const ClientWindow& leader = leaderOf(window, index);
+    const ClientWindow& leader = leaderOf(window, list);
     if (isOurs(window) || isOurs(leader)) continue;
-    std::string key = keyOf(leader);
-    const auto [place, isNew] = places.emplace(key, groups.size());
-    if (isNew) groups.push_back({.key = std::move(key)});
-    add(window, leader, groups[place->second]);
+    const std::string key = keyOf(leader);
+    auto group = std::ranges::find(groups, key, &ApplicationGroup::key);
+    if (group == groups.end()) group = groups.insert(group, {.key = key});
+    add(window, leader, *group);
   }
   return groups;
 }

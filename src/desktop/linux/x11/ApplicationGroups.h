@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "desktop/linux/x11/ClientWindows.h"
+#include "platform/port/RunningApplications.h"
 
 namespace linux_desktop {
 
@@ -22,6 +23,8 @@ struct ApplicationGroup {
 
   /// The same for the same application in every list while it runs.
   std::string key;
+  /// Given by who keeps them apart from those that ran before.
+  platform::port::ApplicationId id = 0;
   /// In the window manager's order: those of its own right,
   std::vector<const ClientWindow*> windows = {};
   /// the dialogs that go with them,

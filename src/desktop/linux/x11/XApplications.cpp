@@ -54,21 +54,24 @@ xcb_window_t activeToRemember(const ClientList& list, const HideOperation::Plan&
 XApplications::XApplications(XEvents& events)
     : events_(events), clients_(events.server()), watch_(events, clients_), lastId_(kOurselves) {}
 
-std::unique_ptr<XApplications::Moment> XApplications::read() {
-  auto moment = std::make_unique<Moment>();
-  moment->list = clients_.read();
-  moment->list.manager.isBehind = managerIsBehind_;
+const ApplicationGroup* XApplications::Moment::find(Id application) const {
+  const auto found = std::ranges::find(applications, application, &ApplicationGroup::id);
+  return found == applications.end() ? nullptr : &*found;
+}
+
+XApplications::Moment XApplications::read() {
+  Moment moment{clients_.read(), {}};
+  moment.list.manager.isBehind = managerIsBehind_;
+  moment.applications = applicationsOf(moment.list);
   std::map<std::string, Id> ids;
-  for (ApplicationGroup& group : applicationsOf(moment->list)) {
+  for (ApplicationGroup& group : moment.applications) {
     const auto known = ids_.find(group.key);
-    const Id id = known == ids_.end() ? ++lastId_ : known->second;
-    ids.emplace(group.key, id);
-    moment->inOrder.push_back(id);
-    moment->applications.emplace(id, std::move(group));
+    group.id = known == ids_.end() ? ++lastId_ : known->second;
+    ids.emplace(group.key, group.id);
   }
   // While one window manager takes over from another, nothing is listed and all goes on running.
-  if (!moment->list.windowManager.empty()) ids_ = std::move(ids);
-  if (!operation_) watch_.follow(moment->list);
+  if (!moment.list.windowManager.empty()) ids_ = std::move(ids);
+  if (!operation_) watch_.follow(moment.list);
   return moment;
 }
 
@@ -88,9 +91,8 @@ std::vector<ApplicationInfo> XApplications::runningApplications() {
   std::vector<ApplicationInfo> infos{{kOurselves,
                                       QGuiApplication::applicationDisplayName().toStdString(),
                                       NSApplicationActivationPolicy::Accessory}};
-  for (const Id id : moment.inOrder) {
-    const ApplicationGroup& group = moment.applications.at(id);
-    infos.push_back({id, names_.nameOf(group.key, group.first()),
+  for (const ApplicationGroup& group : moment.applications) {
+    infos.push_back({group.id, names_.nameOf(group.key, group.first()),
                      group.windows.empty() ? NSApplicationActivationPolicy::Accessory
                                            : NSApplicationActivationPolicy::Regular});
   }
@@ -105,12 +107,10 @@ std::optional<XApplications::Wish> XApplications::wishFor(Id application) const 
 }
 
 bool XApplications::isHidden(Id application) {
-  const Moment& moment = now();
-  const auto found = moment.applications.find(application);
-  if (found == moment.applications.end()) return false;
+  const ApplicationGroup* found = now().find(application);
   const auto wish = wishFor(application);
-  if (wish == Wish::Show) return false;
-  return found->second.isHidden() || (wish == Wish::Hide && found->second.isVisible());
+  if (found == nullptr || wish == Wish::Show) return false;
+  return found->isHidden() || (wish == Wish::Hide && found->isVisible());
 }
 
 bool XApplications::hide(Id application) {
@@ -126,9 +126,8 @@ bool XApplications::unhide(Id application) {
 }
 
 bool XApplications::wish(Id application, Wish wish) {
-  const auto& applications = latest().applications;
-  const auto found = applications.find(application);
-  if (found == applications.end() || found->second.windows.empty()) return false;
+  const ApplicationGroup* found = latest().find(application);
+  if (found == nullptr || found->windows.empty()) return false;
   // The same once more, while it is under way, must not undo what the user did meanwhile.
   if (wishFor(application) == wish) return true;
   wishes_[application] = wish;
@@ -157,9 +156,8 @@ std::vector<const ApplicationGroup*> XApplications::take(Wish wish, const Moment
   std::vector<const ApplicationGroup*> taken;
   std::erase_if(wishes_, [&](const auto& waiting) {
     if (waiting.second != wish) return false;
-    const auto found = moment.applications.find(waiting.first);
-    if (found != moment.applications.end()) {
-      taken.push_back(&found->second);
+    if (const ApplicationGroup* found = moment.find(waiting.first)) {
+      taken.push_back(found);
       underWay_.insert(waiting);
     }
     return true;

@@ -38,15 +38,17 @@ class XApplications final : public platform::port::RunningApplications {
   /// One reading of the window manager's list; what hangs on it points into it.
   struct Moment {
     ClientList list;
-    std::map<Id, ApplicationGroup> applications;
-    std::vector<Id> inOrder;
+    std::vector<ApplicationGroup> applications;
+
+    /// Null: there is none any more.
+    [[nodiscard]] const ApplicationGroup* find(Id application) const;
   };
 
   /// Read in this turn of the loop.
   const Moment& now();
   /// Read at some time.
   const Moment& latest() { return moment_ ? *moment_ : now(); }
-  std::unique_ptr<Moment> read();
+  Moment read();
   [[nodiscard]] std::optional<Wish> wishFor(Id application) const;
   bool wish(Id application, Wish wish);
   void queueEndOfTurn();
@@ -65,7 +67,7 @@ class XApplications final : public platform::port::RunningApplications {
   ApplicationNames names_;
   std::map<std::string, Id> ids_;
   Id lastId_;
-  std::unique_ptr<Moment> moment_;
+  std::optional<Moment> moment_;
   bool isFresh_ = false;
   bool turnEnds_ = false;
   bool warned_ = false;
