@@ -16,7 +16,6 @@
 #include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/login/AutostartItems.h"
-#include "desktop/linux/login/ProgramPath.h"
 #include "desktop/linux/loop/QtMainLoop.h"
 #include "desktop/linux/notifications/DaemonDoNotDisturb.h"
 #include "desktop/linux/notifications/DaemonNotifier.h"

@@ -13,7 +13,6 @@
 
 #include "desktop/harness/PrivateHome.h"
 #include "desktop/linux/login/AutostartItems.h"
-#include "desktop/linux/login/ProgramPath.h"
 
 namespace {
 

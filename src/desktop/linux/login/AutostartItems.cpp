@@ -2,10 +2,10 @@
 
 #include <glib.h>
 
+#include <QCoreApplication>
 #include <QStandardPaths>
 #include <QString>
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -56,15 +56,19 @@ std::optional<std::string> withoutFieldCodes(const std::string& word) {
   return plain;
 }
 
+fs::path withoutLinks(const fs::path& path) {
+  std::error_code error;
+  const fs::path real = fs::canonical(path, error);
+  return error ? path.lexically_normal() : real;
+}
+
 std::optional<std::string> located(const std::string& program) {
   fs::path path = program;
   if (!path.is_absolute()) {
     path = QStandardPaths::findExecutable(QString::fromStdString(program)).toStdString();
     if (path.empty()) return std::nullopt;
   }
-  std::error_code error;
-  const fs::path real = fs::canonical(path, error);
-  return error ? path.lexically_normal() : real;
+  return withoutLinks(path);
 }
 
 /// What need not be quoted in an Exec line.
@@ -73,8 +77,9 @@ bool isPlain(char c) {
          std::string_view("/._-+,:@").find(c) != std::string_view::npos;
 }
 
-}  // namespace
-
+/// The absolute path of the program that an entry's Exec line starts, free of links; none when the
+/// text is no entry of an application or its program cannot be found. An entry that is switched off
+/// counts, and so does one whose TryExec is not there.
 std::optional<std::string> programOfEntry(std::string_view text) {
   const KeyFile file(g_key_file_new());
   if (g_key_file_load_from_data(file.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr) ==
@@ -88,6 +93,8 @@ std::optional<std::string> programOfEntry(std::string_view text) {
   return program && !program->empty() ? located(*program) : std::nullopt;
 }
 
+/// Why no entry can start the program at `path`: launchers disagree on what some characters in a
+/// path mean. None when all of them start it.
 std::optional<std::string> whatForbidsEntry(std::string_view path) {
   if (!path.starts_with('/')) return "it is not absolute";
   if (!platform::isUtf8(path)) return "it is not UTF-8";
@@ -100,6 +107,7 @@ std::optional<std::string> whatForbidsEntry(std::string_view path) {
   return std::string("it contains the character ") + *forbidden;
 }
 
+/// An entry for the program at this absolute path, which nothing forbids.
 std::string entryFor(std::string_view path) {
   const std::string program(path);
   const std::string word = std::ranges::all_of(path, isPlain) ? program : '"' + program + '"';
@@ -119,6 +127,7 @@ std::string entryFor(std::string_view path) {
          "X-KDE-autostart-after=panel\n";
 }
 
+/// An entry that starts nothing, and hides one of the same name that is there for all users.
 std::string entryForNothing() {
   return "[Desktop Entry]\n"
          "Type=Application\n"
@@ -127,10 +136,6 @@ std::string entryForNothing() {
 }
 
 using platform::port::LoginItem;
-
-namespace {
-
-namespace fs = std::filesystem;
 using Time = fs::file_time_type;
 
 constexpr std::string_view kSuffix = ".desktop";
@@ -167,6 +172,14 @@ std::string shown(std::string_view path) {
   return text;
 }
 
+/// A program that some other AppImage has started inherits the same variables, so only who lies in
+/// the folder at which an AppImage is mounted runs from it.
+bool liesIn(const fs::path& folder, const fs::path& file) {
+  if (!folder.is_absolute()) return false;
+  const fs::path inside = file.lexically_relative(withoutLinks(folder));
+  return !inside.empty() && *inside.begin() != "..";
+}
+
 struct Listed {
   Time time;
   std::string name;
@@ -186,6 +199,13 @@ std::vector<Listed> listedIn(const fs::path& folder, std::error_code& error) {
 }
 
 }  // namespace
+
+std::string ownProgramPath() {
+  const fs::path program = withoutLinks(QCoreApplication::applicationFilePath().toStdString());
+  const fs::path image = qEnvironmentVariable("APPIMAGE").toStdString();
+  const bool runsFromImage = image.is_absolute() && liesIn(qEnvironmentVariable("APPDIR").toStdString(), program);
+  return runsFromImage ? withoutLinks(image) : program;
+}
 
 AutostartItems::AutostartItems(std::vector<fs::path> folders) : folders_(std::move(folders)) {}
 
