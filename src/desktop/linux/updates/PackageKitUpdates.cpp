@@ -3,6 +3,8 @@
 #include <gio/gio.h>
 
 #include <QCoreApplication>
+#include <array>
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -24,8 +26,7 @@ void launched(GObject* /*source*/, GAsyncResult* result, gpointer /*data*/) {
   g_error_free(error);
 }
 
-}  // namespace
-
+/// Whether some program of this desktop shows the pages of the system's software.
 bool hasSoftwareCentre() {
   GAppInfo* handler = g_app_info_get_default_for_uri_scheme(kScheme);
   if (handler == nullptr) return false;
@@ -33,6 +34,7 @@ bool hasSoftwareCentre() {
   return true;
 }
 
+/// Opens Calmdeck's page there. Returns at once; a failure is one line on standard error.
 void openSoftwareCentre() {
   g_app_info_launch_default_for_uri_async(kPage, nullptr, nullptr, &launched, nullptr);
 }
@@ -42,27 +44,19 @@ using platform::NSAlertStyle;
 using Kind = UpdateAnswer::Kind;
 using Manner = PackageKitQuestion::Manner;
 
-namespace {
-
 const QString kPackage = QStringLiteral("calmdeck");
 
-/// "%1" is the version there is, "%2" the one that runs.
+/// By the kind of the answer: "%1" is the version there is, "%2" the one that runs.
+constexpr std::array kTexts{
+    localizedLater("Calmdeck %1 is available, this is %2. It comes with the system's updates."),
+    localizedLater("The system knows of no newer version of Calmdeck than %2."),
+    localizedLater("This is Calmdeck %2. New versions come with the system's updates."),
+    localizedLater("The system's package service does not answer. Please try again later."),
+    localizedLater("The system's package service could not look for updates."),
+};
+
 const char* englishOf(Kind kind) {
-  switch (kind) {
-    case Kind::Newer:
-      return localizedLater(
-          "Calmdeck %1 is available, this is %2. It comes with the system's updates.");
-    case Kind::None:
-      return localizedLater("The system knows of no newer version of Calmdeck than %2.");
-    case Kind::Absent:
-      return localizedLater("This is Calmdeck %2. New versions come with the system's updates.");
-    case Kind::Silent:
-      return localizedLater(
-          "The system's package service does not answer. Please try again later.");
-    case Kind::Failed:
-      return localizedLater("The system's package service could not look for updates.");
-  }
-  return "";
+  return kTexts.at(static_cast<std::size_t>(kind));
 }
 
 /// In English, or as `localized` has it.
@@ -77,15 +71,7 @@ std::string textForUser(const UpdateAnswer& answer) {
   return textOf(answer, localized(englishOf(answer.kind)));
 }
 
-bool isTrouble(Kind kind) {
-  return kind == Kind::Silent || kind == Kind::Failed;
-}
-
 }  // namespace
-
-PackageKitUpdates::PackageKitUpdates(platform::port::Windows& windows, Notifier& notifier,
-                                     Patience patience)
-    : windows_(windows), notifier_(notifier), patience_(patience) {}
 
 void PackageKitUpdates::checkInBackground() {
   if (userWaits_) return;
@@ -122,7 +108,8 @@ void PackageKitUpdates::notify(const UpdateAnswer& answer) {
 void PackageKitUpdates::show(const UpdateAnswer& answer) {
   NSAlert alert;
   alert.setMessageText(textForUser(answer));
-  alert.setAlertStyle(isTrouble(answer.kind) ? NSAlertStyle::Warning : NSAlertStyle::Informational);
+  const bool isTrouble = answer.kind == Kind::Silent || answer.kind == Kind::Failed;
+  alert.setAlertStyle(isTrouble ? NSAlertStyle::Warning : NSAlertStyle::Informational);
   const bool offersPage = answer.kind == Kind::Newer && hasSoftwareCentre();
   if (offersPage) alert.addButtonWithTitle(localized("Open Software Centre").toStdString());
   alert.addButtonWithTitle(localized(offersPage ? "Later" : "OK").toStdString());

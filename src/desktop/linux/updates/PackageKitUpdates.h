@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QString>
 #include <chrono>
-#include <functional>
 #include <memory>
 
 #include "desktop/linux/notifications/DaemonNotifier.h"
@@ -12,27 +10,21 @@
 
 namespace linux_desktop {
 
-/// Whether some program of this desktop shows the pages of the system's software.
-[[nodiscard]] bool hasSoftwareCentre();
-
-/// Opens Calmdeck's page there. Returns at once; a failure is one line on standard error.
-void openSoftwareCentre();
+/// How long an answer is waited for.
+struct UpdatePatience {
+  std::chrono::milliseconds user = std::chrono::seconds(10);
+  std::chrono::milliseconds background = std::chrono::minutes(2);
+};
 
 /// Newer versions come with the system's updates: PackageKit is asked whether one waits, and the
 /// user is told where to get it. Nothing is ever downloaded or installed from here. Main thread
 /// only; needs the QApplication.
 class PackageKitUpdates final : public platform::port::UpdateService {
  public:
-  struct Patience {
-    /// How long the user waits for an answer.
-    std::chrono::milliseconds user = std::chrono::seconds(10);
-    std::chrono::milliseconds background = std::chrono::minutes(2);
-  };
-
   /// `windows` show the answers to the user, `notifier` what comes unasked; both outlive this.
-  PackageKitUpdates(platform::port::Windows& windows, Notifier& notifier)
-      : PackageKitUpdates(windows, notifier, Patience{}) {}
-  PackageKitUpdates(platform::port::Windows& windows, Notifier& notifier, Patience patience);
+  PackageKitUpdates(platform::port::Windows& windows, Notifier& notifier,
+                    UpdatePatience patience = {})
+      : windows_(windows), notifier_(notifier), patience_(patience) {}
 
   /// A notification when a newer version waits; else, and if anything fails, nothing.
   void checkInBackground() override;
@@ -47,7 +39,7 @@ class PackageKitUpdates final : public platform::port::UpdateService {
 
   platform::port::Windows& windows_;
   Notifier& notifier_;
-  Patience patience_;
+  UpdatePatience patience_;
   std::unique_ptr<PackageKitQuestion> question_;
   std::unique_ptr<platform::port::Windows::ModalPeer> alert_;
   bool userWaits_ = false;
