@@ -57,8 +57,6 @@ struct WindowManagerAtWork {
   xcb_window_t window = XCB_NONE;
   /// Whether it says that a WindowManagerTurn comes.
   bool tellsTurn = false;
-  /// Whether something that it was asked for earlier may still lie at its door.
-  bool isBehind = false;
 };
 
 /// All that hiding and showing has to know, of one moment.
@@ -95,6 +93,7 @@ class ClientWindows {
  public:
   /// `server` outlives this.
   explicit ClientWindows(XServer& server) : server_(server) {}
+  [[nodiscard]] XServer& server() const { return server_; }
 
   /// Two round trips, however many windows there are.
   [[nodiscard]] ClientList read() const;

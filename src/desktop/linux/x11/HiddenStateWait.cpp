@@ -47,7 +47,6 @@ void HiddenStateWait::start(const Goal& goal, const Request& request, Done done)
   goal_ = goal;
   silent_ = {goal.windows.begin(), goal.windows.end()};
   managerShowsLife_ = managerIsGone_ = allSeemWell_ = false;
-  managerIsBehind_ = managerIsBehind_ || goal.manager.isBehind;
   done_ = std::move(done);
   for (const xcb_window_t window : goal.windows) watch(window);
   watchManager(goal.manager.window);

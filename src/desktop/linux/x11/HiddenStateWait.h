@@ -49,6 +49,7 @@ class HiddenStateWait {
 
   /// Both outlive this.
   HiddenStateWait(XEvents& events, ClientWindows& clients);
+  [[nodiscard]] ClientWindows& clients() const { return clients_; }
 
   /// Makes the request for each window and sends them. `done` comes later, once: when all windows
   /// are as wanted, when the patience is over, or at once when the window manager is gone. Starting
@@ -57,8 +58,6 @@ class HiddenStateWait {
 
   /// Of the last wait.
   [[nodiscard]] bool managerIsGone() const { return managerIsGone_; }
-  /// Whether the window manager may still come to something that was asked for.
-  [[nodiscard]] bool managerIsBehind() const { return managerIsBehind_; }
 
  private:
   void watch(xcb_window_t window);
@@ -78,6 +77,7 @@ class HiddenStateWait {
   /// Since the requests.
   bool managerShowsLife_ = false;
   bool managerIsGone_ = false;
+  /// Something that it was asked for, in an earlier wait too, may still lie at its door.
   bool managerIsBehind_ = false;
   /// But for the turn that has not come.
   bool allSeemWell_ = false;

@@ -88,9 +88,8 @@ constexpr std::chrono::milliseconds kPatience{500};
 
 }  // namespace
 
-HideOperation::HideOperation(XEvents& events, ClientWindows& clients, Plan plan,
-                             std::function<void()> done)
-    : HiddenOperation(events, clients, std::move(done)), plan_(std::move(plan)) {
+HideOperation::HideOperation(HiddenStateWait& wait, Plan plan, std::function<void()> done)
+    : HiddenOperation(wait, std::move(done)), plan_(std::move(plan)) {
   requests_.remember(plan_.order, plan_.active);
   for (const xcb_window_t window : plan_.windows) requests_.mark(window, HiddenMark::Hidden);
   for (const xcb_window_t window : plan_.followers) requests_.mark(window, HiddenMark::Hidden);
@@ -130,16 +129,18 @@ constexpr std::chrono::milliseconds kLongPatience{700};
 
 }  // namespace
 
-ShowOperation::ShowOperation(XEvents& events, ClientWindows& clients, Plan plan,
-                             std::function<void()> done)
-    : HiddenOperation(events, clients, std::move(done)), plan_(std::move(plan)) {
-  ask(plan_.before.habits.firstWay, plan_.windows);
+ShowOperation::ShowOperation(HiddenStateWait& wait, std::vector<xcb_window_t> windows,
+                             ClientList before, std::function<void()> done)
+    : HiddenOperation(wait, std::move(done)),
+      windows_(std::move(windows)),
+      before_(std::move(before)) {
+  ask(before_.habits.firstWay, windows_);
 }
 
 void ShowOperation::ask(ShowWay way, std::vector<xcb_window_t> windows) {
   const auto patience = way == ShowWay::RemoveState ? kUsualPatience : kLongPatience;
   wait_.start(
-      {std::move(windows), false, patience, plan_.before.manager},
+      {std::move(windows), false, patience, before_.manager},
       [this, way](xcb_window_t window) { askFor(way, window); },
       [this, way](std::vector<xcb_window_t> left) { asked(way, std::move(left)); });
 }
@@ -154,9 +155,9 @@ void ShowOperation::askFor(ShowWay way, xcb_window_t window) {
       break;
     case ShowWay::Activate: {
       // Activating goes to the workspace of the window, so the window comes to this one first.
-      const ClientWindow* before = plan_.before.find(window);
-      const bool elsewhere = before != nullptr && !plan_.before.isHere(*before);
-      if (elsewhere) requests_.moveToDesktop(window, plan_.before.currentDesktop);
+      const ClientWindow* before = before_.find(window);
+      const bool elsewhere = before != nullptr && !before_.isHere(*before);
+      if (elsewhere) requests_.moveToDesktop(window, before_.currentDesktop);
       requests_.activate(window, XCB_CURRENT_TIME);
       if (elsewhere) requests_.moveToDesktop(window, *before->desktop);
       break;
@@ -180,13 +181,13 @@ void ShowOperation::asked(ShowWay way, std::vector<xcb_window_t> left) {
 }
 
 void ShowOperation::putBack() {
-  ClientList now = plan_.before;
+  ClientList now = before_;
   if (!clients_.refresh(now)) now = clients_.read();
   if (now.windowManager.empty()) {
     done_();
     return;
   }
-  WindowSet shown(plan_.windows.begin(), plan_.windows.end());
+  WindowSet shown(windows_.begin(), windows_.end());
   for (const ClientWindow& window : now.windows) {
     if (window.minimised) shown.erase(window.id);
   }
@@ -201,21 +202,20 @@ void ShowOperation::putBack() {
 }
 
 xcb_window_t ShowOperation::toActivate(const ClientList& now, const WindowSet& shown) const {
-  const ClientList& before = plan_.before;
-  const xcb_window_t kept = before.active == now.active ? xcb_window_t{XCB_NONE} : before.active;
-  const ClientWindow* active = before.workWindow(before.active);
+  const xcb_window_t kept = before_.active == now.active ? xcb_window_t{XCB_NONE} : before_.active;
+  const ClientWindow* active = before_.workWindow(before_.active);
   if (active != nullptr && !active->minimised) return kept;
   // Window managers give it to what comes back, and only the user to another one.
-  if (before.workWindow(now.active) != nullptr && !shown.contains(now.active)) return XCB_NONE;
-  const ClientWindow* last = before.workWindow(before.rememberedActive);
+  if (before_.workWindow(now.active) != nullptr && !shown.contains(now.active)) return XCB_NONE;
+  const ClientWindow* last = before_.workWindow(before_.rememberedActive);
   const bool canBeActive =
-      last != nullptr && before.isHere(*last) && (!last->minimised || shown.contains(last->id));
+      last != nullptr && before_.isHere(*last) && (!last->minimised || shown.contains(last->id));
   return canBeActive ? last->id : kept;
 }
 
 void ShowOperation::activate(xcb_window_t window) {
   const xcb_timestamp_t time = server_.time();
-  if (!plan_.before.canRestack && !plan_.before.habits.activates) {
+  if (!before_.canRestack && !before_.habits.activates) {
     // Activating raises it, which nobody could undo. To Xfwm4, besides, one that was the last to be
     // minimised has never ceased to be the active one.
     xcb_set_input_focus(server_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
@@ -225,8 +225,8 @@ void ShowOperation::activate(xcb_window_t window) {
 }
 
 void ShowOperation::putBackDesktops(const ClientList& now) {
-  for (const xcb_window_t id : plan_.windows) {
-    const ClientWindow* before = plan_.before.find(id);
+  for (const xcb_window_t id : windows_) {
+    const ClientWindow* before = before_.find(id);
     const ClientWindow* after = now.find(id);
     if (before == nullptr || after == nullptr || !before->isOnOneDesktop()) continue;
     if (after->desktop && after->desktop != before->desktop) {
@@ -236,7 +236,7 @@ void ShowOperation::putBackDesktops(const ClientList& now) {
 }
 
 void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown) {
-  if (!plan_.before.canRestack) return;
+  if (!before_.canRestack) return;
   // What is off the screen is nothing to be above of; nor is a desktop, which stands in a layer of
   // its own: IceWM passes over such a wish, and KWin takes it for one for the very top.
   WindowOrder current = now.stacking;
@@ -247,7 +247,7 @@ void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown) 
   // Each, wherever it seems to be: IceWM is late to tell what is where, and Openbox puts one to the
   // very top when the one under it is on another workspace.
   xcb_window_t sibling = XCB_NONE;
-  for (const xcb_window_t window : orderPutBack(current, shown, plan_.before.knownOrder())) {
+  for (const xcb_window_t window : orderPutBack(current, shown, before_.knownOrder())) {
     requests_.restack(window, sibling);
     sibling = window;
   }
@@ -255,7 +255,7 @@ void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown) 
 
 void ShowOperation::clearMarks(const WindowSet& shown) {
   bool someStayHidden = false;
-  for (const ClientWindow& window : plan_.before.windows) {
+  for (const ClientWindow& window : before_.windows) {
     const bool staysHidden = window.isHidden() && !shown.contains(window.id);
     if (window.mark && !staysHidden) requests_.mark(window.id, std::nullopt);
     someStayHidden = someStayHidden || staysHidden;

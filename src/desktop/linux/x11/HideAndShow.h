@@ -56,21 +56,18 @@ class HiddenOperation {
   HiddenOperation(const HiddenOperation&) = delete;
   HiddenOperation& operator=(const HiddenOperation&) = delete;
 
-  /// Whether the window manager may still come to something that was asked for.
-  [[nodiscard]] bool managerIsBehind() const { return wait_.managerIsBehind(); }
-
  protected:
-  HiddenOperation(XEvents& events, ClientWindows& clients, std::function<void()> done)
-      : clients_(clients),
-        server_(events.server()),
+  HiddenOperation(HiddenStateWait& wait, std::function<void()> done)
+      : wait_(wait),
+        clients_(wait.clients()),
+        server_(clients_.server()),
         requests_(server_),
-        wait_(events, clients),
         done_(std::move(done)) {}
 
+  HiddenStateWait& wait_;
   ClientWindows& clients_;
   XServer& server_;
   HideRequests requests_;
-  HiddenStateWait wait_;
   std::function<void()> done_;
 };
 
@@ -89,8 +86,8 @@ class HideOperation final : public HiddenOperation {
   };
 
   /// Asks at once. `done` comes later, when all are gone or refuse, or the window manager is gone;
-  /// their marks stay in any case. `events` and `clients` outlive this.
-  HideOperation(XEvents& events, ClientWindows& clients, Plan plan, std::function<void()> done);
+  /// their marks stay in any case. `wait` outlives this, and serves one at a time.
+  HideOperation(HiddenStateWait& wait, Plan plan, std::function<void()> done);
 
  private:
   void hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then);
@@ -104,15 +101,11 @@ class HideOperation final : public HiddenOperation {
 /// so that the gentlest goes first.
 class ShowOperation final : public HiddenOperation {
  public:
-  struct Plan {
-    std::vector<xcb_window_t> windows;
-    /// Everything as it is before.
-    ClientList before;
-  };
-
   /// Asks at once. `done` comes later, when all are back or do not come, or when the window manager
-  /// is gone: then their marks stay, for the next one. `events` and `clients` outlive this.
-  ShowOperation(XEvents& events, ClientWindows& clients, Plan plan, std::function<void()> done);
+  /// is gone: then their marks stay, for the next one. `before` is everything as it is now. `wait`
+  /// outlives this, and serves one at a time.
+  ShowOperation(HiddenStateWait& wait, std::vector<xcb_window_t> windows, ClientList before,
+                std::function<void()> done);
 
  private:
   void ask(ShowWay way, std::vector<xcb_window_t> windows);
@@ -128,7 +121,8 @@ class ShowOperation final : public HiddenOperation {
   void putBackOrder(const ClientList& now, const WindowSet& shown);
   void clearMarks(const WindowSet& shown);
 
-  Plan plan_;
+  std::vector<xcb_window_t> windows_;
+  ClientList before_;
 };
 
 }  // namespace linux_desktop

@@ -52,7 +52,10 @@ xcb_window_t activeToRemember(const ClientList& list, const HideOperation::Plan&
 }  // namespace
 
 XApplications::XApplications(XEvents& events)
-    : events_(events), clients_(events.server()), watch_(events, clients_), lastId_(kOurselves) {}
+    : clients_(events.server()),
+      watch_(events, clients_),
+      lastId_(kOurselves),
+      wait_(events, clients_) {}
 
 const ApplicationGroup* XApplications::Moment::find(Id application) const {
   const auto found = std::ranges::find(applications, application, &ApplicationGroup::id);
@@ -61,7 +64,6 @@ const ApplicationGroup* XApplications::Moment::find(Id application) const {
 
 XApplications::Moment XApplications::read() {
   Moment moment{clients_.read(), {}};
-  moment.list.manager.isBehind = managerIsBehind_;
   moment.applications = applicationsOf(moment.list);
   std::map<std::string, Id> ids;
   for (ApplicationGroup& group : moment.applications) {
@@ -184,30 +186,28 @@ bool XApplications::startHiding() {
   plan.active = activeToRemember(moment.list, plan);
   plan.manager = moment.list.manager;
   watch_.pause();
-  operation_ =
-      std::make_unique<HideOperation>(events_, clients_, std::move(plan), [this] { finished(); });
+  operation_ = std::make_unique<HideOperation>(wait_, std::move(plan), [this] { finished(); });
   return true;
 }
 
 bool XApplications::startShowing() {
   const Moment& moment = now();
-  ShowOperation::Plan plan;
+  std::vector<xcb_window_t> windows;
   for (const ApplicationGroup* group : take(Wish::Show, moment)) {
     for (const ClientWindow* window : group->windows) {
-      if (window->isHidden()) plan.windows.push_back(window->id);
+      if (window->isHidden()) windows.push_back(window->id);
     }
     for (const auto& follower : group->followers) {
-      if (follower.window->isHidden()) plan.windows.push_back(follower.window->id);
+      if (follower.window->isHidden()) windows.push_back(follower.window->id);
     }
   }
-  if (plan.windows.empty()) {
+  if (windows.empty()) {
     underWay_.clear();
     return false;
   }
-  plan.before = moment.list;
   watch_.pause();
-  operation_ =
-      std::make_unique<ShowOperation>(events_, clients_, std::move(plan), [this] { finished(); });
+  operation_ = std::make_unique<ShowOperation>(wait_, std::move(windows), moment.list,
+                                               [this] { finished(); });
   return true;
 }
 
@@ -216,8 +216,6 @@ void XApplications::finished() {
   QMetaObject::invokeMethod(
       &context_,
       [this] {
-        managerIsBehind_ = operation_->managerIsBehind();
-        moment_->list.manager.isBehind = managerIsBehind_;
         operation_.reset();
         underWay_.clear();
         watch_.resume();

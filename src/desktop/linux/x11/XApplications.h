@@ -61,7 +61,6 @@ class XApplications final : public platform::port::RunningApplications {
   void finished();
   void warnOnce(const char* line);
 
-  XEvents& events_;
   ClientWindows clients_;
   HiddenWatch watch_;
   ApplicationNames names_;
@@ -75,8 +74,8 @@ class XApplications final : public platform::port::RunningApplications {
   /// last wish is also the last request.
   Wishes wishes_;
   Wishes underWay_;
+  HiddenStateWait wait_;
   std::unique_ptr<HiddenOperation> operation_;
-  bool managerIsBehind_ = false;
   QObject context_;
 };
 
