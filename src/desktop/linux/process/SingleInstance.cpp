@@ -108,11 +108,22 @@ struct Message {
 
 }  // namespace
 
-ShowRequests::ShowRequests(fs::path socket, std::function<void()> requested)
-    : path_(std::move(socket)), requested_(std::move(requested)), socket_(listeningAt(path_)) {
+SingleInstance::SingleInstance(std::function<void()> showRequested, std::optional<fs::path> folder)
+    : showRequested_(std::move(showRequested)), folder_(std::move(folder)) {}
+
+SingleInstance::~SingleInstance() {
+  if (socket_.isOpen()) ::unlink(socketFile().c_str());
+}
+
+fs::path SingleInstance::socketFile() const {
+  return *folder_ / "calmdeck.socket";
+}
+
+void SingleInstance::listen() {
+  socket_ = listeningAt(socketFile());
   if (!socket_.isOpen()) {
-    qCWarning(lcProcess, "No socket %s (%s): a second start cannot show this one", path_.c_str(),
-              std::strerror(errno));
+    qCWarning(lcProcess, "No socket %s (%s): a second start cannot show this one",
+              socketFile().c_str(), std::strerror(errno));
     return;
   }
   arrivals_ = std::make_unique<QSocketNotifier>(socket_.get(), QSocketNotifier::Read);
@@ -120,23 +131,19 @@ ShowRequests::ShowRequests(fs::path socket, std::function<void()> requested)
                    [this] { answer(); });
 }
 
-ShowRequests::~ShowRequests() {
-  if (socket_.isOpen()) ::unlink(path_.c_str());
-}
-
-void ShowRequests::answer() {
+void SingleInstance::answer() {
   const Message message(socket_);
   if (message.text != kRequest) return;
   // Before it shows: what is shown may be a dialog that runs a loop of its own. Who has given up
   // waiting asked all the same.
   ::sendto(socket_.get(), kAnswer.data(), kAnswer.size(), 0,
            reinterpret_cast<const sockaddr*>(&message.sender), message.senderLength);
-  requested_();
+  showRequested_();
 }
 
-bool ShowRequests::ask(const fs::path& socket, const QDeadlineTimer& deadline) {
+bool SingleInstance::ask(const QDeadlineTimer& deadline) const {
   const FileDescriptor caller = newSocket();
-  if (!giveName(caller) || !call(::connect, caller, socket) ||
+  if (!giveName(caller) || !call(::connect, caller, socketFile()) ||
       ::send(caller.get(), kRequest.data(), kRequest.size(), 0) < 0) {
     return false;
   }
@@ -148,16 +155,6 @@ bool ShowRequests::ask(const fs::path& socket, const QDeadlineTimer& deadline) {
   return ready > 0 && Message(caller).text == kAnswer;
 }
 
-namespace {
-
-constexpr const char* kLockName = "calmdeck.lock";
-constexpr const char* kSocketName = "calmdeck.socket";
-
-}  // namespace
-
-SingleInstance::SingleInstance(std::function<void()> showRequested, std::optional<fs::path> folder)
-    : showRequested_(std::move(showRequested)), folder_(std::move(folder)) {}
-
 SingleInstance::Claim SingleInstance::claim(std::chrono::milliseconds patience) {
   if (!folder_) {
     qCWarning(lcProcess, "No folder for the lock: a second start will not be noticed");
@@ -166,9 +163,9 @@ SingleInstance::Claim SingleInstance::claim(std::chrono::milliseconds patience) 
   const QDeadlineTimer deadline(patience);
   do {
     const Lock lock = takeLock();
-    if (lock == Lock::Taken) requests_.emplace(*folder_ / kSocketName, showRequested_);
+    if (lock == Lock::Taken) listen();
     if (lock != Lock::Held) return Claim::First;
-    if (ShowRequests::ask(*folder_ / kSocketName, deadline)) return Claim::HandedOver;
+    if (ask(deadline)) return Claim::HandedOver;
     // The first one is about to listen or to end: both take moments, and neither can be waited for.
     QThread::msleep(10);
   } while (!deadline.hasExpired());
@@ -179,7 +176,7 @@ SingleInstance::Claim SingleInstance::claim(std::chrono::milliseconds patience) 
 // flock and not QLockFile: that one guesses from the text in the file whether its writer still
 // lives, and an empty file after a crash, or a new host name, would lock the user out for ever.
 SingleInstance::Lock SingleInstance::takeLock() {
-  const fs::path file = *folder_ / kLockName;
+  const fs::path file = *folder_ / "calmdeck.lock";
   FileDescriptor lock(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (lock.isOpen() && ::flock(lock.get(), LOCK_EX | LOCK_NB) == 0) {
     // The sticky bit keeps clean-up services away from files in the runtime folder.

@@ -19,39 +19,14 @@ namespace linux_desktop {
 /// Absent when neither can be had.
 [[nodiscard]] std::optional<std::filesystem::path> runtimeFolder();
 
-/// Further starts of the program ask the first to show itself, by a message to a socket file.
-///
-/// A plain socket: Qt's own brings a library for the whole of the network into a process that has
-/// no other use for it. Main thread only; needs the application object.
-class ShowRequests {
- public:
-  /// `requested` is called out of the event loop, once a request and after it was answered. Takes
-  /// the place of whatever file is at `socket`. Where that cannot be listened at, that is one line
-  /// on standard error. The file goes with this object.
-  ShowRequests(std::filesystem::path socket, std::function<void()> requested);
-  ~ShowRequests();
-  ShowRequests(const ShowRequests&) = delete;
-  ShowRequests& operator=(const ShowRequests&) = delete;
-
-  /// Whether who listens at `socket` has answered in time. What was asked may still be done late.
-  [[nodiscard]] static bool ask(const std::filesystem::path& socket,
-                                const QDeadlineTimer& deadline);
-
- private:
-  void answer();
-
-  std::filesystem::path path_;
-  std::function<void()> requested_;
-  FileDescriptor socket_;
-  std::unique_ptr<QSocketNotifier> arrivals_;
-};
-
 /// One Calmdeck a user, whatever the number of displays: its settings file has one writer.
 ///
 /// Who holds the lock on `calmdeck.lock` is the first. The kernel gives the lock back when the
 /// holder ends, however it ends, so there is nothing stale to judge. The first listens on
-/// `calmdeck.socket` beside it and is told there of every further start; no bus takes part.
-/// Needs the application object; main thread only.
+/// `calmdeck.socket` beside it and is asked there, by one message of every further start, to show
+/// itself; no bus takes part. A plain socket: Qt's own brings a library for the whole of the
+/// network into a process that has no other use for it. Needs the application object; main thread
+/// only.
 class SingleInstance {
  public:
   enum class Claim {
@@ -60,9 +35,14 @@ class SingleInstance {
     Unanswered,  ///< Another process is the first but hangs; said on standard error: end with 1.
   };
 
-  /// `showRequested` is called out of the event loop when the program was started again.
+  /// `showRequested` is called out of the event loop, once a further start and after that was
+  /// answered.
   explicit SingleInstance(std::function<void()> showRequested,
                           std::optional<std::filesystem::path> folder = runtimeFolder());
+  /// Takes the socket's file along.
+  ~SingleInstance();
+  SingleInstance(const SingleInstance&) = delete;
+  SingleInstance& operator=(const SingleInstance&) = delete;
 
   /// Returns after `patience` at the latest. Where there is no place for the lock, or further
   /// starts cannot be listened to, that is one line on standard error and the answer is First.
@@ -72,11 +52,17 @@ class SingleInstance {
   enum class Lock { Taken, Held, Impossible };
 
   [[nodiscard]] Lock takeLock();
+  [[nodiscard]] std::filesystem::path socketFile() const;
+  void listen();
+  void answer();
+  /// Whether who listens has answered in time. What was asked may still be done late.
+  [[nodiscard]] bool ask(const QDeadlineTimer& deadline) const;
 
   std::function<void()> showRequested_;
   std::optional<std::filesystem::path> folder_;
   FileDescriptor lock_;
-  std::optional<ShowRequests> requests_;
+  FileDescriptor socket_;
+  std::unique_ptr<QSocketNotifier> arrivals_;
 };
 
 }  // namespace linux_desktop

@@ -4,8 +4,10 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
@@ -41,26 +43,22 @@ TerminationSignals::TerminationSignals(std::function<void()> end) : end_(std::mo
   connect(notifier_.get(), &QSocketNotifier::activated, this, &TerminationSignals::wakeUp);
   QCoreApplication::instance()->installEventFilter(this);
 
-  struct sigaction note {};
-  note.sa_handler = noteSignal;
-  note.sa_flags = SA_RESTART;
-  for (const int number : kEndingSignals) handle(number, note);
-  struct sigaction ignore {};
-  ignore.sa_handler = SIG_IGN;
-  handle(SIGPIPE, ignore);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) take(number, &noteSignal);
+  take(SIGPIPE, SIG_IGN);
 }
 
 TerminationSignals::~TerminationSignals() {
-  for (const Earlier& earlier : earlier_) ::sigaction(earlier.number, &earlier.action, nullptr);
+  for (const auto& [number, action] : earlier_) std::signal(number, action);
   wakeUpPipe = -1;
 }
 
-void TerminationSignals::handle(int number, const struct sigaction& action) {
-  Earlier earlier{number, {}};
-  ::sigaction(number, nullptr, &earlier.action);
-  if (number == SIGHUP && earlier.action.sa_handler == SIG_IGN) return;
-  ::sigaction(number, &action, nullptr);
-  earlier_.push_back(earlier);
+void TerminationSignals::take(int number, Action action) {
+  const Action earlier = std::signal(number, action);
+  if (number == SIGHUP && earlier == SIG_IGN) {
+    std::signal(number, SIG_IGN);
+    return;
+  }
+  earlier_.emplace(number, earlier);
 
   // Whoever started us may have left them blocked.
   sigset_t set;

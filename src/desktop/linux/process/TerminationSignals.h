@@ -2,11 +2,9 @@
 
 #include <QObject>
 #include <QSocketNotifier>
-#include <array>
-#include <csignal>
 #include <functional>
+#include <map>
 #include <memory>
-#include <vector>
 
 #include "desktop/linux/files/FileDescriptor.h"
 
@@ -29,22 +27,17 @@ class TerminationSignals final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  static constexpr std::array kEndingSignals{SIGTERM, SIGINT, SIGHUP};
+  using Action = void (*)(int number);
 
-  void handle(int number, const struct sigaction& action);
+  void take(int number, Action action);
   void wakeUp();
   void endOnce();
-
-  struct Earlier {
-    int number;
-    struct sigaction action;
-  };
 
   std::function<void()> end_;
   FileDescriptor readingEnd_;
   FileDescriptor writingEnd_;
   std::unique_ptr<QSocketNotifier> notifier_;
-  std::vector<Earlier> earlier_;
+  std::map<int, Action> earlier_;
 };
 
 }  // namespace linux_desktop
