@@ -38,6 +38,10 @@ bool isText(const std::string& string) {
   return g_utf8_validate(string.c_str(), -1, nullptr) != 0;
 }
 
+std::string withType(GVariant& value) {
+  return Text(g_variant_print(&value, 1)).get();
+}
+
 Schema schemaNamed(const std::string& name) {
   GSettingsSchemaSource* installed = g_settings_schema_source_get_default();
   if (installed == nullptr) return nullptr;
@@ -62,14 +66,26 @@ bool isKeptInMemory(GSettings* settings) {
 }  // namespace
 
 struct GuardedSettings::Glib {
-  std::unique_ptr<GSettings, Unref> settings;
-  std::function<void(const std::string&)> changed;
-  gulong watch = 0;
+  explicit Glib(GSettings* opened) : settings(opened) {
+    g_signal_connect_data(opened, "changed", G_CALLBACK(tell), this, nullptr,
+                          static_cast<GConnectFlags>(0));
+  }
+  ~Glib() { g_signal_handlers_disconnect_by_data(settings.get(), this); }
+  Glib(const Glib&) = delete;
+  Glib& operator=(const Glib&) = delete;
 
   static void tell(GSettings* /*settings*/, char* key, gpointer self) {
     const auto changed = static_cast<Glib*>(self)->changed;
     if (changed) changed(key);
   }
+  /// Null when the key is of another type.
+  [[nodiscard]] Variant value(const std::string& key, const GVariantType* type) const {
+    Variant value(g_settings_get_value(settings.get(), key.c_str()));
+    return g_variant_is_of_type(value.get(), type) != 0 ? std::move(value) : nullptr;
+  }
+
+  std::unique_ptr<GSettings, Unref> settings;
+  std::function<void(const std::string&)> changed;
 };
 
 std::unique_ptr<GuardedSettings> GuardedSettings::open(const std::string& schema,
@@ -82,8 +98,7 @@ std::unique_ptr<GuardedSettings> GuardedSettings::open(const std::string& schema
     qCWarning(lcGSettings, "%s has no key %s", schema.c_str(), key.c_str());
     return nullptr;
   }
-  auto glib = std::make_unique<Glib>();
-  glib->settings.reset(
+  auto glib = std::make_unique<Glib>(
       g_settings_new_full(found.get(), nullptr, path.empty() ? nullptr : path.c_str()));
   if (isKeptInMemory(glib->settings.get())) {
     qCWarning(lcGSettings, "%s is kept in memory only: the module for dconf is not installed",
@@ -102,9 +117,7 @@ std::vector<std::string> GuardedSettings::keysOf(const std::string& schema) {
 GuardedSettings::GuardedSettings(std::unique_ptr<Glib> glib, std::vector<std::string> keys)
     : glib_(std::move(glib)), keys_(std::move(keys)) {}
 
-GuardedSettings::~GuardedSettings() {
-  setChanged({});
-}
+GuardedSettings::~GuardedSettings() = default;
 
 void GuardedSettings::require(const std::string& key) const {
   if (std::ranges::find(keys_, key) != keys_.end()) return;
@@ -113,43 +126,35 @@ void GuardedSettings::require(const std::string& key) const {
 
 std::optional<std::string> GuardedSettings::text(const std::string& key) const {
   require(key);
-  const Variant value(g_settings_get_value(glib_->settings.get(), key.c_str()));
-  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING) == 0) return std::nullopt;
+  const Variant value = glib_->value(key, G_VARIANT_TYPE_STRING);
+  if (!value) return std::nullopt;
   return std::string(g_variant_get_string(value.get(), nullptr));
 }
 
 std::optional<bool> GuardedSettings::flag(const std::string& key) const {
   require(key);
-  const Variant value(g_settings_get_value(glib_->settings.get(), key.c_str()));
-  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN) == 0) return std::nullopt;
+  const Variant value = glib_->value(key, G_VARIANT_TYPE_BOOLEAN);
+  if (!value) return std::nullopt;
   return g_variant_get_boolean(value.get()) != 0;
 }
 
 std::optional<std::vector<std::string>> GuardedSettings::list(const std::string& key) const {
   require(key);
-  const Variant value(g_settings_get_value(glib_->settings.get(), key.c_str()));
-  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING_ARRAY) == 0) return std::nullopt;
+  const Variant value = glib_->value(key, G_VARIANT_TYPE_STRING_ARRAY);
+  if (!value) return std::nullopt;
   return stringsOf(Texts(g_variant_dup_strv(value.get(), nullptr)));
-}
-
-bool GuardedSettings::isWritable(const std::string& key) const {
-  require(key);
-  return g_settings_is_writable(glib_->settings.get(), key.c_str()) != 0;
 }
 
 std::optional<std::string> GuardedSettings::userValue(const std::string& key) const {
   require(key);
   const Variant value(g_settings_get_user_value(glib_->settings.get(), key.c_str()));
-  if (!value) return std::nullopt;
-  const Text printed(g_variant_print(value.get(), 1));
-  return std::string(printed.get());
+  return value ? std::optional(withType(*value)) : std::nullopt;
 }
 
 std::optional<std::string> GuardedSettings::printed(const std::string& text) {
   if (!isText(text)) return std::nullopt;
   const Variant value(g_variant_ref_sink(g_variant_new_string(text.c_str())));
-  const Text printed(g_variant_print(value.get(), 1));
-  return std::string(printed.get());
+  return withType(*value);
 }
 
 bool GuardedSettings::setText(const std::string& key, const std::string& value) {
@@ -173,7 +178,8 @@ bool GuardedSettings::setList(const std::string& key, const std::vector<std::str
 
 bool GuardedSettings::setUserValue(const std::string& key,
                                    const std::optional<std::string>& value) {
-  if (!isWritable(key)) return false;
+  require(key);
+  if (g_settings_is_writable(glib_->settings.get(), key.c_str()) == 0) return false;
   if (!value) {
     g_settings_reset(glib_->settings.get(), key.c_str());
     return true;
@@ -196,16 +202,7 @@ bool GuardedSettings::flush() {
 }
 
 void GuardedSettings::setChanged(std::function<void(const std::string& key)> changed) {
-  GSettings* settings = glib_->settings.get();
   glib_->changed = std::move(changed);
-  const bool watched = glib_->watch != 0;
-  if (static_cast<bool>(glib_->changed) == watched) return;
-  if (watched) {
-    g_signal_handler_disconnect(settings, std::exchange(glib_->watch, 0));
-    return;
-  }
-  glib_->watch = g_signal_connect_data(settings, "changed", G_CALLBACK(Glib::tell), glib_.get(),
-                                       nullptr, static_cast<GConnectFlags>(0));
 }
 
 }  // namespace linux_desktop

@@ -28,8 +28,6 @@ class GuardedSettings {
   [[nodiscard]] std::optional<std::string> text(const std::string& key) const;
   [[nodiscard]] std::optional<bool> flag(const std::string& key) const;
   [[nodiscard]] std::optional<std::vector<std::string>> list(const std::string& key) const;
-  /// False where an administrator has locked the key.
-  [[nodiscard]] bool isWritable(const std::string& key) const;
 
   /// What the user has set, as GLib prints a value with its type; none while the default is in
   /// force. `setUserValue` puts it back byte for byte, and none makes the key unset again.
