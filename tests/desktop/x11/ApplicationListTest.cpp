@@ -1,8 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "desktop/x11/HidingDesk.h"
 
 using harness::WindowManager;
@@ -55,24 +52,6 @@ TEST_F(ApplicationListTest, WindowsAreGroupedByApplicationAndKeepTheirNumber) {
   desk.open({.name = "palette", .className = "Palette"});
   EXPECT_NE(idOf("Palette"), id);
   EXPECT_EQ(idOf("Editor"), editor);
-}
-
-TEST_F(ApplicationListTest, NamesComeFromTheDesktopEntries) {
-  const auto folder = desk.desk().home().home() / ".local/share/applications";
-  std::filesystem::create_directories(folder);
-  std::ofstream(folder / "org.example.Paint.desktop")
-      << "[Desktop Entry]\nName=Paint Box\nName[xx]=Other\nStartupWMClass=pnt\n"
-         "[Desktop Action New]\nName=New Picture\n";
-  std::ofstream(folder / "sheets.desktop") << "[Desktop Entry]\nName=Spread Sheets\n";
-  desk.open({.name = "1", .className = "pnt"});
-  desk.open({.name = "2", .className = "Sheets"});
-  desk.startProgram();
-  EXPECT_TRUE(idOf("Paint Box"));
-  EXPECT_TRUE(idOf("Spread Sheets"));
-
-  std::ofstream(folder / "late.desktop") << "[Desktop Entry]\nName=Come Late\n";
-  desk.open({.name = "3", .className = "Late"});
-  EXPECT_TRUE(idOf("Come Late"));
 }
 
 TEST_F(ApplicationListTest, WindowsThatVanishMeanwhileAreNoHarm) {

@@ -1,17 +1,8 @@
 #include "desktop/linux/x11/ApplicationGroups.h"
 
-#include <QByteArrayList>
 #include <QCoreApplication>
-#include <QDateTime>
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <QLocale>
-#include <QStandardPaths>
 #include <QSysInfo>
 #include <algorithm>
-#include <unordered_map>
 
 namespace linux_desktop {
 namespace {
@@ -93,105 +84,6 @@ std::vector<ApplicationGroup> applicationsOf(const ClientList& list) {
     add(window, leader, *group);
   }
   return groups;
-}
-
-namespace {
-
-constexpr QLatin1String kSuffix(".desktop");
-constexpr qint64 kLargestEntry = 256LL * 1024;
-
-qint64 changeOf(const QString& folder) {
-  return QFileInfo(folder).lastModified().toMSecsSinceEpoch();
-}
-
-/// What is read of an entry, and which of it is the name in the user's language: the first that is
-/// there.
-QByteArrayList keysRead() {
-  const QByteArray locale = QLocale::system().name().toUtf8();
-  const QByteArray language = locale.left(locale.indexOf('_'));
-  return {"StartupWMClass", "Name[" + locale + "]", "Name[" + language + "]", "Name"};
-}
-
-std::string lastPart(const std::string& dotted) {
-  return dotted.substr(dotted.rfind('.') + 1);
-}
-
-}  // namespace
-
-std::optional<std::string> ApplicationNames::nameOf(const std::string& applicationKey,
-                                                    const ClientWindow& window) {
-  if (const auto known = known_.find(applicationKey); known != known_.end()) return known->second;
-  const bool current = !folders_.empty() && std::ranges::all_of(folders_, [](const auto& folder) {
-    return changeOf(folder.first) == folder.second;
-  });
-  if (!current) readFolders();
-  std::optional<std::string> name = entryNameOf(window);
-  if (!name && !window.className.empty()) name = window.className;
-  known_.emplace(applicationKey, name);
-  return name;
-}
-
-std::optional<std::string> ApplicationNames::entryNameOf(const ClientWindow& window) const {
-  const auto in = [](const auto& table, const std::string& key) -> std::optional<std::string> {
-    const auto found = table.find(key);
-    return key.empty() || found == table.end() ? std::nullopt : std::optional(found->second);
-  };
-  for (const std::string& name : {window.className, window.instance}) {
-    if (auto found = in(entries_.byClass, name)) return found;
-  }
-  for (const std::string& name :
-       {window.gtkApplicationId, window.className, lowerCase(window.className), window.instance,
-        lastPart(window.gtkApplicationId), lastPart(window.className)}) {
-    if (auto found = in(entries_.byFile, name)) return found;
-  }
-  return std::nullopt;
-}
-
-void ApplicationNames::readFolders() {
-  entries_ = {};
-  folders_.clear();
-  for (const QString& path :
-       QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
-    folders_.emplace_back(path, changeOf(path));
-    QDirIterator below(path, {QLatin1Char('*') + kSuffix},
-                       QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
-    while (below.hasNext()) {
-      const QString item = below.next();
-      if (below.fileInfo().isDir()) {
-        folders_.emplace_back(item, changeOf(item));
-      } else {
-        // The names of folders become part of the entries' own.
-        QString name = QDir(path).relativeFilePath(item).chopped(kSuffix.size());
-        readEntry(item, name.replace(QLatin1Char('/'), QLatin1Char('-')).toStdString());
-      }
-    }
-  }
-}
-
-void ApplicationNames::readEntry(const QString& path, const std::string& file) {
-  // An entry of an earlier folder stands before one of the same name in a later one.
-  if (entries_.byFile.contains(file)) return;
-  QFile entry(path);
-  if (!entry.open(QIODevice::ReadOnly)) return;
-  static const QByteArrayList keys = keysRead();
-  std::vector<std::string> values(static_cast<std::size_t>(keys.size()));
-  bool inEntry = false;
-  for (const QByteArray& line : entry.read(kLargestEntry).split('\n')) {
-    if (line.startsWith('[')) {
-      if (inEntry) break;
-      inEntry = line.startsWith("[Desktop Entry]");
-    }
-    const auto equals = line.indexOf('=');
-    const auto key = inEntry && equals >= 0 ? keys.indexOf(line.left(equals).trimmed()) : -1;
-    if (key >= 0)
-      values[static_cast<std::size_t>(key)] = line.mid(equals + 1).trimmed().toStdString();
-  }
-  const auto name = std::find_if(values.begin() + 1, values.end(),
-                                 [](const std::string& value) { return !value.empty(); });
-  if (name == values.end()) return;
-  entries_.byFile.emplace(file, *name);
-  if (!values.front().empty()) entries_.byClass.emplace(values.front(), *name);
 }
 
 }  // namespace linux_desktop

@@ -1,12 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
-#include <chrono>
-#include <map>
-#include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "desktop/linux/x11/ClientWindows.h"
@@ -46,29 +40,5 @@ struct ApplicationGroup {
 
 /// The applications but for ourselves, in the order of their oldest windows.
 [[nodiscard]] std::vector<ApplicationGroup> applicationsOf(const ClientList& list);
-
-/// The names that users know applications by, from the desktop entries. The folders of entries are
-/// read when the first name is asked for, and again when one has changed since and an application
-/// is met that was not before.
-class ApplicationNames {
- public:
-  /// None where the window says nothing of its application.
-  [[nodiscard]] std::optional<std::string> nameOf(const std::string& applicationKey,
-                                                  const ClientWindow& window);
-
- private:
-  struct Entries {
-    std::unordered_map<std::string, std::string> byFile;
-    std::unordered_map<std::string, std::string> byClass;
-  };
-
-  void readFolders();
-  void readEntry(const QString& path, const std::string& file);
-  [[nodiscard]] std::optional<std::string> entryNameOf(const ClientWindow& window) const;
-
-  Entries entries_;
-  std::vector<std::pair<QString, qint64>> folders_;  // with the time of their last change
-  std::unordered_map<std::string, std::optional<std::string>> known_;
-};
 
 }  // namespace linux_desktop

@@ -196,7 +196,7 @@ ClientWindow ClientWindows::windowOf(xcb_window_t id,
   window.gtkApplicationId = values[kGtkId].text();
   window.machine = values[kMachine].text();
   const std::vector<std::string> names = values[kClass].texts();
-  if (!names.empty()) window.instance = names[0];
+  // The instance comes first.
   if (names.size() > 1) window.className = names[1];
   return window;
 }

@@ -39,7 +39,6 @@ struct ClientWindow {
   std::optional<std::uint32_t> pid;
   xcb_window_t leader = XCB_NONE;
   std::string gtkApplicationId;
-  std::string instance;
   std::string className;
   std::string machine;
 

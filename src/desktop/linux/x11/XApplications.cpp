@@ -94,7 +94,8 @@ std::vector<ApplicationInfo> XApplications::runningApplications() {
                                       QGuiApplication::applicationDisplayName().toStdString(),
                                       NSApplicationActivationPolicy::Accessory}};
   for (const ApplicationGroup& group : moment.applications) {
-    infos.push_back({group.id, names_.nameOf(group.key, group.first()),
+    const std::string& name = group.first().className;
+    infos.push_back({group.id, name.empty() ? std::nullopt : std::optional(name),
                      group.windows.empty() ? NSApplicationActivationPolicy::Accessory
                                            : NSApplicationActivationPolicy::Regular});
   }

@@ -14,7 +14,8 @@
 
 namespace linux_desktop {
 
-/// The running applications of an X11 desktop: those that have windows, and ourselves.
+/// The running applications of an X11 desktop: those that have windows, under the names that these
+/// have for them, and ourselves.
 ///
 /// Hidden windows are minimised and carry a mark, `_CALMDECK_HIDDEN`; the root window keeps the
 /// stacking order from before, `_CALMDECK_ORDER`, and the one of them that the user worked in last,
@@ -63,7 +64,6 @@ class XApplications final : public platform::port::RunningApplications {
 
   ClientWindows clients_;
   HiddenWatch watch_;
-  ApplicationNames names_;
   std::map<std::string, Id> ids_;
   Id lastId_;
   std::optional<Moment> moment_;
