@@ -223,4 +223,50 @@ std::unordered_set<xcb_window_t> ClientWindows::minimisedOf(
   return minimised;
 }
 
+namespace {
+
+/// As a task bar: window managers do what it asks for without doubting.
+constexpr std::uint32_t kFromPager = 2;
+constexpr std::uint32_t kIconicState = 3;
+enum StateChange : std::uint32_t { kRemove = 0, kAdd = 1 };
+
+}  // namespace
+
+void ClientWindows::minimise(xcb_window_t window) const {
+  // Some take windows of other workspaces for minimised already and pass over the first.
+  server_.askManager(window, "WM_CHANGE_STATE", {kIconicState});
+  server_.askManager(window, "_NET_WM_STATE", {kAdd, server_.atom(kMinimised), 0, kFromPager});
+}
+
+void ClientWindows::restore(xcb_window_t window) const {
+  server_.askManager(window, "_NET_WM_STATE", {kRemove, server_.atom(kMinimised), 0, kFromPager});
+}
+
+void ClientWindows::activate(xcb_window_t window, xcb_timestamp_t time) const {
+  server_.askManager(window, "_NET_ACTIVE_WINDOW", {kFromPager, time});
+}
+
+void ClientWindows::moveToDesktop(xcb_window_t window, std::uint32_t desktop) const {
+  server_.askManager(window, "_NET_WM_DESKTOP", {desktop, kFromPager});
+}
+
+void ClientWindows::restack(xcb_window_t window, xcb_window_t sibling) const {
+  const std::uint32_t mode = sibling == XCB_NONE ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
+  server_.askManager(window, "_NET_RESTACK_WINDOW", {kFromPager, sibling, mode});
+}
+
+void ClientWindows::mark(xcb_window_t window, std::optional<HiddenMark> mark) const {
+  std::vector<std::uint32_t> value;
+  if (mark) value.push_back(static_cast<std::uint32_t>(*mark));
+  server_.setNumbers(window, "_CALMDECK_HIDDEN", XCB_ATOM_CARDINAL, value);
+}
+
+void ClientWindows::remember(const std::vector<xcb_window_t>& bottomToTop,
+                             xcb_window_t active) const {
+  std::vector<xcb_window_t> actives{active};
+  std::erase(actives, XCB_NONE);
+  server_.setNumbers(server_.root(), "_CALMDECK_ORDER", XCB_ATOM_WINDOW, bottomToTop);
+  server_.setNumbers(server_.root(), "_CALMDECK_ACTIVE", XCB_ATOM_WINDOW, actives);
+}
+
 }  // namespace linux_desktop

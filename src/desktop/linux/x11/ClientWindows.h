@@ -87,7 +87,8 @@ struct ClientList {
   [[nodiscard]] bool isHere(const ClientWindow& window) const;
 };
 
-/// The windows of other programs and our own, as the window manager lists them.
+/// The windows of other programs and our own, as the window manager lists them, and what is asked
+/// of it and noted on them for hiding and showing.
 class ClientWindows {
  public:
   /// `server` outlives this.
@@ -103,6 +104,22 @@ class ClientWindows {
   /// Which of these are minimised now. One round trip; none for no windows.
   [[nodiscard]] std::unordered_set<xcb_window_t> minimisedOf(
       std::span<const xcb_window_t> windows) const;
+
+  // Nothing of what follows is sent before the server's connection is flushed, and nothing waits
+  // for an answer; windows that are gone are no harm.
+
+  void minimise(xcb_window_t window) const;
+  /// Takes the minimised state back, which not every window manager heeds.
+  void restore(xcb_window_t window) const;
+  void activate(xcb_window_t window, xcb_timestamp_t time) const;
+  void moveToDesktop(xcb_window_t window, std::uint32_t desktop) const;
+  /// Right above `sibling`; below everything when that is none.
+  void restack(xcb_window_t window, xcb_window_t sibling) const;
+  /// Stays on the window when this process ends. None takes the mark away.
+  void mark(xcb_window_t window, std::optional<HiddenMark> mark) const;
+  /// The stacking order and who is to be active again stay on the root window; none of either
+  /// forgets it.
+  void remember(const std::vector<xcb_window_t>& bottomToTop, xcb_window_t active) const;
 
  private:
   [[nodiscard]] std::vector<XProperty> rootQuestions() const;

@@ -5,7 +5,7 @@
 namespace linux_desktop {
 
 HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
-    : events_(events), clients_(clients), requests_(events.server()) {}
+    : events_(events), clients_(clients) {}
 
 void HiddenWatch::follow(const ClientList& list) {
   hidden_.clear();
@@ -46,7 +46,7 @@ void HiddenWatch::lookAt(xcb_window_t active) {
   if (clients_.minimisedOf(std::span(&active, 1)).contains(active)) return;
   back_.reset();
   hidden_.erase(active);
-  requests_.mark(active, HiddenMark::BroughtForward);
+  clients_.mark(active, HiddenMark::BroughtForward);
   xcb_flush(events_.server().get());
 }
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <unordered_set>
 
-#include "desktop/linux/x11/HideAndShow.h"
+#include "desktop/linux/x11/ClientWindows.h"
 #include "desktop/linux/xserver/XEvents.h"
 
 namespace linux_desktop {
@@ -32,7 +32,6 @@ class HiddenWatch {
 
   XEvents& events_;
   ClientWindows& clients_;
-  HideRequests requests_;
   std::unordered_set<xcb_window_t> hidden_;
   std::unique_ptr<XEvents::Watch> root_;
   /// For the window that became active last; some window managers say so before it is back.

@@ -10,53 +10,6 @@
 namespace linux_desktop {
 namespace {
 
-/// As a task bar: window managers do what it asks for without doubting.
-constexpr std::uint32_t kFromPager = 2;
-constexpr std::uint32_t kIconicState = 3;
-enum StateChange : std::uint32_t { kRemove = 0, kAdd = 1 };
-
-}  // namespace
-
-void HideRequests::minimise(xcb_window_t window) {
-  // Some take windows of other workspaces for minimised already and pass over the first.
-  server_.askManager(window, "WM_CHANGE_STATE", {kIconicState});
-  server_.askManager(window, "_NET_WM_STATE",
-                     {kAdd, server_.atom("_NET_WM_STATE_HIDDEN"), 0, kFromPager});
-}
-
-void HideRequests::restore(xcb_window_t window) {
-  server_.askManager(window, "_NET_WM_STATE",
-                     {kRemove, server_.atom("_NET_WM_STATE_HIDDEN"), 0, kFromPager});
-}
-
-void HideRequests::activate(xcb_window_t window, xcb_timestamp_t time) {
-  server_.askManager(window, "_NET_ACTIVE_WINDOW", {kFromPager, time});
-}
-
-void HideRequests::moveToDesktop(xcb_window_t window, std::uint32_t desktop) {
-  server_.askManager(window, "_NET_WM_DESKTOP", {desktop, kFromPager});
-}
-
-void HideRequests::restack(xcb_window_t window, xcb_window_t sibling) {
-  const std::uint32_t mode = sibling == XCB_NONE ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
-  server_.askManager(window, "_NET_RESTACK_WINDOW", {kFromPager, sibling, mode});
-}
-
-void HideRequests::mark(xcb_window_t window, std::optional<HiddenMark> mark) {
-  std::vector<std::uint32_t> value;
-  if (mark) value.push_back(static_cast<std::uint32_t>(*mark));
-  server_.setNumbers(window, "_CALMDECK_HIDDEN", XCB_ATOM_CARDINAL, value);
-}
-
-void HideRequests::remember(const std::vector<xcb_window_t>& bottomToTop, xcb_window_t active) {
-  std::vector<xcb_window_t> actives{active};
-  std::erase(actives, XCB_NONE);
-  server_.setNumbers(server_.root(), "_CALMDECK_ORDER", XCB_ATOM_WINDOW, bottomToTop);
-  server_.setNumbers(server_.root(), "_CALMDECK_ACTIVE", XCB_ATOM_WINDOW, actives);
-}
-
-namespace {
-
 /// The place above `sibling`; the bottom for none.
 WindowOrder::const_iterator above(const WindowOrder& order, xcb_window_t sibling) {
   return sibling == XCB_NONE ? order.begin() : std::next(std::ranges::find(order, sibling));
@@ -90,9 +43,9 @@ constexpr std::chrono::milliseconds kPatience{500};
 
 HideOperation::HideOperation(HiddenStateWait& wait, Plan plan, std::function<void()> done)
     : HiddenOperation(wait, std::move(done)), plan_(std::move(plan)) {
-  requests_.remember(plan_.order, plan_.active);
-  for (const xcb_window_t window : plan_.windows) requests_.mark(window, HiddenMark::Hidden);
-  for (const xcb_window_t window : plan_.followers) requests_.mark(window, HiddenMark::Hidden);
+  clients_.remember(plan_.order, plan_.active);
+  for (const xcb_window_t window : plan_.windows) clients_.mark(window, HiddenMark::Hidden);
+  for (const xcb_window_t window : plan_.followers) clients_.mark(window, HiddenMark::Hidden);
   hide(plan_.windows, [this](const std::vector<xcb_window_t>& left) {
     if (!left.empty()) qCDebug(lcX11) << left.size() << "windows do not hide";
     hideFollowersLeft();
@@ -102,7 +55,7 @@ HideOperation::HideOperation(HiddenStateWait& wait, Plan plan, std::function<voi
 void HideOperation::hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then) {
   wait_.start(
       {windows, true, kPatience, plan_.manager},
-      [this](xcb_window_t window) { requests_.minimise(window); }, std::move(then));
+      [this](xcb_window_t window) { clients_.minimise(window); }, std::move(then));
 }
 
 void HideOperation::hideFollowersLeft() {
@@ -148,18 +101,18 @@ void ShowOperation::ask(ShowWay way, std::vector<xcb_window_t> windows) {
 void ShowOperation::askFor(ShowWay way, xcb_window_t window) {
   switch (way) {
     case ShowWay::RemoveState:
-      requests_.restore(window);
+      clients_.restore(window);
       break;
     case ShowWay::Map:
-      xcb_map_window(server_.get(), window);
+      xcb_map_window(clients_.server().get(), window);
       break;
     case ShowWay::Activate: {
       // Activating goes to the workspace of the window, so the window comes to this one first.
       const ClientWindow* before = before_.find(window);
       const bool elsewhere = before != nullptr && !before_.isHere(*before);
-      if (elsewhere) requests_.moveToDesktop(window, before_.currentDesktop);
-      requests_.activate(window, XCB_CURRENT_TIME);
-      if (elsewhere) requests_.moveToDesktop(window, *before->desktop);
+      if (elsewhere) clients_.moveToDesktop(window, before_.currentDesktop);
+      clients_.activate(window, XCB_CURRENT_TIME);
+      if (elsewhere) clients_.moveToDesktop(window, *before->desktop);
       break;
     }
   }
@@ -197,7 +150,7 @@ void ShowOperation::putBack() {
   }
   putBackOrder(now, shown);
   clearMarks(shown);
-  xcb_flush(server_.get());
+  xcb_flush(clients_.server().get());
   done_();
 }
 
@@ -214,14 +167,14 @@ xcb_window_t ShowOperation::toActivate(const ClientList& now, const WindowSet& s
 }
 
 void ShowOperation::activate(xcb_window_t window) {
-  const xcb_timestamp_t time = server_.time();
+  const xcb_timestamp_t time = clients_.server().time();
   if (!before_.canRestack && !before_.habits.activates) {
     // Activating raises it, which nobody could undo. To Xfwm4, besides, one that was the last to be
     // minimised has never ceased to be the active one.
-    xcb_set_input_focus(server_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
+    xcb_set_input_focus(clients_.server().get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, time);
     return;
   }
-  requests_.activate(window, time);
+  clients_.activate(window, time);
 }
 
 void ShowOperation::putBackDesktops(const ClientList& now) {
@@ -230,7 +183,7 @@ void ShowOperation::putBackDesktops(const ClientList& now) {
     const ClientWindow* after = now.find(id);
     if (before == nullptr || after == nullptr || !before->isOnOneDesktop()) continue;
     if (after->desktop && after->desktop != before->desktop) {
-      requests_.moveToDesktop(id, *before->desktop);
+      clients_.moveToDesktop(id, *before->desktop);
     }
   }
 }
@@ -248,7 +201,7 @@ void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown) 
   // very top when the one under it is on another workspace.
   xcb_window_t sibling = XCB_NONE;
   for (const xcb_window_t window : orderPutBack(current, shown, before_.knownOrder())) {
-    requests_.restack(window, sibling);
+    clients_.restack(window, sibling);
     sibling = window;
   }
 }
@@ -257,10 +210,10 @@ void ShowOperation::clearMarks(const WindowSet& shown) {
   bool someStayHidden = false;
   for (const ClientWindow& window : before_.windows) {
     const bool staysHidden = window.isHidden() && !shown.contains(window.id);
-    if (window.mark && !staysHidden) requests_.mark(window.id, std::nullopt);
+    if (window.mark && !staysHidden) clients_.mark(window.id, std::nullopt);
     someStayHidden = someStayHidden || staysHidden;
   }
-  if (!someStayHidden) requests_.remember({}, XCB_NONE);
+  if (!someStayHidden) clients_.remember({}, XCB_NONE);
 }
 
 }  // namespace linux_desktop

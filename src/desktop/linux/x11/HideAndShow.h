@@ -1,9 +1,6 @@
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <functional>
-#include <optional>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -12,32 +9,6 @@
 #include "desktop/linux/x11/HiddenStateWait.h"
 
 namespace linux_desktop {
-
-/// What is asked of the window manager and noted on windows. Nothing is sent before the server's
-/// connection is flushed, and nothing waits for an answer; windows that are gone are no harm.
-class HideRequests {
- public:
-  /// `server` outlives this.
-  explicit HideRequests(XServer& server) : server_(server) {}
-
-  void minimise(xcb_window_t window);
-  /// Takes the minimised state back, which not every window manager heeds.
-  void restore(xcb_window_t window);
-  void activate(xcb_window_t window, xcb_timestamp_t time);
-  void moveToDesktop(xcb_window_t window, std::uint32_t desktop);
-  /// Right above `sibling`; below everything when that is none.
-  void restack(xcb_window_t window, xcb_window_t sibling);
-
-  // The marks stay on the windows, and the rest on the root window, when this process ends.
-
-  /// None takes the mark away.
-  void mark(xcb_window_t window, std::optional<HiddenMark> mark);
-  /// The stacking order and who is to be active again; none of either forgets it.
-  void remember(const std::vector<xcb_window_t>& bottomToTop, xcb_window_t active);
-
- private:
-  XServer& server_;
-};
 
 /// Windows, bottom to top.
 using WindowOrder = std::vector<xcb_window_t>;
@@ -58,16 +29,10 @@ class HiddenOperation {
 
  protected:
   HiddenOperation(HiddenStateWait& wait, std::function<void()> done)
-      : wait_(wait),
-        clients_(wait.clients()),
-        server_(clients_.server()),
-        requests_(server_),
-        done_(std::move(done)) {}
+      : wait_(wait), clients_(wait.clients()), done_(std::move(done)) {}
 
   HiddenStateWait& wait_;
   ClientWindows& clients_;
-  XServer& server_;
-  HideRequests requests_;
   std::function<void()> done_;
 };
 
