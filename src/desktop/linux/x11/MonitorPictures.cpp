@@ -9,8 +9,7 @@ namespace {
 constexpr int kScalingTolerance = 24;
 
 bool agree(const QImage& image, const Samples& samples) {
-  return agreement(samplesOf(image, samplePoints(image.rect())), samples, kScalingTolerance)
-      .isLikely();
+  return areLikelySame(samplesOf(image, samplePoints(image.rect())), samples, kScalingTolerance);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <memory>
 
 namespace linux_desktop {
 namespace {
@@ -27,11 +26,6 @@ std::optional<Geometry> geometryOf(xcb_connection_t* connection, xcb_drawable_t 
   if (!reply) return std::nullopt;
   return Geometry{{reply->width, reply->height}, reply->depth};
 }
-
-struct Disconnect {
-  void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-};
-using Maker = std::unique_ptr<xcb_connection_t, Disconnect>;
 
 /// What its maker left for ever goes when that maker is "killed": the custom of all who set one.
 void freeFormer(XServer& server, xcb_pixmap_t next) {
@@ -102,7 +96,7 @@ bool copyRootBackground(XServer& server, const QRect& area, xcb_drawable_t into)
 
 std::optional<xcb_pixmap_t> newRootPixmap(XServer& server) {
   // What a connection leaves for ever is all that it has made.
-  const Maker maker(xcb_connect(nullptr, nullptr));
+  const XConnection maker(xcb_connect(nullptr, nullptr));
   const auto root = geometryOf(server.get(), server.root());
   if (!root || xcb_connection_has_error(maker.get()) != 0) return std::nullopt;
   const xcb_pixmap_t pixmap = xcb_generate_id(maker.get());

@@ -102,14 +102,15 @@ Samples samplesOf(const QImage& image, std::span<const QPoint> points) {
   return samples;
 }
 
-Agreement agreement(const Samples& one, const Samples& other, int tolerance) {
-  Agreement result;
+bool areLikelySame(const Samples& one, const Samples& other, int tolerance) {
+  std::size_t compared = 0;
+  std::size_t close = 0;
   for (std::size_t i = 0; i < std::min(one.size(), other.size()); ++i) {
     if (!one[i] || !other[i]) continue;
-    ++result.compared;
-    if (areClose(*one[i], *other[i], tolerance)) ++result.equal;
+    ++compared;
+    if (areClose(*one[i], *other[i], tolerance)) ++close;
   }
-  return result;
+  return compared > 0 && close * 5 >= compared * 4;
 }
 
 std::size_t DesktopSight::seen() const {
@@ -183,7 +184,7 @@ std::optional<bool> RootPicture::judge(const ForeignPixmap& pixmap, const Monito
     return known == nullptr ? std::nullopt : std::optional(known->right);
   }
   const auto points = samplePoints(monitor.pixels());
-  const bool right = agreement(sight.samples, samplesOf(server_, pixmap.id, points)).isLikely();
+  const bool right = areLikelySame(sight.samples, samplesOf(server_, pixmap.id, points));
   findings_.insert_or_assign(monitor.name, Finding{pixmap.id, sight.iconWindow, monitor, right});
   return right;
 }

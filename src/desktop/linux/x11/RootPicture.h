@@ -32,16 +32,9 @@ enum class Transparency { Ignored, ShowsWhatIsBelow };
                                 Transparency transparency = Transparency::Ignored);
 [[nodiscard]] Samples samplesOf(const QImage& image, std::span<const QPoint> points);
 
-/// How many are known on both sides, and how many of those differ by no more than `tolerance` in
-/// each byte.
-struct Agreement {
-  std::size_t compared = 0;
-  std::size_t equal = 0;
-
-  /// At least four fifths: icons and their labels lie over the rest.
-  [[nodiscard]] bool isLikely() const { return compared > 0 && equal * 5 >= compared * 4; }
-};
-[[nodiscard]] Agreement agreement(const Samples& one, const Samples& other, int tolerance = 0);
+/// Whether of those that are known on both sides at least four fifths differ by no more than
+/// `tolerance` in each byte: icons and their labels lie over the rest.
+[[nodiscard]] bool areLikelySame(const Samples& one, const Samples& other, int tolerance = 0);
 
 /// What can be seen of the desktop itself on one monitor.
 struct DesktopSight {

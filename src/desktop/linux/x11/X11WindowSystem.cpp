@@ -26,10 +26,7 @@ std::unique_ptr<X11WindowSystem> X11WindowSystem::open() {
 }
 
 bool X11WindowSystem::isReachable() {
-  xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-  const bool reachable = xcb_connection_has_error(connection) == 0;
-  xcb_disconnect(connection);
-  return reachable;
+  return xcb_connection_has_error(XConnection(xcb_connect(nullptr, nullptr)).get()) == 0;
 }
 
 X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)

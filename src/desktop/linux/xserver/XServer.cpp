@@ -59,7 +59,7 @@ std::string XPropertyValue::text() const {
 std::unique_ptr<XServer> XServer::connect() {
   if (QGuiApplication::platformName() != QLatin1String("xcb")) return nullptr;
   int screen = 0;
-  Connection connection(xcb_connect(nullptr, &screen));
+  XConnection connection(xcb_connect(nullptr, &screen));
   if (xcb_connection_has_error(connection.get()) != 0) {
     qCWarning(lcX11) << "no second connection to the X server; the program goes on without it";
     return nullptr;
@@ -71,7 +71,7 @@ xcb_connection_t* XServer::connectionOfQt() {
   return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
 }
 
-XServer::XServer(Connection connection, int screen)
+XServer::XServer(XConnection connection, int screen)
     : connection_(std::move(connection)), screen_(screen) {
   const xcb_screen_t* info = screenOf(get(), screen);
   root_ = info->root;

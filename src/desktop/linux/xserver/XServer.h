@@ -33,6 +33,11 @@ using XReply = std::unique_ptr<T, FreeReply>;
   return static_cast<std::uint8_t>(event.response_type & ~kSentByAClient);
 }
 
+struct Disconnect {
+  void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using XConnection = std::unique_ptr<xcb_connection_t, Disconnect>;
+
 struct XProperty {
   xcb_window_t window;
   xcb_atom_t name;
@@ -132,14 +137,9 @@ class XServer {
   [[nodiscard]] XReply<xcb_generic_event_t> nextEvent();
 
  private:
-  struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
-  using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
+  XServer(XConnection connection, int screen);
 
-  XServer(Connection connection, int screen);
-
-  Connection connection_;
+  XConnection connection_;
   int screen_;
   xcb_window_t root_ = XCB_NONE;
   xcb_window_t own_ = XCB_NONE;
