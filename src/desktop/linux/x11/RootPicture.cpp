@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 
 #include "desktop/linux/xserver/XDrawing.h"
 
@@ -20,21 +19,6 @@ bool areClose(std::uint32_t one, std::uint32_t other, int tolerance) {
     if (std::abs(a - b) > tolerance) return false;
   }
   return true;
-}
-
-/// Each of its parts is the median of that of the samples, of which there is at least one.
-std::uint32_t middleColour(const Samples& samples) {
-  std::uint32_t colour = 0;
-  for (int shift = 0; shift < 24; shift += 8) {
-    std::vector<std::uint32_t> part;
-    for (const auto& sample : samples) {
-      if (sample) part.push_back((*sample >> shift) & 0xff);
-    }
-    const auto middle = part.begin() + static_cast<std::ptrdiff_t>(part.size() / 2);
-    std::ranges::nth_element(part, middle);
-    colour |= *middle << shift;
-  }
-  return colour;
 }
 
 /// The part of `area` where nothing hides the icons, or the root window if there are none.
@@ -119,17 +103,18 @@ std::size_t DesktopSight::seen() const {
 }
 
 std::optional<std::uint32_t> DesktopSight::usual() const {
-  std::map<std::uint32_t, int> counts;
-  for (const auto& sample : samples) {
-    if (sample) ++counts[*sample];
+  if (seen() == 0) return std::nullopt;
+  std::uint32_t colour = 0;
+  for (int shift = 0; shift < 24; shift += 8) {
+    std::vector<std::uint32_t> part;
+    for (const auto& sample : samples) {
+      if (sample) part.push_back((*sample >> shift) & 0xff);
+    }
+    const auto middle = part.begin() + static_cast<std::ptrdiff_t>(part.size() / 2);
+    std::ranges::nth_element(part, middle);
+    colour |= *middle << shift;
   }
-  const auto most =
-      std::ranges::max_element(counts, {}, [](const auto& entry) { return entry.second; });
-  if (most == counts.end()) return std::nullopt;
-  // In a photograph hardly a colour comes twice, and one that does is an icon's.
-  constexpr std::size_t kLeastShare = 4;
-  if (static_cast<std::size_t>(most->second) * kLeastShare >= seen()) return most->first;
-  return middleColour(samples);
+  return colour;
 }
 
 DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack, const QRect& monitor) {

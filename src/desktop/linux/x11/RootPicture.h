@@ -45,7 +45,8 @@ struct DesktopSight {
   Samples samples;
 
   [[nodiscard]] std::size_t seen() const;
-  /// The colour seen most often; where none is seen often, one in the middle of all.
+  /// The median of each part of the colours seen: the only one of a plain desktop, whatever icons
+  /// lie on it.
   [[nodiscard]] std::optional<std::uint32_t> usual() const;
 };
 [[nodiscard]] DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack,
