@@ -68,12 +68,6 @@ std::vector<xcb_window_t> listIn(const XPropertyValue& value) {
   return {items.begin(), items.end()};
 }
 
-std::optional<HiddenMark> markIn(const XPropertyValue& value) {
-  const auto mark = value.number();
-  if (!mark) return std::nullopt;
-  return *mark == 0 ? HiddenMark::BroughtForward : HiddenMark::Hidden;
-}
-
 /// What changes from one moment to the next.
 void takeRoot(std::span<const XPropertyValue> root, ClientList& list) {
   list.stacking = listIn(root[kStacking]);
@@ -163,7 +157,7 @@ bool ClientWindows::refresh(ClientList& list) const {
   auto value = values.begin() + static_cast<std::ptrdiff_t>(first);
   for (ClientWindow& window : list.windows) {
     window.minimised = value++->contains(server_.atom(kMinimised));
-    window.mark = markIn(*value++);
+    window.mark = value++->number();
     window.desktop = value++->number();
   }
   return true;
@@ -188,7 +182,7 @@ ClientWindow ClientWindows::windowOf(xcb_window_t id,
     window.kind = ClientKind::Accessory;
   }
   window.minimised = values[kState].contains(server_.atom(kMinimised));
-  window.mark = markIn(values[kMark]);
+  window.mark = values[kMark].number();
   window.transientFor = values[kTransientFor].number().value_or(XCB_NONE);
   window.desktop = values[kDesktop].number();
   window.pid = values[kPid].number();
@@ -255,9 +249,9 @@ void ClientWindows::restack(xcb_window_t window, xcb_window_t sibling) const {
   server_.askManager(window, "_NET_RESTACK_WINDOW", {kFromPager, sibling, mode});
 }
 
-void ClientWindows::mark(xcb_window_t window, std::optional<HiddenMark> mark) const {
+void ClientWindows::mark(xcb_window_t window, std::optional<std::uint32_t> mark) const {
   std::vector<std::uint32_t> value;
-  if (mark) value.push_back(static_cast<std::uint32_t>(*mark));
+  if (mark) value.push_back(*mark);
   server_.setNumbers(window, "_CALMDECK_HIDDEN", XCB_ATOM_CARDINAL, value);
 }
 

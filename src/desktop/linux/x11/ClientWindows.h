@@ -24,7 +24,7 @@ enum class ClientKind {
 };
 
 /// Whether hiding took a window away, as its mark says.
-enum class HiddenMark : std::uint32_t { BroughtForward = 0, Hidden = 1 };
+enum HiddenMark : std::uint32_t { kBroughtForward = 0, kHidden = 1 };
 
 /// A window that the window manager looks after, as it was when the list was read.
 struct ClientWindow {
@@ -32,7 +32,8 @@ struct ClientWindow {
   ClientKind kind = ClientKind::Normal;
   /// Minimised, by whomever.
   bool minimised = false;
-  std::optional<HiddenMark> mark;
+  /// A HiddenMark.
+  std::optional<std::uint32_t> mark;
   /// The window that it is a dialog of; that one need not be a client.
   xcb_window_t transientFor = XCB_NONE;
   std::optional<std::uint32_t> desktop;
@@ -43,7 +44,7 @@ struct ClientWindow {
   std::string machine;
 
   /// Hiding took it away, and it is away still.
-  [[nodiscard]] bool isHidden() const { return mark == HiddenMark::Hidden && minimised; }
+  [[nodiscard]] bool isHidden() const { return mark == kHidden && minimised; }
   /// It belongs to the one that `desktop` says. Mutter says "all" (EWMH 1.5: 0xffffffff) of every
   /// window of a monitor that has no workspaces; one that was moved to all would stay there for
   /// good.
@@ -116,7 +117,7 @@ class ClientWindows {
   /// Right above `sibling`; below everything when that is none.
   void restack(xcb_window_t window, xcb_window_t sibling) const;
   /// Stays on the window when this process ends. None takes the mark away.
-  void mark(xcb_window_t window, std::optional<HiddenMark> mark) const;
+  void mark(xcb_window_t window, std::optional<std::uint32_t> mark) const;
   /// The stacking order and who is to be active again stay on the root window; none of either
   /// forgets it.
   void remember(const std::vector<xcb_window_t>& bottomToTop, xcb_window_t active) const;

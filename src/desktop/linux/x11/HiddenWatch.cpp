@@ -10,7 +10,7 @@ HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
 void HiddenWatch::follow(const ClientList& list) {
   hidden_.clear();
   for (const ClientWindow& window : list.windows) {
-    if (window.mark != HiddenMark::Hidden) continue;
+    if (window.mark != kHidden) continue;
     // Also one that is back already: that it is active may be told only now.
     hidden_.insert(window.id);
     if (window.id == list.active) expectBack(window.id);
@@ -46,7 +46,7 @@ void HiddenWatch::lookAt(xcb_window_t active) {
   if (clients_.minimisedOf(std::span(&active, 1)).contains(active)) return;
   back_.reset();
   hidden_.erase(active);
-  clients_.mark(active, HiddenMark::BroughtForward);
+  clients_.mark(active, kBroughtForward);
   xcb_flush(events_.server().get());
 }
 

@@ -44,8 +44,8 @@ constexpr std::chrono::milliseconds kPatience{500};
 HideOperation::HideOperation(HiddenStateWait& wait, Plan plan, std::function<void()> done)
     : HiddenOperation(wait, std::move(done)), plan_(std::move(plan)) {
   clients_.remember(plan_.order, plan_.active);
-  for (const xcb_window_t window : plan_.windows) clients_.mark(window, HiddenMark::Hidden);
-  for (const xcb_window_t window : plan_.followers) clients_.mark(window, HiddenMark::Hidden);
+  for (const xcb_window_t window : plan_.windows) clients_.mark(window, kHidden);
+  for (const xcb_window_t window : plan_.followers) clients_.mark(window, kHidden);
   hide(plan_.windows, [this](const std::vector<xcb_window_t>& left) {
     if (!left.empty()) qCDebug(lcX11) << left.size() << "windows do not hide";
     hideFollowersLeft();
