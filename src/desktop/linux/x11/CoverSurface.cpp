@@ -64,25 +64,27 @@ void CoverSurface::describe() {
   setText("WM_NAME", "STRING", kName);
   setText("_NET_WM_NAME", "UTF8_STRING", kName);
   setText("WM_CLASS", "STRING", kClass);
-  setNumbers("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {server_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")});
+  server_.setNumbers(window_, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
+                     {server_.atom("_NET_WM_WINDOW_TYPE_DESKTOP")});
   std::vector states{server_.atom("_NET_WM_STATE_STICKY"),
                      server_.atom("_NET_WM_STATE_SKIP_TASKBAR"),
                      server_.atom("_NET_WM_STATE_SKIP_PAGER")};
   if (!stand_.byTypeAlone) states.push_back(server_.atom("_NET_WM_STATE_BELOW"));
-  setNumbers("_NET_WM_STATE", XCB_ATOM_ATOM, states);
-  setNumbers("_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {kAllWorkspaces});
+  server_.setNumbers(window_, "_NET_WM_STATE", XCB_ATOM_ATOM, states);
+  server_.setNumbers(window_, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {kAllWorkspaces});
   // Mapping it takes the keyboard from nobody.
-  setNumbers("_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {0});
-  setNumbers("_MOTIF_WM_HINTS", server_.atom("_MOTIF_WM_HINTS"), {kDecorationsGiven, 0, 0, 0, 0});
+  server_.setNumbers(window_, "_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {0});
+  server_.setNumbers(window_, "_MOTIF_WM_HINTS", server_.atom("_MOTIF_WM_HINTS"),
+                     {kDecorationsGiven, 0, 0, 0, 0});
   // Says that it has a shadow of its own, or muffin 5.6 casts one over the next monitor's cover.
-  setNumbers("_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {0, 0, 0, 0});
+  server_.setNumbers(window_, "_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {0, 0, 0, 0});
   std::vector<std::uint32_t> hints(kHintsLength);
   hints[0] = kInputGiven;  // and the input itself stays 0: no keyboard
-  setNumbers("WM_HINTS", XCB_ATOM_WM_HINTS, hints);
+  server_.setNumbers(window_, "WM_HINTS", XCB_ATOM_WM_HINTS, hints);
   std::vector<std::uint32_t> normal(kNormalHintsLength);
   normal[0] = kUserPlaceAndSize | kGravityGiven;
   normal[kNormalHintsLength - 1] = XCB_GRAVITY_STATIC;
-  setNumbers("WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, normal);
+  server_.setNumbers(window_, "WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, normal);
   if (stand_.managed) setTransient();
 }
 
@@ -134,7 +136,7 @@ void CoverSurface::follow(const CoverStand& stand) {
 void CoverSurface::setTransient() {
   std::vector<std::uint32_t> icons{stand_.iconWindow};
   std::erase(icons, XCB_NONE);
-  setNumbers("WM_TRANSIENT_FOR", XCB_ATOM_WINDOW, icons);
+  server_.setNumbers(window_, "WM_TRANSIENT_FOR", XCB_ATOM_WINDOW, icons);
 }
 
 void CoverSurface::placeAmongUnmanaged() {
@@ -146,11 +148,6 @@ void CoverSurface::placeAmongUnmanaged() {
   const std::array<std::uint32_t, 2> values{stand_.iconTopLevel, XCB_STACK_MODE_ABOVE};
   xcb_configure_window(server_.get(), window_,
                        XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data());
-}
-
-void CoverSurface::setNumbers(std::string_view property, xcb_atom_t type,
-                              const std::vector<std::uint32_t>& values) {
-  server_.setNumbers(window_, property, type, values);
 }
 
 void CoverSurface::setText(std::string_view property, std::string_view type,

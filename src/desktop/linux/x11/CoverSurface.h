@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "desktop/linux/x11/XPicture.h"
 #include "desktop/linux/xserver/XEvents.h"
@@ -63,8 +62,6 @@ class CoverSurface {
   void setTransient();
   void placeAmongUnmanaged();
   void insistOnPlace();
-  void setNumbers(std::string_view property, xcb_atom_t type,
-                  const std::vector<std::uint32_t>& values);
   void setText(std::string_view property, std::string_view type, std::string_view value);
 
   XEvents& events_;

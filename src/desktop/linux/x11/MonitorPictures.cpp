@@ -1,7 +1,5 @@
 #include "desktop/linux/x11/MonitorPictures.h"
 
-#include <optional>
-
 namespace linux_desktop {
 namespace {
 
@@ -13,26 +11,6 @@ bool agree(const QImage& image, const Samples& samples) {
 }
 
 }  // namespace
-
-class MonitorPictures::Sight {
- public:
-  Sight(XEvents& events, const Monitor& monitor) : events_(events), monitor_(monitor) {}
-
-  /// Takes no look.
-  [[nodiscard]] xcb_window_t iconWindow() const {
-    const auto* icons = events_.stack().desktopOn(monitor_.pixels());
-    return icons != nullptr ? icons->window : xcb_window_t{XCB_NONE};
-  }
-  const DesktopSight& look() {
-    if (!sight_) sight_ = lookAtDesktop(events_.server(), events_.stack(), monitor_.pixels());
-    return *sight_;
-  }
-
- private:
-  XEvents& events_;
-  const Monitor& monitor_;
-  std::optional<DesktopSight> sight_;
-};
 
 MonitorPictures::MonitorPictures(XEvents& events, const XScreens& screens)
     : events_(events), root_(events.server()), formats_(events.server()), backdrops_(screens) {}
@@ -76,29 +54,34 @@ bool MonitorPictures::isAwaited(const Monitor& monitor, ToldBackdrop& told) {
   return false;
 }
 
-bool MonitorPictures::isRight(const ForeignPixmap& root, const Monitor& monitor, Sight& sight,
-                              ToldBackdrop& told) {
-  if (root_.isKnownRight(root, monitor, sight.iconWindow())) return true;
-  if (const auto right = root_.judge(root, monitor, sight.look())) return *right;
+DesktopSight MonitorPictures::look(const Monitor& monitor) {
+  return lookAtDesktop(events_.server(), events_.stack(), monitor.pixels());
+}
+
+bool MonitorPictures::isRight(const ForeignPixmap& root, const Monitor& monitor,
+                              xcb_window_t iconWindow, ToldBackdrop& told) {
+  if (root_.isKnownRight(root, monitor, iconWindow)) return true;
+  if (const auto right = root_.judge(root, monitor, look(monitor))) return *right;
   return told.image().isNull() || agree(told.image(), rootSamples(monitor));
 }
 
 std::shared_ptr<const HeldPicture> MonitorPictures::picture(const Monitor& monitor) {
   XServer& server = events_.server();
   ToldBackdrop told = backdrops_.on(monitor);
-  Sight sight(events_, monitor);
+  const auto* icons = events_.stack().desktopOn(monitor.pixels());
+  const xcb_window_t iconWindow = icons != nullptr ? icons->window : xcb_window_t{XCB_NONE};
   // A compositor may paint another picture than the root window's.
-  if (sight.iconWindow() == XCB_NONE && !told.isKnown() && !server.isComposited()) {
+  if (iconWindow == XCB_NONE && !told.isKnown() && !server.isComposited()) {
     if (auto picture = XPicture::fromRoot(server, monitor.pixels())) return picture;
   }
   const auto root = root_.pixmap();
-  if (root && !isAwaited(monitor, told) && isRight(*root, monitor, sight, told)) {
+  if (root && !isAwaited(monitor, told) && isRight(*root, monitor, iconWindow, told)) {
     if (auto picture = XPicture::fromPixmap(server, formats_, *root, monitor.pixels()))
       return picture;
   }
   if (auto picture = XPicture::fromImage(server, told.image())) return picture;
   if (told.takesLong()) return nullptr;
-  const auto colour = sight.look().usual();
+  const auto colour = look(monitor).usual();
   return colour ? XPicture::solid(server, *colour, monitor.pixels().size()) : nullptr;
 }
 

@@ -35,13 +35,11 @@ class MonitorPictures final : public DesktopView {
   void follow(std::function<void()> changed) override;
 
  private:
-  /// Looked at, at most once for each picture that is asked for.
-  class Sight;
-
   [[nodiscard]] Samples rootSamples(const Monitor& monitor);
   [[nodiscard]] bool isAwaited(const Monitor& monitor, ToldBackdrop& told);
-  [[nodiscard]] bool isRight(const ForeignPixmap& root, const Monitor& monitor, Sight& sight,
-                             ToldBackdrop& told);
+  [[nodiscard]] DesktopSight look(const Monitor& monitor);
+  [[nodiscard]] bool isRight(const ForeignPixmap& root, const Monitor& monitor,
+                             xcb_window_t iconWindow, ToldBackdrop& told);
 
   XEvents& events_;
   RootPicture root_;
