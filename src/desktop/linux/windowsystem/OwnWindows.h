@@ -54,7 +54,12 @@ class OwnWindows {
   [[nodiscard]] virtual bool isKept(QWindow& window) { return window.isExposed(); }
   /// Asks for the keyboard on behalf of the user, and for the window to come to where the user is.
   /// For one that the desktop keeps, or that is on the screen. It may be refused.
-  virtual void activate(QWindow& window);
+  virtual void activate(QWindow& window) {
+    const QString token = takeToken();
+    // Where Qt looks for it, and takes it away.
+    if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    window.requestActivate();
+  }
   /// What the user's last act gave leave with to take the keyboard (xdg-activation), or empty. It
   /// serves the next window that is activated, once.
   void setToken(const QString& token) { token_ = token; }
