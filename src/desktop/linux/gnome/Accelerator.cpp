@@ -3,30 +3,15 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
-#include <cctype>
-#include <iterator>
 #include <utility>
 
 #include "desktop/linux/gsettings/GuardedSettings.h"
 #include "desktop/linux/keys/KeyTable.h"
-#include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
 namespace {
 
-struct ModifierRow {
-  /// In small letters; the first of a modifier is the one that we write.
-  std::string_view name;
-  std::uint32_t bit;
-};
-constexpr std::uint32_t kNoModifierOfOurs = 1U << 31U;
-constexpr ModifierRow kModifiers[] = {
-    {"<control>", platform::controlKey}, {"<ctrl>", platform::controlKey},
-    {"<ctl>", platform::controlKey},     {"<primary>", platform::controlKey},
-    {"<alt>", platform::optionKey},      {"<mod1>", platform::optionKey},
-    {"<shift>", platform::shiftKey},     {"<shft>", platform::shiftKey},
-    {"<super>", platform::cmdKey},       {"<mod4>", platform::cmdKey},
-};
+constexpr ModifierNames kModifiers{"<control>", "<alt>", "<shift>", "<super>"};
 
 /// Who takes keys before programs get them.
 constexpr const char* kSchemas[] = {
@@ -37,13 +22,6 @@ constexpr const char* kSchemas[] = {
     kMediaKeys,
 };
 
-std::string lowered(std::string_view text) {
-  std::string low(text);
-  std::ranges::transform(low, low.begin(),
-                         [](unsigned char letter) { return std::tolower(letter); });
-  return low;
-}
-
 /// Two of these that are equal are one combination.
 using Chord = std::pair<std::uint32_t, xkb_keysym_t>;
 
@@ -52,9 +30,7 @@ Chord chordOf(std::string_view accelerator) {
   while (accelerator.starts_with('<')) {
     const auto end = accelerator.find('>');
     if (end == std::string_view::npos) break;
-    const auto* row =
-        std::ranges::find(kModifiers, lowered(accelerator.substr(0, end + 1)), &ModifierRow::name);
-    modifiers |= row == std::end(kModifiers) ? kNoModifierOfOurs : row->bit;
+    modifiers |= modifierNamed(accelerator.substr(1, end - 1)).value_or(kOtherModifier);
     accelerator.remove_prefix(end + 1);
   }
   const xkb_keysym_t keysym =
@@ -80,14 +56,9 @@ std::optional<std::string> holderOfUsersOwn(const GuardedSettings& mediaKeys, co
 }  // namespace
 
 std::string acceleratorOf(std::uint32_t keyCode, std::uint32_t modifiers) {
-  std::string text;
-  for (const auto& [name, bit] : kModifiers) {
-    if ((std::exchange(modifiers, modifiers & ~bit) & bit) == 0) continue;
-    text += name;
-  }
   const std::string key = combinationName(keyCode, 0);
   if (xkb_keysym_from_name(key.c_str(), XKB_KEYSYM_NO_FLAGS) == XKB_KEY_NoSymbol) return {};
-  return text + key;
+  return modifierText(modifiers, kModifiers) + key;
 }
 
 std::optional<std::string> holderOfAccelerator(std::string_view accelerator) {

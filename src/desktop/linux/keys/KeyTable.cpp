@@ -2,6 +2,7 @@
 
 #include <QtCore/qnamespace.h>
 
+#include <QByteArrayView>
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -73,6 +74,14 @@ constexpr KeyRow kKeys[] = {
 
 constexpr std::array<std::uint32_t, 4> kModifiers{controlKey, optionKey, shiftKey, cmdKey};
 
+constexpr std::pair<std::string_view, std::uint32_t> kModifierWords[] = {
+    {"control", controlKey},  {"ctrl", controlKey},     {"ctl", controlKey},
+    {"primary", controlKey},  {"alt", optionKey},       {"mod1", optionKey},
+    {"shift", shiftKey},      {"shft", shiftKey},       {"super", cmdKey},
+    {"mod4", cmdKey},         {"logo", cmdKey},         {"lock", kOtherModifier},
+    {"mod2", kOtherModifier}, {"mod3", kOtherModifier}, {"mod5", kOtherModifier},
+};
+
 /// The preferred one of a code; null where no shortcut can have it.
 const KeyRow* rowOf(std::uint32_t code) {
   const auto* row = std::ranges::find(kKeys, code, &KeyRow::code);
@@ -103,13 +112,24 @@ const KeyRow* keyRowOf(xkb_keysym_t keysym) {
   return row == std::end(kKeys) ? nullptr : row;
 }
 
+std::string modifierText(std::uint32_t modifiers, const ModifierNames& names) {
+  std::string text;
+  for (std::size_t i = 0; i < kModifiers.size(); ++i) {
+    if ((modifiers & kModifiers[i]) != 0) text += names[i];
+  }
+  return text;
+}
+
+std::optional<std::uint32_t> modifierNamed(std::string_view name) {
+  const auto* row = std::ranges::find_if(kModifierWords, [name](const auto& word) {
+    return QByteArrayView(word.first).compare(QByteArrayView(name), Qt::CaseInsensitive) == 0;
+  });
+  return row == std::end(kModifierWords) ? std::nullopt : std::optional(row->second);
+}
+
 std::string combinationName(std::uint32_t keyCode, std::uint32_t modifiers,
                             const ModifierNames& names) {
-  std::string name;
-  for (std::size_t i = 0; i < kModifiers.size(); ++i) {
-    if ((modifiers & kModifiers[i]) != 0) name += names[i];
-  }
-  return name + keyName(keyCode);
+  return modifierText(modifiers, names) + keyName(keyCode);
 }
 
 namespace {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace linux_desktop {
 
@@ -27,6 +28,12 @@ struct KeyRow {
 
 /// What is written for Control, Option, Shift and Command before a key.
 using ModifierNames = std::array<const char*, 4>;
+
+[[nodiscard]] std::string modifierText(std::uint32_t modifiers, const ModifierNames& names);
+/// Stands for a modifier that is none of those four.
+inline constexpr std::uint32_t kOtherModifier = 1U << 31U;
+/// The modifier that configurations call so, in whatever letters: "ctrl", "Mod4". None: it is none.
+[[nodiscard]] std::optional<std::uint32_t> modifierNamed(std::string_view name);
 
 /// A combination of `platform/carbon/KeyCodes.h`; by itself as people here read it,
 /// "Control+Alt+p".
