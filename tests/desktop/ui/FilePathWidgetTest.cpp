@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QThreadPool>
+#include <algorithm>
+#include <vector>
 
 #include "desktop/ui/TitledTest.h"
 
@@ -58,6 +60,22 @@ TEST_F(FilePathWidgetTest, LongPathIsElidedInTheMiddleAndWholeElsewhere) {
   show(QStringLiteral("Please select a Wallpaper"));
   EXPECT_EQ(widget(*path).shownText(), QStringLiteral("Please select a Wallpaper"));
   EXPECT_TRUE(widget(*path).toolTip().isEmpty());
+}
+
+TEST_F(FilePathWidgetTest, PathBeginsWithItsSlashFromRightToLeft) {
+  show(QStringLiteral("/aaaa"));
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  settle();
+  const QImage image = widget(*path).grab().toImage();
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+  // Beside the picture, row by row from the top. The slash is the tallest of these letters.
+  const int end = image.width() - image.height() * 8 / 5 - 1;
+  std::vector<int> ink;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < end; ++x)
+      if (qGray(image.pixel(x, y)) < 128) ink.push_back(x);
+  ASSERT_FALSE(ink.empty());
+  EXPECT_LT(ink.front(), (std::ranges::min(ink) + std::ranges::max(ink)) / 2);
 }
 
 TEST_F(FilePathWidgetTest, PictureIsShownSmallAndGoesWithItsPath) {

@@ -279,6 +279,8 @@ void FilePathWidget::paintEvent(QPaintEvent*) {
   painter.drawPath(outline);
   painter.setPen(theme.color(field_->textColor()));
   const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
+  // A path's slash stays before it, whatever language the rest is in.
+  painter.setLayoutDirection(Qt::LayoutDirectionAuto);
   painter.drawText(textArea(), static_cast<int>(side | Qt::AlignAbsolute), shownText());
 }
 
