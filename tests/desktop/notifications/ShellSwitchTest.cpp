@@ -82,6 +82,31 @@ TEST_P(SettingsOfAShell, AreSwitchedWhateverTheUserDidByHand) {
   }
 }
 
+TEST_P(SettingsOfAShell, AreUnsetAgainWhereNobodyHadSetThem) {
+  const auto& [name, schema, key] = GetParam();
+  const auto settings = linux_desktop::GuardedSettings::open(schema, {key});
+  ASSERT_TRUE(settings) << schema << " is not installed";
+  ASSERT_TRUE(settings->setUserValue(key, std::nullopt));
+  daemon.emplace(address, name, "GNOME");
+  ASSERT_TRUE(isKnown());
+  for (const bool restarts : {false, true}) {
+    want(true);
+    EXPECT_EQ(settings->flag(key), false);
+    if (restarts) {
+      daemon.reset();
+      ASSERT_TRUE(soon([this] { return known.state() == State::None; }));
+      daemon.emplace(address, name, "GNOME");
+      ASSERT_TRUE(isKnown());
+    }
+    want(false);
+    EXPECT_EQ(settings->userValue(key), std::nullopt);
+  }
+  ASSERT_TRUE(settings->setFlag(key, true));
+  want(true);
+  want(false);
+  EXPECT_EQ(settings->userValue(key), "true") << "the user's word";
+}
+
 /// Budgie's switch. Answers from the event loop.
 class BudgieStandIn final : public QDBusVirtualObject {
  public:

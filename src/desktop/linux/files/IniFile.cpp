@@ -99,7 +99,8 @@ QByteArray withIniValue(const QByteArray& text, const QByteArray& section, const
 }
 
 std::optional<std::string> setIniValue(const QString& file, const QByteArray& section,
-                                       const QByteArray& key, const QByteArray& value) {
+                                       const QByteArray& key,
+                                       const std::optional<QByteArray>& value) {
   return putIniText(file, withIniValue(iniText(file).value_or(QByteArray()), section, key, value));
 }
 

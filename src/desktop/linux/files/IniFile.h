@@ -28,9 +28,9 @@ namespace linux_desktop {
                                       const QByteArray& key,
                                       const std::optional<QByteArray>& value);
 
-/// Gives the key in the file that value. The reason on failure.
+/// Gives the key in the file that value, or takes it out. The reason on failure.
 [[nodiscard]] std::optional<std::string> setIniValue(const QString& file, const QByteArray& section,
                                                      const QByteArray& key,
-                                                     const QByteArray& value);
+                                                     const std::optional<QByteArray>& value);
 
 }  // namespace linux_desktop

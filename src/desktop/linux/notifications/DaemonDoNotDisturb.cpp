@@ -5,7 +5,6 @@
 #include <iterator>
 #include <tuple>
 #include <utility>
-#include <variant>
 
 #include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
@@ -22,9 +21,24 @@ struct DaemonDoNotDisturb::Obstacle {
   const char* shown;
 };
 
+using AdapterPtr = std::unique_ptr<DoNotDisturbAdapter>;
+
+/// By the pair that the daemon gives for itself (either half is also given by others), or by what
+/// it can do, whatever its name.
+struct DaemonDoNotDisturb::Kind {
+  const char* name;
+  const char* vendor;
+  const char* capability;
+  /// The desktop whose daemon it is, where the switch outlives the daemon.
+  const char* desktop;
+  /// Null where what the adapter needs is not there.
+  AdapterPtr (*make)(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
+};
+
 namespace {
 
 using Obstacle = DaemonDoNotDisturb::Obstacle;
+using Kind = DaemonDoNotDisturb::Kind;
 
 constexpr Obstacle kNoBus{"there is no session bus", localizedLater("there is no session bus")};
 constexpr Obstacle kNobody{"nothing shows notifications here",
@@ -34,8 +48,6 @@ constexpr Obstacle kUnreachable{"the settings of %1 cannot be reached",
 constexpr Obstacle kNoSwitch{
     "%1 shows notifications and has no Do Not Disturb that can be switched",
     localizedLater("“%1” has no Do Not Disturb")};
-
-using AdapterPtr = std::unique_ptr<DoNotDisturbAdapter>;
 
 template <typename Adapter>
 AdapterPtr onBus(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus) {
@@ -47,20 +59,8 @@ AdapterPtr stored(const NotificationDaemonIdentity& /*daemon*/, const QDBusConne
   return open();
 }
 
-/// A kind of daemon, by the pair that it gives for itself (either half is also given by others), or
-/// by what it can do, whatever its name.
-struct AdapterRow {
-  const char* name;
-  const char* vendor;
-  const char* capability;
-  /// The desktop whose daemon it is, where the switch outlives the daemon.
-  const char* desktop;
-  /// Null where what the adapter needs is not there.
-  AdapterPtr (*make)(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
-};
-
 // In order of preference.
-constexpr AdapterRow kAdapters[] = {
+constexpr Kind kKinds[] = {
     {"Xfce Notify Daemon", "Xfce", nullptr, "XFCE", &onBus<XfceDoNotDisturb>},
     {"dunst", "knopwob", nullptr, nullptr, &onBus<DunstDoNotDisturb>},
     {"Notification Daemon", "MATE", nullptr, "MATE", &stored<&settingsDoNotDisturb<kMateSwitch>>},
@@ -76,31 +76,25 @@ constexpr AdapterRow kAdapters[] = {
     {nullptr, nullptr, "inhibitions", nullptr, &onBus<InhibitionDoNotDisturb>},
 };
 
-bool describes(const AdapterRow& row, const NotificationDaemonIdentity& daemon) {
-  if (row.capability != nullptr) return daemon.capabilities.contains(row.capability);
-  return daemon.name == row.name && daemon.vendor == row.vendor;
+bool describes(const Kind& kind, const NotificationDaemonIdentity& daemon) {
+  if (kind.capability != nullptr) return daemon.capabilities.contains(kind.capability);
+  return daemon.name == kind.name && daemon.vendor == kind.vendor;
 }
 
-/// Or why nothing switches it.
-std::variant<AdapterPtr, const Obstacle*> adapterFor(const NotificationDaemonIdentity& daemon,
-                                                     const QDBusConnection& bus) {
-  for (const AdapterRow& row : kAdapters) {
-    if (!describes(row, daemon)) continue;
-    AdapterPtr adapter = row.make(daemon, bus);
-    if (adapter) return adapter;
-    return &kUnreachable;
-  }
-  return &kNoSwitch;
+/// Null: nothing switches those.
+const Kind* kindOf(const NotificationDaemonIdentity& daemon) {
+  const auto* kind =
+      std::ranges::find_if(kKinds, [&](const Kind& each) { return describes(each, daemon); });
+  return kind == std::end(kKinds) ? nullptr : kind;
 }
 
-/// For the daemon that these desktops, as XDG_CURRENT_DESKTOP lists them, would start; null where
-/// that can only be known once it runs.
-AdapterPtr adapterForDaemonOf(const QStringList& desktops, const NotificationDaemonIdentity& nobody,
-                              const QDBusConnection& bus) {
-  const auto* row = std::ranges::find_if(kAdapters, [&](const AdapterRow& each) {
+/// That of the daemon which these desktops, as XDG_CURRENT_DESKTOP lists them, would start; null
+/// where that can only be known once it runs.
+const Kind* kindOf(const QStringList& desktops) {
+  const auto* kind = std::ranges::find_if(kKinds, [&](const Kind& each) {
     return each.desktop != nullptr && desktops.contains(QLatin1String(each.desktop));
   });
-  return row == std::end(kAdapters) ? nullptr : row->make(nobody, bus);
+  return kind == std::end(kKinds) ? nullptr : kind;
 }
 
 }  // namespace
@@ -162,12 +156,17 @@ void DaemonDoNotDisturb::followDaemon() {
   whyNoAdapter_ = nullptr;
   complained_ = false;
   if (daemon_.state() != NotificationDaemon::State::Known) return followNobody();
+  const Kind* kind = kindOf(daemon_.identity());
+  // The switch is where it was, and this one knows how it was before.
+  if (adapter_ && kind == kind_ && adapter_->outlivesDaemon()) {
+    return follow(*kind, std::move(adapter_));
+  }
   adapter_.reset();
-  auto found = adapterFor(daemon_.identity(), daemon_.bus());
-  if (auto* adapter = std::get_if<std::unique_ptr<DoNotDisturbAdapter>>(&found)) {
-    follow(std::move(*adapter));
+  if (kind == nullptr) {
+    whyNoAdapter_ = &kNoSwitch;
   } else {
-    whyNoAdapter_ = std::get<const Obstacle*>(found);
+    follow(*kind, kind->make(daemon_.identity(), daemon_.bus()));
+    if (!adapter_) whyNoAdapter_ = &kUnreachable;
   }
 }
 
@@ -176,12 +175,14 @@ void DaemonDoNotDisturb::followNobody() {
   const bool nobody = daemon_.state() == NotificationDaemon::State::None;
   if (adapter_ || !nobody || !daemon_.canBeStarted()) return;
   const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
-  if (auto adapter = adapterForDaemonOf(desktops, daemon_.identity(), daemon_.bus()))
-    follow(std::move(adapter));
+  if (const Kind* kind = kindOf(desktops))
+    follow(*kind, kind->make(daemon_.identity(), daemon_.bus()));
 }
 
-void DaemonDoNotDisturb::follow(std::unique_ptr<DoNotDisturbAdapter> adapter) {
+void DaemonDoNotDisturb::follow(const Kind& kind, std::unique_ptr<DoNotDisturbAdapter> adapter) {
+  kind_ = &kind;
   adapter_ = std::move(adapter);
+  if (!adapter_) return;
   const bool owed = std::exchange(wishIsOwed_, false);
   if (wish_ || owed) std::ignore = adapter_->set(wish_);
 }

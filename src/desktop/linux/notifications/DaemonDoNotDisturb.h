@@ -19,6 +19,8 @@ class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
  public:
   /// A reason why there is no such switch.
   struct Obstacle;
+  /// A kind of daemon, and what switches those.
+  struct Kind;
 
   /// `daemon` must outlive this.
   explicit DaemonDoNotDisturb(NotificationDaemon& daemon);
@@ -39,12 +41,15 @@ class DaemonDoNotDisturb final : public QObject, public DoNotDisturbSwitch {
   void readDaemon();
   void followDaemon();
   void followNobody();
-  void follow(std::unique_ptr<DoNotDisturbAdapter> adapter);
+  /// Null: what switches that kind is not there.
+  void follow(const Kind& kind, std::unique_ptr<DoNotDisturbAdapter> adapter);
   /// Null where nothing is in the way.
   [[nodiscard]] const Obstacle* obstacle() const;
 
   NotificationDaemon& daemon_;
   std::unique_ptr<DoNotDisturbAdapter> adapter_;
+  /// Whose it is.
+  const Kind* kind_ = nullptr;
   const Obstacle* whyNoAdapter_ = nullptr;
   bool wish_ = false;
   bool wishIsOwed_ = false;  // clicked while there was nobody to tell

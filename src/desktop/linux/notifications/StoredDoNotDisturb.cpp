@@ -28,7 +28,11 @@ class SettingsDoNotDisturb final : public DoNotDisturbAdapter {
   }
   [[nodiscard]] bool set(bool on) override {
     written_ = true;
-    if (settings_->setFlag(row_.key, on == row_.quiet)) return true;
+    if (on && isOn() == false) wasUnset_ = !settings_->userValue(row_.key);
+    const bool unsets = !on && std::exchange(wasUnset_, false);
+    const bool done = unsets ? settings_->setUserValue(row_.key, std::nullopt)
+                             : settings_->setFlag(row_.key, on == row_.quiet);
+    if (done) return true;
     qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s %s is locked", row_.schema,
               row_.key);
     return false;
@@ -39,9 +43,12 @@ class SettingsDoNotDisturb final : public DoNotDisturbAdapter {
   const SettingsSwitch& row_;
   std::unique_ptr<GuardedSettings> settings_;
   bool written_ = false;
+  /// Before it was switched on here.
+  bool wasUnset_ = false;
 };
 
 const QString kLxqtFile = QStringLiteral("lxqt/notifications.conf");
+constexpr const char* kSection = "General";
 constexpr const char* kLxqtKey = "doNotDisturb";
 
 class LxqtDoNotDisturb final : public DoNotDisturbAdapter {
@@ -59,13 +66,22 @@ class LxqtDoNotDisturb final : public DoNotDisturbAdapter {
   [[nodiscard]] bool set(bool on) override {
     const QString path =
         QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + '/' + kLxqtFile;
-    const auto reason = setIniValue(path, "General", kLxqtKey, on ? "true" : "false");
+    if (on && isOn() == false)
+      wasUnset_ = !iniValue(iniText(path).value_or(""), kSection, kLxqtKey);
+    const bool unsets = !on && std::exchange(wasUnset_, false);
+    const auto reason =
+        setIniValue(path, kSection, kLxqtKey,
+                    unsets ? std::nullopt : std::optional(QByteArray(on ? "true" : "false")));
     if (reason) {
       qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s", reason->c_str());
     }
     return !reason;
   }
   [[nodiscard]] bool outlivesDaemon() const override { return true; }
+
+ private:
+  /// Before it was switched on here.
+  bool wasUnset_ = false;
 };
 
 }  // namespace
