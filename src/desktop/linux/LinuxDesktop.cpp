@@ -106,9 +106,8 @@ LinuxDesktop::Services::Services(Process& process)
               .windowList = session.windowList,
               .availability = &availability,
               .texts = &process.language} {
-  QObject::connect(&tray, &TrayStatusBar::hasTrayChanged, &tray, [this](bool hasTray) {
-    if (hasTray) windows.statusItemsAreShown();
-  });
+  QObject::connect(&tray, &TrayStatusBar::trayChanged, &tray,
+                   [this] { windows.statusItemsChanged(); });
 }
 
 std::variant<std::unique_ptr<LinuxDesktop>, int> LinuxDesktop::open(int& argc, char** argv) {

@@ -92,9 +92,28 @@ TEST_F(QtWindowsTest, WhatStandsInForAPopoverBecomesItWhenTheTrayIsALittleLate) 
   show();
   ASSERT_EQ(shown()->chrome(), Chrome::OrdinaryWithMenu);
   item.shown = true;
-  windows.statusItemsAreShown();
+  windows.statusItemsChanged();
   EXPECT_TRUE(until([this] { return shown() != nullptr && isPopover(shown()->chrome()); }));
   EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
+}
+
+TEST_F(QtWindowsTest, PopoverWaitsForAnItemThatIsComingAndComesUpAlsoWhereItDoesNot) {
+  for (const bool comes : {true, false}) {
+    item.shown = false;
+    item.coming = true;
+    window->show(platform::port::PlacedAtStatusItem{&item});
+    window->makeKeyWindow();
+    settle();
+    EXPECT_EQ(shown(), nullptr);
+    item.shown = comes;
+    item.coming = false;
+    windows.statusItemsChanged();
+    ASSERT_TRUE(until([this] { return window->isKeyWindow(); }));
+    ASSERT_NE(shown(), nullptr);
+    EXPECT_EQ(isPopover(shown()->chrome()), comes);
+    window->orderOut(nullptr);
+    ASSERT_TRUE(until([this] { return !window->isKeyWindow() && shown() == nullptr; }));
+  }
 }
 
 TEST_F(QtWindowsTest, PopoverStaysAtItsPanelWhenItsContentShrinks) {

@@ -45,6 +45,7 @@ class TestStatusItem final : public platform::port::StatusItemPeer,
   void setToolTip(const std::string&) override {}
   void openMenu(const platform::NSMenu&) override {}
   [[nodiscard]] bool isShown() const override { return shown; }
+  [[nodiscard]] bool isComing() const override { return coming; }
   [[nodiscard]] linux_desktop::Anchor anchor() const override { return {{500, 795}, {}}; }
   void menuRequested(QWidget&) override { ++menuRequests; }
   void setActivationObserver(std::function<void(platform::NSEventType)> activated) override {
@@ -52,6 +53,7 @@ class TestStatusItem final : public platform::port::StatusItemPeer,
   }
 
   bool shown = true;
+  bool coming = false;
   int menuRequests = 0;
   std::function<void(platform::NSEventType)> observer;
 };

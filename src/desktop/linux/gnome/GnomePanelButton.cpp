@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QPixmap>
 #include <chrono>
-#include <utility>
 
 namespace linux_desktop {
 namespace {
@@ -24,12 +23,20 @@ QByteArray pngOf(const QIcon& icon) {
 GnomePanelButton::GnomePanelButton(GnomeShell& shell) : shell_(shell) {
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);
-  QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { become(false); });
-  QObject::connect(&shell_, &GnomeShell::gone, &patience_, [this] { patience_.start(); });
+  const auto giveUp = [this] {
+    patience_.stop();
+    tellChanged();
+  };
+  QObject::connect(&patience_, &QTimer::timeout, &patience_, giveUp);
+  QObject::connect(&shell_, &GnomeShell::turnedOff, &patience_, giveUp);
+  QObject::connect(&shell_, &GnomeShell::gone, &patience_, [this] {
+    patience_.start();
+    tellChanged();
+  });
   QObject::connect(&shell_, &GnomeShell::ready, &patience_, [this] {
     patience_.stop();
     send();
-    become(true);
+    tellChanged();
   });
   patience_.start();
 }
@@ -38,10 +45,6 @@ void GnomePanelButton::show(const QString& service, const QIcon& icon) {
   service_ = service;
   picture_ = pngOf(icon);
   send();
-}
-
-void GnomePanelButton::become(bool there) {
-  if (std::exchange(isThere_, there) != there) tellChanged();
 }
 
 void GnomePanelButton::send() const {

@@ -9,25 +9,24 @@
 
 namespace linux_desktop {
 
-/// A button of our extension's. It counts as there from the start, since the extension serves us a
-/// moment later; where it then does not, or goes, it is not there any more.
+/// A button of our extension's, which is there while that serves us. From the start on, and when it
+/// goes, it is waited for a while: the extension serves us a moment after the start.
 class GnomePanelButton final : public PanelButton {
  public:
   /// `shell` outlives this.
   explicit GnomePanelButton(GnomeShell& shell);
 
-  [[nodiscard]] bool isThere() const override { return isThere_; }
+  [[nodiscard]] bool isThere() const override { return shell_.isReady(); }
+  [[nodiscard]] bool isComing() const override { return patience_.isActive(); }
   void show(const QString& service, const QIcon& icon) override;
 
  private:
-  void become(bool there);
   void send() const;
 
   GnomeShell& shell_;
-  bool isThere_ = true;
   QString service_;
   QByteArray picture_;
-  /// Also while the screen is locked the extension is away.
+  /// Runs while it is waited for. Also while the screen is locked the extension is away.
   QTimer patience_;
 };
 

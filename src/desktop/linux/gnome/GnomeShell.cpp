@@ -39,24 +39,29 @@ bool isInstalled() {
               .isEmpty();
 }
 
+constexpr const char* kOff = "disabled-extensions";
+constexpr const char* kAllOff = "disable-user-extensions";
+constexpr const char* kWithout =
+    "GNOME Shell does without our extension: its user has turned it off";
+
 /// By the user, whose word it is: the shell lists as such what is turned off and not what never was
 /// on.
-bool isTurnedOff() {
-  constexpr const char* kOff = "disabled-extensions";
-  const auto settings = GuardedSettings::open("org.gnome.shell", {kOff});
-  const auto off = settings ? settings->list(kOff) : std::nullopt;
-  return off && std::ranges::find(*off, kUuid.toStdString()) != off->end();
+bool isTurnedOff(const GuardedSettings* settings) {
+  if (settings == nullptr) return false;
+  const auto off = settings->list(kOff);
+  const bool isListed = off && std::ranges::find(*off, kUuid.toStdString()) != off->end();
+  return isListed || settings->flag(kAllOff) == true;
 }
 
 /// Whether the shell may and can turn it on, by what it tells of it; if not, a line says why.
-bool isUsable(const QVariantMap& extension) {
+bool isUsable(const QVariantMap& extension, const GuardedSettings* settings) {
   if (extension.isEmpty()) {
     if (isInstalled())
       qCWarning(lcGnome, "GNOME Shell does without our extension until the next login");
     return false;
   }
-  if (isTurnedOff()) {
-    qCWarning(lcGnome, "GNOME Shell does without our extension: its user has turned it off");
+  if (isTurnedOff(settings)) {
+    qCWarning(lcGnome, kWithout);
     return false;
   }
   const auto state = static_cast<State>(extension.value(QStringLiteral("state")).toInt());
@@ -81,20 +86,27 @@ std::unique_ptr<GnomeShell> GnomeShell::open() {
     qCDebug(lcGnome) << "no GNOME Shell:" << reasonOf(answer).c_str();
     return nullptr;
   }
-  if (!isUsable(qdbus_cast<QVariantMap>(answer.arguments().value(0)))) return nullptr;
-  return std::unique_ptr<GnomeShell>(new GnomeShell());
+  auto settings = GuardedSettings::open("org.gnome.shell", {kOff, kAllOff});
+  const auto extension = qdbus_cast<QVariantMap>(answer.arguments().value(0));
+  if (!isUsable(extension, settings.get())) return nullptr;
+  return std::unique_ptr<GnomeShell>(new GnomeShell(std::move(settings)));
 }
 
-GnomeShell::GnomeShell()
-    : peer_(kExtension),
+GnomeShell::GnomeShell(std::unique_ptr<GuardedSettings> settings)
+    : settings_(std::move(settings)),
+      peer_(kExtension),
       extension_(kExtension, QDBusConnection::sessionBus(),
                  QDBusServiceWatcher::WatchForUnregistration) {
   connect(&extension_, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
     isReady_ = false;
     Q_EMIT gone();
+    lookWhetherTurnedOff();
   });
+  // Which may be heard of after the extension has gone.
+  if (settings_) settings_->setChanged([this](const std::string&) { lookWhetherTurnedOff(); });
   listen({}, QStringLiteral("Ready"), [this](const QVariantList& /*nothing*/) {
     isReady_ = true;
+    isOff_ = false;
     Q_EMIT ready();
   });
   turnOn();
@@ -103,11 +115,19 @@ GnomeShell::GnomeShell()
 void GnomeShell::turnOn() {
   linux_desktop::ask(QDBusConnection::sessionBus(),
                      aboutExtension(QStringLiteral("EnableExtension")), this,
-                     [](const QDBusMessage& answer) {
+                     [this](const QDBusMessage& answer) {
                        if (!isError(answer) && answer.arguments().value(0).toBool()) return;
                        qCWarning(lcGnome, "GNOME Shell does not turn our extension on: %s",
                                  isError(answer) ? reasonOf(answer).c_str() : "it is not allowed");
+                       Q_EMIT turnedOff();
                      });
+}
+
+void GnomeShell::lookWhetherTurnedOff() {
+  if (isReady_ || isOff_ || !isTurnedOff(settings_.get())) return;
+  isOff_ = true;
+  qCWarning(lcGnome, kWithout);
+  Q_EMIT turnedOff();
 }
 
 void GnomeShell::send(const QString& interface, const QString& method,

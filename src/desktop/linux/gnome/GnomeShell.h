@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/gsettings/GuardedSettings.h"
 
 namespace linux_desktop {
 
@@ -54,15 +55,22 @@ class GnomeShell final : public QObject {
   void ready();
   /// What it did for us is undone, but that hidden windows stay so.
   void gone();
+  /// It does not serve us, and is not going to until somebody turns it on: the shell would not, or
+  /// the user has turned it off.
+  void turnedOff();
 
  private Q_SLOTS:
   void heard(const QDBusMessage& signal);
 
  private:
-  GnomeShell();
+  explicit GnomeShell(std::unique_ptr<GuardedSettings> settings);
   void turnOn();
+  void lookWhetherTurnedOff();
 
   bool isReady_ = false;
+  bool isOff_ = false;
+  /// The shell's, about extensions; null where they cannot be read.
+  std::unique_ptr<GuardedSettings> settings_;
   std::map<std::pair<QString, QString>, Listener> listeners_;
   BusPeer peer_;
   QDBusServiceWatcher extension_;

@@ -27,6 +27,8 @@ class StatusItemAnchor {
 
   /// Whether a host shows the item now, so that the user can find it again.
   [[nodiscard]] virtual bool isShown() const = 0;
+  /// Whether none does yet, but one is going to in a moment, or it turns out that none is.
+  [[nodiscard]] virtual bool isComing() const { return false; }
   /// Means something only while the item is shown.
   [[nodiscard]] virtual Anchor anchor() const = 0;
 

@@ -101,8 +101,10 @@ void TrayStatusBar::followTrays() {
   for (TrayStatusItem* item : items_) item->useButton(isOnPanel() ? button_ : nullptr);
   const bool xembed = wantsXEmbed();
   for (TrayStatusItem* item : items_) item->useXEmbed(xembed);
-  setHasTray(isOnPanel() || watcher_.state() == State::Ready || (xembed && legacy_->isDocked()));
-  if (hasTray_) return;
+  const bool isInATray = watcher_.state() == State::Ready || (xembed && legacy_->isDocked());
+  const bool isShown = isOnPanel() ? button_->isThere() : isInATray;
+  setTray(isShown, isOnPanel() && !isShown);
+  if (hasTray_ || isComing_) return;
   if (xembed) {
     patience_.start();
   } else {
@@ -110,10 +112,11 @@ void TrayStatusBar::followTrays() {
   }
 }
 
-void TrayStatusBar::setHasTray(bool hasTray) {
-  if (hasTray == hasTray_) return;
+void TrayStatusBar::setTray(bool hasTray, bool isComing) {
+  if (hasTray == hasTray_ && isComing == isComing_) return;
   hasTray_ = hasTray;
-  Q_EMIT hasTrayChanged(hasTray_);
+  isComing_ = isComing;
+  Q_EMIT trayChanged();
 }
 
 void TrayStatusBar::sayThatThereIsNone() {

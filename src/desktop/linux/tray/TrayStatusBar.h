@@ -38,10 +38,13 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   /// Whether an icon of ours is on the screen and can be clicked, as far as the trays tell. False
   /// while that is not known yet, and while the tray does not answer.
   [[nodiscard]] bool hasTray() const { return hasTray_; }
+  /// Whether there is none yet, but the desktop's panel is going to have a button in a moment.
+  [[nodiscard]] bool isComing() const { return isComing_; }
   [[nodiscard]] const TrayAnchor& anchor() const { return anchor_; }
 
  Q_SIGNALS:
-  void hasTrayChanged(bool hasTray);
+  /// Either of these has become otherwise.
+  void trayChanged();
 
  private:
   friend class TrayStatusItem;
@@ -55,9 +58,12 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   void registerItems();
   void followTrays();
   void followSoon();
-  [[nodiscard]] bool isOnPanel() const { return button_ != nullptr && button_->isThere(); }
+  /// Now or in a moment.
+  [[nodiscard]] bool isOnPanel() const {
+    return button_ != nullptr && (button_->isThere() || button_->isComing());
+  }
   [[nodiscard]] bool wantsXEmbed() const;
-  void setHasTray(bool hasTray);
+  void setTray(bool hasTray, bool isComing);
   void sayThatThereIsNone();
 
   QDBusConnection bus_;
@@ -72,6 +78,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   QString host_;  // the bus name of the program that draws our icon
   std::vector<TrayStatusItem*> items_;
   bool hasTray_ = false;
+  bool isComing_ = false;
   bool saidNone_ = false;
 };
 

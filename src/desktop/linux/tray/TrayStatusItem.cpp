@@ -73,6 +73,10 @@ bool TrayStatusItem::isShown() const {
   return bar_.hasTray();
 }
 
+bool TrayStatusItem::isComing() const {
+  return bar_.isComing();
+}
+
 Anchor TrayStatusItem::anchor() const {
   return bar_.anchor().anchor();
 }

@@ -31,6 +31,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   void openMenu(const platform::NSMenu& menu) override;
 
   [[nodiscard]] bool isShown() const override;
+  [[nodiscard]] bool isComing() const override;
   [[nodiscard]] Anchor anchor() const override;
   void menuRequested(QWidget& button) override;
   void setActivationObserver(std::function<void(platform::NSEventType)> activated) override {

@@ -65,7 +65,13 @@ QtWindowPeer::~QtWindowPeer() {
 void QtWindowPeer::show(const port::Placement& placement) {
   const CallScope scope(calls_);
   anchor_ = anchorOf(placement);
-  present();
+  const bool isSeen = window_ && window_->isVisible();
+  waitsForItem_ = !isSeen && anchor_ != nullptr && anchor_->isComing();
+  if (waitsForItem_) {
+    joinShown();
+  } else {
+    present();
+  }
 }
 
 void QtWindowPeer::present() {
@@ -91,14 +97,20 @@ void QtWindowPeer::present() {
     for (QtWindowPeer* other : services_.shown) other->giveWay();
   }
   window_->raise();
+  joinShown();
+}
+
+void QtWindowPeer::joinShown() {
   std::erase(services_.shown, this);
   services_.shown.push_back(this);
 }
 
-void QtWindowPeer::statusItemIsShown() {
-  const bool standsIn =
-      window_ && window_->isVisible() && window_->chrome() == Chrome::OrdinaryWithMenu;
-  if (!standsIn || services_.clock() > shownSince_ + kLateTray) return;
+void QtWindowPeer::statusItemChanged() {
+  if (anchor_ == nullptr || anchor_->isComing()) return;
+  const bool standsIn = anchor_->isShown() && window_ && window_->isVisible() &&
+                        window_->chrome() == Chrome::OrdinaryWithMenu &&
+                        services_.clock() <= shownSince_ + kLateTray;
+  if (!std::exchange(waitsForItem_, false) && !standsIn) return;
   const CallScope scope(calls_);
   present();
   makeKey();
@@ -108,6 +120,7 @@ void QtWindowPeer::hide() {
   const CallScope scope(calls_);
   std::erase(services_.shown, this);
   anchor_ = nullptr;
+  waitsForItem_ = false;
   presses_.reset();
   acts_.reset();
   popover_.reset();

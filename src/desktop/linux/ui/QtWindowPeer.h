@@ -41,8 +41,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void divertKeys(bool divert);
   /// Null where the desktop does not keep the window in front of all others.
   [[nodiscard]] OwnWindows::Popover* popover() const { return popover_.get(); }
-  /// The item at which the window is shown has come into a tray.
-  void statusItemIsShown();
+  /// The item at which the window is shown has come into a tray, or is not going to.
+  void statusItemChanged();
   /// An alert was answered: presses up to now were for it.
   void alertDidEnd();
 
@@ -61,6 +61,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   void ensureWindow(Chrome chrome);
   /// Brings the window up at the anchor.
   void present();
+  /// Among those that are shown, in front of the others.
+  void joinShown();
   /// Where a popover belongs now.
   [[nodiscard]] QRect place() const;
   void moveToPlace();
@@ -79,6 +81,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   WindowServices& services_;
   /// Where the window is shown at; null while it is hidden.
   StatusItemAnchor* anchor_ = nullptr;
+  /// Whether it comes up only when it is known where the anchor is.
+  bool waitsForItem_ = false;
   std::unique_ptr<PanelWindow> window_;
   std::shared_ptr<OutsideActs> acts_;
   /// Null where the window is one like others to the desktop.

@@ -69,9 +69,9 @@ void QtWindows::setDesktopKeysEnabled(bool enabled) {
   for (QtWindowPeer* peer : services_.shown) peer->divertKeys(!enabled);
 }
 
-void QtWindows::statusItemsAreShown() {
+void QtWindows::statusItemsChanged() {
   const auto shown = services_.shown;
-  for (QtWindowPeer* peer : shown) peer->statusItemIsShown();
+  for (QtWindowPeer* peer : shown) peer->statusItemChanged();
 }
 
 void QtWindows::activateApplication() {

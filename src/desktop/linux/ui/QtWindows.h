@@ -32,9 +32,10 @@ class QtWindows final : public platform::port::Windows {
       std::function<void(std::optional<std::string> path)> answered) override;
   void activateApplication() override;
   void setDesktopKeysEnabled(bool enabled) override;
-  /// A tray shows status items that none showed before: a window that has just come up in the place
-  /// of a popover becomes that. One that the user has got used to stays.
-  void statusItemsAreShown();
+  /// Whether trays show status items has become otherwise, or is known now. What waited for that
+  /// comes up; where they are shown, a window that has just come up in the place of a popover
+  /// becomes that. One that the user has got used to stays.
+  void statusItemsChanged();
 
  private:
   WindowServices services_;

@@ -17,13 +17,15 @@ class PanelButton {
   PanelButton(const PanelButton&) = delete;
   PanelButton& operator=(const PanelButton&) = delete;
 
-  /// Whether there is one now, or is going to be in a moment.
   [[nodiscard]] virtual bool isThere() const = 0;
+  /// Whether there is none yet, but is going to be in a moment.
+  [[nodiscard]] virtual bool isComing() const = 0;
   /// Shows the StatusNotifierItem that `service` offers on the session bus, with this icon instead
   /// of its own; again: with another one. Stays until this is destroyed.
   virtual void show(const QString& service, const QIcon& icon) = 0;
 
-  /// `changed` is told out of the event loop; outlives this, or the next call.
+  /// `changed` is told out of the event loop when either has become otherwise; outlives this, or
+  /// the next call.
   void setObserver(std::function<void()> changed) { changed_ = std::move(changed); }
 
  protected:
