@@ -108,6 +108,10 @@ using Wayland = WaylandWindowSystem;
 /// and what Plasma's portal would do its own service does better.
 HotKeys* portalHotKeys(SessionRooms& rooms);
 HotKeys* commandHotKeys(SessionRooms& rooms);
+/// The first of these.
+HotKeys* assignedHotKeys(SessionRooms& rooms);
+/// Those of our extension; of the former once that is turned off.
+HotKeys* gnomeHotKeys(SessionRooms& rooms);
 /// The keys of whoever keeps them for this session.
 HotKeys* sessionHotKeys(SessionRooms& rooms);
 /// Of those that hide all others together.
@@ -139,9 +143,9 @@ constexpr Candidate<WindowHider> kWindowHiders[] = {
     wayland<&Wayland::windowHider>};
 constexpr Candidate<KeyTranslator> kKeyTranslator[] = {x11<&X11::keyTranslator>,
                                                        wayland<&Wayland::keyTranslator>};
+constexpr Candidate<HotKeys> kAssigned[] = {&portalHotKeys, &commandHotKeys};
 constexpr Candidate<HotKeys> kGrabs[] = {x11<&X11::hotKeys>, sway<&SwaySession::hotKeys>,
-                                         gnome<&GnomeSession::hotKeys>, &portalHotKeys,
-                                         &commandHotKeys};
+                                         &gnomeHotKeys, &assignedHotKeys};
 constexpr Candidate<HotKeys> kHotKeys[] = {&sessionHotKeys};
 
 /// `without` says what the user then goes without; null where that needs no word.
@@ -163,6 +167,16 @@ HotKeys* portalHotKeys(SessionRooms& rooms) {
 HotKeys* commandHotKeys(SessionRooms& rooms) {
   rooms.commandHotKeys = CommandHotKeys::open();
   return rooms.commandHotKeys.get();
+}
+
+HotKeys* assignedHotKeys(SessionRooms& rooms) {
+  return choose(rooms, kAssigned);
+}
+
+HotKeys* gnomeHotKeys(SessionRooms& rooms) {
+  if (!rooms.gnome) return nullptr;
+  rooms.gnome->hotKeys()->setOthers([&rooms] { return assignedHotKeys(rooms); });
+  return rooms.gnome->hotKeys();
 }
 
 HotKeys* sessionHotKeys(SessionRooms& rooms) {

@@ -23,24 +23,47 @@ GnomeHotKeys::GnomeHotKeys(GnomeShell& shell) : shell_(shell) {
   QObject::connect(&shell_, &GnomeShell::ready, &context_, [this] {
     for (HotKey& hotKey : hotKeys_) grab(hotKey);
   });
+  QObject::connect(&shell_, &GnomeShell::turnedOff, &context_, [this] { handOver(); });
 }
 
 GnomeHotKeys::~GnomeHotKeys() {
   shell_.listen(kInterface, kPressed, {});
 }
 
+void GnomeHotKeys::setClient(platform::port::HotKeysClient* client) {
+  client_ = client;
+  if (instead_ != nullptr) instead_->setClient(client);
+}
+
+void GnomeHotKeys::handOver() {
+  if (instead_ != nullptr) return;
+  instead_ = others_ ? others_() : nullptr;
+  if (instead_ == nullptr) {
+    qCWarning(lcKeys, "shortcuts do not fire until GNOME Shell's extension is turned on");
+    return;
+  }
+  instead_->setClient(client_);
+  for (const HotKey& hotKey : std::exchange(hotKeys_, {})) {
+    const auto status = instead_->registerHotKey(hotKey.number, hotKey.keyCode, hotKey.modifiers);
+    if (status != platform::noErr && client_ != nullptr)
+      client_->hotKeyAssigned(hotKey.number, std::nullopt);
+  }
+}
+
 platform::OSStatus GnomeHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
                                                 std::uint32_t modifiers) {
+  if (instead_ != nullptr) return instead_->registerHotKey(number, keyCode, modifiers);
   const std::string accelerator = acceleratorOf(keyCode, modifiers);
   if (accelerator.empty()) return platform::eventHotKeyInvalidErr;
   if (std::ranges::find(hotKeys_, accelerator, &HotKey::accelerator) != hotKeys_.end())
     return platform::eventHotKeyExistsErr;
-  hotKeys_.push_back({number, accelerator});
+  hotKeys_.push_back({number, keyCode, modifiers, accelerator});
   if (shell_.isReady()) grab(hotKeys_.back());
   return platform::noErr;
 }
 
 void GnomeHotKeys::unregisterHotKey(HotKeyNumber number) {
+  if (instead_ != nullptr) return instead_->unregisterHotKey(number);
   const auto found = std::ranges::find(hotKeys_, number, &HotKey::number);
   if (found == hotKeys_.end()) return;
   if (found->key != 0) shell_.send(kInterface, kRelease, {found->key});

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/linux/gnome/GnomeShell.h"
@@ -11,16 +13,20 @@ namespace linux_desktop {
 
 /// Hot keys that the shell takes for us, each time that our extension begins to serve us anew. What
 /// somebody else has is told when the shell has said so, as are keys of a desktop that assigns
-/// them. Main thread only.
+/// them. Once the user turns the extension off they are others', and stay that: the shell would
+/// find them taken. Main thread only.
 class GnomeHotKeys final : public platform::port::HotKeys {
  public:
   /// `shell` outlives this.
   explicit GnomeHotKeys(GnomeShell& shell);
+  /// Who has hot keys without the extension: asked when it is turned off; null: nobody. What it
+  /// gives outlives this.
+  void setOthers(std::function<HotKeys*()> others) { others_ = std::move(others); }
   ~GnomeHotKeys() override;
   GnomeHotKeys(const GnomeHotKeys&) = delete;
   GnomeHotKeys& operator=(const GnomeHotKeys&) = delete;
 
-  void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
+  void setClient(platform::port::HotKeysClient* client) override;
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
                                                   std::uint32_t keyCode,
                                                   std::uint32_t modifiers) override;
@@ -31,6 +37,8 @@ class GnomeHotKeys final : public platform::port::HotKeys {
   using Key = std::uint32_t;
   struct HotKey {
     platform::port::HotKeyNumber number;
+    std::uint32_t keyCode;
+    std::uint32_t modifiers;
     std::string accelerator;
     Key key = 0;
   };
@@ -38,8 +46,12 @@ class GnomeHotKeys final : public platform::port::HotKeys {
   void grab(HotKey& hotKey);
   void grabbed(platform::port::HotKeyNumber number, Key key);
   void pressed(Key key);
+  void handOver();
 
   GnomeShell& shell_;
+  std::function<HotKeys*()> others_;
+  /// Who has them now; null: the shell.
+  HotKeys* instead_ = nullptr;
   platform::port::HotKeysClient* client_ = nullptr;
   std::vector<HotKey> hotKeys_;
   QObject context_;

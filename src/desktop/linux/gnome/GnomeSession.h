@@ -25,7 +25,7 @@ class GnomeSession {
   [[nodiscard]] WindowHider* windowHider() { return &windows_; }
   [[nodiscard]] CoverFactory* covers() { return &covers_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
-  [[nodiscard]] platform::port::HotKeys* hotKeys() { return &hotKeys_; }
+  [[nodiscard]] GnomeHotKeys* hotKeys() { return &hotKeys_; }
   [[nodiscard]] PanelButton* panelButton() { return &panelButton_; }
 
  private:
