@@ -39,11 +39,6 @@ class ContractDesk {
   /// Another program mutes or unmutes it.
   virtual void muteFromOutside(bool muted) = 0;
 
-  /// There is one microphone, at this level of 1 to 100 and not muted; or there is none.
-  virtual void setMicrophone(std::optional<int> level) = 0;
-  /// As the desktop's own mixer shows it: 0 while the microphone is muted.
-  [[nodiscard]] virtual int microphoneLevel() = 0;
-
   /// How many of the program's windows, alerts included, are on the screen.
   [[nodiscard]] virtual std::size_t visibleWindows() = 0;
   /// The user's main button goes down and up again on `view` of a shown window.

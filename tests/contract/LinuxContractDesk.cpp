@@ -19,7 +19,6 @@ using platform::controlKey;
 using platform::optionKey;
 
 constexpr const char* kSink = "speakers";
-constexpr const char* kSource = "microphone";
 
 void moveInto(const harness::Desk& desk) {
   static const bool moved = [&] {
@@ -54,7 +53,6 @@ LinuxContractDesk::LinuxContractDesk(Surroundings surroundings) : around_(std::m
 LinuxContractDesk::~LinuxContractDesk() {
   stop();
   if (sink_) sound().remove(*sink_);
-  if (source_) sound().remove(*source_);
 }
 
 // --- The program ---
@@ -111,18 +109,6 @@ bool LinuxContractDesk::isMuted() {
 
 void LinuxContractDesk::muteFromOutside(bool muted) {
   sound().pactl({"set-sink-mute", kSink, muted ? "1" : "0"});
-}
-
-void LinuxContractDesk::setMicrophone(std::optional<int> level) {
-  if (source_) sound().remove(*std::exchange(source_, std::nullopt));
-  if (!level) return;
-  source_ = sound().addSource(kSource);
-  sound().pactl({"set-source-volume", kSource, std::to_string(*level) + "%"});
-}
-
-int LinuxContractDesk::microphoneLevel() {
-  if (sound().sourceMuted(kSource)) return 0;
-  return (sound().sourceVolumes(kSource).front() * 100 + 32768) / 65536;
 }
 
 // --- The icon and the keyboard ---

@@ -41,8 +41,6 @@ class LinuxContractDesk : public ContractDesk {
   void setOutputDevice(bool present) override;
   [[nodiscard]] bool isMuted() override;
   void muteFromOutside(bool muted) override;
-  void setMicrophone(std::optional<int> level) override;
-  [[nodiscard]] int microphoneLevel() override;
 
   [[nodiscard]] bool isItemThere() override;
   void clickItem(platform::NSEventType type) override;
@@ -74,7 +72,6 @@ class LinuxContractDesk : public ContractDesk {
   std::optional<harness::TrayIconFinder> icon_;
   std::optional<harness::Rect> place_;
   std::optional<std::string> sink_;
-  std::optional<std::string> source_;
   int loginItems_ = 0;
   std::unique_ptr<linux_desktop::LinuxDesktop> desktop_;
 };

@@ -44,19 +44,6 @@ class SimulatedContractDesk final : public ContractDesk {
     desk_->audio.addOutputDevice(device_.value(), muted);
   }
 
-  void setMicrophone(std::optional<int> level) override {
-    desk_->scripts.addApplication("System Events");
-    desk_->scripts.volume.clear();
-    if (level) desk_->scripts.volume.emplace("input volume", *level);
-    desk_->scripts.setInputVolumeFailure =
-        level ? std::nullopt
-              : std::optional(platform::port::ScriptError{-10000, "There is no microphone."});
-  }
-  [[nodiscard]] int microphoneLevel() override {
-    const auto level = platform::valueOf<std::int64_t>(desk_->scripts.volume, "input volume");
-    return static_cast<int>(level.value());
-  }
-
   [[nodiscard]] std::size_t visibleWindows() override {
     return desk_->screen.visibleWindowCount() + desk_->screen.alerts().size();
   }

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <map>
-#include <sstream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "contract/LinuxContractDesk.h"
@@ -14,7 +12,6 @@
 namespace contract {
 namespace {
 
-using harness::Compositor;
 using harness::Image;
 using harness::Rect;
 using harness::WaylandDesk;
@@ -26,25 +23,14 @@ constexpr Rect kView{0, kRim, WaylandDesk::kOutputWidth, WaylandDesk::kOutputHei
 constexpr std::uint32_t kApplication = 0xc02030;
 
 /// By the name of the case.
-using Reasons = std::map<std::string, std::string>;
-
-const Reasons kOnAll{
+const std::map<std::string, std::string> kReasons{
     {"AScreenHasAPlaceAndANameAndIsToldOnceWhenItGoesOrComes",
      "sway 1.7 turns no monitor off; elsewhere the covers' tests change them"},
     {"AnItemReportsClicksOfWhichTheOneForItsMenuIsAnActOutsideItsWindow",
      "waybar leaves the menu of an item on the screen that goes while it opens"},
     {"AnotherSpaceIsToldOnce", "covers stand on every workspace, so nobody is told of one"},
     {"OptionsAreKeptAsTheyAreGivenAndSoIsWhatTheUserChanges",
-     "only swaybg's start tells a layout, which the program does not take for the user's just "
-     "after "
-     "its own change"},
-};
-constexpr const char* kNoKeys = "labwc gives its keys to no program";
-const Reasons kOnLabwc{
-    {"AnAlertIsAnsweredOnceAndLater", "labwc does not tell who has the keyboard"},
-    {"ACombinationIsGivenOnceUntilItIsGivenBack", kNoKeys},
-    {"APressAndItsReleaseAreReportedForAsLongAsTheCombinationIsHeld", kNoKeys},
-    {"AReservedCombinationIsGivenToNobody", kNoKeys},
+     "only swaybg's start tells a layout, which just after our own change is not the user's"},
 };
 
 /// Where there is no screen the pointer is part of every picture: this one goes away
@@ -68,10 +54,10 @@ class Hands final : public harness::Input {
   const harness::Input& devices_;
 };
 
-/// The desk of the process, with a picture: by sway itself, or by a swaybg of the user's.
+/// The desk of the process, with a picture.
 class PictureDesk {
  public:
-  explicit PictureDesk(Compositor kind) : desk({.compositor = kind}) {
+  PictureDesk() {
     harness::writePng(harness::dusk(WaylandDesk::kOutputWidth, WaylandDesk::kOutputHeight), file_);
     const Image bare = desk.screen().area(kView);
     show();
@@ -83,7 +69,7 @@ class PictureDesk {
   /// Nothing else is to be seen after this.
   void clear() {
     if (isBare()) return;
-    if (desk.kind() == Compositor::Sway) show();
+    show();
     EXPECT_TRUE(desk.until([&] { return isBare(); })) << "something is left on the screen";
   }
   /// What is to be seen, but for the picture.
@@ -93,47 +79,38 @@ class PictureDesk {
     return area;
   }
 
-  WaylandDesk desk;
+  WaylandDesk desk{{.compositor = harness::Compositor::Sway}};
   Hands hands{desk.input()};
 
  private:
   [[nodiscard]] bool isBare() const { return !windows(); }
   void show() {
-    if (desk.kind() == Compositor::Sway) {
-      EXPECT_TRUE(desk.run({"swaymsg", "output", "*", "bg", file_, "fill"}).succeeded());
-    } else {
-      user_ = desk.start({"swaybg", "-o", "*", "-m", "fill", "-i", file_});
-    }
+    EXPECT_TRUE(desk.run({"swaymsg", "output", "*", "bg", file_, "fill"}).succeeded());
   }
 
   std::string file_ = desk.home().home() / "evening.png";
-  std::unique_ptr<harness::Process> user_;
   Image picture_;
 };
 
-PictureDesk& pictureDesk(Compositor kind) {
-  static PictureDesk desk(kind);
-  if (desk.desk.kind() != kind) throw std::runtime_error("a process has one compositor");
+PictureDesk& pictureDesk() {
+  static PictureDesk desk;
   return desk;
 }
 
-class WaylandContractDesk final : public LinuxContractDesk {
+class SwayContractDesk final : public LinuxContractDesk {
  public:
-  explicit WaylandContractDesk(Compositor kind)
+  SwayContractDesk()
       : LinuxContractDesk(
-            {pictureDesk(kind).desk, pictureDesk(kind).desk.screen(), pictureDesk(kind).hands, {}}),
-        around_(pictureDesk(kind)) {}
-  ~WaylandContractDesk() override {
+            {pictureDesk().desk, pictureDesk().desk.screen(), pictureDesk().hands, {}}) {}
+  ~SwayContractDesk() override {
     stop();
     if (application_ != nullptr) application_->process->terminate();
     around_.clear();
   }
 
   [[nodiscard]] std::string whyNot(const std::string& name) override {
-    if (const auto found = kOnAll.find(name); found != kOnAll.end()) return found->second;
-    const auto onLabwc = kOnLabwc.find(name);
-    if (desk_.kind() == Compositor::Labwc && onLabwc != kOnLabwc.end()) return onLabwc->second;
-    return {};
+    const auto found = kReasons.find(name);
+    return found == kReasons.end() ? std::string() : found->second;
   }
 
   /// There is one at a time in each case, and its own window is all that shows.
@@ -168,25 +145,15 @@ class WaylandContractDesk final : public LinuxContractDesk {
   }
 
  private:
-  PictureDesk& around_;
+  PictureDesk& around_ = pictureDesk();
   WaylandDesk& desk_ = around_.desk;
   harness::ForeignWindow* application_ = nullptr;
   Rect applicationArea_;
 };
 
-std::vector<DeskKind> kinds() {
-  std::vector<DeskKind> all;
-  for (const Compositor kind : harness::installedOf({Compositor::Sway, Compositor::Labwc})) {
-    std::ostringstream name;
-    name << kind;
-    all.push_back({name.str(), [kind] { return std::make_unique<WaylandContractDesk>(kind); }});
-  }
-  return all;
-}
-
-// Not every release has one.
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(DesktopContract);
-INSTANTIATE_TEST_SUITE_P(Wayland, DesktopContract, ::testing::ValuesIn(kinds()),
+INSTANTIATE_TEST_SUITE_P(Sway, DesktopContract,
+                         ::testing::Values(DeskKind{
+                             "Sway", [] { return std::make_unique<SwayContractDesk>(); }}),
                          [](const auto& instance) { return instance.param.name; });
 
 }  // namespace
