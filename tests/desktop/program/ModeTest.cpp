@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+
 #include "desktop/program/ModeDesk.h"
 
 using harness::Image;
@@ -54,6 +56,67 @@ TEST_P(ModeTest, OneClickAppliesEverythingAndAnotherTakesItBack) {
   EXPECT_THAT(mode.program().program().errorOutput(),
               testing::Not(testing::ContainsRegex("Q[A-Z][A-Za-z]+::[a-z]")))
       << "Qt was used wrongly";
+}
+
+enum class End { Quit, Term, Kill };
+
+/// What each of these leaves behind differs by the desktop, and not by the way to the end.
+class ModeEndTest : public testing::TestWithParam<std::pair<FullDesktop, End>> {
+ protected:
+  void end() {
+    harness::Process& process = mode.program().program();
+    if (GetParam().second == End::Kill) return process.kill();
+    if (GetParam().second == End::Term) {
+      process.signal(SIGTERM);
+    } else {
+      ASSERT_TRUE(mode.program().openMenu());
+      // From the menu's beginning Up goes round to its last item.
+      for (const char* key : {"Up", "Return"}) mode.desk().input().key(key);
+    }
+    EXPECT_EQ(process.waitForExit(), (harness::ProcessEnd{0, 0}));
+  }
+
+  ModeDesk mode{GetParam().first};
+};
+
+INSTANTIATE_TEST_SUITE_P(On, ModeEndTest,
+                         testing::Values(std::pair(kFullDesktops[0], End::Quit),
+                                         std::pair(kFullDesktops[1], End::Term),
+                                         std::pair(kFullDesktops[2], End::Kill),
+                                         std::pair(kFullDesktops[3], End::Kill),
+                                         std::pair(kFullDesktops[4], End::Quit)),
+                         [](const auto& row) { return row.param.first.name; });
+
+// However the program ends while the mode is on, what it did to the desktop stays.
+TEST_P(ModeEndTest, TheEffectsStayAndTheNextOneShowsWhatWasHidden) {
+  ASSERT_TRUE(mode.openWindows());
+  ASSERT_TRUE(mode.startProgram());
+  const std::string windows = mode.windowsNow();
+  ASSERT_TRUE(mode.clickMaster());
+  ASSERT_TRUE(mode.inTheMode(true));
+  ASSERT_TRUE(mode.closePanel());
+  const std::string settings = mode.backdropSettings();
+
+  ASSERT_NO_FATAL_FAILURE(end());
+  EXPECT_TRUE(mode.covered(false));
+  (void)mode.photograph();
+  EXPECT_TRUE(mode.muted(true));
+  EXPECT_TRUE(mode.quiet(true));
+  EXPECT_TRUE(mode.othersHidden(true));
+  EXPECT_TRUE(mode.showsChosenPicture(true));
+  EXPECT_EQ(mode.backdropSettings(), settings);
+
+  ASSERT_TRUE(mode.startProgram());
+  ASSERT_TRUE(mode.clickMaster());
+  ASSERT_TRUE(mode.inTheMode(true));
+  ASSERT_TRUE(mode.clickMaster());
+  EXPECT_TRUE(mode.covered(false));
+  EXPECT_TRUE(mode.muted(false));
+  EXPECT_TRUE(mode.quiet(false));
+  EXPECT_TRUE(mode.othersHidden(false));
+  ASSERT_TRUE(mode.closePanel());
+  EXPECT_TRUE(mode.desk().until([&] { return mode.windowsNow() == windows; }));
+  EXPECT_EQ(mode.windowsNow(), windows);
 }
 
 TEST(ModeOnTheBareRoot, CoversShowWhatTheRootWindowShows) {
