@@ -93,7 +93,7 @@ TEST_F(GnomeButtonTest, ClosesThePanelAndSoDoPressesElsewhere) {
   ASSERT_TRUE(isOpen());
   desk.input().click(300, 400);
   EXPECT_TRUE(isClosed());
-  desk.toggle();
+  desk.toggleMode();
   press();
   ASSERT_TRUE(isOpen());
   desk.input().click(300, 400);

@@ -16,7 +16,7 @@ TEST(GnomeExtensionTest, ServesTheProgramAndNobodyElse) {
   ASSERT_TRUE(desk.bus().hasOwner(kShell));
   EXPECT_FALSE(desk.bus().call(kShell, kPath, "org.calmdeck.Shell.Windows.Hide", {}));
   EXPECT_EQ(desk.windows(), "red*");
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return desk.windows().empty(); }));
 }
 

@@ -19,7 +19,6 @@ namespace {
 constexpr const char* kOurs = "shell@calmdeck.org";
 constexpr const char* kIcons = "ding@rastersoft.com";
 constexpr const char* kInstalled = "/usr/share/gnome-shell/extensions";
-constexpr const char* kName = "org.calmdeck.Calmdeck";
 
 Image readPng(const fs::path& path) {
   png_image header{};
@@ -200,13 +199,7 @@ void GnomeDesk::turnExtension(const std::string& uuid, bool on) {
 // --- Programs ---
 
 void GnomeDesk::launch(const std::vector<std::string>& features, const std::string& settings) {
-  std::string all = R"({"kUserdeaultsLaunchAtLogin": false)";
-  for (const char* each : {"DesktopIcons", "Dnd", "HideActiveApps", "SpeakerOff", "Wallpaper"}) {
-    const bool wanted = std::ranges::find(features, each) != features.end();
-    all += std::string(", \"kUserdefaultsToggle") + each + "\": " + (wanted ? "true" : "false");
-  }
-  home().writeConfig("calmdeck/settings.json",
-                     all + (settings.empty() ? "" : ", ") + settings + "}");
+  writeSettings(features, settings);
   program_ = start({CALMDECK_PROGRAM});
   const auto isOpen = [&] { return windows().find("Calmdeck*") != std::string::npos; };
   require(until(isOpen), "its panel", *program_);
@@ -218,11 +211,6 @@ void GnomeDesk::launch(const std::vector<std::string>& features, const std::stri
     return windows().find("Calmdeck") == std::string::npos && home().isAtRest();
   };
   require(until(isClosed), "it", *program_);
-}
-
-void GnomeDesk::toggle() {
-  const RunResult asked = run({"gapplication", "action", kName, "toggle-presentation-mode"});
-  EXPECT_TRUE(asked.succeeded()) << asked.errorOutput;
 }
 
 void GnomeDesk::openWindow(const std::string& title, const std::string& colour) {

@@ -56,13 +56,10 @@ class GnomeDesk : public harness::Desk {
   /// Puts our extension where a shell finds it that starts from now on.
   void installExtension() const;
 
-  /// Starts the program, whose mode does what is named by the ends of its switches' keys, and
-  /// returns when it is there and its panel is closed again. `settings` are further ones, members
-  /// of JSON.
+  /// Starts the program with these settings, and returns when it is there and its panel is closed
+  /// again.
   void launch(const std::vector<std::string>& features, const std::string& settings = {});
   [[nodiscard]] harness::Process& program() { return *program_; }
-  /// Turns the mode on or off as scripts do, so that the panel does not come up.
-  void toggle();
 
   /// An ordinary program's window of one colour, which ends with the desktop. Returns when it has
   /// the keyboard.

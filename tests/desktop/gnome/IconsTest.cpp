@@ -28,18 +28,18 @@ class GnomeIconsTest : public testing::Test {
 
 TEST_F(GnomeIconsTest, GoWithTheModeAndComeBackAlsoAfterAKill) {
   desk.launch({"DesktopIcons"});
-  desk.toggle();
+  desk.toggleMode();
   ASSERT_TRUE(isBare()) << desk.program().errorOutput();
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(showsIcons());
 
-  desk.toggle();
+  desk.toggleMode();
   ASSERT_TRUE(isBare());
   desk.program().kill();
   desk.launch({"DesktopIcons"});
   EXPECT_TRUE(showsIcons());
 
-  desk.toggle();
+  desk.toggleMode();
   ASSERT_TRUE(isBare());
   desk.program().signal(SIGTERM);
   EXPECT_TRUE(showsIcons());
@@ -49,8 +49,8 @@ TEST_F(GnomeIconsTest, StayOffWhereTheUserTurnedThemOff) {
   desk.turnExtension(kIcons, false);
   ASSERT_TRUE(isBare());
   desk.launch({"DesktopIcons"});
-  desk.toggle();
-  desk.toggle();
+  desk.toggleMode();
+  desk.toggleMode();
   EXPECT_EQ(desk.program().terminate(harness::kPatience), harness::ProcessEnd{0});
   EXPECT_NE(switchedOff().find(kIcons), std::string::npos);
   EXPECT_TRUE(desk.isBare());

@@ -24,7 +24,7 @@ class GnomeModeTest : public testing::Test {
   }
 
   void turnOn() {
-    desk.toggle();
+    desk.toggleMode();
     ASSERT_TRUE(isBare());
     EXPECT_EQ(desk.windows(), "");
   }
@@ -61,7 +61,7 @@ class GnomeModeTest : public testing::Test {
 TEST_F(GnomeModeTest, CoversAndHidesAndBringsEverythingBack) {
   for (int round = 0; round < 2; ++round) {
     turnOn();
-    desk.toggle();
+    desk.toggleMode();
     EXPECT_TRUE(isAsBefore());
   }
 }
@@ -76,7 +76,7 @@ TEST_F(GnomeModeTest, KeepsPressesFromIconsAlsoOfMonitorsThatComeLater) {
   for (const int monitor : {0, 1}) askForMenu(monitor);
   EXPECT_TRUE(staysBare());
 
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return desk.windows() == kAll; }));
   askForMenu(1);
   EXPECT_TRUE(desk.until([&] { return showsSomething(1); }));
@@ -89,7 +89,7 @@ TEST_F(GnomeModeTest, CoversIconsThatComeLater) {
   desk.turnExtension(kIcons, true);
   ASSERT_TRUE(desk.until([&] { return desk.hasIcons(0); }));
   EXPECT_TRUE(staysBare());
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(isAsBefore());
 }
 
@@ -99,9 +99,9 @@ TEST_F(GnomeModeTest, KilledItLeavesNoCoverAndTheNextRunShowsWhatItHid) {
   EXPECT_TRUE(desk.until([&] { return !desk.isBare(); }));
   EXPECT_EQ(desk.windows(), "");
   desk.launch({"DesktopIcons", "HideActiveApps"});
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(isBare());
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(isAsBefore());
 }
 
@@ -114,14 +114,14 @@ TEST_F(GnomeModeTest, ItsCoversGoAndComeWithTheExtensionAndHiddenWindowsWaitForI
 
   desk.turnExtension(kExtension, false);
   EXPECT_TRUE(desk.until([&] { return !desk.isBare(); }));
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(desk.program().waitForLine("our extension is turned off", harness::kPatience,
                                          harness::Stream::Error));
   desk.turnExtension(kExtension, true);
   EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner("org.calmdeck.Shell"); }));
   EXPECT_EQ(desk.windows(), "");
   turnOn();
-  desk.toggle();
+  desk.toggleMode();
   EXPECT_TRUE(isAsBefore());
 }
 

@@ -3,27 +3,27 @@
 #include "desktop/gnome/GnomeDesk.h"
 
 using gnome_test::GnomeDesk;
+using harness::kControlAltP;
 using testing::HasSubstr;
 using testing::Not;
 
 namespace {
 
-constexpr const char* kControlAltP =
-    R"("kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13])";
+constexpr const char* kPressed = "^Pressed at ";
 constexpr const char* kExtension = "shell@calmdeck.org";
 
 /// Whether it does something, sooner or later.
 bool fires(GnomeDesk& desk) {
   return desk.until([&] {
     desk.input().key("ctrl+alt+p");
-    return desk.program().waitForLine("^Pressed at ", std::chrono::milliseconds(500)).has_value();
+    return desk.program().waitForLine(kPressed, std::chrono::milliseconds(500)).has_value();
   });
 }
 
 /// Whether the program, when it starts, says that it does not get its shortcut: it shows then where
 /// another one can be chosen.
 bool isRefused(GnomeDesk& desk) {
-  desk.home().writeConfig("calmdeck/settings.json", std::string("{") + kControlAltP + "}");
+  desk.writeSettings({}, kControlAltP);
   const auto program = desk.start({CALMDECK_PROGRAM});
   return desk.until([&] { return desk.windows().find("Preferences") != std::string::npos; });
 }

@@ -39,7 +39,8 @@ Environment AccessibilityClient::accessibleEnvironment() {
 
 std::vector<AccessibleElement> AccessibilityClient::elements() const {
   std::vector<AccessibleElement> elements;
-  for (const std::string& line : split(desk_.run({kPython, kScript, "tree", kApplication}).output, '\n')) {
+  for (const std::string& line :
+       split(desk_.run({kPython, kScript, "tree", kApplication}).output, '\n')) {
     if (auto element = parsed(line)) elements.push_back(std::move(*element));
   }
   return elements;

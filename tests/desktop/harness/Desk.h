@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,6 +12,14 @@
 #include "desktop/harness/SoundServer.h"
 
 namespace harness {
+
+/// See Desk::writeSettings().
+inline const std::vector<std::string> kAllFeatures{"DesktopIcons", "Dnd", "HideActiveApps",
+                                                   "SpeakerOff", "Wallpaper"};
+/// Further settings: the mode's shortcut is Control+Alt+P, or it shows this picture.
+inline constexpr const char* kControlAltP =
+    R"("kuserdefault_ToggleAppShortcut": "p", "kuserdefault_ToggleAppFlag": [12, 13])";
+[[nodiscard]] std::string chosenPicture(const std::filesystem::path& picture);
 
 /// What every private desktop has, whatever shows it: a home, the environment that its programs
 /// inherit, a session bus and a sound server.
@@ -31,6 +40,16 @@ class Desk {
                                                const Environment& extra = {}) const;
   /// Runs one to its end.
   [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
+
+  /// What Calmdeck finds when it starts: these features are switched on and no others, by the ends
+  /// of their switches' keys, as "Dnd", and it does not start at login. `further` are members of
+  /// JSON.
+  void writeSettings(const std::vector<std::string>& features,
+                     const std::string& further = {}) const;
+  /// Has Calmdeck do one of its actions as scripts do it, so that its panel does not come up; once
+  /// it is there. Throws std::runtime_error when it refuses.
+  void perform(const std::string& action) const;
+  void toggleMode() const { perform("toggle-presentation-mode"); }
 
   /// True as soon as `fact` holds; false when it still does not after `patience`.
   bool until(const std::function<bool()>& fact,

@@ -24,18 +24,10 @@ void closeWindow(const XConnection& x, xcb_window_t window) {
 
 }  // namespace
 
-std::string swapsTo(const std::string& picture) {
-  std::string text;
-  for (const char c : picture)
-    text += c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
-  return R"("kUserdefaultsToggleWallpaper": true, "kUserdefaultsSelectedWallpaper": ")" + text +
-         "\"";
-}
-
-ShortcutProgram::ShortcutProgram(XDesk& desk, const std::string& settings) : desk_(desk) {
-  desk.home().writeConfig("calmdeck/settings.json",
-                          "{" + settings + R"(, "kuserdefault_ToggleAppShortcut": "p",
-                          "kuserdefault_ToggleAppFlag": [12, 13]})");
+ShortcutProgram::ShortcutProgram(XDesk& desk, const std::vector<std::string>& features,
+                                 const std::string& further)
+    : desk_(desk) {
+  desk.writeSettings(features, kControlAltP + (further.empty() ? "" : ", " + further));
   process_ = desk.startCalmdeck();
   std::optional<WindowInfo> panel;
   if (desk.until([&] { return (panel = desk.openPopover()).has_value(); })) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "desktop/harness/XDesk.h"
 
@@ -10,9 +11,10 @@ namespace harness {
 /// Calmdeck, whose mode is switched by the shortcut alone: its panel is closed.
 class ShortcutProgram {
  public:
-  /// Returns when the panel has opened by itself and has been closed. `settings` are members of the
-  /// settings file, parted by commas. Throws std::runtime_error, with what the program wrote.
-  ShortcutProgram(XDesk& desk, const std::string& settings);
+  /// Returns when the panel has opened by itself and has been closed; see Desk::writeSettings().
+  /// Throws std::runtime_error, with what the program wrote.
+  ShortcutProgram(XDesk& desk, const std::vector<std::string>& features,
+                  const std::string& further = {});
 
   [[nodiscard]] Process& process() { return *process_; }
   void press() { desk_.input().key("ctrl+alt+p"); }
@@ -31,11 +33,5 @@ class ShortcutProgram {
   XDesk& desk_;
   std::unique_ptr<Process> process_;
 };
-
-/// Switches that the mode turns on, for the settings.
-inline constexpr const char* kSilences = R"("kUserdefaultsToggleDnd": true)";
-inline constexpr const char* kCovers = R"("kUserdefaultsToggleDesktopIcons": true)";
-/// With that picture.
-[[nodiscard]] std::string swapsTo(const std::string& picture);
 
 }  // namespace harness

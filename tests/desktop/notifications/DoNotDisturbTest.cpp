@@ -39,7 +39,7 @@ class QuietDesk {
   explicit QuietDesk(const DeskOptions& options) : desk_(options) {}
 
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
-  void launch() { program_.emplace(desk_, harness::kSilences); }
+  void launch() { program_.emplace(desk_, std::vector<std::string>{"Dnd"}); }
   [[nodiscard]] harness::ShortcutProgram& program() { return *program_; }
   /// Wants quiet and its end in turns. Returns when nobody has anything left to do.
   void toggle() { program_->toggle(); }

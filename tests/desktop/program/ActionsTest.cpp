@@ -10,13 +10,7 @@ constexpr const char* kPath = "/org/calmdeck/Calmdeck";
 /// The program over the bus, with the desktops' own clients.
 class ActionsTest : public testing::Test {
  protected:
-  ActionsTest() {
-    desk.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": true})");
-  }
-  [[nodiscard]] bool asks(std::vector<std::string> words) {
-    words.insert(words.begin(), "gapplication");
-    return desk.run(std::move(words)).succeeded();
-  }
+  ActionsTest() { desk.writeSettings({"SpeakerOff"}); }
   /// What it tells of itself, as dbus-send prints it.
   [[nodiscard]] std::string tells(const std::string& property) {
     return desk.bus().property(kName, kPath, kName, property).value_or("nothing");
@@ -30,7 +24,7 @@ class ActionsTest : public testing::Test {
 
 TEST_F(ActionsTest, TheRunningProgramDoesThemAndShowsItself) {
   ASSERT_TRUE(program.start());
-  ASSERT_TRUE(asks({"action", kName, "toggle-presentation-mode"}));
+  desk.toggleMode();
   EXPECT_TRUE(program.says("Pressed at .*"));
   EXPECT_TRUE(program.sinkMuted(true));
   const auto sent = desk.run({"dbus-send", "--print-reply", std::string("--dest=") + kName,
@@ -40,9 +34,9 @@ TEST_F(ActionsTest, TheRunningProgramDoesThemAndShowsItself) {
   EXPECT_TRUE(program.sinkMuted(false));
   desk.input().key("Escape");
   ASSERT_TRUE(program.closes());
-  ASSERT_TRUE(asks({"launch", kName}));
+  ASSERT_TRUE(desk.run({"gapplication", "launch", kName}).succeeded());
   EXPECT_TRUE(program.opens());
-  ASSERT_TRUE(asks({"action", kName, "preferences"}));
+  desk.perform("preferences");
   EXPECT_TRUE(desk.awaitWindow(
       [](const harness::WindowInfo& window) { return window.name == "Preferences — Calmdeck"; }));
 }
@@ -57,7 +51,7 @@ TEST_F(ActionsTest, OtherProgramsSeeTheModeAndTheVersion) {
   const auto listener = desk.start({"gdbus", "monitor", "--session", "-d", kName});
   ASSERT_TRUE(listener->waitForLine("is owned by"));
   for (const std::string mode : {"true", "false"}) {
-    ASSERT_TRUE(asks({"action", kName, "toggle-presentation-mode"}));
+    desk.toggleMode();
     EXPECT_TRUE(
         listener->waitForLine("PropertiesChanged.*'org.calmdeck.Calmdeck', .*"
                               "'PresentationMode': <" +
@@ -70,7 +64,7 @@ TEST_F(ActionsTest, TheBusStartsTheProgramForOne) {
   desk.bus().offer(kName, CALMDECK_PROGRAM);
   const auto passedOn = desk.run({"dbus-update-activation-environment", "DISPLAY"});
   ASSERT_TRUE(passedOn.succeeded()) << passedOn.errorOutput;
-  ASSERT_TRUE(asks({"action", kName, "toggle-presentation-mode"}));
+  ASSERT_TRUE(desk.run({"gapplication", "action", kName, "toggle-presentation-mode"}).succeeded());
   EXPECT_TRUE(desk.until([&] { return desk.sound().sinkMuted(ProgramDesk::kSink); }));
   EXPECT_TRUE(desk.until([&] { return desk.openPopover().has_value(); }));
 }

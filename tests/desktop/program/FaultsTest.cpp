@@ -102,14 +102,7 @@ class ModeFaults {
   explicit ModeFaults(const DeskOptions& options) : program(options) {}
 
   void furnish(DesktopIcons icons) {
-    desk.home().writeConfig("calmdeck/settings.json",
-                            R"({"kUserdefaultsToggleSpeakerOff": true,
-                                "kUserdefaultsToggleDesktopIcons": true,
-                                "kUserdefaultsToggleDnd": true,
-                                "kUserdefaultsToggleHideActiveApps": true,
-                                "kUserdefaultsToggleWallpaper": true,
-                                "kuserdefault_ToggleAppShortcut": "p",
-                                "kuserdefault_ToggleAppFlag": [12, 13]})");
+    desk.writeSettings(harness::kAllFeatures, harness::kControlAltP);
     harness::configureIcons(desk, icons, {{.colour = "#204060"}, {.colour = "#604020"}});
     desk.startIcons(icons);
   }

@@ -18,10 +18,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr const char* kSettings = R"({"kUserdefaultsToggleDesktopIcons": true,
-  "kUserdefaultsToggleDnd": true, "kUserdefaultsToggleHideActiveApps": true,
-  "kUserdefaultsToggleSpeakerOff": true, "kUserdefaultsToggleWallpaper": true,
-  "kUserdefaultsSelectedWallpaper": ")";
 constexpr int kIconicState = 3;
 constexpr std::uint32_t kOtherWorkspace = 1;
 /// Where nothing ever stands, and nothing lights up under the pointer.
@@ -51,8 +47,7 @@ ModeDesk::ModeDesk(const FullDesktop& kind)
   const harness::PrivateHome& home = desk().home();
   harness::writePng(harness::dusk(1280, 720), home.home() / "dusk.png");
   harness::writePng(harness::meadow(1600, 900), home.home() / "meadow.png");
-  home.writeConfig("calmdeck/settings.json",
-                   kSettings + (home.home() / "meadow.png").string() + "\"}\n");
+  desk().writeSettings(harness::kAllFeatures, harness::chosenPicture(home.home() / "meadow.png"));
   startIcons();
 }
 

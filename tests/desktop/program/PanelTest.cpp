@@ -45,14 +45,11 @@ TEST_P(StatusMenuTest, ItOpensInThePanelsPlaceAndTheNextLeftClickOpensThePanel) 
 }
 
 TEST_P(StatusMenuTest, AProgramThatIsBusyOffersItLate) {
-  const harness::PrivateHome& home = program.desk().home();
-  const std::string picture = home.home() / "picture.png";
+  const std::filesystem::path picture = program.desk().home().home() / "picture.png";
   harness::writePng(harness::Image{8, 8, std::vector<std::uint32_t>(64, 0x204060)}, picture);
   // With these two the mode takes a second to start.
-  home.writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleDesktopIcons": true,
-    "kUserdefaultsToggleWallpaper": true, "kuserdefault_ToggleAppShortcut": "p",
-    "kuserdefault_ToggleAppFlag": [12, 13], "kUserdefaultsSelectedWallpaper": ")" +
-                                                 picture + "\"}");
+  program.desk().writeSettings({"DesktopIcons", "Wallpaper"},
+                               harness::kControlAltP + (", " + harness::chosenPicture(picture)));
   ASSERT_TRUE(program.start());
   const auto icon = program.desk().trayIcon();
   ASSERT_TRUE(icon);

@@ -39,12 +39,8 @@ constexpr const char* kMuteMic = "ctrl+alt+m";
 class ShortcutTest : public testing::Test {
  protected:
   void SetUp() override {
-    desk.home().writeConfig("calmdeck/settings.json",
-                            R"({"kUserdefaultsToggleSpeakerOff": true,
-                                "kuserdefault_ToggleAppShortcut": "p",
-                                "kuserdefault_ToggleAppFlag": [12, 13],
-                                "kuserdefault_MuteMicShortcut": "M",
-                                "kuserdefault_MuteMicFlag": [12, 13]})");
+    desk.writeSettings({"SpeakerOff"}, harness::kControlAltP + std::string(R"(,
+        "kuserdefault_MuteMicShortcut": "M", "kuserdefault_MuteMicFlag": [12, 13])"));
     desk.sound().addSource(kSource);
     ASSERT_TRUE(program.start());
   }

@@ -146,11 +146,8 @@ AssertionResult ShellDesk::startShell() {
 }
 
 void ShellDesk::launch() {
-  const std::string picture = desk_.home().home() / "meadow.png";
-  program_.emplace(desk_, std::string(harness::kCovers) + ", " + harness::kSilences + ", " +
-                              harness::swapsTo(picture) +
-                              R"(, "kUserdefaultsToggleHideActiveApps": true,
-                                 "kUserdefaultsToggleSpeakerOff": true)");
+  program_.emplace(desk_, harness::kAllFeatures,
+                   harness::chosenPicture(desk_.home().home() / "meadow.png"));
 }
 
 AssertionResult ShellDesk::waitFor(const std::function<bool()>& fact, const std::string& claim) {

@@ -15,8 +15,7 @@ namespace {
 class TilingTest : public testing::TestWithParam<WindowManager> {
  protected:
   TilingTest() {
-    desk.home().writeConfig("calmdeck/settings.json",
-                            R"({"kUserdefaultsToggleHideActiveApps": true})");
+    desk.writeSettings({"HideActiveApps"});
     for (const char* name : {"letter", "memo", "drawing"})
       tiles.push_back(desk.openWindow(name, {100, 100, 300, 200}).id);
     EXPECT_TRUE(program.start());
@@ -37,11 +36,6 @@ class TilingTest : public testing::TestWithParam<WindowManager> {
       if (info && info->viewable) places.push_back(info->area);
     }
     return places;
-  }
-  void turn() {
-    const auto asked =
-        desk.run({"gapplication", "action", "org.calmdeck.Calmdeck", "toggle-presentation-mode"});
-    EXPECT_TRUE(asked.succeeded()) << asked.errorOutput;
   }
   [[nodiscard]] testing::AssertionResult allAreGone() const {
     if (desk.until([&] { return places().empty(); })) return testing::AssertionSuccess();
@@ -67,9 +61,9 @@ INSTANTIATE_TEST_SUITE_P(On, TilingTest, testing::Values(WindowManager::Bspwm, W
 
 TEST_P(TilingTest, TilesGoAndComeBackToTheirPlacesWithTheActiveOne) {
   for (int round = 0; round < 2; ++round) {
-    turn();
+    desk.toggleMode();
     ASSERT_TRUE(allAreGone());
-    turn();
+    desk.toggleMode();
     ASSERT_TRUE(allAreBack());
   }
   for (const char* room : {"x11", "sway"})
@@ -91,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(On, I3Test, testing::Values(WindowManager::I3),
                          testing::PrintToStringParamName());
 
 TEST_P(I3Test, OneThatStartedAnewMeanwhileIsAskedAgain) {
-  turn();
+  desk.toggleMode();
   ASSERT_TRUE(allAreGone());
   const std::string i3 = "/proc/" + std::to_string(desk.windowManager().pid()) + "/cmdline";
   const std::string command = harness::textOf(i3);
@@ -99,7 +93,7 @@ TEST_P(I3Test, OneThatStartedAnewMeanwhileIsAskedAgain) {
   ASSERT_TRUE(desk.until([&] { return harness::textOf(i3) != command; }));
   // It listens as soon as its own client can ask it something.
   ASSERT_TRUE(desk.until([&] { return desk.run({"i3-msg", "-t", "get_version"}).succeeded(); }));
-  turn();
+  desk.toggleMode();
   EXPECT_TRUE(allAreBack());
 }
 

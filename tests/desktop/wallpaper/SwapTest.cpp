@@ -309,7 +309,7 @@ TEST(RefusedSwap, NobodySeesTheRootWindowUnderAShellThatComposesItsOwn) {
                       name.data());
   const std::string chosen = desk.home().home() / "chosen.png";
   harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, kYellow)}, chosen);
-  harness::ShortcutProgram program(desk, harness::swapsTo(chosen));
+  harness::ShortcutProgram program(desk, {"Wallpaper"}, harness::chosenPicture(chosen));
   const std::uint32_t before = desk.screen().pixel(1, 1);
   const auto becomes = [&](std::uint32_t colour) {
     return desk.until([&] { return desk.screen().pixel(1, 1) == colour; });

@@ -32,7 +32,9 @@ class WallpaperDesk {
   [[nodiscard]] const std::string& chosen() const { return chosen_; }
 
   void startIcons() { desk_.startIcons(icons_); }
-  void launch() { program_.emplace(desk_, harness::swapsTo(chosen_)); }
+  void launch() {
+    program_.emplace(desk_, std::vector<std::string>{"Wallpaper"}, harness::chosenPicture(chosen_));
+  }
   void toggle() { program_->toggle(); }
   /// Every monitor shows the chosen picture then.
   void swap();

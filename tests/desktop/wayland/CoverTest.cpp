@@ -2,8 +2,7 @@
 
 #include <filesystem>
 
-#include "desktop/harness/AccessibilityClient.h"
-#include "desktop/harness/WaylandDesk.h"
+#include "desktop/wayland/ModeDesk.h"
 
 using harness::Compositor;
 using harness::Image;
@@ -20,9 +19,6 @@ constexpr int kWidth = WaylandDesk::kOutputWidth;
 constexpr int kHeight = WaylandDesk::kOutputHeight;
 /// Where no panel of ours stands.
 constexpr Rect kStrip{0, kHeight - 100, kWidth, 100};
-constexpr const char* kSettings = R"({"kUserdefaultsToggleDesktopIcons": true,
-  "kUserdefaultsToggleDnd": false, "kUserdefaultsToggleHideActiveApps": false,
-  "kUserdefaultsToggleSpeakerOff": false, "kUserdefaultsToggleWallpaper": false})";
 /// Of the desktop on the first monitor, as the stand-in has it.
 constexpr std::uint32_t kColour = 0x20a040;
 constexpr std::uint32_t kIcons = 0xff00ff;
@@ -50,25 +46,25 @@ Image fine() {
 
 /// Monitors with a wallpaper on them, of one colour and then of fine detail, and Calmdeck, whose
 /// mode covers icons and does nothing else. Icons are one colour all over each monitor.
-class WaylandCoverTest : public testing::TestWithParam<Compositor> {
+class WaylandCoverTest : public testing::TestWithParam<Compositor>, public wayland_test::ModeDesk {
  protected:
-  enum class Program { OfWayland, OfX11 };
-
-  explicit WaylandCoverTest(Program kind = Program::OfWayland) : kind_(kind) {}
+  explicit WaylandCoverTest(bool ofX11 = false)
+      : ModeDesk({.compositor = GetParam(),
+                  .xwayland = ofX11,
+                  .configuration = GetParam() == Compositor::Sway ? kForSway : std::string()}) {
+    environment["XDG_CURRENT_DESKTOP"] = "KDE";
+    if (ofX11) environment["QT_QPA_PLATFORM"] = "xcb";
+  }
 
   void SetUp() override {
     const std::filesystem::path file = desk.home().home() / "fine.png";
     harness::writePng(fine(), file);
     shell_ = desk.start({PLASMA_STAND_IN, file});
     ASSERT_TRUE(shell_->waitForLine("^ready$")) << shell_->errorOutput();
-    desk.home().writeConfig("calmdeck/settings.json", kSettings);
-    auto environment = harness::AccessibilityClient::accessibleEnvironment();
-    environment["XDG_CURRENT_DESKTOP"] = "KDE";
-    if (kind_ == Program::OfX11) {
-      environment["QT_QPA_PLATFORM"] = "xcb";
-      ASSERT_TRUE(desk.until([&] { return desk.run({"xset", "q"}).succeeded(); }));
-    }
-    program_ = desk.startCalmdeck(environment);
+    ASSERT_TRUE(!environment.contains("QT_QPA_PLATFORM") || desk.until([&] {
+      return desk.run({"xset", "q"}).succeeded();
+    }));
+    launch("DesktopIcons");
   }
 
   /// Returns once they are there, seen or not.
@@ -83,12 +79,6 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor> {
         desk.start({program, "-o", "*", "-m", "stretch", "-i", file}, {{"WAYLAND_DEBUG", "1"}});
     for ([[maybe_unused]] const WaylandOutput& output : desk.outputs())
       ASSERT_TRUE(icons_->waitForLine("attach\\(wl_buffer", harness::kPatience, Stream::Error));
-  }
-  void toggle() {
-    const harness::AccessibilityClient reader(desk);
-    const auto mode = reader.await("Presentation mode");
-    ASSERT_TRUE(mode) << program_->errorOutput();
-    ASSERT_TRUE(reader.act(*mode));
   }
   [[nodiscard]] Image strip(std::size_t monitor) {
     const auto all = desk.outputs();
@@ -108,25 +98,14 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor> {
     return comes && !isBlack;
   }
 
-  [[nodiscard]] bool isModeOn() const {
-    const auto mode = harness::AccessibilityClient(desk).await("Presentation mode");
-    return mode && mode->is("checked");
-  }
-  [[nodiscard]] std::string errors() const { return program_->errorOutput(); }
-
   const Image empty = plain(0, kStrip.width, kStrip.height);
   const Image colour = plain(kColour, kStrip.width, kStrip.height);
   const Image picture = fine().part(kStrip);
   const Image icons = plain(kIcons, kStrip.width, kStrip.height);
-  const Program kind_;
-  WaylandDesk desk{{.compositor = GetParam(),
-                    .xwayland = kind_ == Program::OfX11,
-                    .configuration = GetParam() == Compositor::Sway ? kForSway : std::string()}};
 
  private:
   std::unique_ptr<Process> shell_;
   std::unique_ptr<Process> icons_;
-  std::unique_ptr<Process> program_;
 };
 
 INSTANTIATE_TEST_SUITE_P(On, WaylandCoverTest, testing::ValuesIn(harness::installedCompositors()),
@@ -188,7 +167,7 @@ TEST_P(WaylandCoverTest, StaysWhenTheCompositorReadsItsConfigurationAnew) {
 /// Without Qt's plugin for Wayland.
 class XProgramCoverTest : public WaylandCoverTest {
  protected:
-  XProgramCoverTest() : WaylandCoverTest(Program::OfX11) {}
+  XProgramCoverTest() : WaylandCoverTest(true) {}
 };
 
 INSTANTIATE_TEST_SUITE_P(On, XProgramCoverTest, testing::ValuesIn(harness::installedCompositors()),
@@ -197,14 +176,14 @@ INSTANTIATE_TEST_SUITE_P(On, XProgramCoverTest, testing::ValuesIn(harness::insta
 TEST_P(XProgramCoverTest, CoversOnlyWhereNoWindowWouldBeUnderIt) {
   startIcons();
   toggle();
-  ASSERT_TRUE(desk.until([&] { return isModeOn(); }));
+  ASSERT_TRUE(desk.until([&] { return reader.await("Presentation mode")->is("checked"); }));
   if (GetParam() == Compositor::Kwin) {
     EXPECT_TRUE(shows(0, colour) && shows(1, picture));
   } else {
     EXPECT_EQ(desk.screen().settled(kStrip, 500ms, 5s), icons);
-    EXPECT_THAT(errors(), testing::HasSubstr("desktop icons are not covered"));
+    EXPECT_THAT(program->errorOutput(), testing::HasSubstr("desktop icons are not covered"));
   }
-  EXPECT_THAT(errors(), testing::HasSubstr("qt6-wayland"));
+  EXPECT_THAT(program->errorOutput(), testing::HasSubstr("qt6-wayland"));
 }
 
 }  // namespace

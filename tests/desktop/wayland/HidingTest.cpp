@@ -10,7 +10,6 @@ using harness::ForeignWindow;
 
 namespace {
 
-constexpr const char* kName = "org.calmdeck.Calmdeck";
 constexpr std::uint32_t kRed = 0xd02010;
 constexpr std::uint32_t kGreen = 0x10c020;
 constexpr std::uint32_t kBlue = 0x1020e0;
@@ -44,15 +43,8 @@ class WaylandHidingTest : public testing::TestWithParam<Compositor>, public wayl
     desk.input().key("Escape");
     EXPECT_TRUE(desk.until([&] { return !isActive("Calmdeck"); }));
   }
-  /// As scripts do it, so that the panel does not come up.
-  void turn() { ask("toggle-presentation-mode"); }
-  void ask(const std::string& action) {
-    EXPECT_TRUE(desk.run({"gapplication", "action", kName, action}).succeeded());
-  }
-
   /// Of the program's own windows.
   [[nodiscard]] bool isActive(const std::string& title) const {
-    const harness::AccessibilityClient reader(desk);
     return std::ranges::any_of(reader.elements(), [&](const harness::AccessibleElement& element) {
       return element.role == "frame" && element.name == title && element.is("active");
     });
@@ -113,12 +105,12 @@ TEST_P(WaylandHidingTest, BringsAllBackInItsOrderUnderWhatWasOpenedMeanwhile) {
   ASSERT_LT(before.at(kBlue), before.at(kWhite)) << "no window is over another";
   ASSERT_LT(before.at(kRed), before.at(kWhite)) << "no window is over another";
 
-  turn();
+  desk.toggleMode();
   ASSERT_TRUE(desk.until([&] { return seen() == kNothing; }));
   ForeignWindow& yellow = desk.openWindow("yellow", kYellow);
   ASSERT_TRUE(getsTheKeyboard(yellow));
 
-  turn();
+  desk.toggleMode();
   // Elsewhere it lies exactly over them.
   if (GetParam() == Compositor::Kwin) {
     ASSERT_TRUE(desk.until([&] { return seen() != kNothing; }));
@@ -137,9 +129,9 @@ TEST_P(WaylandHidingTest, GivesTheKeyboardBackWhereNoneWasOpenedMeanwhile) {
   ForeignWindow& blue = desk.openWindow("blue", kBlue);
   ASSERT_TRUE(getsTheKeyboard(blue));
   for (int round = 0; round < 2; ++round) {
-    turn();
+    desk.toggleMode();
     ASSERT_TRUE(desk.until([&] { return !isSeen(kBlue) && !isSeen(kRed); }));
-    turn();
+    desk.toggleMode();
     ASSERT_TRUE(becomesSeen(blue));
     EXPECT_TRUE(getsTheKeyboard(blue));
   }
@@ -148,7 +140,7 @@ TEST_P(WaylandHidingTest, GivesTheKeyboardBackWhereNoneWasOpenedMeanwhile) {
 TEST_P(WaylandHidingTest, StaysAndEndsAlsoWhenTheCompositorReadsItsConfigurationAnew) {
   desk.openWindow("red", kRed);
   ForeignWindow& blue = desk.openWindow("blue", kBlue);
-  turn();
+  desk.toggleMode();
   ASSERT_TRUE(desk.until([&] { return !isSeen(kBlue) && !isSeen(kRed); }));
   desk.reload();
   const harness::Rect all{0, 0, harness::WaylandDesk::kOutputWidth,
@@ -156,10 +148,50 @@ TEST_P(WaylandHidingTest, StaysAndEndsAlsoWhenTheCompositorReadsItsConfiguration
   [[maybe_unused]] const harness::Image settled =
       desk.screen().settled(all, std::chrono::milliseconds(500), harness::kPatience);
   EXPECT_EQ(seen(), kNothing);
-  turn();
+  desk.toggleMode();
   EXPECT_TRUE(becomesSeen(blue));
   close(blue);
   EXPECT_TRUE(desk.until([&] { return isSeen(kRed); }));
+}
+
+/// Which hides by an empty workspace on each monitor. Not every release has one.
+class SwayHidingTest : public WaylandHidingTest {
+ protected:
+  void sway(const std::string& command) {
+    EXPECT_TRUE(desk.run({"swaymsg", command}).succeeded()) << command;
+  }
+};
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SwayHidingTest);
+INSTANTIATE_TEST_SUITE_P(Compositors, SwayHidingTest,
+                         testing::ValuesIn(harness::installedOf({Compositor::Sway})),
+                         testing::PrintToStringParamName());
+
+TEST_P(SwayHidingTest, EachMonitorTurnsToAnEmptyWorkspaceAndExactlyBack) {
+  desk.openWindow("sticky", kRed);
+  ForeignWindow& tiled = desk.openWindow("tiled", kBlue);
+  sway("focus output HEADLESS-2");
+  desk.openWindow("elsewhere", kWhite);
+  sway("[app_id=\"sticky\"] floating enable, sticky enable, move position 40 30, focus");
+  desk.input().moveTo(harness::WaylandDesk::kOutputWidth - 50,
+                      harness::WaylandDesk::kOutputHeight - 50);
+  sway("[app_id=\"sticky\"] focus");
+  const auto places = [&] {
+    return std::vector{desk.areaOf(kRed), desk.areaOf(kBlue), desk.areaOf(kWhite)};
+  };
+  const auto before = places();
+
+  desk.toggleMode();
+  EXPECT_TRUE(desk.until([&] { return seen() == kNothing; }));
+  desk.toggleMode();
+  EXPECT_TRUE(desk.until([&] { return places() == before; }));
+  // The pointer has not been taken along to another monitor, nor to what has the focus.
+  desk.input().press(harness::Button::Left);
+  desk.input().release(harness::Button::Left);
+  EXPECT_TRUE(tiled.process->waitForLine("^press$"));
+  // What was everywhere is so again.
+  sway("workspace 9");
+  EXPECT_TRUE(desk.until([&] { return isSeen(kRed) && !isSeen(kBlue); }));
 }
 
 /// Where a mark can be kept on windows.
@@ -173,12 +205,12 @@ INSTANTIATE_TEST_SUITE_P(Compositors, WaylandMarksTest,
 TEST_P(WaylandMarksTest, ShowsWhatAProcessHidThatWasKilled) {
   ForeignWindow& red = desk.openWindow("red", kRed);
   ForeignWindow& blue = desk.openWindow("blue", kBlue);
-  turn();
+  desk.toggleMode();
   ASSERT_TRUE(desk.until([&] { return !isSeen(kBlue) && !isSeen(kRed); }));
   program->kill();
   start();
-  turn();
-  turn();
+  desk.toggleMode();
+  desk.toggleMode();
   EXPECT_TRUE(becomesSeen(blue));
   close(blue);
   EXPECT_TRUE(becomesSeen(red));
@@ -186,12 +218,12 @@ TEST_P(WaylandMarksTest, ShowsWhatAProcessHidThatWasKilled) {
 
 TEST_P(WaylandHidingTest, LeavesItsOwnWindowsWhereTheyAreWithTheKeyboard) {
   ForeignWindow& red = desk.openWindow("not in the middle", kRed);
-  ask("preferences");
+  desk.perform("preferences");
   ASSERT_TRUE(hasTheKeyboard("Preferences"));
-  turn();
+  desk.toggleMode();
   ASSERT_TRUE(desk.until([&] { return !isSeen(kRed); }));
   EXPECT_TRUE(hasTheKeyboard("Preferences"));
-  turn();
+  desk.toggleMode();
   // On labwc they may lie over it.
   if (GetParam() != Compositor::Labwc) {
     ASSERT_TRUE(becomesSeen(red));

@@ -15,25 +15,22 @@ class ModeDesk {
  public:
   explicit ModeDesk(const harness::WaylandOptions& options) : desk(options) {}
 
-  /// `feature` is the end of its switch's key, `further` what else the settings hold.
+  /// See harness::Desk::writeSettings().
   void launch(const std::string& feature, const std::string& further = {}) {
-    std::string settings = R"({"kUserdeaultsLaunchAtLogin": false)" + further;
-    for (const char* each : {"DesktopIcons", "Dnd", "HideActiveApps", "SpeakerOff", "Wallpaper"}) {
-      settings += std::string(", \"kUserdefaultsToggle") + each +
-                  (each == feature ? "\": true" : "\": false");
-    }
-    desk.home().writeConfig("calmdeck/settings.json", settings + "}");
-    program = desk.startCalmdeck(harness::AccessibilityClient::accessibleEnvironment());
+    desk.writeSettings({feature}, further);
+    program = desk.startCalmdeck(environment);
   }
   /// Turns the mode on or off, and returns when that was clicked.
   void toggle() {
-    const harness::AccessibilityClient reader(desk);
     const auto mode = reader.await("Presentation mode");
     ASSERT_TRUE(mode) << program->errorOutput();
     ASSERT_TRUE(reader.act(*mode));
   }
 
   harness::WaylandDesk desk;
+  harness::AccessibilityClient reader{desk};
+  /// What is the program's alone.
+  harness::Environment environment = harness::AccessibilityClient::accessibleEnvironment();
   std::unique_ptr<harness::Process> program;
 };
 

@@ -201,8 +201,7 @@ TEST_P(WaylandRecallTest, OpenPreferencesComeToTheUserWhoAsksForThem) {
   }
   desk.openWindow("other", 0xc02030);
   ASSERT_TRUE(desk.until([&] { return !shows("frame", "Preferences", "active"); }));
-  ASSERT_TRUE(
-      desk.run({"gapplication", "action", "org.calmdeck.Calmdeck", "preferences"}).succeeded());
+  desk.perform("preferences");
   EXPECT_TRUE(desk.until([&] { return shows("frame", "Preferences", "active"); }));
 }
 

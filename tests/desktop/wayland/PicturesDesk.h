@@ -30,7 +30,7 @@ class PicturesDesk : public ModeDesk {
 
   /// With a mode that shows this picture.
   void launchWith(const std::string& chosen) {
-    launch("Wallpaper", R"(, "kUserdefaultsSelectedWallpaper": ")" + chosen + "\"");
+    launch("Wallpaper", harness::chosenPicture(chosen));
   }
   [[nodiscard]] std::string saved(const std::string& name, const Image& image) const {
     const std::filesystem::path file = desk.home().home() / name;

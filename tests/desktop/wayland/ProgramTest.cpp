@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "desktop/harness/AccessibilityClient.h"
-#include "desktop/harness/WaylandDesk.h"
+#include "desktop/wayland/ModeDesk.h"
 
 using harness::Compositor;
 using harness::Process;
@@ -13,35 +12,24 @@ using harness::WaylandDesk;
 
 namespace {
 
-constexpr const char* kName = "org.calmdeck.Calmdeck";
 constexpr const char* kSink = "out1";
 constexpr std::uint32_t kOutside = 0xd02010;
 constexpr std::uint32_t kInside = 0x1020e0;
 
 /// The real program as a native client, told to mute the speaker.
-class WaylandProgramTest : public testing::TestWithParam<Compositor> {
+class WaylandProgramTest : public testing::TestWithParam<Compositor>,
+                           public wayland_test::ModeDesk {
  protected:
-  WaylandProgramTest() {
-    desk.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": true,
-                                "kuserdefault_ToggleAppShortcut": "p",
-                                "kuserdefault_ToggleAppFlag": [12, 13]})");
-  }
-
-  [[nodiscard]] testing::AssertionResult does(const std::string& action) {
-    const harness::RunResult asked = desk.run({"gapplication", "action", kName, action});
-    if (asked.succeeded()) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << asked.errorOutput;
+  explicit WaylandProgramTest(const std::string& configuration = {})
+      : ModeDesk({.compositor = GetParam(),
+                  .bar = harness::Bar::Waybar,
+                  .sound = harness::SoundServerKind::PulseAudio,
+                  .configuration = configuration}) {
+    launch("SpeakerOff", harness::kControlAltP);
   }
   [[nodiscard]] bool sinkMuted(bool muted) {
     return desk.until([&] { return desk.sound().sinkMuted(kSink) == muted; });
   }
-  [[nodiscard]] bool isOnTheBus() {
-    return desk.until([&] { return desk.bus().hasOwner(kName); });
-  }
-
-  WaylandDesk desk{{.compositor = GetParam(),
-                    .bar = harness::Bar::Waybar,
-                    .sound = harness::SoundServerKind::PulseAudio}};
 };
 
 INSTANTIATE_TEST_SUITE_P(Compositors, WaylandProgramTest,
@@ -57,30 +45,20 @@ std::vector<std::string> complaints(const Process& program) {
   return found;
 }
 
-TEST_P(WaylandProgramTest, StartsAndSaysInOneLineWhatDoesNotWork) {
-  const auto program = desk.startCalmdeck();
-  ASSERT_TRUE(isOnTheBus());
-  ASSERT_TRUE(does("no-such-action"));
+TEST_P(WaylandProgramTest, ItsActionsTurnTheModeAndOneLineSaysWhatDoesNotWork) {
+  for (const bool muted : {true, false}) {
+    desk.toggleMode();
+    EXPECT_TRUE(sinkMuted(muted));
+    EXPECT_TRUE(program->waitForLine("^Pressed at "));
+  }
+  desk.perform("no-such-action");
   ASSERT_TRUE(
       program->waitForLine("no action \"no-such-action\"", harness::kPatience, Stream::Error));
-  std::vector<std::string> said = complaints(*program);
-  said.pop_back();
-  EXPECT_THAT(said, testing::SizeIs(testing::Le(1U)));
+  EXPECT_THAT(complaints(*program), testing::SizeIs(testing::Le(2U)));
   EXPECT_TRUE(program->running());
 }
 
-TEST_P(WaylandProgramTest, ItsActionsTurnTheModeOnAndOff) {
-  const auto program = desk.startCalmdeck();
-  ASSERT_TRUE(isOnTheBus());
-  ASSERT_TRUE(does("toggle-presentation-mode"));
-  EXPECT_TRUE(sinkMuted(true));
-  EXPECT_TRUE(program->waitForLine("^Pressed at "));
-  ASSERT_TRUE(does("toggle-presentation-mode"));
-  EXPECT_TRUE(sinkMuted(false));
-}
-
 TEST_P(WaylandProgramTest, TheIconComesBackWithABarThatWasKilled) {
-  const auto program = desk.startCalmdeck();
   const auto isShown = [&] { return desk.until([&] { return desk.trayIcon().has_value(); }); };
   ASSERT_TRUE(isShown());
   for (int round = 0; round < 2; ++round) {
@@ -89,14 +67,12 @@ TEST_P(WaylandProgramTest, TheIconComesBackWithABarThatWasKilled) {
     desk.startBar(harness::Bar::Waybar);
     EXPECT_TRUE(isShown()) << program->errorOutput();
   }
-  ASSERT_TRUE(does("toggle-presentation-mode"));
+  desk.toggleMode();
   EXPECT_TRUE(sinkMuted(true));
 }
 
 TEST_P(WaylandProgramTest, EndsWithTheCompositorAndOneLine) {
-  const auto program = desk.startCalmdeck();
-  ASSERT_TRUE(isOnTheBus());
-  ASSERT_TRUE(does("toggle-presentation-mode"));
+  desk.toggleMode();
   ASSERT_TRUE(sinkMuted(true));
   const std::size_t before = program->errorOutput().size();
   desk.compositor().kill();
@@ -113,17 +89,16 @@ TEST_P(WaylandProgramTest, ASwayThatIsNotItsCompositorIsLeftAlone) {
   const auto workspaces = [&] { return outer.run({"swaymsg", "-t", "get_workspaces"}).output; };
   outer.openWindow("outside", kOutside);
   harness::ForeignWindow& inside = desk.openWindow("inside", kInside);
-  desk.home().writeConfig("calmdeck/settings.json",
-                          R"({"kUserdefaultsToggleHideActiveApps": true})");
   const std::string before = workspaces();
-  const auto program = desk.startCalmdeck({{"SWAYSOCK", outer.environment().at("SWAYSOCK")}});
-  ASSERT_TRUE(isOnTheBus());
-  ASSERT_TRUE(does("toggle-presentation-mode"));
+  environment["SWAYSOCK"] = outer.environment().at("SWAYSOCK");
+  program.reset();
+  launch("HideActiveApps");
+  desk.toggleMode();
   if (GetParam() != Compositor::Sway) {
     EXPECT_TRUE(desk.until([&] { return !desk.areaOf(inside.colour); }));
   }
   ASSERT_TRUE(program->waitForLine("^Pressed at "));
-  ASSERT_TRUE(does("toggle-presentation-mode"));
+  desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return desk.areaOf(inside.colour).has_value(); }));
   EXPECT_EQ(workspaces(), before);
 }
@@ -141,7 +116,10 @@ std::string configurationWithTheLine(Compositor compositor) {
 }
 
 /// Where users bind keys themselves.
-class OwnKeyTest : public testing::TestWithParam<Compositor> {};
+class OwnKeyTest : public WaylandProgramTest {
+ protected:
+  OwnKeyTest() : WaylandProgramTest(configurationWithTheLine(GetParam())) {}
+};
 
 INSTANTIATE_TEST_SUITE_P(Compositors, OwnKeyTest,
                          testing::ValuesIn(harness::installedOf({Compositor::Sway,
@@ -149,15 +127,9 @@ INSTANTIATE_TEST_SUITE_P(Compositors, OwnKeyTest,
                          testing::PrintToStringParamName());
 
 TEST_P(OwnKeyTest, TheCompositorsOwnBindingTurnsTheModeOnAndOff) {
-  WaylandDesk desk({.compositor = GetParam(),
-                    .sound = harness::SoundServerKind::PulseAudio,
-                    .configuration = configurationWithTheLine(GetParam())});
-  desk.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsToggleSpeakerOff": true})");
-  const auto program = desk.startCalmdeck();
-  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
   for (const bool muted : {true, false}) {
     desk.input().key("ctrl+alt+p");
-    EXPECT_TRUE(desk.until([&] { return desk.sound().sinkMuted(kSink) == muted; }));
+    EXPECT_TRUE(sinkMuted(muted));
   }
 }
 
@@ -165,7 +137,7 @@ TEST_P(OwnKeyTest, TheCompositorsOwnBindingTurnsTheModeOnAndOff) {
 constexpr int kLaptop = 1280;
 
 /// Where nobody else does. Not every release has one.
-class NoHotKeysTest : public testing::TestWithParam<Compositor> {};
+class NoHotKeysTest : public WaylandProgramTest {};
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(NoHotKeysTest);
 INSTANTIATE_TEST_SUITE_P(Compositors, NoHotKeysTest,
@@ -173,13 +145,7 @@ INSTANTIATE_TEST_SUITE_P(Compositors, NoHotKeysTest,
                          testing::PrintToStringParamName());
 
 TEST_P(NoHotKeysTest, ThePreferencesShowTheLine) {
-  WaylandDesk desk({.compositor = GetParam()});
-  desk.home().writeConfig("calmdeck/settings.json", R"({"kuserdefault_ToggleAppShortcut": "p",
-                                "kuserdefault_ToggleAppFlag": [12, 13]})");
-  const auto program = desk.startCalmdeck(harness::AccessibilityClient::accessibleEnvironment());
-  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
-  ASSERT_TRUE(desk.run({"gapplication", "action", kName, "preferences"}).succeeded());
-  const harness::AccessibilityClient reader(desk);
+  desk.perform("preferences");
   EXPECT_TRUE(desk.until([&] {
     return std::ranges::any_of(reader.elements(), [](const harness::AccessibleElement& element) {
       return element.name == kLabwcLine && element.is("showing");

@@ -135,8 +135,9 @@ void CoverDesk::placeIcons() {
 }
 
 void CoverDesk::launch() {
-  const std::string swap = swaps_ ? ", " + harness::swapsTo(bluePicture()) : "";
-  program_.emplace(desk_, harness::kCovers + swap);
+  std::vector<std::string> features{"DesktopIcons"};
+  if (swaps_) features.emplace_back("Wallpaper");
+  program_.emplace(desk_, features, harness::chosenPicture(bluePicture()));
 }
 
 void CoverDesk::startCovered() {
