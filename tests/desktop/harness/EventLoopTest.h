@@ -12,7 +12,7 @@ namespace harness {
 /// For what is used in the test's own process, where it needs the event loop.
 template <class Test = testing::Test>
 class EventLoopTest : public Test {
- protected:
+ public:
   /// Lets events be handled until the fact holds.
   static bool soon(const std::function<bool()>& fact) {
     return until(fact, kPatience, [] { QCoreApplication::processEvents(); });

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +23,8 @@ std::vector<std::string> warnings;
 void takeWarning(QtMsgType, const QMessageLogContext&, const QString& text) {
   warnings.push_back(text.toStdString());
 }
+
+constexpr auto soon = harness::EventLoopTest<>::soon;
 
 /// Our side of a bus.
 class Sender {
@@ -64,10 +65,8 @@ class Sender {
   QtMessageHandler previous_ = nullptr;
 };
 
-class DaemonNotifierTest : public NotifierTest {
+class DaemonNotifierTest : public NotificationsTest {
  protected:
-  using State = linux_desktop::NotificationDaemon::State;
-
   void startDaemon() {
     daemon.reset();
     daemon.emplace(address);
@@ -87,14 +86,6 @@ class DaemonNotifierTest : public NotifierTest {
     ASSERT_TRUE(got(before + 1));
     sender.hearAll();
   }
-
- private:
-  harness::PrivateHome home_;
-  harness::SessionBus bus_{home_, home_.environment()};
-
- protected:
-  const QString address = QString::fromStdString(bus_.address());
-  std::optional<NotificationStandIn> daemon;
 };
 
 TEST_F(DaemonNotifierTest, TheDaemonGetsOurNameAndTheTextAsItIs) {
@@ -188,7 +179,7 @@ TEST_F(DaemonNotifierTest, WhereNothingShowsNotificationsTheCallerHearsIt) {
 }
 
 /// By the daemons of the desktops.
-class Shows : public NotifierTest {
+class Shows : public harness::EventLoopTest<> {
  protected:
   static std::size_t windows(const XDesk& desk) {
     std::vector<harness::WindowInfo> all = desk.windows().all();

@@ -1,19 +1,18 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "desktop/harness/Process.h"
+#include "desktop/harness/EventLoopTest.h"
+#include "desktop/harness/SessionBus.h"
+#include "desktop/linux/notifications/NotificationDaemon.h"
 
 /// What shows notifications, as a list in memory: under its name on the bus while it lives. Answers
 /// from the event loop.
@@ -131,11 +130,15 @@ class NotificationStandIn final : public QDBusVirtualObject {
   uint lastId_ = 0;
 };
 
-inline bool soon(const std::function<bool()>& fact) {
-  return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-}
+/// A bus, and on it whoever shows notifications.
+class NotificationsTest : public harness::EventLoopTest<> {
+ private:
+  harness::PrivateHome home_;
+  harness::SessionBus bus_{home_, home_.environment()};
 
-class NotifierTest : public testing::Test {
-  int argc_ = 0;
-  QCoreApplication application_{argc_, nullptr};
+ protected:
+  using State = linux_desktop::NotificationDaemon::State;
+
+  const QString address = QString::fromStdString(bus_.address());
+  std::optional<NotificationStandIn> daemon;
 };

@@ -1,29 +1,32 @@
-// Do Not Disturb of the shells that show notifications themselves: the settings that they read, and
-// Budgie's switch, which can only be turned round.
+// Do Not Disturb over stand-ins: the settings that shells read which show notifications themselves,
+// Budgie's switch, which can only be turned round, and inhibitions.
 
 #include <gtest/gtest.h>
 
 #include <QDBusVirtualObject>
 #include <QTemporaryDir>
-#include <memory>
+#include <functional>
 #include <optional>
 
-#include "desktop/harness/SessionBus.h"
 #include "desktop/linux/gsettings/GuardedSettings.h"
 #include "desktop/linux/notifications/DaemonDoNotDisturb.h"
 #include "desktop/notifications/NotificationStandIn.h"
 
 namespace {
 
-/// A bus, and on it whoever shows notifications.
-class ShellSwitchTest : public NotifierTest {
+/// The switch over a stand-in.
+class SwitchTest : public NotificationsTest {
  protected:
-  using State = linux_desktop::NotificationDaemon::State;
+  ~SwitchTest() override { QDBusConnection::disconnectFromBus("ours"); }
 
-  ~ShellSwitchTest() override { QDBusConnection::disconnectFromBus("ours"); }
-
-  [[nodiscard]] bool isKnown() {
-    return soon([this] { return known.state() == State::Known; });
+  /// `further` offers what else is on the daemon's connection.
+  void start(
+      const char* name, const char* vendor, const std::function<void()>& further = [] {}) {
+    daemon.reset();
+    EXPECT_TRUE(soon([this] { return known.state() == State::None; }));
+    daemon.emplace(address, name, vendor);
+    further();
+    EXPECT_TRUE(soon([this] { return known.state() == State::Known; }));
   }
   /// As the script turns it: by a click, where it is not as wanted.
   void want(bool on) {
@@ -31,13 +34,6 @@ class ShellSwitchTest : public NotifierTest {
     EXPECT_TRUE(quiet.isOn() == on || quiet.set(on));
   }
 
- private:
-  harness::PrivateHome home_;
-  harness::SessionBus bus_{home_, home_.environment()};
-
- protected:
-  const QString address = QString::fromStdString(bus_.address());
-  std::optional<NotificationStandIn> daemon;
   linux_desktop::NotificationDaemon known{QDBusConnection::connectToBus(address, "ours")};
   linux_desktop::DaemonDoNotDisturb quiet{known};
 };
@@ -48,7 +44,7 @@ struct Shell {
   const char* key;
 };
 
-class SettingsOfAShell : public ShellSwitchTest, public testing::WithParamInterface<Shell> {
+class SettingsOfAShell : public SwitchTest, public testing::WithParamInterface<Shell> {
  protected:
   SettingsOfAShell() {
     static const QTemporaryDir folder;
@@ -69,8 +65,7 @@ TEST_P(SettingsOfAShell, AreSwitchedWhateverTheUserDidByHand) {
   const auto& [name, schema, key] = GetParam();
   const auto settings = linux_desktop::GuardedSettings::open(schema, {key});
   ASSERT_TRUE(settings) << schema << " is not installed";
-  daemon.emplace(address, name, "GNOME");
-  ASSERT_TRUE(isKnown());
+  start(name, "GNOME");
   const auto isOn = [&] { return settings->flag(key) == false; };
   for (const bool byHand : {false, true}) {
     ASSERT_TRUE(settings->setFlag(key, !byHand));
@@ -138,13 +133,11 @@ class BudgieStandIn final : public QDBusVirtualObject {
   QDBusConnection bus_{NotificationStandIn::kStandIn};
 };
 
-class BudgieTest : public ShellSwitchTest {
+class BudgieTest : public SwitchTest {
  protected:
-  void runBudgie(bool on) {
-    daemon.emplace(address, "Budgie Notification Server", "Budgie Desktop Developers");
-    // On the daemon's connection.
-    budgie.emplace(on);
-    EXPECT_TRUE(isKnown());
+  BudgieTest() {
+    start("Budgie Notification Server", "Budgie Desktop Developers",
+          [this] { budgie.emplace(true); });
   }
   [[nodiscard]] bool becomes(bool on) {
     return soon([&] { return budgie->isOn == on && quiet.isOn() == on; });
@@ -154,7 +147,6 @@ class BudgieTest : public ShellSwitchTest {
 };
 
 TEST_F(BudgieTest, IsTurnedRoundOnlyWhereItIsNotAsWanted) {
-  runBudgie(true);
   ASSERT_TRUE(becomes(true));
   want(true);
   want(false);
@@ -165,6 +157,43 @@ TEST_F(BudgieTest, IsTurnedRoundOnlyWhereItIsNotAsWanted) {
   budgie->turn();
   EXPECT_TRUE(becomes(false)) << "by the user's hand";
   want(false);
+  want(true);
+  EXPECT_TRUE(becomes(true));
+}
+
+/// By a daemon that offers inhibitions, which is Plasma or unknown.
+class InhibitionTest : public SwitchTest {
+ protected:
+  InhibitionTest() { start("Plasma", "KDE"); }
+  [[nodiscard]] bool becomes(bool inhibited) {
+    return soon([&] { return daemon->inhibitions.empty() != inhibited; });
+  }
+};
+
+TEST_F(InhibitionTest, IsHeldWhileItIsWantedAndTakenAgainAfterARestart) {
+  for (const bool on : {true, false, true}) {
+    want(on);
+    EXPECT_TRUE(becomes(on));
+  }
+  start("quiet", "somebody");
+  EXPECT_TRUE(becomes(true)) << "what it can do counts, not its name";
+}
+
+TEST_F(InhibitionTest, OursIsTakenBesideSomebodyElsesAndOnlyOursIsEnded) {
+  constexpr uint kOther = 1000;
+  daemon->inhibit({kOther});
+  want(true);
+  EXPECT_TRUE(soon([this] { return daemon->inhibitions.size() == 2; }))
+      << "or it would end with his";
+  want(false);
+  EXPECT_TRUE(soon([&] { return daemon->inhibitions == std::set{kOther}; }));
+}
+
+TEST_F(InhibitionTest, IsTakenAgainWhenTheUserHasEndedAll) {
+  want(true);
+  ASSERT_TRUE(becomes(true));
+  daemon->inhibit({});
+  EXPECT_TRUE(soon([this] { return !quiet.isOn(); }));
   want(true);
   EXPECT_TRUE(becomes(true));
 }
