@@ -1,7 +1,6 @@
 #include "bench/ModeDesk.h"
 
 #include <algorithm>
-#include <array>
 #include <fstream>
 #include <stdexcept>
 
@@ -23,7 +22,6 @@ ModeDesk::ModeDesk(int windows)
   furnish();
   others_ = std::make_unique<harness::XConnection>(desk_->server().display());
   for (int i = 0; i < windows; ++i) openWindow(i);
-  xcb_flush(others_->get());
   const auto allManaged = [this] {
     const std::vector<xcb_window_t> stacking = desk_->windows().stacking();
     return std::ranges::all_of(windows_, [&](xcb_window_t window) {
@@ -55,27 +53,12 @@ void ModeDesk::furnish() {
 }
 
 void ModeDesk::openWindow(int number) {
-  xcb_connection_t* x = others_->get();
-  const xcb_window_t id = xcb_generate_id(x);
   const int left = number % 2 == 0 ? 160 : 1440;
-  const std::uint32_t white = 0xffffff;
-  xcb_create_window(x, XCB_COPY_FROM_PARENT, id, others_->root(),
-                    static_cast<std::int16_t>(left + number % 50 * 8),
-                    static_cast<std::int16_t>(80 + number % 40 * 6), 160, 120, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &white);
-  const auto text = [&](xcb_atom_t name, const std::string& value) {
-    xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, name, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(value.size()), value.data());
-  };
-  const std::string program = "Other" + std::to_string(number % kPrograms);
-  text(XCB_ATOM_WM_NAME, "window " + std::to_string(number));
-  text(XCB_ATOM_WM_CLASS, program + '\0' + program + '\0');
-  // The user's own position, so that the window manager looks for none.
-  constexpr std::array<std::uint32_t, 18> kUserPosition{1};
-  xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_NORMAL_HINTS,
-                      XCB_ATOM_WM_SIZE_HINTS, 32, kUserPosition.size(), kUserPosition.data());
-  xcb_map_window(x, id);
-  windows_.push_back(id);
+  windows_.push_back(
+      others_->open({.name = "window " + std::to_string(number),
+                     .className = "Other" + std::to_string(number % kPrograms),
+                     .area = {left + number % 50 * 8, 80 + number % 40 * 6, 160, 120},
+                     .colour = 0xffffff}));
 }
 
 void ModeDesk::choose(const std::vector<std::string_view>& features, std::string_view more) const {

@@ -39,6 +39,19 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
+/// What a window says of itself. It stands where it asks to, as by the user's choice.
+struct XWindow {
+  std::string name = {};
+  std::string className = "Foreign";
+  std::string type = {};   // as "DIALOG"; empty: none
+  std::string state = {};  // as "SKIP_TASKBAR"; empty: none
+  xcb_window_t transientFor = XCB_NONE;
+  std::string gtkApplicationId = {};
+  Rect area{100, 100, 200, 150};
+  /// None: one sees through it, where there is a compositor.
+  std::optional<std::uint32_t> colour = 0;
+};
+
 /// What xcb hands out is freed with free().
 struct FreeReply {
   void operator()(void* memory) const { std::free(memory); }
@@ -69,6 +82,9 @@ class XConnection {
   /// A property of bytes, with the null bytes inside it.
   [[nodiscard]] std::string text(xcb_window_t window, std::string_view property) const;
 
+  /// Opens a window that lasts as long as the connection; it need not be on the screen yet.
+  [[nodiscard]] xcb_window_t open(const XWindow& window) const;
+
   /// Sends a client message about `window` to the root, as a pager does.
   void askWindowManager(xcb_window_t window, std::string_view message,
                         const std::vector<std::uint32_t>& data) const;
@@ -80,6 +96,7 @@ class XConnection {
 
  private:
   void waitForEvent(std::chrono::milliseconds patience) const;
+  void create(xcb_window_t id, const XWindow& window) const;
   [[nodiscard]] XReply<xcb_get_property_reply_t> property(xcb_window_t window,
                                                           std::string_view name) const;
 

@@ -1,7 +1,6 @@
 #include "desktop/harness/XDesk.h"
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
 #include <utility>
 
@@ -209,25 +208,10 @@ WindowInfo XDesk::openWindow(const std::string& title, const Rect& area) {
   return *window;
 }
 
-xcb_window_t XDesk::openDesktopWindow(const Rect& area, std::uint32_t colour) const {
-  xcb_connection_t* x = x_->get();
-  const xcb_window_t window = xcb_generate_id(x);
-  xcb_create_window(x, XCB_COPY_FROM_PARENT, window, x_->root(), static_cast<std::int16_t>(area.x),
-                    static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
-                    static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                    XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &colour);
-  const xcb_atom_t type = x_->atom("_NET_WM_WINDOW_TYPE_DESKTOP");
-  xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, x_->atom("_NET_WM_WINDOW_TYPE"),
-                      XCB_ATOM_ATOM, 32, 1, &type);
-  // ICCCM 4.1.2.3: the user chose the place.
-  constexpr std::array<std::uint32_t, 18> kHints{1};
-  xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
-                      XCB_ATOM_WM_SIZE_HINTS, 32, kHints.size(), kHints.data());
-  xcb_map_window(x, window);
-  xcb_flush(x);
+void XDesk::openDesktopWindow(const Rect& area, std::uint32_t colour) const {
+  (void)x_->open({.type = "DESKTOP", .area = area, .colour = colour});
   if (!until([&] { return screen_->pixel(area.centreX(), area.centreY()) == colour; }))
     throw std::runtime_error("no window of the type DESKTOP came");
-  return window;
 }
 
 bool XDesk::opensAWindow(const std::function<void()>& click) const {

@@ -77,7 +77,7 @@ class XDesk final : public Desk {
 
   /// A window of the type DESKTOP, as programs with icons have it and some clocks; ready when it is
   /// on the screen.
-  xcb_window_t openDesktopWindow(const Rect& area, std::uint32_t colour) const;
+  void openDesktopWindow(const Rect& area, std::uint32_t colour) const;
 
   /// Runs `click` and waits until another window, a panel's menu say, is on the screen and drawn.
   [[nodiscard]] bool opensAWindow(const std::function<void()>& click) const;

@@ -121,7 +121,7 @@ void startRootPhotograph(WallpaperDesk& desk) {
   desk.desk().server().setMonitors(kThree);
   gradate(desk);
   // A clock, which is no desktop.
-  (void)desk.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
+  desk.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
 }
 
 void startRootColour(WallpaperDesk& desk) {

@@ -3,11 +3,9 @@
 #include <xcb/randr.h>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
-#include <string_view>
 
 #include "desktop/harness/DesktopConfiguration.h"
 
@@ -32,17 +30,6 @@ Rect grown(const Rect& area, int by) {
 std::string text(const Rect& area) {
   return std::to_string(area.width) + "x" + std::to_string(area.height) + "+" +
          std::to_string(area.x) + "+" + std::to_string(area.y);
-}
-
-constexpr std::uint8_t kDepthWithAlpha = 32;
-
-xcb_visualid_t visualWithAlpha(const harness::XConnection& x) {
-  const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(x.get())).data;
-  for (auto depth = xcb_screen_allowed_depths_iterator(screen); depth.rem > 0;
-       xcb_depth_next(&depth)) {
-    if (depth.data->depth == kDepthWithAlpha) return xcb_depth_visuals(depth.data)->visual_id;
-  }
-  throw std::runtime_error("no windows with transparency here");
 }
 
 bool liesOn(const Rect& cover, const Rect& monitor) {
@@ -95,25 +82,7 @@ void CoverDesk::stopCompositing() const {
 }
 
 void CoverDesk::openIconWindow(const Rect& area) {
-  const harness::XConnection& x = desk_.x();
-  const xcb_visualid_t visual = visualWithAlpha(x);
-  const xcb_colormap_t colours = xcb_generate_id(x.get());
-  xcb_create_colormap(x.get(), XCB_COLORMAP_ALLOC_NONE, colours, x.root(), visual);
-  const xcb_window_t window = xcb_generate_id(x.get());
-  const std::array<std::uint32_t, 3> values{0, 0, colours};
-  xcb_create_window(x.get(), kDepthWithAlpha, window, x.root(), static_cast<std::int16_t>(area.x),
-                    static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
-                    static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                    visual, XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP,
-                    values.data());
-  const xcb_atom_t type = x.atom("_NET_WM_WINDOW_TYPE_DESKTOP");
-  xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, window, x.atom("_NET_WM_WINDOW_TYPE"),
-                      XCB_ATOM_ATOM, 32, 1, &type);
-  constexpr std::string_view kClass("icons\0Icons\0", 12);
-  xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                      kClass.size(), kClass.data());
-  xcb_map_window(x.get(), window);
-  xcb_flush(x.get());
+  (void)desk_.x().open({.type = "DESKTOP", .area = area, .colour = {}});
 }
 
 void CoverDesk::changeWallpaper(const std::filesystem::path& picture) const {

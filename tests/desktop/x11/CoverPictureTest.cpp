@@ -97,7 +97,7 @@ TEST(CoverPicture, WhatNobodyKnowsIsNotWaitedFor) {
 TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
   CoverDesk covers({.windowManager = WindowManager::Openbox, .pattern = true});
   // A clock, which is no desktop.
-  (void)covers.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
+  covers.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }

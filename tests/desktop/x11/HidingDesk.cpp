@@ -1,7 +1,6 @@
 #include "desktop/x11/HidingDesk.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace {
@@ -25,47 +24,8 @@ HidingDesk::HidingDesk(WindowManager windowManager)
 
 // --- Windows ---
 
-void HidingDesk::setAtom(xcb_window_t window, const std::string& property,
-                         const std::string& value) {
-  if (value.empty()) return;
-  const xcb_atom_t atom = desk_.x().atom(property + "_" + value);
-  xcb_change_property(desk_.x().get(), XCB_PROP_MODE_REPLACE, window, desk_.x().atom(property),
-                      XCB_ATOM_ATOM, 32, 1, &atom);
-}
-
-xcb_window_t HidingDesk::create(const ForeignWindow& window) {
-  xcb_connection_t* x = desk_.x().get();
-  const xcb_window_t id = xcb_generate_id(x);
-  const auto& area = window.area;
-  xcb_create_window(x, XCB_COPY_FROM_PARENT, id, desk_.x().root(),
-                    static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
-                    static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(area.height),
-                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  const auto text = [&](xcb_atom_t name, const std::string& value) {
-    if (value.empty()) return;
-    xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, name, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(value.size()), value.data());
-  };
-  text(XCB_ATOM_WM_NAME, window.name);
-  text(XCB_ATOM_WM_CLASS, "instance" + std::string(1, '\0') + window.className + '\0');
-  text(desk_.x().atom("_GTK_APPLICATION_ID"), window.gtkApplicationId);
-  // The user's own position, so that no window manager looks for a free one.
-  constexpr std::array<std::uint32_t, 18> kUserPosition{1};
-  xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_NORMAL_HINTS,
-                      XCB_ATOM_WM_SIZE_HINTS, 32, kUserPosition.size(), kUserPosition.data());
-  setAtom(id, "_NET_WM_WINDOW_TYPE", window.type);
-  setAtom(id, "_NET_WM_STATE", window.state);
-  if (window.transientFor != XCB_NONE) {
-    xcb_change_property(x, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW,
-                        32, 1, &window.transientFor);
-  }
-  xcb_map_window(x, id);
-  xcb_flush(x);
-  return id;
-}
-
-xcb_window_t HidingDesk::open(const ForeignWindow& window) {
-  const xcb_window_t id = create(window);
+xcb_window_t HidingDesk::open(const harness::XWindow& window) {
+  const xcb_window_t id = desk_.x().open(window);
   const auto isThere = [&] {
     const auto info = desk_.windows().info(id);
     return info && info->managed && info->viewable;
@@ -77,9 +37,9 @@ xcb_window_t HidingDesk::open(const ForeignWindow& window) {
 Windows HidingDesk::openMany(int count) {
   Windows windows;
   for (int i = 0; i < count; ++i) {
-    windows.push_back(create({.name = "many " + std::to_string(i),
-                              .className = "Many" + std::to_string(i % 10),
-                              .area = {10 + i % 50 * 8, 10 + i % 40 * 6, 120, 90}}));
+    windows.push_back(desk_.x().open({.name = "many " + std::to_string(i),
+                                      .className = "Many" + std::to_string(i % 10),
+                                      .area = {10 + i % 50 * 8, 10 + i % 40 * 6, 120, 90}}));
   }
   EXPECT_TRUE(desk_.until([&] { return stacking(windows).size() == windows.size(); }));
   return windows;

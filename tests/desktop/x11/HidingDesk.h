@@ -11,17 +11,6 @@
 #include "desktop/linux/x11/XApplications.h"
 #include "desktop/x11/TestProgram.h"
 
-/// What a foreign program's window says of itself.
-struct ForeignWindow {
-  std::string name = {};
-  std::string className = "Foreign";
-  std::string type = {};   // as "DIALOG"; empty: none
-  std::string state = {};  // as "SKIP_TASKBAR"; empty: none
-  xcb_window_t transientFor = XCB_NONE;
-  std::string gtkApplicationId = {};
-  harness::Rect area{100, 100, 200, 150};
-};
-
 using Windows = std::vector<xcb_window_t>;
 
 /// A desktop with foreign windows on it, and in this process what hides and shows them.
@@ -32,7 +21,7 @@ class HidingDesk {
   [[nodiscard]] harness::XDesk& desk() { return desk_; }
 
   /// Opens a window on the test's own connection; returns once it is managed and on the screen.
-  xcb_window_t open(const ForeignWindow& window);
+  xcb_window_t open(const harness::XWindow& window);
   /// Many at once, of ten applications.
   Windows openMany(int count);
   /// A real program's: xmessage.
@@ -77,8 +66,6 @@ class HidingDesk {
   [[nodiscard]] Windows stacking(const Windows& among) const;
 
  private:
-  xcb_window_t create(const ForeignWindow& window);
-  void setAtom(xcb_window_t window, const std::string& property, const std::string& value);
   [[nodiscard]] testing::AssertionResult all(const Windows& windows, const char* claim,
                                              const std::function<bool(xcb_window_t)>& test);
   std::vector<platform::port::ApplicationId> regular();

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <array>
-
 #include "desktop/harness/XDesk.h"
 #include "desktop/linux/x11/XPanels.h"
 #include "desktop/x11/TestProgram.h"
@@ -17,11 +15,11 @@ class PanelsTest : public testing::Test {
  protected:
   using Numbers = std::vector<std::uint32_t>;
 
-  void set(xcb_window_t window, const char* property, const Numbers& numbers,
-           xcb_atom_t type = XCB_ATOM_CARDINAL) {
+  void set(xcb_window_t window, const char* property, const Numbers& numbers) {
     xcb_connection_t* x = program.server().get();
-    xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, desk.x().atom(property), type, 32,
-                        static_cast<std::uint32_t>(numbers.size()), numbers.data());
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, desk.x().atom(property),
+                        XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(numbers.size()),
+                        numbers.data());
     xcb_flush(x);
   }
   void setOnRoot(const char* property, const Numbers& numbers) {
@@ -52,18 +50,14 @@ TEST_F(PanelsTest, ABarThatSaysNothingIsAtTheEdgeThatIsKeptFreeUnlessAPanelExpla
   EXPECT_THAT(panels(), ElementsAre(QRect(0, 700, 1280, 20)));
 
   // One on the lower edge of the second monitor makes less of the whole, too.
-  xcb_connection_t* x = program.server().get();
-  const xcb_window_t bar = xcb_generate_id(x);
-  xcb_create_window(x, XCB_COPY_FROM_PARENT, bar, desk.x().root(), 1280, 570, 1024, 30, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  set(bar, "_NET_WM_WINDOW_TYPE", {desk.x().atom("_NET_WM_WINDOW_TYPE_DOCK")}, XCB_ATOM_ATOM);
+  const xcb_window_t bar = desk.x().open({.type = "DOCK", .area = {1280, 570, 1024, 30}});
+  ASSERT_TRUE(desk.until([&] { return desk.windows().info(bar)->viewable; }));
   set(bar, "_NET_WM_STRUT_PARTIAL", {0, 0, 0, 150, 0, 0, 0, 0, 0, 0, 1280, 2303});
-  xcb_map_window(x, bar);
   setOnRoot("_NET_WORKAREA", {0, 0, 2304, 570});
   EXPECT_THAT(panels(), ElementsAre(QRect(1280, 570, 1024, 30)));
 
   setOnRoot("_NET_WORKAREA", {});
-  xcb_unmap_window(x, bar);
+  xcb_unmap_window(program.server().get(), bar);
   EXPECT_THAT(panels(), IsEmpty());
 }
 
