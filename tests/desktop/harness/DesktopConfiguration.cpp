@@ -24,13 +24,18 @@ std::string output(const XDesk& desk, std::vector<std::string> argv) {
   return done.output;
 }
 
+std::string styleOf(const MonitorBackdrop& backdrop, const char* usual) {
+  return backdrop.style.empty() ? usual : backdrop.style;
+}
+
 void configureXfce(const XDesk& desk, const Backdrops& backdrops) {
   for (std::size_t i = 0; i < backdrops.size(); ++i) {
     const std::string key = "/backdrop/screen0/monitorVNC-" + std::to_string(i) + "/workspace0/";
-    const bool hasPicture = !backdrops[i].picture.empty();
-    setXfconf(desk, kXfceChannel, key + "image-style", "int", hasPicture ? "3" : "0");
-    if (hasPicture)
-      setXfconf(desk, kXfceChannel, key + "last-image", "string", backdrops[i].picture);
+    const std::string picture = backdrops[i].picture.string();
+    setXfconf(desk, kXfceChannel, key + "image-style", "int",
+              styleOf(backdrops[i], picture.empty() ? "0" : "3"));
+    if (!picture.empty()) setXfconf(desk, kXfceChannel, key + "last-image", "string", picture);
+    if (backdrops[i].isShaded) setXfconf(desk, kXfceChannel, key + "color-style", "int", "2");
   }
   for (const char* icon : {"home", "filesystem", "trash", "removable"}) {
     setXfconf(desk, kXfceChannel, std::string("/desktop-icons/file-icons/show-") + icon, "bool",
@@ -44,9 +49,10 @@ void configureMate(const XDesk& desk, const MonitorBackdrop& backdrop) {
   };
   constexpr const char* kBackground = "org.mate.background";
   set(kBackground, "picture-filename", backdrop.picture);
-  set(kBackground, "picture-options", "zoom");
+  set(kBackground, "picture-options", styleOf(backdrop, "zoom"));
   set(kBackground, "primary-color", backdrop.colour);
-  set(kBackground, "color-shading-type", "solid");
+  set(kBackground, "secondary-color", "#a08040");
+  set(kBackground, "color-shading-type", backdrop.isShaded ? "horizontal-gradient" : "solid");
   set(kBackground, "background-fade", "false");
   for (const char* icon :
        {"computer-icon-visible", "home-icon-visible", "trash-icon-visible", "volumes-visible"})
@@ -55,22 +61,24 @@ void configureMate(const XDesk& desk, const MonitorBackdrop& backdrop) {
 
 void configurePcmanfm(const XDesk& desk, const Backdrops& backdrops) {
   for (std::size_t i = 0; i < backdrops.size(); ++i) {
-    const fs::path& picture = backdrops[i].picture;
-    const std::string shown = picture.empty() ? "color" : "stretch\nwallpaper=" + picture.string();
-    desk.home().writeConfig(pcmanfmFile(i), "[*]\nwallpaper_mode=" + shown +
-                                                "\ndesktop_bg=" + backdrops[i].colour +
-                                                "\ndesktop_fg=#ffffff\nshow_documents=0\n"
-                                                "show_trash=0\nshow_mounts=0\n");
+    const std::string picture = backdrops[i].picture.string();
+    desk.home().writeConfig(
+        pcmanfmFile(i),
+        "[*]\nwallpaper_mode=" + styleOf(backdrops[i], picture.empty() ? "color" : "stretch") +
+            "\nwallpaper=" + picture + "\ndesktop_bg=" + backdrops[i].colour +
+            "\ndesktop_fg=#ffffff\nshow_documents=0\n"
+            "show_trash=0\nshow_mounts=0\n");
   }
 }
 
 void configurePcmanfmQt(const XDesk& desk, const MonitorBackdrop& backdrop) {
-  const std::string shown =
-      backdrop.picture.empty()
-          ? "WallpaperMode=none\n"
-          : "WallpaperMode=stretch\nWallpaper=" + backdrop.picture.string() + "\n";
-  desk.home().writeConfig(kPcmanfmQtFile, "[Desktop]\n" + shown + "BgColor=" + backdrop.colour +
-                                              "\nDesktopShortcuts=@Invalid()\n");
+  const std::string picture = backdrop.picture.string();
+  desk.home().writeConfig(
+      kPcmanfmQtFile,
+      "[Desktop]\nWallpaperMode=" + styleOf(backdrop, picture.empty() ? "none" : "stretch") +
+          (picture.empty() ? "" : "\nWallpaper=" + picture) +
+          (backdrop.onEach ? "\nPerScreenWallpaper=true" : "") + "\nBgColor=" + backdrop.colour +
+          "\nDesktopShortcuts=@Invalid()\n");
 }
 
 void setRoot(const XDesk& desk, const MonitorBackdrop& backdrop) {

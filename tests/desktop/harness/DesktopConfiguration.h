@@ -12,11 +12,17 @@ namespace harness {
 /// xfwm4, a panel, dunst and PulseAudio; the icons are for whoever has configured them to start.
 [[nodiscard]] DeskOptions everydayDesktop();
 
-/// What a monitor shows behind its icons: a picture over the whole of it, or where there is none a
-/// colour.
+/// What a monitor shows behind its icons.
 struct MonitorBackdrop {
   std::filesystem::path picture = {};
   std::string colour = "#305070";
+  /// In the desktop's own words; empty: the picture covers the whole of the monitor, or where there
+  /// is none the colour does.
+  std::string style = {};
+  /// Over the colour another one comes in by and by, where the desktop can do that.
+  bool isShaded = false;
+  /// Of LXQt's desktop: laid out on each monitor by itself.
+  bool onEach = false;
 };
 
 /// Tells a program that draws icons, before it starts, what to show behind them on each monitor,
