@@ -71,6 +71,8 @@ TEST_P(RunningServerTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
   EXPECT_EQ(objects.setPropertyData(second, kMute, 1), platform::noErr);
   EXPECT_FALSE(server.sinkMuted("out1"));
   EXPECT_TRUE(server.sinkMuted("out2"));
+  server.pactl({"set-sink-mute", "out1", "1"});
+  EXPECT_TRUE(soon([&] { return mute(objects, first) == 1U; })) << "by a stranger's hand";
 
   server.remove(module);
   ASSERT_TRUE(soon([&] { return defaultOutput(objects) == first; })) << "unplugged";

@@ -167,6 +167,7 @@ constexpr Start kStarts[] = {
     {"LxqtColour", kLxqt, startLxqtColour},
     {"LxqtAbsentFile", kLxqt, startNothing},
     {"LxdePictureAndColour", kLxde, startLxde},
+    {"LxdeAbsentFiles", kLxde, startNothing},
     {"RootPhotograph", kRoot, startRootPhotograph},
     {"RootColour", kRoot, startRootColour},
     {"RootColourOverAnOlderPicture", kRoot, startRootColourOverAPicture, false},
