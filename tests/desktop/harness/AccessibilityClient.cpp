@@ -46,19 +46,20 @@ std::vector<AccessibleElement> AccessibilityClient::elements() const {
   return elements;
 }
 
+std::optional<AccessibleElement> AccessibilityClient::find(std::string_view name,
+                                                           std::string_view role,
+                                                           std::string_view state) const {
+  for (AccessibleElement& element : elements()) {
+    const bool fits = element.name == name && (role.empty() || element.role == role);
+    if (fits && element.is("showing") && element.is(state)) return std::move(element);
+  }
+  return std::nullopt;
+}
+
 std::optional<AccessibleElement> AccessibilityClient::await(
     const std::string& name, std::chrono::milliseconds patience) const {
   std::optional<AccessibleElement> found;
-  desk_.until(
-      [&] {
-        for (AccessibleElement& element : elements()) {
-          if (element.name != name || !element.is("showing") || !element.is("focusable")) continue;
-          found = std::move(element);
-          return true;
-        }
-        return false;
-      },
-      patience);
+  desk_.until([&] { return (found = find(name, {}, "focusable")).has_value(); }, patience);
   return found;
 }
 

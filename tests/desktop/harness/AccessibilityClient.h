@@ -31,6 +31,15 @@ class AccessibilityClient {
 
   /// Every element of the program, parents first; empty when it has not registered.
   [[nodiscard]] std::vector<AccessibleElement> elements() const;
+  /// The first element of this name that shows and is in that state, of that role where one is
+  /// given.
+  [[nodiscard]] std::optional<AccessibleElement> find(std::string_view name,
+                                                      std::string_view role = {},
+                                                      std::string_view state = "showing") const;
+  [[nodiscard]] bool shows(std::string_view name, std::string_view role = {},
+                           std::string_view state = "showing") const {
+    return find(name, role, state).has_value();
+  }
   /// The first control of this name that shows, once there is one; a mere label does not count.
   [[nodiscard]] std::optional<AccessibleElement> await(
       const std::string& name, std::chrono::milliseconds patience = kPatience) const;

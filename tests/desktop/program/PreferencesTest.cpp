@@ -7,7 +7,6 @@
 #include "desktop/program/ProgramDesk.h"
 
 using harness::AccessibilityClient;
-using harness::AccessibleElement;
 using harness::Image;
 using harness::WindowInfo;
 using harness::WindowManager;
@@ -38,7 +37,8 @@ class PreferencesTest : public testing::Test {
     if (const auto panel = window("Calmdeck")) desk.windows().activate(panel->id);
     if (!desk.until([&] { return isActive("Calmdeck"); })) return failure("the panel is active");
     input.key("F10");
-    if (!desk.until([&] { return shows("Preferences", "menu item"); })) return failure("a menu");
+    if (!desk.until([&] { return reader.shows("Preferences", "menu item"); }))
+      return failure("a menu");
     for (const char* key : {"Down", "Return"}) input.key(key);
     if (!desk.until([&] { return isActive(kTitle); })) return failure("the window is active");
     return testing::AssertionSuccess();
@@ -52,21 +52,9 @@ class PreferencesTest : public testing::Test {
     const auto found = window(name);
     return found && desk.windows().active() == found->id;
   }
-  // --- What is in it ---
-
-  [[nodiscard]] std::optional<AccessibleElement> element(const std::string& name,
-                                                         const std::string& role = "") const {
-    for (AccessibleElement& found : reader.elements()) {
-      const bool fits = found.name == name && (role.empty() || found.role == role);
-      if (fits && found.is("showing")) return std::move(found);
-    }
-    return std::nullopt;
-  }
-  [[nodiscard]] bool shows(const std::string& name, const std::string& role = "") const {
-    return element(name, role).has_value();
-  }
   [[nodiscard]] testing::AssertionResult awaits(const std::string& name) const {
-    return desk.until([&] { return shows(name); }) ? testing::AssertionSuccess() : failure(name);
+    return desk.until([&] { return reader.shows(name); }) ? testing::AssertionSuccess()
+                                                          : failure(name);
   }
   [[nodiscard]] testing::AssertionResult clicks(const std::string& name) const {
     const auto found = reader.await(name);
@@ -76,7 +64,7 @@ class PreferencesTest : public testing::Test {
   /// Waits until the row of the mode records, or does not.
   [[nodiscard]] testing::AssertionResult records(bool wanted = true) const {
     const auto asWanted = [&] {
-      const auto box = element(kBox);
+      const auto box = reader.find(kBox);
       return box && box->is("selected") == wanted;
     };
     return desk.until(asWanted) ? testing::AssertionSuccess() : failure("it records");
@@ -103,7 +91,7 @@ class PreferencesTest : public testing::Test {
     desk.windows().activate(other.id);
     if (!desk.until([&] { return desk.windows().active() == other.id; })) return failure("other");
     const auto isOn = [&] {
-      const auto master = element(ProgramDesk::kMaster, "check box");
+      const auto master = reader.find(ProgramDesk::kMaster, "check box");
       return master && master->is("checked");
     };
     const bool before = isOn();
@@ -126,12 +114,12 @@ TEST_F(PreferencesTest, AShortcutIsRecordedUsedClearedAndGone) {
   recordFromScratch("ctrl+alt+p", "Ctrl+Alt+P");
   EXPECT_TRUE(stores(R"("kuserdefault_ToggleAppShortcut": "p")"));
   EXPECT_TRUE(program.says("35"));
-  EXPECT_TRUE(shows(kClear));
+  EXPECT_TRUE(reader.shows(kClear));
   EXPECT_TRUE(togglesTheModeWith("ctrl+alt+p"));
 
   ASSERT_TRUE(clicks(kClear));
   EXPECT_TRUE(awaits(kNone));
-  EXPECT_TRUE(desk.until([&] { return !shows(kClear); }));
+  EXPECT_TRUE(desk.until([&] { return !reader.shows(kClear); }));
   EXPECT_THAT(settings(), Not(HasSubstr("kuserdefault_ToggleApp")));
   EXPECT_TRUE(records(false));
 }
@@ -160,7 +148,7 @@ class SentAwayTest : public PreferencesTest, public testing::WithParamInterface<
   /// Returns when the window is off the screen.
   [[nodiscard]] bool isSent(const char* message, const std::vector<std::uint32_t>& data) {
     // A program that answers has asked for all that it wanted of the window manager.
-    if (!shows(kNone)) return false;
+    if (!reader.shows(kNone)) return false;
     desk.x().askWindowManager(window(kTitle).value().id, message, data);
     return desk.until([&] { return !window(kTitle); });
   }

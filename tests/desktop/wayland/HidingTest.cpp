@@ -45,9 +45,7 @@ class WaylandHidingTest : public testing::TestWithParam<Compositor>, public wayl
   }
   /// Of the program's own windows.
   [[nodiscard]] bool isActive(const std::string& title) const {
-    return std::ranges::any_of(reader.elements(), [&](const harness::AccessibleElement& element) {
-      return element.role == "frame" && element.name == title && element.is("active");
-    });
+    return reader.shows(title, "frame", "active");
   }
   [[nodiscard]] bool hasTheKeyboard(const std::string& title) {
     return desk.until([&] { return isActive(title); });

@@ -142,21 +142,13 @@ class WaylandPreferencesTest : public testing::TestWithParam<Compositor> {
 
   void SetUp() override { ASSERT_TRUE(reader.await("Presentation mode")); }
 
-  [[nodiscard]] bool shows(const std::string& role, const std::string& name,
-                           const std::string& state = "showing") const {
-    for (const auto& element : reader.elements()) {
-      const bool fits = element.role == role && element.name == name;
-      if (fits && element.is("showing") && element.is(state)) return true;
-    }
-    return false;
-  }
   /// By the keyboard; true once the window has it.
   [[nodiscard]] bool opens() const {
-    if (!desk.until([&] { return shows("frame", "Calmdeck", "active"); })) return false;
+    if (!desk.until([&] { return reader.shows("Calmdeck", "frame", "active"); })) return false;
     desk.input().key("F10");
-    if (!desk.until([&] { return shows("menu item", "Preferences"); })) return false;
+    if (!desk.until([&] { return reader.shows("Preferences", "menu item"); })) return false;
     for (const char* key : {"Down", "Return"}) desk.input().key(key);
-    return desk.until([&] { return shows("frame", "Preferences", "active"); });
+    return desk.until([&] { return reader.shows("Preferences", "frame", "active"); });
   }
 
   WaylandDesk desk{
@@ -176,14 +168,14 @@ INSTANTIATE_TEST_SUITE_P(Compositors, WaylandPreferencesTest,
 TEST_P(WaylandPreferencesTest, TheCompositorsOwnShortcutIsTheWindowsOnlyWhileARowRecords) {
   ASSERT_TRUE(opens());
   desk.input().key("alt+F4");
-  ASSERT_TRUE(desk.until([&] { return !shows("frame", "Preferences"); }))
+  ASSERT_TRUE(desk.until([&] { return !reader.shows("Preferences", "frame"); }))
       << "the compositor closes the window";
   ASSERT_TRUE(opens());
   ASSERT_TRUE(reader.act(reader.await(kRecord).value()));
-  ASSERT_TRUE(desk.until([&] { return shows("panel", kBox, "selected"); }));
+  ASSERT_TRUE(desk.until([&] { return reader.shows(kBox, "panel", "selected"); }));
   desk.input().key("alt+F4");
   EXPECT_TRUE(program->waitForLine("^118$")) << "the key that the platform has for F4";
-  EXPECT_TRUE(shows("frame", "Preferences"));
+  EXPECT_TRUE(reader.shows("Preferences", "frame"));
 }
 
 /// Where a program may bring its windows forward by itself.
@@ -200,9 +192,9 @@ TEST_P(WaylandRecallTest, OpenPreferencesComeToTheUserWhoAsksForThem) {
     ASSERT_TRUE(desk.run({"swaymsg", "workspace 9"}).succeeded());
   }
   desk.openWindow("other", 0xc02030);
-  ASSERT_TRUE(desk.until([&] { return !shows("frame", "Preferences", "active"); }));
+  ASSERT_TRUE(desk.until([&] { return !reader.shows("Preferences", "frame", "active"); }));
   desk.perform("preferences");
-  EXPECT_TRUE(desk.until([&] { return shows("frame", "Preferences", "active"); }));
+  EXPECT_TRUE(desk.until([&] { return reader.shows("Preferences", "frame", "active"); }));
 }
 
 }  // namespace
