@@ -1,4 +1,6 @@
-#include <gmock/gmock.h>
+// Our extension of the shell, and what is done without it.
+
+#include <gtest/gtest.h>
 
 #include "desktop/gnome/GnomeDesk.h"
 
@@ -6,8 +8,57 @@ using gnome_test::GnomeDesk;
 
 namespace {
 
+constexpr const char* kIcons = "ding@rastersoft.com";
 constexpr const char* kShell = "org.calmdeck.Shell";
 constexpr const char* kPath = "/org/calmdeck/Shell";
+
+/// Icons, and a shell without our extension.
+class GnomeIconsTest : public testing::Test {
+ protected:
+  [[nodiscard]] bool isBare() {
+    return desk.until([&] { return desk.isBare(); });
+  }
+  // Something else may be seen for a moment.
+  [[nodiscard]] bool showsIcons() {
+    const auto areOn = [&] { return switchedOff().find(kIcons) == std::string::npos; };
+    return desk.until(areOn) && desk.until([&] { return !desk.isBare(); }, 3 * harness::kPatience);
+  }
+  [[nodiscard]] std::string switchedOff() {
+    return desk.run({"gsettings", "get", "org.gnome.shell", "disabled-extensions"}).output;
+  }
+
+  GnomeDesk desk{{.monitors = 1, .icons = true, .extension = false}};
+};
+
+TEST_F(GnomeIconsTest, GoWithTheModeAndComeBackAlsoAfterAKill) {
+  desk.launch({"DesktopIcons"});
+  desk.toggleMode();
+  ASSERT_TRUE(isBare()) << desk.program().errorOutput();
+  desk.toggleMode();
+  EXPECT_TRUE(showsIcons());
+
+  desk.toggleMode();
+  ASSERT_TRUE(isBare());
+  desk.program().kill();
+  desk.launch({"DesktopIcons"});
+  EXPECT_TRUE(showsIcons());
+
+  desk.toggleMode();
+  ASSERT_TRUE(isBare());
+  desk.program().signal(SIGTERM);
+  EXPECT_TRUE(showsIcons());
+}
+
+TEST_F(GnomeIconsTest, StayOffWhereTheUserTurnedThemOff) {
+  desk.turnExtension(kIcons, false);
+  ASSERT_TRUE(isBare());
+  desk.launch({"DesktopIcons"});
+  desk.toggleMode();
+  desk.toggleMode();
+  EXPECT_EQ(desk.program().terminate(harness::kPatience), harness::ProcessEnd{0});
+  EXPECT_NE(switchedOff().find(kIcons), std::string::npos);
+  EXPECT_TRUE(desk.isBare());
+}
 
 TEST(GnomeExtensionTest, ServesTheProgramAndNobodyElse) {
   GnomeDesk desk({.monitors = 1});

@@ -38,14 +38,54 @@ std::string quoted(const std::string& text) {
   return "'" + text + "'";
 }
 
+/// A mouse and a keyboard that the shell itself plugs into its seat. Programs that start after this
+/// find them there, and miss nothing of what they do.
+class Devices final : public harness::Input {
+ public:
+  explicit Devices(GnomeDesk& desk) : desk_(desk) {
+    (void)desk_.evaluate(
+        "const {Clutter: C} = imports.gi;"
+        "const seat = C.get_default_backend().get_default_seat();"
+        "const plug = type => seat.create_virtual_device(C.InputDeviceType[type + '_DEVICE']);"
+        "global.calmdeckTest = {POINTER: plug('POINTER'), KEYBOARD: plug('KEYBOARD')}; 0");
+  }
+
+  void moveTo(int x, int y) const override {
+    act("POINTER.notify_absolute_motion(now, " + std::to_string(x) + ", " + std::to_string(y) +
+        ")");
+  }
+  void press(harness::Button button) const override { turn(button, "PRESSED"); }
+  void release(harness::Button button) const override { turn(button, "RELEASED"); }
+  void keyDown(std::string_view name) const override { move(name, "PRESSED"); }
+  void keyUp(std::string_view name) const override { move(name, "RELEASED"); }
+
+ private:
+  /// The shell counts as X does.
+  void turn(harness::Button button, const char* state) const {
+    act("POINTER.notify_button(now, " + std::to_string(static_cast<int>(button)) +
+        ", C.ButtonState." + state + ")");
+  }
+  void move(std::string_view name, const char* state) const {
+    act("KEYBOARD.notify_keyval(now, " + std::to_string(harness::keysymOf(name)) + ", C.KeyState." +
+        state + ")");
+  }
+  void act(const std::string& what) const {
+    (void)desk_.evaluate(
+        "const {Clutter: C, GLib} = imports.gi; const now = GLib.get_monotonic_time();"
+        "global.calmdeckTest." +
+        what + "; 0");
+  }
+
+  GnomeDesk& desk_;
+};
+
 }  // namespace
 
 // --- Start ---
 
 GnomeDesk::GnomeDesk(const GnomeOptions& options)
     : Desk({{"XDG_SESSION_TYPE", "wayland"}, {"XDG_CURRENT_DESKTOP", "GNOME"}}),
-      hasExtension_(options.extension),
-      devices_([this](const std::string& script) { (void)evaluate(script); }) {
+      hasExtension_(options.extension) {
   fs::create_directories(extensions());
   setEnvironment("XDG_DATA_DIRS",
                  (home().runtime() / "data").string() + ":/usr/local/share:/usr/share");
@@ -127,7 +167,7 @@ void GnomeDesk::startShell(const GnomeOptions& options) {
                "!Main.layoutManager._startingUp && !Main.overview.visible") == "true";
   };
   require(until(isReady, 3 * harness::kPatience), "GNOME Shell", *shell_);
-  devices_.plugIn();
+  input_ = std::make_unique<Devices>(*this);
   // It warns of root, among others.
   const auto shows = [&] {
     (void)evaluate("Main.messageTray.getSources().forEach(source => source.destroy()); 0");

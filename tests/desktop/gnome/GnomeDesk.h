@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "desktop/gnome/GnomeDevices.h"
 #include "desktop/harness/Desk.h"
+#include "desktop/harness/Input.h"
 #include "desktop/harness/Screen.h"
 
 namespace gnome_test {
@@ -38,7 +38,7 @@ class GnomeDesk : public harness::Desk {
   ~GnomeDesk() override;
 
   [[nodiscard]] harness::Process& shell() { return *shell_; }
-  [[nodiscard]] const harness::Input& input() const { return devices_; }
+  [[nodiscard]] const harness::Input& input() const { return *input_; }
 
   /// What a script gives that runs in the shell, as JSON.
   [[nodiscard]] std::string evaluate(const std::string& script);
@@ -80,7 +80,7 @@ class GnomeDesk : public harness::Desk {
   bool hasExtension_;
   std::unique_ptr<harness::Process> systemBus_;
   std::unique_ptr<harness::Process> shell_;
-  GnomeDevices devices_;
+  std::unique_ptr<harness::Input> input_;
   std::vector<std::unique_ptr<harness::Process>> programs_;
   std::unique_ptr<harness::Process> program_;
 };
