@@ -73,7 +73,7 @@ class TitledTest : public UiTest, public platform::NSWindowDelegate {
   std::shared_ptr<platform::NSButton> button =
       make<platform::NSButton>({{"title", "&Record"}, {"accessibilityHelp", "Waits for a key"}});
   std::shared_ptr<platform::NSButton> checkbox = platform::NSButton::checkboxWithCoder(
-      Description({{"title", "Start at login"}, {"accessibilityHelp", "Every time"}}));
+      tests::Attributes{{"title", "Start at login"}, {"accessibilityHelp", "Every time"}});
   std::shared_ptr<platform::NSBox> box =
       make<platform::NSBox>({{"accessibilityLabel", "Shortcut"}});
   std::shared_ptr<platform::NSTextField> label = make<platform::NSTextField>({{"text", "None"}});

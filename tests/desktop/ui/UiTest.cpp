@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
-#include <cstdlib>
 
 #include "desktop/linux/windowsystem/MonitorScreens.h"
 #include "platform/Desktop.h"
@@ -10,35 +9,15 @@
 namespace ui_test {
 namespace {
 
-/// What every desktop has and a program of windows alone does not use.
-class Unused final : public platform::port::Session,
-                     public platform::port::StandardOutput,
-                     public platform::port::DefaultsStore,
-                     public platform::port::StatusBar {
- public:
-  void setClient(platform::port::SessionClient*) override {}
-  void modeDidChange(bool) override { std::abort(); }
-  void print(std::string_view) override { std::abort(); }
-  [[nodiscard]] std::optional<platform::Value> object(std::string_view) const override {
-    std::abort();
-  }
-  void set(std::string_view, platform::Value) override { std::abort(); }
-  void remove(std::string_view) override { std::abort(); }
-  std::unique_ptr<platform::port::StatusItemPeer> createStatusItem(
-      platform::port::StatusItemClient&) override {
-    std::abort();
-  }
-  [[nodiscard]] bool itemsHaveButtons() const override { std::abort(); }
-};
-
+/// What a program of windows alone does not use is simulated.
 platform::Desktop desktopOf(platform::port::MainLoop& loop, platform::port::Windows& windows,
-                            platform::port::Screens& screens, Unused& unused) {
+                            platform::port::Screens& screens, const platform::Desktop& rest) {
   return {.mainLoop = loop,
-          .standardOutput = unused,
-          .defaults = unused,
-          .session = unused,
+          .standardOutput = rest.standardOutput,
+          .defaults = rest.defaults,
+          .session = rest.session,
           .windows = windows,
-          .statusBar = unused,
+          .statusBar = rest.statusBar,
           .screens = screens,
           .systemVersion = {},
           .bundlePath = {}};
@@ -65,12 +44,6 @@ const ::testing::Environment* const kEnvironment =
 
 }  // namespace
 
-std::optional<std::string_view> Description::attribute(std::string_view name) const {
-  const auto found = attributes_.find(name);
-  if (found == attributes_.end()) return std::nullopt;
-  return found->second;
-}
-
 std::optional<platform::NSEvent> TestKeys::translate(const QKeyEvent& press) {
   using Bits = platform::NSEventModifierFlags;
   for (const Qt::Key key : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_Meta}) {
@@ -87,13 +60,13 @@ std::optional<platform::NSEvent> TestKeys::translate(const QKeyEvent& press) {
 }
 
 struct UiTest::Desk {
-  Unused unused;
+  simulated::SimulatedDesktop simulated;
   linux_desktop::QtScreens qtScreens;
   linux_desktop::QtMainLoop loop;
   TestKeys keys;
   linux_desktop::OwnWindows ownWindows;
   linux_desktop::QtWindows qtWindows{loop, ownWindows, nullptr, &keys};
-  platform::Desktop desktop = desktopOf(loop, qtWindows, qtScreens, unused);
+  platform::Desktop desktop = desktopOf(loop, qtWindows, qtScreens, simulated.desktop);
   platform::Runtime runtime{desktop};
 };
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 
@@ -17,24 +16,13 @@
 #include "platform/Runtime.h"
 #include "platform/appkit/NSStackView.h"
 #include "platform/appkit/NSWindow.h"
+#include "support/DeskTest.h"
 
 namespace ui_test {
 
-using Attributes = std::map<std::string, std::string, std::less<>>;
-
-/// An object of an interface description that a test writes down.
-class Description final : public platform::NSCoder {
- public:
-  explicit Description(Attributes attributes) : attributes_(std::move(attributes)) {}
-  [[nodiscard]] std::optional<std::string_view> attribute(std::string_view name) const override;
-
- private:
-  Attributes attributes_;
-};
-
 template <class View>
-std::shared_ptr<View> make(Attributes attributes = {}) {
-  return View::initWithCoder(Description(std::move(attributes)));
+std::shared_ptr<View> make(const tests::Attributes& attributes = {}) {
+  return View::initWithCoder(attributes);
 }
 
 /// The status item of a test, shown or not.
