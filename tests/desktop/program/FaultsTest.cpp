@@ -89,8 +89,7 @@ TEST(TrayProtocolsTest, WithoutASessionBusTheOldOneServes) {
       .windowManager = WindowManager::Openbox, .panel = Panel::Tint2, .sessionBus = false});
   ASSERT_TRUE(program.start());
   ASSERT_TRUE(program.openMenu());
-  for (const char* key : {"Up", "Return"}) program.desk().input().key(key);
-  EXPECT_EQ(program.program().waitForExit(), (harness::ProcessEnd{0, 0}));
+  EXPECT_TRUE(program.quits());
 }
 
 // --- The session bus itself, and with it all that is on it ---

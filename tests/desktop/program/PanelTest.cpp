@@ -9,7 +9,6 @@
 using harness::AccessibilityClient;
 using harness::DeskOptions;
 using harness::Panel;
-using harness::ProcessEnd;
 using harness::Rect;
 using harness::SoundServerKind;
 using harness::WindowManager;
@@ -58,9 +57,7 @@ TEST_P(StatusMenuTest, AProgramThatIsBusyOffersItLate) {
   ASSERT_TRUE(program.says("Right click!"));
   (void)program.desk().screen().settled(program.desk().x().screenArea(),
                                         std::chrono::milliseconds(300), harness::kPatience);
-  // From the menu's beginning Up goes round to its last item.
-  for (const char* key : {"Up", "Return"}) program.desk().input().key(key);
-  EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
+  EXPECT_TRUE(program.quits());
   EXPECT_THAT(program.complaints(""), testing::IsEmpty());
 }
 
@@ -165,8 +162,7 @@ TEST_F(WithoutTrayTest, ThePanelIsAnOrdinaryWindowWithTheMenuInIt) {
   ASSERT_TRUE(program.says("Right click!"));
   ASSERT_TRUE(program.desk().until([&] { return !itemsOfTheMenu().empty(); }));
   EXPECT_THAT(itemsOfTheMenu(), testing::Contains("Quit"));
-  for (const char* key : {"Up", "Return"}) program.desk().input().key(key);
-  EXPECT_EQ(program.program().waitForExit(), (ProcessEnd{0, 0}));
+  EXPECT_TRUE(program.quits());
   EXPECT_TRUE(program.sinkMuted(true));
 }
 

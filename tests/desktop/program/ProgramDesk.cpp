@@ -69,6 +69,12 @@ testing::AssertionResult ProgramDesk::openMenu() {
                  "the menu opens");
 }
 
+testing::AssertionResult ProgramDesk::quits() {
+  // From the menu's beginning Up goes round to its last item.
+  for (const char* key : {"Up", "Return"}) desk_.input().key(key);
+  return verdict(program_->waitForExit() == harness::ProcessEnd{0, 0}, "it ends by itself");
+}
+
 harness::Image ProgramDesk::iconImage() const {
   const auto icon = desk_.trayIcon();
   return icon ? desk_.screen().settled(*icon, 200ms, harness::kPatience) : harness::Image{};

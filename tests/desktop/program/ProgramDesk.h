@@ -38,6 +38,8 @@ class ProgramDesk {
   [[nodiscard]] testing::AssertionResult clickIcon(harness::Button button = harness::Button::Left);
   /// Clicks for the icon's menu and returns when that is drawn.
   [[nodiscard]] testing::AssertionResult openMenu();
+  /// Has the open menu end the program, by the keyboard.
+  [[nodiscard]] testing::AssertionResult quits();
   /// The tray icon's pixels at rest, without the pointer on them.
   [[nodiscard]] harness::Image iconImage() const;
 
