@@ -1,7 +1,5 @@
 #include "desktop/gnome/GnomeDesk.h"
 
-#include <png.h>
-
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -19,20 +17,6 @@ namespace {
 constexpr const char* kOurs = "shell@calmdeck.org";
 constexpr const char* kIcons = "ding@rastersoft.com";
 constexpr const char* kInstalled = "/usr/share/gnome-shell/extensions";
-
-Image readPng(const fs::path& path) {
-  png_image header{};
-  header.version = PNG_IMAGE_VERSION;
-  if (png_image_begin_read_from_file(&header, path.c_str()) == 0)
-    throw std::runtime_error("no picture of the screen: " + std::string(header.message));
-  header.format = PNG_FORMAT_BGRA;
-  Image image{static_cast<int>(header.width), static_cast<int>(header.height), {}};
-  image.pixels.resize(std::size_t{header.width} * header.height);
-  if (png_image_finish_read(&header, nullptr, image.pixels.data(), 0, nullptr) == 0)
-    throw std::runtime_error("a bad picture of the screen: " + std::string(header.message));
-  for (std::uint32_t& pixel : image.pixels) pixel &= 0xffffffU;
-  return image;
-}
 
 std::string quoted(const std::string& text) {
   return "'" + text + "'";
@@ -193,7 +177,7 @@ Image GnomeDesk::seen() {
                                  "org.gnome.Shell.Screenshot.Screenshot",
                                  {"boolean:false", "boolean:false", "string:" + file.string()});
   if (!answer || answer->find("true") == std::string::npos) return {};
-  const Image whole = readPng(file);
+  const Image whole = harness::readPng(harness::textOf(file));
   return whole.part({0, kBar, whole.width, whole.height - kBar});
 }
 

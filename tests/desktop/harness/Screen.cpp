@@ -128,6 +128,20 @@ void writePng(const Image& image, const std::filesystem::path& path) {
     throw std::runtime_error("cannot write " + path.string() + ": " + header.message);
 }
 
+Image readPng(const std::string& bytes) {
+  png_image header{};
+  header.version = PNG_IMAGE_VERSION;
+  if (png_image_begin_read_from_memory(&header, bytes.data(), bytes.size()) == 0)
+    throw std::runtime_error("no picture: " + std::string(header.message));
+  header.format = PNG_FORMAT_BGRA;
+  Image image{static_cast<int>(header.width), static_cast<int>(header.height), {}};
+  image.pixels.resize(std::size_t{header.width} * header.height);
+  if (png_image_finish_read(&header, nullptr, image.pixels.data(), 0, nullptr) == 0)
+    throw std::runtime_error("a bad picture: " + std::string(header.message));
+  for (std::uint32_t& pixel : image.pixels) pixel &= 0xffffffU;
+  return image;
+}
+
 Image XScreen::area(const Rect& wanted, xcb_drawable_t of) const {
   const Rect inside = cut(wanted, x_.screenArea());
   const auto cookie =

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct Image {
 
 /// Throws std::runtime_error when the file cannot be written.
 void writePng(const Image& image, const std::filesystem::path& path);
+/// What is in the bytes of such a file; throws std::runtime_error where that is no picture.
+[[nodiscard]] Image readPng(const std::string& bytes);
 
 /// What a person in front of the screen sees, compositing included.
 class Screen {

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
-#include <cstdio>
 #include <fstream>
 #include <iomanip>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -68,23 +68,14 @@ fs::path copiedKwin(const fs::path& folder) {
   return copy;
 }
 
-Image imageOf(const std::string& portablePixmap) {
-  int width = 0;
-  int height = 0;
-  int offset = 0;
-  if (std::sscanf(portablePixmap.c_str(), "P6 %d %d 255%n", &width, &height, &offset) != 2)
-    throw std::runtime_error("grim made no picture");
-  Image image{width, height, {}};
-  const auto* bytes = reinterpret_cast<const unsigned char*>(portablePixmap.data()) + offset + 1;
-  const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  if (portablePixmap.size() < static_cast<std::size_t>(offset) + 1 + 3 * count)
-    throw std::runtime_error("grim's picture is cut off");
-  image.pixels.reserve(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    image.pixels.push_back(static_cast<std::uint32_t>(bytes[3 * i]) << 16 |
-                           static_cast<std::uint32_t>(bytes[3 * i + 1]) << 8 | bytes[3 * i + 2]);
-  }
-  return image;
+/// Of what grim is told to look at.
+Image taken(const Desk& desk, std::vector<std::string> of) {
+  std::vector<std::string> argv{"grim", "-t", "png", "-l", "0"};
+  std::ranges::move(of, std::back_inserter(argv));
+  argv.emplace_back("-");
+  const RunResult result = desk.run(std::move(argv));
+  if (!result.succeeded()) throw std::runtime_error("grim: " + result.errorOutput);
+  return readPng(result.output);
 }
 
 /// What the compositor would show on its monitors, if it had any.
@@ -93,10 +84,11 @@ class GrimScreen final : public Screen {
   explicit GrimScreen(const Desk& desk)
       : Screen([&desk] { return desk.home().isAtRest(); }), desk_(desk) {}
 
-  [[nodiscard]] Image whole() const override { return taken({}); }
+  [[nodiscard]] Image whole() const override { return taken(desk_, {"-s", "1"}); }
   [[nodiscard]] Image area(const Rect& wanted) const override {
-    return taken({"-g", std::to_string(wanted.x) + "," + std::to_string(wanted.y) + " " +
-                            std::to_string(wanted.width) + "x" + std::to_string(wanted.height)});
+    return taken(desk_, {"-s", "1", "-g",
+                         std::to_string(wanted.x) + "," + std::to_string(wanted.y) + " " +
+                             std::to_string(wanted.width) + "x" + std::to_string(wanted.height)});
   }
   bool waitUntil(const std::function<bool()>& fact,
                  std::chrono::milliseconds patience) const override {
@@ -104,14 +96,6 @@ class GrimScreen final : public Screen {
   }
 
  private:
-  [[nodiscard]] Image taken(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), {"grim", "-t", "ppm", "-s", "1"});
-    arguments.emplace_back("-");
-    const RunResult result = desk_.run(std::move(arguments));
-    if (!result.succeeded()) throw std::runtime_error("grim: " + result.errorOutput);
-    return imageOf(result.output);
-  }
-
   const Desk& desk_;
 };
 
@@ -263,9 +247,7 @@ Image WaylandDesk::pixelsOf(const WaylandOutput& output) const {
     const int left = static_cast<int>(place) * kOutputWidth;
     return screen_->area({left, 0, kOutputWidth, kOutputHeight});
   }
-  const RunResult result = run({"grim", "-t", "ppm", "-o", output.name, "-"});
-  if (!result.succeeded()) throw std::runtime_error("grim: " + result.errorOutput);
-  return imageOf(result.output);
+  return taken(*this, {"-o", output.name});
 }
 
 bool WaylandDesk::turnOff(const std::string& output) {
