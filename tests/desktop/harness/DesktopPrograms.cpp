@@ -29,7 +29,7 @@ std::string programOfService(const std::string& serviceFile) {
 
 const DesktopProgram& program(WindowManager kind) {
   static const std::array<DesktopProgram, 9> table{{
-      {"", {}},
+      {"none", {}},
       {"openbox", {"openbox", "--sm-disable"}},
       {"xfwm4", {"xfwm4", "--sm-client-disable"}},
       // The compositing of marco 1.27 shows the last step of a panel's entrance only when something
@@ -48,24 +48,13 @@ const DesktopProgram& program(WindowManager kind) {
 
 const DesktopProgram& program(Panel kind) {
   static const std::array<DesktopProgram, 5> table{{
-      {"", {}},
+      {"none", {}},
       {"xfce4-panel", {"xfce4-panel", "--disable-wm-check", "--sm-client-disable"}},
       {"tint2", {"tint2"}},
       {"lxqt-panel", {"lxqt-panel"}},
       {"mate-panel", {"mate-panel", "--replace"}},
   }};
   return rowOf(table, kind);
-}
-
-std::ostream& operator<<(std::ostream& stream, WindowManager kind) {
-  static const std::array names{"None",    "Openbox", "Xfwm4", "Marco", "Icewm",
-                                "Fluxbox", "Jwm",     "Bspwm", "I3"};
-  return stream << names.at(static_cast<std::size_t>(kind));
-}
-
-std::ostream& operator<<(std::ostream& stream, Panel kind) {
-  static const std::array names{"None", "XfcePanel", "Tint2", "LxqtPanel", "MatePanel"};
-  return stream << names.at(static_cast<std::size_t>(kind));
 }
 
 std::ostream& operator<<(std::ostream& stream, Compositor kind) {
@@ -84,14 +73,9 @@ std::vector<Compositor> installedOf(std::initializer_list<Compositor> kinds) {
   return found;
 }
 
-std::ostream& operator<<(std::ostream& stream, Bar kind) {
-  static const std::array names{"None", "Waybar", "LxqtPanel"};
-  return stream << names.at(static_cast<std::size_t>(kind));
-}
-
 const DesktopProgram& program(Bar kind) {
   static const std::array<DesktopProgram, 3> table{{
-      {"", {}},
+      {"none", {}},
       {"waybar", {"waybar"}},
       {"lxqt-panel", {"lxqt-panel"}},
   }};
@@ -100,7 +84,7 @@ const DesktopProgram& program(Bar kind) {
 
 const DesktopProgram& program(NotificationDaemon kind) {
   static const std::array<DesktopProgram, 6> table{{
-      {"", {}},
+      {"none", {}},
       {"dunst", {"dunst"}},
       {"xfce4-notifyd", {programOfService("org.xfce.xfce4-notifyd.Notifications.service")}},
       {"mate-notification-daemon",
@@ -113,7 +97,7 @@ const DesktopProgram& program(NotificationDaemon kind) {
 
 const DesktopProgram& program(DesktopIcons kind) {
   static const std::array<DesktopProgram, 5> table{{
-      {"", {}},
+      {"none", {}},
       {"xfdesktop4", {"xfdesktop", "--sm-client-disable"}},
       {"pcmanfm", {"pcmanfm", "--desktop"}},
       {"caja", {"caja", "--no-default-window", "--force-desktop", "--sm-client-disable"}},

@@ -22,9 +22,6 @@ enum class WindowManager : std::uint8_t {
   I3
 };
 enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
-/// For the names of parameterised tests.
-std::ostream& operator<<(std::ostream& stream, WindowManager kind);
-std::ostream& operator<<(std::ostream& stream, Panel kind);
 
 /// On Wayland. Those that are installed are installedCompositors().
 enum class Compositor : std::uint8_t { Sway, Labwc, Kwin };
@@ -34,7 +31,6 @@ std::ostream& operator<<(std::ostream& stream, Compositor kind);
 [[nodiscard]] std::vector<Compositor> installedOf(std::initializer_list<Compositor> kinds);
 
 enum class Bar : std::uint8_t { None, Waybar, LxqtPanel };
-std::ostream& operator<<(std::ostream& stream, Bar kind);
 
 enum class NotificationDaemon : std::uint8_t {
   None,
@@ -69,6 +65,17 @@ struct DesktopProgram {
 [[nodiscard]] const DesktopProgram& program(Bar kind);
 [[nodiscard]] const DesktopProgram& program(NotificationDaemon kind);
 [[nodiscard]] const DesktopProgram& program(DesktopIcons kind);
+
+/// For the names of parameterised tests.
+template <class Kind>
+requires requires(Kind kind) {
+  program(kind);
+}
+std::ostream& operator<<(std::ostream& stream, Kind kind) {
+  std::string name = program(kind).name;
+  std::erase(name, '-');
+  return stream << name;
+}
 
 /// Writes the panel's configuration. `environment` must be that of the desktop with its session
 /// bus, since some panels keep their settings behind it.

@@ -208,11 +208,7 @@ INSTANTIATE_TEST_SUITE_P(, EveryDaemonShows,
                                          harness::NotificationDaemon::Dunst,
                                          harness::NotificationDaemon::Mate,
                                          harness::NotificationDaemon::Lxqt),
-                         [](const auto& parameter) {
-                           std::string name = harness::program(parameter.param).name;
-                           std::erase(name, '-');
-                           return name;
-                         });
+                         testing::PrintToStringParamName());
 
 TEST_F(Shows, TheFirstOneOfWhatTheBusStarts) {
   XDesk desk;

@@ -82,18 +82,12 @@ class QuietDesk {
   std::optional<harness::ShortcutProgram> program_;
 };
 
-std::string nameOf(const ::testing::TestParamInfo<NotificationDaemon>& daemon) {
-  std::string name = harness::program(daemon.param).name;
-  std::erase(name, '-');
-  return name;
-}
-
 class EveryDaemon : public ::testing::TestWithParam<NotificationDaemon> {};
 
 INSTANTIATE_TEST_SUITE_P(, EveryDaemon,
                          ::testing::Values(NotificationDaemon::XfceNotifyd, kDunst,
                                            NotificationDaemon::Mate, NotificationDaemon::Lxqt),
-                         nameOf);
+                         ::testing::PrintToStringParamName());
 
 TEST_P(EveryDaemon, IsSilencedWhateverTheUserDidByHandAndStaysSoWhenTheProgramEnds) {
   QuietDesk desk({.notifications = GetParam()});
@@ -120,7 +114,7 @@ using SettingsOfADaemon = EveryDaemon;
 INSTANTIATE_TEST_SUITE_P(, SettingsOfADaemon,
                          ::testing::Values(NotificationDaemon::XfceNotifyd,
                                            NotificationDaemon::Mate, NotificationDaemon::Lxqt),
-                         nameOf);
+                         ::testing::PrintToStringParamName());
 
 TEST_P(SettingsOfADaemon, AreSwitchedAlsoWhenItHasEnded) {
   QuietDesk desk({.notifications = GetParam()});

@@ -59,11 +59,7 @@ class CoverOver : public testing::TestWithParam<DesktopIcons> {};
 INSTANTIATE_TEST_SUITE_P(, CoverOver,
                          testing::Values(DesktopIcons::Xfdesktop, DesktopIcons::Caja,
                                          DesktopIcons::PcmanfmQt, DesktopIcons::Pcmanfm),
-                         [](const auto& row) {
-                           std::string name = harness::program(row.param).name;
-                           std::erase(name, '-');
-                           return name;
-                         });
+                         testing::PrintToStringParamName());
 
 TEST_P(CoverOver, WhatTheDesktopWasToldIsDrawnUntilItDrawsItItself) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = GetParam()});
