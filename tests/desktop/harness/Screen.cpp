@@ -232,6 +232,11 @@ bool showsIcons(const Image& image, const std::vector<Rect>& apart) {
   return edges >= kFewest;
 }
 
+bool isOf(Image (*picture)(int width, int height), std::uint32_t colour) {
+  return std::ranges::any_of(picture(1, 100).pixels,
+                             [&](std::uint32_t row) { return alike(colour, row); });
+}
+
 bool alike(std::uint32_t one, std::uint32_t other) {
   constexpr int kLittle = 8;
   return std::ranges::all_of(std::array{0, 8, 16}, [&](int shift) {

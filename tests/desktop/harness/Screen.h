@@ -115,5 +115,7 @@ class TrayIconFinder {
 
 /// True when no channel of two colours differs by more than a scaler's rounding can make it.
 [[nodiscard]] bool alike(std::uint32_t one, std::uint32_t other);
+/// Whether that is a colour of one of those pictures, however it is scaled.
+[[nodiscard]] bool isOf(Image (*picture)(int width, int height), std::uint32_t colour);
 
 }  // namespace harness

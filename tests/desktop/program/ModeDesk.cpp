@@ -127,12 +127,10 @@ AssertionResult ModeDesk::othersHidden(bool hidden) {
 }
 
 AssertionResult ModeDesk::showsChosenPicture(bool chosen) {
-  const Image meadow = harness::meadow(1, 100);
   const auto showsIt = [&](const Rect& monitor) {
-    // Beside the windows. Which row of the picture is there depends on its scaling.
-    const std::uint32_t seen = desk().screen().pixel(monitor.right() - 60, monitor.centreY());
-    return std::ranges::any_of(meadow.pixels,
-                               [&](std::uint32_t colour) { return harness::alike(seen, colour); });
+    // Beside the windows.
+    return harness::isOf(harness::meadow,
+                         desk().screen().pixel(monitor.right() - 60, monitor.centreY()));
   };
   return waitFor(
       [&] {

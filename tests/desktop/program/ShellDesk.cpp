@@ -30,27 +30,6 @@ harness::DeskOptions optionsFor(const Shell& shell) {
   return options;
 }
 
-std::string replaced(std::string text, const fs::path& home) {
-  return harness::filled(std::move(text), {{"home", home.string()}});
-}
-
-/// Both pictures have rows of one colour.
-bool hasEvenRows(const Image& image) {
-  for (int y = 0; y < image.height; ++y) {
-    for (int x = 1; x < image.width; ++x) {
-      if (!harness::alike(image.at(0, y), image.at(x, y))) return false;
-    }
-  }
-  return true;
-}
-
-bool isMeadow(const Image& image) {
-  const std::uint32_t middle = image.at(image.width / 2, image.height / 2);
-  const Image meadow = harness::meadow(1, 100);
-  return std::ranges::any_of(meadow.pixels,
-                             [&](auto colour) { return harness::alike(colour, middle); });
-}
-
 }  // namespace
 
 const Shell kCinnamon{
@@ -102,7 +81,7 @@ void ShellDesk::keepOthersFromStarting() {
 }
 
 void ShellDesk::set(std::vector<std::string> setting) {
-  for (std::string& word : setting) word = replaced(word, desk_.home().home());
+  for (std::string& word : setting) word = harness::filled(word, {{"home", desk_.home().home()}});
   setting.insert(setting.begin(), {"gsettings", "set"});
   const harness::RunResult done = desk_.run(setting);
   if (!done.succeeded()) throw std::runtime_error("gsettings: " + done.errorOutput);
@@ -133,13 +112,11 @@ AssertionResult ShellDesk::startShell() {
   const auto shown = [&] { return (iconWindows() > 0) == shell_.hasIcons; };
   if (AssertionResult result = waitFor(shown, "icons are as wanted"); !result) return result;
   for (const int x : {200, 1400}) (void)desk_.openWindow("Figures", {x, 200, 300, 200});
-  const Image dusk = harness::dusk(1, 100);
   return waitFor(
       [&] {
         return std::ranges::all_of(monitors(), [&](const Rect& monitor) {
-          const std::uint32_t seen = desk_.screen().pixel(monitor.right() - 60, monitor.centreY());
-          return std::ranges::any_of(dusk.pixels,
-                                     [&](auto colour) { return harness::alike(colour, seen); });
+          return harness::isOf(harness::dusk,
+                               desk_.screen().pixel(monitor.right() - 60, monitor.centreY()));
         });
       },
       "the wallpaper shows");
@@ -173,7 +150,8 @@ AssertionResult ShellDesk::showsThePictureOnly() {
         const Image whole = desk_.screen().whole();
         return std::ranges::all_of(monitors(), [&](const Rect& monitor) {
           const Image image = whole.part(monitor);
-          return isMeadow(image) && hasEvenRows(image);
+          return harness::isOf(harness::meadow, image.at(image.width / 2, image.height / 2)) &&
+                 !harness::showsIcons(image);
         });
       },
       "nothing but the picture is to be seen");
