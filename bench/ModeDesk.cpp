@@ -1,7 +1,6 @@
 #include "bench/ModeDesk.h"
 
 #include <algorithm>
-#include <fstream>
 #include <stdexcept>
 
 #include "bench/DeskProgram.h"
@@ -41,12 +40,9 @@ std::vector<harness::Rect> ModeDesk::bareSpots() {
 
 void ModeDesk::furnish() {
   const std::filesystem::path home = desk_->home().home();
-  harness::writePng(harness::dusk(1280, 720), home / "dusk.png");
-  harness::writePng(harness::meadow(1600, 900), chosenPicture());
+  harness::furnish(desk_->home());
   harness::configureIcons(*desk_, harness::DesktopIcons::Xfdesktop,
                           {{home / "dusk.png"}, {home / "dusk.png"}});
-  for (const char* name : {"Salaries.ods", "Draft letter.txt"})
-    std::ofstream(home / "Desktop" / name) << name << '\n';
   desk_->startIcons(harness::DesktopIcons::Xfdesktop);
   if (!desk_->until([this] { return harness::showsIcons(desk_->screen().area(iconColumn())); }))
     throw std::runtime_error("no icons appeared on the desktop");

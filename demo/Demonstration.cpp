@@ -143,12 +143,7 @@ bool Demonstration::run() {
 
 void Demonstration::furnishDesktop() {
   const std::filesystem::path home = desk_.home().home();
-  harness::writePng(harness::dusk(1280, 720), home / "dusk.png");
-  harness::writePng(harness::meadow(1600, 900), home / "meadow.png");
-  std::filesystem::create_directories(home / "Desktop");
-  for (const char* name : {"Salaries.ods", "Draft letter.txt"}) {
-    std::ofstream(home / "Desktop" / name) << name << '\n';
-  }
+  harness::furnish(desk_.home());
   harness::configureIcons(desk_, harness::DesktopIcons::Xfdesktop,
                           {{.picture = home / "dusk.png"}, {.picture = home / "dusk.png"}});
   desk_.home().writeConfig("calmdeck/settings.json", R"({"kUserdefaultsSelectedWallpaper": ")" +

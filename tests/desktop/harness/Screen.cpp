@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <stdexcept>
 
 namespace harness {
@@ -219,6 +220,15 @@ Image dusk(int width, int height) {
 
 Image meadow(int width, int height) {
   return gradient(width, height, {120, 176, 208}, {58, 118, 84});
+}
+
+void furnish(const PrivateHome& home) {
+  writePng(dusk(1280, 720), home.home() / "dusk.png");
+  writePng(meadow(1600, 900), home.home() / "meadow.png");
+  const std::filesystem::path desktop = home.home() / "Desktop";
+  std::filesystem::create_directories(desktop);
+  for (const char* name : {"Salaries.ods", "Draft letter.txt"})
+    std::ofstream(desktop / name) << name << '\n';
 }
 
 bool showsIcons(const Image& image, const std::vector<Rect>& apart) {

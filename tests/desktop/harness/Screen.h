@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/harness/Process.h"
+#include "desktop/harness/PrivateHome.h"
 #include "desktop/harness/XConnection.h"
 
 namespace harness {
@@ -107,6 +107,9 @@ class TrayIconFinder {
 /// one colour.
 [[nodiscard]] Image dusk(int width, int height);
 [[nodiscard]] Image meadow(int width, int height);
+
+/// Puts both into a home, as "dusk.png" and "meadow.png", and two files on its desktop.
+void furnish(const PrivateHome& home);
 
 /// Whether anything with sharp edges, an icon or its name, is to be seen in an image that is
 /// otherwise one of these pictures. What lies in `apart`, in the image's own coordinates, does not

@@ -1,7 +1,6 @@
 #include "desktop/program/ModeDesk.h"
 
 #include <algorithm>
-#include <fstream>
 #include <sstream>
 
 #include "desktop/harness/DesktopConfiguration.h"
@@ -44,19 +43,11 @@ ModeDesk::ModeDesk(const FullDesktop& kind)
                 .panel = kind.panel,
                 .notifications = kind.notifications,
                 .sound = kind.sound}) {
-  const harness::PrivateHome& home = desk().home();
-  harness::writePng(harness::dusk(1280, 720), home.home() / "dusk.png");
-  harness::writePng(harness::meadow(1600, 900), home.home() / "meadow.png");
-  desk().writeSettings(harness::kAllFeatures, harness::chosenPicture(home.home() / "meadow.png"));
-  startIcons();
-}
-
-void ModeDesk::startIcons() {
   const std::filesystem::path home = desk().home().home();
+  harness::furnish(desk().home());
+  desk().writeSettings(harness::kAllFeatures, harness::chosenPicture(home / "meadow.png"));
   const harness::MonitorBackdrop picture{.picture = home / "dusk.png"};
   harness::configureIcons(desk(), kind_.icons, {picture, picture});
-  for (const char* name : {"Salaries.ods", "Draft letter.txt"})
-    std::ofstream(home / "Desktop" / name) << name << '\n';
   desk().startIcons(kind_.icons);
 }
 

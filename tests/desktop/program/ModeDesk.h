@@ -88,7 +88,6 @@ class ModeDesk {
                                                  const std::string& claim);
   [[nodiscard]] bool everyMonitorHasItsCover();
   [[nodiscard]] bool isBare(const harness::Rect& monitor, std::vector<harness::Rect> apart);
-  void startIcons();
 
   const FullDesktop kind_;
   ProgramDesk program_;

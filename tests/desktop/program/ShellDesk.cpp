@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 
 using harness::Image;
 using harness::Rect;
@@ -20,15 +19,6 @@ constexpr const char* kSink = "out1";
 constexpr const char* kCoverClass = "calmdeck-cover";
 /// The panel is at the bottom of the first monitor.
 constexpr int kThickestPanel = 48;
-
-const harness::DeskOptions kOptions{.sound = harness::SoundServerKind::PulseAudio};
-
-harness::DeskOptions optionsFor(const Shell& shell) {
-  harness::DeskOptions options = kOptions;
-  options.environment = {{"XDG_CURRENT_DESKTOP", shell.currentDesktop},
-                         {"XDG_SESSION_TYPE", "x11"}};
-  return options;
-}
 
 }  // namespace
 
@@ -58,13 +48,12 @@ void PrintTo(const Shell& row, std::ostream* stream) {
   *stream << row.name;
 }
 
-ShellDesk::ShellDesk(const Shell& shell) : shell_(shell), desk_(optionsFor(shell)) {
-  const fs::path home = desk_.home().home();
-  harness::writePng(harness::dusk(1280, 720), home / "dusk.png");
-  harness::writePng(harness::meadow(1600, 900), home / "meadow.png");
-  fs::create_directories(home / "Desktop");
-  for (const char* name : {"Salaries.ods", "Draft letter.txt"})
-    std::ofstream(home / "Desktop" / name) << name << '\n';
+ShellDesk::ShellDesk(const Shell& shell)
+    : shell_(shell),
+      desk_({.sound = harness::SoundServerKind::PulseAudio,
+             .environment = {{"XDG_CURRENT_DESKTOP", shell.currentDesktop},
+                             {"XDG_SESSION_TYPE", "x11"}}}) {
+  harness::furnish(desk_.home());
   desk_.sound().addSink(kSink);
   keepOthersFromStarting();
   for (const auto& setting : shell.settings) set(setting);
