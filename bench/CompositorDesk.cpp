@@ -65,8 +65,7 @@ CompositorDesk::CompositorDesk(Compositor kind, int windows)
 }
 
 void CompositorDesk::startIcons() {
-  const std::string picture = desk_.home().home() / "picture.png";
-  harness::writePng({64, 64, std::vector<std::uint32_t>(std::size_t{64} * 64, kCover)}, picture);
+  const std::string picture = desk_.picture("picture.png", kCover);
   desk_.home().writeConfig("pcmanfm-qt/bench/settings.conf",
                            "[Desktop]\nWallpaper=" + picture + "\nWallpaperMode=stretch\n");
   icons_ = desk_.start({"pcmanfm-qt", "--profile=bench", "--desktop"},

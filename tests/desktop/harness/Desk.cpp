@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "desktop/harness/Screen.h"
+
 namespace harness {
 
 std::string chosenPicture(const std::filesystem::path& picture) {
@@ -35,6 +37,12 @@ std::unique_ptr<Process> Desk::start(std::vector<std::string> argv,
   Command command{std::move(argv), environment_, home_.home()};
   for (const auto& [name, value] : extra) command.environment[name] = value;
   return std::make_unique<Process>(command);
+}
+
+std::string Desk::picture(const std::string& name, std::uint32_t colour) const {
+  const std::filesystem::path path = home_.home() / name;
+  writePng(plain(colour), path);
+  return path;
 }
 
 void Desk::writeSettings(const std::vector<std::string>& features,

@@ -41,6 +41,8 @@ class Desk {
   /// Runs one to its end.
   [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
 
+  /// A picture of one colour in the home; its path.
+  [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const;
   /// What Calmdeck finds when it starts: these features are switched on and no others, by the ends
   /// of their switches' keys, as "Dnd", and it does not start at login. `further` are members of
   /// JSON.

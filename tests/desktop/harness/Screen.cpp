@@ -214,6 +214,10 @@ std::optional<Rect> TrayIconFinder::find(std::chrono::milliseconds patience) con
   return icon;
 }
 
+Image plain(std::uint32_t colour, int width, int height) {
+  return {width, height, std::vector<std::uint32_t>(indexOf(width, 0, height), colour)};
+}
+
 Image dusk(int width, int height) {
   return gradient(width, height, {44, 62, 108}, {186, 120, 110});
 }

@@ -103,6 +103,7 @@ class TrayIconFinder {
   std::vector<Panel> panels_;
 };
 
+[[nodiscard]] Image plain(std::uint32_t colour, int width = 64, int height = 64);
 /// Pictures for desktops: soft, so that whatever stands on one shows by its edges. Every row has
 /// one colour.
 [[nodiscard]] Image dusk(int width, int height);

@@ -44,8 +44,7 @@ TEST_P(StatusMenuTest, ItOpensInThePanelsPlaceAndTheNextLeftClickOpensThePanel) 
 }
 
 TEST_P(StatusMenuTest, AProgramThatIsBusyOffersItLate) {
-  const std::filesystem::path picture = program.desk().home().home() / "picture.png";
-  harness::writePng(harness::Image{8, 8, std::vector<std::uint32_t>(64, 0x204060)}, picture);
+  const std::string picture = program.desk().picture("picture.png", 0x204060);
   // With these two the mode takes a second to start.
   program.desk().writeSettings({"DesktopIcons", "Wallpaper"},
                                harness::kControlAltP + (", " + harness::chosenPicture(picture)));

@@ -7,7 +7,6 @@
 #include "desktop/program/ProgramDesk.h"
 
 using harness::AccessibilityClient;
-using harness::Image;
 using harness::WindowInfo;
 using harness::WindowManager;
 using testing::HasSubstr;
@@ -168,10 +167,8 @@ INSTANTIATE_TEST_SUITE_P(Each, SentAwayTest,
                                          WindowManager::Icewm));
 
 TEST_F(PreferencesTest, AWallpaperIsChosenInTheFileDialog) {
-  const std::filesystem::path pictures = desk.home().home() / "Pictures";
-  std::filesystem::create_directories(pictures);
-  const std::string chosen = pictures / "my beach.PNG";
-  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, 0x204060)}, chosen);
+  std::filesystem::create_directories(desk.home().home() / "Pictures");
+  const std::string chosen = desk.picture("Pictures/my beach.PNG", 0x204060);
   constexpr const char* kDialog = "Please select an image — Calmdeck";
 
   ASSERT_TRUE(clicks("Choose the wallpaper"));

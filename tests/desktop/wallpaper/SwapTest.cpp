@@ -308,9 +308,8 @@ TEST(RefusedSwap, NobodySeesTheRootWindowUnderAShellThatComposesItsOwn) {
   xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, manager, x.atom("_NET_WM_NAME"),
                       x.atom("UTF8_STRING"), 8, static_cast<std::uint32_t>(name.size()),
                       name.data());
-  const std::string chosen = desk.home().home() / "chosen.png";
-  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, kYellow)}, chosen);
-  harness::ShortcutProgram program(desk, {"Wallpaper"}, harness::chosenPicture(chosen));
+  harness::ShortcutProgram program(desk, {"Wallpaper"},
+                                   harness::chosenPicture(desk.picture("chosen.png", kYellow)));
   const std::uint32_t before = desk.screen().pixel(1, 1);
   const auto becomes = [&](std::uint32_t colour) {
     return desk.until([&] { return desk.screen().pixel(1, 1) == colour; });

@@ -40,14 +40,6 @@ void WallpaperDesk::swap() {
     EXPECT_TRUE(shows(monitor, kYellow)) << monitor << program_->printed();
 }
 
-std::string WallpaperDesk::picture(const std::string& name, std::uint32_t colour) const {
-  constexpr std::uint16_t kSide = 64;
-  const std::filesystem::path path = desk_.home().home() / name;
-  harness::writePng({kSide, kSide, std::vector<std::uint32_t>(std::size_t{kSide} * kSide, colour)},
-                    path);
-  return path;
-}
-
 bool WallpaperDesk::shows(int monitor, std::uint32_t colour) {
   const Rect area = desk_.server().monitors().at(static_cast<std::size_t>(monitor));
   return desk_.until(

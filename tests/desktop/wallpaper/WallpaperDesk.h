@@ -39,8 +39,9 @@ class WallpaperDesk {
   /// Every monitor shows the chosen picture then.
   void swap();
 
-  /// A picture of one colour in the desktop's home; the path.
-  [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const;
+  [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const {
+    return desk_.picture(name, colour);
+  }
   /// Waits until the middle of a monitor, counted from 0, has that colour, give or take a little.
   [[nodiscard]] bool shows(int monitor, std::uint32_t colour);
   /// What each monitor shows at rest; between them lies what nobody sees.

@@ -6,6 +6,7 @@
 
 using harness::Compositor;
 using harness::Image;
+using harness::plain;
 using harness::Process;
 using harness::Rect;
 using harness::Stream;
@@ -28,11 +29,6 @@ const std::string kForSway =
     "exec xhost +local:\n"
     "output HEADLESS-3 resolution 1280x720 position 2560 0\n"
     "output HEADLESS-4 resolution 1280x720 position 3840 0\n";
-
-Image plain(std::uint32_t colour, int width, int height) {
-  return {width, height,
-          std::vector<std::uint32_t>(static_cast<std::size_t>(width * height), colour)};
-}
 
 /// No pixel is like its neighbours, so that none may be moved or mixed with them.
 Image fine() {

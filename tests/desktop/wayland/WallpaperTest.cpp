@@ -6,21 +6,67 @@
 #include <csignal>
 #include <filesystem>
 #include <regex>
+#include <utility>
 
-#include "desktop/wayland/PicturesDesk.h"
+#include "desktop/wayland/ModeDesk.h"
 
-using wayland_test::Compositor;
-using wayland_test::kHeight;
-using wayland_test::kWidth;
-using wayland_test::PicturesDesk;
+using harness::Compositor;
 
 namespace {
 
+constexpr int kWidth = harness::WaylandDesk::kOutputWidth;
+constexpr int kHeight = harness::WaylandDesk::kOutputHeight;
 constexpr std::uint32_t kRed = 0xc02020;
 constexpr std::uint32_t kGreen = 0x20a040;
 constexpr std::uint32_t kBlue = 0x2040c0;
 /// With what has a meaning to sway or to a shell.
 constexpr const char* kOdd = "it's 'odd' #2 $HOME `ls` (1);,  & ~*?[x] \xc3\xa9.png";
+
+/// A desktop whose pictures are swaybg's, started by sway or by the user.
+class PicturesDesk : public wayland_test::ModeDesk {
+ public:
+  explicit PicturesDesk(Compositor compositor)
+      : ModeDesk({.compositor = compositor,
+                  .configuration = compositor == Compositor::Sway ? "include pictures" : ""}) {}
+
+  /// With a mode that shows this picture.
+  void launchWith(const std::string& chosen) {
+    launch("Wallpaper", harness::chosenPicture(chosen));
+  }
+  /// Has sway itself show that.
+  void configure(const std::string& output, const std::string& background) {
+    ASSERT_TRUE(desk.run({"swaymsg", "--", "output", output, "bg", background}).succeeded());
+  }
+  /// Has sway's configuration have these lines, too.
+  void configureForGood(const std::string& lines) {
+    desk.home().writeConfig("sway/pictures", lines + "\n");
+    desk.reload();
+  }
+  /// What sway's own swaybg was told, the process by its number; empty while there is none.
+  [[nodiscard]] std::pair<pid_t, std::string> swaysSwaybg() const {
+    const std::string folder = "XDG_RUNTIME_DIR=" + desk.home().runtime().string();
+    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+      const std::string words = harness::textOf(process.path() / "cmdline");
+      if (!words.starts_with("swaybg")) continue;
+      const std::string environment = harness::textOf(process.path() / "environ");
+      if (environment.find(folder) == std::string::npos) continue;
+      if (environment.find("WAYLAND_SOCKET=") == std::string::npos) continue;
+      return {std::stoi(process.path().filename()), words};
+    }
+    return {};
+  }
+  /// Has a program of the user's show that on all outputs.
+  [[nodiscard]] std::unique_ptr<harness::Process> swaybg(const std::string& file) {
+    return desk.start({"swaybg", "-o", "*", "-m", "fill", "-i", file});
+  }
+  /// On the left and on the right output, where no panel stands.
+  [[nodiscard]] bool shows(std::uint32_t left, std::uint32_t right) {
+    return desk.until([&] {
+      return desk.screen().pixel(kWidth / 2, kHeight - 2) == left &&
+             desk.screen().pixel(kWidth + kWidth / 2, kHeight - 2) == right;
+    });
+  }
+};
 
 class SwayPictureTest : public testing::Test, public PicturesDesk {
  protected:
@@ -28,10 +74,10 @@ class SwayPictureTest : public testing::Test, public PicturesDesk {
 };
 
 TEST_F(SwayPictureTest, EachOutputGetsItsOwnPictureBack) {
-  configure("HEADLESS-1", "'" + plain("a  left.png", kRed) + "' tile");
+  configure("HEADLESS-1", "'" + desk.picture("a  left.png", kRed) + "' tile");
   configure("HEADLESS-2", "#20a040 solid_color");
   ASSERT_TRUE(shows(kRed, kGreen));
-  launchWith(plain(kOdd, kBlue));
+  launchWith(desk.picture(kOdd, kBlue));
   for (int round = 0; round < 2; ++round) {
     toggle();
     EXPECT_TRUE(shows(kBlue, kBlue)) << program->errorOutput();
@@ -42,9 +88,9 @@ TEST_F(SwayPictureTest, EachOutputGetsItsOwnPictureBack) {
 }
 
 TEST_F(SwayPictureTest, IsLaidOutAsTheOneBefore) {
-  configure("*", "'" + plain("small.png", kRed) + "' center #20a040");
+  configure("*", "'" + desk.picture("small.png", kRed) + "' center #20a040");
   ASSERT_TRUE(shows(kGreen, kGreen));
-  launchWith(plain("ours.png", kBlue));
+  launchWith(desk.picture("ours.png", kBlue));
   toggle();
   constexpr int kMiddle = kHeight / 2;
   EXPECT_TRUE(
@@ -53,9 +99,9 @@ TEST_F(SwayPictureTest, IsLaidOutAsTheOneBefore) {
 }
 
 TEST_F(SwayPictureTest, StaysWhenSwayReadsItsConfigurationAnew) {
-  configureForGood("output * bg '" + plain("theirs.png", kRed) + "' fill");
+  configureForGood("output * bg '" + desk.picture("theirs.png", kRed) + "' fill");
   ASSERT_TRUE(shows(kRed, kRed));
-  launchWith(plain("ours.png", kBlue));
+  launchWith(desk.picture("ours.png", kBlue));
   toggle();
   ASSERT_TRUE(shows(kBlue, kBlue));
   const pid_t before = swaysSwaybg().first;
@@ -69,9 +115,9 @@ TEST_F(SwayPictureTest, StaysWhenSwayReadsItsConfigurationAnew) {
 }
 
 TEST_F(SwayPictureTest, ComesAndGoesAlsoWhereSwaybgWasKilled) {
-  configureForGood("output * bg '" + plain("theirs.png", kRed) + "' fill");
+  configureForGood("output * bg '" + desk.picture("theirs.png", kRed) + "' fill");
   ASSERT_TRUE(shows(kRed, kRed));
-  launchWith(plain("ours.png", kBlue));
+  launchWith(desk.picture("ours.png", kBlue));
   toggle();
   ASSERT_TRUE(shows(kBlue, kBlue));
   ASSERT_EQ(::kill(swaysSwaybg().first, SIGKILL), 0);
@@ -87,7 +133,7 @@ TEST_F(SwayPictureTest, IsToldOfAnOutputByTheNameThatTheConfigurationHas) {
   ASSERT_TRUE(std::regex_search(outputs, found, std::regex("Output HEADLESS-2 '([^']*)'")))
       << outputs;
   const std::string name = found[1];
-  const std::string theirs = plain("theirs.png", kRed);
+  const std::string theirs = desk.picture("theirs.png", kRed);
   configureForGood("output * bg #20a040 solid_color\noutput \"" + name + "\" bg '" + theirs +
                    "' fill");
   const auto isTold = [&](const std::string& file) {
@@ -98,7 +144,7 @@ TEST_F(SwayPictureTest, IsToldOfAnOutputByTheNameThatTheConfigurationHas) {
     });
   };
   ASSERT_TRUE(isTold(theirs));
-  const std::string ours = plain("ours.png", kBlue);
+  const std::string ours = desk.picture("ours.png", kBlue);
   launchWith(ours);
   toggle();
   EXPECT_TRUE(isTold(ours));
@@ -117,9 +163,9 @@ INSTANTIATE_TEST_SUITE_P(On, LayerPictureTest,
                          testing::PrintToStringParamName());
 
 TEST_P(LayerPictureTest, LiesOverTheUsersSwaybgAsLongAsWeRun) {
-  const auto user = swaybg(plain("theirs.png", kRed));
+  const auto user = swaybg(desk.picture("theirs.png", kRed));
   ASSERT_TRUE(shows(kRed, kRed));
-  launchWith(plain("ours.png", kBlue));
+  launchWith(desk.picture("ours.png", kBlue));
   toggle();
   EXPECT_TRUE(shows(kBlue, kBlue)) << program->errorOutput();
   toggle();
@@ -133,7 +179,7 @@ TEST_P(LayerPictureTest, LiesOverTheUsersSwaybgAsLongAsWeRun) {
 
 TEST_P(LayerPictureTest, IsShownWhereNobodyElseDraws) {
   const std::uint32_t before = desk.screen().pixel(kWidth / 2, kHeight - 2);
-  launchWith(plain("ours.png", kBlue));
+  launchWith(desk.picture("ours.png", kBlue));
   toggle();
   EXPECT_TRUE(shows(kBlue, kBlue));
   toggle();
@@ -149,9 +195,9 @@ INSTANTIATE_TEST_SUITE_P(On, LayerPictureOutputTest,
                          testing::PrintToStringParamName());
 
 TEST_P(LayerPictureOutputTest, ComesBackWithItsOutput) {
-  const auto user = swaybg(plain("theirs.png", kRed));
+  const auto user = swaybg(desk.picture("theirs.png", kRed));
   ASSERT_TRUE(shows(kRed, kRed));
-  launchWith(plain("ours.png", kBlue));
+  launchWith(desk.picture("ours.png", kBlue));
   toggle();
   ASSERT_TRUE(shows(kBlue, kBlue));
   const std::string second = desk.outputs()[1].name;
@@ -180,14 +226,14 @@ TEST_F(SwayPictureTest, PcManFmQtIsToldWhereItDrawsTheDesktop) {
   const std::filesystem::path settings = desk.home().config() / "pcmanfm-qt/stage/settings.conf";
   desk.home().writeConfig(
       "pcmanfm-qt/stage/settings.conf",
-      "[Desktop]\nWallpaper=" + plain("theirs.png", kRed) + "\nWallpaperMode=stretch\n");
+      "[Desktop]\nWallpaper=" + desk.picture("theirs.png", kRed) + "\nWallpaperMode=stretch\n");
   const auto start = [&](const std::string& option) {
     auto started =
         desk.start({"pcmanfm-qt", "--profile=stage", option}, {{"QT_QPA_PLATFORM", "offscreen"}});
     EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(name); }));
     return started;
   };
-  const std::string chosen = plain("ours.png", kBlue);
+  const std::string chosen = desk.picture("ours.png", kBlue);
   auto files = start("--daemon-mode");
   launchWith(chosen);
   toggle();

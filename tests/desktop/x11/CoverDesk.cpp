@@ -89,12 +89,6 @@ void CoverDesk::changeWallpaper(const std::filesystem::path& picture) const {
   harness::configureIcons(desk_, kind_, {{.picture = picture}, {.picture = picture}});
 }
 
-std::filesystem::path CoverDesk::bluePicture() const {
-  std::filesystem::path blue = desk_.home().home() / "blue.png";
-  harness::writePng(Image{8, 8, std::vector<std::uint32_t>(64, 0x0000ff)}, blue);
-  return blue;
-}
-
 void CoverDesk::placeIcons() {
   std::ofstream(desk_.home().home() / "Desktop/a note.txt") << "note\n";
   const Rect all = desk_.x().screenArea();

@@ -74,7 +74,7 @@ class CoverDesk {
   /// Tells the desktop to show another picture.
   void changeWallpaper(const std::filesystem::path& picture) const;
   /// Blue all over.
-  [[nodiscard]] std::filesystem::path bluePicture() const;
+  [[nodiscard]] std::string bluePicture() const { return desk_.picture("blue.png", 0x0000ff); }
   /// Whether two colours are to the eye the same: equal, or nearly so where they are not exact.
   [[nodiscard]] bool isAlike(std::uint32_t a, std::uint32_t b) const;
 
