@@ -75,8 +75,7 @@ TEST(GnomeExtensionTest, IsUsedFromTheNextLoginOnWhereTheShellDoesNotKnowIt) {
   GnomeDesk desk({.monitors = 1, .extension = false});
   desk.installExtension();
   desk.launch({"HideActiveApps"});
-  EXPECT_TRUE(desk.program().waitForLine("until the next login", harness::kPatience,
-                                         harness::Stream::Error));
+  EXPECT_TRUE(desk.program().complains("until the next login"));
 }
 
 }  // namespace

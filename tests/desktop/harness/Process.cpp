@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -220,6 +221,14 @@ std::optional<std::string> Process::waitForLine(const std::string& pattern,
       },
       patience);
   return line;
+}
+
+std::vector<std::string> Process::lines(const std::string& part, Stream stream) const {
+  std::vector<std::string> found;
+  std::istringstream all(capture_.text(stream));
+  for (std::string line; std::getline(all, line);)
+    if (line.find(part) != std::string::npos) found.push_back(line);
+  return found;
 }
 
 RunResult runToEnd(const Command& command) {

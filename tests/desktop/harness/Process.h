@@ -78,6 +78,14 @@ class Process {
                                          std::chrono::milliseconds patience = kPatience,
                                          Stream stream = Stream::Output);
 
+  /// The same on standard error.
+  [[nodiscard]] bool complains(const std::string& pattern) {
+    return waitForLine(pattern, kPatience, Stream::Error).has_value();
+  }
+
+  /// The lines written so far that hold `part`.
+  [[nodiscard]] std::vector<std::string> lines(const std::string& part,
+                                               Stream stream = Stream::Output) const;
   /// Everything written so far.
   [[nodiscard]] std::string output() const { return capture_.text(Stream::Output); }
   [[nodiscard]] std::string errorOutput() const { return capture_.text(Stream::Error); }

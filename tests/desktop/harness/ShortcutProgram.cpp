@@ -58,12 +58,4 @@ std::string ShortcutProgram::printed() const {
   return text;
 }
 
-int ShortcutProgram::complaints(const std::string& topic) const {
-  std::istringstream lines(process_->errorOutput());
-  int count = 0;
-  for (std::string line; std::getline(lines, line);)
-    if (line.find(topic) != std::string::npos) ++count;
-  return count;
-}
-
 }  // namespace harness

@@ -27,7 +27,9 @@ class ShortcutProgram {
   /// What it printed, its own times of the presses left out.
   [[nodiscard]] std::string printed() const;
   /// How many lines of standard error speak of `topic`.
-  [[nodiscard]] int complaints(const std::string& topic = "calmdeck.") const;
+  [[nodiscard]] std::size_t complaints(const std::string& topic) const {
+    return process_->lines(topic, Stream::Error).size();
+  }
 
  private:
   XDesk& desk_;

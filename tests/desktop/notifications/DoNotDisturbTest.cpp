@@ -46,15 +46,10 @@ class QuietDesk {
   void rest() {
     ASSERT_TRUE(desk_.until([this] { return desk_.home().isAtRest(); }));
   }
-  [[nodiscard]] bool complains(const std::string& line) {
-    return program_->process()
-        .waitForLine(line, harness::kPatience, harness::Stream::Error)
-        .has_value();
-  }
   void expectNoComplaint() {
     program_->quit();
     EXPECT_EQ(program_->printed(), "");
-    EXPECT_EQ(program_->complaints("calmdeck.notifications:"), 0);
+    EXPECT_EQ(program_->complaints("calmdeck.notifications:"), 0U);
   }
 
   /// The daemon's state, as its desktop's own tools tell and change it; none when they cannot.
@@ -196,7 +191,7 @@ TEST(HangingDaemon, CostsALineAndEndsInTheLastState) {
   desk.rest();
   desk.desk().notifications().freeze();
   desk.toggle();
-  EXPECT_TRUE(desk.complains("dunst does not answer"));
+  EXPECT_TRUE(desk.program().process().complains("dunst does not answer"));
   desk.toggle();
   desk.desk().notifications().thaw();
   EXPECT_EQ(desk.isOn(kDunst), false) << "it answers this after all that lay before it";
@@ -209,7 +204,8 @@ TEST(HangingDaemon, IsSilencedWhenItGoesOnAlsoIfNobodyKnewYetWhoItIs) {
   desk.desk().notifications().freeze();
   desk.launch();
   desk.toggle();
-  EXPECT_TRUE(desk.complains("does not answer; it will be switched when it does"));
+  EXPECT_TRUE(
+      desk.program().process().complains("does not answer; it will be switched when it does"));
   desk.desk().notifications().thaw();
   EXPECT_TRUE(desk.becomes(kDunst, true));
   EXPECT_EQ(desk.program().printed(), "");
@@ -232,8 +228,8 @@ TEST(DaemonWithoutASwitch, EndsTheScriptAndTheEarlierWishAndIsNamedOnce) {
   EXPECT_EQ(desk.isOn(kDunst), true) << "another daemon, another answer";
   EXPECT_THAT(desk.program().printed(), HasSubstr("get checkbox \\\"Do Not Disturb\\\" of window"));
   EXPECT_EQ(desk.program().complaints("cannot be silenced: \"Notification Daemon\" by \"GNOME\""),
-            1);
-  EXPECT_EQ(desk.program().complaints("calmdeck.notifications:"), 1);
+            1U);
+  EXPECT_EQ(desk.program().complaints("calmdeck.notifications:"), 1U);
 }
 
 TEST(NoDaemon, EndsTheScript) {
@@ -247,7 +243,7 @@ TEST(NoDaemon, EndsTheScript) {
     EXPECT_EQ(desk.program().complaints(
                   std::string("cannot be silenced: ") +
                   (hasBus ? "nothing shows notifications" : "there is no session bus")),
-              1);
+              1U);
   }
 }
 

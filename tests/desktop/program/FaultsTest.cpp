@@ -9,7 +9,6 @@ using harness::DeskOptions;
 using harness::DesktopIcons;
 using harness::Panel;
 using harness::SoundServerKind;
-using harness::Stream;
 using harness::WindowManager;
 using testing::SizeIs;
 
@@ -42,7 +41,7 @@ TEST_P(HungPanelTest, APanelThatHangsBeforeTheStartHoldsNothingUp) {
   program.desk().panel().freezeGroup();
   ASSERT_TRUE(program.start());
   EXPECT_TRUE(program.muteByTheMode());
-  ASSERT_TRUE(program.program().waitForLine("does not answer", harness::kPatience, Stream::Error));
+  ASSERT_TRUE(program.program().complains("does not answer"));
   EXPECT_THAT(program.complaints("tray"), SizeIs(1));
   program.desk().panel().thawGroup();
   ASSERT_TRUE(program.clickIcon());
@@ -224,8 +223,7 @@ TEST_P(WindowManagerFaultsTest, OneThatHangsHoldsUpOnlyWindowsAndTheLastWishHold
 
   desk.windowManager().freezeGroup();
   expectTheSpeakerTurns(false);
-  ASSERT_TRUE(program.program().waitForLine("window manager does not answer", harness::kPatience,
-                                            harness::Stream::Error));
+  ASSERT_TRUE(program.program().complains("window manager does not answer"));
   desk.windowManager().thawGroup();
   EXPECT_TRUE(hidden(false));
   EXPECT_TRUE(covered(false));

@@ -1,7 +1,5 @@
 #include "desktop/program/ProgramDesk.h"
 
-#include <sstream>
-
 using harness::AccessibleElement;
 using harness::Rect;
 using namespace std::chrono_literals;
@@ -26,14 +24,6 @@ testing::AssertionResult ProgramDesk::start() {
 
 testing::AssertionResult ProgramDesk::says(const std::string& text) {
   return verdict(program_->waitForLine("^" + text + "$").has_value(), "it says " + text);
-}
-
-std::vector<std::string> ProgramDesk::complaints(const std::string& topic) const {
-  std::vector<std::string> found;
-  std::istringstream lines(program_->errorOutput());
-  for (std::string line; std::getline(lines, line);)
-    if (line.find("calmdeck." + topic) != std::string::npos) found.push_back(line);
-  return found;
 }
 
 // --- Panel ---

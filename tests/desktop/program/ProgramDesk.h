@@ -29,7 +29,9 @@ class ProgramDesk {
   /// Waits for the next line of the program's output that is exactly `text`.
   [[nodiscard]] testing::AssertionResult says(const std::string& text);
   /// The lines on standard error so far that speak of `topic`; without Qt's own remarks.
-  [[nodiscard]] std::vector<std::string> complaints(const std::string& topic) const;
+  [[nodiscard]] std::vector<std::string> complaints(const std::string& topic) const {
+    return program_->lines("calmdeck." + topic, harness::Stream::Error);
+  }
 
   [[nodiscard]] testing::AssertionResult opens();
   [[nodiscard]] testing::AssertionResult closes();

@@ -9,7 +9,6 @@ using harness::Image;
 using harness::plain;
 using harness::Process;
 using harness::Rect;
-using harness::Stream;
 using harness::WaylandDesk;
 using harness::WaylandOutput;
 using namespace std::chrono_literals;
@@ -74,7 +73,7 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor>, public wayla
     icons_ =
         desk.start({program, "-o", "*", "-m", "stretch", "-i", file}, {{"WAYLAND_DEBUG", "1"}});
     for ([[maybe_unused]] const WaylandOutput& output : desk.outputs())
-      ASSERT_TRUE(icons_->waitForLine("attach\\(wl_buffer", harness::kPatience, Stream::Error));
+      ASSERT_TRUE(icons_->complains("attach\\(wl_buffer"));
   }
   [[nodiscard]] Image strip(std::size_t monitor) {
     const auto all = desk.outputs();

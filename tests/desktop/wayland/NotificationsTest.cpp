@@ -101,8 +101,7 @@ TEST_F(MakoTest, IsRefusedWhereItsConfigurationSilencesNothing) {
   launch("Dnd");
   toggle();
   EXPECT_TRUE(
-      program->waitForLine("mako/config has no section .mode=do-not-disturb. with invisible=1",
-                           harness::kPatience, harness::Stream::Error));
+      program->complains("mako/config has no section .mode=do-not-disturb. with invisible=1"));
   EXPECT_FALSE(isQuiet());
   toggle();
   startDaemon({"mako", "--config", desk.home().config() / "mako/other"});
