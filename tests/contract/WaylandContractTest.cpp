@@ -63,7 +63,7 @@ class PictureDesk {
     show();
     if (!desk.until([&] { return desk.screen().area(kView) != bare; }))
       throw std::runtime_error("swaybg shows nothing");
-    picture_ = desk.screen().settled(kView, std::chrono::milliseconds(200), harness::kPatience);
+    picture_ = desk.screen().settled(kView, std::chrono::milliseconds(200));
   }
 
   /// Nothing else is to be seen after this.

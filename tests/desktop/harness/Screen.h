@@ -53,7 +53,7 @@ class Screen {
   /// in several steps and tell nobody when they are done. `calm` covers the steps that a timer
   /// begins; how long a busy machine keeps a program from painting does not count.
   [[nodiscard]] Image settled(const Rect& wanted, std::chrono::milliseconds calm,
-                              std::chrono::milliseconds patience) const;
+                              std::chrono::milliseconds patience = kPatience) const;
 
   /// True as soon as `fact` holds; false when it still does not after `patience`.
   virtual bool waitUntil(const std::function<bool()>& fact,

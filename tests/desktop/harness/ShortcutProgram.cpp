@@ -9,19 +9,6 @@ namespace {
 
 constexpr const char* kPressed = "Pressed at ";
 
-// What a window manager does on a click on the close button; not every desk has one.
-void closeWindow(const XConnection& x, xcb_window_t window) {
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window;
-  event.type = x.atom("WM_PROTOCOLS");
-  event.data.data32[0] = x.atom("WM_DELETE_WINDOW");
-  xcb_send_event(x.get(), 0, window, XCB_EVENT_MASK_NO_EVENT,
-                 reinterpret_cast<const char*>(&event));
-  xcb_flush(x.get());
-}
-
 }  // namespace
 
 ShortcutProgram::ShortcutProgram(XDesk& desk, const std::vector<std::string>& features,
@@ -31,7 +18,7 @@ ShortcutProgram::ShortcutProgram(XDesk& desk, const std::vector<std::string>& fe
   process_ = desk.startCalmdeck();
   std::optional<WindowInfo> panel;
   if (desk.until([&] { return (panel = desk.openPopover()).has_value(); })) {
-    closeWindow(desk.x(), panel->id);
+    desk.x().askToClose(panel->id);
     if (desk.until([&] { return !desk.openPopover(); })) return;
   }
   throw std::runtime_error("no panel to close: " + process_->errorOutput());

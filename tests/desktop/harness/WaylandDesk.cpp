@@ -301,7 +301,7 @@ void WaylandDesk::startBar(Bar kind) {
   bar_ = start(program(kind).argv);
   const auto standing = [&] { return screen_->area(barArea_) != bare; };
   require(until(standing) && until([&] { return bus().hasTrayHost(); }), program(kind).name, *bar_);
-  [[maybe_unused]] const Image painted = screen_->settled(barArea_, 200ms, kPatience);
+  (void)screen_->settled(barArea_, 200ms);
 }
 
 std::unique_ptr<Process> WaylandDesk::startCalmdeck(const Environment& extra) {

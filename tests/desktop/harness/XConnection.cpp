@@ -127,18 +127,32 @@ xcb_window_t XConnection::open(const XWindow& window) const {
   return id;
 }
 
-void XConnection::askWindowManager(xcb_window_t window, std::string_view message,
-                                   const std::vector<std::uint32_t>& data) const {
+bool XConnection::hasOwner(std::string_view selection) const {
+  const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+      connection_, xcb_get_selection_owner(connection_, atom(selection)), nullptr));
+  return reply && reply->owner != XCB_NONE;
+}
+
+void XConnection::send(xcb_window_t to, std::uint32_t mask, xcb_window_t window,
+                       std::string_view message, const std::vector<std::uint32_t>& data) const {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
   event.window = window;
   event.type = atom(message);
   std::copy_n(data.begin(), std::min<std::size_t>(data.size(), 5), std::begin(event.data.data32));
-  xcb_send_event(connection_, 0, root_,
-                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 reinterpret_cast<const char*>(&event));
+  xcb_send_event(connection_, 0, to, mask, reinterpret_cast<const char*>(&event));
   xcb_flush(connection_);
+}
+
+void XConnection::askWindowManager(xcb_window_t window, std::string_view message,
+                                   const std::vector<std::uint32_t>& data) const {
+  send(root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, window,
+       message, data);
+}
+
+void XConnection::askToClose(xcb_window_t window) const {
+  send(window, XCB_EVENT_MASK_NO_EVENT, window, "WM_PROTOCOLS", {atom("WM_DELETE_WINDOW")});
 }
 
 bool XConnection::waitUntil(const std::function<bool()>& fact,

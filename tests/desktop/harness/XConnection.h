@@ -85,9 +85,13 @@ class XConnection {
   /// Opens a window that lasts as long as the connection; it need not be on the screen yet.
   [[nodiscard]] xcb_window_t open(const XWindow& window) const;
 
+  [[nodiscard]] bool hasOwner(std::string_view selection) const;
+
   /// Sends a client message about `window` to the root, as a pager does.
   void askWindowManager(xcb_window_t window, std::string_view message,
                         const std::vector<std::uint32_t>& data) const;
+  /// What window managers do on a click on the close button; not every desk has one.
+  void askToClose(xcb_window_t window) const;
 
   /// True as soon as `fact` holds; false when it still does not after `patience`. Looked at anew
   /// whenever the server tells of a change of a window or of the root, and every 25 ms for what
@@ -96,6 +100,8 @@ class XConnection {
 
  private:
   void waitForEvent(std::chrono::milliseconds patience) const;
+  void send(xcb_window_t to, std::uint32_t mask, xcb_window_t window, std::string_view message,
+            const std::vector<std::uint32_t>& data) const;
   void create(xcb_window_t id, const XWindow& window) const;
   [[nodiscard]] XReply<xcb_get_property_reply_t> property(xcb_window_t window,
                                                           std::string_view name) const;

@@ -36,12 +36,6 @@ bool nearlyCovers(const Rect& area, const Rect& monitor) {
          area.bottom() >= monitor.bottom() - kThickestBar;
 }
 
-bool traySelectionOwned(const XConnection& x) {
-  const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-      x.get(), xcb_get_selection_owner(x.get(), x.atom("_NET_SYSTEM_TRAY_S0")), nullptr));
-  return reply && reply->owner != XCB_NONE;
-}
-
 bool announced(const XConnection& x) {
   const auto check = x.number(x.root(), "_NET_SUPPORTING_WM_CHECK");
   return check && x.number(*check, "_NET_SUPPORTING_WM_CHECK") == check &&
@@ -145,11 +139,12 @@ void XDesk::startIcons(DesktopIcons kind) {
   icons_ = start(row.argv);
   if (kind == DesktopIcons::PcmanfmQt) startAgainWhileStuck(icons_, row.argv, allCovered);
   require(until(allCovered), row.name, *icons_);
-  [[maybe_unused]] const Image painted = screen_->settled(x_->screenArea(), 400ms, kPatience);
+  (void)settled(400ms);
 }
 
 bool XDesk::trayHostReady(Panel kind) const {
-  if (kind == Panel::Tint2) return traySelectionOwned(*x_);  // it knows the old protocol only
+  // It knows the old protocol only.
+  if (kind == Panel::Tint2) return x_->hasOwner("_NET_SYSTEM_TRAY_S0");
   return busIfAny() == nullptr || busIfAny()->hasTrayHost();
 }
 
@@ -166,8 +161,7 @@ void XDesk::startPanel(Panel kind, const PanelPlace& place) {
     });
   };
   require(until(standing) && until([&] { return trayHostReady(kind); }), row.name, *panel_);
-  for (const Rect& area : panelAreas())
-    [[maybe_unused]] const Image painted = screen_->settled(area, 200ms, kPatience);
+  for (const Rect& area : panelAreas()) (void)screen_->settled(area, 200ms);
 }
 
 std::vector<Rect> XDesk::panelAreas() const {
@@ -218,8 +212,16 @@ bool XDesk::opensAWindow(const std::function<void()>& click) const {
   const std::set<xcb_window_t> before = windows_->viewable();
   click();
   if (!until([&] { return !std::ranges::includes(before, windows_->viewable()); })) return false;
-  [[maybe_unused]] const Image drawn = screen_->settled(x_->screenArea(), 200ms, kPatience);
+  (void)settled(200ms);
   return true;
+}
+
+std::vector<WindowInfo> XDesk::covers() const {
+  std::vector<WindowInfo> found = windows_->all();
+  std::erase_if(found, [](const WindowInfo& window) {
+    return !window.viewable || window.className != "calmdeck-cover";
+  });
+  return found;
 }
 
 std::optional<WindowInfo> XDesk::awaitWindow(const WindowTest& test) const {

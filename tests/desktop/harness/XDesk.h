@@ -82,6 +82,14 @@ class XDesk final : public Desk {
   /// Runs `click` and waits until another window, a panel's menu say, is on the screen and drawn.
   [[nodiscard]] bool opensAWindow(const std::function<void()>& click) const;
 
+  /// The whole screen once it has come to rest.
+  [[nodiscard]] Image settled(
+      std::chrono::milliseconds calm = std::chrono::milliseconds(400)) const {
+    return screen_->settled(x_->screenArea(), calm);
+  }
+  /// Calmdeck's, that are on the screen now.
+  [[nodiscard]] std::vector<WindowInfo> covers() const;
+
   /// The viewable window for which `test` holds, once there is one.
   [[nodiscard]] std::optional<WindowInfo> awaitWindow(const WindowTest& test) const;
 

@@ -60,11 +60,11 @@ TEST_P(PanelFaultsTest, APanelThatComesLateShowsTheIconAndAfterItsDeathAgain) {
   EXPECT_THAT(program.complaints("tray"), SizeIs(1));
 
   ASSERT_TRUE(program.muteByTheMode());
-  const harness::Image on = desk.screen().settled(*place, kCalm, harness::kPatience);
+  const harness::Image on = desk.screen().settled(*place, kCalm);
   desk.panel().kill();
   desk.startPanel(GetParam());
   ASSERT_TRUE(finder.find());
-  EXPECT_EQ(desk.screen().settled(*place, kCalm, harness::kPatience), on);
+  EXPECT_EQ(desk.screen().settled(*place, kCalm), on);
   desk.input().click(place->centreX(), place->centreY());
   EXPECT_TRUE(program.says("Left click!"));
 }
@@ -106,13 +106,7 @@ class ModeFaults {
   }
   /// Every monitor has its cover, or none has.
   [[nodiscard]] bool covered(bool covered) {
-    return desk.until([&] {
-      const auto all = desk.windows().all();
-      const auto covers = std::ranges::count_if(all, [](const harness::WindowInfo& window) {
-        return window.className == "calmdeck-cover" && window.viewable;
-      });
-      return covers == (covered ? 2 : 0);
-    });
+    return desk.until([&] { return desk.covers().size() == (covered ? 2U : 0U); });
   }
   void expectTheSpeakerTurns(bool muted) {
     desk.input().key("ctrl+alt+p");

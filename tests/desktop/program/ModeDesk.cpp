@@ -23,10 +23,6 @@ constexpr std::uint32_t kOtherWorkspace = 1;
 constexpr int kAwayX = 2200;
 constexpr int kAwayY = 500;
 
-bool isCover(const WindowInfo& window) {
-  return window.className == "calmdeck-cover" && window.viewable;
-}
-
 bool isUsers(const WindowInfo& window) {
   return window.managed && window.className == "Xmessage";
 }
@@ -133,8 +129,7 @@ AssertionResult ModeDesk::showsChosenPicture(bool chosen) {
 }
 
 bool ModeDesk::everyMonitorHasItsCover() {
-  std::vector<WindowInfo> covers = desk().windows().all();
-  std::erase_if(covers, [](const WindowInfo& window) { return !isCover(window); });
+  const std::vector<WindowInfo> covers = desk().covers();
   const std::vector<Rect> monitors = desk().server().monitors();
   return covers.size() == monitors.size() &&
          std::ranges::all_of(monitors, [&](const Rect& monitor) {
@@ -143,9 +138,8 @@ bool ModeDesk::everyMonitorHasItsCover() {
 }
 
 AssertionResult ModeDesk::covered(bool covered) {
-  return waitFor(
-      [&] { return covered ? everyMonitorHasItsCover() : !desk().windows().findViewable(isCover); },
-      covered ? "every monitor is covered" : "the covers are gone");
+  return waitFor([&] { return covered ? everyMonitorHasItsCover() : desk().covers().empty(); },
+                 covered ? "every monitor is covered" : "the covers are gone");
 }
 
 AssertionResult ModeDesk::inTheMode(bool on) {
@@ -220,5 +214,5 @@ std::string ModeDesk::backdropSettings() {
 
 Image ModeDesk::photograph() {
   desk().input().moveTo(kAwayX, kAwayY);
-  return desk().screen().settled(desk().x().screenArea(), 400ms, harness::kPatience);
+  return desk().settled();
 }

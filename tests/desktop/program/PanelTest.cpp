@@ -54,8 +54,7 @@ TEST_P(StatusMenuTest, AProgramThatIsBusyOffersItLate) {
   program.desk().input().key("ctrl+alt+p");
   program.desk().input().click(icon->centreX(), icon->centreY(), harness::Button::Right);
   ASSERT_TRUE(program.says("Right click!"));
-  (void)program.desk().screen().settled(program.desk().x().screenArea(),
-                                        std::chrono::milliseconds(300), harness::kPatience);
+  (void)program.desk().settled();
   EXPECT_TRUE(program.quits());
   EXPECT_THAT(program.complaints(""), testing::IsEmpty());
 }

@@ -35,7 +35,7 @@ testing::AssertionResult ProgramDesk::opens() {
   };
   auto result = verdict(desk_.until(active), "the panel is open and has the keyboard");
   // It may move once more, to where the icon turned out to be.
-  if (result) (void)desk_.screen().settled(popoverArea(), 100ms, harness::kPatience);
+  if (result) (void)desk_.screen().settled(popoverArea(), 100ms);
   return result;
 }
 
@@ -67,7 +67,7 @@ testing::AssertionResult ProgramDesk::quits() {
 
 harness::Image ProgramDesk::iconImage() const {
   const auto icon = desk_.trayIcon();
-  return icon ? desk_.screen().settled(*icon, 200ms, harness::kPatience) : harness::Image{};
+  return icon ? desk_.screen().settled(*icon, 200ms) : harness::Image{};
 }
 
 // --- Switches ---

@@ -156,7 +156,7 @@ std::vector<Image> ShellDesk::photograph() {
   constexpr int kAwayX = 2200;
   constexpr int kAwayY = 500;
   desk_.input().moveTo(kAwayX, kAwayY);
-  const Image whole = desk_.screen().settled(desk_.x().screenArea(), 800ms, harness::kPatience);
+  const Image whole = desk_.settled(800ms);
   std::vector<Image> images;
   for (const Rect& monitor : monitors()) images.push_back(whole.part(monitor));
   return images;

@@ -47,8 +47,7 @@ bool WallpaperDesk::shows(int monitor, std::uint32_t colour) {
 }
 
 std::vector<Image> WallpaperDesk::monitors() {
-  using namespace std::chrono_literals;
-  const Image whole = desk_.screen().settled(desk_.x().screenArea(), 400ms, harness::kPatience);
+  const Image whole = desk_.settled();
   std::vector<Image> images;
   for (const Rect& monitor : desk_.server().monitors()) images.push_back(whole.part(monitor));
   return images;

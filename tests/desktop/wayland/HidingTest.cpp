@@ -143,8 +143,7 @@ TEST_P(WaylandHidingTest, StaysAndEndsAlsoWhenTheCompositorReadsItsConfiguration
   desk.reload();
   const harness::Rect all{0, 0, harness::WaylandDesk::kOutputWidth,
                           harness::WaylandDesk::kOutputHeight};
-  [[maybe_unused]] const harness::Image settled =
-      desk.screen().settled(all, std::chrono::milliseconds(500), harness::kPatience);
+  (void)desk.screen().settled(all, std::chrono::milliseconds(500));
   EXPECT_EQ(seen(), kNothing);
   desk.toggleMode();
   EXPECT_TRUE(becomesSeen(blue));

@@ -12,7 +12,6 @@
 namespace cover_test {
 
 using namespace std::chrono_literals;
-using harness::kPatience;
 
 namespace {
 
@@ -21,7 +20,6 @@ constexpr Rect kFrontArea{500, 250, 300, 150};
 /// Frame and shadow of a window.
 constexpr int kAroundWindow = 60;
 constexpr int kThickestBar = 48;
-constexpr auto kCalm = 300ms;
 
 Rect grown(const Rect& area, int by) {
   return {area.x - by, area.y - by, area.width + 2 * by, area.height + 2 * by};
@@ -47,13 +45,12 @@ CoverDesk::CoverDesk(const CoverDeskOptions& options)
   if (kind_ != DesktopIcons::None) configure();
   if (options.pattern) (void)desk_.run({"xsetroot", "-mod", "16", "24"});
   desk_.startIcons(kind_);
-  bare_ = desk_.screen().settled(desk_.x().screenArea(), kCalm, kPatience);
+  bare_ = desk_.settled();
   isExact_ = kind_ != DesktopIcons::Xfdesktop ||
              desk_.x().number(desk_.x().root(), "_XROOTPMAP_ID").has_value();
   if (kind_ != DesktopIcons::None) placeIcons();
   front_ = desk_.openWindow("front", kFrontArea);
-  [[maybe_unused]] const Image drawn =
-      desk_.screen().settled(desk_.x().screenArea(), kCalm, kPatience);
+  (void)desk_.settled();
   front_ = desk_.windows().info(front_.id).value();
   frontPixels_ = desk_.screen().area(front_.area);
 }
@@ -72,13 +69,8 @@ void CoverDesk::configure() const {
 
 void CoverDesk::stopCompositing() const {
   harness::setXfconf(desk_, "xfwm4", "/general/use_compositing", "bool", "false");
-  const harness::XConnection& x = desk_.x();
-  const auto isComposited = [&] {
-    const harness::XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        x.get(), xcb_get_selection_owner(x.get(), x.atom("_NET_WM_CM_S0")), nullptr));
-    return reply && reply->owner != XCB_NONE;
-  };
-  if (!desk_.until([&] { return !isComposited(); })) throw std::runtime_error("still composited");
+  if (!desk_.until([&] { return !desk_.x().hasOwner("_NET_WM_CM_S0"); }))
+    throw std::runtime_error("still composited");
 }
 
 void CoverDesk::openIconWindow(const Rect& area) {
@@ -94,7 +86,7 @@ void CoverDesk::placeIcons() {
   const Rect all = desk_.x().screenArea();
   const auto shown = [&] { return changedArea(bare_, desk_.screen().area(all)).has_value(); };
   if (!desk_.until(shown)) throw std::runtime_error("no icon came");
-  icons_ = changedArea(bare_, desk_.screen().settled(all, kCalm, kPatience));
+  icons_ = changedArea(bare_, desk_.settled());
 }
 
 void CoverDesk::launch() {
@@ -110,10 +102,10 @@ void CoverDesk::startCovered() {
 }
 
 std::vector<WindowInfo> CoverDesk::covers() const {
-  std::vector<WindowInfo> found = desk_.windows().all();
+  std::vector<WindowInfo> found = desk_.covers();
   // That of a monitor which is gone stays where nobody sees it.
   std::erase_if(found, [all = desk_.x().screenArea()](const WindowInfo& window) {
-    return window.className != kCoverClass || !window.viewable || !window.area.intersects(all);
+    return !window.area.intersects(all);
   });
   return found;
 }

@@ -73,8 +73,7 @@ TEST_P(CoverStand, IconsThatAreRaisedComeNoHigherThanTheCover) {
     xcb_configure_window(desk.x().get(), icons.id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     desk.x().askWindowManager(icons.id, "_NET_RESTACK_WINDOW", {2, 0, XCB_STACK_MODE_ABOVE});
   }
-  [[maybe_unused]] const Image done = desk.screen().settled(
-      desk.x().screenArea(), std::chrono::milliseconds(300), harness::kPatience);
+  (void)desk.settled();
   EXPECT_EQ(covers.faultAfterAWhile(), "");
   desk.windows().activate(covers.front().id);
   EXPECT_EQ(covers.faultAfterAWhile(), "") << "with the window active again";
@@ -97,8 +96,7 @@ TEST_P(CoverStand, IconsThatStartAnewComeUnderTheCover) {
   ASSERT_TRUE(desk.until([&] { return covers.iconWindows().empty(); }));
   desk.startIcons(GetParam().icons);
   ASSERT_TRUE(desk.until([&] { return covers.iconWindows().size() == count; }));
-  [[maybe_unused]] const Image drawn = desk.screen().settled(
-      desk.x().screenArea(), std::chrono::milliseconds(400), harness::kPatience);
+  (void)desk.settled();
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
