@@ -20,23 +20,6 @@ constexpr int kPrograms = 10;
 constexpr std::uint32_t kFirstColour = 0xc02030;
 /// Of what the desktop shows, which is seen only as a cover: nothing here draws icons themselves.
 constexpr std::uint32_t kCover = 0x20a040;
-constexpr const char* kSettings = R"({"kUserdeaultsLaunchAtLogin": false,
-  "kUserdefaultsToggleDesktopIcons": true, "kUserdefaultsToggleDnd": false,
-  "kUserdefaultsToggleHideActiveApps": true, "kUserdefaultsToggleSpeakerOff": true,
-  "kUserdefaultsToggleWallpaper": false})";
-
-/// Every window in the middle, over the one before.
-std::string allInTheMiddle(Compositor kind) {
-  switch (kind) {
-    case Compositor::Sway:
-      return "for_window [app_id=\"^other\"] floating enable\n";
-    case Compositor::Labwc:
-      return "<placement><policy>center</policy></placement>";
-    case Compositor::Kwin:
-      break;
-  }
-  return "Placement=Centered\n";
-}
 
 }  // namespace
 
@@ -44,7 +27,7 @@ CompositorDesk::CompositorDesk(Compositor kind, int windows)
     : desk_({.compositor = kind,
              .bar = harness::Bar::Waybar,
              .sound = harness::SoundServerKind::PulseAudio,
-             .configuration = allInTheMiddle(kind)}) {
+             .configuration = harness::allInTheMiddle(kind, "^other")}) {
   liveOn(desk_);
   startIcons();
   openWindows(windows);
@@ -55,7 +38,7 @@ CompositorDesk::CompositorDesk(Compositor kind, int windows)
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
       nullptr, nullptr, nullptr));
   if (!bus_) throw std::runtime_error("the session bus cannot be reached");
-  desk_.home().writeConfig("calmdeck/settings.json", kSettings);
+  desk_.writeSettings({"DesktopIcons", "HideActiveApps", "SpeakerOff"});
   program_ = desk_.startCalmdeck();
   const auto opens = [this] { return desk_.bus().hasOwner(kName) && desk_.trayIcon().has_value(); };
   if (!desk_.until(opens)) throw std::runtime_error("Calmdeck: " + program_->errorOutput());

@@ -101,6 +101,18 @@ class GrimScreen final : public Screen {
 
 }  // namespace
 
+std::string allInTheMiddle(Compositor compositor, const std::string& names) {
+  switch (compositor) {
+    case Compositor::Sway:
+      return "for_window [app_id=\"" + names + "\"] floating enable\n";
+    case Compositor::Labwc:
+      return "<placement><policy>center</policy></placement>";
+    case Compositor::Kwin:
+      break;
+  }
+  return "Placement=Centered\n";
+}
+
 // --- Start ---
 
 WaylandDesk::WaylandDesk(const WaylandOptions& options)

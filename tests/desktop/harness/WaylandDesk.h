@@ -31,6 +31,10 @@ struct WaylandOptions {
   Environment environment = {};
 };
 
+/// A configuration by which every window comes in the middle, over the one before; on sway those of
+/// the programs whose names match `names`.
+[[nodiscard]] std::string allInTheMiddle(Compositor compositor, const std::string& names);
+
 /// A window of a program that is not ours. It has a colour that nothing else has, and tells by that
 /// where it shows, and whether.
 struct ForeignWindow {

@@ -16,24 +16,13 @@ constexpr std::uint32_t kBlue = 0x1020e0;
 constexpr std::uint32_t kWhite = 0xf0f8ff;
 constexpr std::uint32_t kYellow = 0xe0d000;
 
-/// Every foreign window in the middle, over the one before.
-std::string allInTheMiddle(Compositor compositor) {
-  switch (compositor) {
-    case Compositor::Sway:
-      return "for_window [app_id=\"^(red|green|blue|white|yellow)$\"] floating enable\n";
-    case Compositor::Labwc:
-      return "<placement><policy>center</policy></placement>";
-    case Compositor::Kwin:
-      break;
-  }
-  return "Placement=Centered\n";
-}
-
 /// Foreign windows, and the program, whose mode hides them and does nothing else.
 class WaylandHidingTest : public testing::TestWithParam<Compositor>, public wayland_test::ModeDesk {
  protected:
   WaylandHidingTest()
-      : ModeDesk({.compositor = GetParam(), .configuration = allInTheMiddle(GetParam())}) {
+      : ModeDesk({.compositor = GetParam(),
+                  .configuration =
+                      harness::allInTheMiddle(GetParam(), "^(red|green|blue|white|yellow)$")}) {
     start();
   }
 
