@@ -63,7 +63,7 @@ TEST_P(RunningServerTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
   ASSERT_EQ(objects.setPropertyData(first, kMute, 1), platform::noErr);
 
   std::string module = server.addSink("out2");
-  server.pactl({"set-default-sink", "out2"});
+  server.makeDefault("sink", "out2");
   ASSERT_TRUE(soon([&] { return defaultOutput(objects) > first; }));
   const AudioObjectID second = defaultOutput(objects);
   EXPECT_EQ(mute(objects, second), 0U);
@@ -80,7 +80,7 @@ TEST_P(RunningServerTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
   EXPECT_EQ(objects.setPropertyData(second, kMute, 1), platform::kAudioHardwareBadObjectError);
 
   module = server.addSink("out2");
-  server.pactl({"set-default-sink", "out2"});
+  server.makeDefault("sink", "out2");
   ASSERT_TRUE(soon([&] { return defaultOutput(objects) > second; })) << "plugged in again";
   EXPECT_THAT(warnings(), IsEmpty());
 }

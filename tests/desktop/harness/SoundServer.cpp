@@ -93,16 +93,9 @@ void SoundServer::startPipeWire() {
   }
   awaitAnswers();
   for (const std::string& sink : sinks_) addSink(sink);
-  // Refused until the session manager offers its settings.
-  throwUnless(sinks_.empty() || until([&] {
-                return runPactl({"set-default-sink", sinks_.front()}).succeeded();
-              }),
-              "PipeWire takes no default sink");
-  const std::string wanted = sinks_.empty() ? "auto_null" : sinks_.front();
-  throwUnless(until([&] { return pactl({"get-default-sink"}) == wanted; }),
-              "PipeWire never made " + wanted + " its default");
+  makeDefault("sink", sinks_.empty() ? "auto_null" : sinks_.front());
   // See addDevice(); this one runs while something plays.
-  if (sinks_.empty()) launch({"pacat", "--raw", "--device=" + wanted, "/dev/zero"});
+  if (sinks_.empty()) launch({"pacat", "--raw", "--device=auto_null", "/dev/zero"});
 }
 
 void SoundServer::awaitAnswers() {
@@ -186,10 +179,16 @@ std::string SoundServer::addSource(const std::string& source) {
           : std::vector<std::string>{"module-null-sink", "media.class=Audio/Source/Virtual",
                                      "sink_name=" + source, "channel_map=front-left,front-right"};
   std::string added = addDevice("source", source, module);
-  pactl({"set-default-source", source});
-  throwUnless(until([&] { return pactl({"get-default-source"}) == source; }),
-              source + " never became the default source");
+  makeDefault("source", source);
   return added;
+}
+
+void SoundServer::makeDefault(const std::string& kind, const std::string& device) {
+  throwUnless(until([&] {
+                return runPactl({"set-default-" + kind, device}).succeeded() &&
+                       pactl({"get-default-" + kind}) == device;
+              }),
+              device + " never became the default " + kind);
 }
 
 std::string SoundServer::addDevice(const std::string& kind, const std::string& device,

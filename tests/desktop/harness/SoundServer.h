@@ -55,6 +55,8 @@ class SoundServer {
   std::string addSink(const std::string& sink);
   /// Likewise a null source with two channels, which becomes the default.
   std::string addSource(const std::string& source);
+  /// Returns once it is so: what a session manager does not know yet it may refuse, or forget.
+  void makeDefault(const std::string& kind, const std::string& device);
   void remove(const std::string& module) { pactl({"unload-module", module}); }
 
  private:
