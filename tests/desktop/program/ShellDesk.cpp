@@ -54,7 +54,6 @@ ShellDesk::ShellDesk(const Shell& shell)
              .environment = {{"XDG_CURRENT_DESKTOP", shell.currentDesktop},
                              {"XDG_SESSION_TYPE", "x11"}}}) {
   harness::furnish(desk_.home());
-  desk_.sound().addSink(kSink);
   keepOthersFromStarting();
   for (const auto& setting : shell.settings) set(setting);
 }
