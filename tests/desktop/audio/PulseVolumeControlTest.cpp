@@ -17,21 +17,24 @@ using testing::IsEmpty;
 class PulseVolumeControlTest : public SoundTest {
  protected:
   // -1 where there is none to read.
-  static int level(VolumeControl& volume) {
+  [[nodiscard]] int level() {
     const auto told = volume.inputLevel();
     const int* level = std::get_if<int>(&told);
     return level != nullptr ? *level : -1;
   }
-  static std::optional<VolumeTrouble> trouble(VolumeControl& volume) {
+  [[nodiscard]] std::optional<VolumeTrouble> trouble() {
     const auto told = volume.inputLevel();
     const auto* trouble = std::get_if<VolumeTrouble>(&told);
     return trouble != nullptr ? std::optional(*trouble) : std::nullopt;
   }
   // Another program's hand on the channels.
-  static void turn(SoundServer& server, const std::string& source, const std::string& left,
-                   const std::string& right) {
+  void turn(const std::string& source, const std::string& left, const std::string& right) {
     server.pactl({"set-source-volume", source, left, right});
   }
+
+  SoundServer server = serve();
+  PulseSound sound{kLongestWait};
+  VolumeControl& volume = sound.volume();
 };
 
 INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseVolumeControlTest,
@@ -40,10 +43,7 @@ INSTANTIATE_TEST_SUITE_P(OnBothServers, PulseVolumeControlTest,
                          testing::PrintToStringParamName());
 
 TEST_P(PulseVolumeControlTest, AMuteAndItsEndLeaveTheChannelsAlone) {
-  SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound{kLongestWait};
-  VolumeControl& volume = sound.volume();
   const struct {
     const char* left;
     const char* right;
@@ -51,16 +51,16 @@ TEST_P(PulseVolumeControlTest, AMuteAndItsEndLeaveTheChannelsAlone) {
   } rows[] = {{"30%", "60%", 60}, {"130%", "65%", 100}, {"1%", "0%", 1}, {"19621", "100", 30}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.left);
-    turn(server, "mic", row.left, row.right);
+    turn("mic", row.left, row.right);
     const std::vector<int> before = server.sourceVolumes("mic");
     ASSERT_EQ(before.size(), 2U);
-    ASSERT_TRUE(soon([&] { return level(volume) == row.level; }));
+    ASSERT_TRUE(soon([&] { return level() == row.level; }));
     EXPECT_EQ(volume.setInputLevel(0), std::nullopt);
-    EXPECT_EQ(level(volume), 0) << "at once";
+    EXPECT_EQ(level(), 0) << "at once";
     EXPECT_TRUE(server.sourceMuted("mic")) << "so that a mixer shows it, and can undo it";
     EXPECT_EQ(server.sourceVolumes("mic"), before);
     EXPECT_EQ(volume.setInputLevel(row.level), std::nullopt);
-    EXPECT_EQ(level(volume), row.level);
+    EXPECT_EQ(level(), row.level);
     EXPECT_FALSE(server.sourceMuted("mic"));
     EXPECT_EQ(server.sourceVolumes("mic"), before);
   }
@@ -68,15 +68,12 @@ TEST_P(PulseVolumeControlTest, AMuteAndItsEndLeaveTheChannelsAlone) {
 }
 
 TEST_P(PulseVolumeControlTest, AnotherLevelIsReadAsItWasSetAndKeepsTheBalance) {
-  SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound{kLongestWait};
-  VolumeControl& volume = sound.volume();
-  turn(server, "mic", "30%", "60%");
-  ASSERT_TRUE(soon([&] { return level(volume) == 60; }));
+  turn("mic", "30%", "60%");
+  ASSERT_TRUE(soon([&] { return level() == 60; }));
   for (int wanted = 100; wanted >= 0; --wanted) {
     EXPECT_EQ(volume.setInputLevel(wanted), std::nullopt);
-    EXPECT_EQ(level(volume), wanted);
+    EXPECT_EQ(level(), wanted);
   }
   EXPECT_EQ(volume.setInputLevel(80), std::nullopt);
   EXPECT_FALSE(server.sourceMuted("mic"));
@@ -89,37 +86,31 @@ TEST_P(PulseVolumeControlTest, AnotherLevelIsReadAsItWasSetAndKeepsTheBalance) {
 }
 
 TEST_P(PulseVolumeControlTest, WhatOthersDoIsFollowed) {
-  SoundServer server = serve();
   server.addSource("mic");
-  PulseSound sound{kLongestWait};
-  VolumeControl& volume = sound.volume();
-  turn(server, "mic", "35%", "35%");
-  ASSERT_TRUE(soon([&] { return level(volume) == 35; }));
+  turn("mic", "35%", "35%");
+  ASSERT_TRUE(soon([&] { return level() == 35; }));
   ASSERT_EQ(volume.setInputLevel(0), std::nullopt);
-  turn(server, "mic", "50%", "50%");
+  turn("mic", "50%", "50%");
   server.pactl({"set-source-mute", "mic", "0"});
-  EXPECT_TRUE(soon([&] { return level(volume) == 50; })) << "unmuted by a mixer";
+  EXPECT_TRUE(soon([&] { return level() == 50; })) << "unmuted by a mixer";
 
   const std::string other = server.addSource("headset");
-  turn(server, "headset", "70%", "70%");
-  ASSERT_TRUE(soon([&] { return level(volume) == 70; })) << "another default";
+  turn("headset", "70%", "70%");
+  ASSERT_TRUE(soon([&] { return level() == 70; })) << "another default";
   EXPECT_EQ(volume.setInputLevel(0), std::nullopt);
   EXPECT_TRUE(server.sourceMuted("headset"));
   EXPECT_FALSE(server.sourceMuted("mic"));
   server.remove(other);
-  EXPECT_TRUE(soon([&] { return level(volume) == 50; })) << "unplugged";
+  EXPECT_TRUE(soon([&] { return level() == 50; })) << "unplugged";
 }
 
 TEST_P(PulseVolumeControlTest, WhatTheSpeakersPlayIsNoMicrophone) {
-  SoundServer server = serve();
-  PulseSound sound{kLongestWait};
-  VolumeControl& volume = sound.volume();
-  EXPECT_EQ(trouble(volume), VolumeTrouble::NoMicrophone) << "there is none";
+  EXPECT_EQ(trouble(), VolumeTrouble::NoMicrophone) << "there is none";
   EXPECT_EQ(volume.setInputLevel(0), VolumeTrouble::NoMicrophone);
   server.addSource("mic");
-  ASSERT_TRUE(soon([&] { return level(volume) == 100; }));
+  ASSERT_TRUE(soon([&] { return level() == 100; }));
   server.pactl({"set-default-source", "out1.monitor"});
-  EXPECT_TRUE(soon([&] { return trouble(volume) == VolumeTrouble::NoMicrophone; }))
+  EXPECT_TRUE(soon([&] { return trouble() == VolumeTrouble::NoMicrophone; }))
       << "there is one, but a monitor is the default";
   EXPECT_EQ(volume.setInputLevel(0), VolumeTrouble::NoMicrophone);
   EXPECT_FALSE(server.sourceMuted("out1.monitor"));

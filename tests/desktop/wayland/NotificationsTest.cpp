@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/wayland/ModeDesk.h"
@@ -19,7 +20,15 @@ constexpr std::uint32_t kBubble = 0x12ab34;
 /// The mode asks for quiet and does nothing else.
 class WaylandDaemonTest : public testing::Test, public wayland_test::ModeDesk {
  protected:
-  WaylandDaemonTest() : ModeDesk({}) {}
+  /// `path` and `interface` are of the daemon's own methods.
+  WaylandDaemonTest(std::string path, std::string interface)
+      : ModeDesk({}), path_(std::move(path)), interface_(std::move(interface)) {}
+
+  std::string ask(const std::string& method, const std::vector<std::string>& arguments = {}) {
+    const auto answer = desk.bus().call(kName, path_, interface_ + "." + method, arguments);
+    EXPECT_TRUE(answer) << method;
+    return answer.value_or("");
+  }
 
   void startDaemon(const std::vector<std::string>& argv) {
     daemon_.reset();
@@ -43,6 +52,8 @@ class WaylandDaemonTest : public testing::Test, public wayland_test::ModeDesk {
   }
 
  private:
+  std::string path_;
+  std::string interface_;
   std::unique_ptr<harness::Process> daemon_;
 };
 
@@ -52,12 +63,8 @@ class MakoTest : public WaylandDaemonTest {
   static constexpr const char* kSection =
       "[app-name=\"other\"]\ninvisible=1\n[mode=\"do-not-disturb\"]\ninvisible=1\n";
 
-  std::string ask(const std::string& method, const std::vector<std::string>& arguments = {}) {
-    const auto answer =
-        desk.bus().call(kName, "/fr/emersion/Mako", "fr.emersion.Mako." + method, arguments);
-    EXPECT_TRUE(answer) << method;
-    return answer.value_or("");
-  }
+  MakoTest() : WaylandDaemonTest("/fr/emersion/Mako", "fr.emersion.Mako") {}
+
   [[nodiscard]] bool isQuiet() {
     return ask("ListModes").find("do-not-disturb") != std::string::npos;
   }
@@ -111,12 +118,8 @@ TEST_F(MakoTest, IsRefusedWhereItsConfigurationSilencesNothing) {
 
 class SwayncTest : public WaylandDaemonTest {
  protected:
-  std::string ask(const std::string& method, const std::vector<std::string>& arguments = {}) {
-    const auto answer = desk.bus().call(kName, "/org/erikreider/swaync/cc",
-                                        "org.erikreider.swaync.cc." + method, arguments);
-    EXPECT_TRUE(answer) << method;
-    return answer.value_or("");
-  }
+  SwayncTest() : WaylandDaemonTest("/org/erikreider/swaync/cc", "org.erikreider.swaync.cc") {}
+
   [[nodiscard]] bool becomesQuiet(bool quiet) {
     return desk.until([&] { return (ask("GetDnd").find("true") != std::string::npos) == quiet; });
   }

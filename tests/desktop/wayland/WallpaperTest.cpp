@@ -71,6 +71,15 @@ class PicturesDesk : public wayland_test::ModeDesk {
 class SwayPictureTest : public testing::Test, public PicturesDesk {
  protected:
   SwayPictureTest() : PicturesDesk(Compositor::Sway) {}
+
+  /// Blue in the mode, over the red of sway's configuration.
+  void swap() {
+    configureForGood("output * bg '" + desk.picture("theirs.png", kRed) + "' fill");
+    ASSERT_TRUE(shows(kRed, kRed));
+    launchWith(desk.picture("ours.png", kBlue));
+    toggle();
+    ASSERT_TRUE(shows(kBlue, kBlue));
+  }
 };
 
 TEST_F(SwayPictureTest, EachOutputGetsItsOwnPictureBack) {
@@ -99,11 +108,7 @@ TEST_F(SwayPictureTest, IsLaidOutAsTheOneBefore) {
 }
 
 TEST_F(SwayPictureTest, StaysWhenSwayReadsItsConfigurationAnew) {
-  configureForGood("output * bg '" + desk.picture("theirs.png", kRed) + "' fill");
-  ASSERT_TRUE(shows(kRed, kRed));
-  launchWith(desk.picture("ours.png", kBlue));
-  toggle();
-  ASSERT_TRUE(shows(kBlue, kBlue));
+  ASSERT_NO_FATAL_FAILURE(swap());
   const pid_t before = swaysSwaybg().first;
   desk.reload();
   EXPECT_TRUE(desk.until([&] { return swaysSwaybg().first != before; }));
@@ -115,11 +120,7 @@ TEST_F(SwayPictureTest, StaysWhenSwayReadsItsConfigurationAnew) {
 }
 
 TEST_F(SwayPictureTest, ComesAndGoesAlsoWhereSwaybgWasKilled) {
-  configureForGood("output * bg '" + desk.picture("theirs.png", kRed) + "' fill");
-  ASSERT_TRUE(shows(kRed, kRed));
-  launchWith(desk.picture("ours.png", kBlue));
-  toggle();
-  ASSERT_TRUE(shows(kBlue, kBlue));
+  ASSERT_NO_FATAL_FAILURE(swap());
   ASSERT_EQ(::kill(swaysSwaybg().first, SIGKILL), 0);
   ASSERT_TRUE(desk.until([&] { return swaysSwaybg().first == 0; }));
   toggle();
