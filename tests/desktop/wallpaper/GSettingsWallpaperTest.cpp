@@ -325,27 +325,5 @@ TEST_F(GSettingsTest, OfPicturesThatTakeTurnsTheOneOfTheHourAndTheShapeIsTold) {
   EXPECT_NE(told->file, table);
 }
 
-/// For where nobody draws a desktop.
-class Bare final : public WallpaperAdapter {
- public:
-  std::optional<Backdrop> backdrop(const Monitor&) override { return Backdrop{}; }
-  std::optional<WallpaperState> state(const Monitor&) override { return WallpaperState{}; }
-  std::optional<std::string> show(const Monitor&, const QString&, const Dictionary&) override {
-    return std::nullopt;
-  }
-  std::optional<std::string> restore(const Monitor&, const Dictionary&) override {
-    return std::nullopt;
-  }
-  void setChanged(std::function<void()>) override {}
-};
-
-TEST_F(GSettingsTest, NothingIsSetUnderAShellThatPaintsOverIt) {
-  facts.setBareDesktop(std::make_shared<Bare>());
-  EXPECT_EQ(swap(), "");
-  run({"Enlightenment", {"org.enlightenment.wm.service"}});
-  QCoreApplication::processEvents();
-  EXPECT_THAT(swap(), HasSubstr("Nobody is known here"));
-}
-
 }  // namespace
 }  // namespace linux_desktop

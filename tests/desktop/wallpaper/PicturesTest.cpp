@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDBusConnection>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -49,24 +50,12 @@ class Desktop final : public WallpaperAdapter {
   void setChanged(std::function<void()>) override {}
 };
 
-class Facts final : public DesktopFacts {
- public:
-  explicit Facts(std::shared_ptr<WallpaperAdapter> desktop)
-      : DesktopFacts([] {
-          return std::vector{Monitor{QStringLiteral("one"), {0, 0, 60, 40}}};
-        }),
-        desktop_(std::move(desktop)) {}
-  std::shared_ptr<WallpaperAdapter> bareDesktop() override { return desktop_; }
-
- private:
-  std::shared_ptr<WallpaperAdapter> desktop_;
-};
-
 std::string complaints;
 
 class WallpaperPicturesTest : public PrivateBusTest {
  protected:
   WallpaperPicturesTest() : PrivateBusTest("") {
+    facts.setBareDesktop(desktop);
     complaints.clear();
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
       complaints += text.toStdString();
@@ -96,7 +85,7 @@ class WallpaperPicturesTest : public PrivateBusTest {
   }
   /// The reason of a refusal.
   [[nodiscard]] std::string set(const std::string& file) {
-    return pictures.set(file, "one", pictures.options("one").value()).value_or("");
+    return pictures.set(file, "one", pictures.options("one").value_or(Dictionary())).value_or("");
   }
 
  private:
@@ -104,7 +93,7 @@ class WallpaperPicturesTest : public PrivateBusTest {
 
  protected:
   const std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>();
-  Facts facts{desktop};
+  DesktopFacts facts{[] { return std::vector{Monitor{QStringLiteral("one"), {0, 0, 60, 40}}}; }};
   WallpaperPictures pictures{facts};
 };
 
@@ -145,6 +134,16 @@ TEST_F(WallpaperPicturesTest, PictureThatTakesLongIsShownOnceItIsReadAndABrokenO
   const Monitor monitor = facts.monitors().front();
   const Backdrop shown = pictures.backdrop(monitor).value();
   EXPECT_TRUE(soon([&] { return pictures.render(shown, monitor).has_value(); }));
+}
+
+TEST_F(WallpaperPicturesTest, NothingIsSetUnderAShellThatPaintsOverIt) {
+  WallpaperPictures::waitForPictures(3000);
+  EXPECT_EQ(set(save("good.png")), "");
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  ASSERT_TRUE(bus.registerService(QStringLiteral("org.enlightenment.wm.service")));
+  QCoreApplication::processEvents();  // who runs is looked for once a turn
+  EXPECT_THAT(set(save("other.png")), HasSubstr("Nobody is known here"));
+  bus.unregisterService(QStringLiteral("org.enlightenment.wm.service"));
 }
 
 TEST_F(WallpaperPicturesTest, LayoutThatHadToChangeGoesBackAndWhatTheUserChoseStays) {
