@@ -22,7 +22,6 @@ using namespace platform;
 constexpr Keycode kAE01 = 10;
 constexpr Keycode kAE03 = 12;
 constexpr Keycode kAC10 = 47;
-constexpr Keycode kAB10 = 61;
 
 // Shift, Caps Lock, Control, Alt, Num Lock, Super and the one for the third character.
 constexpr std::uint32_t kShiftBit = 1, kCapsBit = 2, kControlBit = 4, kAltBit = 8, kNumBit = 16,
@@ -93,20 +92,6 @@ TEST(Keymap, WithShiftTheKeyCountsThatGivesTheCharacterWithIt) {
   EXPECT_EQ(german.keysOf(kVK_ANSI_Quote, 0, true), Keys{11}) << "Shift and 2";
   EXPECT_EQ(german.keysOf(kVK_ANSI_Slash, 0, true), Keys{16}) << "Shift and 7";
   EXPECT_EQ(german.keysOf(kVK_ANSI_7, 0, true), Keys{16}) << "as no other key gives 7 with it";
-}
-
-TEST(Keymap, AForeignLetterGivesTheLatinCharacterOfItsKey) {
-  for (const char* layouts : {"us,ru", "ru"}) {
-    const Keymap russian = keymapOf(layouts);
-    const KeyboardGroup group = std::string(layouts) == "ru" ? 0 : 1;
-    EXPECT_EQ(russian.textOf(38, group, false), "a") << layouts;
-    EXPECT_EQ(russian.textOf(38, group, true), "A") << layouts;
-    EXPECT_EQ(russian.textOf(kAC10, group, true), ":") << layouts;
-    EXPECT_EQ(russian.textOf(kAB10, group, false), ".") << "what is Latin is its own";
-    EXPECT_EQ(russian.codeOf(33, group), kVK_ANSI_P) << layouts;
-  }
-  const Keymap both = keymapOf("fr,ru");
-  EXPECT_EQ(both.textOf(38, 1, false), "q") << "as the user's other layout has it";
 }
 
 // --- Under the recorder ---
