@@ -171,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(On, XProgramCoverTest, testing::ValuesIn(harness::insta
 TEST_P(XProgramCoverTest, CoversOnlyWhereNoWindowWouldBeUnderIt) {
   startIcons();
   toggle();
-  ASSERT_TRUE(desk.until([&] { return reader.await("Presentation mode")->is("checked"); }));
+  ASSERT_TRUE(desk.until([&] { return reader.shows("Presentation mode", {}, "checked"); }));
   if (GetParam() == Compositor::Kwin) {
     EXPECT_TRUE(shows(0, colour) && shows(1, picture));
   } else {

@@ -15,12 +15,13 @@ constexpr std::uint32_t kInside = 0x1020e0;
 class WaylandProgramTest : public testing::TestWithParam<Compositor>,
                            public wayland_test::ModeDesk {
  protected:
-  explicit WaylandProgramTest(const std::string& configuration = {})
+  explicit WaylandProgramTest(const std::string& configuration = {},
+                              const std::string& settings = harness::kControlAltP)
       : ModeDesk({.compositor = GetParam(),
                   .bar = harness::Bar::Waybar,
                   .sound = harness::SoundServerKind::PulseAudio,
                   .configuration = configuration}) {
-    launch("SpeakerOff", harness::kControlAltP);
+    launch("SpeakerOff", settings);
   }
   [[nodiscard]] bool sinkMuted(bool muted) {
     return desk.until([&] { return desk.sound().sinkMuted(kSink) == muted; });
@@ -103,7 +104,7 @@ std::string configurationWithTheLine(Compositor compositor) {
 /// Where users bind keys themselves.
 class OwnKeyTest : public WaylandProgramTest {
  protected:
-  OwnKeyTest() : WaylandProgramTest(configurationWithTheLine(GetParam())) {}
+  OwnKeyTest() : WaylandProgramTest(configurationWithTheLine(GetParam()), {}) {}
 };
 
 INSTANTIATE_TEST_SUITE_P(Compositors, OwnKeyTest,
