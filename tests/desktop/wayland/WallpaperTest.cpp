@@ -48,9 +48,9 @@ class PicturesDesk : public wayland_test::ModeDesk {
     for (const auto& process : std::filesystem::directory_iterator("/proc")) {
       const std::string words = harness::textOf(process.path() / "cmdline");
       if (!words.starts_with("swaybg")) continue;
-      const std::string environment = harness::textOf(process.path() / "environ");
-      if (environment.find(folder) == std::string::npos) continue;
-      if (environment.find("WAYLAND_SOCKET=") == std::string::npos) continue;
+      const std::string variables = harness::textOf(process.path() / "environ");
+      if (variables.find(folder) == std::string::npos) continue;
+      if (variables.find("WAYLAND_SOCKET=") == std::string::npos) continue;
       return {std::stoi(process.path().filename()), words};
     }
     return {};
