@@ -68,7 +68,8 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor>, public wayla
     const std::filesystem::path copy = desk.home().runtime() / "icons";
     std::filesystem::copy_file("/usr/bin/swaybg", copy,
                                std::filesystem::copy_options::skip_existing);
-    const std::string file = desk.picture("icons.png", kIcons);
+    const std::filesystem::path file = desk.home().home() / "icons.png";
+    harness::writePng(plain(kIcons, kWidth, kHeight), file);
     icons_ = desk.start({copy, "-o", "*", "-m", "stretch", "-i", file}, {{"WAYLAND_DEBUG", "1"}});
     for ([[maybe_unused]] const WaylandOutput& output : desk.outputs())
       ASSERT_TRUE(icons_->complains("attach\\(wl_buffer"));
