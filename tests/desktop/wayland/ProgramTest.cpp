@@ -113,6 +113,7 @@ INSTANTIATE_TEST_SUITE_P(Compositors, OwnKeyTest,
                          testing::PrintToStringParamName());
 
 TEST_P(OwnKeyTest, TheCompositorsOwnBindingTurnsTheModeOnAndOff) {
+  ASSERT_TRUE(desk.until([this] { return desk.bus().hasOwner("org.calmdeck.Calmdeck"); }));
   for (const bool muted : {true, false}) {
     desk.input().key("ctrl+alt+p");
     EXPECT_TRUE(sinkMuted(muted));
