@@ -33,14 +33,9 @@ void DeviceTable::put(Device told) {
   device = std::move(told);
 }
 
-void DeviceTable::setMuted(std::uint32_t index, bool muted) {
+Device* DeviceTable::at(std::uint32_t index) {
   const auto found = devices_.find(index);
-  if (found != devices_.end()) found->second.muted = muted;
-}
-
-void DeviceTable::setVolume(std::uint32_t index, const pa_cvolume& volume) {
-  const auto found = devices_.find(index);
-  if (found != devices_.end()) found->second.volume = volume;
+  return found == devices_.end() ? nullptr : &found->second;
 }
 
 void DeviceTable::removeAllBut(const std::set<std::uint32_t>& indices) {

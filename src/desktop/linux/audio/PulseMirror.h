@@ -35,8 +35,8 @@ class DeviceTable {
   void setServer(std::uint32_t cookie, std::string defaultName);
   /// Adds the device of that index, or changes it. The id is of the table's own giving.
   void put(Device told);
-  void setMuted(std::uint32_t index, bool muted);
-  void setVolume(std::uint32_t index, const pa_cvolume& volume);
+  /// Null when there is none of that index.
+  [[nodiscard]] Device* at(std::uint32_t index);
   void remove(std::uint32_t index) { devices_.erase(index); }
   void removeAllBut(const std::set<std::uint32_t>& indices);
 
@@ -76,12 +76,9 @@ class PulseMirror {
   [[nodiscard]] bool current() const { return current_; }
   [[nodiscard]] const DeviceTable& devices(DeviceKind kind) const { return at(kind).table; }
 
-  /// For changes that the server confirmed and will announce.
-  void noteMuted(DeviceKind kind, std::uint32_t index, bool muted) {
-    at(kind).table.setMuted(index, muted);
-  }
-  void noteVolume(DeviceKind kind, std::uint32_t index, const pa_cvolume& volume) {
-    at(kind).table.setVolume(index, volume);
+  /// For changes that the server confirmed and will announce; null when the device is gone.
+  [[nodiscard]] Device* device(DeviceKind kind, std::uint32_t index) {
+    return at(kind).table.at(index);
   }
   /// What any answer to a question for the server's facts teaches.
   void noteServer(const pa_server_info& info);

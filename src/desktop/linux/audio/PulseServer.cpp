@@ -108,21 +108,20 @@ PulseServer::Answer PulseServer::setMuted(DeviceKind kind, platform::AudioObject
                       [&](std::uint32_t index, pa_context_success_cb_t answered, void* self) {
                         return send(connection_.context(), index, muted ? 1 : 0, answered, self);
                       },
-                  .note = [&](std::uint32_t index) { mirror_.noteMuted(kind, index, muted); }},
+                  .note = [&](Device& copy) { copy.muted = muted; }},
                  deadline);
 }
 
 PulseServer::Answer PulseServer::setSourceVolume(platform::AudioObjectID id,
                                                  const pa_cvolume& volume, Deadline deadline) {
-  constexpr DeviceKind kKind = DeviceKind::Source;
   const std::lock_guard lock(loop_);
-  return request(kKind, id,
+  return request(DeviceKind::Source, id,
                  {.send =
                       [&](std::uint32_t index, pa_context_success_cb_t answered, void* self) {
                         return pa_context_set_source_volume_by_index(connection_.context(), index,
                                                                      &volume, answered, self);
                       },
-                  .note = [&](std::uint32_t index) { mirror_.noteVolume(kKind, index, volume); }},
+                  .note = [&](Device& copy) { copy.volume = volume; }},
                  deadline);
 }
 
@@ -132,7 +131,11 @@ PulseServer::Answer PulseServer::request(DeviceKind kind, platform::AudioObjectI
     return Answer::NotRunning;
   }
   const std::optional<Device> device = mirror_.devices(kind).find(id);
-  return device ? await(change, device->index, deadline) : Answer::NoSuchDevice;
+  if (!device) return Answer::NoSuchDevice;
+  const Answer answer = await(change, device->index, deadline);
+  Device* copy = mirror_.device(kind, device->index);
+  if (answer == Answer::Done && copy != nullptr) change.note(*copy);
+  return answer;
 }
 
 void PulseServer::begin() {
@@ -175,7 +178,6 @@ PulseServer::Answer PulseServer::await(const Change& change, std::uint32_t index
     std::ignore = loop_.waitUntil(deadline, [] { return false; });
   }
   if (!request.error) return Answer::NotRunning;
-  if (request.error == PA_OK) change.note(index);
   return answerFor(*request.error);
 }
 

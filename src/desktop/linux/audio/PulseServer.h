@@ -77,7 +77,7 @@ class PulseServer {
   struct Change {
     std::function<pa_operation*(std::uint32_t index, pa_context_success_cb_t answered, void* self)>
         send;
-    std::function<void(std::uint32_t index)> note;
+    std::function<void(Device& copy)> note;
   };
 
   // All with the loop's lock.
