@@ -4,6 +4,7 @@
 #include <pulse/introspect.h>
 #include <pulse/operation.h>
 
+#include <QMetaObject>
 #include <memory>
 #include <mutex>
 #include <tuple>
@@ -53,9 +54,9 @@ PulseServer::Answer answerFor(int error) {
 
 }  // namespace
 
-PulseServer::PulseServer(Callbacks callbacks, std::chrono::milliseconds longestWait)
-    : callbacks_(std::move(callbacks)),
-      longestWait_(longestWait),
+PulseServer::PulseServer(std::chrono::milliseconds longestWait)
+    : longestWait_(longestWait),
+      watch_([this] { connect(); }),
       connection_(loop_, {.ready = [this](pa_context& context) { mirror_.follow(context); },
                           .lost = [this](int error) { lost(error); }}),
       mirror_({.complete = [this] { copyComplete(); },
@@ -63,7 +64,9 @@ PulseServer::PulseServer(Callbacks callbacks, std::chrono::milliseconds longestW
                    [this] {
                      connection_.drop();
                      lost(PA_ERR_TIMEOUT);
-                   }}) {}
+                   }}) {
+  connect();
+}
 
 void PulseServer::connect() {
   const std::lock_guard lock(loop_);
@@ -140,7 +143,7 @@ PulseServer::Answer PulseServer::request(DeviceKind kind, platform::AudioObjectI
 
 void PulseServer::begin() {
   if (connection_.state() != PulseConnection::State::Down) return;
-  callbacks_.attempting();
+  watch_.attempting();
   connection_.begin();
 }
 
@@ -204,7 +207,7 @@ void PulseServer::signOfLife(pa_context* /*context*/, const pa_server_info* info
 void PulseServer::copyComplete() {
   silent_ = false;
   answersAgain();
-  callbacks_.up();
+  noteMissing(false);
   loop_.wakeWaiter();
 }
 
@@ -219,8 +222,17 @@ void PulseServer::lost(int error) {
     const std::string text = hadOne ? "the sound server is gone: " : "no sound server to talk to: ";
     report(Trouble::NoServer, text + pa_strerror(error));
   }
-  callbacks_.down();
+  noteMissing(true);
   loop_.wakeWaiter();
+}
+
+void PulseServer::noteMissing(bool isMissing) {
+  const auto note = [this, isMissing] {
+    isMissing ? watch_.start() : watch_.stop();
+    const bool wasMissing = std::exchange(isMissing_, isMissing);
+    if (wasMissing != isMissing && missingChanged_) missingChanged_();
+  };
+  QMetaObject::invokeMethod(&watch_, note, Qt::QueuedConnection);
 }
 
 void PulseServer::fellSilent() {

@@ -8,6 +8,7 @@
 
 #include "desktop/linux/audio/PulseConnection.h"
 #include "desktop/linux/audio/PulseMirror.h"
+#include "desktop/linux/audio/SocketWatch.h"
 #include "platform/coreaudio/AudioObject.h"
 
 namespace linux_desktop {
@@ -16,24 +17,21 @@ namespace linux_desktop {
 ///
 /// A server that once let a deadline pass counts as silent: until it answers again, or libpulse
 /// gives the open question up after 30 seconds, nothing waits for it. Each kind of trouble is
-/// reported once, until it is over.
+/// reported once, until it is over. A server that went away is connected to again when its socket
+/// appears, or by the next call.
 ///
-/// Main thread only. A call never waits beyond the deadline that it is given.
+/// Main thread only, on which a QCoreApplication is needed for the watch on the socket. A call
+/// never waits beyond the deadline that it is given.
 class PulseServer {
  public:
   using Deadline = PulseLoop::Deadline;
   enum class Answer { Done, NotRunning, NoSuchDevice, Refused };
 
-  struct Callbacks {
-    std::function<void()> attempting;  // in the calling thread, before each attempt to connect
-    std::function<void()> up;          // on the loop's thread, as is the next; must not call back
-    std::function<void()> down;
-  };
-
   /// The longest that an operation of the program waits.
   static constexpr std::chrono::milliseconds kLongestWait{500};
 
-  PulseServer(Callbacks callbacks, std::chrono::milliseconds longestWait);
+  /// Starts to connect and returns at once.
+  explicit PulseServer(std::chrono::milliseconds longestWait);
   ~PulseServer() { loop_.stop(); }
   PulseServer(const PulseServer&) = delete;
   PulseServer& operator=(const PulseServer&) = delete;
@@ -43,8 +41,11 @@ class PulseServer {
     return std::chrono::steady_clock::now() + longestWait_;
   }
 
-  /// Starts to connect, if not connected, and returns at once.
-  void connect();
+  /// Whether no server answered when it was last tried, or the one that did has gone. False as long
+  /// as that is not known.
+  [[nodiscard]] bool isMissing() const { return isMissing_; }
+  /// Called from the event loop when that has changed. Empty: nobody is told.
+  void setMissingChanged(std::function<void()> changed) { missingChanged_ = std::move(changed); }
 
   /// Whether there is a copy to read; where there is none, connects and waits for it.
   [[nodiscard]] bool reachable(Deadline deadline);
@@ -80,6 +81,9 @@ class PulseServer {
     std::function<void(Device& copy)> note;
   };
 
+  /// Starts to connect, if not connected, and returns at once.
+  void connect();
+
   // All with the loop's lock.
   void begin();
   bool awaitCopy(Deadline deadline);
@@ -92,14 +96,17 @@ class PulseServer {
   static void signOfLife(pa_context* context, const pa_server_info* info, void* self);
   void copyComplete();
   void lost(int error);
+  void noteMissing(bool isMissing);
 
   void fellSilent();
   void answersAgain();
   void report(Trouble trouble, const std::string& text);
 
-  Callbacks callbacks_;
   std::chrono::milliseconds longestWait_;
-  PulseLoop loop_;
+  bool isMissing_ = false;
+  std::function<void()> missingChanged_;
+  SocketWatch watch_;
+  PulseLoop loop_;  // after the watch, to which its thread posts
   PulseConnection connection_;
   PulseMirror mirror_;
   SignOfLife signOfLife_ = SignOfLife::NotAsked;
