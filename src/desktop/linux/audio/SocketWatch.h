@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include <QFileSystemWatcher>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -11,6 +10,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+
+#include "desktop/linux/files/FileWatch.h"
 
 namespace linux_desktop {
 
@@ -41,10 +42,9 @@ class SocketWatch : public QObject {
   [[nodiscard]] std::optional<Identity> present() const;
   void look();
 
-  std::function<void()> appeared_;
-  QString directory_;  // empty: nothing to watch
+  QString socket_;  // empty: nothing to watch
   std::optional<Identity> tried_;
-  std::unique_ptr<QFileSystemWatcher> watcher_;
+  std::unique_ptr<FileWatch> watch_;
   QTimer settle_;
 };
 
