@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/linux/bus/XfconfChannel.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
 
-BusDoNotDisturb::BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon)
-    : bus_(std::move(bus)), patience_(daemon.patience) {
+BusDoNotDisturb::BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon,
+                                 BusSwitch way)
+    : bus_(std::move(bus)), way_(std::move(way)), patience_(daemon.patience) {
   hanging_.setSingleShot(true);
   hanging_.setInterval(kBusPatience);
   hanging_.callOnTimeout(this, [name = daemon.name] {
@@ -19,6 +21,9 @@ BusDoNotDisturb::BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonId
               "%s does not answer; Do Not Disturb will be what was asked for last when it does",
               qPrintable(name));
   });
+  if (way_.signal.isEmpty()) return;
+  bus_.connect(way_.question.service(), way_.question.path(), way_.question.interface(),
+               way_.signal, way_.signalBegins, {}, this, SLOT(told(QDBusMessage)));
 }
 
 void BusDoNotDisturb::settle() {
@@ -28,12 +33,12 @@ void BusDoNotDisturb::settle() {
 void BusDoNotDisturb::readFirst() {
   const int left = std::max(1, static_cast<int>(patience_.remainingTime()));
   firstRead_ = ask(
-      bus_, stateQuestion(), this,
+      bus_, way_.question, this,
       [this](const QDBusMessage& answer) { ranOut(answer) ? read() : takeAnswer(answer); }, left);
 }
 
 void BusDoNotDisturb::read() {
-  ask(bus_, stateQuestion(), this, [this](const QDBusMessage& answer) { takeAnswer(answer); });
+  ask(bus_, way_.question, this, [this](const QDBusMessage& answer) { takeAnswer(answer); });
 }
 
 void BusDoNotDisturb::takeAnswer(const QDBusMessage& answer) {
@@ -41,6 +46,15 @@ void BusDoNotDisturb::takeAnswer(const QDBusMessage& answer) {
   if (on) return heard(*on);
   qCWarning(lcNotifications, "Do Not Disturb cannot be read: %s",
             qPrintable(answer.errorMessage()));
+}
+
+std::optional<bool> BusDoNotDisturb::stateIn(const QDBusMessage& answer) const {
+  return isError(answer) ? std::nullopt : way_.stateOf(answer.arguments().value(0));
+}
+
+bool BusDoNotDisturb::set(bool on) {
+  write(way_.change(on), on);
+  return true;
 }
 
 void BusDoNotDisturb::write(const QDBusMessage& change, bool on,
@@ -63,184 +77,117 @@ void BusDoNotDisturb::heard(bool on) {
   if (unansweredWrites_ == 0) state_ = on;
 }
 
-namespace {
-
-const QString kXfceProperty = QStringLiteral("/do-not-disturb");
-
-}  // namespace
-
-XfceDoNotDisturb::XfceDoNotDisturb(QDBusConnection connection,
-                                   const NotificationDaemonIdentity& daemon)
-    : BusDoNotDisturb(std::move(connection), daemon) {
-  channel_.setChanged([this](const XfconfChannel::Change& change) {
-    if (change.property == kXfceProperty) heard(change.value && change.value->toBool());
-  });
-  readFirst();
-}
-
-QDBusMessage XfceDoNotDisturb::stateQuestion() const {
-  return channel_.question(kXfceProperty);
-}
-
-std::optional<bool> XfceDoNotDisturb::stateIn(const QDBusMessage& answer) const {
-  const auto properties = XfconfChannel::propertiesIn(answer);
-  return properties ? std::optional(properties->value(kXfceProperty).toBool()) : std::nullopt;
-}
-
-bool XfceDoNotDisturb::set(bool on) {
-  write(channel_.order({kXfceProperty, on}), on);
-  return true;
-}
-
-namespace {
-
-const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
-const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
-
-// From 1.12 on, dunst's `paused` stands for the levels 100 and 0, so that setting it serves every
-// version.
-constexpr StateProperties kDunst{"org.dunstproject.cmd0", "pauseLevel", "paused"};
-constexpr StateProperties kInhibitions{"org.freedesktop.Notifications", "Inhibited"};
-
-const QString kDesktopEntry = QStringLiteral("org.calmdeck.Calmdeck");
-const QString kReason = QStringLiteral("Presentation mode");
-
-}  // namespace
-
-PropertyDoNotDisturb::PropertyDoNotDisturb(QDBusConnection connection,
-                                           const NotificationDaemonIdentity& daemon,
-                                           const StateProperties& properties)
-    : BusDoNotDisturb(std::move(connection), daemon),
-      owner_(daemon.owner),
-      properties_(properties) {
-  QDBusConnection signals_ = bus();
-  signals_.connect(owner_, kPath, kProperties, "PropertiesChanged", this,
-                   SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
-}
-
-QDBusMessage PropertyDoNotDisturb::toDaemon(const QString& interface, const QString& method,
-                                            const QVariantList& arguments) const {
-  return busCall(owner_, kPath, interface, method, arguments);
-}
-
-QDBusMessage PropertyDoNotDisturb::stateQuestion() const {
-  return toDaemon(kProperties, "GetAll", {properties_.interface});
-}
-
-std::optional<bool> PropertyDoNotDisturb::stateIn(const QDBusMessage& answer) const {
-  if (isError(answer)) return std::nullopt;
-  return stateOf(qdbus_cast<QVariantMap>(answer.arguments().value(0)));
-}
-
-std::optional<bool> PropertyDoNotDisturb::stateOf(const QVariantMap& properties) const {
-  for (const char* name : {properties_.read, properties_.otherwise}) {
-    if (name != nullptr && properties.contains(name)) return properties.value(name).toUInt() > 0;
-  }
-  return std::nullopt;
-}
-
-void PropertyDoNotDisturb::propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                             const QStringList& invalidated) {
-  if (interface != properties_.interface) return;
-  if (const std::optional<bool> on = stateOf(changed)) {
+void BusDoNotDisturb::told(const QDBusMessage& signal) {
+  const QVariantList values = signal.arguments();
+  if (const auto on = way_.stateOf(values.value(way_.placeInSignal))) {
     heard(*on);
-  } else if (!invalidated.isEmpty()) {
+  } else if (const auto unsaid = values.value(2).toStringList(); !unsaid.isEmpty()) {
+    // Properties of which only the names are told.
     read();
   }
 }
 
-DunstDoNotDisturb::DunstDoNotDisturb(QDBusConnection connection,
-                                     const NotificationDaemonIdentity& daemon)
-    : PropertyDoNotDisturb(std::move(connection), daemon, kDunst) {
-  readFirst();
-}
-
-bool DunstDoNotDisturb::set(bool on) {
-  write(toDaemon(kProperties, "Set",
-                 {kDunst.interface, kDunst.otherwise, QVariant::fromValue(QDBusVariant(on))}),
-        on);
-  return true;
-}
-
 namespace {
 
-const QString kSwayncPath = QStringLiteral("/org/erikreider/swaync/cc");
-const QString kSwaync = QStringLiteral("org.erikreider.swaync.cc");
+using DaemonPtr = std::unique_ptr<DoNotDisturbAdapter>;
 
-}  // namespace
-
-SwayncDoNotDisturb::SwayncDoNotDisturb(QDBusConnection connection,
-                                       const NotificationDaemonIdentity& daemon)
-    : BusDoNotDisturb(std::move(connection), daemon), owner_(daemon.owner) {
-  QDBusConnection signals_ = bus();
-  signals_.connect(owner_, kSwayncPath, kSwaync, "Subscribe", this, SLOT(told(uint, bool, bool)));
-  readFirst();
+std::optional<bool> flagIn(const QVariant& told) {
+  return told.toBool();
 }
 
-QDBusMessage SwayncDoNotDisturb::stateQuestion() const {
-  return busCall(owner_, kSwayncPath, kSwaync, "GetDnd");
-}
+const QString kXfceChannel = QStringLiteral("xfce4-notifyd");
+const QString kXfceProperty = QStringLiteral("/do-not-disturb");
 
-std::optional<bool> SwayncDoNotDisturb::stateIn(const QDBusMessage& answer) const {
-  return isError(answer) ? std::nullopt : std::optional(answer.arguments().value(0).toBool());
-}
-
-bool SwayncDoNotDisturb::set(bool on) {
-  write(busCall(owner_, kSwayncPath, kSwaync, "SetDnd", {on}), on);
-  return true;
-}
-
-void SwayncDoNotDisturb::told(uint /*notifications*/, bool on, bool /*isOpen*/) {
-  heard(on);
-}
-
-namespace {
-
-const QString kBudgiePath = QStringLiteral("/org/budgie_desktop/Notifications");
-const QString kBudgie = QStringLiteral("org.buddiesofbudgie.budgie.Dispatcher");
-
-}  // namespace
-
-BudgieDoNotDisturb::BudgieDoNotDisturb(QDBusConnection connection,
-                                       const NotificationDaemonIdentity& daemon)
-    : BusDoNotDisturb(std::move(connection), daemon), owner_(daemon.owner) {
-  QDBusConnection signals_ = bus();
-  signals_.connect(owner_, kBudgiePath, kBudgie, "DoNotDisturbChanged", this, SLOT(told(bool)));
-  readFirst();
-}
-
-QDBusMessage BudgieDoNotDisturb::stateQuestion() const {
-  return busCall(owner_, kBudgiePath, kBudgie, "GetDoNotDisturb");
-}
-
-std::optional<bool> BudgieDoNotDisturb::stateIn(const QDBusMessage& answer) const {
-  return isError(answer) ? std::nullopt : std::optional(answer.arguments().value(0).toBool());
-}
-
-bool BudgieDoNotDisturb::set(bool on) {
-  settle();
-  const std::optional<bool> now = isOn();
-  if (now && *now != on) {
-    write(busCall(owner_, kBudgiePath, kBudgie, "ToggleDoNotDisturb"), on);
-  } else if (!now) {
-    qCWarning(lcNotifications,
-              "Do Not Disturb could not be switched: it does not say whether it "
-              "is on, and can only be turned round");
+class XfceDoNotDisturb final : public BusDoNotDisturb {
+ public:
+  XfceDoNotDisturb(const QDBusConnection& bus, const NotificationDaemonIdentity& daemon)
+      : BusDoNotDisturb(bus, daemon,
+                        {.question = XfconfChannel(kXfceChannel).question(kXfceProperty),
+                         .stateOf = {},
+                         .change = [this](bool on) {
+                           return channel_.order({kXfceProperty, on});
+                         }}) {
+    channel_.setChanged([this](const XfconfChannel::Change& change) {
+      if (change.property == kXfceProperty) heard(change.value && change.value->toBool());
+    });
   }
-  return now.has_value();
+  [[nodiscard]] bool outlivesDaemon() const override { return true; }
+
+ protected:
+  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override {
+    const auto properties = XfconfChannel::propertiesIn(answer);
+    return properties ? std::optional(properties->value(kXfceProperty).toBool()) : std::nullopt;
+  }
+
+ private:
+  XfconfChannel channel_{kXfceChannel};
+};
+
+const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString kDunst = QStringLiteral("org.dunstproject.cmd0");
+const QString kInhibitions = QStringLiteral("org.freedesktop.Notifications");
+
+/// A daemon that has its state in properties of that interface: a flag, or a level of which any but
+/// 0 is on. Where it has several of `names`, the first counts.
+BusSwitch propertySwitch(const QString& owner, const QString& interface, const QStringList& names,
+                         std::function<QDBusMessage(bool)> change) {
+  const auto stateOf = [names](const QVariant& told) -> std::optional<bool> {
+    const auto properties = qdbus_cast<QVariantMap>(told);
+    for (const QString& name : names) {
+      if (properties.contains(name)) return properties.value(name).toUInt() > 0;
+    }
+    return std::nullopt;
+  };
+  return {.question = busCall(owner, kPath, kProperties, "GetAll", {interface}),
+          .stateOf = stateOf,
+          .change = std::move(change),
+          .signal = "PropertiesChanged",
+          .placeInSignal = 1,
+          .signalBegins = {interface}};
 }
 
-InhibitionDoNotDisturb::InhibitionDoNotDisturb(QDBusConnection connection,
-                                               const NotificationDaemonIdentity& daemon)
-    : PropertyDoNotDisturb(std::move(connection), daemon, kInhibitions) {}
+class BudgieDoNotDisturb final : public BusDoNotDisturb {
+ public:
+  using BusDoNotDisturb::BusDoNotDisturb;
 
-std::optional<bool> InhibitionDoNotDisturb::isOn() {
-  return wanted_ && PropertyDoNotDisturb::isOn().value_or(true);
-}
+  [[nodiscard]] bool set(bool on) override {
+    settle();
+    const std::optional<bool> now = isOn();
+    if (now && *now != on) return BusDoNotDisturb::set(on);
+    if (!now) {
+      qCWarning(lcNotifications,
+                "Do Not Disturb could not be switched: it does not say whether it "
+                "is on, and can only be turned round");
+    }
+    return now.has_value();
+  }
+};
+
+class InhibitionDoNotDisturb final : public BusDoNotDisturb {
+ public:
+  InhibitionDoNotDisturb(const QDBusConnection& bus, const NotificationDaemonIdentity& daemon)
+      : BusDoNotDisturb(bus, daemon, propertySwitch(daemon.owner, kInhibitions, {"Inhibited"}, {})),
+        owner_(daemon.owner) {}
+
+  [[nodiscard]] std::optional<bool> isOn() override {
+    return wanted_ && BusDoNotDisturb::isOn().value_or(true);
+  }
+  [[nodiscard]] bool set(bool on) override;
+
+ private:
+  void inhibit();
+  void release();
+
+  QString owner_;
+  bool wanted_ = false;
+  bool inhibiting_ = false;  // asked for, the ticket is not here yet
+  std::optional<uint> ticket_;
+};
 
 bool InhibitionDoNotDisturb::set(bool on) {
   // It is not quiet: whoever ended that has ended ours, too.
-  if (!inhibiting_ && !PropertyDoNotDisturb::isOn().value_or(true)) ticket_.reset();
+  if (!inhibiting_ && !BusDoNotDisturb::isOn().value_or(true)) ticket_.reset();
   wanted_ = on;
   assume(on);
   if (!inhibiting_ && on != ticket_.has_value()) on ? inhibit() : release();
@@ -249,8 +196,9 @@ bool InhibitionDoNotDisturb::set(bool on) {
 
 void InhibitionDoNotDisturb::inhibit() {
   inhibiting_ = true;
-  write(toDaemon(kInhibitions.interface, "Inhibit", {kDesktopEntry, kReason, QVariantMap()}), true,
-        [this](const QDBusMessage& answer) {
+  write(busCall(owner_, kPath, kInhibitions, "Inhibit",
+                {"org.calmdeck.Calmdeck", "Presentation mode", QVariantMap()}),
+        true, [this](const QDBusMessage& answer) {
           inhibiting_ = false;
           if (isError(answer)) {
             wanted_ = false;
@@ -262,7 +210,61 @@ void InhibitionDoNotDisturb::inhibit() {
 }
 
 void InhibitionDoNotDisturb::release() {
-  write(toDaemon(kInhibitions.interface, "UnInhibit", {*std::exchange(ticket_, {})}), false);
+  write(busCall(owner_, kPath, kInhibitions, "UnInhibit", {*std::exchange(ticket_, {})}), false);
+}
+
+template <class Adapter = BusDoNotDisturb, class... Way>
+DaemonPtr asked(const QDBusConnection& bus, const NotificationDaemonIdentity& daemon, Way... way) {
+  auto adapter = std::make_unique<Adapter>(bus, daemon, std::move(way)...);
+  adapter->readFirst();
+  return adapter;
+}
+
+}  // namespace
+
+DaemonPtr xfceDoNotDisturb(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus) {
+  return asked<XfceDoNotDisturb>(bus, daemon);
+}
+
+DaemonPtr dunstDoNotDisturb(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus) {
+  // From 1.12 on, `paused` stands for the levels 100 and 0, so that setting it serves every
+  // version.
+  const auto pause = [owner = daemon.owner](bool on) {
+    return busCall(owner, kPath, kProperties, "Set",
+                   {kDunst, "paused", QVariant::fromValue(QDBusVariant(on))});
+  };
+  return asked(bus, daemon, propertySwitch(daemon.owner, kDunst, {"pauseLevel", "paused"}, pause));
+}
+
+DaemonPtr swayncDoNotDisturb(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus) {
+  const auto call = [owner = daemon.owner](const QString& method, const QVariantList& arguments) {
+    return busCall(owner, "/org/erikreider/swaync/cc", "org.erikreider.swaync.cc", method,
+                   arguments);
+  };
+  return asked(bus, daemon,
+               BusSwitch{.question = call("GetDnd", {}),
+                         .stateOf = &flagIn,
+                         .change = [call](bool on) { return call("SetDnd", {on}); },
+                         .signal = "Subscribe",
+                         .placeInSignal = 1});
+}
+
+DaemonPtr budgieDoNotDisturb(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus) {
+  const auto call = [owner = daemon.owner](const QString& method) {
+    return busCall(owner, "/org/budgie_desktop/Notifications",
+                   "org.buddiesofbudgie.budgie.Dispatcher", method);
+  };
+  return asked<BudgieDoNotDisturb>(
+      bus, daemon,
+      BusSwitch{.question = call("GetDoNotDisturb"),
+                .stateOf = &flagIn,
+                .change = [call](bool) { return call("ToggleDoNotDisturb"); },
+                .signal = "DoNotDisturbChanged"});
+}
+
+DaemonPtr inhibitionDoNotDisturb(const NotificationDaemonIdentity& daemon,
+                                 const QDBusConnection& bus) {
+  return std::make_unique<InhibitionDoNotDisturb>(bus, daemon);
 }
 
 }  // namespace linux_desktop

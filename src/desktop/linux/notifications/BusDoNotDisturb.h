@@ -7,39 +7,51 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
-#include <QVariantMap>
+#include <QVariant>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "desktop/linux/bus/BusCall.h"
-#include "desktop/linux/bus/XfconfChannel.h"
 #include "desktop/linux/notifications/DoNotDisturbAdapter.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
 
 namespace linux_desktop {
 
-/// What the adapters that speak over the bus have in common: which word on the state counts.
-/// Nothing waits but settle(). A write that a hanging daemon does not answer stays in its queue and
-/// comes into force when it goes on, in order with those after it, so that the last one holds.
+/// How a daemon tells of its state on the bus, and takes another.
+struct BusSwitch {
+  /// Asks for the state.
+  QDBusMessage question;
+  /// The state as an answer or a signal has it; none where it does not say.
+  std::function<std::optional<bool>(const QVariant& told)> stateOf;
+  /// What leads to a state.
+  std::function<QDBusMessage(bool on)> change;
+  /// The signal of the same object and interface that tells of changes, and the place of the state
+  /// among its values; only with these texts at the beginning of those.
+  QString signal = {};
+  qsizetype placeInSignal = 0;
+  QStringList signalBegins = {};
+};
+
+/// A daemon that speaks over the bus. Nothing waits but settle(). A write that a hanging daemon
+/// does not answer stays in its queue and comes into force when it goes on, in order with those
+/// after it, so that the last one holds.
 class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
   Q_OBJECT
 
  public:
+  BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon, BusSwitch way);
+
   [[nodiscard]] std::optional<bool> isOn() override { return state_; }
+  [[nodiscard]] bool set(bool on) override;
   void settle() override;
 
- protected:
-  BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
-
-  [[nodiscard]] const QDBusConnection& bus() const { return bus_; }
-
-  /// The question for the state, and the state that an answer or an error to it means.
-  [[nodiscard]] virtual QDBusMessage stateQuestion() const = 0;
-  [[nodiscard]] virtual std::optional<bool> stateIn(const QDBusMessage& answer) const = 0;
-
-  /// Asks for the state in a constructor; waited for by settle().
+  /// Asks for the state at the start; waited for by settle().
   void readFirst();
-  void read();
+
+ protected:
+  /// The state that an answer or an error to the question means.
+  [[nodiscard]] virtual std::optional<bool> stateIn(const QDBusMessage& answer) const;
   /// Sends a change that leads to `on`. `done` gets the answer, be it an error.
   void write(const QDBusMessage& change, bool on,
              std::function<void(const QDBusMessage&)> done = {});
@@ -49,9 +61,12 @@ class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
   void heard(bool on);
 
  private:
+  Q_SLOT void told(const QDBusMessage& signal);
+  void read();
   void takeAnswer(const QDBusMessage& answer);
 
   QDBusConnection bus_;
+  BusSwitch way_;
   QDeadlineTimer patience_;
   std::optional<bool> state_;
   int unansweredWrites_ = 0;
@@ -59,122 +74,28 @@ class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
   QTimer hanging_;
 };
 
+// The daemons, each as DaemonDoNotDisturb's table has it made.
+
 /// xfce4-notifyd: a property of the Xfce settings, which the daemon follows at once and which
 /// outlasts both it and us.
-class XfceDoNotDisturb final : public BusDoNotDisturb {
-  Q_OBJECT
-
- public:
-  XfceDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
-  [[nodiscard]] bool set(bool on) override;
-  [[nodiscard]] bool outlivesDaemon() const override { return true; }
-
- protected:
-  [[nodiscard]] QDBusMessage stateQuestion() const override;
-  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
-
- private:
-  XfconfChannel channel_{QStringLiteral("xfce4-notifyd")};
-};
-
-/// Where a daemon has its state, as D-Bus properties.
-struct StateProperties {
-  const char* interface;
-  /// A flag, or a level of which any but 0 is on; where a daemon has both, the first counts.
-  const char* read;
-  const char* otherwise = nullptr;
-};
-
-/// A daemon whose state is in properties that it says the changes of.
-class PropertyDoNotDisturb : public BusDoNotDisturb {
-  Q_OBJECT
-
- protected:
-  PropertyDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon,
-                       const StateProperties& properties);
-
-  [[nodiscard]] QDBusMessage toDaemon(const QString& interface, const QString& method,
-                                      const QVariantList& arguments) const;
-
-  [[nodiscard]] QDBusMessage stateQuestion() const override;
-  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
-
- private:
-  Q_SLOT void propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                const QStringList& invalidated);
-  /// None when the properties, which may be some of all, do not tell.
-  [[nodiscard]] std::optional<bool> stateOf(const QVariantMap& properties) const;
-
-  QString owner_;
-  StateProperties properties_;
-};
-
+[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> xfceDoNotDisturb(
+    const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
 /// dunst, which forgets its state when it ends.
-class DunstDoNotDisturb final : public PropertyDoNotDisturb {
-  Q_OBJECT
-
- public:
-  DunstDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
-  [[nodiscard]] bool set(bool on) override;
-};
-
+[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> dunstDoNotDisturb(
+    const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
 /// swaync, which keeps its state across restarts. Its inhibitors are not used: older versions have
 /// none, and one would outlast us where nothing shows it.
-class SwayncDoNotDisturb final : public BusDoNotDisturb {
-  Q_OBJECT
-
- public:
-  SwayncDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
-  [[nodiscard]] bool set(bool on) override;
-
- protected:
-  [[nodiscard]] QDBusMessage stateQuestion() const override;
-  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
-
- private:
-  Q_SLOT void told(uint notifications, bool on, bool isOpen);
-
-  QString owner_;
-};
-
+[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> swayncDoNotDisturb(
+    const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
 /// Budgie's, which only takes to be turned round; so it is asked for its state before the first
 /// time, and known by its own word after that.
-class BudgieDoNotDisturb final : public BusDoNotDisturb {
-  Q_OBJECT
-
- public:
-  BudgieDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
-  [[nodiscard]] bool set(bool on) override;
-
- protected:
-  [[nodiscard]] QDBusMessage stateQuestion() const override;
-  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override;
-
- private:
-  Q_SLOT void told(bool on) { heard(on); }
-
-  QString owner_;
-};
-
+[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> budgieDoNotDisturb(
+    const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
 /// Plasma, and whatever else offers inhibitions: each program that wants quiet holds one of its
 /// own, and it is quiet while there is any. On is whether we hold ours, so that it stays quiet when
 /// the others' end; nobody else's can be ended. Ours ends with our connection to the bus, and when
 /// the user ends all.
-class InhibitionDoNotDisturb final : public PropertyDoNotDisturb {
-  Q_OBJECT
-
- public:
-  InhibitionDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon);
-  [[nodiscard]] std::optional<bool> isOn() override;
-  [[nodiscard]] bool set(bool on) override;
-
- private:
-  void inhibit();
-  void release();
-
-  bool wanted_ = false;
-  bool inhibiting_ = false;  // asked for, the ticket is not here yet
-  std::optional<uint> ticket_;
-};
+[[nodiscard]] std::unique_ptr<DoNotDisturbAdapter> inhibitionDoNotDisturb(
+    const NotificationDaemonIdentity& daemon, const QDBusConnection& bus);
 
 }  // namespace linux_desktop

@@ -8,9 +8,8 @@
 
 #include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/notifications/AskedDoNotDisturb.h"
 #include "desktop/linux/notifications/BusDoNotDisturb.h"
-#include "desktop/linux/notifications/MakoDoNotDisturb.h"
-#include "desktop/linux/notifications/NaughtyDoNotDisturb.h"
 #include "desktop/linux/notifications/StoredDoNotDisturb.h"
 
 namespace linux_desktop {
@@ -49,11 +48,6 @@ constexpr Obstacle kNoSwitch{
     "%1 shows notifications and has no Do Not Disturb that can be switched",
     localizedLater("“%1” has no Do Not Disturb")};
 
-template <typename Adapter>
-AdapterPtr onBus(const NotificationDaemonIdentity& daemon, const QDBusConnection& bus) {
-  return std::make_unique<Adapter>(bus, daemon);
-}
-
 template <auto open>
 AdapterPtr stored(const NotificationDaemonIdentity& /*daemon*/, const QDBusConnection& /*bus*/) {
   return open();
@@ -61,19 +55,19 @@ AdapterPtr stored(const NotificationDaemonIdentity& /*daemon*/, const QDBusConne
 
 // In order of preference.
 constexpr Kind kKinds[] = {
-    {"Xfce Notify Daemon", "Xfce", nullptr, "XFCE", &onBus<XfceDoNotDisturb>},
-    {"dunst", "knopwob", nullptr, nullptr, &onBus<DunstDoNotDisturb>},
+    {"Xfce Notify Daemon", "Xfce", nullptr, "XFCE", &xfceDoNotDisturb},
+    {"dunst", "knopwob", nullptr, nullptr, &dunstDoNotDisturb},
     {"Notification Daemon", "MATE", nullptr, "MATE", &stored<&settingsDoNotDisturb<kMateSwitch>>},
     {"lxqt-notificationd", "lxqt.org", nullptr, "LXQt", &stored<&lxqtDoNotDisturb>},
-    {"mako", "emersion", nullptr, nullptr, &onBus<MakoDoNotDisturb>},
-    {"SwayNotificationCenter", "ErikReider", nullptr, nullptr, &onBus<SwayncDoNotDisturb>},
+    {"mako", "emersion", nullptr, nullptr, &makoDoNotDisturb},
+    {"SwayNotificationCenter", "ErikReider", nullptr, nullptr, &swayncDoNotDisturb},
     {"cinnamon", "GNOME", nullptr, nullptr, &stored<&settingsDoNotDisturb<kCinnamonSwitch>>},
     {"gnome-shell", "GNOME", nullptr, nullptr, &stored<&settingsDoNotDisturb<kGnomeSwitch>>},
     {"Budgie Notification Server", "Budgie Desktop Developers", nullptr, nullptr,
-     &onBus<BudgieDoNotDisturb>},
-    {"naughty", "awesome", nullptr, nullptr, &onBus<NaughtyDoNotDisturb>},
-    {"Plasma", "KDE", nullptr, nullptr, &onBus<InhibitionDoNotDisturb>},
-    {nullptr, nullptr, "inhibitions", nullptr, &onBus<InhibitionDoNotDisturb>},
+     &budgieDoNotDisturb},
+    {"naughty", "awesome", nullptr, nullptr, &naughtyDoNotDisturb},
+    {"Plasma", "KDE", nullptr, nullptr, &inhibitionDoNotDisturb},
+    {nullptr, nullptr, "inhibitions", nullptr, &inhibitionDoNotDisturb},
 };
 
 bool describes(const Kind& kind, const NotificationDaemonIdentity& daemon) {

@@ -1,4 +1,4 @@
-#include "desktop/linux/notifications/MakoDoNotDisturb.h"
+#include "desktop/linux/notifications/AskedDoNotDisturb.h"
 
 #include <QDBusPendingReply>
 #include <QDir>
@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/files/Processes.h"
 #include "desktop/linux/log/Log.h"
@@ -66,31 +67,33 @@ bool silences(const QString& file, int depth = 4) {
   return false;
 }
 
-QDBusMessage toMako(const BusPeer& mako, const char* method, const QVariantList& arguments = {}) {
-  return mako.method(QStringLiteral("/fr/emersion/Mako"), QStringLiteral("fr.emersion.Mako"),
-                     QLatin1String(method), arguments);
-}
-
+/// Says why; false.
 bool refused(const QString& why) {
   qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s", qPrintable(why));
   return false;
 }
 
-}  // namespace
+class MakoDoNotDisturb final : public DoNotDisturbAdapter {
+ public:
+  explicit MakoDoNotDisturb(const QString& owner) : mako_(owner) {}
 
-MakoDoNotDisturb::MakoDoNotDisturb(const QDBusConnection& /*bus*/,
-                                   const NotificationDaemonIdentity& daemon)
-    : mako_(daemon.owner) {}
+  [[nodiscard]] std::optional<bool> isOn() override {
+    const auto present = modes(BusPeer::deadline());
+    return present ? std::optional(present->contains(kMode)) : std::nullopt;
+  }
+  [[nodiscard]] bool set(bool on) override;
 
-std::optional<QStringList> MakoDoNotDisturb::modes(const QDeadlineTimer& deadline) {
-  const QDBusPendingReply<QStringList> modes = mako_.call(toMako(mako_, "ListModes"), deadline);
-  return modes.isError() ? std::nullopt : std::optional(modes.value());
-}
+ private:
+  [[nodiscard]] QDBusMessage method(const QString& name, const QVariantList& arguments = {}) const {
+    return mako_.method("/fr/emersion/Mako", "fr.emersion.Mako", name, arguments);
+  }
+  [[nodiscard]] std::optional<QStringList> modes(const QDeadlineTimer& deadline) {
+    const QDBusPendingReply<QStringList> modes = mako_.call(method("ListModes"), deadline);
+    return modes.isError() ? std::nullopt : std::optional(modes.value());
+  }
 
-std::optional<bool> MakoDoNotDisturb::isOn() {
-  const auto present = modes(BusPeer::deadline());
-  return present ? std::optional(present->contains(kMode)) : std::nullopt;
-}
+  BusPeer mako_;
+};
 
 bool MakoDoNotDisturb::set(bool on) {
   const QDeadlineTimer deadline = BusPeer::deadline();
@@ -103,8 +106,42 @@ bool MakoDoNotDisturb::set(bool on) {
   if (!wanted) return refused(QStringLiteral("mako does not answer"));
   wanted->removeAll(kMode);
   if (on) wanted->push_back(kMode);
-  const QDBusMessage answer = mako_.call(toMako(mako_, "SetModes", {*wanted}), deadline);
+  const QDBusMessage answer = mako_.call(method("SetModes", {*wanted}), deadline);
   return !isError(answer) || refused(QString::fromStdString(reasonOf(answer)));
+}
+
+class NaughtyDoNotDisturb final : public DoNotDisturbAdapter {
+ public:
+  explicit NaughtyDoNotDisturb(const QString& owner) : awesome_(owner) {}
+
+  [[nodiscard]] std::optional<bool> isOn() override {
+    const QVariant answer = run("return require('naughty').is_suspended()").arguments().value(0);
+    return answer.typeId() == QMetaType::Bool ? std::optional(answer.toBool()) : std::nullopt;
+  }
+  [[nodiscard]] bool set(bool on) override {
+    const QDBusMessage answer =
+        run(on ? "require('naughty').suspend()" : "require('naughty').resume()");
+    return !isError(answer) || refused(QString::fromStdString(reasonOf(answer)));
+  }
+
+ private:
+  [[nodiscard]] QDBusMessage run(const char* lua) {
+    return awesome_.call(awesome_.method("/", "org.awesomewm.awful.Remote", "Eval", {lua}));
+  }
+
+  BusPeer awesome_;
+};
+
+}  // namespace
+
+std::unique_ptr<DoNotDisturbAdapter> makoDoNotDisturb(const NotificationDaemonIdentity& daemon,
+                                                      const QDBusConnection& /*bus*/) {
+  return std::make_unique<MakoDoNotDisturb>(daemon.owner);
+}
+
+std::unique_ptr<DoNotDisturbAdapter> naughtyDoNotDisturb(const NotificationDaemonIdentity& daemon,
+                                                         const QDBusConnection& /*bus*/) {
+  return std::make_unique<NaughtyDoNotDisturb>(daemon.owner);
 }
 
 }  // namespace linux_desktop
