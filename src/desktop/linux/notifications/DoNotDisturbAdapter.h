@@ -27,10 +27,7 @@ class DoNotDisturbSwitch {
 /// dropped, unless the adapter's own header says otherwise. Main thread only.
 class DoNotDisturbAdapter {
  public:
-  DoNotDisturbAdapter() = default;
   virtual ~DoNotDisturbAdapter() = default;
-  DoNotDisturbAdapter(const DoNotDisturbAdapter&) = delete;
-  DoNotDisturbAdapter& operator=(const DoNotDisturbAdapter&) = delete;
 
   /// The daemon's state as far as it is known without asking: what was set last until the daemon
   /// has answered to that. None before the first answer. A daemon that does not tell of changes is

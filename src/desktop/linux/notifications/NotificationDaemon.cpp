@@ -55,7 +55,7 @@ void NotificationDaemon::takeOwner(const QString& owner) {
   identity_.owner = owner;
   identity_.patience = QDeadlineTimer(kBusPatience);
   setState(State::Asking);
-  owner.isEmpty() ? askWhatCanBeStarted() : askForInformation();
+  owner.isEmpty() ? askWhatCanBeStarted() : askWhoItIs();
 }
 
 void NotificationDaemon::askWhatCanBeStarted() {
@@ -69,40 +69,29 @@ void NotificationDaemon::startableChanged() {
   if (state_ == State::None) takeOwner({});
 }
 
-void NotificationDaemon::askForInformation() {
-  askDaemon("GetServerInformation", &NotificationDaemon::takeInformation);
-}
-
-void NotificationDaemon::takeInformation(const QDBusMessage& answer) {
-  if (ranOut(answer)) return fallSilent(&NotificationDaemon::askForInformation);
-  identity_.name = textAt(answer, 0);
-  identity_.vendor = textAt(answer, 1);
-  identity_.version = textAt(answer, 2);
-  askForCapabilities();
-}
-
-void NotificationDaemon::askForCapabilities() {
-  askDaemon("GetCapabilities", &NotificationDaemon::takeCapabilities);
-}
-
-void NotificationDaemon::takeCapabilities(const QDBusMessage& answer) {
-  if (ranOut(answer)) return fallSilent(&NotificationDaemon::askForCapabilities);
-  identity_.capabilities = answer.arguments().value(0).toStringList();
-  setState(State::Known);
-}
-
-/// Asks once more, without a limit: the answer of a daemon that hangs tells that it goes on.
-void NotificationDaemon::fallSilent(void (NotificationDaemon::*again)()) {
-  qCWarning(lcNotifications,
-            "what shows notifications does not answer; it will be switched when it does");
-  setState(State::Silent);
-  (this->*again)();
+void NotificationDaemon::askWhoItIs() {
+  askDaemon("GetServerInformation", [this](const QDBusMessage& answer) {
+    identity_.name = textAt(answer, 0);
+    identity_.vendor = textAt(answer, 1);
+    askDaemon("GetCapabilities", [this](const QDBusMessage& can) {
+      identity_.capabilities = can.arguments().value(0).toStringList();
+      setState(State::Known);
+    });
+  });
 }
 
 void NotificationDaemon::askDaemon(const QString& method,
-                                   void (NotificationDaemon::*take)(const QDBusMessage&)) {
+                                   std::function<void(const QDBusMessage&)> take) {
   question(busCall(identity_.owner, kNotificationsPath, kNotifications, method),
-           [this, take](const QDBusMessage& answer) { (this->*take)(answer); });
+           [this, method, take = std::move(take)](const QDBusMessage& answer) {
+             if (!ranOut(answer)) return take(answer);
+             qCWarning(
+                 lcNotifications,
+                 "what shows notifications does not answer; it will be switched when it does");
+             // Without a limit now: the answer of a daemon that hangs tells that it goes on.
+             setState(State::Silent);
+             askDaemon(method, take);
+           });
 }
 
 void NotificationDaemon::question(const QDBusMessage& call,

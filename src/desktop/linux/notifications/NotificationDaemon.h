@@ -19,7 +19,6 @@ struct NotificationDaemonIdentity {
   QString owner;  // its own bus name, another after each restart
   QString name;
   QString vendor;
-  QString version;
   QStringList capabilities;
   QDeadlineTimer patience;  // until when a question that the identity leads to may be waited for
 };
@@ -59,12 +58,9 @@ class NotificationDaemon : public QObject {
   void lookForOwner();
   void takeOwner(const QString& owner);
   void askWhatCanBeStarted();
-  void askForInformation();
-  void takeInformation(const QDBusMessage& answer);
-  void takeCapabilities(const QDBusMessage& answer);
-  void fallSilent(void (NotificationDaemon::*again)());
-  void askForCapabilities();
-  void askDaemon(const QString& method, void (NotificationDaemon::*take)(const QDBusMessage&));
+  void askWhoItIs();
+  /// One that does not answer in time counts as silent, and is asked once more.
+  void askDaemon(const QString& method, std::function<void(const QDBusMessage&)> take);
   /// For as long as the owner stays the same.
   void question(const QDBusMessage& call, std::function<void(const QDBusMessage&)> answered);
   void setState(State state);
