@@ -63,9 +63,8 @@ TEST_F(BackdropRendererTest, UnreadablePictureLeavesTheColours) {
   EXPECT_EQ(image.size(), right_.pixels().size());
   EXPECT_LT(qRed(image.pixel(0, 15)), 6);
   EXPECT_GT(qRed(image.pixel(49, 15)), 249);
-  BackdropLayout whole = layout_;
-  whole.manner.shadesWholeDesktop = true;
-  EXPECT_NEAR(qRed(renderBackdrop(backdrop, right_, whole).pixel(0, 0)), 139, 3);
+  backdrop.spansMonitors = true;
+  EXPECT_NEAR(qRed(renderBackdrop(backdrop, right_, layout_).pixel(0, 0)), 139, 3);
 }
 
 TEST_F(BackdropRendererTest, TilesBeginWhereTheDesktopHasThem) {
@@ -77,7 +76,7 @@ TEST_F(BackdropRendererTest, TilesBeginWhereTheDesktopHasThem) {
   Monitor monitor = right_;
   monitor.points.moveLeft(70);
   EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(0, 20), QColor(Qt::red));
-  layout.tilesFromDesktopOrigin = true;
+  layout.manner.tilesFromDesktopOrigin = true;
   EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(10, 20), QColor(Qt::red));
   layout = layout_;
   layout.manner.centersTiles = true;

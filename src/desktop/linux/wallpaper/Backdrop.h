@@ -66,12 +66,14 @@ struct BackdropManner {
   SizeRounding rounding = SizeRounding::Down;
   /// Turns a photograph upright as its EXIF orientation says.
   bool turnsUpright = false;
-  /// A shading runs over all monitors at once rather than over each.
-  bool shadesWholeDesktop = false;
+  /// Tiles are laid from the corner of the whole desktop rather than from each monitor's own.
+  bool tilesFromDesktopOrigin = false;
   /// One tile stands in the middle of the monitor, rather than in its upper left corner.
   bool centersTiles = false;
   /// A tile that is larger than the last monitor is cut to its size, around the middle.
   bool cutsTilesToLastMonitor = false;
+  /// A spanned picture covers the whole desktop, the rest cut off, rather than fit inside.
+  bool spansByZooming = true;
 
   bool operator==(const BackdropManner&) const = default;
 };

@@ -83,8 +83,8 @@ QBrush colours(const Backdrop& backdrop, const QRect& area) {
 }
 
 BackdropStyle styleOf(const Backdrop& backdrop, const BackdropLayout& layout) {
-  const bool fits =
-      backdrop.spansMonitors && backdrop.style == BackdropStyle::Zoomed && !layout.spansByZooming;
+  const bool fits = backdrop.spansMonitors && backdrop.style == BackdropStyle::Zoomed &&
+                    !layout.manner.spansByZooming;
   return fits ? BackdropStyle::Fitted : backdrop.style;
 }
 
@@ -134,8 +134,8 @@ struct Placing {
 
 Placing placingOf(const Backdrop& backdrop, const Monitor& monitor, const BackdropLayout& layout) {
   const BackdropStyle style = styleOf(backdrop, layout);
-  const bool onDesktop =
-      backdrop.spansMonitors || (style == BackdropStyle::Tiled && layout.tilesFromDesktopOrigin);
+  const bool onDesktop = backdrop.spansMonitors ||
+                         (style == BackdropStyle::Tiled && layout.manner.tilesFromDesktopOrigin);
   return {style, onDesktop ? layout.desktop : monitor.pixels(), layout.manner.rounding};
 }
 
@@ -189,8 +189,8 @@ QImage renderBackdrop(const Backdrop& backdrop, const Monitor& monitor,
   image.fill(Qt::black);
   QPainter painter(&image);
   painter.translate(-monitor.pixels().topLeft());
-  const bool whole = backdrop.spansMonitors || layout.manner.shadesWholeDesktop;
-  painter.fillRect(monitor.pixels(), colours(backdrop, whole ? layout.desktop : monitor.pixels()));
+  const QRect shaded = backdrop.spansMonitors ? layout.desktop : monitor.pixels();
+  painter.fillRect(monitor.pixels(), colours(backdrop, shaded));
   drawPicture(painter, backdrop, monitor, layout);
   return image;
 }

@@ -13,12 +13,10 @@ namespace linux_desktop {
 [[nodiscard]] QRect placedPicture(const QSize& picture, const QRect& area, BackdropStyle style,
                                   SizeRounding rounding);
 
-/// Where a desktop's layout differs from another's.
+/// What a picture is laid out on, and how.
 struct BackdropLayout {
   /// The rectangle around all monitors.
   QRect desktop;
-  bool tilesFromDesktopOrigin = false;
-  bool spansByZooming = true;
   BackdropManner manner = {};
   QSize lastMonitor = {};
 

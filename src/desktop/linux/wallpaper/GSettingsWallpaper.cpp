@@ -88,10 +88,12 @@ GSettingsWallpaper::GSettingsWallpaper(const GSettingsDesktop& desktop,
 }
 
 BackdropManner GSettingsWallpaper::manner() const {
-  if (desktop_.composed) {
-    return {.rounding = SizeRounding::DownInFloat, .turnsUpright = true, .centersTiles = true};
-  }
-  return {.rounding = SizeRounding::Nearest, .turnsUpright = true, .cutsTilesToLastMonitor = true};
+  return {.rounding = desktop_.composed ? SizeRounding::DownInFloat : SizeRounding::Nearest,
+          .turnsUpright = true,
+          .tilesFromDesktopOrigin = true,
+          .centersTiles = desktop_.composed,
+          .cutsTilesToLastMonitor = !desktop_.composed,
+          .spansByZooming = false};
 }
 
 bool GSettingsWallpaper::takesTurns() const {

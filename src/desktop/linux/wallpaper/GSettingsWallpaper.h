@@ -65,8 +65,6 @@ class GSettingsWallpaper final : public WallpaperAdapter {
                                      const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
 
-  [[nodiscard]] bool tilesFromDesktopOrigin() const override { return true; }
-  [[nodiscard]] bool spansByZooming() const override { return false; }
   [[nodiscard]] BackdropManner manner() const override;
 
  private:

@@ -183,7 +183,8 @@ BackdropManner PcManFmQtWallpaper::manner() const {
   const Settings settings = read();
   return {.rounding =
               settings.perMonitor && !hasWindowPerMonitor_ ? SizeRounding::Up : SizeRounding::Down,
-          .turnsUpright = settings.upright};
+          .turnsUpright = settings.upright,
+          .tilesFromDesktopOrigin = !hasWindowPerMonitor_};
 }
 
 std::optional<Backdrop> PcManFmQtWallpaper::backdrop(const Monitor& /*monitor*/) {

@@ -75,7 +75,6 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
   std::optional<std::string> restore(const Monitor& monitor,
                                      const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
-  [[nodiscard]] bool tilesFromDesktopOrigin() const override { return !hasWindowPerMonitor_; }
   [[nodiscard]] BackdropManner manner() const override;
 
  private:

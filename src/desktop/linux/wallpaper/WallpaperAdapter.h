@@ -59,11 +59,6 @@ class WallpaperAdapter {
 
   /// Whether icons may stand on the picture.
   [[nodiscard]] virtual bool mayHaveIcons() const { return true; }
-  /// How this desktop lays its tiles: from the corner of the whole desktop rather than from each
-  /// monitor's own.
-  [[nodiscard]] virtual bool tilesFromDesktopOrigin() const { return false; }
-  /// Whether a spanned picture covers the whole desktop, the rest cut off, rather than fit inside.
-  [[nodiscard]] virtual bool spansByZooming() const { return true; }
   [[nodiscard]] virtual BackdropManner manner() const { return {}; }
 };
 

@@ -189,11 +189,8 @@ BackdropLayout WallpaperPictures::layout() {
     layout.desktop |= each.pixels();
     layout.lastMonitor = each.pixels().size();
   }
-  if (const WallpaperAdapter* adapter = choice_.current().adapter) {
-    layout.tilesFromDesktopOrigin = adapter->tilesFromDesktopOrigin();
-    layout.spansByZooming = adapter->spansByZooming();
+  if (const WallpaperAdapter* adapter = choice_.current().adapter)
     layout.manner = adapter->manner();
-  }
   return layout;
 }
 
