@@ -4,8 +4,11 @@
 #include <QImage>
 #include <QRect>
 #include <QString>
+#include <algorithm>
 #include <functional>
 #include <optional>
+#include <span>
+#include <string_view>
 
 namespace linux_desktop {
 
@@ -38,6 +41,20 @@ enum class BackdropStyle {
   Fitted,     ///< as large as fits, proportions kept; the colours show beside it
   Zoomed,     ///< as small as covers the monitor, proportions kept; the rest is cut off
 };
+
+/// What a desktop calls a style.
+struct BackdropStyleName {
+  std::string_view name;
+  BackdropStyle style = BackdropStyle::None;
+  /// The picture is laid out over all monitors as if they were one.
+  bool spans = false;
+};
+/// The row of that name; none of a picture where there is no such.
+[[nodiscard]] inline BackdropStyleName styleNamed(std::string_view name,
+                                                  std::span<const BackdropStyleName> table) {
+  const auto row = std::ranges::find(table, name, &BackdropStyleName::name);
+  return row == table.end() ? BackdropStyleName() : *row;
+}
 
 enum class BackdropShading { Solid, Horizontal, Vertical };
 

@@ -24,34 +24,16 @@ constexpr const char* kScheme = "color-scheme";
 constexpr const char* kFalse = "false";
 constexpr const char* kZoom = "'zoom'";
 
-struct StyleRow {
-  const char* name;
-  BackdropStyle style;
-  bool spans = false;
-};
-constexpr StyleRow kStyles[] = {
+constexpr BackdropStyleName kStyles[] = {
     {"wallpaper", BackdropStyle::Tiled}, {"centered", BackdropStyle::Centered},
     {"scaled", BackdropStyle::Fitted},   {"stretched", BackdropStyle::Stretched},
     {"zoom", BackdropStyle::Zoomed},     {"spanned", BackdropStyle::Fitted, true},
 };
 
-struct ShadingRow {
-  const char* name;
-  BackdropShading shading;
-};
-constexpr ShadingRow kShadings[] = {
-    {"horizontal", BackdropShading::Horizontal},
-    {"vertical", BackdropShading::Vertical},
-    // MATE's names.
-    {"horizontal-gradient", BackdropShading::Horizontal},
-    {"vertical-gradient", BackdropShading::Vertical},
-};
-
-/// Null when no row has that name.
-template <class Row, std::size_t Count>
-const Row* rowNamed(const Row (&table)[Count], const std::string& name) {
-  const auto* found = std::ranges::find_if(table, [&](const Row& row) { return row.name == name; });
-  return found == std::end(table) ? nullptr : found;
+/// MATE's names have more to them.
+BackdropShading shadingNamed(std::string_view name) {
+  if (name.starts_with("horizontal")) return BackdropShading::Horizontal;
+  return name.starts_with("vertical") ? BackdropShading::Vertical : BackdropShading::Solid;
 }
 
 bool isUri(const char* key) {
@@ -116,8 +98,8 @@ bool GSettingsWallpaper::complainsOf(const QString& file) {
 std::optional<Backdrop> GSettingsWallpaper::backdrop(const Monitor& monitor) {
   const auto text = [&](const char* key) { return settings_->text(key).value_or(std::string()); };
   QString file = fileInForce();
-  const StyleRow* style = rowNamed(kStyles, text(kOptions));
-  const bool hasPicture = !file.isEmpty() && style != nullptr;
+  const BackdropStyleName row = styleNamed(text(kOptions), kStyles);
+  const bool hasPicture = !file.isEmpty() && row.style != BackdropStyle::None;
   if (hasPicture && isTimetable(file)) {
     file = pictureAt(file, QDateTime::currentDateTime(), monitor.pixels().size());
     if (file.isEmpty()) return std::nullopt;
@@ -129,12 +111,12 @@ std::optional<Backdrop> GSettingsWallpaper::backdrop(const Monitor& monitor) {
   if (!isFramedInBlack) {
     backdrop.primary = QColor(QString::fromStdString(text(kPrimary)));
     backdrop.secondary = QColor(QString::fromStdString(text(kSecondary)));
-    if (const auto* row = rowNamed(kShadings, text(kShading))) backdrop.shading = row->shading;
+    backdrop.shading = shadingNamed(text(kShading));
   }
   if (!hasPicture) return backdrop;
   backdrop.file = file;
-  backdrop.style = style->spans && desktop_.composed ? BackdropStyle::Stretched : style->style;
-  backdrop.spansMonitors = style->spans;
+  backdrop.style = row.spans && desktop_.composed ? BackdropStyle::Stretched : row.style;
+  backdrop.spansMonitors = row.spans;
   return backdrop;
 }
 
@@ -181,8 +163,9 @@ std::optional<std::string> GSettingsWallpaper::valueToShow(const Change& present
   const auto given = platform::valueOf<std::string>(options, present.key);
   const auto style =
       given ? given : GuardedSettings::printed(settings_->text(kOptions).value_or(""));
-  const bool isSeen = std::ranges::any_of(
-      kStyles, [&](const StyleRow& row) { return style == GuardedSettings::printed(row.name); });
+  const bool isSeen = std::ranges::any_of(kStyles, [&](const auto& row) {
+    return style == GuardedSettings::printed(std::string(row.name));
+  });
   if (!isSeen) return kZoom;
   return given ? given : present.value;
 }

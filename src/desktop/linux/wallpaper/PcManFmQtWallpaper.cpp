@@ -8,7 +8,6 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <algorithm>
-#include <iterator>
 #include <span>
 #include <utility>
 
@@ -90,23 +89,12 @@ constexpr const char* kFile = "file";
 constexpr const char* kNamed = "named";
 /// The desktop has yet to write these settings: they are as it writes them.
 constexpr const char* kUnwritten = "unwritten";
-constexpr const char* kColoursOnly = "none";
 
-struct StyleRow {
-  const char* name;
-  BackdropStyle style;
+constexpr BackdropStyleName kStyles[] = {
+    {"stretch", BackdropStyle::Stretched}, {"fit", BackdropStyle::Fitted},
+    {"center", BackdropStyle::Centered},   {"tile", BackdropStyle::Tiled},
+    {"zoom", BackdropStyle::Zoomed},
 };
-constexpr StyleRow kStyles[] = {
-    {kColoursOnly, BackdropStyle::None}, {"stretch", BackdropStyle::Stretched},
-    {"fit", BackdropStyle::Fitted},      {"center", BackdropStyle::Centered},
-    {"tile", BackdropStyle::Tiled},      {"zoom", BackdropStyle::Zoomed},
-};
-
-BackdropStyle styleNamed(const QString& name) {
-  const auto* row = std::ranges::find_if(
-      kStyles, [&](const auto& each) { return name == QLatin1String(each.name); });
-  return row == std::end(kStyles) ? BackdropStyle::None : row->style;
-}
 
 /// An existing file that is no picture: the desktop shows its colour then.
 const QString kNoPicture = QStringLiteral("/dev/null");
@@ -170,7 +158,7 @@ PcManFmQtWallpaper::Settings PcManFmQtWallpaper::read() const {
   if (const auto* order = orders_.last()) {
     settings.picture = order->state ? fileIn(*order->state, kNamed, {}) : order->file;
   }
-  settings.style = styleNamed(value("WallpaperMode").toString());
+  settings.style = styleNamed(value("WallpaperMode").toString().toStdString(), kStyles).style;
   settings.colour = QColor(value("BgColor", QStringLiteral("#000000")).toString());
   settings.perMonitor = value("PerScreenWallpaper").toBool();
   settings.upright = value("TransformWallpaper").toBool();

@@ -19,32 +19,16 @@ constexpr const char* kSection = "*";
 constexpr const char* kPicture = "wallpaper";
 constexpr const char* kMode = "wallpaper_mode";
 constexpr const char* kOneForAllWorkspaces = "wallpaper_common";
-constexpr const char* kColoursOnly = "color";
 /// Of the file that counts, and whether that is the system's because the user has none.
 constexpr const char* kContents = "contents";
 constexpr const char* kInherited = "inherited";
 constexpr const char* kName = "name";
 
-struct StyleRow {
-  const char* name;
-  BackdropStyle style;
-  bool spans = false;
+constexpr BackdropStyleName kStyles[] = {
+    {"stretch", BackdropStyle::Stretched}, {"fit", BackdropStyle::Fitted},
+    {"center", BackdropStyle::Centered},   {"tile", BackdropStyle::Tiled},
+    {"crop", BackdropStyle::Zoomed},       {"screen", BackdropStyle::Stretched, true},
 };
-constexpr StyleRow kStyles[] = {
-    {kColoursOnly, BackdropStyle::None},
-    {"stretch", BackdropStyle::Stretched},
-    {"fit", BackdropStyle::Fitted},
-    {"center", BackdropStyle::Centered},
-    {"tile", BackdropStyle::Tiled},
-    {"crop", BackdropStyle::Zoomed},
-    {"screen", BackdropStyle::Stretched, true},
-};
-
-const StyleRow& styleNamed(const QByteArray& name) {
-  const auto* row =
-      std::ranges::find_if(kStyles, [&](const auto& each) { return name == each.name; });
-  return row == std::end(kStyles) ? kStyles[0] : *row;
-}
 
 QByteArray valueIn(const QByteArray& text, const char* key) {
   return iniValue(text, kSection, key).value_or(QByteArray());
@@ -54,8 +38,12 @@ QString fileIn(const QByteArray& text) {
   return QFile::decodeName(valueIn(text, kPicture));
 }
 
+BackdropStyleName styleIn(const QByteArray& text) {
+  return styleNamed(valueIn(text, kMode).toStdString(), kStyles);
+}
+
 bool showsColoursOnly(const QByteArray& text) {
-  return styleNamed(valueIn(text, kMode)).style == BackdropStyle::None;
+  return styleIn(text).style == BackdropStyle::None;
 }
 
 QStringList orderOf(const QByteArray& text) {
@@ -80,12 +68,10 @@ Backdrop backdropIn(const QByteArray& text) {
   Backdrop backdrop;
   const QColor colour(QString::fromLatin1(valueIn(text, "desktop_bg")));
   backdrop.primary = backdrop.secondary = colour.isValid() ? colour : QColor(Qt::black);
-  const StyleRow row = styleNamed(valueIn(text, kMode));
-  backdrop.file = fileIn(text);
-  if (row.style == BackdropStyle::None || backdrop.file.isEmpty()) {
-    backdrop.file.clear();
-    return backdrop;
-  }
+  const QString file = fileIn(text);
+  const BackdropStyleName row = styleIn(text);
+  if (row.style == BackdropStyle::None || file.isEmpty()) return backdrop;
+  backdrop.file = file;
   backdrop.style = row.style;
   backdrop.spansMonitors = row.spans;
   return backdrop;

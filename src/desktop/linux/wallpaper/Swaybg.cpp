@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <chrono>
-#include <iterator>
 #include <utility>
 
 namespace linux_desktop {
@@ -13,14 +12,11 @@ namespace {
 
 constexpr std::chrono::milliseconds kSettling{300};
 
-struct ModeRow {
-  const char* name;
-  BackdropStyle style;
-};
-constexpr ModeRow kModes[] = {
-    {"stretch", BackdropStyle::Stretched}, {"fill", BackdropStyle::Zoomed},
-    {"fit", BackdropStyle::Fitted},        {"center", BackdropStyle::Centered},
-    {"tile", BackdropStyle::Tiled},        {"solid_color", BackdropStyle::None},
+constexpr BackdropStyleName kModes[] = {
+    {"fill", BackdropStyle::Zoomed},
+    {"fit", BackdropStyle::Fitted},
+    {"center", BackdropStyle::Centered},
+    {"tile", BackdropStyle::Tiled},
 };
 
 /// The options that have a value, in order, each by its letter.
@@ -87,9 +83,8 @@ Backdrop SwaybgTold::backdrop() const {
   Backdrop backdrop;
   if (const QColor given = colourOf(colour); given.isValid()) backdrop.primary = given;
   if (image.isEmpty() || mode == "solid_color") return backdrop;
-  const auto* row =
-      std::ranges::find_if(kModes, [&](const auto& each) { return mode == each.name; });
-  backdrop.style = row == std::end(kModes) ? BackdropStyle::Stretched : row->style;
+  backdrop.style = styleNamed(mode.toStdString(), kModes).style;
+  if (backdrop.style == BackdropStyle::None) backdrop.style = BackdropStyle::Stretched;
   backdrop.file = image;
   return backdrop;
 }
