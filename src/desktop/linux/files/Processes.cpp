@@ -45,6 +45,27 @@ QByteArrayList commandLineOf(qint64 pid) {
   return wordsOf(pid, "cmdline");
 }
 
+std::vector<std::pair<char, QByteArray>> optionsIn(const QByteArrayList& commandLine,
+                                                   const std::vector<QByteArray>& names) {
+  std::vector<std::pair<char, QByteArray>> options;
+  for (qsizetype i = 1; i < commandLine.size(); ++i) {
+    const QByteArray& word = commandLine[i];
+    for (const QByteArray& name : names) {
+      if (word == "--" + name || word == '-' + name.first(1)) {
+        options.emplace_back(name[0], commandLine.value(++i));
+      } else if (word.startsWith("--" + name + '=')) {
+        options.emplace_back(name[0], word.mid(name.size() + 3));
+      } else if (word.startsWith('-' + name.first(1))) {
+        options.emplace_back(name[0], word.mid(2));
+      } else {
+        continue;
+      }
+      break;
+    }
+  }
+  return options;
+}
+
 QByteArrayList environmentOf(qint64 pid) {
   return wordsOf(pid, "environ");
 }

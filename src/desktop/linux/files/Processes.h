@@ -4,12 +4,18 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace linux_desktop {
 
 /// The program of a process and its arguments as it was started; empty where nobody may know.
 [[nodiscard]] QByteArrayList commandLineOf(qint64 pid);
+
+/// Its options of these names that have a value, in order, each by its letter: "--mode fit",
+/// "--mode=fit", "-m fit" and "-mfit" are four words for one.
+[[nodiscard]] std::vector<std::pair<char, QByteArray>> optionsIn(
+    const QByteArrayList& commandLine, const std::vector<QByteArray>& names);
 
 /// The variables ("NAME=value") with which it was started; empty where nobody may know.
 [[nodiscard]] QByteArrayList environmentOf(qint64 pid);

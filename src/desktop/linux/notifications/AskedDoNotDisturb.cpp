@@ -17,25 +17,13 @@ namespace {
 
 const QString kMode = QStringLiteral("do-not-disturb");
 
-/// Where mako's command line names its configuration; empty where it does not.
-QString namedConfiguration(const QByteArrayList& commandLine) {
-  for (qsizetype i = 1; i < commandLine.size(); ++i) {
-    const QByteArray& word = commandLine[i];
-    for (const char* option : {"--config=", "-c"}) {
-      const QByteArray value = word.mid(static_cast<qsizetype>(qstrlen(option)));
-      if (word.startsWith(option) && !value.isEmpty()) return QFile::decodeName(value);
-    }
-    const bool isNext = word == "-c" || word == "--config";
-    if (isNext && i + 1 < commandLine.size()) return QFile::decodeName(commandLine[i + 1]);
-  }
-  return {};
-}
-
 /// The one that mako reads, in its own order.
 QString configurationOf(qint64 process) {
-  const QString named = namedConfiguration(commandLineOf(process));
-  // Relative to where mako was started.
-  if (!named.isEmpty()) return QDir(QStringLiteral("/proc/%1/cwd").arg(process)).filePath(named);
+  for (const auto& [letter, named] : optionsIn(commandLineOf(process), {"config"})) {
+    // Relative to where mako was started.
+    const QDir start(QStringLiteral("/proc/%1/cwd").arg(process));
+    if (!named.isEmpty()) return start.filePath(QFile::decodeName(named));
+  }
   const QString old = QDir::home().filePath(QStringLiteral(".mako/config"));
   return QFileInfo(old).isReadable()
              ? old

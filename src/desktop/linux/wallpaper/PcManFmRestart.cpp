@@ -47,15 +47,8 @@ bool send(const FileDescriptor& connection, const QByteArray& text) {
 }  // namespace
 
 QString profileIn(const QByteArrayList& commandLine) {
-  constexpr const char* kWithValue = "--profile=";
-  for (qsizetype i = 1; i < commandLine.size(); ++i) {
-    const QByteArray& word = commandLine[i];
-    if (word.startsWith(kWithValue)) {
-      return QFile::decodeName(word.mid(static_cast<qsizetype>(qstrlen(kWithValue))));
-    }
-    if ((word == "--profile" || word == "-p") && i + 1 < commandLine.size()) {
-      return QFile::decodeName(commandLine[i + 1]);
-    }
+  for (const auto& [letter, profile] : optionsIn(commandLine, {"profile"})) {
+    if (!profile.isEmpty()) return QFile::decodeName(profile);
   }
   return QStringLiteral("default");
 }

@@ -19,29 +19,6 @@ constexpr BackdropStyleName kModes[] = {
     {"tile", BackdropStyle::Tiled},
 };
 
-/// The options that have a value, in order, each by its letter.
-std::vector<std::pair<char, QByteArray>> optionsIn(const QByteArrayList& commandLine) {
-  constexpr const char* kNames[] = {"color", "image", "mode", "output"};
-  std::vector<std::pair<char, QByteArray>> options;
-  const auto next = [&](qsizetype& i) { return commandLine.value(++i); };
-  for (qsizetype i = 1; i < commandLine.size(); ++i) {
-    const QByteArray& word = commandLine[i];
-    for (const QByteArray name : kNames) {
-      if (word == "--" + name || word == '-' + name.first(1)) {
-        options.emplace_back(name[0], next(i));
-      } else if (word.startsWith("--" + name + '=')) {
-        options.emplace_back(name[0], word.mid(name.size() + 3));
-      } else if (word.startsWith('-' + name.first(1))) {
-        options.emplace_back(name[0], word.mid(2));
-      } else {
-        continue;
-      }
-      break;
-    }
-  }
-  return options;
-}
-
 /// "#rrggbb" or "rrggbb", either with an opacity behind it that is not used here.
 QColor colourOf(const QByteArray& text) {
   constexpr qsizetype kDigits = 6;
@@ -66,7 +43,7 @@ struct Row {
 std::vector<Row> rowsIn(const QByteArrayList& commandLine) {
   std::vector<Row> rows{{"*"}};
   std::size_t present = 0;
-  for (const auto& [option, value] : optionsIn(commandLine)) {
+  for (const auto& [option, value] : optionsIn(commandLine, {"color", "image", "mode", "output"})) {
     rows[present].take(option, value);
     if (option != 'o') continue;
     const auto known = std::ranges::find(rows, value, &Row::output);
