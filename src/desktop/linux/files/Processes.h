@@ -36,6 +36,9 @@ class ProcessEnd {
   ProcessEnd(const ProcessEnd&) = delete;
   ProcessEnd& operator=(const ProcessEnd&) = delete;
 
+  /// Whether there is any of them, and it may be watched.
+  [[nodiscard]] bool isAwaited() const { return !watches_.empty(); }
+
  private:
   struct Watch;
   std::vector<std::unique_ptr<Watch>> watches_;

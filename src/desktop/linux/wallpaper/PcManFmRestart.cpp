@@ -1,12 +1,11 @@
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QPointer>
 #include <QProcess>
 #include <QSocketNotifier>
 #include <QStandardPaths>
@@ -17,7 +16,6 @@
 
 #include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/linux/files/IniFile.h"
-#include "desktop/linux/files/Processes.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
@@ -99,20 +97,15 @@ const QString kOn = QStringLiteral("--desktop");
 }  // namespace
 
 PcManFmRestart& PcManFmRestart::instance() {
-  const QString name = QStringLiteral("PcManFmRestart");
-  QObject* application = QCoreApplication::instance();
-  auto* present = application->findChild<QObject*>(name, Qt::FindDirectChildrenOnly);
-  if (present == nullptr) {
-    present = new PcManFmRestart(application);
-    present->setObjectName(name);
-  }
-  return *static_cast<PcManFmRestart*>(present);
+  static QPointer<PcManFmRestart> present;
+  if (!present) present = new PcManFmRestart(QCoreApplication::instance());
+  return *present;
 }
 
 PcManFmRestart::PcManFmRestart(QObject* parent) : QObject(parent) {
   limit_.setSingleShot(true);
   limit_.setInterval(kLimit);
-  QObject::connect(&limit_, &QTimer::timeout, this, [this] { giveUp(); });
+  limit_.callOnTimeout(this, &PcManFmRestart::giveUp);
 }
 
 void PcManFmRestart::found(qint64 pid) {
@@ -123,20 +116,12 @@ void PcManFmRestart::found(qint64 pid) {
   commandLine_ = std::move(commandLine);
 }
 
-bool PcManFmRestart::watchEnd() {
-  const auto descriptor = static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0));
-  if (descriptor < 0) return false;
-  // Readable when the process has ended.
-  end_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-  QObject::connect(end_.get(), &QSocketNotifier::activated, this, [this] { ended(); });
-  QObject::connect(end_.get(), &QObject::destroyed, this, [descriptor] { ::close(descriptor); });
-  return true;
-}
-
 std::optional<std::string> PcManFmRestart::begin() {
   again_ = phase_ == Phase::Starting;
   if (phase_ == Phase::Ending || phase_ == Phase::Starting) return std::nullopt;
-  if (!watchEnd()) return "pcmanfm cannot be watched: it is not started again.";
+  // Not from inside the watch that this ends.
+  end_.emplace(std::vector{pid_}, [this] { QTimer::singleShot(0, this, &PcManFmRestart::ended); });
+  if (!end_->isAwaited()) return "pcmanfm cannot be watched: it is not started again.";
   // Whoever ends the desktop has to be there to start it again, and an order is carried out however
   // late it is read: so first the program must be seen to read what it has already done.
   if (auto reason = tellPcManFm({kOn}, *this, [this] { takeDesktopOff(); })) {
@@ -159,9 +144,8 @@ void PcManFmRestart::takeDesktopOff() {
 }
 
 void PcManFmRestart::ended() {
-  // What it watches stays readable, and it is not deleted before the loop comes round.
-  end_->setEnabled(false);
-  end_.release()->deleteLater();
+  if (phase_ != Phase::Ending) return;
+  end_.reset();
   for (const auto& [file, text] : std::exchange(texts_, {})) {
     if (const auto reason = putIniText(file, text)) qCWarning(lcWallpaper, "%s", reason->c_str());
   }

@@ -2,7 +2,6 @@
 
 #include <QByteArrayList>
 #include <QObject>
-#include <QSocketNotifier>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
@@ -13,6 +12,7 @@
 #include <string>
 
 #include "desktop/linux/files/FileWatch.h"
+#include "desktop/linux/files/Processes.h"
 
 namespace linux_desktop {
 
@@ -54,7 +54,6 @@ class PcManFmRestart final : public QObject {
   enum class Phase { Idle, Ending, Starting, Drawing };
 
   explicit PcManFmRestart(QObject* parent);
-  [[nodiscard]] bool watchEnd();
   void takeDesktopOff();
   void ended();
   void started();
@@ -66,7 +65,7 @@ class PcManFmRestart final : public QObject {
   std::map<QString, std::optional<QByteArray>> texts_;
   qint64 pid_ = 0;
   QByteArrayList commandLine_;
-  std::unique_ptr<QSocketNotifier> end_;
+  std::optional<ProcessEnd> end_;
   std::unique_ptr<FileWatch> socket_;
   QTimer limit_;
 };
