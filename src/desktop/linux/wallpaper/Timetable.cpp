@@ -4,20 +4,19 @@
 #include <QXmlStreamReader>
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <vector>
 
 namespace linux_desktop {
 namespace {
 
 /// One picture, in one size or several.
-struct Picture {
-  struct Size {
-    /// Width by height; 0 where only one size is given.
-    double ratio = 0;
-    QString file;
-  };
-  std::vector<Size> sizes;
+struct SizedFile {
+  /// Width by height; 0 where only one size is given.
+  double ratio = 0;
+  QString file;
 };
+using Picture = std::vector<SizedFile>;
 
 /// One picture for some seconds, or how it becomes the next one.
 struct Turn {
@@ -40,9 +39,9 @@ Picture readPicture(QXmlStreamReader& xml) {
     const double width = xml.attributes().value(QLatin1String("width")).toDouble();
     const double height = xml.attributes().value(QLatin1String("height")).toDouble();
     const QString file = xml.readElementText().trimmed();
-    picture.sizes.push_back({height > 0 ? width / height : 0, file});
+    picture.push_back({height > 0 ? width / height : 0, file});
   }
-  if (picture.sizes.empty()) picture.sizes.push_back({0, text.trimmed()});
+  if (picture.empty()) picture.push_back({0, text.trimmed()});
   return picture;
 }
 
@@ -66,19 +65,13 @@ Turn readTurn(QXmlStreamReader& xml) {
 }
 
 QDateTime readStart(QXmlStreamReader& xml) {
-  QDate date(1970, 1, 1);
-  QTime time(0, 0);
+  std::map<QString, int> part{{"year", 1970}, {"month", 1}, {"day", 1}};
   while (xml.readNextStartElement()) {
     const QString name = xml.name().toString();
-    const int number = xml.readElementText().toInt();
-    if (name == QLatin1String("year")) date.setDate(number, date.month(), date.day());
-    if (name == QLatin1String("month")) date.setDate(date.year(), number, date.day());
-    if (name == QLatin1String("day")) date.setDate(date.year(), date.month(), number);
-    if (name == QLatin1String("hour")) time.setHMS(number, time.minute(), time.second());
-    if (name == QLatin1String("minute")) time.setHMS(time.hour(), number, time.second());
-    if (name == QLatin1String("second")) time.setHMS(time.hour(), time.minute(), number);
+    part[name] = xml.readElementText().toInt();
   }
-  return {date, time};
+  return {QDate(part["year"], part["month"], part["day"]),
+          QTime(part["hour"], part["minute"], part["second"])};
 }
 
 Timetable read(const QString& path) {
@@ -103,8 +96,8 @@ Timetable read(const QString& path) {
 QString bestFor(const Picture& picture, const QSize& monitor) {
   const double wanted = static_cast<double>(monitor.width()) / std::max(1, monitor.height());
   const auto best = std::ranges::min_element(
-      picture.sizes, {}, [&](const auto& size) { return std::abs(size.ratio - wanted); });
-  return best == picture.sizes.end() ? QString() : best->file;
+      picture, {}, [&](const SizedFile& each) { return std::abs(each.ratio - wanted); });
+  return best == picture.end() ? QString() : best->file;
 }
 
 }  // namespace

@@ -1,24 +1,13 @@
 #include "desktop/linux/wallpaper/WallpaperChoice.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QMetaObject>
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
-namespace {
-
-QStringList namesOnBus(BusPeer& bus) {
-  const QDBusPendingReply<QStringList> names =
-      bus.call(bus.method(QStringLiteral("/org/freedesktop/DBus"),
-                          QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ListNames")));
-  return names.isError() ? QStringList() : names.value();
-}
-
-}  // namespace
 
 WallpaperChoice::WallpaperChoice(DesktopFacts& facts)
     : surroundings_{facts,
@@ -52,7 +41,8 @@ void WallpaperChoice::choose(const DesktopWindow& seen) {
   const DesktopWindow& before = surroundings_.window;
   const bool sameProgram = seen.id == before.id && seen.pid == before.pid;
   surroundings_.window = seen;
-  surroundings_.busNames = namesOnBus(bus_);
+  const QDBusReply<QStringList> names = bus_.call(callToBus("ListNames"));
+  surroundings_.busNames = names.value();
   for (const WallpaperRow& row : wallpaperTable()) {
     if (!row.runs(surroundings_)) continue;
     if (&row == row_ && sameProgram && adapter_) return;
