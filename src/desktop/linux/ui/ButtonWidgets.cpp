@@ -63,17 +63,17 @@ void reportClicks(QAbstractButton& widget, std::shared_ptr<platform::NSButton> b
 
 ButtonWidget::ButtonWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses,
                            QWidget* parent)
-    : QPushButton(parent), button_(std::move(button)) {
+    : WidgetOf(std::move(button), parent) {
   setAutoDefault(false);
   QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed, QSizePolicy::PushButton);
   policy.setRetainSizeWhenHidden(true);
   setSizePolicy(policy);
-  reportClicks(*this, button_, presses);
+  reportClicks(*this, view_, presses);
   viewDidChange(platform::ViewChange::Content);
 }
 
 void ButtonWidget::viewDidChange(platform::ViewChange) {
-  setText(plainTitle(button_->title()));
+  setText(plainTitle(view_->title()));
 }
 
 bool ButtonWidget::actsOn(int key) const {
@@ -90,15 +90,15 @@ void ButtonWidget::keyPressEvent(QKeyEvent* event) {
 
 CheckboxWidget::CheckboxWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses,
                                QWidget* parent)
-    : QCheckBox(parent), button_(std::move(button)) {
+    : WidgetOf(std::move(button), parent) {
   setStyle(growingStyle());
-  reportClicks(*this, button_, presses);
+  reportClicks(*this, view_, presses);
   viewDidChange(platform::ViewChange::Content);
 }
 
 void CheckboxWidget::viewDidChange(platform::ViewChange) {
-  setText(plainTitle(button_->title()));
-  setChecked(button_->state() == platform::NSControlStateValue::On);
+  setText(plainTitle(view_->title()));
+  setChecked(view_->state() == platform::NSControlStateValue::On);
 }
 
 bool CheckboxWidget::actsOn(int key) const {

@@ -20,43 +20,31 @@ namespace linux_desktop {
 /// The desktop's own push button. A click, Space, Return and assistive technology press it: one
 /// press and one release are reported, at once. Hidden, it keeps its room, so that what is beside
 /// it stays where it is.
-class ButtonWidget final : public QPushButton, public ViewWidget {
+class ButtonWidget final : public WidgetOf<platform::NSButton, QPushButton> {
  public:
   /// `presses` outlives the widget.
   ButtonWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses, QWidget* parent);
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *button_; }
   void viewDidChange(platform::ViewChange change) override;
-  void themeDidChange() override {}
   [[nodiscard]] bool actsOn(int key) const override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-
- private:
-  std::shared_ptr<platform::NSButton> button_;
 };
 
 /// The desktop's own checkbox. Pressed like a push button, without Return; it never flips on its
 /// own account, the model does.
-class CheckboxWidget final : public QCheckBox, public ViewWidget {
+class CheckboxWidget final : public WidgetOf<platform::NSButton, QCheckBox> {
  public:
   /// `presses` outlives the widget.
   CheckboxWidget(std::shared_ptr<platform::NSButton> button, PressObserver& presses,
                  QWidget* parent);
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *button_; }
   void viewDidChange(platform::ViewChange change) override;
-  void themeDidChange() override { updateGeometry(); }
   [[nodiscard]] bool actsOn(int key) const override;
 
  protected:
   void nextCheckState() override {}
-
- private:
-  std::shared_ptr<platform::NSButton> button_;
 };
 
 /// The button with three lines from which a window's menu drops down, a QMenu that is its child.

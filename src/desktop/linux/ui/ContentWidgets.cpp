@@ -50,9 +50,9 @@ QString labelled(const QString& label, const QString& text) {
 }  // namespace
 
 LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
-    : QLabel(parent), field_(std::move(field)) {
+    : WidgetOf(std::move(field), parent) {
   setTextFormat(Qt::PlainText);
-  if (field_->content() == platform::NSTextContent::Copyable) {
+  if (view_->content() == platform::NSTextContent::Copyable) {
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   }
   viewDidChange(platform::ViewChange::Content);
@@ -60,13 +60,13 @@ LabelWidget::LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* 
 }
 
 void LabelWidget::viewDidChange(platform::ViewChange) {
-  setText(readableShortcut(QString::fromStdString(field_->stringValue())));
+  setText(readableShortcut(QString::fromStdString(view_->stringValue())));
   setToolTip(words() == text() ? QString() : words());
   arrange();
 }
 
 QString LabelWidget::words() const {
-  return shortcutInWords(QString::fromStdString(field_->stringValue()));
+  return shortcutInWords(QString::fromStdString(view_->stringValue()));
 }
 
 int LabelWidget::longestLine() const {
@@ -87,9 +87,9 @@ QSize LabelWidget::sizeHint() const {
 }
 
 void LabelWidget::themeDidChange() {
-  setFont(fontFor(field_->textStyle(), QApplication::font(this)));
+  setFont(fontFor(view_->textStyle(), QApplication::font(this)));
   QPalette own = QApplication::palette(this);
-  own.setColor(QPalette::WindowText, Theme(own).color(field_->textColor()));
+  own.setColor(QPalette::WindowText, Theme(own).color(view_->textColor()));
   setPalette(own);
   arrange();
 }
@@ -105,7 +105,7 @@ void SeparatorWidget::paintEvent(QPaintEvent*) {
 }
 
 ImageWidget::ImageWidget(std::shared_ptr<platform::NSImageView> view, QWidget* parent)
-    : QWidget(parent), view_(std::move(view)) {
+    : WidgetOf(std::move(view), parent) {
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   renderer_.setAspectRatioMode(Qt::KeepAspectRatio);
   viewDidChange(platform::ViewChange::Content);
@@ -116,11 +116,6 @@ void ImageWidget::viewDidChange(platform::ViewChange) {
     const QByteArray svg(image->bytes().data(), static_cast<qsizetype>(image->bytes().size()));
     if (!renderer_.load(svg)) qCWarning(lcUi) << "cannot draw image" << image->name().c_str();
   }
-  update();
-}
-
-void ImageWidget::themeDidChange() {
-  updateGeometry();
   update();
 }
 
@@ -144,8 +139,8 @@ void ImageWidget::paintEvent(QPaintEvent*) {
 }
 
 BoxWidget::BoxWidget(std::shared_ptr<platform::NSBox> box, PressObserver& presses, QWidget* parent)
-    : QWidget(parent), box_(std::move(box)), presses_(presses) {
-  if (!box_->action().empty()) setCursor(Qt::PointingHandCursor);
+    : WidgetOf(std::move(box), parent), presses_(presses) {
+  if (!view_->action().empty()) setCursor(Qt::PointingHandCursor);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   inside_.setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
   themeDidChange();
@@ -167,7 +162,7 @@ void BoxWidget::themeDidChange() {
 void BoxWidget::paintEvent(QPaintEvent*) {
   const Theme theme(palette());
   const QColor color =
-      isMarked() ? theme.mark(box_->borderColor()) : theme.color(box_->borderColor());
+      isMarked() ? theme.mark(view_->borderColor()) : theme.color(view_->borderColor());
   const double width = isMarked() ? kStrong : kThin;
   QColor tint = color;
   tint.setAlphaF(isMarked() ? static_cast<float>(kTint) : 0);
@@ -182,7 +177,7 @@ void BoxWidget::paintEvent(QPaintEvent*) {
 }
 
 bool BoxWidget::takes(const QMouseEvent& event) const {
-  return event.button() == Qt::LeftButton && !box_->action().empty();
+  return event.button() == Qt::LeftButton && !view_->action().empty();
 }
 
 // Taken here so that the release comes here.
@@ -194,14 +189,14 @@ void BoxWidget::mouseReleaseEvent(QMouseEvent* event) {
   if (!takes(*event) || !rect().contains(event->pos())) return;
   const QPointF place = mapTo(window(), event->pos());
   // What is pressed may take the widget away.
-  const auto box = box_;
+  const auto box = view_;
   PressObserver& presses = presses_;
   presses.pressed(*box, place);
   presses.released(*box, place);
 }
 
 FilePathWidget::FilePathWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent)
-    : QWidget(parent), field_(std::move(field)) {
+    : WidgetOf(std::move(field), parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   viewDidChange(platform::ViewChange::Content);
   themeDidChange();
@@ -223,13 +218,12 @@ void FilePathWidget::viewDidChange(platform::ViewChange change) {
 }
 
 void FilePathWidget::themeDidChange() {
-  setFont(fontFor(field_->textStyle(), QApplication::font(this)));
-  updateGeometry();
-  update();
+  setFont(fontFor(view_->textStyle(), QApplication::font(this)));
+  WidgetOf::themeDidChange();
 }
 
 QString FilePathWidget::text() const {
-  return QString::fromStdString(field_->stringValue());
+  return QString::fromStdString(view_->stringValue());
 }
 
 QString FilePathWidget::accessibleName() const {
@@ -277,7 +271,7 @@ void FilePathWidget::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(theme.color(platform::NSSystemColor::Separator), 1,
                       thumbnail_.isNull() ? Qt::DashLine : Qt::SolidLine));
   painter.drawPath(outline);
-  painter.setPen(theme.color(field_->textColor()));
+  painter.setPen(theme.color(view_->textColor()));
   const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
   // A path's slash stays before it, whatever language the rest is in.
   painter.setLayoutDirection(Qt::LayoutDirectionAuto);

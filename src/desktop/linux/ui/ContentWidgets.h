@@ -18,12 +18,10 @@ namespace linux_desktop {
 /// A label in the desktop's font and the theme's colours, in several lines where one would be very
 /// long. Of a shortcut it shows what can be read, and says it in words to who points at it or has
 /// it read.
-class LabelWidget final : public QLabel, public ViewWidget {
+class LabelWidget final : public WidgetOf<platform::NSTextField, QLabel> {
  public:
   LabelWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent);
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *field_; }
   void viewDidChange(platform::ViewChange change) override;
   void themeDidChange() override;
   /// The text, after what the view is called where that says something else.
@@ -35,47 +33,35 @@ class LabelWidget final : public QLabel, public ViewWidget {
   void arrange();
   [[nodiscard]] int longestLine() const;
   [[nodiscard]] QString words() const;
-
-  std::shared_ptr<platform::NSTextField> field_;
 };
 
 /// A thin line across its column.
-class SeparatorWidget final : public QWidget, public ViewWidget {
+class SeparatorWidget final : public WidgetOf<platform::NSView> {
  public:
   SeparatorWidget(std::shared_ptr<platform::NSView> view, QWidget* parent)
-      : QWidget(parent), view_(std::move(view)) {
+      : WidgetOf(std::move(view), parent) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   }
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *view_; }
   void viewDidChange(platform::ViewChange) override {}
-  void themeDidChange() override { update(); }
   [[nodiscard]] QSize sizeHint() const override { return {1, 1}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-
- private:
-  std::shared_ptr<platform::NSView> view_;
 };
 
 /// A picture, or the shape of one in the view's tint.
-class ImageWidget final : public QWidget, public ViewWidget {
+class ImageWidget final : public WidgetOf<platform::NSImageView> {
  public:
   ImageWidget(std::shared_ptr<platform::NSImageView> view, QWidget* parent);
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *view_; }
   void viewDidChange(platform::ViewChange change) override;
-  void themeDidChange() override;
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  std::shared_ptr<platform::NSImageView> view_;
   QSvgRenderer renderer_;
 };
 
@@ -83,18 +69,16 @@ class ImageWidget final : public QWidget, public ViewWidget {
 /// a thin line. In any other it marks the box: strong, in a shade of that colour that stands out
 /// from the window, and with a breath of it over the field. With an action it takes clicks, as one
 /// press and one release.
-class BoxWidget final : public QWidget, public ViewWidget {
+class BoxWidget final : public WidgetOf<platform::NSBox> {
  public:
   /// `presses` outlives the widget.
   BoxWidget(std::shared_ptr<platform::NSBox> box, PressObserver& presses, QWidget* parent);
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *box_; }
   void viewDidChange(platform::ViewChange change) override;
   void themeDidChange() override;
   /// Where the subview goes.
   [[nodiscard]] QBoxLayout& inside() { return inside_; }
-  [[nodiscard]] bool isMarked() const { return box_->borderColor().rgba().has_value(); }
+  [[nodiscard]] bool isMarked() const { return view_->borderColor().rgba().has_value(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -104,7 +88,6 @@ class BoxWidget final : public QWidget, public ViewWidget {
  private:
   [[nodiscard]] bool takes(const QMouseEvent& event) const;
 
-  std::shared_ptr<platform::NSBox> box_;
   PressObserver& presses_;
   QVBoxLayout inside_{this};
 };
@@ -112,12 +95,10 @@ class BoxWidget final : public QWidget, public ViewWidget {
 /// A label whose text is the path of a file: elided in the middle, whole in the tool tip and for
 /// assistive technology, beside a small picture of the file. Any other text is shown as it is. Its
 /// size does not depend on the text.
-class FilePathWidget final : public QWidget, public ViewWidget {
+class FilePathWidget final : public WidgetOf<platform::NSTextField> {
  public:
   FilePathWidget(std::shared_ptr<platform::NSTextField> field, QWidget* parent);
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *field_; }
   void viewDidChange(platform::ViewChange change) override;
   void themeDidChange() override;
   [[nodiscard]] QString accessibleName() const override;
@@ -137,7 +118,6 @@ class FilePathWidget final : public QWidget, public ViewWidget {
   [[nodiscard]] static QSize thumbnailSize();
   [[nodiscard]] QRect textArea() const;
 
-  std::shared_ptr<platform::NSTextField> field_;
   QImage thumbnail_;
   PictureLoader loader_;
 };

@@ -18,8 +18,7 @@ using platform::ViewChange;
 
 LayerWidget::LayerWidget(std::shared_ptr<NSView> view, Clock clock, PressObserver& presses,
                          QWidget* parent)
-    : QWidget(parent),
-      view_(std::move(view)),
+    : WidgetOf(std::move(view), parent),
       clock_(std::move(clock)),
       presses_(presses),
       announcedState_(view_->accessibilityValue()) {
@@ -39,11 +38,6 @@ void LayerWidget::viewDidChange(ViewChange change) {
   if (includes(change, ViewChange::Attributes)) readFocusPolicy();
   announceState();
   step();
-  update();
-}
-
-void LayerWidget::themeDidChange() {
-  updateGeometry();
   update();
 }
 

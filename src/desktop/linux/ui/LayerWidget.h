@@ -16,16 +16,13 @@ using Clock = std::function<platform::MonotonicTime()>;
 /// Reports the main button; where the view accepts the keyboard, Space and assistive technology
 /// too, all in the same way. Whatever ends a press (the pointer let go elsewhere, the widget
 /// hidden, the focus lost while Space was down) is its release.
-class LayerWidget final : public QWidget, public ViewWidget {
+class LayerWidget final : public WidgetOf<platform::NSView> {
  public:
   /// `presses` outlives the widget.
   LayerWidget(std::shared_ptr<platform::NSView> view, Clock clock, PressObserver& presses,
               QWidget* parent);
 
-  [[nodiscard]] QWidget& widget() override { return *this; }
-  [[nodiscard]] const platform::NSView& view() const override { return *view_; }
   void viewDidChange(platform::ViewChange change) override;
-  void themeDidChange() override;
   [[nodiscard]] bool actsOn(int key) const override {
     return key == Qt::Key_Space && view_->acceptsFirstResponder();
   }
@@ -60,7 +57,6 @@ class LayerWidget final : public QWidget, public ViewWidget {
   void paintFocusRing(QPainter& painter) const;
   [[nodiscard]] QRectF viewRect() const;
 
-  std::shared_ptr<platform::NSView> view_;
   Clock clock_;
   PressObserver& presses_;
   std::optional<bool> announcedState_;

@@ -2,6 +2,8 @@
 
 #include <QPointF>
 #include <QWidget>
+#include <memory>
+#include <utility>
 
 #include "platform/appkit/NSView.h"
 
@@ -26,7 +28,10 @@ class ViewWidget {
   /// The view, or one that is painted with it, changed: read the model again.
   virtual void viewDidChange(platform::ViewChange change) = 0;
   /// The desktop's palette or font changed.
-  virtual void themeDidChange() = 0;
+  virtual void themeDidChange() {
+    widget().updateGeometry();
+    widget().update();
+  }
   /// What assistive technology calls it; empty: what the widget itself says.
   [[nodiscard]] virtual QString accessibleName() const {
     return QString::fromStdString(view().accessibilityLabel());
@@ -36,6 +41,19 @@ class ViewWidget {
   /// How far the widget reaches beyond the view on each side, for what is painted there. Layouts
   /// place the view and let neighbours have this room too.
   [[nodiscard]] virtual int overhang() const { return 0; }
+};
+
+/// A widget of Qt's, or ours, for views of that class.
+template <class View, class Widget = QWidget>
+class WidgetOf : public Widget, public ViewWidget {
+ public:
+  [[nodiscard]] QWidget& widget() override { return *this; }
+  [[nodiscard]] const View& view() const override { return *view_; }
+
+ protected:
+  WidgetOf(std::shared_ptr<View> view, QWidget* parent) : Widget(parent), view_(std::move(view)) {}
+
+  std::shared_ptr<View> view_;
 };
 
 }  // namespace linux_desktop
