@@ -1,5 +1,6 @@
 #include "desktop/linux/ui/QtDialogs.h"
 
+#include <QDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -21,49 +22,39 @@
 namespace linux_desktop {
 
 using platform::NSAlertStyle;
+using ModalPeer = platform::port::Windows::ModalPeer;
 
 namespace {
 
-QMessageBox::Icon iconFor(NSAlertStyle style) {
-  switch (style) {
-    case NSAlertStyle::Warning:
-      return QMessageBox::Warning;
-    case NSAlertStyle::Informational:
-      return QMessageBox::Information;
-    case NSAlertStyle::Critical:
-      return QMessageBox::Critical;
-  }
-  return QMessageBox::NoIcon;
-}
+/// A dialog for which one window of ours waits, or all of them, until it ends: what waits takes no
+/// input. It gets the keyboard when it comes, and gives it back when it goes.
+class ModalDialog final : public ModalPeer {
+ public:
+  /// `window` waits, and the others do not; null: all wait. `services` outlive this.
+  ModalDialog(std::unique_ptr<QDialog> dialog, QtWindowPeer* window, WindowServices& services);
+  /// Takes the dialog away; may be called by the dialog's own event. None of its signals comes any
+  /// more.
+  ~ModalDialog() override;
+  ModalDialog(const ModalDialog&) = delete;
+  ModalDialog& operator=(const ModalDialog&) = delete;
 
-/// Desktops differ in whether they mind the letter case.
-QStringList patternsFor(const std::vector<std::string>& types) {
-  QStringList patterns;
-  for (const std::string& type : types) {
-    const QString suffix = QString::fromStdString(type);
-    patterns << "*." + suffix.toLower() << "*." + suffix.toUpper();
-  }
-  patterns.removeDuplicates();
-  return patterns.isEmpty() ? QStringList("*") : patterns;
-}
+  void show();
+  /// The user has answered, though the dialog may be there a little longer. `tell`, which is called
+  /// the first time alone, may destroy this.
+  void finish(const std::function<void()>& tell);
 
-QString folderOfPictures() {
-  const QString path = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-  return QFileInfo(path).isDir() ? path : QDir::homePath();
-}
+ private:
+  [[nodiscard]] QtWindowPeer* windowBehind() const;
+  void comeInFrontOf(const QtWindowPeer& behind, OwnWindows::Popover& popover);
+  void end();
 
-std::optional<std::string> chosenIn(const QFileDialog& dialog, const QStringList& patterns) {
-  const QFileInfo file(dialog.selectedFiles().value(0));
-  if (file.isFile() && QDir::match(patterns, file.fileName())) {
-    return file.absoluteFilePath().toStdString();
-  }
-  qCWarning(lcUi) << "a file was chosen that is not of the types asked for";
-  return std::nullopt;
-}
-
-}  // namespace
-
-// --- What both have in common ---
+  WindowServices& services_;
+  QtWindowPeer* window_;
+  std::unique_ptr<QDialog> dialog_;
+  bool ended_ = false;
+  /// Of an alert that stands in front of a window which the desktop keeps in front of all others.
+  std::unique_ptr<OwnWindows::Popover> popover_;
+};
 
 ModalDialog::ModalDialog(std::unique_ptr<QDialog> dialog, QtWindowPeer* window,
                          WindowServices& services)
@@ -115,6 +106,12 @@ void ModalDialog::comeInFrontOf(const QtWindowPeer& behind, OwnWindows::Popover&
   popover_ = services_.ownWindows.makePopover(window, place, [this] { dialog_->reject(); });
 }
 
+void ModalDialog::finish(const std::function<void()>& tell) {
+  if (ended_) return;
+  end();
+  tell();
+}
+
 void ModalDialog::end() {
   if (std::exchange(ended_, true)) return;
   if (window_ == nullptr) --services_.alerts;
@@ -123,70 +120,101 @@ void ModalDialog::end() {
 
 // --- Alerts ---
 
-QtAlert::QtAlert(const platform::NSAlert& alert, Answered answered, QtWindowPeer* sheetOf,
-                 WindowServices& services)
-    : answered_(std::move(answered)),
-      dialog_(boxFor(alert, sheetOf != nullptr), sheetOf, services) {
-  dialog_.show();
+QMessageBox::Icon iconFor(NSAlertStyle style) {
+  switch (style) {
+    case NSAlertStyle::Warning:
+      return QMessageBox::Warning;
+    case NSAlertStyle::Informational:
+      return QMessageBox::Information;
+    case NSAlertStyle::Critical:
+      return QMessageBox::Critical;
+  }
+  return QMessageBox::NoIcon;
 }
 
-std::unique_ptr<QDialog> QtAlert::boxFor(const platform::NSAlert& alert, bool isSheet) {
-  auto box = std::make_unique<QMessageBox>(iconFor(alert.alertStyle()), QStringLiteral("Calmdeck"),
-                                           QString::fromStdString(alert.messageText()));
-  box->setTextFormat(Qt::PlainText);
-  box->setInformativeText(shortcutInWords(QString::fromStdString(alert.informativeText())));
+}  // namespace
+
+std::unique_ptr<ModalPeer> makeAlert(const platform::NSAlert& alert,
+                                     const std::function<void(std::size_t button)>& answered,
+                                     QtWindowPeer* sheetOf, WindowServices& services) {
+  auto owned =
+      std::make_unique<QMessageBox>(iconFor(alert.alertStyle()), QStringLiteral("Calmdeck"),
+                                    QString::fromStdString(alert.messageText()));
+  QMessageBox& box = *owned;
+  auto dialog = std::make_unique<ModalDialog>(std::move(owned), sheetOf, services);
+  box.setTextFormat(Qt::PlainText);
+  box.setInformativeText(shortcutInWords(QString::fromStdString(alert.informativeText())));
   // A popover of ours stays in front of ordinary windows, so an alert has to as well.
-  box->setWindowFlag(Qt::WindowStaysOnTopHint, !isSheet);
+  box.setWindowFlag(Qt::WindowStaysOnTopHint, sheetOf == nullptr);
   std::size_t index = 0;
   for (const std::string& title : alert.buttonTitles()) {
-    QPushButton* button = box->addButton(plainTitle(title), QMessageBox::AcceptRole);
-    QObject::connect(button, &QPushButton::clicked, box.get(), [this, index] { finish(index); });
-    if (index++ == 0) box->setDefaultButton(button);
+    QPushButton* button = box.addButton(plainTitle(title), QMessageBox::AcceptRole);
+    QObject::connect(button, &QPushButton::clicked, &box, [&dialog = *dialog, answered, index] {
+      dialog.finish([answered, index] { answered(index); });
+    });
+    if (index++ == 0) box.setDefaultButton(button);
     // The last one is what Escape and the title bar's button mean.
-    box->setEscapeButton(button);
+    box.setEscapeButton(button);
   }
-  return box;
-}
-
-void QtAlert::finish(std::size_t button) {
-  dialog_.end();
-  const Answered answered = std::exchange(answered_, {});
-  if (answered) answered(button);
+  dialog->show();
+  return dialog;
 }
 
 // --- Open panels ---
 
-QtOpenPanel::QtOpenPanel(const platform::NSOpenPanel& panel, Answered answered,
-                         WindowServices& services)
-    : answered_(std::move(answered)), dialog_(dialogFor(panel), nullptr, services) {
-  dialog_.show();
+namespace {
+
+/// Desktops differ in whether they mind the letter case.
+QStringList patternsFor(const std::vector<std::string>& types) {
+  QStringList patterns;
+  for (const std::string& type : types) {
+    const QString suffix = QString::fromStdString(type);
+    patterns << "*." + suffix.toLower() << "*." + suffix.toUpper();
+  }
+  patterns.removeDuplicates();
+  return patterns.isEmpty() ? QStringList("*") : patterns;
 }
 
-std::unique_ptr<QDialog> QtOpenPanel::dialogFor(const platform::NSOpenPanel& panel) {
+QString folderOfPictures() {
+  const QString path = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+  return QFileInfo(path).isDir() ? path : QDir::homePath();
+}
+
+std::optional<std::string> chosenIn(const QFileDialog& dialog, const QStringList& patterns) {
+  const QFileInfo file(dialog.selectedFiles().value(0));
+  if (file.isFile() && QDir::match(patterns, file.fileName())) {
+    return file.absoluteFilePath().toStdString();
+  }
+  qCWarning(lcUi) << "a file was chosen that is not of the types asked for";
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::unique_ptr<ModalPeer> makeOpenPanel(
+    const platform::NSOpenPanel& panel,
+    const std::function<void(std::optional<std::string> path)>& answered,
+    WindowServices& services) {
   const QStringList patterns = patternsFor(panel.allowedFileTypes());
-  auto dialog = std::make_unique<QFileDialog>();
-  dialog->setAcceptMode(QFileDialog::AcceptOpen);
-  dialog->setFileMode(QFileDialog::ExistingFile);
-  dialog->setSupportedSchemes({QStringLiteral("file")});
-  dialog->setOption(QFileDialog::HideNameFilterDetails);
-  dialog->setOption(QFileDialog::ReadOnly);
-  dialog->setWindowTitle(QString::fromStdString(panel.message()));
-  dialog->setLabelText(QFileDialog::Accept, plainTitle(panel.prompt()));
-  dialog->setNameFilter(
-      QStringLiteral("%1 (%2)").arg(localized("Suitable files"), patterns.join(' ')));
-  dialog->setDirectory(folderOfPictures());
-  QObject::connect(dialog.get(), &QDialog::finished, dialog.get(),
-                   [this, &shown = *dialog, patterns](int result) {
-                     const bool isAccepted = result == QDialog::Accepted;
-                     finish(isAccepted ? chosenIn(shown, patterns) : std::nullopt);
-                   });
+  auto owned = std::make_unique<QFileDialog>();
+  QFileDialog& box = *owned;
+  auto dialog = std::make_unique<ModalDialog>(std::move(owned), nullptr, services);
+  box.setAcceptMode(QFileDialog::AcceptOpen);
+  box.setFileMode(QFileDialog::ExistingFile);
+  box.setSupportedSchemes({QStringLiteral("file")});
+  box.setOption(QFileDialog::HideNameFilterDetails);
+  box.setOption(QFileDialog::ReadOnly);
+  box.setWindowTitle(QString::fromStdString(panel.message()));
+  box.setLabelText(QFileDialog::Accept, plainTitle(panel.prompt()));
+  box.setNameFilter(QStringLiteral("%1 (%2)").arg(localized("Suitable files"), patterns.join(' ')));
+  box.setDirectory(folderOfPictures());
+  QObject::connect(
+      &box, &QDialog::finished, &box, [&dialog = *dialog, &box, answered, patterns](int result) {
+        const auto path = result == QDialog::Accepted ? chosenIn(box, patterns) : std::nullopt;
+        dialog.finish([answered, path] { answered(path); });
+      });
+  dialog->show();
   return dialog;
-}
-
-void QtOpenPanel::finish(std::optional<std::string> path) {
-  dialog_.end();
-  const Answered answered = std::exchange(answered_, {});
-  if (answered) answered(std::move(path));
 }
 
 }  // namespace linux_desktop

@@ -49,20 +49,19 @@ std::unique_ptr<platform::port::WindowPeer> QtWindows::createWindow(
 
 std::unique_ptr<platform::port::Windows::ModalPeer> QtWindows::showAlert(
     const platform::NSAlert& alert, std::function<void(std::size_t button)> answered) {
-  return std::make_unique<QtAlert>(alert, std::move(answered), nullptr, services_);
+  return makeAlert(alert, answered, nullptr, services_);
 }
 
 std::unique_ptr<platform::port::Windows::ModalPeer> QtWindows::showSheet(
     const platform::NSAlert& alert, platform::port::WindowPeer& window,
     std::function<void(std::size_t button)> answered) {
-  return std::make_unique<QtAlert>(alert, std::move(answered), dynamic_cast<QtWindowPeer*>(&window),
-                                   services_);
+  return makeAlert(alert, answered, dynamic_cast<QtWindowPeer*>(&window), services_);
 }
 
 std::unique_ptr<platform::port::Windows::ModalPeer> QtWindows::showOpenPanel(
     const platform::NSOpenPanel& panel,
     std::function<void(std::optional<std::string> path)> answered) {
-  return std::make_unique<QtOpenPanel>(panel, std::move(answered), services_);
+  return makeOpenPanel(panel, answered, services_);
 }
 
 void QtWindows::setDesktopKeysEnabled(bool enabled) {
