@@ -2,7 +2,11 @@
 
 #include <QApplication>
 #include <QLayout>
+#include <QPainter>
+#include <QPixmap>
+#include <QScopedValueRollback>
 #include <QScreen>
+#include <QSvgRenderer>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
@@ -10,7 +14,7 @@
 
 #include "desktop/linux/ui/ExposeWatch.h"
 #include "desktop/linux/ui/PopoverPlacement.h"
-#include "desktop/linux/ui/ProgramIcon.h"
+#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/port/Windows.h"
 
@@ -23,6 +27,8 @@ namespace port = platform::port;
 
 namespace {
 
+using CallScope = QScopedValueRollback<bool>;
+
 constexpr std::chrono::milliseconds kOwnPress{40};
 constexpr std::chrono::seconds kComingUp{1};
 /// How much later than us a tray may be ready when the user logs in to a busy machine.
@@ -33,20 +39,27 @@ constexpr bool isNotBefore(std::uint32_t time, std::uint32_t other) {
   return static_cast<std::int32_t>(time - other) >= 0;
 }
 
-class CallScope {
- public:
-  explicit CallScope(int& calls) : calls_(calls) { ++calls_; }
-  ~CallScope() { --calls_; }
-  CallScope(const CallScope&) = delete;
-  CallScope& operator=(const CallScope&) = delete;
-
- private:
-  int& calls_;
-};
-
 StatusItemAnchor* anchorOf(const port::Placement& placement) {
   const auto* atItem = std::get_if<port::PlacedAtStatusItem>(&placement);
   return atItem == nullptr ? nullptr : dynamic_cast<StatusItemAnchor*>(atItem->item);
+}
+
+/// The program's own, for all windows; null where its resources do not have it.
+QIcon programIcon() {
+  QIcon icon;
+  const auto image = platform::NSImage::imageNamed("org.calmdeck.Calmdeck");
+  if (!image) return icon;
+  const std::string_view bytes = image->bytes();
+  QSvgRenderer drawing(QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+  for (const int size : {16, 24, 32, 48, 64, 128}) {
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    drawing.render(&painter);
+    painter.end();
+    icon.addPixmap(pixmap);
+  }
+  return icon;
 }
 
 }  // namespace
@@ -56,14 +69,14 @@ QtWindowPeer::QtWindowPeer(platform::NSWindow& window, port::WindowClient& clien
     : model_(window), client_(client), services_(services) {}
 
 QtWindowPeer::~QtWindowPeer() {
-  const CallScope scope(calls_);
+  const CallScope scope(isCalled_, true);
   hide();
 }
 
 // --- What the model asks ---
 
 void QtWindowPeer::show(const port::Placement& placement) {
-  const CallScope scope(calls_);
+  const CallScope scope(isCalled_, true);
   anchor_ = anchorOf(placement);
   const bool isSeen = window_ && window_->isVisible();
   waitsForItem_ = !isSeen && anchor_ != nullptr && anchor_->isComing();
@@ -111,13 +124,13 @@ void QtWindowPeer::statusItemChanged() {
                         window_->chrome() == Chrome::OrdinaryWithMenu &&
                         services_.clock() <= shownSince_ + kLateTray;
   if (!std::exchange(waitsForItem_, false) && !standsIn) return;
-  const CallScope scope(calls_);
+  const CallScope scope(isCalled_, true);
   present();
   makeKey();
 }
 
 void QtWindowPeer::hide() {
-  const CallScope scope(calls_);
+  const CallScope scope(isCalled_, true);
   std::erase(services_.shown, this);
   anchor_ = nullptr;
   waitsForItem_ = false;
@@ -131,7 +144,7 @@ void QtWindowPeer::hide() {
 }
 
 void QtWindowPeer::makeKey() {
-  const CallScope scope(calls_);
+  const CallScope scope(isCalled_, true);
   if (!window_ || !window_->isVisible()) return;
   // It has the keyboard, and what the click gave leave with is for nobody else.
   if (popover_) return services_.ownWindows.setToken({});
@@ -159,7 +172,7 @@ void QtWindowPeer::giveWay() {
 }
 
 void QtWindowPeer::update(const std::vector<port::ChangedView>& changes, bool) {
-  const CallScope scope(calls_);
+  const CallScope scope(isCalled_, true);
   const auto& content = model_.contentView();
   const bool isOther = std::ranges::any_of(changes, [&content](const port::ChangedView& changed) {
     return changed.view == content && includes(changed.change, platform::ViewChange::Subviews);
@@ -288,7 +301,7 @@ void QtWindowPeer::activeChanged(bool active) {
 // --- Reports ---
 
 void QtWindowPeer::report(std::function<void()> what) {
-  if (calls_ > 0) {
+  if (isCalled_) {
     QMetaObject::invokeMethod(&context_, std::move(what), Qt::QueuedConnection);
   } else {
     what();

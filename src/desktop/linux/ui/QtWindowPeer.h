@@ -93,8 +93,8 @@ class QtWindowPeer final : public platform::port::WindowPeer,
   platform::MonotonicTime shownSince_;
   /// None: it does not insist on a place any more.
   std::optional<platform::MonotonicTime> insistsUntil_;
-  /// How many calls of the model are on the stack: reports wait until there is none.
-  int calls_ = 0;
+  /// A call of the model is on the stack: reports wait until there is none.
+  bool isCalled_ = false;
   /// Reports that wait are dropped with it.
   QObject context_;
 };
