@@ -1,11 +1,11 @@
 #include "desktop/linux/ui/LayerPainter.h"
 
+#include <QCache>
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
 #include <cmath>
-#include <list>
-#include <tuple>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -108,27 +108,13 @@ SoftShadow blurred(QSizeF size, double cornerRadius, double deviation, const QCo
 }
 
 /// All that a shadow depends on.
-using Key = std::tuple<double, double, double, double, QRgb>;
-
-/// The shadows drawn last. While a switch slides, each frame draws the same few.
-class RecentShadows {
- public:
-  static constexpr std::size_t kMost = 16;
-
-  [[nodiscard]] const SoftShadow* find(const Key& key) {
-    const auto found = std::ranges::find(shadows_, key, &Entry::first);
-    if (found == shadows_.end()) return nullptr;
-    shadows_.splice(shadows_.begin(), shadows_, found);
-    return &shadows_.front().second;
+struct ShadowKey {
+  double width, height, cornerRadius, deviation;
+  QRgb color;
+  bool operator==(const ShadowKey&) const = default;
+  friend std::size_t qHash(const ShadowKey& key, std::size_t seed) {
+    return qHashMulti(seed, key.width, key.height, key.cornerRadius, key.deviation, key.color);
   }
-  const SoftShadow& add(const Key& key, SoftShadow shadow) {
-    if (shadows_.size() == kMost) shadows_.pop_back();
-    return shadows_.emplace_front(key, std::move(shadow)).second;
-  }
-
- private:
-  using Entry = std::pair<Key, SoftShadow>;
-  std::list<Entry> shadows_;  // the last one first
 };
 
 // --- Painting ---
@@ -147,10 +133,13 @@ class SavedState {
 }  // namespace
 
 SoftShadow softShadow(QSizeF size, double cornerRadius, double deviation, const QColor& color) {
-  static RecentShadows recent;
-  const Key key{size.width(), size.height(), cornerRadius, deviation, color.rgba()};
-  if (const SoftShadow* known = recent.find(key)) return *known;
-  return recent.add(key, blurred(size, cornerRadius, deviation, color));
+  // While a switch slides, each frame draws the same few.
+  static QCache<ShadowKey, SoftShadow> recent(16);
+  const ShadowKey key{size.width(), size.height(), cornerRadius, deviation, color.rgba()};
+  if (const SoftShadow* known = recent.object(key)) return *known;
+  SoftShadow drawn = blurred(size, cornerRadius, deviation, color);
+  recent.insert(key, std::make_unique<SoftShadow>(drawn).release());
+  return drawn;
 }
 
 void LayerPainter::paint(const NSView& view, QPointF lowerLeft) {

@@ -14,14 +14,38 @@
 namespace linux_desktop {
 namespace {
 
+/// What can be pressed, under Qt's name for that and another one.
+class PressableAccessible : public QAccessibleWidget {
+ public:
+  [[nodiscard]] QStringList actionNames() const override {
+    return QStringList{action_, pressAction()} + QAccessibleWidget::actionNames();
+  }
+  void doAction(const QString& name) override {
+    if (name == action_ || name == pressAction()) {
+      press_();
+    } else {
+      QAccessibleWidget::doAction(name);
+    }
+  }
+
+ protected:
+  PressableAccessible(QWidget* widget, QAccessible::Role role, QString action,
+                      std::function<void()> press)
+      : QAccessibleWidget(widget, role), action_(std::move(action)), press_(std::move(press)) {}
+
+ private:
+  QString action_;
+  std::function<void()> press_;
+};
+
 /// Where a press is a press and a release of the view, and the model has the state. Qt's own for
 /// checkboxes would flip the widget and press nothing.
-class SwitchAccessible final : public QAccessibleWidget {
+class SwitchAccessible final : public PressableAccessible {
  public:
   SwitchAccessible(ViewWidget& switched, std::function<void()> click)
-      : QAccessibleWidget(&switched.widget(), QAccessible::CheckBox),
-        switched_(switched),
-        click_(std::move(click)) {}
+      : PressableAccessible(&switched.widget(), QAccessible::CheckBox, toggleAction(),
+                            std::move(click)),
+        switched_(switched) {}
 
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
     const platform::NSView& view = switched_.view();
@@ -38,18 +62,6 @@ class SwitchAccessible final : public QAccessibleWidget {
     return state;
   }
 
-  [[nodiscard]] QStringList actionNames() const override {
-    return QStringList{toggleAction(), pressAction()} + QAccessibleWidget::actionNames();
-  }
-
-  void doAction(const QString& name) override {
-    if (name == toggleAction() || name == pressAction()) {
-      click_();
-    } else {
-      QAccessibleWidget::doAction(name);
-    }
-  }
-
  private:
   static QString nameOf(const platform::NSView& view) {
     const auto* button = dynamic_cast<const platform::NSButton*>(&view);
@@ -58,7 +70,6 @@ class SwitchAccessible final : public QAccessibleWidget {
   }
 
   ViewWidget& switched_;
-  std::function<void()> click_;
 };
 
 class BoxAccessible final : public QAccessibleWidget {
@@ -77,10 +88,12 @@ class BoxAccessible final : public QAccessibleWidget {
 };
 
 /// Qt leaves menus out of the children of what they belong to.
-class MenuButtonAccessible final : public QAccessibleWidget {
+class MenuButtonAccessible final : public PressableAccessible {
  public:
   explicit MenuButtonAccessible(MenuButton& button)
-      : QAccessibleWidget(&button, QAccessible::ButtonMenu), button_(button) {}
+      : PressableAccessible(&button, QAccessible::ButtonMenu, showMenuAction(),
+                            [&button] { button.click(); }),
+        button_(button) {}
 
   [[nodiscard]] int childCount() const override { return menu() == nullptr ? 0 : 1; }
   [[nodiscard]] QAccessibleInterface* child(int index) const override {
@@ -94,18 +107,6 @@ class MenuButtonAccessible final : public QAccessibleWidget {
     QAccessible::State state = QAccessibleWidget::state();
     state.hasPopup = true;
     return state;
-  }
-
-  [[nodiscard]] QStringList actionNames() const override {
-    return QStringList{showMenuAction(), pressAction()} + QAccessibleWidget::actionNames();
-  }
-
-  void doAction(const QString& name) override {
-    if (name == showMenuAction() || name == pressAction()) {
-      button_.click();
-    } else {
-      QAccessibleWidget::doAction(name);
-    }
   }
 
  private:
@@ -142,18 +143,14 @@ class WindowAccessible final : public QAccessibleWidget {
   }
 };
 
-class PathAccessible final : public QAccessibleWidget {
- public:
-  explicit PathAccessible(FilePathWidget& path)
-      : QAccessibleWidget(&path, QAccessible::StaticText) {}
-};
-
 /// Qt's cache of interfaces takes what is made over.
 QAccessibleInterface* make(const QString&, QObject* object) {
   if (auto* window = dynamic_cast<PanelWindow*>(object)) return new WindowAccessible(*window);
   if (auto* button = dynamic_cast<MenuButton*>(object)) return new MenuButtonAccessible(*button);
   if (auto* box = dynamic_cast<BoxWidget*>(object)) return new BoxAccessible(*box);
-  if (auto* path = dynamic_cast<FilePathWidget*>(object)) return new PathAccessible(*path);
+  if (auto* path = dynamic_cast<FilePathWidget*>(object)) {
+    return new QAccessibleWidget(path, QAccessible::StaticText);
+  }
   if (auto* checkbox = dynamic_cast<CheckboxWidget*>(object)) {
     return new SwitchAccessible(*checkbox, [checkbox] { checkbox->click(); });
   }
