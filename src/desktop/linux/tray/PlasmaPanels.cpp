@@ -2,6 +2,7 @@
 
 #include <QDBusReply>
 #include <QGuiApplication>
+#include <QRegion>
 #include <QScreen>
 
 #include "desktop/linux/bus/BusCall.h"
@@ -10,17 +11,6 @@ namespace linux_desktop {
 namespace {
 
 constexpr const char* kPlasma = "org.kde.plasmashell";
-
-/// What of `screen` lies outside `usable`, an edge at a time.
-std::vector<QRect> edgesOf(const QRect& screen, const QRect& usable) {
-  std::vector<QRect> edges{
-      {screen.topLeft(), QPoint(screen.right(), usable.top() - 1)},
-      {QPoint(screen.left(), usable.bottom() + 1), screen.bottomRight()},
-      {QPoint(screen.left(), usable.top()), QPoint(usable.left() - 1, usable.bottom())},
-      {QPoint(usable.right() + 1, usable.top()), QPoint(screen.right(), usable.bottom())}};
-  std::erase_if(edges, [](const QRect& edge) { return edge.isEmpty(); });
-  return edges;
-}
 
 }  // namespace
 
@@ -51,9 +41,8 @@ std::vector<DesktopPanel> PlasmaPanels::panels() {
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect usable = usable_.value(screen->name()) & screen->geometry();
     if (usable.isEmpty()) continue;
-    for (const QRect& edge : edgesOf(screen->geometry(), usable)) {
-      panels.push_back({edge, edge});
-    }
+    // An edge at a time.
+    for (const QRect& edge : QRegion(screen->geometry()) - usable) panels.push_back({edge, edge});
   }
   askAll();
   return panels;

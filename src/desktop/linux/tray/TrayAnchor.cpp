@@ -5,14 +5,15 @@
 #include <algorithm>
 
 namespace linux_desktop {
-namespace {
 
-std::optional<QRect> panelAt(const QPoint& point, const std::vector<DesktopPanel>& panels) {
+std::optional<QRect> panelAt(QPoint point, const std::vector<DesktopPanel>& panels) {
   for (const DesktopPanel& panel : panels) {
     if (panel.geometry.contains(point)) return panel.geometry;
   }
   return std::nullopt;
 }
+
+namespace {
 
 /// The middle of the end at which panels have their tray by default: the far one in reading
 /// direction, or the lower one.

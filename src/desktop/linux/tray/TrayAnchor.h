@@ -12,6 +12,9 @@
 
 namespace linux_desktop {
 
+/// The panel that lies there.
+[[nodiscard]] std::optional<QRect> panelAt(QPoint point, const std::vector<DesktopPanel>& panels);
+
 /// Where the icon is, as well as it can be known. Trays of today do not tell, so the pointer does,
 /// which is on the icon when it is clicked, or, where a program may not know the pointer, what the
 /// tray told with the click; before the first one it is a guess from the panels.

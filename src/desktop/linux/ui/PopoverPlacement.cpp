@@ -1,50 +1,37 @@
 #include "desktop/linux/ui/PopoverPlacement.h"
 
+#include <QMargins>
 #include <algorithm>
-#include <array>
+
+#include "desktop/linux/tray/TrayAnchor.h"
 
 namespace linux_desktop {
 namespace {
 
 constexpr int kGap = 4;
 
-struct EdgeDistance {
-  Qt::Edge edge;
-  int distance;
-};
-
-int far(const QRect& rect, Qt::Orientation orientation) {
-  return orientation == Qt::Horizontal ? rect.x() + rect.width() : rect.y() + rect.height();
-}
-
 /// How far each side of `inner` is from the same side of `outer`.
-std::array<EdgeDistance, 4> distances(const QRect& inner, const QRect& outer) {
-  return {EdgeDistance{Qt::TopEdge, inner.y() - outer.y()},
-          EdgeDistance{Qt::BottomEdge, far(outer, Qt::Vertical) - far(inner, Qt::Vertical)},
-          EdgeDistance{Qt::LeftEdge, inner.x() - outer.x()},
-          EdgeDistance{Qt::RightEdge, far(outer, Qt::Horizontal) - far(inner, Qt::Horizontal)}};
+QMargins distances(const QRect& inner, const QRect& outer) {
+  return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+          outer.bottom() - inner.bottom()};
 }
 
-bool isAlong(Qt::Edge edge, Qt::Orientation orientation) {
-  const bool horizontal = edge == Qt::TopEdge || edge == Qt::BottomEdge;
-  return horizontal == (orientation == Qt::Horizontal);
+/// Of the two edges that lie that way, the one that is not so far.
+Qt::Edge nearer(const QMargins& away, Qt::Orientation lying) {
+  if (lying == Qt::Vertical) return away.left() <= away.right() ? Qt::LeftEdge : Qt::RightEdge;
+  return away.top() <= away.bottom() ? Qt::TopEdge : Qt::BottomEdge;
 }
 
 /// The edge of `monitor` at which a bar lies: one along its long side, the nearer of the two.
 Qt::Edge edgeOf(const QRect& bar, const QRect& monitor) {
-  const auto orientation = bar.width() >= bar.height() ? Qt::Horizontal : Qt::Vertical;
-  auto edges = distances(bar, monitor);
-  const auto end = std::remove_if(edges.begin(), edges.end(), [orientation](const auto& row) {
-    return !isAlong(row.edge, orientation);
-  });
-  return std::min_element(edges.begin(), end,
-                          [](const auto& a, const auto& b) { return a.distance < b.distance; })
-      ->edge;
+  const bool isWide = bar.width() >= bar.height();
+  return nearer(distances(bar, monitor), isWide ? Qt::Horizontal : Qt::Vertical);
 }
 
 Qt::Edge nearestEdge(QPoint point, const QRect& monitor) {
-  const auto edges = distances(QRect(point, QSize(1, 1)), monitor);
-  return std::ranges::min_element(edges, {}, &EdgeDistance::distance)->edge;
+  const QMargins away = distances(QRect(point, QSize(1, 1)), monitor);
+  const bool isBeside = std::min(away.left(), away.right()) < std::min(away.top(), away.bottom());
+  return nearer(away, isBeside ? Qt::Vertical : Qt::Horizontal);
 }
 
 /// `area` without what of it lies between `edge` and the inner side of `bar`.
@@ -66,33 +53,18 @@ QRect cut(QRect area, const QRect& bar, Qt::Edge edge) {
   return area;
 }
 
-std::optional<QRect> panelAt(const Anchor& anchor, const std::vector<DesktopPanel>& panels) {
-  if (anchor.panelGeometry) return anchor.panelGeometry;
-  for (const DesktopPanel& panel : panels) {
-    if (panel.geometry.contains(anchor.point)) return panel.geometry;
-  }
-  return std::nullopt;
-}
-
-/// `from`, moved into low..high-length; at `low` where it does not fit.
-int fitted(int from, int length, int low, int high) {
-  return std::max(low, std::min(from, high - length));
-}
-
-QPoint beside(Qt::Edge edge, QPoint anchor, QSize size, const QRect& room) {
-  const int x = anchor.x() - size.width() / 2;
-  const int y = anchor.y() - size.height() / 2;
-  switch (edge) {
-    case Qt::TopEdge:
-      return {x, room.y()};
-    case Qt::BottomEdge:
-      return {x, far(room, Qt::Vertical) - size.height()};
-    case Qt::LeftEdge:
-      return {room.x(), y};
-    case Qt::RightEdge:
-      return {far(room, Qt::Horizontal) - size.width(), y};
-  }
-  return anchor;
+/// At that edge of `room`, centred at `anchor` as far as it fits in.
+QRect beside(Qt::Edge edge, QPoint anchor, QSize size, const QRect& room) {
+  QRect place(anchor - QPoint(size.width() / 2, size.height() / 2), size);
+  if (edge == Qt::TopEdge) place.moveTop(room.top());
+  if (edge == Qt::LeftEdge) place.moveLeft(room.left());
+  if (edge == Qt::RightEdge) place.moveRight(room.right());
+  if (edge == Qt::BottomEdge) place.moveBottom(room.bottom());
+  place.moveRight(std::min(place.right(), room.right()));
+  place.moveBottom(std::min(place.bottom(), room.bottom()));
+  place.moveLeft(std::max(place.left(), room.left()));
+  place.moveTop(std::max(place.top(), room.top()));
+  return place;
 }
 
 }  // namespace
@@ -110,15 +82,12 @@ QRect usableArea(const QRect& monitor, const std::vector<DesktopPanel>& panels) 
 QRect placePopover(const Anchor& anchor, QSize size, const QRect& monitor,
                    const std::vector<DesktopPanel>& panels) {
   QRect room = usableArea(monitor, panels);
-  const std::optional<QRect> holder = panelAt(anchor, panels);
+  const std::optional<QRect> holder =
+      anchor.panelGeometry ? anchor.panelGeometry : panelAt(anchor.point, panels);
   const Qt::Edge edge = holder ? edgeOf(*holder, monitor) : nearestEdge(anchor.point, monitor);
   // A panel that reserves nothing is not covered either.
   if (holder) room = cut(room, *holder & monitor, edge);
-  room.adjust(kGap, kGap, -kGap, -kGap);
-  const QPoint wanted = beside(edge, anchor.point, size, room);
-  return {QPoint(fitted(wanted.x(), size.width(), room.x(), far(room, Qt::Horizontal)),
-                 fitted(wanted.y(), size.height(), room.y(), far(room, Qt::Vertical))),
-          size};
+  return beside(edge, anchor.point, size, room.adjusted(kGap, kGap, -kGap, -kGap));
 }
 
 }  // namespace linux_desktop
