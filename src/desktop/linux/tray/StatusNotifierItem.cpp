@@ -31,16 +31,12 @@ void registerTypes() {
   qDBusRegisterMetaType<ToolTip>();
 }
 
-BusInterface::Property text(const char* value) {
-  return {"s", [value] { return QVariant(value); }};
-}
-
-BusInterface::Property pixmaps(std::function<IconPixmaps()> read) {
-  return {"a(iiay)", [read = std::move(read)] { return QVariant::fromValue(read()); }};
-}
-
 BusInterface::Property constant(const char* type, const QVariant& value) {
   return {type, [value] { return value; }};
+}
+
+BusInterface::Property text(const char* value) {
+  return constant("s", value);
 }
 
 }  // namespace
@@ -52,7 +48,7 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& connection, Report
 
 BusInterface StatusNotifierItem::makeInterface() {
   registerTypes();
-  const auto reporting = [this](const std::function<void(const Click&)>& what) {
+  const auto reporting = [this](const Clicked& what) {
     return [this, &what](const QDBusMessage& call) {
       report(what, call);
       return QVariantList();
@@ -63,8 +59,10 @@ BusInterface StatusNotifierItem::makeInterface() {
     return QVariantList();
   };
   const auto ignore = [](const QDBusMessage&) { return QVariantList(); };
-  const auto ours = [this] { return image_ == nullptr ? IconPixmaps() : image_->pixmaps; };
-  const auto none = [] { return IconPixmaps(); };
+  const auto icon = [this] {
+    return QVariant::fromValue(image_ == nullptr ? IconPixmaps() : image_->pixmaps);
+  };
+  const auto none = constant("a(iiay)", QVariant::fromValue(IconPixmaps()));
   const auto name = [this] { return image_ == nullptr ? QString() : image_->name; };
   // Hosts say the title of the item to assistive technology, or the picture's description.
   const auto title = [this] { return QVariant(toolTip_); };
@@ -88,11 +86,11 @@ BusInterface StatusNotifierItem::makeInterface() {
                          {"Menu", constant("o", QVariant::fromValue(menu))},
                          {"ItemIsMenu", constant("b", false)},
                          {"IconName", {"s", name}},
-                         {"IconPixmap", pixmaps(ours)},
+                         {"IconPixmap", {"a(iiay)", icon}},
                          {"OverlayIconName", text("")},
-                         {"OverlayIconPixmap", pixmaps(none)},
+                         {"OverlayIconPixmap", none},
                          {"AttentionIconName", text("")},
-                         {"AttentionIconPixmap", pixmaps(none)},
+                         {"AttentionIconPixmap", none},
                          {"AttentionMovieName", text("")},
                          {"IconAccessibleDesc", {"s", title}},
                          {"ToolTip", {"(sa(iiay)ss)", toolTip}}},
@@ -107,12 +105,11 @@ void StatusNotifierItem::setWanted(bool wanted) {
   if (std::exchange(wanted_, wanted) != wanted) object_.emitSignal("NewStatus", {status()});
 }
 
-void StatusNotifierItem::report(const std::function<void(const Click&)>& what,
-                                const QDBusMessage& call) {
-  const QVariantList place = call.arguments();
-  const Click click{{place.value(0).toInt(), place.value(1).toInt()}};
+void StatusNotifierItem::report(const Clicked& what, const QDBusMessage& call) {
+  const QVariantList values = call.arguments();
+  const QPoint place(values.value(0).toInt(), values.value(1).toInt());
   QMetaObject::invokeMethod(
-      &later_, [&what, click] { what(click); }, Qt::QueuedConnection);
+      &later_, [&what, place] { what(place); }, Qt::QueuedConnection);
 }
 
 void StatusNotifierItem::setImage(const StatusImage& image) {

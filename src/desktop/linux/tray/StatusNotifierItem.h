@@ -16,17 +16,15 @@ class StatusNotifierItem {
  public:
   static constexpr const char* kPath = "/StatusNotifierItem";
 
-  /// A click, as the host tells of it.
-  struct Click {
-    /// Near the item, in coordinates of the host's choice; some hosts send what means nothing.
-    QPoint place;
-  };
+  /// A click, with its place near the item in coordinates of the host's choice; some hosts send
+  /// what means nothing.
+  using Clicked = std::function<void(QPoint place)>;
 
   /// Told on the main thread, in the order of arrival, after the host has got its reply.
   struct Reports {
-    std::function<void(const Click& click)> activated;
+    Clicked activated;
     /// The host draws no menus and asks us to.
-    std::function<void(const Click& click)> menuAsked;
+    Clicked menuAsked;
     /// What the user's click gives leave to take the keyboard with (xdg-activation). It comes
     /// before the click itself, or before the host opens the menu that it draws.
     std::function<void(const QString& token)> tokenGiven;
@@ -47,7 +45,7 @@ class StatusNotifierItem {
 
  private:
   [[nodiscard]] BusInterface makeInterface();
-  void report(const std::function<void(const Click& click)>& what, const QDBusMessage& call);
+  void report(const Clicked& what, const QDBusMessage& call);
   void announceSoon();
   void announce();
   [[nodiscard]] QString status() const;

@@ -1,6 +1,9 @@
 #include "desktop/linux/tray/TrayStatusItem.h"
 
+#include <QApplication>
+#include <QMouseEvent>
 #include <QPointer>
+#include <QSystemTrayIcon>
 #include <utility>
 
 #include "desktop/linux/tray/TrayStatusBar.h"
@@ -18,6 +21,39 @@ QString freshConnectionName() {
 
 }  // namespace
 
+/// Our icon in a tray of the old X11 protocol.
+///
+/// Made only while there is no StatusNotifierHost: QSystemTrayIcon looks for one once in the life
+/// of the process, waits for its answer, and then stays with the protocol that it found.
+class TrayStatusItem::XEmbedIcon final : public QSystemTrayIcon {
+ public:
+  XEmbedIcon(const StatusImage& image, std::function<void()> clicked,
+             std::function<void()> menuAsked)
+      : menuAsked_(std::move(menuAsked)) {
+    setIcon(image.icon);
+    connect(this, &QSystemTrayIcon::activated, this,
+            [this, clicked = std::move(clicked)](ActivationReason reason) {
+              // The second of two quick clicks comes as a double click only.
+              if (reason == Trigger || reason == DoubleClick) clicked();
+              if (reason == Context) menuAsked_();
+            });
+    qApp->installEventFilter(this);
+    show();
+  }
+
+ private:
+  /// Qt 6 drops the second of two quick clicks with the right button.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonDblClick && watched->inherits("QSystemTrayIconSys") &&
+        static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+      menuAsked_();
+    }
+    return false;
+  }
+
+  std::function<void()> menuAsked_;
+};
+
 TrayStatusItem::TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemClient& client)
     : bar_(bar),
       client_(client),
@@ -32,8 +68,8 @@ TrayStatusItem::TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemCli
   notifier_.emplace(
       connection_,
       StatusNotifierItem::Reports{
-          .activated = [this](const auto& click) { activated(click); },
-          .menuAsked = [this](const auto& click) { menuAsked(click); },
+          .activated = [this](QPoint place) { activated(place); },
+          .menuAsked = [this](QPoint place) { menuAsked(place); },
           .tokenGiven = [this](const QString& token) { bar_.windows().setToken(token); },
           .called = [this](const QString& host) { bar_.shownBy(host); }});
   notifier_->setImage(*image_);
@@ -49,7 +85,7 @@ TrayStatusItem::~TrayStatusItem() {
 void TrayStatusItem::setImage(const platform::NSImage* image) {
   image_ = &bar_.images().rendered(image);
   if (notifier_) notifier_->setImage(*image_);
-  if (xembed_) xembed_->setImage(*image_);
+  if (xembed_) xembed_->setIcon(image_->icon);
   if (button_ != nullptr) button_->show(connection_.baseService(), image_->icon);
 }
 
@@ -102,14 +138,12 @@ void TrayStatusItem::useButton(PanelButton* button) {
 }
 
 void TrayStatusItem::useXEmbed(bool use) {
-  if (use == xembed_.has_value()) return;
-  if (use) {
-    xembed_.emplace(*image_, XEmbedIcon::Reports{.activated = [this] { activated({}); },
-                                                 .menuAsked = [this] { menuAsked({}); }});
-    xembed_->setToolTip(toolTip_);
-  } else {
-    xembed_.reset();
-  }
+  if (use == (xembed_ != nullptr)) return;
+  xembed_.reset();
+  if (!use) return;
+  xembed_ = std::make_unique<XEmbedIcon>(
+      *image_, [this] { activated({}); }, [this] { menuAsked({}); });
+  xembed_->setToolTip(toolTip_);
 }
 
 void TrayStatusItem::tellObserver(NSEventType click) const {
@@ -117,11 +151,11 @@ void TrayStatusItem::tellObserver(NSEventType click) const {
   if (const auto observer = observer_) observer(click);
 }
 
-void TrayStatusItem::remember(const StatusNotifierItem::Click& click, std::function<void()> then) {
-  bar_.windows().findPointer([this, alive = QPointer(&context_), told = click.place,
+void TrayStatusItem::remember(QPoint place, std::function<void()> then) {
+  bar_.windows().findPointer([this, alive = QPointer(&context_), place,
                               then = std::move(then)](std::optional<QPoint> found) {
     if (!alive) return;
-    bar_.rememberClick(found.value_or(told));
+    bar_.rememberClick(found.value_or(place));
     then();
   });
 }
@@ -130,17 +164,17 @@ QRect TrayStatusItem::geometry() const {
   return xembed_ ? xembed_->geometry() : QRect();
 }
 
-void TrayStatusItem::activated(const StatusNotifierItem::Click& click) {
+void TrayStatusItem::activated(QPoint place) {
   // xfce4-panel keeps the closing of a menu to itself. While one is open it takes the clicks.
   opening_.end();
-  remember(click, [this] {
+  remember(place, [this] {
     tellObserver(NSEventType::LeftMouseUp);
     client_.statusItemClicked(NSEventType::LeftMouseUp);
   });
 }
 
-void TrayStatusItem::menuAsked(const StatusNotifierItem::Click& click) {
-  remember(click, [this] { requestMenu({anchor().point, {}}); });
+void TrayStatusItem::menuAsked(QPoint place) {
+  remember(place, [this] { requestMenu({anchor().point, {}}); });
 }
 
 }  // namespace linux_desktop

@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "desktop/linux/tray/DBusMenu.h"
@@ -10,7 +11,6 @@
 #include "desktop/linux/tray/StatusImages.h"
 #include "desktop/linux/tray/StatusItemAnchor.h"
 #include "desktop/linux/tray/StatusNotifierItem.h"
-#include "desktop/linux/tray/XEmbedIcon.h"
 #include "desktop/linux/windowsystem/PanelButton.h"
 #include "platform/port/Windows.h"
 
@@ -49,10 +49,12 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   [[nodiscard]] QRect geometry() const;
 
  private:
-  void activated(const StatusNotifierItem::Click& click);
-  void menuAsked(const StatusNotifierItem::Click& click);
-  /// Goes on with `then` once it is known where the click was.
-  void remember(const StatusNotifierItem::Click& click, std::function<void()> then);
+  class XEmbedIcon;
+
+  void activated(QPoint place);
+  void menuAsked(QPoint place);
+  /// Goes on with `then` once it is known where the click was; `place` is what the tray told.
+  void remember(QPoint place, std::function<void()> then);
   void requestMenu(const MenuPlace& place);
   void tellObserver(platform::NSEventType click) const;
 
@@ -69,7 +71,7 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
   QDBusConnection connection_;
   std::optional<DBusMenu> busMenu_;
   std::optional<StatusNotifierItem> notifier_;
-  std::optional<XEmbedIcon> xembed_;
+  std::unique_ptr<XEmbedIcon> xembed_;
   PanelButton* button_ = nullptr;
   QObject context_;
 };
