@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-#include "desktop/linux/wallpaper/PlasmaDesktops.h"
+#include "desktop/linux/wallpaper/PlasmaPicture.h"
 
 namespace linux_desktop {
 namespace {

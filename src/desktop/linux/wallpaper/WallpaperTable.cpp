@@ -2,11 +2,7 @@
 
 #include <array>
 
-#include "desktop/linux/wallpaper/GSettingsWallpaper.h"
-#include "desktop/linux/wallpaper/PcManFmQtWallpaper.h"
-#include "desktop/linux/wallpaper/PcManFmWallpaper.h"
-#include "desktop/linux/wallpaper/PlasmaWallpaper.h"
-#include "desktop/linux/wallpaper/XfceWallpaper.h"
+#include "desktop/linux/wallpaper/DesktopWallpapers.h"
 
 namespace linux_desktop {
 namespace {
@@ -49,8 +45,7 @@ bool runsPlasma(const Surroundings& surroundings) {
 bool runsLxqt(const Surroundings& surroundings) {
   return isDrawnBy(surroundings, "pcmanfm-qt", kPcManFmQt) ||
          (surroundings.window.id == 0 &&
-          surroundings.busNames.contains(QLatin1String(kPcManFmQt)) &&
-          PcManFmQtWallpaper::hasDesktop());
+          surroundings.busNames.contains(QLatin1String(kPcManFmQt)) && hasPcManFmQtDesktop());
 }
 
 // Shells that draw the picture themselves, under icon windows that one looks through.
@@ -81,13 +76,28 @@ bool isBare(const Surroundings& surroundings) {
   return surroundings.window.id == 0 && !isAShells && surroundings.facts.bareDesktop() != nullptr;
 }
 
-template <class Adapter>
-std::shared_ptr<WallpaperAdapter> make(const Surroundings& surroundings) {
-  if constexpr (std::is_default_constructible_v<Adapter>) {
-    return std::make_shared<Adapter>();
-  } else {
-    return std::make_shared<Adapter>(surroundings);
-  }
+constexpr GSettingsDesktop kMateSettings{
+    .name = "MATE", .schema = "org.mate.background", .picture = "picture-filename"};
+constexpr GSettingsDesktop kCinnamonSettings{
+    .name = "Cinnamon",
+    .schema = "org.cinnamon.desktop.background",
+    .picture = "picture-uri",
+    .slideShow = "org.cinnamon.desktop.background.slideshow"};
+constexpr GSettingsDesktop kFlashbackSettings{
+    .name = "GNOME Flashback", .schema = "org.gnome.desktop.background", .picture = "picture-uri"};
+constexpr GSettingsDesktop kBudgieSettings{.name = "Budgie",
+                                           .schema = "org.gnome.desktop.background",
+                                           .picture = "picture-uri",
+                                           .composed = true};
+constexpr GSettingsDesktop kGnomeSettings{.name = "GNOME",
+                                          .schema = "org.gnome.desktop.background",
+                                          .picture = "picture-uri",
+                                          .darkPicture = "picture-uri-dark",
+                                          .composed = true};
+
+template <const GSettingsDesktop& desktop>
+std::shared_ptr<WallpaperAdapter> inSettings(const Surroundings& /*surroundings*/) {
+  return gsettingsWallpaper(desktop);
 }
 
 std::shared_ptr<WallpaperAdapter> makeBare(const Surroundings& surroundings) {
@@ -95,17 +105,15 @@ std::shared_ptr<WallpaperAdapter> makeBare(const Surroundings& surroundings) {
 }
 
 constexpr std::array kTable{
-    WallpaperRow{"Xfce", kXfdesktop, &runsXfce, &make<XfceWallpaper>},
-    WallpaperRow{"MATE", kCaja, &runsMate, &GSettingsWallpaper::make<kMateSettings>},
-    WallpaperRow{"Plasma", kPlasmashell, &runsPlasma, &make<PlasmaWallpaper>},
-    WallpaperRow{"LXQt", kPcManFmQt, &runsLxqt, &make<PcManFmQtWallpaper>},
-    WallpaperRow{"LXDE", "", &PcManFmWallpaper::runs, &make<PcManFmWallpaper>},
-    WallpaperRow{"Cinnamon", kCinnamon, &runs<kCinnamon>,
-                 &GSettingsWallpaper::make<kCinnamonSettings>},
-    WallpaperRow{"GNOME Flashback", kFlashback, &runsFlashback,
-                 &GSettingsWallpaper::make<kFlashbackSettings>},
-    WallpaperRow{"Budgie", kBudgie, &runs<kBudgie>, &GSettingsWallpaper::make<kBudgieSettings>},
-    WallpaperRow{"GNOME", kGnomeShell, &runsGnome, &GSettingsWallpaper::make<kGnomeSettings>},
+    WallpaperRow{"Xfce", kXfdesktop, &runsXfce, &xfceWallpaper},
+    WallpaperRow{"MATE", kCaja, &runsMate, &inSettings<kMateSettings>},
+    WallpaperRow{"Plasma", kPlasmashell, &runsPlasma, &plasmaWallpaper},
+    WallpaperRow{"LXQt", kPcManFmQt, &runsLxqt, &pcManFmQtWallpaper},
+    WallpaperRow{"LXDE", "", &runsPcManFm, &pcManFmWallpaper},
+    WallpaperRow{"Cinnamon", kCinnamon, &runs<kCinnamon>, &inSettings<kCinnamonSettings>},
+    WallpaperRow{"GNOME Flashback", kFlashback, &runsFlashback, &inSettings<kFlashbackSettings>},
+    WallpaperRow{"Budgie", kBudgie, &runs<kBudgie>, &inSettings<kBudgieSettings>},
+    WallpaperRow{"GNOME", kGnomeShell, &runsGnome, &inSettings<kGnomeSettings>},
     WallpaperRow{"the bare screen", "", &isBare, &makeBare},
 };
 

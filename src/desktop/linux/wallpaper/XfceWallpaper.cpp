@@ -1,11 +1,17 @@
-#include "desktop/linux/wallpaper/XfceWallpaper.h"
+#include "desktop/linux/wallpaper/DesktopWallpapers.h"
 
 #include <QDBusArgument>
 #include <QFileInfo>
 #include <QMetaObject>
+#include <QObject>
+#include <QVariantMap>
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
+#include <vector>
+
+#include "desktop/linux/bus/XfconfChannel.h"
 
 namespace linux_desktop {
 namespace {
@@ -48,9 +54,10 @@ QColor colourOf(const QVariant& value, const QColor& otherwise) {
   return QColor::fromRgbF(part(0), part(1), part(2));
 }
 
-}  // namespace
-
-std::optional<Backdrop> xfceBackdrop(const QVariantMap& properties, const QString& prefix) {
+/// What xfdesktop makes of the properties whose names begin with `prefix` (that of one monitor and
+/// workspace, with the slash). None where no picture was ever chosen: the program then has one of
+/// its own that no property names.
+std::optional<Backdrop> backdropIn(const QVariantMap& properties, const QString& prefix) {
   const auto number = [&](const char* key, int otherwise) {
     const QVariant value = properties.value(prefix + QLatin1String(key));
     return value.isValid() ? value.toInt() : otherwise;
@@ -70,8 +77,6 @@ std::optional<Backdrop> xfceBackdrop(const QVariantMap& properties, const QStrin
   if (backdrop.file.isEmpty()) return std::nullopt;
   return backdrop;
 }
-
-namespace {
 
 using Change = XfconfChannel::Change;
 using platform::Dictionary;
@@ -125,125 +130,149 @@ std::optional<QVariant> present(const QVariantMap& properties, const QString& na
   return found == properties.end() ? std::nullopt : std::optional(*found);
 }
 
+class XfceWallpaper final : public WallpaperAdapter {
+ public:
+  explicit XfceWallpaper(const WallpaperSurroundings& surroundings) : facts_(surroundings.facts) {}
+
+  std::optional<Backdrop> backdrop(const Monitor& monitor) override {
+    const Seen* seen = look(BusPeer::deadline());
+    if (seen == nullptr) return std::nullopt;
+    return backdropIn(seen->properties, prefixOf(monitor, seen->workspaces.present));
+  }
+
+  std::optional<WallpaperState> state(const Monitor& monitor) override {
+    const Seen* seen = look(BusPeer::deadline());
+    if (seen == nullptr) return std::nullopt;
+    WallpaperState state{valuesOf(*seen, monitor, kChanged), {}};
+    state.kept.emplace(kWorkspaces, seen->workspaces.count);
+    const QString shown = prefixOf(monitor, seen->workspaces.present);
+    if (seen->properties.value(shown + kCycle).toBool()) return state;
+    if (const auto backdrop = backdropIn(seen->properties, shown)) state.file = backdrop->file;
+    return state;
+  }
+
+  std::optional<Dictionary> options(const Monitor& monitor) override {
+    const Seen* seen = look(BusPeer::deadline());
+    if (seen == nullptr) return std::nullopt;
+    return valuesOf(*seen, monitor, kOptions);
+  }
+
+  std::optional<std::string> show(const Monitor& monitor, const QString& file,
+                                  const Dictionary& options) override {
+    const QDeadlineTimer deadline = BusPeer::deadline();
+    const Seen* now = look(deadline);
+    if (now == nullptr) return kNoAnswer;
+    std::vector<Change> wanted;
+    for (int workspace = 0; workspace < now->workspaces.count; ++workspace) {
+      const QString prefix = prefixOf(monitor, workspace);
+      const auto given = [&](QLatin1String key) {
+        const auto option = propertyOf(options, entryOf(workspace, key));
+        return option ? option : present(now->properties, prefix + key);
+      };
+      if (given(kCycle) == true) wanted.push_back({prefix + kCycle, false});
+      wanted.push_back({prefix + kPicture, file});
+      const auto style = given(kStyle);
+      wanted.push_back({prefix + kStyle, style == 0 ? kZoomed : style});
+    }
+    return write(*now, wanted, deadline);
+  }
+
+  std::optional<std::string> restore(const Monitor& monitor, const Dictionary& kept) override {
+    const QDeadlineTimer deadline = BusPeer::deadline();
+    const Seen* now = look(deadline);
+    if (now == nullptr) return kNoAnswer;
+    const auto count = platform::valueOf<std::int64_t>(kept, kWorkspaces).value_or(0);
+    std::vector<Change> wanted;
+    for (int workspace = 0; workspace < static_cast<int>(count); ++workspace) {
+      for (const QLatin1String key : kChanged) {
+        wanted.push_back(
+            {prefixOf(monitor, workspace) + key, propertyOf(kept, entryOf(workspace, key))});
+      }
+    }
+    return write(*now, wanted, deadline);
+  }
+
+  void setChanged(std::function<void()> changed) override {
+    if (!changed) return channel_.setChanged({});
+    channel_.setChanged([changed = std::move(changed)](const Change& change) {
+      if (change.property.startsWith(kBase)) changed();
+    });
+  }
+
+  [[nodiscard]] BackdropManner manner() const override {
+    return {.rounding = SizeRounding::DownInDouble, .turnsUpright = true};
+  }
+
+ private:
+  /// What one turn of the event loop needs, asked for once.
+  struct Seen {
+    QVariantMap properties;
+    /// The present one is the one whose picture is shown.
+    Workspaces workspaces;
+  };
+
+  /// Null when the settings service does not answer.
+  [[nodiscard]] const Seen* look(const QDeadlineTimer& deadline) {
+    if (seen_) return &*seen_;
+    auto properties = channel_.read(kBase, deadline);
+    if (!properties) return nullptr;
+    const auto single = present(*properties, kBase + QLatin1String("/single-workspace-mode"));
+    auto workspaces = facts_.workspaces();
+    if (!single || single->toBool() || !workspaces) {
+      workspaces = Workspaces{
+          workspaces.value_or(Workspaces()).count,
+          properties->value(kBase + QLatin1String("/single-workspace-number"), 0).toInt()};
+    }
+    seen_ = Seen{std::move(*properties), *workspaces};
+    QMetaObject::invokeMethod(
+        &turn_, [this] { seen_.reset(); }, Qt::QueuedConnection);
+    return &*seen_;
+  }
+
+  [[nodiscard]] static Dictionary valuesOf(const Seen& seen, const Monitor& monitor,
+                                           std::span<const QLatin1String> keys) {
+    Dictionary values;
+    for (int workspace = 0; workspace < seen.workspaces.count; ++workspace) {
+      for (const QLatin1String key : keys) {
+        const auto value = valueOf(seen.properties.value(prefixOf(monitor, workspace) + key));
+        if (value) values.insert_or_assign(entryOf(workspace, key), *value);
+      }
+    }
+    return values;
+  }
+
+  [[nodiscard]] std::optional<std::string> write(const Seen& now, const std::vector<Change>& wanted,
+                                                 const QDeadlineTimer& deadline) {
+    std::vector<Change> changes;
+    std::vector<Change> undo;
+    for (const Change& change : wanted) {
+      const auto old = present(now.properties, change.property);
+      if (old == change.value) continue;
+      changes.push_back(change);
+      undo.insert(undo.begin(), {change.property, old});
+    }
+    auto reason = channel_.write(changes, undo, deadline);
+    if (reason) {
+      seen_.reset();
+      return reason;
+    }
+    for (const auto& [property, value] : changes) {
+      value ? void(seen_->properties.insert(property, *value))
+            : void(seen_->properties.remove(property));
+    }
+    return std::nullopt;
+  }
+
+  DesktopFacts& facts_;
+  XfconfChannel channel_{QStringLiteral("xfce4-desktop")};
+  std::optional<Seen> seen_;
+  QObject turn_;
+};
+
 }  // namespace
 
-XfceWallpaper::XfceWallpaper(const WallpaperSurroundings& surroundings)
-    : facts_(surroundings.facts) {}
-
-const XfceWallpaper::Seen* XfceWallpaper::look(const QDeadlineTimer& deadline) {
-  if (seen_) return &*seen_;
-  auto properties = channel_.read(kBase, deadline);
-  if (!properties) return nullptr;
-  const auto single = present(*properties, kBase + QLatin1String("/single-workspace-mode"));
-  auto workspaces = facts_.workspaces();
-  if (!single || single->toBool() || !workspaces) {
-    workspaces =
-        Workspaces{workspaces.value_or(Workspaces()).count,
-                   properties->value(kBase + QLatin1String("/single-workspace-number"), 0).toInt()};
-  }
-  seen_ = Seen{std::move(*properties), *workspaces};
-  QMetaObject::invokeMethod(
-      &turn_, [this] { seen_.reset(); }, Qt::QueuedConnection);
-  return &*seen_;
-}
-
-std::optional<Backdrop> XfceWallpaper::backdrop(const Monitor& monitor) {
-  const Seen* seen = look(BusPeer::deadline());
-  if (seen == nullptr) return std::nullopt;
-  return xfceBackdrop(seen->properties, prefixOf(monitor, seen->workspaces.present));
-}
-
-Dictionary XfceWallpaper::valuesOf(const Seen& seen, const Monitor& monitor,
-                                   std::span<const QLatin1String> keys) {
-  Dictionary values;
-  for (int workspace = 0; workspace < seen.workspaces.count; ++workspace) {
-    for (const QLatin1String key : keys) {
-      const auto value = valueOf(seen.properties.value(prefixOf(monitor, workspace) + key));
-      if (value) values.insert_or_assign(entryOf(workspace, key), *value);
-    }
-  }
-  return values;
-}
-
-std::optional<WallpaperState> XfceWallpaper::state(const Monitor& monitor) {
-  const Seen* seen = look(BusPeer::deadline());
-  if (seen == nullptr) return std::nullopt;
-  WallpaperState state{valuesOf(*seen, monitor, kChanged), {}};
-  state.kept.emplace(kWorkspaces, seen->workspaces.count);
-  const QString shown = prefixOf(monitor, seen->workspaces.present);
-  if (seen->properties.value(shown + kCycle).toBool()) return state;
-  if (const auto backdrop = xfceBackdrop(seen->properties, shown)) state.file = backdrop->file;
-  return state;
-}
-
-std::optional<Dictionary> XfceWallpaper::options(const Monitor& monitor) {
-  const Seen* seen = look(BusPeer::deadline());
-  if (seen == nullptr) return std::nullopt;
-  return valuesOf(*seen, monitor, kOptions);
-}
-
-std::optional<std::string> XfceWallpaper::show(const Monitor& monitor, const QString& file,
-                                               const Dictionary& options) {
-  const QDeadlineTimer deadline = BusPeer::deadline();
-  const Seen* now = look(deadline);
-  if (now == nullptr) return kNoAnswer;
-  std::vector<Change> wanted;
-  for (int workspace = 0; workspace < now->workspaces.count; ++workspace) {
-    const QString prefix = prefixOf(monitor, workspace);
-    const auto given = [&](QLatin1String key) {
-      const auto option = propertyOf(options, entryOf(workspace, key));
-      return option ? option : present(now->properties, prefix + key);
-    };
-    if (given(kCycle) == true) wanted.push_back({prefix + kCycle, false});
-    wanted.push_back({prefix + kPicture, file});
-    const auto style = given(kStyle);
-    wanted.push_back({prefix + kStyle, style == 0 ? kZoomed : style});
-  }
-  return write(*now, wanted, deadline);
-}
-
-std::optional<std::string> XfceWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
-  const QDeadlineTimer deadline = BusPeer::deadline();
-  const Seen* now = look(deadline);
-  if (now == nullptr) return kNoAnswer;
-  const auto count = platform::valueOf<std::int64_t>(kept, kWorkspaces).value_or(0);
-  std::vector<Change> wanted;
-  for (int workspace = 0; workspace < static_cast<int>(count); ++workspace) {
-    for (const QLatin1String key : kChanged) {
-      wanted.push_back(
-          {prefixOf(monitor, workspace) + key, propertyOf(kept, entryOf(workspace, key))});
-    }
-  }
-  return write(*now, wanted, deadline);
-}
-
-std::optional<std::string> XfceWallpaper::write(const Seen& now, const std::vector<Change>& wanted,
-                                                const QDeadlineTimer& deadline) {
-  std::vector<Change> changes;
-  std::vector<Change> undo;
-  for (const Change& change : wanted) {
-    const auto old = present(now.properties, change.property);
-    if (old == change.value) continue;
-    changes.push_back(change);
-    undo.insert(undo.begin(), {change.property, old});
-  }
-  auto reason = channel_.write(changes, undo, deadline);
-  if (reason) {
-    seen_.reset();
-    return reason;
-  }
-  for (const auto& [property, value] : changes) {
-    value ? void(seen_->properties.insert(property, *value))
-          : void(seen_->properties.remove(property));
-  }
-  return std::nullopt;
-}
-
-void XfceWallpaper::setChanged(std::function<void()> changed) {
-  if (!changed) return channel_.setChanged({});
-  channel_.setChanged([changed = std::move(changed)](const Change& change) {
-    if (change.property.startsWith(kBase)) changed();
-  });
+std::shared_ptr<WallpaperAdapter> xfceWallpaper(const WallpaperSurroundings& surroundings) {
+  return std::make_shared<XfceWallpaper>(surroundings);
 }
 
 }  // namespace linux_desktop
