@@ -1,5 +1,3 @@
-#include "desktop/linux/audio/PulseAudioObjects.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,10 +10,10 @@
 namespace {
 
 using harness::SoundServer;
-using linux_desktop::PulseAudioObjects;
 using linux_desktop::PulseSound;
 using platform::AudioObjectID;
 using platform::OSStatus;
+using platform::port::AudioObjects;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -29,13 +27,13 @@ constexpr platform::AudioObjectPropertyAddress kMute{platform::kAudioDevicePrope
 
 class PulseAudioObjectsTest : public SoundTest {
  protected:
-  static AudioObjectID defaultOutput(const PulseAudioObjects& objects) {
+  static AudioObjectID defaultOutput(const AudioObjects& objects) {
     std::uint32_t id = 0;
     const OSStatus status =
         objects.propertyData(platform::kAudioObjectSystemObject, kDefaultOutput, id);
     return status == platform::noErr ? id : 0;
   }
-  static std::optional<std::uint32_t> mute(const PulseAudioObjects& objects, AudioObjectID device) {
+  static std::optional<std::uint32_t> mute(const AudioObjects& objects, AudioObjectID device) {
     std::uint32_t value = 7;
     const OSStatus status = objects.propertyData(device, kMute, value);
     return status == platform::noErr ? std::optional(value) : std::nullopt;
@@ -47,7 +45,7 @@ class RunningServerTest : public PulseAudioObjectsTest {
  protected:
   SoundServer server = serve();
   PulseSound sound{kLongestWait};
-  PulseAudioObjects& objects = sound.objects();
+  AudioObjects& objects = sound.objects();
   const AudioObjectID device = defaultOutput(objects);
 };
 
@@ -88,7 +86,7 @@ TEST_P(RunningServerTest, TheDefaultIsFollowedAndIdsAreNeverReused) {
 TEST_P(PulseAudioObjectsTest, WithoutAServerEveryCallSaysSoUntilItsSocketAppears) {
   SoundServer server = serve({"out1"}, SoundServer::Start::Later);
   PulseSound sound{kLongestWait};
-  PulseAudioObjects& objects = sound.objects();
+  AudioObjects& objects = sound.objects();
   bool settable = true;
   std::uint32_t id = 0;
   EXPECT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));
@@ -128,7 +126,7 @@ TEST_P(PulseAudioObjectsTest, AServerThatHangsAtOurStartDelaysNothingButOneCall)
   SoundServer server = serve();
   server.stop();
   PulseSound sound{kLongestWait};
-  PulseAudioObjects& objects = sound.objects();
+  AudioObjects& objects = sound.objects();
   EXPECT_THAT(warnings(), IsEmpty()) << "starting does not wait";
   for (int time = 0; time < 1000; ++time) {
     ASSERT_FALSE(objects.hasProperty(platform::kAudioObjectSystemObject, kDefaultOutput));

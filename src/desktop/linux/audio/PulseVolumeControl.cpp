@@ -1,4 +1,4 @@
-#include "desktop/linux/audio/PulseVolumeControl.h"
+#include "desktop/linux/audio/PulseSound.h"
 
 #include <algorithm>
 
@@ -30,28 +30,40 @@ std::optional<VolumeTrouble> troubleIn(PulseServer::Answer answer) {
   return VolumeTrouble::Refused;
 }
 
+class PulseVolumeControl final : public VolumeControl {
+ public:
+  explicit PulseVolumeControl(PulseServer& server) : server_(server) {}
+
+  [[nodiscard]] std::variant<int, VolumeTrouble> inputLevel() override {
+    if (!server_.reachable(server_.deadlineFromNow())) return VolumeTrouble::NoServer;
+    const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
+    if (!source) return VolumeTrouble::NoMicrophone;
+    return source->muted ? 0 : levelOf(source->volume);
+  }
+
+  [[nodiscard]] std::optional<VolumeTrouble> setInputLevel(int level) override {
+    const PulseServer::Deadline deadline = server_.deadlineFromNow();
+    if (!server_.reachable(deadline)) return VolumeTrouble::NoServer;
+    const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
+    if (!source) return VolumeTrouble::NoMicrophone;
+    // The volume goes first: nothing is to be heard that is louder than what was asked for.
+    if (level != 0 && levelOf(source->volume) != level) {
+      pa_cvolume scaled = source->volume;
+      pa_cvolume_scale(&scaled, volumeFor(level));
+      const auto trouble = troubleIn(server_.setSourceVolume(source->id, scaled, deadline));
+      if (trouble) return trouble;
+    }
+    return troubleIn(server_.setMuted(DeviceKind::Source, source->id, level == 0, deadline));
+  }
+
+ private:
+  PulseServer& server_;
+};
+
 }  // namespace
 
-std::variant<int, VolumeTrouble> PulseVolumeControl::inputLevel() {
-  if (!server_.reachable(server_.deadlineFromNow())) return VolumeTrouble::NoServer;
-  const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
-  if (!source) return VolumeTrouble::NoMicrophone;
-  return source->muted ? 0 : levelOf(source->volume);
-}
-
-std::optional<VolumeTrouble> PulseVolumeControl::setInputLevel(int level) {
-  const PulseServer::Deadline deadline = server_.deadlineFromNow();
-  if (!server_.reachable(deadline)) return VolumeTrouble::NoServer;
-  const std::optional<Device> source = server_.defaultDevice(DeviceKind::Source);
-  if (!source) return VolumeTrouble::NoMicrophone;
-  // The volume goes first: nothing is to be heard that is louder than what was asked for.
-  if (level != 0 && levelOf(source->volume) != level) {
-    pa_cvolume scaled = source->volume;
-    pa_cvolume_scale(&scaled, volumeFor(level));
-    const auto trouble = troubleIn(server_.setSourceVolume(source->id, scaled, deadline));
-    if (trouble) return trouble;
-  }
-  return troubleIn(server_.setMuted(DeviceKind::Source, source->id, level == 0, deadline));
+std::unique_ptr<VolumeControl> pulseVolumeControl(PulseServer& server) {
+  return std::make_unique<PulseVolumeControl>(server);
 }
 
 }  // namespace linux_desktop
