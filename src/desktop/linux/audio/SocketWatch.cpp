@@ -21,11 +21,8 @@ QString socketOfUser() {
 
 }  // namespace
 
-SocketWatch::SocketWatch(std::function<void()> appeared) : socket_(socketOfUser()) {
-  settle_.setSingleShot(true);
-  settle_.setInterval(kFromBindToListen);
-  settle_.callOnTimeout(this, std::move(appeared));
-}
+SocketWatch::SocketWatch(std::function<void()> appeared)
+    : socket_(socketOfUser()), settle_(kFromBindToListen, std::move(appeared)) {}
 
 void SocketWatch::start() {
   if (watch_ || socket_.isEmpty()) return;

@@ -4,7 +4,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <compare>
 #include <cstdint>
 #include <functional>
@@ -12,6 +11,7 @@
 #include <optional>
 
 #include "desktop/linux/files/FileWatch.h"
+#include "desktop/linux/loop/OneShot.h"
 
 namespace linux_desktop {
 
@@ -45,7 +45,7 @@ class SocketWatch : public QObject {
   QString socket_;  // empty: nothing to watch
   std::optional<Identity> tried_;
   std::unique_ptr<FileWatch> watch_;
-  QTimer settle_;
+  OneShot settle_;
 };
 
 }  // namespace linux_desktop

@@ -13,14 +13,14 @@ namespace linux_desktop {
 
 BusDoNotDisturb::BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon,
                                  BusSwitch way)
-    : bus_(std::move(bus)), way_(std::move(way)), patience_(daemon.patience) {
-  hanging_.setSingleShot(true);
-  hanging_.setInterval(kBusPatience);
-  hanging_.callOnTimeout(this, [name = daemon.name] {
-    qCWarning(lcNotifications,
-              "%s does not answer; Do Not Disturb will be what was asked for last when it does",
-              qPrintable(name));
-  });
+    : bus_(std::move(bus)),
+      way_(std::move(way)),
+      patience_(daemon.patience),
+      hanging_(kBusPatience, [name = daemon.name] {
+        qCWarning(lcNotifications,
+                  "%s does not answer; Do Not Disturb will be what was asked for last when it does",
+                  qPrintable(name));
+      }) {
   if (way_.signal.isEmpty()) return;
   bus_.connect(way_.question.service(), way_.question.path(), way_.question.interface(),
                way_.signal, way_.signalBegins, {}, this, SLOT(told(QDBusMessage)));

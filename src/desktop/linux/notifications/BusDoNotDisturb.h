@@ -6,13 +6,13 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
-#include <QTimer>
 #include <QVariant>
 #include <functional>
 #include <memory>
 #include <optional>
 
 #include "desktop/linux/bus/BusCall.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/notifications/DoNotDisturbAdapter.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
 
@@ -71,7 +71,7 @@ class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
   std::optional<bool> state_;
   int unansweredWrites_ = 0;
   QPointer<QDBusPendingCallWatcher> firstRead_;
-  QTimer hanging_;
+  OneShot hanging_;
 };
 
 // The daemons, each as DaemonDoNotDisturb's table has it made.

@@ -33,14 +33,13 @@ QDBusMessage notify(const QString& summary, uint replaced) {
 
 }  // namespace
 
-DaemonNotifier::DaemonNotifier(NotificationDaemon& daemon) : daemon_(daemon) {
+DaemonNotifier::DaemonNotifier(NotificationDaemon& daemon)
+    : daemon_(daemon), hanging_(kBusPatience, [this] {
+        complain(
+            "what shows notifications does not answer; it will get the newest one when it does");
+      }) {
   connect(&daemon_, &NotificationDaemon::changed, this, [this] {
     if (daemon_.identity().owner != owner_) forget();
-  });
-  hanging_.setSingleShot(true);
-  hanging_.setInterval(kBusPatience);
-  hanging_.callOnTimeout(this, [this] {
-    complain("what shows notifications does not answer; it will get the newest one when it does");
   });
 }
 

@@ -3,11 +3,11 @@
 #include <QDBusMessage>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
 
 namespace linux_desktop {
@@ -53,7 +53,7 @@ class DaemonNotifier final : public QObject, public Notifier {
   bool unanswered_ = false;
   std::optional<QString> next_;
   bool complained_ = false;
-  QTimer hanging_;
+  OneShot hanging_;
 };
 
 }  // namespace linux_desktop

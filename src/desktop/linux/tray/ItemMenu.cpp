@@ -24,11 +24,9 @@ QStringList titlesOf(const platform::NSMenu& menu) {
 }
 
 MenuOpening::MenuOpening(platform::port::StatusItemClient& client, std::function<void()> requested)
-    : client_(client), requested_(std::move(requested)) {
-  choiceWindow_.setSingleShot(true);
-  choiceWindow_.setInterval(kChoiceWindow);
-  QObject::connect(&choiceWindow_, &QTimer::timeout, &choiceWindow_, [this] { end(); });
-}
+    : client_(client),
+      requested_(std::move(requested)),
+      choiceWindow_(kChoiceWindow, [this] { end(); }) {}
 
 void MenuOpening::begin(Sign sign) {
   if (inProgress() && !choiceWindow_.isActive() && signs_.insert(sign).second) return;

@@ -5,12 +5,13 @@
 #include <QPoint>
 #include <QPointer>
 #include <QStringList>
-#include <QTimer>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <set>
+
+#include "desktop/linux/loop/OneShot.h"
 
 namespace platform {
 class NSMenu;
@@ -65,8 +66,8 @@ class MenuOpening {
   bool attached_ = false;    // to the opening in progress
   bool endedEarly_ = false;  // before the client attached its menu
   std::optional<std::size_t> chosenEarly_;
-  QTimer choiceWindow_;  // runs between the panel's closing and our report of it
-  QObject later_;        // cancels what is reported later
+  OneShot choiceWindow_;  // runs between the panel's closing and our report of it
+  QObject later_;         // cancels what is reported later
 };
 
 /// Where a menu of ours comes up.

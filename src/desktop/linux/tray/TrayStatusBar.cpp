@@ -31,10 +31,9 @@ TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray, PanelB
       anchor_(windows),
       watcher_(bus_),
       legacy_(legacyTray),
-      button_(button) {
-  settling_.setSingleShot(true);
-  settling_.setInterval(kSettling);
-  connect(&settling_, &QTimer::timeout, this, &TrayStatusBar::followTrays);
+      button_(button),
+      settling_(kSettling, [this] { followTrays(); }),
+      patience_(kPatience, [this] { sayThatThereIsNone(); }) {
   connect(&watcher_, &WatcherConnection::watcherAppeared, this, &TrayStatusBar::registerItems);
   connect(&watcher_, &WatcherConnection::stateChanged, this, &TrayStatusBar::followSoon);
   if (legacy_ != nullptr) {
@@ -42,9 +41,6 @@ TrayStatusBar::TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray, PanelB
         {.changed = [this] { followSoon(); }, .docked = [this] { followTrays(); }});
   }
   if (button_ != nullptr) button_->setObserver([this] { followTrays(); });
-  patience_.setSingleShot(true);
-  patience_.setInterval(kPatience);
-  connect(&patience_, &QTimer::timeout, this, &TrayStatusBar::sayThatThereIsNone);
   anchor_.setIconGeometry([this] {
     const auto shown = std::ranges::find_if(
         items_, [](const TrayStatusItem* item) { return !item->geometry().isEmpty(); });

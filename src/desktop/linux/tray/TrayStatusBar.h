@@ -2,10 +2,10 @@
 
 #include <QDBusConnection>
 #include <QObject>
-#include <QTimer>
 #include <memory>
 #include <vector>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/tray/StatusImages.h"
 #include "desktop/linux/tray/TrayAnchor.h"
 #include "desktop/linux/tray/WatcherConnection.h"
@@ -73,8 +73,8 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   WatcherConnection watcher_;
   LegacyTray* legacy_;
   PanelButton* button_;
-  QTimer settling_;
-  QTimer patience_;
+  OneShot settling_;
+  OneShot patience_;
   QString host_;  // the bus name of the program that draws our icon
   std::vector<TrayStatusItem*> items_;
   bool hasTray_ = false;

@@ -18,12 +18,9 @@ const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
 }  // namespace
 
 WatcherConnection::WatcherConnection(QDBusConnection connection)
-    : connection_(std::move(connection)) {
-  patience_.setSingleShot(true);
-  patience_.setInterval(kBusPatience);
-  connect(&patience_, &QTimer::timeout, this, [this] {
-    if (state_ == State::Asking) setState(owner_.isEmpty() ? State::NoWatcher : State::Silent);
-  });
+    : connection_(std::move(connection)), patience_(kBusPatience, [this] {
+        if (state_ == State::Asking) setState(owner_.isEmpty() ? State::NoWatcher : State::Silent);
+      }) {
   if (!connection_.isConnected()) {
     state_ = State::NoWatcher;
     return;

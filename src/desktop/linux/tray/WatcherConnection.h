@@ -3,8 +3,9 @@
 #include <QDBusConnection>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <cstdint>
+
+#include "desktop/linux/loop/OneShot.h"
 
 namespace linux_desktop {
 
@@ -45,7 +46,7 @@ class WatcherConnection : public QObject {
   QDBusConnection connection_;
   QString owner_;
   State state_ = State::Asking;
-  QTimer patience_;
+  OneShot patience_;
 };
 
 }  // namespace linux_desktop

@@ -5,11 +5,10 @@
 namespace linux_desktop {
 
 OutsideActs::OutsideActs(Clock clock, std::function<void()> acted)
-    : clock_(std::move(clock)), acted_(std::move(acted)) {
-  patience_.setSingleShot(true);
+    : clock_(std::move(clock)),
+      acted_(std::move(acted)),
+      patience_(kItemPatience, [this] { report(); }) {
   patience_.setTimerType(Qt::PreciseTimer);
-  patience_.setInterval(kItemPatience);
-  QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { report(); });
 }
 
 void OutsideActs::pressedOnPanel() {

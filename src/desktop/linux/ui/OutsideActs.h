@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QTimer>
 #include <functional>
 #include <optional>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "platform/port/Program.h"
 
 namespace linux_desktop {
@@ -37,7 +37,7 @@ class OutsideActs {
 
   Clock clock_;
   std::function<void()> acted_;
-  QTimer patience_;
+  OneShot patience_;
   /// The last act, reported or of the status item.
   std::optional<platform::MonotonicTime> lastAct_;
 };

@@ -7,8 +7,7 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTimer>
-#include <span>
+#include <chrono>
 #include <utility>
 
 #include "desktop/linux/bus/BusPeer.h"
@@ -16,6 +15,7 @@
 #include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/files/Processes.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 
 namespace linux_desktop {
@@ -24,7 +24,7 @@ namespace {
 using platform::Dictionary;
 
 // A large photograph takes a busy machine three seconds.
-constexpr int kLate = 5000;  // ms
+constexpr std::chrono::seconds kLate{5};
 
 const QString kService = QStringLiteral("org.pcmanfm.PCManFM");
 const QString kPath = QStringLiteral("/Application");
@@ -48,19 +48,11 @@ class PcManFmQtOrders {
   /// An order was answered; with the reason where it was refused. The next one goes out after this.
   using Answered = std::function<void(const Order&, const std::optional<std::string>& reason)>;
 
-  explicit PcManFmQtOrders(Answered answered) : peer_(kService), answered_(std::move(answered)) {
-    late_.setSingleShot(true);
-    late_.setInterval(kLate);
-    QObject::connect(&late_, &QTimer::timeout, &late_, [] {
-      qCWarning(lcWallpaper, "pcmanfm-qt does not answer; it gets its picture when it goes on.");
-    });
-  }
+  explicit PcManFmQtOrders(Answered answered) : answered_(std::move(answered)) {}
 
   /// What was still to go out is sent, so that the desktop ends up as wished without us.
   ~PcManFmQtOrders() {
-    if (!next_) return;
-    const QDBusMessage wished = message(*next_);
-    BusPeer::send(std::span(&wished, 1));
+    if (next_) QDBusConnection::sessionBus().send(message(*next_));
   }
 
   void give(Order order) {
@@ -100,12 +92,15 @@ class PcManFmQtOrders {
     if (onItsWay_) send();
   }
 
-  BusPeer peer_;
+  BusPeer peer_{kService};
   Answered answered_;
   std::optional<Order> onItsWay_;
   std::optional<Order> next_;
   /// Until an order is so late that the user should read of it.
-  QTimer late_;
+  OneShot late_{kLate, [] {
+                  qCWarning(lcWallpaper,
+                            "pcmanfm-qt does not answer; it gets its picture when it goes on.");
+                }};
 };
 
 constexpr const char* kSection = "Desktop";

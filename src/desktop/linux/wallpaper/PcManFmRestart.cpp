@@ -102,11 +102,8 @@ PcManFmRestart& PcManFmRestart::instance() {
   return *present;
 }
 
-PcManFmRestart::PcManFmRestart(QObject* parent) : QObject(parent) {
-  limit_.setSingleShot(true);
-  limit_.setInterval(kLimit);
-  limit_.callOnTimeout(this, &PcManFmRestart::giveUp);
-}
+PcManFmRestart::PcManFmRestart(QObject* parent)
+    : QObject(parent), limit_(kLimit, [this] { giveUp(); }) {}
 
 void PcManFmRestart::found(qint64 pid) {
   QByteArrayList commandLine = commandLineOf(pid);

@@ -4,7 +4,6 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QTimer>
 #include <functional>
 #include <map>
 #include <memory>
@@ -13,6 +12,7 @@
 
 #include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/files/Processes.h"
+#include "desktop/linux/loop/OneShot.h"
 
 namespace linux_desktop {
 
@@ -67,7 +67,7 @@ class PcManFmRestart final : public QObject {
   QByteArrayList commandLine_;
   std::optional<ProcessEnd> end_;
   std::unique_ptr<FileWatch> socket_;
-  QTimer limit_;
+  OneShot limit_;
 };
 
 }  // namespace linux_desktop

@@ -3,13 +3,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QTimer>
 #include <algorithm>
 #include <chrono>
 
 #include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
 
 namespace linux_desktop {
@@ -116,9 +116,6 @@ class PcManFmWallpaper final : public WallpaperAdapter {
       : facts_(surroundings.facts) {
     PcManFmRestart::instance().found(surroundings.window.pid);
     profile_ = profileIn(PcManFmRestart::instance().commandLine());
-    savingEnds_.setSingleShot(true);
-    savingEnds_.setInterval(kSavedBy);
-    QObject::connect(&savingEnds_, &QTimer::timeout, &savingEnds_, [this] { saving_.reset(); });
   }
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override {
@@ -252,7 +249,7 @@ class PcManFmWallpaper final : public WallpaperAdapter {
   QString profile_;
   std::unique_ptr<FileWatch> watch_;
   std::unique_ptr<FileWatch> saving_;
-  QTimer savingEnds_;
+  OneShot savingEnds_{kSavedBy, [this] { saving_.reset(); }};
 };
 
 }  // namespace

@@ -6,16 +6,17 @@
 #include <QMetaObject>
 #include <QStandardPaths>
 #include <QStringList>
-#include <QTimer>
 #include <QUrl>
 #include <QVariantMap>
 #include <array>
+#include <chrono>
 #include <utility>
 #include <vector>
 
 #include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/PlasmaPicture.h"
 
 namespace linux_desktop {
@@ -205,14 +206,6 @@ PlasmaLook lookOf(const QString& package, const QString& window) {
 
 class PlasmaWallpaper final : public WallpaperAdapter {
  public:
-  PlasmaWallpaper() {
-    looking_.setSingleShot(true);
-    looking_.setInterval(0);
-    QObject::connect(&looking_, &QTimer::timeout, &looking_, [this] {
-      if (desktops_.hasChanged() && changed_) changed_();
-    });
-  }
-
   std::optional<Backdrop> backdrop(const Monitor& monitor) override {
     const auto desktop = desktops_.at(monitor.points.topLeft(), BusPeer::deadline());
     if (!desktop) return std::nullopt;
@@ -297,7 +290,9 @@ class PlasmaWallpaper final : public WallpaperAdapter {
   std::function<void()> changed_;
   /// Has more in it than pictures, and is told of by several events at a time.
   std::optional<FileWatch> file_;
-  QTimer looking_;
+  OneShot looking_{std::chrono::milliseconds(0), [this] {
+                     if (desktops_.hasChanged() && changed_) changed_();
+                   }};
 };
 
 }  // namespace

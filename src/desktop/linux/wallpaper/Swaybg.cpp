@@ -118,14 +118,11 @@ bool isCompositors(qint64 pid) {
 
 }  // namespace
 
-SwaybgTable::SwaybgTable() {
-  settling_.setSingleShot(true);
-  settling_.setInterval(kSettling);
-  QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] {
-    watch();
-    changed_();
-  });
-}
+SwaybgTable::SwaybgTable()
+    : settling_(kSettling, [this] {
+        watch();
+        changed_();
+      }) {}
 
 std::optional<RunningSwaybg> SwaybgTable::on(const QStringList& names) {
   std::vector<qint64> lastFirst = running();

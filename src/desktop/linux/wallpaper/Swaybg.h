@@ -3,13 +3,13 @@
 #include <QByteArrayList>
 #include <QString>
 #include <QStringList>
-#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "desktop/linux/files/Processes.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/Backdrop.h"
 
 namespace linux_desktop {
@@ -56,7 +56,7 @@ class SwaybgTable {
   std::function<void()> changed_;
   std::unique_ptr<ProcessEnd> end_;
   /// The next one is being started then.
-  QTimer settling_;
+  OneShot settling_;
 };
 
 }  // namespace linux_desktop

@@ -44,16 +44,14 @@ QFuture<Result> doBeside(std::function<Result()> work, int patience) {
 
 }  // namespace
 
-WallpaperPictures::WallpaperPictures(DesktopFacts& facts) : facts_(facts), choice_(facts) {
-  gathering_.setSingleShot(true);
-  gathering_.setInterval(0);
-  forgetting_.setSingleShot(true);
-  forgetting_.setInterval(kKept);
-  QObject::connect(&forgetting_, &QTimer::timeout, &forgetting_, [this] { forget(); });
-  QObject::connect(&gathering_, &QTimer::timeout, &gathering_, [this] {
-    if (changed_) changed_();
-  });
-}
+WallpaperPictures::WallpaperPictures(DesktopFacts& facts)
+    : facts_(facts),
+      choice_(facts),
+      gathering_(std::chrono::milliseconds(0),
+                 [this] {
+                   if (changed_) changed_();
+                 }),
+      forgetting_(kKept, [this] { forget(); }) {}
 
 std::optional<Monitor> WallpaperPictures::monitorNamed(const ScreenId& screen) const {
   const std::vector<Monitor> monitors = facts_.monitors();

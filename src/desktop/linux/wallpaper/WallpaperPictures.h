@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFutureWatcher>
-#include <QTimer>
 #include <functional>
 #include <map>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
 #include "desktop/linux/wallpaper/WallpaperChoice.h"
@@ -97,11 +97,11 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   std::map<platform::port::ScreenId, std::unique_ptr<QFutureWatcher<Fault>>> awaited_;
   std::map<QString, std::unique_ptr<Drawing>> drawings_;
   /// Gathers the changes that follow each other at once.
-  QTimer gathering_;
+  OneShot gathering_;
   /// In this turn, as every monitor's picture is refused for the same reason.
   std::string complaint_;
   /// Until the pictures that were read are no longer kept.
-  QTimer forgetting_;
+  OneShot forgetting_;
 
   static inline int longestReading_ = 300;
 };
