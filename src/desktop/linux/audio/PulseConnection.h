@@ -21,8 +21,6 @@ class PulseLoop {
   PulseLoop();
   /// Without the lock.
   ~PulseLoop() { stop(); }
-  PulseLoop(const PulseLoop&) = delete;
-  PulseLoop& operator=(const PulseLoop&) = delete;
 
   void lock() { pa_threaded_mainloop_lock(loop_.get()); }
   void unlock() { pa_threaded_mainloop_unlock(loop_.get()); }

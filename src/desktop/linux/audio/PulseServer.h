@@ -33,8 +33,6 @@ class PulseServer {
   /// Starts to connect and returns at once.
   explicit PulseServer(std::chrono::milliseconds longestWait);
   ~PulseServer() { loop_.stop(); }
-  PulseServer(const PulseServer&) = delete;
-  PulseServer& operator=(const PulseServer&) = delete;
 
   /// The longest wait, from now on.
   [[nodiscard]] Deadline deadlineFromNow() const {

@@ -67,8 +67,6 @@ class BusObject final : public QDBusVirtualObject {
   BusObject(QDBusConnection connection, QString path, std::vector<BusInterface> interfaces,
             std::function<void(const QString& caller)> called = {});
   ~BusObject() override;
-  BusObject(const BusObject&) = delete;
-  BusObject& operator=(const BusObject&) = delete;
 
   /// Of the first interface.
   void emitSignal(const QString& name, const QVariantList& arguments = {}) const;

@@ -84,8 +84,6 @@ class OwnMenu {
   /// `opening` outlives the menu.
   explicit OwnMenu(MenuOpening& opening) : opening_(opening) {}
   ~OwnMenu();
-  OwnMenu(const OwnMenu&) = delete;
-  OwnMenu& operator=(const OwnMenu&) = delete;
 
   void popUp(const QStringList& titles, const MenuPlace& place);
 

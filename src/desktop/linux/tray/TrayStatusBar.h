@@ -28,8 +28,6 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   /// `legacyTray` and `button` are null where there can be none. All outlive this.
   TrayStatusBar(OwnWindows& windows, LegacyTray* legacyTray, PanelButton* button = nullptr);
   ~TrayStatusBar() override;
-  TrayStatusBar(const TrayStatusBar&) = delete;
-  TrayStatusBar& operator=(const TrayStatusBar&) = delete;
 
   [[nodiscard]] std::unique_ptr<platform::port::StatusItemPeer> createStatusItem(
       platform::port::StatusItemClient& client) override;

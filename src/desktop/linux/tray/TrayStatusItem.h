@@ -23,8 +23,6 @@ class TrayStatusItem final : public platform::port::StatusItemPeer, public Statu
  public:
   TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemClient& client);
   ~TrayStatusItem() override;
-  TrayStatusItem(const TrayStatusItem&) = delete;
-  TrayStatusItem& operator=(const TrayStatusItem&) = delete;
 
   void setImage(const platform::NSImage* image) override;
   void setToolTip(const std::string& text) override;

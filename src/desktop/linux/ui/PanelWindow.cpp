@@ -24,12 +24,10 @@ Qt::WindowFlags flagsFor(Chrome chrome) {
 
 }  // namespace
 
-PanelWindow::PanelWindow(Chrome chrome, const QString& title, Clock clock, PressObserver& presses,
-                         PanelObserver& observer)
+PanelWindow::PanelWindow(Chrome chrome, const QString& title, Clock clock, PanelObserver& observer)
     : QWidget(nullptr, flagsFor(chrome)),
       chrome_(chrome),
       clock_(std::move(clock)),
-      presses_(presses),
       observer_(observer) {
   setWindowTitle(title);
   setAccessibleName(title);
@@ -46,7 +44,7 @@ PanelWindow::PanelWindow(Chrome chrome, const QString& title, Clock clock, Press
 
 void PanelWindow::setContent(const std::shared_ptr<platform::NSView>& content) {
   views_.reset();
-  if (content) views_ = std::make_unique<ViewTree>(content, *this, *inner_, clock_, presses_);
+  if (content) views_ = std::make_unique<ViewTree>(content, *this, *inner_, clock_, observer_);
 }
 
 // Like a menu bar, so that the menu covers no switch when it drops down.

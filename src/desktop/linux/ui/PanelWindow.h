@@ -21,10 +21,9 @@ enum class Chrome {
   return chrome == Chrome::Popover || chrome == Chrome::RoundPopover;
 }
 
-/// Told what happens to a window.
-class PanelObserver {
+/// Told what happens to a window, and of the presses in it.
+class PanelObserver : public PressObserver {
  public:
-  virtual ~PanelObserver() = default;
   /// The title bar's button, or Escape; the window is still there.
   virtual void closeRequested() = 0;
   /// The user wants the menu that drops down from `button`.
@@ -45,9 +44,8 @@ class PanelObserver {
 /// and activated by whoever observes it.
 class PanelWindow final : public QWidget {
  public:
-  /// The observers outlive the window.
-  PanelWindow(Chrome chrome, const QString& title, Clock clock, PressObserver& presses,
-              PanelObserver& observer);
+  /// `observer` outlives the window.
+  PanelWindow(Chrome chrome, const QString& title, Clock clock, PanelObserver& observer);
 
   [[nodiscard]] Chrome chrome() const { return chrome_; }
   /// What the window holds from now on; null: nothing.
@@ -74,7 +72,6 @@ class PanelWindow final : public QWidget {
 
   Chrome chrome_;
   Clock clock_;
-  PressObserver& presses_;
   PanelObserver& observer_;
   /// Where the content goes.
   QBoxLayout* inner_;

@@ -197,9 +197,8 @@ void QtWindowPeer::ensureWindow(Chrome chrome) {
   popover_.reset();
   const QString title =
       model_.title().empty() ? QStringLiteral("Calmdeck") : QString::fromStdString(model_.title());
-  PressObserver& presses = *this;
   PanelObserver& observer = *this;
-  window_ = std::make_unique<PanelWindow>(chrome, title, services_.clock, presses, observer);
+  window_ = std::make_unique<PanelWindow>(chrome, title, services_.clock, observer);
   if (QApplication::windowIcon().isNull()) QApplication::setWindowIcon(programIcon());
   window_->setContent(model_.contentView());
 }

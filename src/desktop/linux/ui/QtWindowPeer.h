@@ -19,16 +19,12 @@ namespace linux_desktop {
 
 /// A window of the model on the screen: a popover at the status item, or an ordinary window where
 /// no item is shown or the model wants one with a title.
-class QtWindowPeer final : public platform::port::WindowPeer,
-                           private PressObserver,
-                           private PanelObserver {
+class QtWindowPeer final : public platform::port::WindowPeer, private PanelObserver {
  public:
   /// All outlive the peer.
   QtWindowPeer(platform::NSWindow& window, platform::port::WindowClient& client,
                WindowServices& services);
   ~QtWindowPeer() override;
-  QtWindowPeer(const QtWindowPeer&) = delete;
-  QtWindowPeer& operator=(const QtWindowPeer&) = delete;
 
   void show(const platform::port::Placement& placement) override;
   void hide() override;

@@ -21,8 +21,6 @@ class ViewTree {
   ViewTree(std::shared_ptr<platform::NSView> root, QWidget& host, QBoxLayout& layout, Clock clock,
            PressObserver& presses);
   ~ViewTree();
-  ViewTree(const ViewTree&) = delete;
-  ViewTree& operator=(const ViewTree&) = delete;
 
   void update(const std::vector<platform::port::ChangedView>& changes);
   void themeDidChange();

@@ -19,8 +19,6 @@ class WallpaperChoice {
   /// `facts` outlives this.
   explicit WallpaperChoice(DesktopFacts& facts);
   ~WallpaperChoice();
-  WallpaperChoice(const WallpaperChoice&) = delete;
-  WallpaperChoice& operator=(const WallpaperChoice&) = delete;
 
   struct Current {
     const WallpaperRow* row = nullptr;
