@@ -8,7 +8,6 @@
 #include <memory>
 #include <mutex>
 #include <tuple>
-#include <utility>
 
 #include "desktop/linux/log/Log.h"
 

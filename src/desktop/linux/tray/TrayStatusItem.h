@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>

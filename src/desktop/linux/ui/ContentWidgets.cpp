@@ -8,7 +8,6 @@
 #include <QStyle>
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/ui/ShortcutText.h"

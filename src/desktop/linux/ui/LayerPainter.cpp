@@ -1,12 +1,11 @@
 #include "desktop/linux/ui/LayerPainter.h"
 
 #include <QCache>
-#include <QPainter>
+#include <QImage>
 #include <QPainterPath>
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <utility>
 #include <vector>
 
 namespace linux_desktop {
@@ -97,6 +96,13 @@ QImage coloured(const QImage& mask, const QColor& color) {
   return image;
 }
 
+/// The blurred picture of a rounded rectangle, and how far it reaches beyond it. In pixels.
+struct SoftShadow {
+  QImage image;
+  int reach = 0;
+};
+
+/// Blurred by a Gaussian with that standard deviation; the rectangle's corner is at (reach, reach).
 SoftShadow blurred(QSizeF size, double cornerRadius, double deviation, const QColor& color) {
   const int reach = static_cast<int>(std::ceil(3 * deviation)) + 1;
   QImage mask = shape(size, cornerRadius, reach);
@@ -117,6 +123,16 @@ struct ShadowKey {
   }
 };
 
+/// The last few are kept: while a switch slides, each frame draws the same ones.
+SoftShadow softShadow(QSizeF size, double cornerRadius, double deviation, const QColor& color) {
+  static QCache<ShadowKey, SoftShadow> recent(16);
+  const ShadowKey key{size.width(), size.height(), cornerRadius, deviation, color.rgba()};
+  if (const SoftShadow* known = recent.object(key)) return *known;
+  SoftShadow drawn = blurred(size, cornerRadius, deviation, color);
+  recent.insert(key, std::make_unique<SoftShadow>(drawn).release());
+  return drawn;
+}
+
 // --- Painting ---
 
 class SavedState {
@@ -131,16 +147,6 @@ class SavedState {
 };
 
 }  // namespace
-
-SoftShadow softShadow(QSizeF size, double cornerRadius, double deviation, const QColor& color) {
-  // While a switch slides, each frame draws the same few.
-  static QCache<ShadowKey, SoftShadow> recent(16);
-  const ShadowKey key{size.width(), size.height(), cornerRadius, deviation, color.rgba()};
-  if (const SoftShadow* known = recent.object(key)) return *known;
-  SoftShadow drawn = blurred(size, cornerRadius, deviation, color);
-  recent.insert(key, std::make_unique<SoftShadow>(drawn).release());
-  return drawn;
-}
 
 void LayerPainter::paint(const NSView& view, QPointF lowerLeft) {
   const SavedState state(painter_);

@@ -117,10 +117,6 @@ void LayerWidget::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) press(HeldBy::Pointer, mapTo(window(), event->pos()));
 }
 
-void LayerWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-  mousePressEvent(event);
-}
-
 void LayerWidget::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && heldBy_ == HeldBy::Pointer) {
     release(mapTo(window(), event->pos()));

@@ -4,7 +4,6 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QWindow>
-#include <utility>
 
 #include "desktop/linux/ui/ButtonWidgets.h"
 #include "desktop/linux/ui/Theme.h"

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QRect>
-#include <optional>
 #include <vector>
 
 #include "desktop/linux/tray/StatusItemAnchor.h"

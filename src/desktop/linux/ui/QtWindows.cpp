@@ -1,10 +1,10 @@
 #include "desktop/linux/ui/QtWindows.h"
 
 #include <QApplication>
-#include <utility>
 
 #include "desktop/linux/ui/QtDialogs.h"
 #include "desktop/linux/ui/QtWindowPeer.h"
+#include "desktop/linux/ui/WidgetAccessibility.h"
 #include "platform/appkit/NSWindow.h"
 
 namespace linux_desktop {
@@ -29,6 +29,7 @@ QtWindows::QtWindows(const platform::port::MainLoop& loop, OwnWindows& ownWindow
                 .alerts = 0,
                 .shown = {}},
       covers_(covers) {
+  QAccessible::installFactory(&accessibleOf);
   // The program lives in the tray, with and without windows.
   QApplication::setQuitOnLastWindowClosed(false);
 }
@@ -36,6 +37,7 @@ QtWindows::QtWindows(const platform::port::MainLoop& loop, OwnWindows& ownWindow
 QtWindows::~QtWindows() {
   // An alert that was answered last waits for a turn of the loop that may not come any more.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QAccessible::removeFactory(&accessibleOf);
 }
 
 std::unique_ptr<platform::port::WindowPeer> QtWindows::createWindow(

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "desktop/linux/ui/WidgetAccessibility.h"
 #include "desktop/linux/ui/WindowServices.h"
 #include "desktop/linux/windowsystem/CoverFactory.h"
 #include "platform/port/Program.h"
@@ -40,7 +39,6 @@ class QtWindows final : public platform::port::Windows {
  private:
   WindowServices services_;
   CoverFactory* covers_;
-  WidgetAccessibility accessibility_;
 };
 
 }  // namespace linux_desktop

@@ -143,8 +143,9 @@ class WindowAccessible final : public QAccessibleWidget {
   }
 };
 
-/// Qt's cache of interfaces takes what is made over.
-QAccessibleInterface* make(const QString&, QObject* object) {
+}  // namespace
+
+QAccessibleInterface* accessibleOf(const QString& /*className*/, QObject* object) {
   if (auto* window = dynamic_cast<PanelWindow*>(object)) return new WindowAccessible(*window);
   if (auto* button = dynamic_cast<MenuButton*>(object)) return new MenuButtonAccessible(*button);
   if (auto* box = dynamic_cast<BoxWidget*>(object)) return new BoxAccessible(*box);
@@ -158,15 +159,6 @@ QAccessibleInterface* make(const QString&, QObject* object) {
   const bool isSwitch = layers != nullptr &&
                         layers->view().accessibilityRole() == platform::NSAccessibilityRole::Switch;
   return isSwitch ? new SwitchAccessible(*layers, [layers] { layers->click(); }) : nullptr;
-}
-
-}  // namespace
-
-WidgetAccessibility::WidgetAccessibility() {
-  QAccessible::installFactory(&make);
-}
-WidgetAccessibility::~WidgetAccessibility() {
-  QAccessible::removeFactory(&make);
 }
 
 }  // namespace linux_desktop

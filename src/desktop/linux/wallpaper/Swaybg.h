@@ -6,7 +6,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include "desktop/linux/files/Processes.h"
 #include "desktop/linux/loop/OneShot.h"

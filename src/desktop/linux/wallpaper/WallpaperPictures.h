@@ -6,7 +6,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/Backdrop.h"
