@@ -16,7 +16,6 @@
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/ui/ButtonWidgets.h"
 #include "desktop/linux/ui/ExposeWatch.h"
-#include "desktop/linux/ui/QtWindowPeer.h"
 #include "desktop/linux/ui/ShortcutText.h"
 
 namespace linux_desktop {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "desktop/linux/ui/WindowServices.h"
+#include "desktop/linux/ui/QtWindowPeer.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSOpenPanel.h"
 #include "platform/port/Windows.h"

@@ -4,11 +4,13 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "desktop/linux/tray/StatusItemAnchor.h"
 #include "desktop/linux/ui/OutsideActs.h"
 #include "desktop/linux/ui/PanelWindow.h"
-#include "desktop/linux/ui/WindowServices.h"
+#include "desktop/linux/windowsystem/KeyTranslator.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
 #include "platform/port/Windows.h"
 
 namespace platform {
@@ -16,6 +18,20 @@ class NSWindow;
 }
 
 namespace linux_desktop {
+
+class QtWindowPeer;
+
+/// What the windows of one QtWindows share.
+struct WindowServices {
+  Clock clock;
+  OwnWindows& ownWindows;
+  /// Null where nobody can say what a key is to the platform: then none is reported.
+  KeyTranslator* keys = nullptr;
+  /// How many dialogs that all windows wait for are on the screen.
+  int alerts = 0;
+  /// The peers that are on the screen, the one shown last at the end.
+  std::vector<QtWindowPeer*> shown;
+};
 
 /// A window of the model on the screen: a popover at the status item, or an ordinary window where
 /// no item is shown or the model wants one with a title.

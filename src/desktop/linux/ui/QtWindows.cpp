@@ -3,7 +3,6 @@
 #include <QApplication>
 
 #include "desktop/linux/ui/QtDialogs.h"
-#include "desktop/linux/ui/QtWindowPeer.h"
 #include "desktop/linux/ui/WidgetAccessibility.h"
 #include "platform/appkit/NSWindow.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/linux/ui/WindowServices.h"
+#include "desktop/linux/ui/QtWindowPeer.h"
 #include "desktop/linux/windowsystem/CoverFactory.h"
 #include "platform/port/Program.h"
 #include "platform/port/Windows.h"
