@@ -67,31 +67,20 @@ std::optional<std::string> XfconfChannel::write(const std::vector<Change>& chang
 }
 
 void XfconfChannel::setChanged(std::function<void(const Change& change)> changed) {
-  const bool watched = static_cast<bool>(changed_);
-  changed_ = std::move(changed);
-  if (static_cast<bool>(changed_) != watched) watch(!watched);
-}
-
-void XfconfChannel::watch(bool wanted) {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  // Naming the service here would make Qt ask, without a limit, who owns it.
-  for (const QString& signal :
+  signals_.clear();
+  if (!changed) return;
+  const auto tell = [changed = std::move(changed)](const QDBusMessage& signal) {
+    const QVariantList values = signal.arguments();
+    Change change{values.value(1).toString(), std::nullopt};
+    if (values.size() > 2) change.value = values[2].value<QDBusVariant>().variant();
+    changed(change);
+  };
+  for (const QString& name :
        {QStringLiteral("PropertyChanged"), QStringLiteral("PropertyRemoved")}) {
-    const auto* const slot = SLOT(propertyChanged(QDBusMessage));
-    if (wanted) {
-      bus.connect({}, kPath, kInterface, signal, this, slot);
-    } else {
-      bus.disconnect({}, kPath, kInterface, signal, this, slot);
-    }
+    signals_.push_back(std::make_unique<BusSignal>(
+        QDBusConnection::sessionBus(), BusSignal::Source{{}, kPath, kInterface, name, {channel_}},
+        tell));
   }
-}
-
-void XfconfChannel::propertyChanged(const QDBusMessage& signal) {
-  const QVariantList arguments = signal.arguments();
-  if (arguments.value(0).toString() != channel_ || !changed_) return;
-  Change change{arguments.value(1).toString(), std::nullopt};
-  if (arguments.size() > 2) change.value = arguments[2].value<QDBusVariant>().variant();
-  changed_(change);
 }
 
 }  // namespace linux_desktop

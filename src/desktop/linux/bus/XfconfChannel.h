@@ -1,23 +1,22 @@
 #pragma once
 
 #include <QDBusMessage>
-#include <QObject>
 #include <QString>
 #include <QVariant>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/bus/BusSignal.h"
 
 namespace linux_desktop {
 
 /// A channel of xfconf, Xfce's settings service, on the session bus. What waits is bounded as
 /// BusPeer is. Main thread only.
-class XfconfChannel final : public QObject {
-  Q_OBJECT
-
+class XfconfChannel {
  public:
   struct Change {
     QString property;
@@ -47,16 +46,12 @@ class XfconfChannel final : public QObject {
   /// `changed` is told of what was set or unset, by us or by anybody. Empty: nothing is watched.
   void setChanged(std::function<void(const Change& change)> changed);
 
- private Q_SLOTS:
-  void propertyChanged(const QDBusMessage& signal);
-
  private:
   [[nodiscard]] std::vector<QDBusMessage> ordersFor(const std::vector<Change>& changes) const;
-  void watch(bool wanted);
 
   QString channel_;
   BusPeer service_{QStringLiteral("org.xfce.Xfconf")};
-  std::function<void(const Change&)> changed_;
+  std::vector<std::unique_ptr<BusSignal>> signals_;
 };
 
 }  // namespace linux_desktop

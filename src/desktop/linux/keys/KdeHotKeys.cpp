@@ -78,13 +78,15 @@ KdeHotKeys::~KdeHotKeys() {
 }
 
 void KdeHotKeys::listen() {
-  if (isListening_) return;
-  isListening_ = true;
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  bus.connect({}, kComponentPath, kComponentInterface, QStringLiteral("globalShortcutPressed"),
-              this, SLOT(pressed(QString, QString, qlonglong)));
-  bus.connect({}, kComponentPath, kComponentInterface, QStringLiteral("globalShortcutReleased"),
-              this, SLOT(released(QString, QString, qlonglong)));
+  if (pressed_) return;
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  const auto from = [](const char* name) {
+    return BusSignal::Source{{}, kComponentPath, kComponentInterface, name, {kComponent}};
+  };
+  pressed_.emplace(bus, from("globalShortcutPressed"),
+                   [this](const QDBusMessage& signal) { pressed(signal); });
+  released_.emplace(bus, from("globalShortcutReleased"),
+                    [this](const QDBusMessage& signal) { released(signal); });
 }
 
 std::optional<platform::OSStatus> KdeHotKeys::registerHotKey(platform::port::HotKeyNumber number,
@@ -93,7 +95,7 @@ std::optional<platform::OSStatus> KdeHotKeys::registerHotKey(platform::port::Hot
   const auto key = qtKeyOf(keyCode, modifiers);
   if (!key) return std::nullopt;
   const QString action = QString::fromStdString(combinationName(keyCode, modifiers));
-  if (find(kComponent, action) != nullptr) return platform::eventHotKeyExistsErr;
+  if (find(action) != nullptr) return platform::eventHotKeyExistsErr;
   listen();
   const QDBusMessage answer = service_.callAll(registration(action, *key)).back();
   if (!isError(answer) && holds(answer, *key)) {
@@ -141,14 +143,15 @@ void KdeHotKeys::send(const QString& method, const QVariantList& arguments) cons
   BusPeer::send(std::span(&message, 1));
 }
 
-KdeHotKeys::HotKey* KdeHotKeys::find(const QString& component, const QString& action) {
+KdeHotKeys::HotKey* KdeHotKeys::find(const QString& action) {
   const auto found = std::ranges::find(hotKeys_, action, &HotKey::action);
-  return component == kComponent && found != hotKeys_.end() ? &*found : nullptr;
+  return found == hotKeys_.end() ? nullptr : &*found;
 }
 
-void KdeHotKeys::pressed(const QString& component, const QString& action, qlonglong time) {
-  HotKey* hotKey = find(component, action);
+void KdeHotKeys::pressed(const QDBusMessage& signal) {
+  HotKey* hotKey = find(signal.arguments().value(1).toString());
   if (hotKey == nullptr) return;
+  const qlonglong time = signal.arguments().value(2).toLongLong();
   const qlonglong pause = time - std::exchange(hotKey->lastPress, time);
   if (std::exchange(hotKey->isDown, true) && pause < kLongestRepeat) {
     qCDebug(lcKeys) << "hot key" << hotKey->number << "repeats";
@@ -157,8 +160,8 @@ void KdeHotKeys::pressed(const QString& component, const QString& action, qlongl
   }
 }
 
-void KdeHotKeys::released(const QString& component, const QString& action, qlonglong /*time*/) {
-  HotKey* hotKey = find(component, action);
+void KdeHotKeys::released(const QDBusMessage& signal) {
+  HotKey* hotKey = find(signal.arguments().value(1).toString());
   if (hotKey == nullptr || !std::exchange(hotKey->isDown, false)) return;
   if (client_ != nullptr) client_->hotKeyReleased(hotKey->number);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/bus/BusSignal.h"
 #include "platform/port/HotKeys.h"
 
 namespace linux_desktop {
@@ -18,8 +19,6 @@ namespace linux_desktop {
 /// changed, on its settings page. Other keys given there count until the hot key is registered
 /// anew, which is when the program starts. A service that starts anew is told of them again.
 class KdeHotKeys final : public QObject {
-  Q_OBJECT
-
  public:
   /// Whether this session is KDE's, by its own word. On others the service may run as well, for a
   /// while, since a program of KDE's needs it.
@@ -36,10 +35,6 @@ class KdeHotKeys final : public QObject {
       platform::port::HotKeyNumber number, std::uint32_t keyCode, std::uint32_t modifiers);
   void unregisterHotKey(platform::port::HotKeyNumber number);
 
- private Q_SLOTS:
-  void pressed(const QString& component, const QString& action, qlonglong time);
-  void released(const QString& component, const QString& action, qlonglong time);
-
  private:
   struct HotKey {
     platform::port::HotKeyNumber number;
@@ -53,18 +48,21 @@ class KdeHotKeys final : public QObject {
   };
 
   void listen();
+  void pressed(const QDBusMessage& signal);
+  void released(const QDBusMessage& signal);
   void registerAnew();
   /// All that the service is told of one; the last answer says whether it got its keys.
   [[nodiscard]] std::array<QDBusMessage, 3> registration(const QString& action, int key) const;
   void send(const QString& method, const QVariantList& arguments) const;
   [[nodiscard]] QDBusMessage call(const QString& method, const QVariantList& arguments) const;
-  [[nodiscard]] HotKey* find(const QString& component, const QString& action);
+  [[nodiscard]] HotKey* find(const QString& action);
 
   BusPeer service_;
   QDBusServiceWatcher watcher_;
   platform::port::HotKeysClient* client_ = nullptr;
   std::vector<HotKey> hotKeys_;
-  bool isListening_ = false;
+  std::optional<BusSignal> pressed_;
+  std::optional<BusSignal> released_;
 };
 
 }  // namespace linux_desktop

@@ -3,91 +3,139 @@
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QObject>
+#include <QPointer>
 #include <algorithm>
+#include <functional>
+#include <optional>
 #include <utility>
 
+#include "desktop/linux/bus/BusCall.h"
+#include "desktop/linux/bus/BusSignal.h"
 #include "desktop/linux/bus/XfconfChannel.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/loop/OneShot.h"
 
 namespace linux_desktop {
-
-BusDoNotDisturb::BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon,
-                                 BusSwitch way)
-    : bus_(std::move(bus)),
-      way_(std::move(way)),
-      patience_(daemon.patience),
-      hanging_(kBusPatience, [name = daemon.name] {
-        qCWarning(lcNotifications,
-                  "%s does not answer; Do Not Disturb will be what was asked for last when it does",
-                  qPrintable(name));
-      }) {
-  if (way_.signal.isEmpty()) return;
-  bus_.connect(way_.question.service(), way_.question.path(), way_.question.interface(),
-               way_.signal, way_.signalBegins, {}, this, SLOT(told(QDBusMessage)));
-}
-
-void BusDoNotDisturb::settle() {
-  if (!state_ && firstRead_) firstRead_->waitForFinished();
-}
-
-void BusDoNotDisturb::readFirst() {
-  const int left = std::max(1, static_cast<int>(patience_.remainingTime()));
-  firstRead_ = ask(
-      bus_, way_.question, this,
-      [this](const QDBusMessage& answer) { ranOut(answer) ? read() : takeAnswer(answer); }, left);
-}
-
-void BusDoNotDisturb::read() {
-  ask(bus_, way_.question, this, [this](const QDBusMessage& answer) { takeAnswer(answer); });
-}
-
-void BusDoNotDisturb::takeAnswer(const QDBusMessage& answer) {
-  const std::optional<bool> on = stateIn(answer);
-  if (on) return heard(*on);
-  qCWarning(lcNotifications, "Do Not Disturb cannot be read: %s",
-            qPrintable(answer.errorMessage()));
-}
-
-std::optional<bool> BusDoNotDisturb::stateIn(const QDBusMessage& answer) const {
-  return isError(answer) ? std::nullopt : way_.stateOf(answer.arguments().value(0));
-}
-
-bool BusDoNotDisturb::set(bool on) {
-  write(way_.change(on), on);
-  return true;
-}
-
-void BusDoNotDisturb::write(const QDBusMessage& change, bool on,
-                            std::function<void(const QDBusMessage&)> done) {
-  state_ = on;
-  ++unansweredWrites_;
-  if (!hanging_.isActive()) hanging_.start();
-  ask(bus_, change, this, [this, done = std::move(done)](const QDBusMessage& answer) {
-    if (--unansweredWrites_ == 0) hanging_.stop();
-    if (done) done(answer);
-    if (!isError(answer)) return;
-    qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s",
-              qPrintable(answer.errorMessage()));
-    read();
-  });
-}
-
-void BusDoNotDisturb::heard(bool on) {
-  // A peer answers and tells in order, so what comes before the answer to a write is older than it.
-  if (unansweredWrites_ == 0) state_ = on;
-}
-
-void BusDoNotDisturb::told(const QDBusMessage& signal) {
-  const QVariantList values = signal.arguments();
-  if (const auto on = way_.stateOf(values.value(way_.placeInSignal))) {
-    heard(*on);
-  } else if (const auto unsaid = values.value(2).toStringList(); !unsaid.isEmpty()) {
-    // Properties of which only the names are told.
-    read();
-  }
-}
-
 namespace {
+
+/// How a daemon tells of its state on the bus, and takes another.
+struct BusSwitch {
+  /// Asks for the state.
+  QDBusMessage question;
+  /// The state as an answer or a signal has it; none where it does not say.
+  std::function<std::optional<bool>(const QVariant& told)> stateOf;
+  /// What leads to a state.
+  std::function<QDBusMessage(bool on)> change;
+  /// The signal of the same object and interface that tells of changes, and the place of the state
+  /// among its values; only with these texts at the beginning of those.
+  QString signal = {};
+  qsizetype placeInSignal = 0;
+  QStringList signalBegins = {};
+};
+
+/// A daemon that speaks over the bus. Nothing waits but settle(). A write that a hanging daemon
+/// does not answer stays in its queue and comes into force when it goes on, in order with those
+/// after it, so that the last one holds.
+class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
+ public:
+  BusDoNotDisturb(QDBusConnection bus, const NotificationDaemonIdentity& daemon, BusSwitch way)
+      : bus_(std::move(bus)),
+        way_(std::move(way)),
+        patience_(daemon.patience),
+        hanging_(kBusPatience, [name = daemon.name] {
+          qCWarning(
+              lcNotifications,
+              "%s does not answer; Do Not Disturb will be what was asked for last when it does",
+              qPrintable(name));
+        }) {
+    if (way_.signal.isEmpty()) return;
+    signal_.emplace(bus_,
+                    BusSignal::Source{way_.question.service(), way_.question.path(),
+                                      way_.question.interface(), way_.signal, way_.signalBegins},
+                    [this](const QDBusMessage& signal) { told(signal); });
+  }
+
+  [[nodiscard]] std::optional<bool> isOn() override { return state_; }
+  [[nodiscard]] bool set(bool on) override {
+    write(way_.change(on), on);
+    return true;
+  }
+
+  void settle() override {
+    if (!state_ && firstRead_) firstRead_->waitForFinished();
+  }
+
+  /// Asks for the state at the start; waited for by settle().
+  void readFirst() {
+    const int left = std::max(1, static_cast<int>(patience_.remainingTime()));
+    firstRead_ = ask(
+        bus_, way_.question, this,
+        [this](const QDBusMessage& answer) { ranOut(answer) ? read() : takeAnswer(answer); }, left);
+  }
+
+ protected:
+  /// The state that an answer or an error to the question means.
+  [[nodiscard]] virtual std::optional<bool> stateIn(const QDBusMessage& answer) const {
+    return isError(answer) ? std::nullopt : way_.stateOf(answer.arguments().value(0));
+  }
+
+  /// Sends a change that leads to `on`. `done` gets the answer, be it an error.
+  void write(const QDBusMessage& change, bool on,
+             std::function<void(const QDBusMessage&)> done = {}) {
+    state_ = on;
+    ++unansweredWrites_;
+    if (!hanging_.isActive()) hanging_.start();
+    ask(bus_, change, this, [this, done = std::move(done)](const QDBusMessage& answer) {
+      if (--unansweredWrites_ == 0) hanging_.stop();
+      if (done) done(answer);
+      if (!isError(answer)) return;
+      qCWarning(lcNotifications, "Do Not Disturb could not be switched: %s",
+                qPrintable(answer.errorMessage()));
+      read();
+    });
+  }
+
+  /// The state that a change will lead to which can only be sent later.
+  void assume(bool on) { state_ = on; }
+  /// The daemon says by itself what the state is.
+  void heard(bool on) {
+    // A peer answers and tells in order: what comes before the answer to a write is older than
+    // that.
+    if (unansweredWrites_ == 0) state_ = on;
+  }
+
+ private:
+  void told(const QDBusMessage& signal) {
+    const QVariantList values = signal.arguments();
+    if (const auto on = way_.stateOf(values.value(way_.placeInSignal))) {
+      heard(*on);
+    } else if (const auto unsaid = values.value(2).toStringList(); !unsaid.isEmpty()) {
+      // Properties of which only the names are told.
+      read();
+    }
+  }
+
+  void read() {
+    ask(bus_, way_.question, this, [this](const QDBusMessage& answer) { takeAnswer(answer); });
+  }
+
+  void takeAnswer(const QDBusMessage& answer) {
+    const std::optional<bool> on = stateIn(answer);
+    if (on) return heard(*on);
+    qCWarning(lcNotifications, "Do Not Disturb cannot be read: %s",
+              qPrintable(answer.errorMessage()));
+  }
+
+  QDBusConnection bus_;
+  BusSwitch way_;
+  QDeadlineTimer patience_;
+  std::optional<bool> state_;
+  int unansweredWrites_ = 0;
+  QPointer<QDBusPendingCallWatcher> firstRead_;
+  OneShot hanging_;
+  std::optional<BusSignal> signal_;
+};
 
 using DaemonPtr = std::unique_ptr<DoNotDisturbAdapter>;
 

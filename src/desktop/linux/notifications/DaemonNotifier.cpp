@@ -13,7 +13,6 @@ namespace {
 
 const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");
 const QString kNotificationsPath = QStringLiteral("/org/freedesktop/Notifications");
-const QString kClosed = QStringLiteral("NotificationClosed");
 const QString kApplication = QStringLiteral("Calmdeck");
 const QString kDesktopEntry = QStringLiteral("org.calmdeck.Calmdeck");  // the icon's name as well
 
@@ -83,26 +82,22 @@ void DaemonNotifier::remember(const QString& owner, uint id) {
   if (owner_ != owner) {
     forget();
     owner_ = owner;
-    QDBusConnection bus = daemon_.bus();
-    bus.connect(owner_, kNotificationsPath, kNotifications, kClosed, this,
-                SLOT(closed(uint, uint)));
+    closed_.emplace(
+        daemon_.bus(),
+        BusSignal::Source{owner_, kNotificationsPath, kNotifications, "NotificationClosed"},
+        [this](const QDBusMessage& signal) {
+          // Some do not show a new text in the place of one that is closed.
+          if (signal.arguments().value(0).toUInt() == id_) forget();
+        });
   }
   id_ = id;
 }
 
 // Who hears of nothing that is not ours is not woken by what other programs show.
 void DaemonNotifier::forget() {
-  if (owner_.isEmpty()) return;
-  QDBusConnection bus = daemon_.bus();
-  bus.disconnect(owner_, kNotificationsPath, kNotifications, kClosed, this,
-                 SLOT(closed(uint, uint)));
+  closed_.reset();
   owner_.clear();
   id_ = 0;
-}
-
-void DaemonNotifier::closed(uint id, uint /*reason*/) {
-  // Some do not show a new text in the place of one that is closed.
-  if (id == id_) forget();
 }
 
 void DaemonNotifier::complain(const QString& why) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "desktop/linux/bus/BusSignal.h"
 #include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/notifications/NotificationDaemon.h"
 
@@ -30,8 +31,6 @@ class Notifier {
 ///
 /// Of ordinary urgency, so that Do Not Disturb keeps them off a shared screen.
 class DaemonNotifier final : public QObject, public Notifier {
-  Q_OBJECT
-
  public:
   /// `daemon` must outlive this.
   explicit DaemonNotifier(NotificationDaemon& daemon);
@@ -39,8 +38,6 @@ class DaemonNotifier final : public QObject, public Notifier {
   [[nodiscard]] std::optional<std::string> show(std::string_view text) override;
 
  private:
-  Q_SLOT void closed(uint id, uint reason);
-
   void send(const QString& text);
   void takeAnswer(const QDBusMessage& answer);
   void remember(const QString& owner, uint id);
@@ -50,6 +47,7 @@ class DaemonNotifier final : public QObject, public Notifier {
   NotificationDaemon& daemon_;
   QString owner_;  // who shows ours, while it can be replaced
   uint id_ = 0;    // 0: none
+  std::optional<BusSignal> closed_;
   bool unanswered_ = false;
   std::optional<QString> next_;
   bool complained_ = false;

@@ -31,7 +31,11 @@ NotificationDaemon::NotificationDaemon(QDBusConnection bus) : bus_(std::move(bus
       new QDBusServiceWatcher(kNotifications, bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
   connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
           [this](const QString&, const QString&, const QString& owner) { takeOwner(owner); });
-  bus_.connect({}, kBusPath, kBus, "ActivatableServicesChanged", this, SLOT(startableChanged()));
+  startableChanged_.emplace(bus_,
+                            BusSignal::Source{{}, kBusPath, kBus, "ActivatableServicesChanged"},
+                            [this](const QDBusMessage&) {
+                              if (state_ == State::None) takeOwner({});
+                            });
   lookForOwner();
 }
 
@@ -63,10 +67,6 @@ void NotificationDaemon::askWhatCanBeStarted() {
     canBeStarted_ = answer.arguments().value(0).toStringList().contains(kNotifications);
     setState(State::None);
   });
-}
-
-void NotificationDaemon::startableChanged() {
-  if (state_ == State::None) takeOwner({});
 }
 
 void NotificationDaemon::askWhoItIs() {

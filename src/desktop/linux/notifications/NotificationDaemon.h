@@ -9,6 +9,9 @@
 #include <QStringList>
 #include <cstdint>
 #include <functional>
+#include <optional>
+
+#include "desktop/linux/bus/BusSignal.h"
 
 class QDBusPendingCallWatcher;
 
@@ -53,8 +56,6 @@ class NotificationDaemon : public QObject {
   void changed();
 
  private:
-  Q_SLOT void startableChanged();
-
   void lookForOwner();
   void takeOwner(const QString& owner);
   void askWhatCanBeStarted();
@@ -71,6 +72,7 @@ class NotificationDaemon : public QObject {
   bool canBeStarted_ = false;
   int owners_ = 0;
   QPointer<QDBusPendingCallWatcher> open_;
+  std::optional<BusSignal> startableChanged_;
 };
 
 }  // namespace linux_desktop

@@ -29,10 +29,6 @@ WatcherConnection::WatcherConnection(QDBusConnection connection)
                                          QDBusServiceWatcher::WatchForOwnerChange, this);
   connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
           [this](const QString&, const QString&, const QString& owner) { takeOwner(owner); });
-  connection_.connect(kWatcher, kWatcherPath, kWatcher, "StatusNotifierHostRegistered", this,
-                      SLOT(hostAppeared()));
-  connection_.connect(kWatcher, kWatcherPath, kWatcher, "StatusNotifierHostUnregistered", this,
-                      SLOT(hostDisappeared()));
   lookForOwner();
 }
 
@@ -48,10 +44,16 @@ void WatcherConnection::takeOwner(const QString& owner) {
   qCDebug(lcTray) << "the watcher is" << owner;
   owner_ = owner;
   patience_.stop();
-  if (owner_.isEmpty()) {
-    setState(State::NoWatcher);
-    return;
-  }
+  hostComes_.reset();
+  hostGoes_.reset();
+  if (owner_.isEmpty()) return setState(State::NoWatcher);
+  const QString host = QStringLiteral("StatusNotifierHost");
+  hostComes_.emplace(connection_,
+                     BusSignal::Source{owner_, kWatcherPath, kWatcher, host + "Registered"},
+                     [this](const QDBusMessage&) { setState(State::Ready); });
+  hostGoes_.emplace(connection_,
+                    BusSignal::Source{owner_, kWatcherPath, kWatcher, host + "Unregistered"},
+                    [this](const QDBusMessage&) { askForHost(); });
   setState(State::Asking);
   Q_EMIT watcherAppeared();
   askForHost();
@@ -68,14 +70,6 @@ void WatcherConnection::askForHost() {
     const bool hasHost = !value.isValid() || value.value().variant().toBool();
     setState(hasHost ? State::Ready : State::NoHost);
   });
-}
-
-void WatcherConnection::hostAppeared() {
-  if (!owner_.isEmpty()) setState(State::Ready);
-}
-
-void WatcherConnection::hostDisappeared() {
-  if (!owner_.isEmpty()) askForHost();
 }
 
 void WatcherConnection::setState(State state) {

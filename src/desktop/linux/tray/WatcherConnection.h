@@ -4,7 +4,9 @@
 #include <QObject>
 #include <QString>
 #include <cstdint>
+#include <optional>
 
+#include "desktop/linux/bus/BusSignal.h"
 #include "desktop/linux/loop/OneShot.h"
 
 namespace linux_desktop {
@@ -35,9 +37,6 @@ class WatcherConnection : public QObject {
   void watcherAppeared();
 
  private:
-  Q_SLOT void hostAppeared();
-  Q_SLOT void hostDisappeared();
-
   void lookForOwner();
   void takeOwner(const QString& owner);
   void askForHost();
@@ -46,6 +45,8 @@ class WatcherConnection : public QObject {
   QDBusConnection connection_;
   QString owner_;
   State state_ = State::Asking;
+  std::optional<BusSignal> hostComes_;
+  std::optional<BusSignal> hostGoes_;
   OneShot patience_;
 };
 
