@@ -51,26 +51,20 @@ std::vector<double> gaussian(double deviation, int reach) {
   return kernel;
 }
 
-enum class Direction { Across, Down };
-
-/// One direction of the blur, on alpha alone; what lies outside the image is clear.
-QImage blurredAlong(const QImage& source, const std::vector<double>& kernel, Direction direction) {
+/// Blurred from left to right, on alpha alone, and with its rows for columns; what lies outside the
+/// image is clear.
+QImage blurredAndTurned(const QImage& source, const std::vector<double>& kernel) {
   const int reach = static_cast<int>(kernel.size()) / 2;
   const double* const middle = kernel.data() + reach;
-  const bool across = direction == Direction::Across;
-  const int length = across ? source.width() : source.height();
-  const qsizetype step = across ? 1 : source.bytesPerLine();
-  QImage result(source.size(), QImage::Format_Alpha8);
+  QImage result(source.size().transposed(), QImage::Format_Alpha8);
+  uchar* const pixels = result.bits();
   for (int y = 0; y < source.height(); ++y) {
     const uchar* pixel = source.constScanLine(y);
-    uchar* line = result.scanLine(y);
     for (int x = 0; x < source.width(); ++x, ++pixel) {
-      const int place = across ? x : y;
-      const int from = std::max(-reach, -place);
-      const int to = std::min(reach, length - 1 - place);
+      const int to = std::min(reach, source.width() - 1 - x);
       double sum = 0;
-      for (int at = from; at <= to; ++at) sum += middle[at] * pixel[at * step];
-      line[x] = static_cast<uchar>(std::lround(sum));
+      for (int at = std::max(-reach, -x); at <= to; ++at) sum += middle[at] * pixel[at];
+      pixels[x * result.bytesPerLine() + y] = static_cast<uchar>(std::lround(sum));
     }
   }
   return result;
@@ -108,7 +102,7 @@ SoftShadow blurred(QSizeF size, double cornerRadius, double deviation, const QCo
   QImage mask = shape(size, cornerRadius, reach);
   if (deviation > 0) {
     const std::vector<double> kernel = gaussian(deviation, reach);
-    mask = blurredAlong(blurredAlong(mask, kernel, Direction::Across), kernel, Direction::Down);
+    mask = blurredAndTurned(blurredAndTurned(mask, kernel), kernel);
   }
   return {coloured(mask, color), reach};
 }

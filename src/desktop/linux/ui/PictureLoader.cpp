@@ -18,8 +18,7 @@ bool isDrawing(const QByteArray& format) {
 }
 
 bool hasPalette(QImage::Format format) {
-  return format == QImage::Format_Mono || format == QImage::Format_MonoLSB ||
-         format == QImage::Format_Indexed8;
+  return QImage::toPixelFormat(format).colorModel() == QPixelFormat::Indexed;
 }
 
 /// Qt alone would dither the small copy with the colours of the large one.
