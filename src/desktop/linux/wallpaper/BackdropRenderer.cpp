@@ -88,22 +88,18 @@ BackdropStyle styleOf(const Backdrop& backdrop, const BackdropLayout& layout) {
   return fits ? BackdropStyle::Fitted : backdrop.style;
 }
 
-QImage tileOf(const QImage& picture, const BackdropLayout& layout) {
-  if (!layout.manner.cutsTilesToLastMonitor) return picture;
+/// Over what is `seen` of `area`.
+void drawTiles(QPainter& painter, const QImage& picture, const QRect& area, const QRect& seen,
+               const BackdropLayout& layout) {
+  const BackdropManner& manner = layout.manner;
   const QSize size = picture.size().boundedTo(layout.lastMonitor);
-  return picture.copy((picture.width() - size.width()) / 2, (picture.height() - size.height()) / 2,
-                      size.width(), size.height());
-}
-
-QPoint firstTile(const QSize& tile, const QRect& area, const BackdropLayout& layout) {
-  const auto style = layout.manner.centersTiles ? BackdropStyle::Centered : BackdropStyle::Tiled;
-  return placedPicture(tile, area, style, layout.manner.rounding).topLeft();
-}
-
-void drawTiles(QPainter& painter, const QImage& tile, const QPoint& origin, const QRect& area) {
+  const QImage tile =
+      manner.cutsTilesToLastMonitor ? picture.copy(centered(size, picture.rect())) : picture;
+  const auto style = manner.centersTiles ? BackdropStyle::Centered : BackdropStyle::Tiled;
+  const QPoint origin = placedPicture(tile.size(), area, style, manner.rounding).topLeft();
   QBrush brush(tile);
   brush.setTransform(QTransform::fromTranslate(origin.x(), origin.y()));
-  painter.fillRect(area, brush);
+  painter.fillRect(seen, brush);
 }
 
 /// Larger ones are not made in full when only a part of them is in sight.
@@ -157,8 +153,7 @@ void drawDrawing(QPainter& painter, const QString& file, const Placing& placing,
   QPainter onTile(&drawn);
   renderer.render(&onTile);
   onTile.end();
-  const QImage tile = tileOf(drawn, layout);
-  drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels());
+  drawTiles(painter, drawn, placing.area, monitor.pixels(), layout);
 }
 
 void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& monitor,
@@ -174,8 +169,7 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
       {backdrop.file, layout.manner.turnsUpright, atOwnSize ? QSize() : layout.desktop.size()});
   if (picture.image.isNull()) return;
   if (placing.style == BackdropStyle::Tiled) {
-    const QImage tile = tileOf(picture.image, layout);
-    drawTiles(painter, tile, firstTile(tile.size(), placing.area, layout), monitor.pixels());
+    drawTiles(painter, picture.image, placing.area, monitor.pixels(), layout);
   } else {
     drawScaled(painter, picture.image, placing.of(picture.size));
   }

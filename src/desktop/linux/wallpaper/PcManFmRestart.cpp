@@ -32,6 +32,19 @@ sockaddr_un addressOf(const QByteArray& path) {
   return address;
 }
 
+/// Where the running pcmanfm of this display listens for the arguments of its further starts.
+QString pcManFmSocket() {
+  const QString display = qEnvironmentVariable("DISPLAY");
+  const auto colon = display.lastIndexOf(QLatin1Char(':'));
+  const QString number = display.mid(colon + 1).section(QLatin1Char('.'), 0, 0);
+  QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  if (folder.isEmpty()) {
+    folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+  }
+  return QStringLiteral("%1/pcmanfm-socket-%2-%3")
+      .arg(folder, display.left(std::max(colon, decltype(colon){0})), number);
+}
+
 /// False: nobody listens, or too many others wait already.
 bool send(const FileDescriptor& connection, const QByteArray& text) {
   const sockaddr_un address = addressOf(QFile::encodeName(pcManFmSocket()));
@@ -49,18 +62,6 @@ QString profileIn(const QByteArrayList& commandLine) {
     if (!profile.isEmpty()) return QFile::decodeName(profile);
   }
   return QStringLiteral("default");
-}
-
-QString pcManFmSocket() {
-  const QString display = qEnvironmentVariable("DISPLAY");
-  const auto colon = display.lastIndexOf(QLatin1Char(':'));
-  const QString number = display.mid(colon + 1).section(QLatin1Char('.'), 0, 0);
-  QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-  if (folder.isEmpty()) {
-    folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
-  }
-  return QStringLiteral("%1/pcmanfm-socket-%2-%3")
-      .arg(folder, display.left(std::max(colon, decltype(colon){0})), number);
 }
 
 std::optional<std::string> tellPcManFm(const QStringList& options, QObject& context,

@@ -20,9 +20,6 @@ namespace linux_desktop {
 /// its command line names, else "default".
 [[nodiscard]] QString profileIn(const QByteArrayList& commandLine);
 
-/// Where the running pcmanfm of this display listens for the arguments of its further starts.
-[[nodiscard]] QString pcManFmSocket();
-
 /// Hands options over as `pcmanfm <options>` would, without waiting: `read` is called when they
 /// were read, which is when they are carried out, or when the program has ended. Not once `context`
 /// is gone. The reason where the program cannot be reached; nothing is carried out then.

@@ -172,8 +172,7 @@ class PlasmaDesktops {
 
 const QString kPicturePlugin = QStringLiteral("org.kde.image");
 const QString kColourPlugin = QStringLiteral("org.kde.color");
-constexpr std::array kTexts{"plugin", "image"};
-constexpr const char* kSlide = "slide";
+constexpr std::array kTexts{"plugin", "image", "slide"};
 
 bool isSlideShow(const QJsonObject& desktop) {
   return desktop[QLatin1String("plugin")] == QLatin1String(kSlideShowPlugin);
@@ -232,8 +231,6 @@ class PlasmaWallpaper final : public WallpaperAdapter {
     for (const char* key : kTexts) {
       state.kept.emplace(key, desktop->value(QLatin1String(key)).toString().toStdString());
     }
-    if (const QString slide = desktop->value(QLatin1String(kSlide)).toString(); !slide.isEmpty())
-      state.kept.emplace(kSlide, slide.toStdString());
     if (isSlideShow(*desktop)) return state;
     if (const auto shown = backdrop(monitor)) state.file = shown->file;
     return state;
@@ -259,8 +256,6 @@ class PlasmaWallpaper final : public WallpaperAdapter {
       const auto text = platform::valueOf<std::string>(kept, key).value_or(std::string());
       wanted.insert(QLatin1String(key), QString::fromStdString(text));
     }
-    if (const auto slide = platform::valueOf<std::string>(kept, kSlide))
-      wanted.insert(QLatin1String(kSlide), QString::fromStdString(*slide));
     return write(wanted, BusPeer::deadline());
   }
 
