@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusVirtualObject>
 #include <QString>
 #include <functional>
@@ -32,6 +33,12 @@ const QDBusArgument& operator>>(const QDBusArgument& in, T& structure) {
   std::apply([&](auto... field) { (in >> ... >> (structure.*field)); }, T::kFields);
   in.endStructure();
   return in;
+}
+
+/// Makes structures, and lists of them, known to QtDBus; again does no harm.
+template <class... Types>
+void registerBusTypes() {
+  (qDBusRegisterMetaType<Types>(), ...);
 }
 
 /// What one interface of ours offers on the bus, as tables. Types are D-Bus signatures, one for

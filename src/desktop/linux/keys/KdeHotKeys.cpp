@@ -1,7 +1,6 @@
 #include "desktop/linux/keys/KdeHotKeys.h"
 
 #include <QDBusConnection>
-#include <QDBusMetaType>
 #include <QKeySequence>
 #include <algorithm>
 #include <array>
@@ -66,8 +65,7 @@ bool KdeHotKeys::isSession() {
 KdeHotKeys::KdeHotKeys()
     : service_(kService),
       watcher_(kService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {
-  qDBusRegisterMetaType<KdeKeySequence>();
-  qDBusRegisterMetaType<QList<KdeKeySequence>>();
+  registerBusTypes<KdeKeySequence, QList<KdeKeySequence>>();
   connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { registerAnew(); });
 }
 

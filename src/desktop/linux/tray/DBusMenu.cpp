@@ -1,6 +1,5 @@
 #include "desktop/linux/tray/DBusMenu.h"
 
-#include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QStringList>
@@ -68,18 +67,6 @@ T argument(const QDBusMessage& call, int index) {
   return qdbus_cast<T>(call.arguments().value(index));
 }
 
-/// Makes the structures known to QtDBus; again does no harm.
-void registerTypes() {
-  qDBusRegisterMetaType<LayoutItem>();
-  qDBusRegisterMetaType<ItemProperties>();
-  qDBusRegisterMetaType<QList<ItemProperties>>();
-  qDBusRegisterMetaType<RemovedProperties>();
-  qDBusRegisterMetaType<QList<RemovedProperties>>();
-  qDBusRegisterMetaType<MenuEvent>();
-  qDBusRegisterMetaType<QList<MenuEvent>>();
-  qDBusRegisterMetaType<QList<int>>();
-}
-
 const char* textDirection() {
   return QGuiApplication::layoutDirection() == Qt::RightToLeft ? "rtl" : "ltr";
 }
@@ -93,7 +80,8 @@ DBusMenu::DBusMenu(const QDBusConnection& connection, MenuOpening& opening)
       object_(connection, kPath, {makeInterface()}) {}
 
 BusInterface DBusMenu::makeInterface() {
-  registerTypes();
+  registerBusTypes<LayoutItem, ItemProperties, QList<ItemProperties>, RemovedProperties,
+                   QList<RemovedProperties>, MenuEvent, QList<MenuEvent>, QList<int>>();
   const auto event = [this](const QDBusMessage& call) {
     handleEvent(argument<int>(call, 0), argument<QString>(call, 1));
     return QVariantList();

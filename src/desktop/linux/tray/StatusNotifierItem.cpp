@@ -1,6 +1,5 @@
 #include "desktop/linux/tray/StatusNotifierItem.h"
 
-#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <tuple>
 #include <utility>
@@ -24,13 +23,6 @@ struct ToolTip {
 
 namespace {
 
-/// Makes the structures known to QtDBus; again does no harm.
-void registerTypes() {
-  qDBusRegisterMetaType<IconPixmap>();
-  qDBusRegisterMetaType<IconPixmaps>();
-  qDBusRegisterMetaType<ToolTip>();
-}
-
 BusInterface::Property constant(const char* type, const QVariant& value) {
   return {type, [value] { return value; }};
 }
@@ -47,7 +39,7 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& connection, Report
       object_(connection, kPath, {makeInterface()}, reports_.called) {}
 
 BusInterface StatusNotifierItem::makeInterface() {
-  registerTypes();
+  registerBusTypes<IconPixmap, IconPixmaps, ToolTip>();
   const auto reporting = [this](const Clicked& what) {
     return [this, &what](const QDBusMessage& call) {
       report(what, call);
