@@ -10,11 +10,20 @@
 namespace linux_desktop {
 
 WallpaperChoice::WallpaperChoice(DesktopFacts& facts)
-    : surroundings_{facts,
-                    {},
-                    {},
-                    qEnvironmentVariable("XDG_CURRENT_DESKTOP")
-                        .split(QLatin1Char(':'), Qt::SkipEmptyParts)} {}
+    : surroundings_{
+          facts,
+          {},
+          {},
+          qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts)} {
+  names_.setConnection(QDBusConnection::sessionBus());
+  for (const WallpaperRow& row : wallpaperTable()) {
+    if (*row.busName != '\0') names_.addWatchedService(QLatin1String(row.busName));
+  }
+  QObject::connect(&names_, &QDBusServiceWatcher::serviceOwnerChanged, &names_, [this] {
+    if (changed_) changed_();
+    if (programsChanged_) programsChanged_();
+  });
+}
 
 WallpaperChoice::~WallpaperChoice() {
   take(nullptr, nullptr);
@@ -65,31 +74,6 @@ void WallpaperChoice::take(const WallpaperRow* row, std::shared_ptr<WallpaperAda
 void WallpaperChoice::setChanged(std::function<void()> changed) {
   changed_ = std::move(changed);
   if (adapter_) adapter_->setChanged(changed_);
-  watchNames();
-}
-
-void WallpaperChoice::setProgramsChanged(std::function<void()> changed) {
-  programsChanged_ = std::move(changed);
-  watchNames();
-}
-
-void WallpaperChoice::watchNames() {
-  const bool isWatched = changed_ || programsChanged_;
-  if (isWatched == (names_ != nullptr)) return;
-  names_.reset();
-  if (!isWatched) return;
-  names_ = std::make_unique<QDBusServiceWatcher>();
-  names_->setConnection(QDBusConnection::sessionBus());
-  for (const WallpaperRow& row : wallpaperTable()) {
-    if (*row.busName != '\0') names_->addWatchedService(QLatin1String(row.busName));
-  }
-  QObject::connect(names_.get(), &QDBusServiceWatcher::serviceOwnerChanged, names_.get(),
-                   [this] { programsChanged(); });
-}
-
-void WallpaperChoice::programsChanged() {
-  if (changed_) changed_();
-  if (programsChanged_) programsChanged_();
 }
 
 }  // namespace linux_desktop

@@ -31,14 +31,12 @@ class WallpaperChoice {
   /// program of the table comes or goes. Empty: nobody watches.
   void setChanged(std::function<void()> changed);
   /// Called when a program of the table comes or goes. Empty: nobody watches.
-  void setProgramsChanged(std::function<void()> changed);
+  void setProgramsChanged(std::function<void()> changed) { programsChanged_ = std::move(changed); }
 
  private:
   [[nodiscard]] bool isStillTheSame(const DesktopWindow& seen) const;
   void choose(const DesktopWindow& seen);
   void take(const WallpaperRow* row, std::shared_ptr<WallpaperAdapter> adapter);
-  void watchNames();
-  void programsChanged();
 
   WallpaperSurroundings surroundings_;
   BusPeer bus_{QStringLiteral("org.freedesktop.DBus")};
@@ -48,8 +46,7 @@ class WallpaperChoice {
   std::shared_ptr<WallpaperAdapter> adapter_;
   std::function<void()> changed_;
   std::function<void()> programsChanged_;
-  /// Only while somebody watches.
-  std::unique_ptr<QDBusServiceWatcher> names_;
+  QDBusServiceWatcher names_;
 };
 
 }  // namespace linux_desktop
