@@ -1,8 +1,5 @@
 #include "desktop/linux/audio/SocketWatch.h"
 
-#include <sys/stat.h>
-
-#include <QFile>
 #include <chrono>
 #include <utility>
 
@@ -37,15 +34,8 @@ void SocketWatch::stop() {
 }
 
 void SocketWatch::look() {
-  const std::optional<Identity> now = present();
-  if (now && now != tried_) settle_.start();
-}
-
-std::optional<SocketWatch::Identity> SocketWatch::present() const {
-  struct stat facts {};
-  const QByteArray path = QFile::encodeName(socket_);
-  if (::stat(path.constData(), &facts) != 0 || !S_ISSOCK(facts.st_mode)) return std::nullopt;
-  return Identity{facts.st_dev, facts.st_ino, facts.st_ctim.tv_sec, facts.st_ctim.tv_nsec};
+  const QDateTime now = present();
+  if (now.isValid() && now != tried_) settle_.start();
 }
 
 }  // namespace linux_desktop

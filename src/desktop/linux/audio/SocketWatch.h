@@ -1,14 +1,11 @@
 #pragma once
 
-#include <sys/types.h>
-
+#include <QDateTime>
+#include <QFileInfo>
 #include <QObject>
 #include <QString>
-#include <compare>
-#include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 
 #include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/loop/OneShot.h"
@@ -31,19 +28,13 @@ class SocketWatch : public QObject {
   void stop();
 
  private:
-  // Tells a socket from its successor at the same path.
-  struct Identity {
-    dev_t device;
-    ino_t inode;
-    std::int64_t seconds, nanoseconds;
-    auto operator<=>(const Identity&) const = default;
-  };
-
-  [[nodiscard]] std::optional<Identity> present() const;
+  /// When the socket that is there was made, which tells it from others at its path; invalid where
+  /// there is none.
+  [[nodiscard]] QDateTime present() const { return QFileInfo(socket_).metadataChangeTime(); }
   void look();
 
   QString socket_;  // empty: nothing to watch
-  std::optional<Identity> tried_;
+  QDateTime tried_;
   std::unique_ptr<FileWatch> watch_;
   OneShot settle_;
 };

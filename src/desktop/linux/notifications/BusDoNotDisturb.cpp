@@ -171,10 +171,8 @@ class XfceDoNotDisturb final : public BusDoNotDisturb {
   XfconfChannel channel_{kXfceChannel};
 };
 
-const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString kDunst = QStringLiteral("org.dunstproject.cmd0");
-const QString kInhibitions = QStringLiteral("org.freedesktop.Notifications");
 
 /// A daemon that has its state in properties of that interface: a flag, or a level of which any but
 /// 0 is on. Where it has several of `names`, the first counts.
@@ -187,7 +185,7 @@ BusSwitch propertySwitch(const QString& owner, const QString& interface, const Q
     }
     return std::nullopt;
   };
-  return {.question = busCall(owner, kPath, kProperties, "GetAll", {interface}),
+  return {.question = busCall(owner, kNotificationsPath, kProperties, "GetAll", {interface}),
           .stateOf = stateOf,
           .change = std::move(change),
           .signal = "PropertiesChanged",
@@ -215,7 +213,8 @@ class BudgieDoNotDisturb final : public BusDoNotDisturb {
 class InhibitionDoNotDisturb final : public BusDoNotDisturb {
  public:
   InhibitionDoNotDisturb(const QDBusConnection& bus, const NotificationDaemonIdentity& daemon)
-      : BusDoNotDisturb(bus, daemon, propertySwitch(daemon.owner, kInhibitions, {"Inhibited"}, {})),
+      : BusDoNotDisturb(bus, daemon,
+                        propertySwitch(daemon.owner, kNotifications, {"Inhibited"}, {})),
         owner_(daemon.owner) {}
 
   [[nodiscard]] std::optional<bool> isOn() override {
@@ -244,7 +243,7 @@ bool InhibitionDoNotDisturb::set(bool on) {
 
 void InhibitionDoNotDisturb::inhibit() {
   inhibiting_ = true;
-  write(busCall(owner_, kPath, kInhibitions, "Inhibit",
+  write(busCall(owner_, kNotificationsPath, kNotifications, "Inhibit",
                 {"org.calmdeck.Calmdeck", "Presentation mode", QVariantMap()}),
         true, [this](const QDBusMessage& answer) {
           inhibiting_ = false;
@@ -258,7 +257,9 @@ void InhibitionDoNotDisturb::inhibit() {
 }
 
 void InhibitionDoNotDisturb::release() {
-  write(busCall(owner_, kPath, kInhibitions, "UnInhibit", {*std::exchange(ticket_, {})}), false);
+  write(busCall(owner_, kNotificationsPath, kNotifications, "UnInhibit",
+                {*std::exchange(ticket_, {})}),
+        false);
 }
 
 template <class Adapter = BusDoNotDisturb, class... Way>
@@ -278,7 +279,7 @@ DaemonPtr dunstDoNotDisturb(const NotificationDaemonIdentity& daemon, const QDBu
   // From 1.12 on, `paused` stands for the levels 100 and 0, so that setting it serves every
   // version.
   const auto pause = [owner = daemon.owner](bool on) {
-    return busCall(owner, kPath, kProperties, "Set",
+    return busCall(owner, kNotificationsPath, kProperties, "Set",
                    {kDunst, "paused", QVariant::fromValue(QDBusVariant(on))});
   };
   return asked(bus, daemon, propertySwitch(daemon.owner, kDunst, {"pauseLevel", "paused"}, pause));

@@ -11,8 +11,6 @@
 namespace linux_desktop {
 namespace {
 
-const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");
-const QString kNotificationsPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString kApplication = QStringLiteral("Calmdeck");
 const QString kDesktopEntry = QStringLiteral("org.calmdeck.Calmdeck");  // the icon's name as well
 

@@ -17,6 +17,10 @@ class QDBusPendingCallWatcher;
 
 namespace linux_desktop {
 
+// What shows notifications, on the bus.
+inline const QString kNotifications = QStringLiteral("org.freedesktop.Notifications");
+inline const QString kNotificationsPath = QStringLiteral("/org/freedesktop/Notifications");
+
 /// What a program that shows notifications says of itself.
 struct NotificationDaemonIdentity {
   QString owner;  // its own bus name, another after each restart

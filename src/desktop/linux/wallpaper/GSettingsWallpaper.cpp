@@ -106,8 +106,7 @@ class GSettingsWallpaper final : public WallpaperAdapter {
     return options;
   }
 
-  std::optional<std::string> show(const Monitor& /*monitor*/, const QString& file,
-                                  const Dictionary& options) override {
+  Fault show(const Monitor& /*monitor*/, const QString& file, const Dictionary& options) override {
     Changes wanted = present();
     for (Change& change : wanted) {
       change.value = valueToShow(change, file, options);
@@ -124,7 +123,7 @@ class GSettingsWallpaper final : public WallpaperAdapter {
     return reason;
   }
 
-  std::optional<std::string> restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
+  Fault restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
     Changes wanted = present();
     for (Change& change : wanted) change.value = platform::valueOf<std::string>(kept, change.key);
     Changes undo;
@@ -215,7 +214,7 @@ class GSettingsWallpaper final : public WallpaperAdapter {
   }
 
   /// The reason on failure; `undo` then takes back what was done.
-  [[nodiscard]] std::optional<std::string> write(const Changes& wanted, Changes& undo) const {
+  [[nodiscard]] Fault write(const Changes& wanted, Changes& undo) const {
     for (const Change& change : wanted) {
       auto old = change.settings->userValue(change.key);
       if (old == change.value) continue;

@@ -46,7 +46,7 @@ class PcManFmQtOrders {
     bool operator==(const Order&) const = default;
   };
   /// An order was answered; with the reason where it was refused. The next one goes out after this.
-  using Answered = std::function<void(const Order&, const std::optional<std::string>& reason)>;
+  using Answered = std::function<void(const Order&, const Fault& reason)>;
 
   explicit PcManFmQtOrders(Answered answered) : answered_(std::move(answered)) {}
 
@@ -177,8 +177,8 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
     return WallpaperState{std::move(kept), file};
   }
 
-  std::optional<std::string> show(const Monitor& /*monitor*/, const QString& file,
-                                  const Dictionary& /*options*/) override {
+  Fault show(const Monitor& /*monitor*/, const QString& file,
+             const Dictionary& /*options*/) override {
     const bool coloursOnly = read().style == BackdropStyle::None;
     // pcmanfm-qt 1.2 keeps a mode that it was told for its windows, but does not save it.
     if (coloursOnly) inspiteOfMode_ = file;
@@ -186,7 +186,7 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
     return std::nullopt;
   }
 
-  std::optional<std::string> restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
+  Fault restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
     const QString file = fileIn(kept, kFile, kNoPicture);
     if (file != inspiteOfMode_) inspiteOfMode_.clear();
     orders_.give({file, {}, kept});
@@ -246,7 +246,7 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
     return backdrop;
   }
 
-  void answered(const PcManFmQtOrders::Order& order, const std::optional<std::string>& reason) {
+  void answered(const PcManFmQtOrders::Order& order, const Fault& reason) {
     if (reason) {
       qCWarning(lcWallpaper).noquote()
           << "pcmanfm-qt does not take" << order.file << "-" << QString::fromStdString(*reason);
@@ -270,7 +270,7 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
     if (reason) qCWarning(lcWallpaper, "%s", reason->c_str());
   }
 
-  [[nodiscard]] std::optional<std::string> putBackFile(const std::optional<QByteArray>& old) const {
+  [[nodiscard]] Fault putBackFile(const std::optional<QByteArray>& old) const {
     const auto present = iniText(file_);
     if (!present) return putIniText(file_, old);
     const QByteArray rest = withoutPicture(*present);

@@ -139,8 +139,7 @@ class PcManFmWallpaper final : public WallpaperAdapter {
     return name ? std::optional(optionsIn(textInForce(*name))) : std::nullopt;
   }
 
-  std::optional<std::string> show(const Monitor& monitor, const QString& file,
-                                  const Dictionary& options) override {
+  Fault show(const Monitor& monitor, const QString& file, const Dictionary& options) override {
     const auto name = nameOf(monitor);
     if (!name) return "pcmanfm does not know this screen.";
     // pcmanfm 1.3 saves it as it is and does not find it again.
@@ -153,7 +152,7 @@ class PcManFmWallpaper final : public WallpaperAdapter {
     return apply(pathOf(*name), text);
   }
 
-  std::optional<std::string> restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
+  Fault restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
     const auto name = platform::valueOf<std::string>(kept, kName);
     if (!name) return "That was not told by this desktop.";
     const QString path = pathOf(QString::fromStdString(*name));
@@ -198,8 +197,7 @@ class PcManFmWallpaper final : public WallpaperAdapter {
   }
 
   /// What the monitor is to show from now on.
-  [[nodiscard]] std::optional<std::string> apply(const QString& path,
-                                                 const std::optional<QByteArray>& text) {
+  [[nodiscard]] Fault apply(const QString& path, const std::optional<QByteArray>& text) {
     const auto before = iniText(path);
     if (before == text) return std::nullopt;
     if (auto reason = putIniText(path, text)) return reason;

@@ -236,8 +236,7 @@ class PlasmaWallpaper final : public WallpaperAdapter {
     return state;
   }
 
-  std::optional<std::string> show(const Monitor& monitor, const QString& file,
-                                  const Dictionary& /*options*/) override {
+  Fault show(const Monitor& monitor, const QString& file, const Dictionary& /*options*/) override {
     const QDeadlineTimer deadline = BusPeer::deadline();
     const auto desktop = desktops_.at(monitor.points.topLeft(), deadline);
     if (!desktop) return "Plasma does not answer for this screen.";
@@ -248,7 +247,7 @@ class PlasmaWallpaper final : public WallpaperAdapter {
         deadline);
   }
 
-  std::optional<std::string> restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
+  Fault restore(const Monitor& /*monitor*/, const Dictionary& kept) override {
     QJsonObject wanted{
         {QStringLiteral("id"),
          static_cast<qint64>(platform::valueOf<std::int64_t>(kept, "id").value_or(-1))}};
@@ -274,8 +273,7 @@ class PlasmaWallpaper final : public WallpaperAdapter {
   }
 
  private:
-  [[nodiscard]] std::optional<std::string> write(const QJsonObject& wanted,
-                                                 const QDeadlineTimer& deadline) {
+  [[nodiscard]] Fault write(const QJsonObject& wanted, const QDeadlineTimer& deadline) {
     if (!desktops_.set(wanted, deadline)) return "Plasma does not take the picture.";
     if (changed_) changed_();
     return std::nullopt;

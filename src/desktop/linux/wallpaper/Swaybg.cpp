@@ -108,13 +108,6 @@ std::vector<qint64> running() {
   return pids;
 }
 
-/// A compositor hands the connection over itself.
-bool isCompositors(qint64 pid) {
-  const QByteArrayList environment = environmentOf(pid);
-  return std::ranges::any_of(environment,
-                             [](const auto& entry) { return entry.startsWith("WAYLAND_SOCKET="); });
-}
-
 }  // namespace
 
 SwaybgTable::SwaybgTable()
@@ -130,7 +123,8 @@ std::optional<RunningSwaybg> SwaybgTable::on(const QStringList& names) {
     const QString folder = QFile::symLinkTarget(QStringLiteral("/proc/%1/cwd").arg(pid));
     auto told = toldBy(commandLineOf(pid), folder, names);
     if (!told) continue;
-    told->isCompositors = isCompositors(pid);
+    // A compositor hands the connection over itself.
+    told->isCompositors = !valueIn(environmentOf(pid), "WAYLAND_SOCKET").isEmpty();
     return told;
   }
   return std::nullopt;

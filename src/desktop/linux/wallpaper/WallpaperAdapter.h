@@ -18,6 +18,9 @@ struct WallpaperState {
   QString file;
 };
 
+/// Why something failed, in one line; none where it did not.
+using Fault = std::optional<std::string>;
+
 /// One desktop's way of keeping the picture behind everything. One adapter a desktop; the table in
 /// WallpaperTable.h lists them. Main thread only; no operation takes longer than half a second, and
 /// where a desktop does not answer in that time it counts as a failure, or is told without waiting
@@ -44,14 +47,13 @@ class WallpaperAdapter {
   /// where they say nothing, but zoomed where no picture would be seen. `file` is absolute and was
   /// found to be a picture that this process can read. On failure nothing has changed and the
   /// reason comes back, in one line.
-  [[nodiscard]] virtual std::optional<std::string> show(const Monitor& monitor, const QString& file,
-                                                        const platform::Dictionary& options) = 0;
+  [[nodiscard]] virtual Fault show(const Monitor& monitor, const QString& file,
+                                   const platform::Dictionary& options) = 0;
 
   /// Puts back what `state` has told to be kept, maybe to another adapter of this desktop, also for
   /// a monitor that has gone since where the desktop keeps settings for such. What nobody but the
   /// user can have changed stays as it is. The reason on failure.
-  [[nodiscard]] virtual std::optional<std::string> restore(const Monitor& monitor,
-                                                           const platform::Dictionary& kept) = 0;
+  [[nodiscard]] virtual Fault restore(const Monitor& monitor, const platform::Dictionary& kept) = 0;
 
   /// `changed` is called when what a monitor has been told to show may have become another, by
   /// anybody. Empty: nothing is watched.

@@ -77,8 +77,8 @@ std::optional<Dictionary> WallpaperPictures::options(const ScreenId& screen) {
   return adapter->options(*monitor);
 }
 
-std::optional<std::string> WallpaperPictures::set(const std::string& path, const ScreenId& screen,
-                                                  const Dictionary& options) {
+Fault WallpaperPictures::set(const std::string& path, const ScreenId& screen,
+                             const Dictionary& options) {
   awaited_.erase(screen);
   const auto told = told_.find(screen);
   const bool isTold = told != told_.end() && told->second.path == path;
@@ -99,7 +99,7 @@ void WallpaperPictures::complain(const std::string& reason) {
       &gathering_, [this] { complaint_.clear(); }, Qt::QueuedConnection);
 }
 
-std::optional<std::string> WallpaperPictures::putBack(const Told& told, const Dictionary& options) {
+Fault WallpaperPictures::putBack(const Told& told, const Dictionary& options) {
   const auto [row, adapter] = choice_.current();
   if (adapter == nullptr || row != told.desktop) {
     if (!isReserved(told.path)) return show(told.path, told.monitor.name.toStdString(), options);
@@ -113,8 +113,8 @@ std::optional<std::string> WallpaperPictures::putBack(const Told& told, const Di
   return adapter->restore(told.monitor, state);
 }
 
-std::optional<std::string> WallpaperPictures::show(const std::string& path, const ScreenId& screen,
-                                                   const Dictionary& options) {
+Fault WallpaperPictures::show(const std::string& path, const ScreenId& screen,
+                              const Dictionary& options) {
   const auto monitor = monitorNamed(screen);
   if (!monitor) return "There is no screen " + screen + ".";
   WallpaperAdapter* adapter = choice_.current().adapter;
@@ -155,8 +155,8 @@ void WallpaperPictures::await(const ScreenId& screen, const QFuture<Fault>& read
   awaited->setFuture(read);
 }
 
-WallpaperPictures::Fault WallpaperPictures::give(const ScreenId& screen, const QString& file,
-                                                 const Dictionary& options) {
+Fault WallpaperPictures::give(const ScreenId& screen, const QString& file,
+                              const Dictionary& options) {
   const auto monitor = monitorNamed(screen);
   WallpaperAdapter* adapter = choice_.current().adapter;
   if (!monitor || adapter == nullptr) return "The desktop has gone.";

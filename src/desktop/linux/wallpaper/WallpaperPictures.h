@@ -47,8 +47,6 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   static void waitForPictures(int longest) { longestReading_ = longest; }
 
  private:
-  using Fault = std::optional<std::string>;
-
   /// What was last told of a screen, and what that stands for.
   struct Told {
     std::string path;
@@ -74,9 +72,8 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   };
 
   [[nodiscard]] std::optional<Monitor> monitorNamed(const platform::port::ScreenId& screen) const;
-  [[nodiscard]] std::optional<std::string> show(const std::string& path,
-                                                const platform::port::ScreenId& screen,
-                                                const platform::Dictionary& options);
+  [[nodiscard]] Fault show(const std::string& path, const platform::port::ScreenId& screen,
+                           const platform::Dictionary& options);
   /// Calls `give` once the screen's next picture has been read and found whole.
   void await(const platform::port::ScreenId& screen, const QFuture<Fault>& read,
              std::function<Fault()> give);
@@ -86,8 +83,7 @@ class WallpaperPictures final : public platform::port::DesktopPictures, public B
   [[nodiscard]] BackdropLayout layout();
   void forget();
   void complain(const std::string& reason);
-  [[nodiscard]] std::optional<std::string> putBack(const Told& told,
-                                                   const platform::Dictionary& options);
+  [[nodiscard]] Fault putBack(const Told& told, const platform::Dictionary& options);
 
   DesktopFacts& facts_;
   WallpaperChoice choice_;

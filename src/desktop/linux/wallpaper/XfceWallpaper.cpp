@@ -157,8 +157,7 @@ class XfceWallpaper final : public WallpaperAdapter {
     return valuesOf(*seen, monitor, kOptions);
   }
 
-  std::optional<std::string> show(const Monitor& monitor, const QString& file,
-                                  const Dictionary& options) override {
+  Fault show(const Monitor& monitor, const QString& file, const Dictionary& options) override {
     const QDeadlineTimer deadline = BusPeer::deadline();
     const Seen* now = look(deadline);
     if (now == nullptr) return kNoAnswer;
@@ -177,7 +176,7 @@ class XfceWallpaper final : public WallpaperAdapter {
     return write(*now, wanted, deadline);
   }
 
-  std::optional<std::string> restore(const Monitor& monitor, const Dictionary& kept) override {
+  Fault restore(const Monitor& monitor, const Dictionary& kept) override {
     const QDeadlineTimer deadline = BusPeer::deadline();
     const Seen* now = look(deadline);
     if (now == nullptr) return kNoAnswer;
@@ -241,8 +240,8 @@ class XfceWallpaper final : public WallpaperAdapter {
     return values;
   }
 
-  [[nodiscard]] std::optional<std::string> write(const Seen& now, const std::vector<Change>& wanted,
-                                                 const QDeadlineTimer& deadline) {
+  [[nodiscard]] Fault write(const Seen& now, const std::vector<Change>& wanted,
+                            const QDeadlineTimer& deadline) {
     std::vector<Change> changes;
     std::vector<Change> undo;
     for (const Change& change : wanted) {
