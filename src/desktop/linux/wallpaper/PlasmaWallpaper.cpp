@@ -229,7 +229,8 @@ class PlasmaWallpaper final : public WallpaperAdapter {
     if (!desktop) return std::nullopt;
     WallpaperState state{{{"id", desktop->value(QLatin1String("id")).toInt()}}, {}};
     for (const char* key : kTexts) {
-      state.kept.emplace(key, desktop->value(QLatin1String(key)).toString().toStdString());
+      const QJsonValue text = desktop->value(QLatin1String(key));
+      if (!text.isUndefined()) state.kept.emplace(key, text.toString().toStdString());
     }
     if (isSlideShow(*desktop)) return state;
     if (const auto shown = backdrop(monitor)) state.file = shown->file;
@@ -252,8 +253,8 @@ class PlasmaWallpaper final : public WallpaperAdapter {
         {QStringLiteral("id"),
          static_cast<qint64>(platform::valueOf<std::int64_t>(kept, "id").value_or(-1))}};
     for (const char* key : kTexts) {
-      const auto text = platform::valueOf<std::string>(kept, key).value_or(std::string());
-      wanted.insert(QLatin1String(key), QString::fromStdString(text));
+      const auto text = platform::valueOf<std::string>(kept, key);
+      if (text) wanted.insert(QLatin1String(key), QString::fromStdString(*text));
     }
     return write(wanted, BusPeer::deadline());
   }
