@@ -7,10 +7,10 @@
 #include "app/LaunchOnStartup.h"
 #include "app/MicrophoneAction.h"
 #include "hotkeys/HotKeysController.h"
-#include "platform/foundation/NSDate.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
+#include "platform/foundation/SmallValues.h"
 #include "shared/ActionNames.h"
 #include "shared/SettingsKeys.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "controls/CToggleButton.h"
-#include "platform/foundation/ClassRegistry.h"
+#include "platform/foundation/NSCoder.h"
 #include "preferences/generalVc.h"
 #include "preferences/preferencesWindowController.h"
 #include "presentation/ViewController.h"

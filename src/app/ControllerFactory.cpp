@@ -5,7 +5,7 @@
 #include "app/AppDelegate.h"
 #include "platform/Runtime.h"
 #include "platform/appkit/NSApplication.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace app {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
 
 namespace app {
 

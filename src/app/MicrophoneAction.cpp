@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "platform/Runtime.h"
-#include "platform/foundation/NSDate.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
+#include "platform/foundation/SmallValues.h"
 #include "shared/ScriptRunner.h"
 
 namespace app {

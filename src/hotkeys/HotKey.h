@@ -5,7 +5,7 @@
 #include <string>
 
 #include "hotkeys/KeyCombo.h"
-#include "platform/foundation/NSUUID.h"
+#include "platform/foundation/SmallValues.h"
 
 namespace hotkeys {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/carbon/CarbonEvents.h"
-#include "platform/foundation/NSUUID.h"
+#include "platform/foundation/SmallValues.h"
 
 namespace hotkeys {
 

@@ -1,6 +1,6 @@
 #include "platform/Runtime.h"
 
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 namespace {

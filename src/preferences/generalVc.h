@@ -9,7 +9,7 @@
 #include "platform/appkit/NSButton.h"
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"
-#include "platform/foundation/NSURL.h"
+#include "platform/foundation/SmallValues.h"
 #include "preferences/PreferencesHost.h"
 
 namespace preferences {

@@ -10,7 +10,7 @@
 #include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 

@@ -7,7 +7,7 @@
 #include "platform/appkit/NSWindowController.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/coregraphics/CGWindow.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
 #include "platform/foundation/UserInfoText.h"
 #include "presentation/ViewController.h"
 

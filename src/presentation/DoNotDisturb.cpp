@@ -1,8 +1,8 @@
 #include <string_view>
 
-#include "platform/foundation/CFPreferences.h"
-#include "platform/foundation/NSDistributedNotificationCenter.h"
-#include "platform/foundation/NSProcessInfo.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "platform/foundation/Process.h"
 #include "presentation/FocusScript.h"
 #include "presentation/ViewController.h"
 #include "shared/ScriptRunner.h"

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/appkit/NSWorkspace.h"
-#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/NSRunLoop.h"
 #include "presentation/ViewController.h"
 
 namespace presentation {

@@ -6,7 +6,7 @@
 #include <variant>
 
 #include "platform/coreaudio/AudioObject.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
 #include "presentation/ViewController.h"
 
 namespace presentation {

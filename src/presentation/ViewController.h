@@ -13,7 +13,7 @@
 #include "platform/appkit/NSWindow.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSNotificationCenter.h"
-#include "platform/foundation/NSTimer.h"
+#include "platform/foundation/NSRunLoop.h"
 #include "presentation/PanelCaptions.h"
 #include "presentation/PanelHost.h"
 

@@ -2,7 +2,7 @@
 
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSUserDefaults.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
 #include "presentation/ViewController.h"
 #include "shared/SettingsKeys.h"
 

@@ -1,7 +1,7 @@
 #include "shared/ScriptRunner.h"
 
 #include "platform/applescript/NSAppleScript.h"
-#include "platform/foundation/Print.h"
+#include "platform/foundation/Process.h"
 
 namespace shared {
 

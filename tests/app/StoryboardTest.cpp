@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-#include "platform/foundation/ClassRegistry.h"
+#include "platform/foundation/NSCoder.h"
 #include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 #include "support/ApplicationTest.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace simulated {
 

@@ -4,7 +4,7 @@
 
 #include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSMenu.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace simulated {
 

@@ -8,7 +8,7 @@
 #include "platform/appkit/NSImageView.h"
 #include "platform/appkit/NSOpenPanel.h"
 #include "platform/appkit/NSWindow.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace simulated {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/foundation/AttributeText.h"
+#include "platform/foundation/NSCoder.h"
 
 namespace platform {
 

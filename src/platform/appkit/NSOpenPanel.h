@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/foundation/NSURL.h"
+#include "platform/foundation/SmallValues.h"
 
 namespace platform {
 

@@ -1,7 +1,7 @@
 #include "platform/appkit/NSPopover.h"
 
 #include "platform/appkit/NSStatusBarButton.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 

@@ -13,9 +13,9 @@
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"
 #include "platform/appkit/NSWindowController.h"
-#include "platform/foundation/ClassRegistry.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/NSCoder.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 namespace {

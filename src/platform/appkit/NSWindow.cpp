@@ -7,7 +7,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWindowController.h"
 #include "platform/foundation/NSRunLoop.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 

@@ -1,6 +1,6 @@
 #include "platform/appkit/NSWindowController.h"
 
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 

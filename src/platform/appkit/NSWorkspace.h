@@ -8,7 +8,7 @@
 #include "platform/appkit/NSRunningApplication.h"
 #include "platform/appkit/NSScreen.h"
 #include "platform/foundation/NSNotificationCenter.h"
-#include "platform/foundation/NSURL.h"
+#include "platform/foundation/SmallValues.h"
 #include "platform/port/Availability.h"
 #include "platform/port/Screens.h"
 

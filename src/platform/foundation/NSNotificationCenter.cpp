@@ -52,4 +52,12 @@ std::size_t NSNotificationCenter::observerCount(std::string_view name) const {
   }));
 }
 
+NSDistributedNotificationCenter& NSDistributedNotificationCenter::defaultCenter() {
+  return *Runtime::current().instance<NSDistributedNotificationCenter>();
+}
+
+void NSDistributedNotificationCenter::postNotificationName(std::string_view name) {
+  if (auto* service = Runtime::current().desktop().distributedNotifications) service->post(name);
+}
+
 }  // namespace platform

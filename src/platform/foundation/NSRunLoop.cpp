@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/Runtime.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 namespace {
@@ -96,6 +97,34 @@ NSRunLoop::Work NSRunLoop::guarded(void (NSRunLoop::*function)()) {
 
 MonotonicTime NSRunLoop::now() const {
   return mainLoop().now();
+}
+
+// --- Timers ---
+
+std::shared_ptr<NSTimer> NSTimer::scheduledTimerWithTimeInterval(
+    double seconds, const std::shared_ptr<NSObject>& target, SEL selector) {
+  auto timer = std::make_shared<NSTimer>();
+  timer->id_ = NSRunLoop::mainRunLoop().scheduleTimer(
+      durationOf(seconds), [timer, target, selector = std::move(selector)] {
+        timer->id_ = 0;
+        target->performSelector(selector, timer.get());
+      });
+  return timer;
+}
+
+void NSTimer::invalidate() {
+  if (const auto id = std::exchange(id_, 0)) NSRunLoop::mainRunLoop().cancelTimer(id);
+}
+
+// --- Queues ---
+
+void DispatchQueue::async(Work work) const {
+  NSRunLoop::mainRunLoop().enqueue(std::move(work));
+}
+
+void DispatchQueue::sync(const Work& work) const {
+  if (kind_ == Kind::Main) programmingError("the main queue was made to wait for itself");
+  work();
 }
 
 }  // namespace platform

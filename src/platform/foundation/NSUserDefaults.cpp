@@ -1,12 +1,20 @@
 #include "platform/foundation/NSUserDefaults.h"
 
 #include "platform/Runtime.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 namespace {
 
 port::DefaultsStore& store() {
   return Runtime::current().desktop().defaults;
+}
+
+port::ForeignPreferences* preferences(std::string_view user, std::string_view host) {
+  if (user != kCFPreferencesCurrentUser || host != kCFPreferencesCurrentHost) {
+    programmingError("preferences of another user or host were asked for");
+  }
+  return Runtime::current().desktop().foreignPreferences;
 }
 
 }  // namespace
@@ -25,6 +33,18 @@ void NSUserDefaults::setObject(Value value, std::string_view key) {
 
 void NSUserDefaults::removeObjectForKey(std::string_view key) {
   store().remove(key);
+}
+
+void CFPreferencesSetValue(std::string_view key, std::optional<Value> value,
+                           std::string_view application, std::string_view user,
+                           std::string_view host) {
+  if (auto* foreign = preferences(user, host)) foreign->set(key, std::move(value), application);
+}
+
+bool CFPreferencesSynchronize(std::string_view application, std::string_view user,
+                              std::string_view host) {
+  auto* foreign = preferences(user, host);
+  return foreign != nullptr && foreign->synchronize(application);
 }
 
 }  // namespace platform

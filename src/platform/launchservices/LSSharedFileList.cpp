@@ -1,7 +1,7 @@
 #include "platform/launchservices/LSSharedFileList.h"
 
 #include "platform/Runtime.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/foundation/NSURL.h"
 #include "platform/foundation/OSStatus.h"
+#include "platform/foundation/SmallValues.h"
 #include "platform/port/Program.h"
 
 namespace platform {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/appkit/NSAlert.h"
-#include "platform/foundation/DispatchQueue.h"
 #include "support/DeskTest.h"
 
 namespace platform {

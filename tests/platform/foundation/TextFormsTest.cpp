@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/appkit/NSColor.h"
-#include "platform/foundation/AttributeText.h"
-#include "platform/foundation/NSDate.h"
+#include "platform/foundation/NSCoder.h"
+#include "platform/foundation/SmallValues.h"
 #include "platform/foundation/UserInfoText.h"
 #include "platform/foundation/Value.h"
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "desktop/linux/files/WholeFile.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace linux_desktop {
 namespace {

@@ -3,7 +3,7 @@
 #include <QTimer>
 #include <utility>
 
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace linux_desktop {
 namespace {

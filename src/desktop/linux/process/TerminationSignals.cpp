@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
-#include "platform/foundation/ProgrammingError.h"
+#include "platform/foundation/Process.h"
 
 namespace linux_desktop {
 namespace {

@@ -1,7 +1,9 @@
-#include "platform/foundation/AttributeText.h"
+#include "platform/foundation/NSCoder.h"
 
 #include <charconv>
 #include <cmath>
+
+#include "platform/Runtime.h"
 
 namespace platform {
 namespace {
@@ -38,6 +40,15 @@ std::optional<std::int64_t> attributeFromText<std::int64_t>(std::string_view tex
 template <>
 std::optional<std::string> attributeFromText<std::string>(std::string_view text) {
   return std::string(text);
+}
+
+ClassRegistry& ClassRegistry::shared() {
+  return *Runtime::current().instance<ClassRegistry>();
+}
+
+ClassRegistry::Maker ClassRegistry::maker(std::string_view className) const {
+  const auto found = makers_.find(className);
+  return found == makers_.end() ? nullptr : found->second;
 }
 
 }  // namespace platform

@@ -1,7 +1,7 @@
-#include "platform/foundation/NSDate.h"
+#include "platform/foundation/SmallValues.h"
 
-#include <array>
 #include <cstdio>
+#include <random>
 
 #include "platform/Runtime.h"
 
@@ -23,6 +23,16 @@ std::string NSDate::description() const {
                 static_cast<int>(clock.minutes().count()),
                 static_cast<int>(clock.seconds().count()));
   return text.data();
+}
+
+NSUUID NSUUID::UUID() {
+  std::random_device random;
+  NSUUID uuid;
+  for (std::uint32_t& word : uuid.words_) word = random();
+  // Version 4 (random), variant 1.
+  uuid.words_[1] = (uuid.words_[1] & 0xffff0fff) | 0x4000;
+  uuid.words_[2] = (uuid.words_[2] & 0x3fffffff) | 0x80000000;
+  return uuid;
 }
 
 }  // namespace platform
