@@ -38,7 +38,7 @@ std::string& lastInputLevel() {
 /// What the script gave, as text. What goes wrong is printed.
 std::optional<std::string> run(std::string source) {
   shared::ScriptResult result = shared::scriptResult(std::move(source));
-  if (result.error) platform::print(*result.error);
+  if (result.error) platform::print(platform::description(*result.error));
   return std::move(result.text);
 }
 

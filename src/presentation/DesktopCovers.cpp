@@ -8,7 +8,6 @@
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/coregraphics/CGWindow.h"
 #include "platform/foundation/Process.h"
-#include "platform/foundation/UserInfoText.h"
 #include "presentation/ViewController.h"
 
 namespace presentation {
@@ -128,7 +127,7 @@ void ViewController::screenChangedWithNotification(const platform::NSNotificatio
     timerScreenChanged_->invalidate();
     timerScreenChanged_.reset();
   }
-  platform::print(platform::userInfoText(notification.userInfo()));
+  platform::print(platform::description(notification.userInfo()));
   platform::print("userInfo");
   platform::print("userinfo *****");
   const auto screens = NSScreen::screens();

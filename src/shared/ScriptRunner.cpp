@@ -8,15 +8,14 @@ namespace shared {
 ScriptResult scriptResult(std::string source) {
   const auto script = platform::NSAppleScript::initWithSource(std::move(source));
   if (!script) return {};
-  std::optional<platform::Dictionary> errorInfo;
-  ScriptResult result{script->executeAndReturnError(errorInfo).stringValue(), std::nullopt};
-  if (errorInfo) result.error = platform::description(*errorInfo);
+  ScriptResult result;
+  result.text = script->executeAndReturnError(result.error).stringValue();
   return result;
 }
 
 void runAppleScript(std::string source) {
   const auto error = scriptResult(std::move(source)).error;
-  if (error) platform::print("Optional(" + *error + ")");
+  if (error) platform::print(platform::description(error));
 }
 
 }  // namespace shared

@@ -3,11 +3,13 @@
 #include <optional>
 #include <string>
 
+#include "platform/foundation/Value.h"
+
 namespace shared {
 
 struct ScriptResult {
-  std::optional<std::string> text;   ///< what the script gave
-  std::optional<std::string> error;  ///< its error information, as the platform describes it
+  std::optional<std::string> text;            ///< what the script gave
+  std::optional<platform::Dictionary> error;  ///< its error information
 };
 
 /// Runs an AppleScript and waits for it; a text that makes no script gives nothing. Main thread

@@ -126,4 +126,8 @@ std::string description(const Dictionary& dictionary) {
   return describer.take();
 }
 
+std::string description(const std::optional<Dictionary>& dictionary) {
+  return dictionary ? "Optional(" + description(*dictionary) + ")" : "nil";
+}
+
 }  // namespace platform

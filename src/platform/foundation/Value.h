@@ -62,5 +62,7 @@ template <typename T>
 /// The platform's description of a dictionary: braces, one `key = value;` line an entry, sorted by
 /// key, indented by four blanks, with quotes around what is not a plain word.
 [[nodiscard]] std::string description(const Dictionary& dictionary);
+/// The same of one that may be absent: "nil", or the description in "Optional(…)".
+[[nodiscard]] std::string description(const std::optional<Dictionary>& dictionary);
 
 }  // namespace platform

@@ -3,14 +3,10 @@
 
 #include "platform/appkit/NSColor.h"
 #include "platform/foundation/NSCoder.h"
-#include "platform/foundation/SmallValues.h"
-#include "platform/foundation/UserInfoText.h"
 #include "platform/foundation/Value.h"
 
 namespace platform {
 namespace {
-
-using namespace std::chrono_literals;
 
 TEST(ValueDescriptionTest, NestedContainersAreIndentedByLevel) {
   const Dictionary inner{{"deep", Dictionary{}}, {"n", 1.5}};
@@ -43,22 +39,6 @@ TEST(AttributeTextTest, NumbersAndColoursAreReadStrictly) {
   for (const char* text : {"#", "#12345", "#1234567", "#gg0000", "#-10000", "red"}) {
     EXPECT_FALSE(attributeFromText<NSColor>(text)) << text;
   }
-}
-
-TEST(UserInfoTextTest, AUserInfoIsPrintedWithItsTypes) {
-  const struct {
-    std::optional<Dictionary> userInfo;
-    const char* text;
-  } rows[] = {
-      {std::nullopt, "nil"},
-      {Dictionary{}, "Optional([:])"},
-      {Dictionary{{"isOn", true}, {"index", 44}},
-       R"(Optional([AnyHashable("index"): 44, AnyHashable("isOn"): true]))"},
-      {Dictionary{{"a \"b\"", "c\n\\"}}, R"(Optional([AnyHashable("a \"b\""): "c\n\\"]))"},
-      {Dictionary{{"x", Array{1.0, -0.5, 1e300, NSRange{1, 2}}}, {"y", Dictionary{{"z", Array{}}}}},
-       R"(Optional([AnyHashable("x"): [1.0, -0.5, 1e+300, {1, 2}], AnyHashable("y"): ["z": []]]))"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(userInfoText(row.userInfo), row.text);
 }
 
 }  // namespace
