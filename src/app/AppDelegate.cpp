@@ -27,10 +27,6 @@ constexpr double kPopoverDelay = 0.5;
 
 }  // namespace
 
-std::shared_ptr<AppDelegate> AppDelegate::initWithCoder(const platform::NSCoder&) {
-  return std::make_shared<AppDelegate>();
-}
-
 AppDelegate::AppDelegate()
     : popover_(std::make_shared<platform::NSPopover>()),
       statusItem_(platform::NSStatusBar::systemStatusBar().statusItemWithLength(

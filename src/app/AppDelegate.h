@@ -9,7 +9,6 @@
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSPopover.h"
 #include "platform/appkit/NSStatusItem.h"
-#include "platform/foundation/NSCoder.h"
 #include "platform/updates/SUUpdater.h"
 #include "preferences/ShortcutState.h"
 #include "presentation/PanelHost.h"
@@ -24,7 +23,6 @@ class AppDelegate final : public platform::NSObject,
                           public presentation::PanelHost,
                           public preferences::PreferencesHost {
  public:
-  [[nodiscard]] static std::shared_ptr<AppDelegate> initWithCoder(const platform::NSCoder& coder);
   /// Puts the status item into the status bar, without an image yet.
   AppDelegate();
 

@@ -48,14 +48,8 @@ std::shared_ptr<NSView> makeKnob() {
 
 CToggleButton::CToggleButton() : backVw_(makeTrack()), circle_(makeKnob()) {}
 
-std::shared_ptr<CToggleButton> CToggleButton::initWithCoder(const platform::NSCoder& coder) {
-  auto toggle = std::make_shared<CToggleButton>();
-  if (!toggle->decode(coder)) return nullptr;
-  toggle->setUp();
-  return toggle;
-}
-
-void CToggleButton::setUp() {
+bool CToggleButton::initWithCoder(const platform::NSCoder& coder) {
+  if (!NSView::initWithCoder(coder)) return false;
   backVw_->layer()->setBackgroundColor(backColor_);
   constrainTrack();
   constrainKnob();
@@ -63,6 +57,7 @@ void CToggleButton::setUp() {
   rightAnchor().constraintEqualToAnchor(backVw_->rightAnchor())->setActive(true);
   heightAnchor().constraintEqualToConstant(height_)->setActive(true);
   updateAppearance(false);
+  return true;
 }
 
 void CToggleButton::constrainTrack() {

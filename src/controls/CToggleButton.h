@@ -20,9 +20,9 @@ class CToggleButton final : public platform::NSView {
   /// The name of the notification that a release posts.
   static constexpr const char* kToggleNotification = "toggle";
 
-  /// A switch is always built from an interface description; null when that cannot be read.
-  [[nodiscard]] static std::shared_ptr<CToggleButton> initWithCoder(const platform::NSCoder& coder);
+  /// A switch is always built from an interface description, see `initWithCoder`.
   CToggleButton();
+  [[nodiscard]] bool initWithCoder(const platform::NSCoder& coder) override;
 
   /// Goes out as "index". With -1 the switch ignores the mouse.
   std::int64_t statetag = 0;
@@ -75,7 +75,6 @@ class CToggleButton final : public platform::NSView {
   [[nodiscard]] double knobOffPosition() const { return outlineWidth_; }
   [[nodiscard]] double knobOnPosition() const { return outlineWidth_ + kTrackWidth - height_; }
 
-  void setUp();
   void constrainTrack();
   void constrainKnob();
   void updateAppearance(bool rebuildConstraints);

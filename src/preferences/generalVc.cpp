@@ -15,10 +15,6 @@ using platform::NSControlStateValue;
 using platform::NSLocalizedString;
 using platform::NSUserDefaults;
 
-std::shared_ptr<generalVc> generalVc::initWithCoder(const platform::NSCoder&) {
-  return std::make_shared<generalVc>();
-}
-
 // --- Life cycle ---
 
 void generalVc::viewDidLoad() {

@@ -25,8 +25,6 @@ struct ShortcutRow;
 /// reach preferencesWindowController. Main thread only.
 class generalVc final : public platform::NSViewController {
  public:
-  [[nodiscard]] static std::shared_ptr<generalVc> initWithCoder(const platform::NSCoder& coder);
-
   /// Asked for each time that the host is needed; set before the pane appears.
   void setHostProvider(std::function<PreferencesHost&()> provider) { host_ = std::move(provider); }
 

@@ -79,12 +79,6 @@ void showInPane(const std::string& text) {
 
 }  // namespace
 
-std::shared_ptr<preferencesWindowController> preferencesWindowController::initWithCoder(
-    const platform::NSCoder& coder) {
-  auto controller = std::make_shared<preferencesWindowController>();
-  return controller->decode(coder) ? controller : nullptr;
-}
-
 void preferencesWindowController::windowDidLoad() {
   NSWindowController::windowDidLoad();
   if (const auto pane = std::dynamic_pointer_cast<generalVc>(contentViewController())) {

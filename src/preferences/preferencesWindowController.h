@@ -14,9 +14,6 @@ namespace preferences {
 /// press with Control, Option, Shift or Command becomes its shortcut. Main thread only.
 class preferencesWindowController final : public platform::NSWindowController {
  public:
-  [[nodiscard]] static std::shared_ptr<preferencesWindowController> initWithCoder(
-      const platform::NSCoder& coder);
-
   /// Asked for each time that the host is needed; set before the window loads.
   void setHostProvider(std::function<PreferencesHost&()> provider) { host_ = std::move(provider); }
 

@@ -76,10 +76,6 @@ const std::array<ViewController::Feature, 5> ViewController::Feature::all{{
 
 // --- Life cycle ---
 
-std::shared_ptr<ViewController> ViewController::initWithCoder(const platform::NSCoder&) {
-  return std::make_shared<ViewController>();
-}
-
 void ViewController::viewDidLoad() {
   NSViewController::viewDidLoad();
   toggle(&ViewController::toggleButtonPresentationMode).statetag = kMasterIndex;

@@ -40,9 +40,6 @@ class BGWindow final : public platform::NSWindow {
 /// only.
 class ViewController final : public platform::NSViewController {
  public:
-  [[nodiscard]] static std::shared_ptr<ViewController> initWithCoder(
-      const platform::NSCoder& coder);
-
   /// Asked for each time that the host is needed; it outlives the controller's use of it. Set once,
   /// before the view loads.
   void setHostProvider(std::function<PanelHost&()> provider) { host_ = std::move(provider); }

@@ -43,9 +43,6 @@ class StoryboardTest : public tests::ApplicationTest {
  private:
   class PlainController final : public platform::NSViewController {
    public:
-    static std::shared_ptr<PlainController> initWithCoder(const platform::NSCoder&) {
-      return std::make_shared<PlainController>();
-    }
     void act() {}
     [[nodiscard]] const platform::ClassDescription& classDescription() const override {
       static constexpr std::array messages{platform::message<&PlainController::act>("act:")};

@@ -41,7 +41,8 @@ class CToggleButtonTest : public tests::DeskTest {
     return {"toggle", platform::Dictionary{{"isOn", isOn}, {"index", index}}};
   }
 
-  std::shared_ptr<CToggleButton> toggle = CToggleButton::initWithCoder(tests::Attributes());
+  std::shared_ptr<CToggleButton> toggle =
+      platform::objectFromCoder<CToggleButton>(tests::Attributes());
   std::shared_ptr<Listener> listener = std::make_shared<Listener>();
 };
 

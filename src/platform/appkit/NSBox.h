@@ -10,17 +10,13 @@ namespace platform {
 /// action, if it has one; the keyboard does not reach it.
 class NSBox final : public NSControl {
  public:
-  [[nodiscard]] static std::shared_ptr<NSBox> initWithCoder(const NSCoder& coder);
-
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
   [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Box; }
   [[nodiscard]] const NSColor& borderColor() const { return borderColor_; }
   void setBorderColor(NSColor color);
   [[nodiscard]] NSAccessibilityRole accessibilityRole() const override {
     return NSAccessibilityRole::Group;
   }
-
- protected:
-  [[nodiscard]] bool decode(const NSCoder& coder) override;
 
  private:
   NSColor borderColor_ = NSSystemColor::Separator;

@@ -4,21 +4,8 @@
 
 namespace platform {
 
-std::shared_ptr<NSButton> NSButton::initWithCoder(const NSCoder& coder) {
-  auto button = std::make_shared<NSButton>();
-  return button->decode(coder) ? button : nullptr;
-}
-
-std::shared_ptr<NSButton> NSButton::checkboxWithCoder(const NSCoder& coder) {
-  auto button = std::make_shared<NSButton>();
-  button->kind_ = NSViewKind::Checkbox;
-  return button->decode(coder) ? button : nullptr;
-}
-
-bool NSButton::decode(const NSCoder& coder) {
-  if (!NSControl::decode(coder)) return false;
-  if (const auto title = coder.attribute("title")) title_ = *title;
-  return true;
+bool NSButton::initWithCoder(const NSCoder& coder) {
+  return NSControl::initWithCoder(coder) && coder.read("title", title_);
 }
 
 void NSButton::setTitle(std::string title) {

@@ -13,11 +13,11 @@ enum class NSControlStateValue { Off = 0, On = 1 };
 
 /// A push button or a checkbox. A click, a key on it or assistive technology comes as a press and a
 /// release; the release of a checkbox flips its state. Then the action is sent.
-class NSButton final : public NSControl {
+class NSButton : public NSControl {
  public:
-  [[nodiscard]] static std::shared_ptr<NSButton> initWithCoder(const NSCoder& coder);
-  [[nodiscard]] static std::shared_ptr<NSButton> checkboxWithCoder(const NSCoder& coder);
+  NSButton() = default;
 
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
   [[nodiscard]] NSViewKind kind() const override { return kind_; }
   [[nodiscard]] const std::string& title() const { return title_; }
   void setTitle(std::string title);
@@ -32,12 +32,18 @@ class NSButton final : public NSControl {
   [[nodiscard]] std::optional<bool> accessibilityValue() const override;
 
  protected:
-  [[nodiscard]] bool decode(const NSCoder& coder) override;
+  explicit NSButton(NSViewKind kind) : kind_(kind) {}
 
  private:
   NSViewKind kind_ = NSViewKind::Button;
   std::string title_;
   NSControlStateValue state_ = NSControlStateValue::Off;
+};
+
+/// A button that is a checkbox.
+class NSCheckbox final : public NSButton {
+ public:
+  NSCheckbox() : NSButton(NSViewKind::Checkbox) {}
 };
 
 }  // namespace platform

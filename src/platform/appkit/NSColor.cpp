@@ -7,12 +7,7 @@
 namespace platform {
 namespace {
 
-struct NamedColor {
-  std::string_view name;
-  NSSystemColor color;
-};
-
-constexpr NamedColor kNamedColors[] = {
+constexpr NamedValue<NSColor> kThemeColors[] = {
     {"labelColor", NSSystemColor::Label},
     {"secondaryLabelColor", NSSystemColor::SecondaryLabel},
     {"separatorColor", NSSystemColor::Separator},
@@ -46,11 +41,7 @@ NSColor NSColor::blendedColorWithFraction(double fraction, const NSColor& other)
 
 template <>
 std::optional<NSColor> attributeFromText<NSColor>(std::string_view text) {
-  if (text.starts_with('#')) return colorFromHex(text.substr(1));
-  for (const NamedColor& named : kNamedColors) {
-    if (named.name == text) return NSColor(named.color);
-  }
-  return std::nullopt;
+  return text.starts_with('#') ? colorFromHex(text.substr(1)) : valueNamed(text, kThemeColors);
 }
 
 }  // namespace platform

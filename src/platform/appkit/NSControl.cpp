@@ -1,14 +1,11 @@
 #include "platform/appkit/NSControl.h"
 
 #include "platform/appkit/NSApplication.h"
-#include "platform/foundation/NSCoder.h"
 
 namespace platform {
 
-bool NSControl::decode(const NSCoder& coder) {
-  if (!NSView::decode(coder)) return false;
-  if (const auto action = coder.attribute("action")) action_ = *action;
-  return true;
+bool NSControl::initWithCoder(const NSCoder& coder) {
+  return NSView::initWithCoder(coder) && coder.read("action", action_);
 }
 
 void NSControl::mouseUp(const NSEvent&) {

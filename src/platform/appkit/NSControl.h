@@ -14,10 +14,8 @@ class NSControl : public NSView {
   /// Null, as at first: the action travels the responder chain.
   void setTarget(const std::shared_ptr<NSObject>& target) { target_ = target; }
 
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
   void mouseUp(const NSEvent& event) override;
-
- protected:
-  [[nodiscard]] bool decode(const NSCoder& coder) override;
 
  private:
   SEL action_;

@@ -2,11 +2,6 @@
 
 namespace platform {
 
-std::shared_ptr<NSImageView> NSImageView::initWithCoder(const NSCoder& coder) {
-  auto view = std::make_shared<NSImageView>();
-  return view->decode(coder) ? view : nullptr;
-}
-
 std::shared_ptr<NSImageView> NSImageView::initWithFrame(NSRect frame) {
   auto view = std::make_shared<NSImageView>();
   view->setFrame(frame);
@@ -14,22 +9,15 @@ std::shared_ptr<NSImageView> NSImageView::initWithFrame(NSRect frame) {
   return view;
 }
 
-bool NSImageView::decode(const NSCoder& coder) {
-  if (!NSView::decode(coder)) return false;
-  if (const auto name = coder.attribute("image")) {
-    image_ = NSImage::imageNamed(*name);
-    if (!image_) return false;
-  }
-  if (const auto text = coder.attribute("size")) {
-    const auto size = attributeFromText<double>(*text);
-    if (!size) return false;
-    size_ = {*size, *size};
-  }
-  if (const auto text = coder.attribute("tint")) {
-    tint_ = attributeFromText<NSColor>(*text);
-    if (!tint_) return false;
-  }
-  return true;
+bool NSImageView::initWithCoder(const NSCoder& coder) {
+  const auto name = coder.attribute("image");
+  if (name) image_ = NSImage::imageNamed(*name);
+  if (coder.attribute("tint")) tint_.emplace();
+  double side = size_.width;
+  const bool isReadable = NSView::initWithCoder(coder) && (!name || image_) &&
+                          coder.read("size", side) && (!tint_ || coder.read("tint", *tint_));
+  size_ = {side, side};
+  return isReadable;
 }
 
 void NSImageView::setImage(std::shared_ptr<NSImage> image) {

@@ -8,8 +8,7 @@ namespace platform {
 /// A picture, scaled to fit its size. A view with a tint draws the picture's shape in that colour.
 class NSImageView final : public NSView {
  public:
-  [[nodiscard]] static std::shared_ptr<NSImageView> initWithCoder(const NSCoder& coder);
-
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
   [[nodiscard]] static std::shared_ptr<NSImageView> initWithFrame(NSRect frame);
 
   [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Image; }
@@ -21,9 +20,6 @@ class NSImageView final : public NSView {
   [[nodiscard]] NSAccessibilityRole accessibilityRole() const override {
     return NSAccessibilityRole::Image;
   }
-
- protected:
-  [[nodiscard]] bool decode(const NSCoder& coder) override;
 
  private:
   std::shared_ptr<NSImage> image_;

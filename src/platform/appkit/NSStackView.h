@@ -17,8 +17,7 @@ class NSStackView final : public NSView {
     double right = 0;
   };
 
-  [[nodiscard]] static std::shared_ptr<NSStackView> initWithCoder(const NSCoder& coder);
-
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
   [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Stack; }
   [[nodiscard]] Orientation orientation() const { return orientation_; }
   /// Points between two views.
@@ -30,9 +29,6 @@ class NSStackView final : public NSView {
     return NSAccessibilityRole::Group;
   }
 
- protected:
-  [[nodiscard]] bool decode(const NSCoder& coder) override;
-
  private:
   Orientation orientation_ = Orientation::Vertical;
   double spacing_ = 0;
@@ -43,7 +39,6 @@ class NSStackView final : public NSView {
 /// A thin line between the parts of a stack, in the theme's own way.
 class NSSeparator final : public NSView {
  public:
-  [[nodiscard]] static std::shared_ptr<NSSeparator> initWithCoder(const NSCoder& coder);
   [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Separator; }
 };
 

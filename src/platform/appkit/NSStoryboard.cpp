@@ -22,32 +22,20 @@ namespace {
 
 using Problems = std::vector<std::string>;
 
-template <typename T>
-std::shared_ptr<NSObject> make(const NSCoder& coder) {
-  return T::initWithCoder(coder);
-}
-
-std::shared_ptr<NSObject> makeCheckbox(const NSCoder& coder) {
-  return NSButton::checkboxWithCoder(coder);
-}
-
 /// Elements that stand for a class of the layer. Any other element names its class itself.
-struct ElementRow {
-  std::string_view element;
-  ClassRegistry::Maker maker;
-};
-
-constexpr ElementRow kElements[] = {
-    {"view", &make<NSView>},           {"stackView", &make<NSStackView>},
-    {"textField", &make<NSTextField>}, {"imageView", &make<NSImageView>},
-    {"separator", &make<NSSeparator>}, {"button", &make<NSButton>},
-    {"checkbox", &makeCheckbox},       {"box", &make<NSBox>},
+constexpr NamedValue<ClassRegistry::Maker> kElements[] = {
+    {"view", &ClassRegistry::make<NSView>},
+    {"stackView", &ClassRegistry::make<NSStackView>},
+    {"textField", &ClassRegistry::make<NSTextField>},
+    {"imageView", &ClassRegistry::make<NSImageView>},
+    {"separator", &ClassRegistry::make<NSSeparator>},
+    {"button", &ClassRegistry::make<NSButton>},
+    {"checkbox", &ClassRegistry::make<NSCheckbox>},
+    {"box", &ClassRegistry::make<NSBox>},
 };
 
 ClassRegistry::Maker makerOf(const pugi::xml_node& node) {
-  const auto* row =
-      std::ranges::find(kElements, std::string_view(node.name()), &ElementRow::element);
-  if (row != std::end(kElements)) return row->maker;
+  if (const auto maker = valueNamed(node.name(), kElements)) return *maker;
   return ClassRegistry::shared().maker(node.attribute("class").as_string());
 }
 

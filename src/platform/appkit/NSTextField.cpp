@@ -1,59 +1,32 @@
 #include "platform/appkit/NSTextField.h"
 
-#include <algorithm>
-
 namespace platform {
-namespace {
 
-struct StyleRow {
-  std::string_view name;
-  NSTextStyle style;
-};
-
-constexpr StyleRow kStyles[] = {
-    {"body", NSTextStyle::Body},
-    {"title", NSTextStyle::Title},
-    {"headline", NSTextStyle::Headline},
-    {"caption", NSTextStyle::Caption},
-};
-
-struct ContentRow {
-  std::string_view name;
-  NSTextContent content;
-};
-
-constexpr ContentRow kContents[] = {
-    {"text", NSTextContent::Text},
-    {"filePath", NSTextContent::FilePath},
-    {"copyable", NSTextContent::Copyable},
-};
-
-}  // namespace
-
-std::shared_ptr<NSTextField> NSTextField::initWithCoder(const NSCoder& coder) {
-  auto field = std::make_shared<NSTextField>();
-  return field->decode(coder) ? field : nullptr;
+template <>
+std::optional<NSTextStyle> attributeFromText<NSTextStyle>(std::string_view text) {
+  static constexpr NamedValue<NSTextStyle> styles[] = {
+      {"body", NSTextStyle::Body},
+      {"title", NSTextStyle::Title},
+      {"headline", NSTextStyle::Headline},
+      {"caption", NSTextStyle::Caption},
+  };
+  return valueNamed(text, styles);
 }
 
-bool NSTextField::decode(const NSCoder& coder) {
-  if (!NSView::decode(coder)) return false;
-  if (const auto text = coder.attribute("text")) stringValue_ = *text;
-  if (const auto name = coder.attribute("textStyle")) {
-    const auto* row = std::ranges::find(kStyles, *name, &StyleRow::name);
-    if (row == std::end(kStyles)) return false;
-    textStyle_ = row->style;
-  }
-  if (const auto name = coder.attribute("content")) {
-    const auto* row = std::ranges::find(kContents, *name, &ContentRow::name);
-    if (row == std::end(kContents)) return false;
-    content_ = row->content;
-  }
-  if (const auto text = coder.attribute("textColor")) {
-    const auto color = attributeFromText<NSColor>(*text);
-    if (!color) return false;
-    textColor_ = *color;
-  }
-  return true;
+template <>
+std::optional<NSTextContent> attributeFromText<NSTextContent>(std::string_view text) {
+  static constexpr NamedValue<NSTextContent> contents[] = {
+      {"text", NSTextContent::Text},
+      {"filePath", NSTextContent::FilePath},
+      {"copyable", NSTextContent::Copyable},
+  };
+  return valueNamed(text, contents);
+}
+
+bool NSTextField::initWithCoder(const NSCoder& coder) {
+  return NSView::initWithCoder(coder) && coder.read("text", stringValue_) &&
+         coder.read("textStyle", textStyle_) && coder.read("content", content_) &&
+         coder.read("textColor", textColor_);
 }
 
 void NSTextField::setStringValue(std::string text) {

@@ -20,8 +20,7 @@ enum class NSTextContent {
 /// A label.
 class NSTextField final : public NSView {
  public:
-  [[nodiscard]] static std::shared_ptr<NSTextField> initWithCoder(const NSCoder& coder);
-
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
   [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Label; }
   [[nodiscard]] const std::string& stringValue() const { return stringValue_; }
   void setStringValue(std::string text);
@@ -31,9 +30,6 @@ class NSTextField final : public NSView {
   [[nodiscard]] NSAccessibilityRole accessibilityRole() const override {
     return NSAccessibilityRole::StaticText;
   }
-
- protected:
-  [[nodiscard]] bool decode(const NSCoder& coder) override;
 
  private:
   std::string stringValue_;

@@ -12,25 +12,10 @@ NSView::~NSView() {
   for (const auto& view : subviews_) view->superview_ = nullptr;
 }
 
-std::shared_ptr<NSView> NSView::initWithCoder(const NSCoder& coder) {
-  auto view = std::make_shared<NSView>();
-  return view->decode(coder) ? view : nullptr;
-}
-
-bool NSView::decode(const NSCoder& coder) {
-  if (const auto label = coder.attribute("accessibilityLabel")) accessibilityLabel_ = *label;
-  if (const auto help = coder.attribute("accessibilityHelp")) accessibilityHelp_ = *help;
-  if (const auto hidden = coder.attribute("hidden")) {
-    const auto value = attributeFromText<bool>(*hidden);
-    if (!value) return false;
-    hidden_ = *value;
-  }
-  if (const auto scale = coder.attribute("contentScale")) {
-    const auto value = attributeFromText<double>(*scale);
-    if (!value || *value <= 0) return false;
-    contentScale_ = *value;
-  }
-  return true;
+bool NSView::initWithCoder(const NSCoder& coder) {
+  return coder.read("accessibilityLabel", accessibilityLabel_) &&
+         coder.read("accessibilityHelp", accessibilityHelp_) && coder.read("hidden", hidden_) &&
+         coder.read("contentScale", contentScale_) && contentScale_ > 0;
 }
 
 // --- The tree ---

@@ -71,9 +71,8 @@ class NSView : public NSObject {
   NSView();
   ~NSView() override;
 
-  /// The view that an interface description speaks of, without its subviews; null when the
-  /// description's attributes cannot be read.
-  [[nodiscard]] static std::shared_ptr<NSView> initWithCoder(const NSCoder& coder);
+  /// The view itself; its subviews are the storyboard's affair.
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
 
   [[nodiscard]] virtual NSViewKind kind() const { return NSViewKind::Custom; }
 
@@ -152,8 +151,6 @@ class NSView : public NSObject {
   [[nodiscard]] virtual std::optional<bool> accessibilityValue() const { return std::nullopt; }
 
  protected:
-  /// Takes the view's own attributes from an interface description.
-  [[nodiscard]] virtual bool decode(const NSCoder& coder);
   void didChange(ViewChange change);
 
  private:

@@ -8,9 +8,8 @@ NSWindowController::~NSWindowController() {
   if (content_ && window_) window_->setDelegate(nullptr);
 }
 
-bool NSWindowController::decode(const NSCoder& coder) {
-  if (const auto title = coder.attribute("title")) title_ = *title;
-  return true;
+bool NSWindowController::initWithCoder(const NSCoder& coder) {
+  return coder.read("title", title_);
 }
 
 const std::shared_ptr<NSWindow>& NSWindowController::window() {

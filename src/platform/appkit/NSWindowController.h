@@ -6,7 +6,6 @@
 
 #include "platform/appkit/NSViewController.h"
 #include "platform/appkit/NSWindow.h"
-#include "platform/foundation/NSCoder.h"
 
 namespace platform {
 
@@ -18,6 +17,7 @@ class NSWindowController : public NSObject, private NSWindowDelegate {
   NSWindowController() = default;
   ~NSWindowController() override;
 
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
   /// Makes the controller of the window's content. Set by the storyboard.
   using Loader = std::function<std::shared_ptr<NSViewController>()>;
   void setLoader(Loader loader) { loader_ = std::move(loader); }
@@ -42,10 +42,6 @@ class NSWindowController : public NSObject, private NSWindowDelegate {
   /// A key press that no control of the window took. The base handling closes the window on Escape
   /// without a modifier and lets all else be.
   virtual void keyDown(const NSEvent& event);
-
- protected:
-  /// Takes the controller's own attributes from an interface description.
-  [[nodiscard]] virtual bool decode(const NSCoder& coder);
 
  private:
   void loadWindow();

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -10,15 +13,6 @@
 namespace platform {
 
 class NSObject;
-
-/// One object of an interface description, as its class's `initWithCoder` reads it.
-class NSCoder {
- public:
-  virtual ~NSCoder() = default;
-  /// The attribute's text, or none when the description does not say. Valid during the call that
-  /// the coder was passed to.
-  [[nodiscard]] virtual std::optional<std::string_view> attribute(std::string_view name) const = 0;
-};
 
 /// The value of type T that an attribute of an interface description spells, if it does:
 /// "true"/"false", finite decimal numbers, texts as they are. Other types specialise it beside
@@ -35,6 +29,46 @@ std::optional<std::int64_t> attributeFromText<std::int64_t>(std::string_view tex
 template <>
 std::optional<std::string> attributeFromText<std::string>(std::string_view text);
 
+/// A word of interface descriptions, and what it stands for.
+template <typename T>
+struct NamedValue {
+  std::string_view name;
+  T value;
+};
+template <typename T, std::size_t Count>
+[[nodiscard]] std::optional<T> valueNamed(std::string_view name,
+                                          const NamedValue<T> (&table)[Count]) {
+  const auto* row = std::ranges::find(table, name, &NamedValue<T>::name);
+  return row == std::end(table) ? std::nullopt : std::optional(row->value);
+}
+
+/// One object of an interface description, as its class's `initWithCoder` reads it.
+class NSCoder {
+ public:
+  virtual ~NSCoder() = default;
+  /// The attribute's text, or none when the description does not say. Valid during the call that
+  /// the coder was passed to.
+  [[nodiscard]] virtual std::optional<std::string_view> attribute(std::string_view name) const = 0;
+
+  /// Gives `value` what the attribute spells, or leaves it as it is where the description does not
+  /// say. False when that is nothing of type T.
+  template <typename T>
+  [[nodiscard]] bool read(std::string_view name, T& value) const {
+    const std::optional<std::string_view> text = attribute(name);
+    if (!text) return true;
+    const std::optional<T> spelt = attributeFromText<T>(*text);
+    if (spelt) value = *spelt;
+    return spelt.has_value();
+  }
+};
+
+/// A new object of class T as the description has it; null when that cannot be read.
+template <typename T>
+[[nodiscard]] std::shared_ptr<T> objectFromCoder(const NSCoder& coder) {
+  auto object = std::make_shared<T>();
+  return object->initWithCoder(coder) ? object : nullptr;
+}
+
 /// The classes that an interface description can name.
 class ClassRegistry final {
  public:
@@ -43,12 +77,13 @@ class ClassRegistry final {
 
   [[nodiscard]] static ClassRegistry& shared();
 
-  /// Registers T, which offers `static std::shared_ptr<T> initWithCoder(const NSCoder&)`.
+  template <typename T>
+  static std::shared_ptr<NSObject> make(const NSCoder& coder) {
+    return objectFromCoder<T>(coder);
+  }
   template <typename T>
   void add(std::string className) {
-    makers_.insert_or_assign(
-        std::move(className),
-        [](const NSCoder& coder) -> std::shared_ptr<NSObject> { return T::initWithCoder(coder); });
+    makers_.insert_or_assign(std::move(className), &make<T>);
   }
 
   /// Null when no such class is registered.

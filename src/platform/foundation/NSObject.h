@@ -55,6 +55,10 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
   NSObject(const NSObject&) = delete;
   NSObject& operator=(const NSObject&) = delete;
 
+  /// Takes what an interface description says of the object, which has just been made. False when
+  /// that cannot be read.
+  [[nodiscard]] virtual bool initWithCoder(const NSCoder& /*coder*/) { return true; }
+
   /// The tables of the object's class; a subclass that adds rows overrides it.
   [[nodiscard]] virtual const ClassDescription& classDescription() const;
 

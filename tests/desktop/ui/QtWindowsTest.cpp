@@ -191,7 +191,7 @@ TEST_F(QtWindowsTest, ThemeChangesAtRunTimeAreFollowed) {
 
 TEST_F(QtWindowsTest, WhatStandsBesideTheTextGrowsWithIt) {
   const auto image = ui_test::make<platform::NSImageView>({{"size", "22"}});
-  const auto tick = platform::NSButton::checkboxWithCoder(tests::Attributes{{"title", "On"}});
+  const auto tick = ui_test::make<platform::NSCheckbox>({{"title", "On"}});
   const auto path = ui_test::make<platform::NSTextField>({{"content", "filePath"}});
   content->addSubview(image);
   content->addSubview(tick);

@@ -72,8 +72,8 @@ class TitledTest : public UiTest, public platform::NSWindowDelegate {
       make<platform::NSStackView>({{"spacing", "8"}, {"left", "12"}, {"top", "12"}});
   std::shared_ptr<platform::NSButton> button =
       make<platform::NSButton>({{"title", "&Record"}, {"accessibilityHelp", "Waits for a key"}});
-  std::shared_ptr<platform::NSButton> checkbox = platform::NSButton::checkboxWithCoder(
-      tests::Attributes{{"title", "Start at login"}, {"accessibilityHelp", "Every time"}});
+  std::shared_ptr<platform::NSButton> checkbox = make<platform::NSCheckbox>(
+      {{"title", "Start at login"}, {"accessibilityHelp", "Every time"}});
   std::shared_ptr<platform::NSBox> box =
       make<platform::NSBox>({{"accessibilityLabel", "Shortcut"}});
   std::shared_ptr<platform::NSTextField> label = make<platform::NSTextField>({{"text", "None"}});

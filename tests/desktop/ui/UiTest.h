@@ -22,7 +22,7 @@ namespace ui_test {
 
 template <class View>
 std::shared_ptr<View> make(const tests::Attributes& attributes = {}) {
-  return View::initWithCoder(attributes);
+  return platform::objectFromCoder<View>(attributes);
 }
 
 /// The status item of a test, shown or not.

@@ -34,7 +34,7 @@ class ControlsTest : public tests::DeskTest {
 };
 
 TEST_F(ControlsTest, ACheckboxFlipsBeforeItsActionAndSettingItSendsNone) {
-  const auto box = NSButton::checkboxWithCoder(Attributes{{"action", "called"}});
+  const auto box = objectFromCoder<NSCheckbox>(Attributes{{"action", "called"}});
   const auto target = std::make_shared<tests::Listener>();
   box->setTarget(target);
   show(box);
@@ -56,10 +56,10 @@ TEST_F(ControlsTest, ACheckboxFlipsBeforeItsActionAndSettingItSendsNone) {
 }
 
 TEST_F(ControlsTest, TheWindowIsToldOfATitleAndABorder) {
-  const auto button = NSButton::initWithCoder(Attributes{{"title", "Record"}});
+  const auto button = objectFromCoder<NSButton>(Attributes{{"title", "Record"}});
   show(button);
   EXPECT_EQ(updatesBy([&] { button->setTitle("Stop"); }), 1);
-  const auto box = NSBox::initWithCoder(Attributes{{"borderColor", "#0000ff"}});
+  const auto box = objectFromCoder<NSBox>(Attributes{{"borderColor", "#0000ff"}});
   show(box);
   EXPECT_EQ(updatesBy([&] { box->setBorderColor(NSColor::blueColor()); }), 0);
   EXPECT_EQ(updatesBy([&] { box->setBorderColor(NSColor::grayColor()); }), 1);
@@ -68,7 +68,7 @@ TEST_F(ControlsTest, TheWindowIsToldOfATitleAndABorder) {
 class Controller final : public NSWindowController {
  public:
   explicit Controller(Calls& told) : told_(told) {}
-  bool readTitle(std::string title) { return decode(Attributes{{"title", title}}); }
+  bool readTitle(std::string title) { return initWithCoder(Attributes{{"title", title}}); }
   void windowDidLoad() override { told_.emplace_back("windowDidLoad"); }
 
  private:
