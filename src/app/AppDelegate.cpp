@@ -200,8 +200,8 @@ const platform::ClassDescription& AppDelegate::classDescription() const {
       platform::message<&AppDelegate::registerMuteMicHotKey>("register_MuteMic:"),
       platform::message<&AppDelegate::unregisterMuteMicHotKey>("unregister_MuteMic:"),
   };
-  static constexpr platform::ClassDescription description{
-      .className = "AppDelegate", .messages = messages, .outlets = {}, .keys = {}};
+  static constexpr platform::ClassDescription description{.className = "AppDelegate",
+                                                          .messages = messages};
   return description;
 }
 

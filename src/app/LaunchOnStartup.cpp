@@ -39,13 +39,9 @@ std::optional<LSSharedFileListItemRef> addLoginitem::itemRefInLoginItems() {
 
 const ClassDescription& addLoginitem::classDescription() const {
   static constexpr std::array messages{
-      MessageRow{"itemRefInLoginItems",
-                 [](NSObject& self, NSObject*) {
-                   static_cast<addLoginitem&>(self).itemRefInLoginItems();
-                 }},
+      message<&addLoginitem::itemRefInLoginItems>("itemRefInLoginItems"),
   };
-  static constexpr ClassDescription description{
-      .className = "addLoginitem", .messages = messages, .outlets = {}, .keys = {}};
+  static constexpr ClassDescription description{.className = "addLoginitem", .messages = messages};
   return description;
 }
 

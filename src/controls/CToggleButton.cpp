@@ -210,8 +210,8 @@ const platform::ClassDescription& CToggleButton::classDescription() const {
       platform::keyValue<&CToggleButton::setToggleColor>("toggleColor"),
       platform::keyValue<&CToggleButton::setBackColor>("backColor"),
   };
-  static constexpr platform::ClassDescription description{
-      .className = "CToggleButton", .messages = {}, .outlets = {}, .keys = keys};
+  static constexpr platform::ClassDescription description{.className = "CToggleButton",
+                                                          .keys = keys};
   return description;
 }
 

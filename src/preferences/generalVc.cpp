@@ -100,7 +100,7 @@ const platform::ClassDescription& generalVc::classDescription() const {
       outlet<&generalVc::checkBoxLaunchAtLogin>("checkBoxLaunchAtLogin"),
   };
   static constexpr platform::ClassDescription description{
-      .className = "generalVc", .messages = messages, .outlets = outlets, .keys = {}};
+      .className = "generalVc", .messages = messages, .outlets = outlets};
   return description;
 }
 

@@ -262,7 +262,7 @@ const platform::ClassDescription& ViewController::classDescription() const {
       platform::outlet<&ViewController::lblChangeWallpaper>("lblChangeWallpaper"),
   };
   static constexpr platform::ClassDescription description{
-      .className = "ViewController", .messages = messages, .outlets = outlets, .keys = {}};
+      .className = "ViewController", .messages = messages, .outlets = outlets};
   return description;
 }
 

@@ -81,8 +81,8 @@ namespace detail {
 
 template <typename Member>
 struct MemberTraits;
-template <typename C>
-struct MemberTraits<void (C::*)()> {
+template <typename C, typename Result>
+struct MemberTraits<Result (C::*)()> {
   using Class = C;
   static constexpr bool takesArgument = false;
 };
@@ -100,7 +100,7 @@ struct MemberTraits<std::weak_ptr<T> C::*> {
 
 }  // namespace detail
 
-/// A row for a method `void f()`, `void f(NSObject* sender)` (which may be null) or
+/// A row for a method `f()`, `void f(NSObject* sender)` (which may be null) or
 /// `void f(const SomeObject&)`, for which an argument of another class is a programming error.
 template <auto Method>
 constexpr MessageRow message(std::string_view selector) {
