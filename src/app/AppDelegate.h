@@ -6,7 +6,6 @@
 
 #include "hotkeys/HotKey.h"
 #include "platform/appkit/NSApplication.h"
-#include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSPopover.h"
 #include "platform/appkit/NSStatusItem.h"
 #include "platform/updates/SUUpdater.h"

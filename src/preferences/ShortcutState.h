@@ -5,8 +5,7 @@
 #include <string_view>
 
 #include "hotkeys/ModifierFlags.h"
-#include "platform/appkit/NSBox.h"
-#include "platform/appkit/NSButton.h"
+#include "platform/appkit/NSControl.h"
 #include "platform/appkit/NSTextField.h"
 #include "preferences/PreferencesHost.h"
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/appkit/NSOpenPanel.h"
+#include "platform/appkit/NSAlert.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "preferences/ShortcutState.h"

@@ -5,8 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/appkit/NSBox.h"
-#include "platform/appkit/NSButton.h"
+#include "platform/appkit/NSControl.h"
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"
 #include "platform/foundation/SmallValues.h"

@@ -3,7 +3,7 @@
 #include <limits>
 #include <span>
 
-#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSWindowController.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/coregraphics/CGWindow.h"

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/appkit/NSPopover.h"
-#include "platform/appkit/NSStatusBarButton.h"
+#include "platform/appkit/NSStatusItem.h"
 
 namespace presentation {
 

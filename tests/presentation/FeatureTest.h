@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSImage.h"
 #include "shared/SettingsKeys.h"
 #include "support/ApplicationTest.h"
 

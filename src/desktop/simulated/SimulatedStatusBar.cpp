@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/appkit/NSImage.h"
-#include "platform/appkit/NSMenu.h"
+#include "platform/appkit/NSStatusItem.h"
 #include "platform/foundation/Process.h"
 
 namespace simulated {

@@ -5,8 +5,7 @@
 
 #include "desktop/simulated/SimulatedScreens.h"
 #include "platform/appkit/NSAlert.h"
-#include "platform/appkit/NSImageView.h"
-#include "platform/appkit/NSOpenPanel.h"
+#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/Process.h"
 

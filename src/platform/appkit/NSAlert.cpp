@@ -7,20 +7,32 @@
 #include "platform/foundation/NSRunLoop.h"
 
 namespace platform {
+namespace {
 
-int NSAlert::runModal() const {
-  const Desktop& desktop = Runtime::current().desktop();
+/// What the user answers to what `show` puts on the screen; `T{}` when the program ends before.
+template <typename T, typename Show>
+T answerTo(const Show& show) {
+  port::MainLoop& loop = Runtime::current().desktop().mainLoop;
   // Shared, because an answer that was held back may outlive a run that the program's end cut
   // short.
-  const auto answer = std::make_shared<std::size_t>(0);
-  const auto peer = desktop.windows.showAlert(*this, [&desktop, answer](std::size_t chosen) {
-    NSRunLoop::mainRunLoop().deliver([&desktop, answer, chosen] {
-      *answer = chosen;
-      desktop.mainLoop.stop();
+  const auto answer = std::make_shared<T>();
+  const auto peer = show([&loop, answer](T given) {
+    NSRunLoop::mainRunLoop().deliver([&loop, answer, given = std::move(given)] {
+      *answer = given;
+      loop.stop();
     });
   });
-  desktop.mainLoop.run();
-  return kFirstButtonReturn + static_cast<int>(*answer);
+  loop.run();
+  return *answer;
+}
+
+}  // namespace
+
+int NSAlert::runModal() const {
+  port::Windows& windows = Runtime::current().desktop().windows;
+  const auto button = answerTo<std::size_t>(
+      [&](auto answered) { return windows.showAlert(*this, std::move(answered)); });
+  return kFirstButtonReturn + static_cast<int>(button);
 }
 
 void NSAlert::beginSheetModalForWindow(NSWindow& window,
@@ -32,6 +44,16 @@ void NSAlert::beginSheetModalForWindow(NSWindow& window,
       window.show(port::PlacedByDesktop{});
   }
   window.beginSheet(*this, std::move(completionHandler));
+}
+
+NSModalResponse NSOpenPanel::runModal() {
+  port::Windows& windows = Runtime::current().desktop().windows;
+  const auto path = answerTo<std::optional<std::string>>(
+      [&](auto answered) { return windows.showOpenPanel(*this, std::move(answered)); });
+  url_.reset();
+  if (!path) return NSModalResponse::Cancel;
+  url_ = NSURL::fileURLWithPath(*path);
+  return NSModalResponse::OK;
 }
 
 }  // namespace platform

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "platform/Runtime.h"
-#include "platform/appkit/NSScreen.h"
 #include "platform/appkit/NSStoryboard.h"
+#include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSRunLoop.h"
 

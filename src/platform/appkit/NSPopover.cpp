@@ -1,6 +1,6 @@
 #include "platform/appkit/NSPopover.h"
 
-#include "platform/appkit/NSStatusBarButton.h"
+#include "platform/appkit/NSStatusItem.h"
 #include "platform/foundation/Process.h"
 
 namespace platform {

@@ -6,9 +6,8 @@
 #include <pugixml.hpp>
 #include <set>
 
-#include "platform/appkit/NSBox.h"
-#include "platform/appkit/NSButton.h"
-#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSControl.h"
+#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSStackView.h"
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"

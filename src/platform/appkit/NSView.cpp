@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/appkit/Layout.h"
 #include "platform/appkit/NSAnimationContext.h"
+#include "platform/appkit/NSLayoutConstraint.h"
 
 namespace platform {
 
@@ -111,10 +111,6 @@ void NSView::setShadow(NSShadow shadow) {
 void NSView::setHidden(bool hidden) {
   hidden_ = hidden;
   didChange(ViewChange::Hidden);
-}
-
-NSViewAnimator NSView::animator() {
-  return NSViewAnimator(*this);
 }
 
 // --- Events and assistive technology ---

@@ -6,11 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/appkit/Animatable.h"
 #include "platform/appkit/CALayer.h"
+#include "platform/appkit/NSAnimationContext.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSLayoutConstraint.h"
-#include "platform/appkit/NSShadow.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/foundation/NSObject.h"
 
@@ -46,8 +45,6 @@ class ViewHost {
   virtual void viewDidChange(NSView& view, ViewChange change) = 0;
   [[nodiscard]] virtual NSWindow* window() = 0;
 };
-
-class NSViewAnimator;
 
 /// Which native control, if any, stands for a view. A desktop has one row for each.
 enum class NSViewKind {
@@ -127,8 +124,9 @@ class NSView : public NSObject {
   void setShadow(NSShadow shadow);
   [[nodiscard]] bool isHidden() const { return hidden_; }
   void setHidden(bool hidden);
-  /// Changes made through it animate inside the current group.
-  [[nodiscard]] NSViewAnimator animator();
+  /// What changes that animate inside the current group are made through: the view itself, since
+  /// in a group that allows implicit animation all of them do.
+  [[nodiscard]] NSView& animator() { return *this; }
 
   // --- Events ---
   virtual void mouseDown(const NSEvent& event);
@@ -170,17 +168,6 @@ class NSView : public NSObject {
   bool needsLayout_ = true;
   bool hidden_ = false;
   bool acceptsTouchEvents_ = false;
-};
-
-/// See NSView::animator.
-class NSViewAnimator {
- public:
-  explicit NSViewAnimator(NSView& view) : view_(view) {}
-  [[nodiscard]] CALayer* layer() const { return view_.layer(); }
-  void layoutSubtreeIfNeeded() const { view_.layoutSubtreeIfNeeded(); }
-
- private:
-  NSView& view_;
 };
 
 }  // namespace platform

@@ -6,6 +6,7 @@
 #include "platform/Runtime.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWindowController.h"
+#include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/Process.h"
 

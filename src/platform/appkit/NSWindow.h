@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/appkit/NSAlert.h"
-#include "platform/appkit/NSScreen.h"
 #include "platform/appkit/NSView.h"
 #include "platform/coregraphics/CGWindow.h"
 #include "platform/port/Windows.h"
@@ -28,6 +27,7 @@ enum class NSWindowAnimationBehavior { Default = 0, None = 2 };
 /// How a window's pixels are kept, with the platform's number.
 enum class NSBackingStoreType { Buffered = 2 };
 
+class NSScreen;
 class NSWindowController;
 
 /// Told what the user does with a window.

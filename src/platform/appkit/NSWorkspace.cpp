@@ -12,6 +12,14 @@ const Desktop& desktop() {
 
 }  // namespace
 
+std::vector<std::shared_ptr<NSScreen>> NSScreen::screens() {
+  std::vector<std::shared_ptr<NSScreen>> screens;
+  for (port::ScreenInfo& info : desktop().screens.screens()) {
+    screens.push_back(std::make_shared<NSScreen>(std::move(info)));
+  }
+  return screens;
+}
+
 NSWorkspace::NSWorkspace() : notificationCenter_(std::make_shared<NSNotificationCenter>()) {
   if (port::Spaces* spaces = desktop().spaces) spaces->setClient(this);
   if (port::Availability* availability = desktop().availability) availability->setClient(this);
@@ -48,7 +56,7 @@ std::vector<std::shared_ptr<NSRunningApplication>> NSWorkspace::runningApplicati
   port::RunningApplications* service = desktop().runningApplications;
   if (service == nullptr) return applications;
   for (port::ApplicationInfo& info : service->runningApplications()) {
-    applications.push_back(std::make_shared<NSRunningApplication>(std::move(info)));
+    applications.push_back(std::make_shared<NSRunningApplication>(*service, std::move(info)));
   }
   return applications;
 }

@@ -5,14 +5,58 @@
 #include <string>
 #include <vector>
 
-#include "platform/appkit/NSRunningApplication.h"
-#include "platform/appkit/NSScreen.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/foundation/NSObject.h"
 #include "platform/foundation/SmallValues.h"
 #include "platform/port/Availability.h"
+#include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
 
 namespace platform {
+
+/// Posted to the default notification center when screens came, went or changed.
+inline constexpr const char* NSApplicationDidChangeScreenParametersNotification =
+    "NSApplicationDidChangeScreenParametersNotification";
+
+/// A screen as it was when it was asked for; it does not follow later changes.
+class NSScreen final : public NSObject {
+ public:
+  explicit NSScreen(port::ScreenInfo info) : info_(std::move(info)) {}
+
+  /// All of them, in the platform's order.
+  [[nodiscard]] static std::vector<std::shared_ptr<NSScreen>> screens();
+
+  [[nodiscard]] const port::ScreenId& id() const { return info_.id; }
+  /// In points.
+  [[nodiscard]] const NSRect& frame() const { return info_.frame; }
+  [[nodiscard]] double backingScaleFactor() const { return info_.backingScaleFactor; }
+
+ private:
+  port::ScreenInfo info_;
+};
+
+/// An application that runs, or ran when it was listed.
+class NSRunningApplication final : public NSObject {
+ public:
+  NSRunningApplication(port::RunningApplications& service, port::ApplicationInfo info)
+      : service_(service), info_(std::move(info)) {}
+
+  [[nodiscard]] const std::optional<std::string>& localizedName() const {
+    return info_.localizedName;
+  }
+  [[nodiscard]] NSApplicationActivationPolicy activationPolicy() const {
+    return info_.activationPolicy;
+  }
+  /// Now, not when it was listed.
+  [[nodiscard]] bool isHidden() const { return service_.isHidden(info_.id); }
+  /// Whether the request could be delivered.
+  bool hide() const { return service_.hide(info_.id); }
+  bool unhide() const { return service_.unhide(info_.id); }
+
+ private:
+  port::RunningApplications& service_;
+  port::ApplicationInfo info_;
+};
 
 /// Posted to the workspace's own notification center when the user went to another space.
 inline constexpr const char* NSWorkspaceActiveSpaceDidChangeNotification =

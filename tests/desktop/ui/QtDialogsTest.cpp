@@ -7,7 +7,7 @@
 #include <QTemporaryDir>
 
 #include "desktop/ui/TitledTest.h"
-#include "platform/appkit/NSOpenPanel.h"
+#include "platform/appkit/NSAlert.h"
 
 namespace linux_desktop {
 namespace {

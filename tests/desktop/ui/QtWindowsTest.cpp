@@ -8,8 +8,8 @@
 
 #include "desktop/linux/ui/Theme.h"
 #include "desktop/ui/UiTest.h"
-#include "platform/appkit/NSButton.h"
-#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSControl.h"
+#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSTextField.h"
 
 namespace linux_desktop {

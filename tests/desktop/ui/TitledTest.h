@@ -6,8 +6,7 @@
 #include <QWindow>
 
 #include "desktop/ui/UiTest.h"
-#include "platform/appkit/NSBox.h"
-#include "platform/appkit/NSButton.h"
+#include "platform/appkit/NSControl.h"
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSWindowController.h"
 

@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/appkit/NSBox.h"
-#include "platform/appkit/NSButton.h"
+#include "platform/appkit/NSControl.h"
 #include "platform/appkit/NSWindowController.h"
 #include "support/DeskTest.h"
 

@@ -2,6 +2,7 @@
 
 #include "platform/appkit/NSPopover.h"
 #include "platform/appkit/NSStatusItem.h"
+#include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "support/DeskTest.h"
 

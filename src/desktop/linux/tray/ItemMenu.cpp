@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/appkit/NSMenu.h"
+#include "platform/appkit/NSStatusItem.h"
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {

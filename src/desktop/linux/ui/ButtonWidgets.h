@@ -8,7 +8,7 @@
 #include <string>
 
 #include "desktop/linux/ui/ViewWidget.h"
-#include "platform/appkit/NSButton.h"
+#include "platform/appkit/NSControl.h"
 
 namespace linux_desktop {
 

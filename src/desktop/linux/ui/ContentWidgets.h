@@ -9,8 +9,8 @@
 
 #include "desktop/linux/ui/PictureLoader.h"
 #include "desktop/linux/ui/ViewWidget.h"
-#include "platform/appkit/NSBox.h"
-#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSControl.h"
+#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSTextField.h"
 
 namespace linux_desktop {

@@ -7,7 +7,6 @@
 
 #include "desktop/linux/ui/QtWindowPeer.h"
 #include "platform/appkit/NSAlert.h"
-#include "platform/appkit/NSOpenPanel.h"
 #include "platform/port/Windows.h"
 
 namespace linux_desktop {

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <utility>
 
-#include "platform/appkit/NSImageView.h"
+#include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/coregraphics/CGWindow.h"
 
