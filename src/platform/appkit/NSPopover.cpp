@@ -15,18 +15,14 @@ void NSPopover::showRelativeToRect(NSRect, NSView& view, NSRectEdge) {
   const auto* button = dynamic_cast<NSStatusBarButton*>(&view);
   if (button == nullptr) programmingError("a popover was shown at a view that is no status button");
   if (!controller_) programmingError("a popover was shown without content");
-  const bool wasShown = isShown();
-  if (window_->contentView() != controller_->view()) window_->setContentView(controller_->view());
-  if (!wasShown) controller_->viewWillAppear();
+  if (window_->contentViewController() != controller_) {
+    window_->setContentViewController(controller_);
+  }
   window_->show(port::PlacedAtStatusItem{&button->statusItemPeer()});
-  if (!wasShown) controller_->viewDidAppear();
 }
 
 void NSPopover::performClose(NSObject*) {
-  if (!isShown()) return;
-  controller_->viewWillDisappear();
   window_->orderOut(nullptr);
-  controller_->viewDidDisappear();
 }
 
 void NSPopover::windowShouldClose() {

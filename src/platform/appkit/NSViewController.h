@@ -6,18 +6,25 @@
 
 #include "platform/appkit/NSView.h"
 #include "platform/foundation/NSObject.h"
+#include "platform/foundation/Process.h"
 
 namespace platform {
 
 /// Owns a tree of views and follows it through its life. The view is loaded the first time that it
-/// is asked for; whoever shows it calls the four that follow, each time.
+/// is asked for; the window that shows it calls the four that follow, each time.
 class NSViewController : public NSObject {
  public:
   /// Makes the view and connects the controller's outlets. Set by the storyboard.
   using Loader = std::function<std::shared_ptr<NSView>(NSViewController& controller)>;
   void setLoader(Loader loader) { loader_ = std::move(loader); }
 
-  [[nodiscard]] const std::shared_ptr<NSView>& view();
+  [[nodiscard]] const std::shared_ptr<NSView>& view() {
+    if (view_) return view_;
+    if (!loader_) programmingError("a view controller was asked for a view that nobody described");
+    view_ = loader_(*this);
+    viewDidLoad();
+    return view_;
+  }
   void loadViewIfNeeded() { static_cast<void>(view()); }
   [[nodiscard]] bool isViewLoaded() const { return view_ != nullptr; }
 

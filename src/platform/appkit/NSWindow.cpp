@@ -33,6 +33,11 @@ void NSWindow::setContentView(std::shared_ptr<NSView> view) {
   viewDidChange(*contentView_, ViewChange::Subviews);
 }
 
+void NSWindow::setContentViewController(std::shared_ptr<NSViewController> controller) {
+  contentController_ = std::move(controller);
+  setContentView(contentController_->view());
+}
+
 void NSWindow::fillWithContent() {
   if (contentView_ && style_ == NSWindowStyle::Borderless) {
     contentView_->setFrame({0, 0, frame_.width, frame_.height});
@@ -40,6 +45,8 @@ void NSWindow::fillWithContent() {
 }
 
 void NSWindow::show(const port::Placement& placement) {
+  const bool appears = !visible_ && contentController_;
+  if (appears) contentController_->viewWillAppear();
   if (contentView_) contentView_->layoutSubtreeIfNeeded();
   if (!peer_) {
     // A new peer reads the whole model, so nothing that changed before is news to it.
@@ -51,6 +58,7 @@ void NSWindow::show(const port::Placement& placement) {
   visible_ = true;
   peer_->show(placement);
   if (!sheets_.empty()) showSheetSoon();
+  if (appears) contentController_->viewDidAppear();
 }
 
 void NSWindow::orderBack(NSObject*) {
@@ -59,10 +67,12 @@ void NSWindow::orderBack(NSObject*) {
 
 void NSWindow::orderOut(NSObject*) {
   if (!visible_) return;
+  if (contentController_) contentController_->viewWillDisappear();
   visible_ = false;
   key_ = false;
   sheetPeer_.reset();
   peer_->hide();
+  if (contentController_) contentController_->viewDidDisappear();
 }
 
 void NSWindow::makeKeyWindow() {
@@ -96,12 +106,10 @@ void NSWindow::viewDidChange(NSView& view, ViewChange change) {
 
 void NSWindow::displaySoon() {
   if (std::exchange(displayScheduled_, true)) return;
-  NSRunLoop::mainRunLoop().beforeWaiting([weak = weak_from_this()] {
-    if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) {
-      self->displayScheduled_ = false;
-      self->displayIfNeeded();
-    }
-  });
+  NSRunLoop::mainRunLoop().beforeWaiting(whileThere([](NSWindow& self) {
+    self.displayScheduled_ = false;
+    self.displayIfNeeded();
+  }));
 }
 
 // --- Sheets ---
@@ -114,9 +122,7 @@ void NSWindow::beginSheet(const NSAlert& alert,
 
 // Not at once: a window that is about to close would flash the sheet.
 void NSWindow::showSheetSoon() {
-  NSRunLoop::mainRunLoop().beforeWaiting([weak = weak_from_this()] {
-    if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) self->showFirstSheet();
-  });
+  NSRunLoop::mainRunLoop().beforeWaiting(whileThere([](NSWindow& self) { self.showFirstSheet(); }));
 }
 
 void NSWindow::showFirstSheet() {
@@ -145,10 +151,14 @@ void NSWindow::endFirstSheet(std::size_t button) {
 
 // --- Reports of the peer ---
 
+std::function<void()> NSWindow::whileThere(std::function<void(NSWindow& self)> work) {
+  return [weak = weak_from_this(), work = std::move(work)] {
+    if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) work(*self);
+  };
+}
+
 void NSWindow::deliver(std::function<void(NSWindow& self)> report) {
-  NSRunLoop::mainRunLoop().deliver([weak = weak_from_this(), report = std::move(report)] {
-    if (const auto self = std::static_pointer_cast<NSWindow>(weak.lock())) report(*self);
-  });
+  NSRunLoop::mainRunLoop().deliver(whileThere(std::move(report)));
 }
 
 void NSWindow::windowDidBecomeKey() {
@@ -180,11 +190,10 @@ void NSWindow::mouseUp(NSView& view, const NSEvent& event) {
 }
 
 void NSWindow::keyDown(const NSEvent& event) {
-  NSApplication::sharedApplication().sendEvent(event, [weak = weak_from_this(), event] {
-    const auto self = std::static_pointer_cast<NSWindow>(weak.lock());
-    if (!self) return;
-    if (const auto controller = self->windowController()) controller->keyDown(event);
-  });
+  NSApplication::sharedApplication().sendEvent(
+      event, whileThere([event](NSWindow& self) {
+        if (const auto controller = self.windowController()) controller->keyDown(event);
+      }));
 }
 
 void NSWindow::sendMouseEvent(NSView& view, const NSEvent& event,

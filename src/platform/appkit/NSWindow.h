@@ -28,6 +28,7 @@ enum class NSWindowAnimationBehavior { Default = 0, None = 2 };
 enum class NSBackingStoreType { Buffered = 2 };
 
 class NSScreen;
+class NSViewController;
 class NSWindowController;
 
 /// Told what the user does with a window.
@@ -35,7 +36,7 @@ class NSWindowDelegate {
  public:
   virtual ~NSWindowDelegate() = default;
   virtual void windowShouldClose() = 0;
-  virtual void userActedElsewhere() = 0;
+  virtual void userActedElsewhere() {}
 };
 
 /// A window: a tree of views that is shown on a screen as a whole. It has a peer of the desktop
@@ -55,6 +56,12 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   [[nodiscard]] const std::shared_ptr<NSView>& contentView() const { return contentView_; }
   /// A borderless window's content view fills it, now and when its frame changes.
   void setContentView(std::shared_ptr<NSView> view);
+  /// Whose view it shows; null where that has no controller. It is told of its comings and goings.
+  [[nodiscard]] const std::shared_ptr<NSViewController>& contentViewController() const {
+    return contentController_;
+  }
+  /// Loads the view.
+  void setContentViewController(std::shared_ptr<NSViewController> controller);
   /// Not owned; outlives its being set.
   void setDelegate(NSWindowDelegate* delegate) { delegate_ = delegate; }
 
@@ -112,6 +119,8 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   void mouseDown(NSView& view, const NSEvent& event) override;
   void mouseUp(NSView& view, const NSEvent& event) override;
   void keyDown(const NSEvent& event) override;
+  /// `work` on this window, unless that is gone by then.
+  [[nodiscard]] std::function<void()> whileThere(std::function<void(NSWindow& self)> work);
   void deliver(std::function<void(NSWindow& self)> report);
   static void sendMouseEvent(NSView& view, const NSEvent& event,
                              void (NSView::*handler)(const NSEvent&));
@@ -133,6 +142,7 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   std::weak_ptr<NSWindowController> controller_;
   std::string title_;
   std::shared_ptr<NSView> contentView_;
+  std::shared_ptr<NSViewController> contentController_;
   NSWindowDelegate* delegate_ = nullptr;
   std::unique_ptr<port::WindowPeer> peer_;
   /// What is not answered yet, the oldest first, and the peer of the first while it is shown.

@@ -5,7 +5,7 @@
 namespace platform {
 
 NSWindowController::~NSWindowController() {
-  if (content_ && window_) window_->setDelegate(nullptr);
+  if (window_) window_->setDelegate(nullptr);
 }
 
 bool NSWindowController::initWithCoder(const NSCoder& coder) {
@@ -22,20 +22,14 @@ void NSWindowController::loadWindow() {
   window_->setTitle(title_);
   window_->setDelegate(this);
   window_->setWindowController(std::static_pointer_cast<NSWindowController>(shared_from_this()));
-  content_ = loader_();
-  window_->setContentView(content_->view());
+  window_->setContentViewController(loader_());
   windowDidLoad();
 }
 
 void NSWindowController::showWindow(NSObject*) {
-  if (!window() || !content_) programmingError("a window controller has no window to show");
-  NSWindow& shown = *window_;
-  if (!shown.isVisible()) {
-    content_->viewWillAppear();
-    shown.show(port::PlacedByDesktop{});
-    content_->viewDidAppear();
-  }
-  shown.makeKeyWindow();
+  if (!window()) programmingError("a window controller has no window to show");
+  if (!window_->isVisible()) window_->show(port::PlacedByDesktop{});
+  window_->makeKeyWindow();
 }
 
 void NSWindowController::keyDown(const NSEvent& event) {
@@ -44,13 +38,6 @@ void NSWindowController::keyDown(const NSEvent& event) {
                                        NSEventModifierFlags::Option |
                                        NSEventModifierFlags::Control | NSEventModifierFlags::Shift;
   if (event.keyCode == kEscape && (event.modifierFlags & kModifiers) == 0) close();
-}
-
-void NSWindowController::close() {
-  if (!content_ || !window_ || !window_->isVisible()) return;
-  content_->viewWillDisappear();
-  window_->orderOut(nullptr);
-  content_->viewDidDisappear();
 }
 
 }  // namespace platform

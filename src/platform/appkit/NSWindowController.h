@@ -26,16 +26,17 @@ class NSWindowController : public NSObject, private NSWindowDelegate {
   [[nodiscard]] const std::shared_ptr<NSWindow>& window();
   void setWindow(std::shared_ptr<NSWindow> window) { window_ = std::move(window); }
   /// Null before the window has loaded.
-  [[nodiscard]] const std::shared_ptr<NSViewController>& contentViewController() const {
-    return content_;
+  [[nodiscard]] std::shared_ptr<NSViewController> contentViewController() const {
+    return window_ ? window_->contentViewController() : nullptr;
   }
 
-  /// Shows the window in front of the application's others and asks for the keyboard. The content
-  /// is told that it appears, unless the window is on the screen already. For a window with
-  /// content of a description. `sender` is not used.
+  /// Shows the window in front of the application's others and asks for the keyboard. There must be
+  /// one. `sender` is not used.
   void showWindow(NSObject* sender);
   /// Takes the window off the screen, as the user does who closes it. Closed already: does nothing.
-  void close();
+  void close() {
+    if (window_) window_->orderOut(nullptr);
+  }
 
   /// Once, when the window and what is in it have loaded.
   virtual void windowDidLoad() {}
@@ -46,12 +47,10 @@ class NSWindowController : public NSObject, private NSWindowDelegate {
  private:
   void loadWindow();
   void windowShouldClose() override { close(); }
-  void userActedElsewhere() override {}
 
   Loader loader_;
   std::string title_;
   std::shared_ptr<NSWindow> window_;
-  std::shared_ptr<NSViewController> content_;
 };
 
 }  // namespace platform
