@@ -27,80 +27,39 @@ class EventDispatcher final : public port::HotKeysClient {
   EventDispatcher& operator=(const EventDispatcher&) = delete;
   ~EventDispatcher() override {
     if (service() == nullptr) return;
-    for (const auto& [number, id] : hotKeys_) service()->unregisterHotKey(number);
+    for (const auto& [number, id] : hotKeys) service()->unregisterHotKey(number);
     service()->setClient(nullptr);
-  }
-
-  OSStatus registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID id,
-                          EventHotKeyRef& outRef) {
-    if (service() == nullptr) return eventHotKeyInvalidErr;
-    service()->setClient(this);
-    const OSStatus status = service()->registerHotKey(id.id, keyCode, modifiers);
-    if (status != noErr) return status;
-    hotKeys_.emplace(id.id, id);
-    outRef = EventHotKeyRef{id.id};
-    return noErr;
-  }
-
-  OSStatus unregisterHotKey(EventHotKeyRef hotKey) {
-    const auto found = hotKeys_.find(static_cast<port::HotKeyNumber>(hotKey));
-    if (found == hotKeys_.end()) return paramErr;
-    if (service() != nullptr) service()->unregisterHotKey(found->first);
-    hotKeys_.erase(found);
-    return noErr;
-  }
-
-  void setAssignmentHandler(HotKeyAssignmentHandler handler) { assigned_ = handler; }
-
-  EventHandlerRef install(EventHandler handler, std::span<const EventTypeSpec> types,
-                          void* userData) {
-    handlers_.push_back({handler, {types.begin(), types.end()}, userData});
-    return EventHandlerRef{static_cast<std::uint32_t>(handlers_.size())};
-  }
-
-  OSStatus send(EventRef event) const {
-    for (std::size_t i = handlers_.size(); i > 0; --i) {
-      const Installed& installed = handlers_[i - 1];
-      if (event != nullptr &&
-          std::ranges::find(installed.types, event->type) == installed.types.end()) {
-        continue;
-      }
-      const OSStatus status = installed.handler(event, installed.userData);
-      if (status != eventNotHandledErr) return status;
-    }
-    return eventNotHandledErr;
   }
 
   void hotKeyPressed(port::HotKeyNumber number) override { arrived(number, kEventHotKeyPressed); }
   void hotKeyReleased(port::HotKeyNumber number) override { arrived(number, kEventHotKeyReleased); }
   void hotKeyAssigned(port::HotKeyNumber number, const std::optional<std::string>& keys) override {
-    const auto found = hotKeys_.find(number);
-    if (found == hotKeys_.end()) return;
+    const auto found = hotKeys.find(number);
+    if (found == hotKeys.end()) return;
     const EventHotKeyID id = found->second;
-    if (!keys) hotKeys_.erase(found);
+    if (!keys) hotKeys.erase(found);
     NSRunLoop::mainRunLoop().deliver([this, id, keys] {
-      if (assigned_ != nullptr) assigned_(id, keys);
+      if (assigned != nullptr) assigned(id, keys);
     });
   }
 
- private:
   struct Installed {
     EventHandler handler;
     std::vector<EventTypeSpec> types;
     void* userData;
   };
+  std::map<port::HotKeyNumber, EventHotKeyID> hotKeys;
+  std::vector<Installed> handlers;
+  HotKeyAssignmentHandler assigned = nullptr;
 
-  void arrived(port::HotKeyNumber number, std::uint32_t kind) {
-    const auto found = hotKeys_.find(number);
-    if (found == hotKeys_.end()) return;
+ private:
+  void arrived(port::HotKeyNumber number, std::uint32_t kind) const {
+    const auto found = hotKeys.find(number);
+    if (found == hotKeys.end()) return;
     const CarbonEvent event{{kEventClassKeyboard, kind}, found->second};
     NSRunLoop::mainRunLoop().deliver(
         [event] { SendEventToEventTarget(&event, GetEventDispatcherTarget()); });
   }
-
-  std::map<port::HotKeyNumber, EventHotKeyID> hotKeys_;
-  std::vector<Installed> handlers_;
-  HotKeyAssignmentHandler assigned_ = nullptr;
 };
 
 }  // namespace
@@ -111,7 +70,14 @@ EventTargetRef GetEventDispatcherTarget() {
 
 OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID hotKeyID,
                              EventTargetRef, std::uint32_t, EventHotKeyRef& outRef) {
-  return EventDispatcher::shared().registerHotKey(keyCode, modifiers, hotKeyID, outRef);
+  if (service() == nullptr) return eventHotKeyInvalidErr;
+  EventDispatcher& dispatcher = EventDispatcher::shared();
+  service()->setClient(&dispatcher);
+  const OSStatus status = service()->registerHotKey(hotKeyID.id, keyCode, modifiers);
+  if (status != noErr) return status;
+  dispatcher.hotKeys.emplace(hotKeyID.id, hotKeyID);
+  outRef = EventHotKeyRef{hotKeyID.id};
+  return noErr;
 }
 
 void SetSymbolicHotKeysEnabled(bool enabled) {
@@ -133,22 +99,36 @@ bool AreHotKeysBoundByUser() {
 }
 
 void SetHotKeyAssignmentHandler(HotKeyAssignmentHandler handler) {
-  EventDispatcher::shared().setAssignmentHandler(handler);
+  EventDispatcher::shared().assigned = handler;
 }
 
 OSStatus UnregisterEventHotKey(EventHotKeyRef hotKey) {
-  return EventDispatcher::shared().unregisterHotKey(hotKey);
+  auto& hotKeys = EventDispatcher::shared().hotKeys;
+  const auto found = hotKeys.find(static_cast<port::HotKeyNumber>(hotKey));
+  if (found == hotKeys.end()) return paramErr;
+  if (service() != nullptr) service()->unregisterHotKey(found->first);
+  hotKeys.erase(found);
+  return noErr;
 }
 
 OSStatus InstallEventHandler(EventTargetRef, EventHandler handler,
                              std::span<const EventTypeSpec> types, void* userData,
                              EventHandlerRef& outRef) {
-  outRef = EventDispatcher::shared().install(handler, types, userData);
+  auto& handlers = EventDispatcher::shared().handlers;
+  handlers.push_back({handler, {types.begin(), types.end()}, userData});
+  outRef = EventHandlerRef{static_cast<std::uint32_t>(handlers.size())};
   return noErr;
 }
 
 OSStatus SendEventToEventTarget(EventRef event, EventTargetRef) {
-  return EventDispatcher::shared().send(event);
+  const auto& handlers = EventDispatcher::shared().handlers;
+  for (std::size_t i = handlers.size(); i > 0; --i) {
+    const auto& [handler, types, userData] = handlers[i - 1];
+    if (event != nullptr && std::ranges::find(types, event->type) == types.end()) continue;
+    const OSStatus status = handler(event, userData);
+    if (status != eventNotHandledErr) return status;
+  }
+  return eventNotHandledErr;
 }
 
 std::uint32_t GetEventKind(EventRef event) {
