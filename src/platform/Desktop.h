@@ -4,12 +4,10 @@
 
 #include "platform/port/AudioObjects.h"
 #include "platform/port/Automation.h"
-#include "platform/port/Availability.h"
 #include "platform/port/HotKeys.h"
 #include "platform/port/Program.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
-#include "platform/port/Texts.h"
 #include "platform/port/Windows.h"
 
 namespace platform {

@@ -3,7 +3,7 @@
 #include "desktop/linux/SessionServices.h"
 #include "desktop/linux/audio/PulseSound.h"
 #include "desktop/linux/notifications/DaemonDoNotDisturb.h"
-#include "platform/port/Availability.h"
+#include "platform/port/Program.h"
 
 namespace linux_desktop {
 

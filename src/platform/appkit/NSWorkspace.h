@@ -8,7 +8,7 @@
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSObject.h"
 #include "platform/foundation/SmallValues.h"
-#include "platform/port/Availability.h"
+#include "platform/port/Program.h"
 #include "platform/port/RunningApplications.h"
 #include "platform/port/Screens.h"
 

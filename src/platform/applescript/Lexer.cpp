@@ -1,4 +1,4 @@
-#include "platform/applescript/Lexer.h"
+#include "platform/applescript/Script.h"
 
 #include <algorithm>
 #include <array>

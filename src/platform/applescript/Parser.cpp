@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/applescript/Lexer.h"
 #include "platform/applescript/Script.h"
 
 namespace platform::applescript {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,9 +12,30 @@
 #include "platform/foundation/Value.h"
 #include "platform/port/Automation.h"
 
-/// The syntax tree of a script, what makes it and what runs it. Its depth is bounded by the parser,
-/// so walking and dropping it by recursion is safe.
+/// The tokens of a script and its syntax tree, what makes them and what runs it. The tree's depth
+/// is bounded by the parser, so walking and dropping it by recursion is safe.
 namespace platform::applescript {
+
+enum class TokenKind { Word, Number, Text, Symbol, EndOfLine, EndOfScript, Bad };
+
+struct Token {
+  TokenKind kind = TokenKind::EndOfScript;
+  SourceRange range;
+  /// Word, Symbol: itself. Text: its content. Bad: the whole error message, or empty for something
+  /// that the language does not know.
+  std::string text;
+  std::int64_t number = 0;
+};
+
+/// The tokens of `source`, any bytes whatever. The last one is EndOfScript; nothing but it follows
+/// a Bad one. Blanks leave no token.
+[[nodiscard]] std::vector<Token> tokens(std::string_view source);
+
+/// Whether the language keeps `word` for itself, so that it names nothing.
+[[nodiscard]] bool isReserved(std::string_view word);
+
+/// How messages call `token`.
+[[nodiscard]] std::string described(const Token& token);
 
 struct Expression;
 using ExpressionPtr = std::unique_ptr<Expression>;

@@ -36,8 +36,6 @@ enum VirtualKeyCode : std::uint16_t {
   kVK_ANSI_KeypadPlus = 69,
   kVK_Escape = 53, kVK_Delete = 51, kVK_ForwardDelete = 117, kVK_Help = 114, kVK_VolumeUp = 72,
   kVK_VolumeDown = 73, kVK_Mute = 74,
-  // The key left of Z on keyboards with one more key; no shortcut uses it.
-  kVK_ISO_Section = 10,
   // clang-format on
 };
 

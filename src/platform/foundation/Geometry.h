@@ -1,7 +1,5 @@
 #pragma once
 
-#include <algorithm>
-
 namespace platform {
 
 // All lengths are points (see NSScreen and the desktop for pixels); x points right and y points up.
@@ -24,8 +22,6 @@ struct NSRect {
   double width = 0;
   double height = 0;
 
-  [[nodiscard]] double maxX() const { return x + width; }
-  [[nodiscard]] double maxY() const { return y + height; }
   bool operator==(const NSRect&) const = default;
 };
 

@@ -1,6 +1,6 @@
 #include "platform/foundation/SmallValues.h"
 
-#include <cstdio>
+#include <ctime>
 #include <random>
 
 #include "platform/Runtime.h"
@@ -12,16 +12,9 @@ NSDate NSDate::date() {
 }
 
 std::string NSDate::description() const {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(time_);
-  const auto day = std::chrono::floor<std::chrono::days>(seconds);
-  const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss clock(seconds - day);
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(time_);
   std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d +0000",
-                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
-                static_cast<int>(clock.minutes().count()),
-                static_cast<int>(clock.seconds().count()));
+  std::strftime(text.data(), text.size(), "%F %T +0000", std::gmtime(&seconds));
   return text.data();
 }
 

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <compare>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -19,7 +20,9 @@ using MonotonicTime = std::chrono::time_point<std::chrono::steady_clock, Duratio
 /// A point in civil time, UTC.
 using WallTime = std::chrono::system_clock::time_point;
 
-namespace port {
+}  // namespace platform
+
+namespace platform::port {
 
 /// The one loop of the process and its clocks. Everything but `post` is main thread only.
 ///
@@ -65,12 +68,6 @@ class MainLoop {
   [[nodiscard]] virtual MonotonicTime now() const = 0;
   [[nodiscard]] virtual WallTime wallClock() const = 0;
 };
-
-}  // namespace port
-
-}  // namespace platform
-
-namespace platform::port {
 
 /// Where the program's fixed lines go.
 class StandardOutput {
@@ -180,6 +177,42 @@ class DefaultsStore {
   /// for this run.
   virtual void set(std::string_view key, Value value) = 0;
   virtual void remove(std::string_view key) = 0;
+};
+
+/// What a desktop may be unable to do although programs ask it to.
+enum class Capability : std::uint8_t {
+  CoverIcons,
+  DoNotDisturb,
+  HideApplications,
+  MuteSpeaker,
+  SetPictures
+};
+
+class AvailabilityClient {
+ public:
+  virtual ~AvailabilityClient() = default;
+  /// Something has become possible or impossible, or is impossible for another reason now.
+  virtual void availabilityDidChange() = 0;
+};
+
+/// What cannot be done here, told before anybody tries. The services may be asked for it all the
+/// same. Absent: nothing is known to be impossible. Main thread only.
+class Availability {
+ public:
+  virtual ~Availability() = default;
+  /// Null: nobody is told. The client outlives its being set.
+  virtual void setClient(AvailabilityClient* client) = 0;
+  /// Why it cannot be done at present, in the user's language, to be read after "Not on this
+  /// desktop:"; none where it can, and as long as that is not known. Takes half a second at most.
+  [[nodiscard]] virtual std::optional<std::string> obstacle(Capability capability) = 0;
+};
+
+/// What the program says, in the user's language. Absent: all of it stays as it is written.
+class Texts {
+ public:
+  virtual ~Texts() = default;
+  /// `text` itself where it is known in no other language that the user reads.
+  [[nodiscard]] virtual std::string localized(std::string_view text) const = 0;
 };
 
 }  // namespace platform::port

@@ -13,14 +13,10 @@
 
 namespace platform {
 class NSAlert;
-class NSOpenPanel;
-class NSView;
-class NSWindow;
-}  // namespace platform
-
-namespace platform {
 class NSImage;
 class NSMenu;
+class NSOpenPanel;
+class NSWindow;
 }  // namespace platform
 
 namespace platform::port {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "platform/Runtime.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSObject.h"
 
@@ -9,7 +12,9 @@ namespace platform {
 /// none, asking does nothing. Main thread only; never waits.
 class SUUpdater final : public NSObject {
  public:
-  [[nodiscard]] static std::shared_ptr<SUUpdater> initForBundle(NSBundle& bundle);
+  [[nodiscard]] static std::shared_ptr<SUUpdater> initForBundle(NSBundle& /*bundle*/) {
+    return std::make_shared<SUUpdater>();
+  }
 
   /// When to look by itself, and whether to download, is the desktop's affair everywhere: both find
   /// nothing to set.
@@ -17,9 +22,13 @@ class SUUpdater final : public NSObject {
   void setAutomaticallyDownloadsUpdates(bool) {}
 
   /// Tells the user only of a newer version.
-  void checkForUpdatesInBackground();
+  void checkForUpdatesInBackground() {
+    if (auto* service = Runtime::current().desktop().updates) service->checkInBackground();
+  }
   /// Tells the user in any case.
-  void checkForUpdates(NSObject* sender);
+  void checkForUpdates(NSObject* /*sender*/) {
+    if (auto* service = Runtime::current().desktop().updates) service->checkForUpdates();
+  }
 };
 
 }  // namespace platform

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/port/Texts.h"
+#include "platform/port/Program.h"
 
 namespace linux_desktop {
 
