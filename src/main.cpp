@@ -1,4 +1,4 @@
-#include "app/Classes.h"
+#include "app/ControllerFactory.h"
 #include "desktop/linux/LinuxDesktop.h"
 #include "platform/Runtime.h"
 #include "platform/appkit/NSApplication.h"

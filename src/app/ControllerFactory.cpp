@@ -3,9 +3,12 @@
 #include <functional>
 
 #include "app/AppDelegate.h"
+#include "controls/CToggleButton.h"
 #include "platform/Runtime.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/foundation/NSCoder.h"
 #include "platform/foundation/Process.h"
+#include "preferences/generalVc.h"
 
 namespace app {
 namespace {
@@ -27,6 +30,17 @@ const std::shared_ptr<T>& shared(std::shared_ptr<T> Instances::*slot,
   return instance;
 }
 
+/// The scene's controller, which turns to the delegate for what it needs.
+template <typename Controller>
+std::shared_ptr<Controller> instantiate(std::string_view identifier) {
+  auto controller = std::dynamic_pointer_cast<Controller>(
+      sharedStoryboard()->instantiateControllerWithIdentifier(identifier));
+  if (controller) {
+    controller->setHostProvider([]() -> AppDelegate& { return *sharedAppDelegate(); });
+  }
+  return controller;
+}
+
 }  // namespace
 
 const std::shared_ptr<platform::NSStoryboard>& sharedStoryboard() {
@@ -37,13 +51,7 @@ const std::shared_ptr<platform::NSStoryboard>& sharedStoryboard() {
 
 const std::shared_ptr<presentation::ViewController>& sharedViewController() {
   return shared<presentation::ViewController>(&Instances::viewController, [] {
-    auto controller = std::dynamic_pointer_cast<presentation::ViewController>(
-        sharedStoryboard()->instantiateControllerWithIdentifier("ViewController"));
-    if (controller) {
-      controller->setHostProvider(
-          []() -> presentation::PanelHost& { return *sharedAppDelegate(); });
-    }
-    return controller;
+    return instantiate<presentation::ViewController>("ViewController");
   });
 }
 
@@ -51,13 +59,7 @@ const std::shared_ptr<preferences::preferencesWindowController>&
 sharedPreferencesWindowController() {
   using preferences::preferencesWindowController;
   return shared<preferencesWindowController>(&Instances::preferencesWindowController, [] {
-    auto controller = std::dynamic_pointer_cast<preferencesWindowController>(
-        sharedStoryboard()->instantiateControllerWithIdentifier("preferencesWindowController"));
-    if (controller) {
-      controller->setHostProvider(
-          []() -> preferences::PreferencesHost& { return *sharedAppDelegate(); });
-    }
-    return controller;
+    return instantiate<preferencesWindowController>("preferencesWindowController");
   });
 }
 
@@ -66,6 +68,15 @@ const std::shared_ptr<AppDelegate>& sharedAppDelegate() {
     return std::dynamic_pointer_cast<AppDelegate>(
         platform::NSApplication::sharedApplication().delegate());
   });
+}
+
+void registerClasses() {
+  auto& registry = platform::ClassRegistry::shared();
+  registry.add<controls::CToggleButton>("CToggleButton");
+  registry.add<presentation::ViewController>("ViewController");
+  registry.add<preferences::generalVc>("generalVc");
+  registry.add<preferences::preferencesWindowController>("preferencesWindowController");
+  registry.add<AppDelegate>("AppDelegate");
 }
 
 }  // namespace app

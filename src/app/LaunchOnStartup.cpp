@@ -12,13 +12,17 @@ using namespace platform;
 
 namespace {
 
+/// What is on the list at present; none when it cannot be had.
+std::optional<std::vector<LSSharedFileListItemRef>> snapshot() {
+  const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
+  return list ? LSSharedFileListCopySnapshot(*list) : std::nullopt;
+}
+
 /// The last entry that starts this program; none where there is none.
 std::optional<LSSharedFileListItemRef> lastItemOfOurs() {
   const std::string path = NSBundle::mainBundle().bundlePath();
   NSURL url = NSURL::fileURLWithPath(path);
-  const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
-  if (!list) return std::nullopt;
-  const auto items = LSSharedFileListCopySnapshot(*list);
+  const auto items = snapshot();
   if (!items) return std::nullopt;
   std::optional<LSSharedFileListItemRef> found;
   for (const LSSharedFileListItemRef& item : *items) {
@@ -47,9 +51,7 @@ const ClassDescription& addLoginitem::classDescription() const {
 
 std::optional<LaunchOnStartup::References> LaunchOnStartup::itemReferencesInLoginItems() {
   const NSURL application = NSURL::fileURLWithPath(NSBundle::mainBundle().bundlePath());
-  const auto list = LSSharedFileListCreate(kLSSharedFileListSessionLoginItems);
-  if (!list) return std::nullopt;
-  const auto items = LSSharedFileListCopySnapshot(*list);
+  const auto items = snapshot();
   if (!items) return std::nullopt;
   if (items->empty()) return References{std::nullopt, kLSSharedFileListItemBeforeFirst};
   for (const LSSharedFileListItemRef& item : *items) {

@@ -1,6 +1,6 @@
 #include "support/ApplicationTest.h"
 
-#include "app/Classes.h"
+#include "app/ControllerFactory.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSBundle.h"
 #include "resources/Resources.h"
