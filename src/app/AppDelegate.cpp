@@ -11,7 +11,6 @@
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Process.h"
 #include "platform/foundation/SmallValues.h"
-#include "shared/ActionNames.h"
 #include "shared/SettingsKeys.h"
 
 namespace app {
@@ -20,10 +19,13 @@ using platform::NSApplication;
 using platform::NSEventType;
 using platform::NSLocalizedString;
 using platform::NSUserDefaults;
+using preferences::ShortcutRow;
 
 namespace {
 
 constexpr double kPopoverDelay = 0.5;
+/// An action as those of ShortcutRow are.
+constexpr std::string_view kShowPreferences = "preferences";
 
 }  // namespace
 
@@ -97,30 +99,25 @@ void AppDelegate::registerStoredHotKeys() {
   hotkeys::HotKeysController::setUnavailableHandler(
       [] { sharedPreferencesWindowController()->showShortcutUnavailableAlert(); });
   preferences::ShortcutState& state = preferences::shortcutState();
-  state.loadShortcut(shared::kuserdefault_ToggleAppShortcut, shared::kuserdefault_ToggleAppFlag);
-  if (!state.currentShortcutModifiers.isEmpty()) registerToggleAppHotKey();
-  state.loadShortcut(shared::kuserdefault_MuteMicShortcut, shared::kuserdefault_MuteMicFlag);
-  if (!state.currentShortcutModifiers.isEmpty()) registerMuteMicHotKey();
+  for (const ShortcutRow* row : {&ShortcutRow::toggleApp, &ShortcutRow::muteMic}) {
+    state.loadShortcut(*row);
+    if (!state.currentShortcutModifiers.isEmpty()) registerHotKey(*row);
+  }
 }
 
-void AppDelegate::registerToggleAppHotKey() {
-  registerHotKey(&AppDelegate::hotKeyToggleApp_, preferences::ShortcutRow::toggleApp,
-                 [this] { toggleAppPressed(); });
-}
-
-void AppDelegate::registerMuteMicHotKey() {
-  registerHotKey(&AppDelegate::hotKeyMuteMic_, preferences::ShortcutRow::muteMic, muteMicPressed);
-}
-
-void AppDelegate::registerHotKey(std::shared_ptr<hotkeys::HotKey> AppDelegate::*field,
-                                 const preferences::ShortcutRow& row,
-                                 hotkeys::HotKey::Handler pressed) {
+void AppDelegate::registerHotKey(const ShortcutRow& row) {
   const preferences::ShortcutState& state = preferences::shortcutState();
+  std::shared_ptr<hotkeys::HotKey>& hotKey = fieldOf(row);
   // The new one is registered while the old one still is.
-  this->*field = hotkeys::HotKey::make(
+  hotKey = hotkeys::HotKey::make(
       hotkeys::KeyCombo(state.currentShortcutKey, state.currentShortcutModifiers));
-  (this->*field)->keyDownHandler = std::move(pressed);
-  (this->*field)->assignmentHandler = [&row] { preferences::shortcutState().reload(row); };
+  hotKey->keyDownHandler = actionOf(row);
+  hotKey->assignmentHandler = [&row] { preferences::shortcutState().reload(row); };
+}
+
+hotkeys::HotKey::Handler AppDelegate::actionOf(const ShortcutRow& row) {
+  if (row.isMuteMic) return muteMicPressed;
+  return [this] { toggleAppPressed(); };
 }
 
 void AppDelegate::toggleAppPressed() {
@@ -129,9 +126,10 @@ void AppDelegate::toggleAppPressed() {
 }
 
 std::function<void()> AppDelegate::applicationAction(std::string_view name) {
-  if (name == shared::kTogglePresentationMode) return [this] { toggleAppPressed(); };
-  if (name == shared::kToggleMicrophone) return muteMicPressed;
-  if (name == shared::kShowPreferences) return [this] { showPreferences(); };
+  for (const ShortcutRow* row : {&ShortcutRow::toggleApp, &ShortcutRow::muteMic}) {
+    if (name == row->action) return actionOf(*row);
+  }
+  if (name == kShowPreferences) return [this] { showPreferences(); };
   return {};
 }
 

@@ -10,7 +10,7 @@
 #include "platform/appkit/NSStatusItem.h"
 #include "platform/updates/SUUpdater.h"
 #include "preferences/ShortcutState.h"
-#include "presentation/PanelHost.h"
+#include "presentation/ViewController.h"
 
 namespace app {
 
@@ -25,9 +25,11 @@ class AppDelegate final : public platform::NSObject,
   /// Puts the status item into the status bar, without an image yet.
   AppDelegate();
 
-  [[nodiscard]] const std::shared_ptr<platform::NSPopover>& popover() const { return popover_; }
+  [[nodiscard]] const std::shared_ptr<platform::NSPopover>& popover() const override {
+    return popover_;
+  }
   /// Null until launch, and on a desktop whose status items have no button.
-  [[nodiscard]] const std::shared_ptr<platform::NSStatusBarButton>& statusbutton() const {
+  [[nodiscard]] const std::shared_ptr<platform::NSStatusBarButton>& statusbutton() const override {
     return statusbutton_;
   }
   [[nodiscard]] const std::shared_ptr<platform::NSStatusItem>& statusItem() const {
@@ -41,10 +43,10 @@ class AppDelegate final : public platform::NSObject,
   [[nodiscard]] const std::shared_ptr<platform::SUUpdater>& updater() const { return updater_; }
   /// The shortcuts, each null while it has no combination. One that the desktop refused is there
   /// too, and hears of nothing.
-  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyToggleApp() const override {
+  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyToggleApp() const {
     return hotKeyToggleApp_;
   }
-  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyMuteMic() const override {
+  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKeyMuteMic() const {
     return hotKeyMuteMic_;
   }
 
@@ -65,15 +67,18 @@ class AppDelegate final : public platform::NSObject,
   void menuDidClose(platform::NSMenu& menu) override;
   /// Gives the shortcut the current combination of the shortcut state, in place of the one it had.
   /// A refusal by the desktop is told to the user.
-  void registerToggleAppHotKey() override;
-  void registerMuteMicHotKey() override;
-  void unregisterToggleAppHotKey() override { hotKeyToggleApp_ = nullptr; }
-  void unregisterMuteMicHotKey() override { hotKeyMuteMic_ = nullptr; }
+  void registerToggleAppHotKey() { registerHotKey(preferences::ShortcutRow::toggleApp); }
+  void registerMuteMicHotKey() { registerHotKey(preferences::ShortcutRow::muteMic); }
+  void unregisterToggleAppHotKey() { hotKeyToggleApp_ = nullptr; }
+  void unregisterMuteMicHotKey() { hotKeyMuteMic_ = nullptr; }
 
-  [[nodiscard]] std::shared_ptr<platform::NSStatusBarButton> statusButton() override {
-    return statusbutton_;
+  // --- For the preferences ---
+  void registerHotKey(const preferences::ShortcutRow& row) override;
+  void unregisterHotKey(const preferences::ShortcutRow& row) override { fieldOf(row) = nullptr; }
+  [[nodiscard]] const std::shared_ptr<hotkeys::HotKey>& hotKey(
+      const preferences::ShortcutRow& row) const override {
+    return row.isMuteMic ? hotKeyMuteMic_ : hotKeyToggleApp_;
   }
-  [[nodiscard]] platform::NSPopover& panelPopover() override { return *popover_; }
   void setLaunchAtStartup(bool launches) override;
 
   [[nodiscard]] const platform::ClassDescription& classDescription() const override;
@@ -88,9 +93,11 @@ class AppDelegate final : public platform::NSObject,
   void setUpUpdater();
   void handleStatusItemClick(platform::NSObject* sender);
   void toggleAppPressed();
-  /// Fills the field, which is the row's, with a hot key for the current combination.
-  void registerHotKey(std::shared_ptr<hotkeys::HotKey> AppDelegate::*field,
-                      const preferences::ShortcutRow& row, hotkeys::HotKey::Handler pressed);
+  /// What the row's shortcut does.
+  [[nodiscard]] hotkeys::HotKey::Handler actionOf(const preferences::ShortcutRow& row);
+  [[nodiscard]] std::shared_ptr<hotkeys::HotKey>& fieldOf(const preferences::ShortcutRow& row) {
+    return row.isMuteMic ? hotKeyMuteMic_ : hotKeyToggleApp_;
+  }
 
   std::shared_ptr<platform::NSPopover> popover_;
   std::shared_ptr<platform::NSStatusBarButton> statusbutton_;

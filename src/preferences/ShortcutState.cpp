@@ -4,7 +4,6 @@
 #include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "preferences/generalVc.h"
-#include "shared/ActionNames.h"
 #include "shared/SettingsKeys.h"
 
 namespace preferences {
@@ -18,10 +17,7 @@ const ShortcutRow ShortcutRow::toggleApp{
     .clearButton = &generalVc::btnClearShortcut_ToggleApp,
     .textKey = shared::kuserdefault_ToggleAppShortcut,
     .listKey = shared::kuserdefault_ToggleAppFlag,
-    .action = shared::kTogglePresentationMode,
-    .registerHotKey = &PreferencesHost::registerToggleAppHotKey,
-    .unregisterHotKey = &PreferencesHost::unregisterToggleAppHotKey,
-    .hotKey = &PreferencesHost::hotKeyToggleApp,
+    .action = "toggle-presentation-mode",
     .isMuteMic = false,
 };
 
@@ -32,10 +28,7 @@ const ShortcutRow ShortcutRow::muteMic{
     .clearButton = &generalVc::btnClearShortcut_MuteMic,
     .textKey = shared::kuserdefault_MuteMicShortcut,
     .listKey = shared::kuserdefault_MuteMicFlag,
-    .action = shared::kToggleMicrophone,
-    .registerHotKey = &PreferencesHost::registerMuteMicHotKey,
-    .unregisterHotKey = &PreferencesHost::unregisterMuteMicHotKey,
-    .hotKey = &PreferencesHost::hotKeyMuteMic,
+    .action = "toggle-microphone",
     .isMuteMic = true,
 };
 
@@ -74,11 +67,11 @@ void ShortcutState::clearShortcut() {
   currentShortcutModifiers = {};
 }
 
-void ShortcutState::loadShortcut(std::string_view textKey, std::string_view listKey) {
+void ShortcutState::loadShortcut(const ShortcutRow& row) {
   clearShortcut();
   const NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
-  if (const auto text = defaults.objectOfType<std::string>(textKey)) currentShortcutKey = *text;
-  if (const auto list = listOf(defaults.objectForKey(listKey))) {
+  currentShortcutKey = defaults.objectOfType<std::string>(row.textKey).value_or("");
+  if (const auto list = listOf(defaults.objectForKey(row.listKey))) {
     currentShortcutModifiers = hotkeys::modifierFlagsFromList(*list);
   }
 }
@@ -87,7 +80,7 @@ void ShortcutState::reload(const ShortcutRow& row) {
   if (currentGeneralVc)
     currentGeneralVc->reload(row);
   else
-    loadShortcut(row.textKey, row.listKey);
+    loadShortcut(row);
 }
 
 ShortcutState& shortcutState() {

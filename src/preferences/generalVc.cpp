@@ -5,8 +5,6 @@
 #include "platform/appkit/NSAlert.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
-#include "preferences/ShortcutState.h"
-#include "preferences/WallpaperTypes.h"
 #include "shared/SettingsKeys.h"
 
 namespace preferences {
@@ -14,6 +12,22 @@ namespace preferences {
 using platform::NSControlStateValue;
 using platform::NSLocalizedString;
 using platform::NSUserDefaults;
+
+namespace {
+
+/// The file-name extensions that the wallpaper chooser accepts.
+const std::vector<std::string>& allowedWallpaperTypes() {
+  static const std::vector<std::string> types{
+      "jpeg", "jpg", "png",     "tga",  "pict", "tiff", "tif",  "pct", "pic", "jp2", "jpf", "j2k",
+      "jpx",  "j2c", "gif",     "AI",   "GIF",  "bmp",  "dng",  "dae", "eps", "fax", "fpx", "hdr",
+      "icns", "ico", "openexr", "ps",   "psd",  "pntg", "qtif", "rad", "sgi", "xbm", "pic", "jpe",
+      "heic", "mpo", "exr",     "rgbe", "xyze", "mos",  "cr2",  "fff", "nef", "nrw", "pef", "sr2",
+      "srf",  "3fr", "arw",     "crw",  "dcr",  "erf",  "gpr",  "iiq", "kdc", "mdc", "mef", "mrw",
+      "orf",  "raf", "rwl",     "srw",  "x3f",  "pbm",  "psb"};
+  return types;
+}
+
+}  // namespace
 
 // --- Life cycle ---
 

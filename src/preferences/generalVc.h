@@ -9,11 +9,9 @@
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"
 #include "platform/foundation/SmallValues.h"
-#include "preferences/PreferencesHost.h"
+#include "preferences/ShortcutState.h"
 
 namespace preferences {
-
-struct ShortcutRow;
 
 /// The General pane: the two shortcuts, the wallpaper that the mode puts on the screens, and
 /// whether the program starts at login. Each time that it appears it reads all of that from the

@@ -1,7 +1,6 @@
 #include "platform/carbon/CarbonEvents.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
-#include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 
 namespace preferences {
@@ -49,9 +48,9 @@ void generalVc::reload_MuteMicShortcut() {
 
 void generalVc::reload(const ShortcutRow& row) const {
   ShortcutState& state = shortcutState();
-  state.loadShortcut(row.textKey, row.listKey);
+  state.loadShortcut(row);
   const bool hasShortcut = !state.currentShortcutModifiers.isEmpty();
-  const auto& hotKey = (host_().*row.hotKey)();
+  const auto& hotKey = host_().hotKey(row);
   const bool isAssigned = hotKey && !hotKey->assignedKeys.empty();
   const std::string shortcut = isAssigned ? hotKey->assignedKeys : state.shortcutText();
   showShortcut(row, hasShortcut ? shortcut : noShortcut());
@@ -64,7 +63,7 @@ void generalVc::showOwnKeyBindings() const {
   std::string lines;
   for (const ShortcutRow* row : {&ShortcutRow::toggleApp, &ShortcutRow::muteMic}) {
     ShortcutState stored;
-    stored.loadShortcut(row->textKey, row->listKey);
+    stored.loadShortcut(*row);
     if (stored.currentShortcutModifiers.isEmpty()) continue;
     const hotkeys::KeyCombo keys(stored.currentShortcutKey, stored.currentShortcutModifiers);
     const auto line =
@@ -94,7 +93,7 @@ void generalVc::startRecording(const ShortcutRow& row) {
   showShortcut(row, "");
   showClearButton(row, false);
   showRecording(row, true);
-  (host_().*row.unregisterHotKey)();
+  host_().unregisterHotKey(row);
   state.clearShortcut();
 }
 
@@ -102,7 +101,7 @@ void generalVc::resetCurrentRecording() {
   if (!shortcutState().isRecordingShortcut) return;
   const ShortcutRow& row = ShortcutRow::recording();
   reload(row);
-  if (!shortcutState().currentShortcutModifiers.isEmpty()) (host_().*row.registerHotKey)();
+  if (!shortcutState().currentShortcutModifiers.isEmpty()) host_().registerHotKey(row);
 }
 
 void generalVc::endRecording() {
@@ -125,7 +124,7 @@ void generalVc::btnClearShortcutMuteMicClicked() {
 // Whether a row records stays as it is, also when it is this one.
 void generalVc::clear(const ShortcutRow& row) const {
   shortcutState().clearShortcut();
-  (host_().*row.unregisterHotKey)();
+  host_().unregisterHotKey(row);
   NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
   defaults.removeObjectForKey(row.textKey);
   defaults.removeObjectForKey(row.listKey);

@@ -11,7 +11,6 @@
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Process.h"
-#include "preferences/ShortcutState.h"
 #include "preferences/generalVc.h"
 
 namespace preferences {
@@ -121,7 +120,7 @@ void preferencesWindowController::takeShortcut(const NSEvent& event) {
   const auto list = hotkeys::modifierListFromFlags(state.currentShortcutModifiers);
   defaults.setObject(platform::Array(list.begin(), list.end()), row.listKey);
   // A refusal empties the state.
-  (host_().*row.registerHotKey)();
+  host_().registerHotKey(row);
   if (const auto pane = state.currentGeneralVc) pane->endRecording();
   const auto* trace = std::ranges::find(kTraces, state.currentShortcutKey, &TraceRow::text);
   if (trace != std::end(kTraces)) platform::print(trace->line);
@@ -144,7 +143,7 @@ void preferencesWindowController::recordAfterRefusals(const std::set<std::string
   ShortcutState& state = shortcutState();
   if (!state.currentGeneralVc) return state.clearShortcut();
   const ShortcutRow& row = ShortcutRow::recording();
-  state.loadShortcut(row.textKey, row.listKey);
+  state.loadShortcut(row);
   // A recording that is still on tries the stored shortcut. With what was just refused that would
   // ask again, and so never end.
   if (refused.contains(state.shortcutText())) state.setRecording(false);

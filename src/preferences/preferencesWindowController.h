@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/appkit/NSWindowController.h"
-#include "preferences/PreferencesHost.h"
+#include "preferences/ShortcutState.h"
 
 namespace preferences {
 

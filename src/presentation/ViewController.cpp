@@ -170,7 +170,7 @@ void ViewController::applyWhileOn(const Feature& feature, bool isOn) {
 }
 
 void ViewController::refuseWallpaper() {
-  platform::NSPopover& popover = host_().panelPopover();
+  platform::NSPopover& popover = *host_().popover();
   // The alert takes the focus, and the panel must still be there when it is gone.
   popover.setBehavior(platform::NSPopoverBehavior::ApplicationDefined);
   platform::NSAlert alert;
@@ -222,7 +222,7 @@ void ViewController::deferCoverUpdate(Operation operation) {
 }
 
 void ViewController::showMode(bool isOn) {
-  if (const auto button = host_().statusButton()) {
+  if (const auto button = host_().statusbutton()) {
     button->setImage(platform::NSImage::imageNamed(isOn ? kModeOnImage : kModeOffImage));
     button->setToolTip(isOn ? NSLocalizedString("Calmdeck: presentation mode is on")
                             : NSLocalizedString("Calmdeck: presentation mode is off"));

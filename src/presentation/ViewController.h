@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "controls/CToggleButton.h"
+#include "platform/appkit/NSPopover.h"
+#include "platform/appkit/NSStatusItem.h"
 #include "platform/appkit/NSTextField.h"
 #include "platform/appkit/NSViewController.h"
 #include "platform/appkit/NSWindow.h"
@@ -15,9 +17,19 @@
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "presentation/PanelCaptions.h"
-#include "presentation/PanelHost.h"
 
 namespace presentation {
+
+/// What the panel needs of the application that shows it.
+class PanelHost {
+ public:
+  virtual ~PanelHost() = default;
+  /// The button whose image shows the mode; null when there is none.
+  [[nodiscard]] virtual const std::shared_ptr<platform::NSStatusBarButton>& statusbutton()
+      const = 0;
+  /// The popover that the panel is shown in.
+  [[nodiscard]] virtual const std::shared_ptr<platform::NSPopover>& popover() const = 0;
+};
 
 /// The window that covers a screen's desktop icons: above them, below every normal window.
 class BGWindow final : public platform::NSWindow {
