@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/carbon/KeyCodes.h"
+#include "platform/foundation/Utf8.h"
 
 namespace hotkeys {
 namespace {
@@ -137,10 +138,6 @@ std::optional<Key> findKey(Predicate matches) {
   return row == kKeys.end() ? std::nullopt : std::optional(row->key);
 }
 
-char lowerCased(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
 std::uint32_t carbonKeyCode(Key key) {
@@ -153,8 +150,7 @@ std::optional<Key> keyFromCarbonKeyCode(std::uint32_t code) {
 
 std::optional<Key> keyFromName(std::string_view text) {
   if (text.empty()) return std::nullopt;
-  std::string name(text);
-  std::ranges::transform(name, name.begin(), lowerCased);
+  const std::string name = platform::lowercaseString(text);
   return findKey([&name](const Row& row) {
     return std::ranges::find(row.names, std::string_view(name)) != row.names.end();
   });

@@ -11,6 +11,7 @@
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Process.h"
+#include "platform/foundation/Utf8.h"
 #include "preferences/generalVc.h"
 
 namespace preferences {
@@ -57,16 +58,15 @@ std::string keyText(std::uint16_t keyCode, std::string characters) {
   return key == std::end(kFunctionKeys) ? characters : std::string(key->text);
 }
 
-bool isReserved(std::string text, std::uint32_t modifierFlags) {
+bool isReserved(const std::string& text, std::uint32_t modifierFlags) {
   const hotkeys::KeyCombo combination(text, ModifierFlags{modifierFlags});
   if (platform::IsReservedHotKey(combination.carbonKeyCode, combination.carbonModifiers)) {
     return true;
   }
   if ((modifierFlags & kFourModifiers) != Bits::Command) return false;
-  std::ranges::transform(text, text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return std::ranges::find(kReservedCommandKeys, text) != kReservedCommandKeys.end();
+  const std::string key = platform::lowercaseString(text);
+  return std::ranges::find(kReservedCommandKeys, std::string_view(key)) !=
+         kReservedCommandKeys.end();
 }
 
 /// Shows `text` in the row that records, if there is a pane.

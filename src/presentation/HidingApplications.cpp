@@ -1,9 +1,9 @@
-#include <algorithm>
 #include <memory>
 #include <vector>
 
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSRunLoop.h"
+#include "platform/foundation/Utf8.h"
 #include "presentation/ViewController.h"
 
 namespace presentation {
@@ -25,11 +25,8 @@ Applications regularApplications() {
 
 /// By name only, whatever the letter case.
 bool isFinder(const NSRunningApplication& application) {
-  constexpr std::string_view kFinder = "finder";
   const auto& name = application.localizedName();
-  return name && std::ranges::equal(*name, kFinder, [](char a, char b) {
-           return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
-         });
+  return name && platform::lowercaseString(*name) == "finder";
 }
 
 void hide(const Applications& applications) {

@@ -32,31 +32,20 @@ struct AudioPropertyError {
   };
 
   Case error = Case::NoProperty;
-  /// The platform's status; only with GetPropertyData and SetPropertyData.
-  OSStatus status = noErr;
+  /// The platform's; only with GetPropertyData and SetPropertyData.
+  std::optional<OSStatus> status = std::nullopt;
 };
 
 using AudioPropertyResult = std::variant<std::uint32_t, AudioPropertyError>;
 using Case = AudioPropertyError::Case;
 
-/// By case, in the order of the enumeration.
-struct CaseRow {
-  std::string_view name;
-  bool hasStatus;
-};
-
-constexpr std::array<CaseRow, 5> kCases{{
-    {"GetPropertyData", true},
-    {"SetPropertyData", true},
-    {"NoProperty", false},
-    {"PropertyNotSettable", false},
-    {"EmptyResult", false},
-}};
+/// In the order of the enumeration.
+constexpr std::array<std::string_view, 5> kCases{"GetPropertyData", "SetPropertyData", "NoProperty",
+                                                 "PropertyNotSettable", "EmptyResult"};
 
 std::string description(const AudioPropertyError& error) {
-  const CaseRow& row = kCases.at(static_cast<std::size_t>(error.error));
-  std::string text(row.name);
-  return row.hasStatus ? text + "(" + std::to_string(error.status) + ")" : text;
+  const std::string text(kCases.at(static_cast<std::size_t>(error.error)));
+  return error.status ? text + "(" + std::to_string(*error.status) + ")" : text;
 }
 
 /// "1,,,, AudioObjectPropertyAddress(…)"

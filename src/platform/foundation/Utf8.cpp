@@ -1,5 +1,8 @@
 #include "platform/foundation/Utf8.h"
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <optional>
 
@@ -11,39 +14,21 @@ struct Decoded {
   std::size_t length = 0;
 };
 
-struct Form {
-  std::size_t length;
-  char32_t least;
-  unsigned char leadMask;
-  unsigned char lead;
-};
-
-constexpr Form kForms[] = {
-    {1, 0, 0x80, 0x00},
-    {2, 0x80, 0xE0, 0xC0},
-    {3, 0x800, 0xF0, 0xE0},
-    {4, 0x10000, 0xF8, 0xF0},
-};
-
-std::optional<Decoded> decodeAs(const Form& form, std::string_view text) {
-  if (text.size() < form.length) return std::nullopt;
-  const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-  char32_t character = byte(0) & static_cast<unsigned char>(~form.leadMask);
-  for (std::size_t index = 1; index < form.length; ++index) {
+std::optional<Decoded> decodeFirst(std::string_view text) {
+  // By length: the least character that takes so many bytes.
+  static constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
+  const auto byte = [text](std::size_t index) { return static_cast<unsigned char>(text[index]); };
+  const auto length = static_cast<std::size_t>(std::countl_one(byte(0)));
+  if (length == 0) return Decoded{byte(0), 1};
+  if (length == 1 || length >= kLeast.size() || text.size() < length) return std::nullopt;
+  char32_t character = byte(0) & (0x7FU >> length);
+  for (std::size_t index = 1; index < length; ++index) {
     if ((byte(index) & 0xC0U) != 0x80U) return std::nullopt;
     character = (character << 6U) | (byte(index) & 0x3FU);
   }
   const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
-  if (character < form.least || surrogate || character > 0x10FFFF) return std::nullopt;
-  return Decoded{character, form.length};
-}
-
-std::optional<Decoded> decodeFirst(std::string_view text) {
-  const auto first = static_cast<unsigned char>(text.front());
-  for (const Form& form : kForms) {
-    if ((first & form.leadMask) == form.lead) return decodeAs(form, text);
-  }
-  return std::nullopt;
+  if (character < kLeast.at(length) || surrogate || character > 0x10FFFF) return std::nullopt;
+  return Decoded{character, length};
 }
 
 void append(std::u16string& units, char32_t character) {
@@ -76,6 +61,14 @@ std::u16string utf16FromUtf8(std::string_view text) {
     text.remove_prefix(decoded.length);
   }
   return units;
+}
+
+std::string lowercaseString(std::string_view text) {
+  std::string lowered(text);
+  std::ranges::transform(lowered, lowered.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return lowered;
 }
 
 }  // namespace platform

@@ -12,4 +12,7 @@ namespace platform {
 /// unit, U+FFFD.
 [[nodiscard]] std::u16string utf16FromUtf8(std::string_view text);
 
+/// `text` with small letters for the capitals A to Z.
+[[nodiscard]] std::string lowercaseString(std::string_view text);
+
 }  // namespace platform
