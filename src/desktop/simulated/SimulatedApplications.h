@@ -25,7 +25,7 @@ class SimulatedApplications final : public platform::port::RunningApplications {
   [[nodiscard]] bool isHidden(Id application) override { return hidden.contains(application); }
   bool hide(Id application) override {
     log_.add("applications.hide " + std::to_string(application));
-    if (!runs(application) || obstinate.contains(application)) return false;
+    if (!runs(application)) return false;
     hidden.insert(application);
     return true;
   }
@@ -37,8 +37,6 @@ class SimulatedApplications final : public platform::port::RunningApplications {
 
   std::vector<platform::port::ApplicationInfo> list;
   std::set<Id> hidden;
-  /// Those that do not hide.
-  std::set<Id> obstinate;
 
  private:
   [[nodiscard]] bool runs(Id application) const {

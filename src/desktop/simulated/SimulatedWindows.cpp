@@ -89,32 +89,16 @@ class SimulatedWindows::Window final : public platform::port::WindowPeer {
   bool hasContent_ = false;
 };
 
-class SimulatedWindows::Alert final : public ModalPeer {
+/// What the user must answer; `takeAway` takes it off the screen.
+class SimulatedWindows::Modal final : public ModalPeer {
  public:
-  explicit Alert(SimulatedWindows& windows) : windows_(windows) {}
-  ~Alert() override {
-    windows_.alerts_.pop_back();
-    windows_.answered_.pop_back();
-  }
-  Alert(const Alert&) = delete;
-  Alert& operator=(const Alert&) = delete;
+  explicit Modal(std::function<void()> takeAway) : takeAway_(std::move(takeAway)) {}
+  ~Modal() override { takeAway_(); }
+  Modal(const Modal&) = delete;
+  Modal& operator=(const Modal&) = delete;
 
  private:
-  SimulatedWindows& windows_;
-};
-
-class SimulatedWindows::OpenPanel final : public ModalPeer {
- public:
-  explicit OpenPanel(SimulatedWindows& windows) : windows_(windows) {}
-  ~OpenPanel() override {
-    windows_.panel_.reset();
-    windows_.chosen_ = nullptr;
-  }
-  OpenPanel(const OpenPanel&) = delete;
-  OpenPanel& operator=(const OpenPanel&) = delete;
-
- private:
-  SimulatedWindows& windows_;
+  std::function<void()> takeAway_;
 };
 
 std::unique_ptr<platform::port::WindowPeer> SimulatedWindows::createWindow(
@@ -140,7 +124,10 @@ std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::addAlert(
   alerts_.push_back({alert.messageText(), static_cast<int>(alert.alertStyle()),
                      alert.buttonTitles(), isSheet, alert.informativeText()});
   answered_.push_back(std::move(answered));
-  return std::make_unique<Alert>(*this);
+  return std::make_unique<Modal>([this] {
+    alerts_.pop_back();
+    answered_.pop_back();
+  });
 }
 
 std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::showOpenPanel(
@@ -149,7 +136,10 @@ std::unique_ptr<platform::port::Windows::ModalPeer> SimulatedWindows::showOpenPa
   panel_ = ShownPanel{panel.message(), panel.prompt(), panel.allowedFileTypes(),
                       panel.canChooseFiles(), panel.canChooseDirectories()};
   chosen_ = std::move(answered);
-  return std::make_unique<OpenPanel>(*this);
+  return std::make_unique<Modal>([this] {
+    panel_.reset();
+    chosen_ = nullptr;
+  });
 }
 
 void SimulatedWindows::pressKey(const platform::NSEvent& event) {
@@ -186,25 +176,20 @@ void SimulatedWindows::escape() {
   }
 }
 
-std::size_t SimulatedWindows::visibleWindowCount() const {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(windows_, [](const Window* window) { return window->isVisible(); }));
+std::vector<NSWindow*> SimulatedWindows::windowsThat(bool (Window::*are)() const) const {
+  std::vector<NSWindow*> found;
+  for (const Window* window : windows_) {
+    if ((window->*are)()) found.push_back(&window->window);
+  }
+  return found;
 }
 
 std::vector<NSWindow*> SimulatedWindows::covers() const {
-  std::vector<NSWindow*> covers;
-  for (const Window* window : windows_) {
-    if (window->isAtFrame()) covers.push_back(&window->window);
-  }
-  return covers;
+  return windowsThat(&Window::isAtFrame);
 }
 
 std::vector<NSWindow*> SimulatedWindows::visibleWindows() const {
-  std::vector<NSWindow*> visible;
-  for (const Window* window : windows_) {
-    if (window->isVisible()) visible.push_back(&window->window);
-  }
-  return visible;
+  return windowsThat(&Window::isVisible);
 }
 
 }  // namespace simulated

@@ -75,7 +75,7 @@ class SimulatedWindows final : public platform::port::Windows {
 
   // --- What is there ---
   [[nodiscard]] std::size_t windowCount() const { return windows_.size(); }
-  [[nodiscard]] std::size_t visibleWindowCount() const;
+  [[nodiscard]] std::size_t visibleWindowCount() const { return visibleWindows().size(); }
   /// The windows on the screen, the first made first. A borderless one is there once its peer knows
   /// of content.
   [[nodiscard]] std::vector<platform::NSWindow*> visibleWindows() const;
@@ -87,11 +87,11 @@ class SimulatedWindows final : public platform::port::Windows {
  private:
   bool desktopKeysEnabled_ = true;
   class Window;
-  class Alert;
-  class OpenPanel;
+  class Modal;
   [[nodiscard]] std::unique_ptr<ModalPeer> addAlert(const platform::NSAlert& alert, bool isSheet,
                                                     std::function<void(std::size_t)> answered);
   [[nodiscard]] Window& windowOf(platform::NSView& view);
+  [[nodiscard]] std::vector<platform::NSWindow*> windowsThat(bool (Window::*are)() const) const;
 
   CallLog& log_;
   SimulatedMainLoop& loop_;
