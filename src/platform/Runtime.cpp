@@ -15,13 +15,10 @@ Runtime::Runtime(const Desktop& desktop) : desktop_(desktop) {
 }
 
 Runtime::~Runtime() {
-  while (!order_.empty()) {
-    // Whoever goes may still ask for older instances, so each leaves the table only when it is
-    // gone.
-    const std::type_index youngest = order_.back();
-    order_.pop_back();
-    const std::shared_ptr<void> last = instances_.at(youngest);
-    instances_.erase(youngest);
+  while (!instances_.empty()) {
+    // Out of the table first: whoever goes may still ask for older instances.
+    const std::shared_ptr<void> youngest = instances_.back().second;
+    instances_.pop_back();
   }
   currentRuntime = nullptr;
 }

@@ -2,7 +2,7 @@
 
 #include <memory>
 #include <typeindex>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/Desktop.h"
@@ -30,19 +30,18 @@ class Runtime {
   template <typename T>
   [[nodiscard]] std::shared_ptr<T> instance() {
     const std::type_index type = typeid(T);
-    if (const auto found = instances_.find(type); found != instances_.end()) {
-      return std::static_pointer_cast<T>(found->second);
+    for (const auto& [known, instance] : instances_) {
+      if (known == type) return std::static_pointer_cast<T>(instance);
     }
     auto made = std::make_shared<T>();
-    instances_.emplace(type, made);
-    order_.push_back(type);
+    instances_.emplace_back(type, made);
     return made;
   }
 
  private:
   const Desktop& desktop_;
-  std::unordered_map<std::type_index, std::shared_ptr<void>> instances_;
-  std::vector<std::type_index> order_;
+  /// A dozen, the oldest first.
+  std::vector<std::pair<std::type_index, std::shared_ptr<void>>> instances_;
 };
 
 }  // namespace platform

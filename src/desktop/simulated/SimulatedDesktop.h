@@ -9,7 +9,6 @@
 #include "desktop/simulated/SimulatedAudioObjects.h"
 #include "desktop/simulated/SimulatedAutomation.h"
 #include "desktop/simulated/SimulatedHotKeys.h"
-#include "desktop/simulated/SimulatedLoginItems.h"
 #include "desktop/simulated/SimulatedMainLoop.h"
 #include "desktop/simulated/SimulatedScreens.h"
 #include "desktop/simulated/SimulatedStatusBar.h"

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 #include "platform/appkit/NSAnimationContext.h"
 #include "platform/appkit/NSColor.h"
-#include "platform/foundation/Geometry.h"
+#include "platform/foundation/SmallValues.h"
 
 namespace platform {
 
@@ -19,17 +20,20 @@ class CALayer {
   CALayer& operator=(const CALayer&) = delete;
 
   [[nodiscard]] const NSColor& backgroundColor() const { return backgroundColor_.model(); }
-  void setBackgroundColor(NSColor color);
+  void setBackgroundColor(NSColor color) { set(backgroundColor_, color); }
   /// Points.
   [[nodiscard]] double borderWidth() const { return borderWidth_.model(); }
-  void setBorderWidth(double width);
+  void setBorderWidth(double width) { set(borderWidth_, width); }
   [[nodiscard]] const NSColor& borderColor() const { return borderColor_.model(); }
-  void setBorderColor(NSColor color);
+  void setBorderColor(NSColor color) { set(borderColor_, color); }
   /// Points.
   [[nodiscard]] double cornerRadius() const { return cornerRadius_.model(); }
-  void setCornerRadius(double radius);
+  void setCornerRadius(double radius) { set(cornerRadius_, radius); }
   [[nodiscard]] bool masksToBounds() const { return masksToBounds_; }
-  void setMasksToBounds(bool masks);
+  void setMasksToBounds(bool masks) {
+    masksToBounds_ = masks;
+    changed_();
+  }
 
   /// What is on the screen at one time.
   struct Presentation {
@@ -38,12 +42,21 @@ class CALayer {
     NSColor borderColor;
     double cornerRadius = 0;
   };
-  [[nodiscard]] Presentation presentation(MonotonicTime time) const;
-  [[nodiscard]] bool isAnimating(MonotonicTime time) const;
+  [[nodiscard]] Presentation presentation(MonotonicTime time) const {
+    return {backgroundColor_.presentation(time), borderWidth_.presentation(time),
+            borderColor_.presentation(time), cornerRadius_.presentation(time)};
+  }
+  [[nodiscard]] bool isAnimating(MonotonicTime time) const {
+    return backgroundColor_.isAnimating(time) || borderWidth_.isAnimating(time) ||
+           borderColor_.isAnimating(time) || cornerRadius_.isAnimating(time);
+  }
 
  private:
   template <typename T>
-  void set(Animatable<T>& property, T value);
+  void set(Animatable<T>& property, T value) {
+    property.set(std::move(value), NSAnimationContext::implicitTiming());
+    changed_();
+  }
 
   // The platform's defaults: no fill, an opaque black border of no width.
   Animatable<NSColor> backgroundColor_{NSColor(NSColor::RGBA{0, 0, 0, 0})};

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/foundation/Geometry.h"
+#include "platform/foundation/SmallValues.h"
 
 namespace platform {
 

@@ -8,8 +8,8 @@
 
 #include "platform/appkit/NSControl.h"
 #include "platform/appkit/NSImage.h"
-#include "platform/appkit/NSStackView.h"
 #include "platform/appkit/NSTextField.h"
+#include "platform/appkit/NSView.h"
 #include "platform/appkit/NSViewController.h"
 #include "platform/appkit/NSWindowController.h"
 #include "platform/foundation/NSBundle.h"

@@ -4,6 +4,7 @@
 
 #include "platform/appkit/NSAnimationContext.h"
 #include "platform/appkit/NSLayoutConstraint.h"
+#include "platform/appkit/NSWindow.h"
 
 namespace platform {
 
@@ -24,7 +25,7 @@ void NSView::addSubview(const std::shared_ptr<NSView>& view) {
   view->removeFromSuperview();
   view->superview_ = this;
   subviews_.push_back(view);
-  view->setHost(host_);
+  view->setWindow(window_);
   setNeedsLayout();
   didChange(ViewChange::Subviews);
 }
@@ -35,21 +36,17 @@ void NSView::removeFromSuperview() {
   NSView& parent = *superview_;
   std::erase_if(parent.subviews_, [this](const auto& view) { return view.get() == this; });
   superview_ = nullptr;
-  setHost(nullptr);
+  setWindow(nullptr);
   parent.didChange(ViewChange::Subviews);
 }
 
-void NSView::setHost(ViewHost* host) {
-  host_ = host;
-  for (const auto& view : subviews_) view->setHost(host);
-}
-
-NSWindow* NSView::window() const {
-  return host_ == nullptr ? nullptr : host_->window();
+void NSView::setWindow(NSWindow* window) {
+  window_ = window;
+  for (const auto& view : subviews_) view->setWindow(window);
 }
 
 void NSView::didChange(ViewChange change) {
-  if (host_ != nullptr) host_->viewDidChange(*this, change);
+  if (window_ != nullptr) window_->viewDidChange(*this, change);
 }
 
 // --- Geometry and layout ---
@@ -127,6 +124,25 @@ void NSView::setAccessibilityHelp(std::string help) {
   if (help == accessibilityHelp_) return;
   accessibilityHelp_ = std::move(help);
   didChange(ViewChange::Attributes);
+}
+
+// --- Stacks ---
+
+template <>
+std::optional<NSStackView::Orientation> attributeFromText<NSStackView::Orientation>(
+    std::string_view text) {
+  static constexpr NamedValue<NSStackView::Orientation> orientations[] = {
+      {"vertical", NSStackView::Orientation::Vertical},
+      {"horizontal", NSStackView::Orientation::Horizontal},
+  };
+  return valueNamed(text, orientations);
+}
+
+bool NSStackView::initWithCoder(const NSCoder& coder) {
+  return NSView::initWithCoder(coder) && coder.read("orientation", orientation_) &&
+         coder.read("fills", fills_) && coder.read("spacing", spacing_) &&
+         coder.read("top", insets_.top) && coder.read("left", insets_.left) &&
+         coder.read("bottom", insets_.bottom) && coder.read("right", insets_.right);
 }
 
 }  // namespace platform

@@ -38,14 +38,6 @@ enum class ViewChange : std::uint32_t {
   return (static_cast<std::uint32_t>(set) & static_cast<std::uint32_t>(change)) != 0;
 }
 
-/// What a tree of views hangs in: told of every change, once for each setter call.
-class ViewHost {
- public:
-  virtual ~ViewHost() = default;
-  virtual void viewDidChange(NSView& view, ViewChange change) = 0;
-  [[nodiscard]] virtual NSWindow* window() = 0;
-};
-
 /// Which native control, if any, stands for a view. A desktop has one row for each.
 enum class NSViewKind {
   Custom,  ///< painted from its layer and those of its subviews
@@ -78,10 +70,11 @@ class NSView : public NSObject {
   void removeFromSuperview();
   [[nodiscard]] const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
   [[nodiscard]] NSView* superview() const { return superview_; }
-  /// The window that the view is in, or null.
-  [[nodiscard]] NSWindow* window() const;
-  /// Called by what shows the tree; null takes it out again.
-  void setHost(ViewHost* host);
+  /// The window that the view is in, or null. It is told of every change, once for each setter
+  /// call.
+  [[nodiscard]] NSWindow* window() const { return window_; }
+  /// Called by the window that shows the tree; null takes it out again.
+  void setWindow(NSWindow* window);
 
   // --- Geometry ---
   [[nodiscard]] const NSRect& frame() const { return frame_.model(); }
@@ -157,7 +150,7 @@ class NSView : public NSObject {
   Animatable<NSRect> frame_;
   std::vector<std::shared_ptr<NSView>> subviews_;
   NSView* superview_ = nullptr;
-  ViewHost* host_ = nullptr;
+  NSWindow* window_ = nullptr;
   std::vector<std::shared_ptr<NSLayoutConstraint>> constraints_;
   std::unique_ptr<CALayer> layer_;
   std::optional<NSShadow> shadow_;
@@ -168,6 +161,44 @@ class NSView : public NSObject {
   bool needsLayout_ = true;
   bool hidden_ = false;
   bool acceptsTouchEvents_ = false;
+};
+
+/// Views in a row or a column, placed by the desktop with its own fonts and by these numbers.
+/// In a row the views are centred vertically; in a column they take the column's width.
+class NSStackView final : public NSView {
+ public:
+  enum class Orientation { Horizontal, Vertical };
+  /// Room inside the edges, in points.
+  struct Insets {
+    double top = 0;
+    double left = 0;
+    double bottom = 0;
+    double right = 0;
+  };
+
+  [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
+  [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Stack; }
+  [[nodiscard]] Orientation orientation() const { return orientation_; }
+  /// Points between two views.
+  [[nodiscard]] double spacing() const { return spacing_; }
+  [[nodiscard]] const Insets& edgeInsets() const { return insets_; }
+  /// Whether the stack takes what room is left over in the stack that it is in.
+  [[nodiscard]] bool fills() const { return fills_; }
+  [[nodiscard]] NSAccessibilityRole accessibilityRole() const override {
+    return NSAccessibilityRole::Group;
+  }
+
+ private:
+  Orientation orientation_ = Orientation::Vertical;
+  double spacing_ = 0;
+  Insets insets_;
+  bool fills_ = false;
+};
+
+/// A thin line between the parts of a stack, in the theme's own way.
+class NSSeparator final : public NSView {
+ public:
+  [[nodiscard]] NSViewKind kind() const override { return NSViewKind::Separator; }
 };
 
 }  // namespace platform

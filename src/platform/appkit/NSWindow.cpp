@@ -21,15 +21,15 @@ NSWindow::NSWindow(NSRect contentRect, NSWindowStyle style, NSBackingStoreType, 
 NSWindow::~NSWindow() {
   sheetPeer_.reset();
   peer_.reset();
-  if (contentView_) contentView_->setHost(nullptr);
+  if (contentView_) contentView_->setWindow(nullptr);
 }
 
 void NSWindow::setContentView(std::shared_ptr<NSView> view) {
-  if (contentView_) contentView_->setHost(nullptr);
+  if (contentView_) contentView_->setWindow(nullptr);
   contentView_ = std::move(view);
   if (!contentView_) return;
   fillWithContent();
-  contentView_->setHost(this);
+  contentView_->setWindow(this);
   viewDidChange(*contentView_, ViewChange::Subviews);
 }
 

@@ -41,7 +41,7 @@ class NSWindowDelegate {
 
 /// A window: a tree of views that is shown on a screen as a whole. It has a peer of the desktop
 /// from the first time it is shown. Changes of its views reach the peer once a turn of the loop.
-class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
+class NSWindow : public NSObject, private port::WindowClient {
  public:
   explicit NSWindow(NSWindowStyle style) : style_(style) {}
   /// A window with that content rectangle, relative to `screen`'s lower left corner. Pixels are
@@ -103,6 +103,8 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   void makeKeyWindow();
   /// Sends what has changed to the peer now rather than at the end of the turn.
   void displayIfNeeded();
+  /// For the views of the window.
+  void viewDidChange(NSView& view, ViewChange change);
 
   /// Shows a copy of `alert` on the window once the sheets that came before have been answered. A
   /// sheet is on the screen only while its window is, and the user cannot close the window then.
@@ -110,8 +112,6 @@ class NSWindow : public NSObject, private ViewHost, private port::WindowClient {
   void beginSheet(const NSAlert& alert, std::function<void(int response)> completionHandler);
 
  private:
-  void viewDidChange(NSView& view, ViewChange change) override;
-  [[nodiscard]] NSWindow* window() override { return this; }
   void windowDidBecomeKey() override;
   void windowDidResignKey() override;
   void windowShouldClose() override;

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/foundation/OSStatus.h"
+#include "platform/foundation/SmallValues.h"
 #include "platform/port/HotKeys.h"
 
 namespace platform {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/foundation/OSStatus.h"
+#include "platform/foundation/SmallValues.h"
 
 namespace platform {
 

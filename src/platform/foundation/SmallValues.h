@@ -48,4 +48,41 @@ class NSUUID {
   std::array<std::uint32_t, 4> words_{};
 };
 
+/// How a call of the platform's older services went; their headers name the codes.
+using OSStatus = std::int32_t;
+inline constexpr OSStatus noErr = 0;
+
+/// A four-character code as the platform packs it: the first character in the high byte.
+[[nodiscard]] consteval std::uint32_t fourCharCode(const char (&text)[5]) {
+  std::uint32_t code = 0;
+  for (int i = 0; i < 4; ++i) code = code << 8 | static_cast<unsigned char>(text[i]);
+  return code;
+}
+
+// All lengths are points (see NSScreen and the desktop for pixels); x points right and y points up.
+
+struct NSPoint {
+  double x = 0;
+  double y = 0;
+  bool operator==(const NSPoint&) const = default;
+};
+
+struct NSSize {
+  double width = 0;
+  double height = 0;
+  bool operator==(const NSSize&) const = default;
+};
+
+struct NSRect {
+  double x = 0;
+  double y = 0;
+  double width = 0;
+  double height = 0;
+
+  bool operator==(const NSRect&) const = default;
+};
+
+/// The edge of a rectangle, with the platform's numbers.
+enum class NSRectEdge { MinX = 0, MinY = 1, MaxX = 2, MaxY = 3 };
+
 }  // namespace platform

@@ -5,7 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/foundation/OSStatus.h"
 #include "platform/foundation/SmallValues.h"
 #include "platform/port/Program.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/foundation/OSStatus.h"
+#include "platform/foundation/SmallValues.h"
 
 namespace platform::port {
 

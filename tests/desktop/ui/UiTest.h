@@ -14,7 +14,7 @@
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "platform/Desktop.h"
 #include "platform/Runtime.h"
-#include "platform/appkit/NSStackView.h"
+#include "platform/appkit/NSView.h"
 #include "platform/appkit/NSWindow.h"
 #include "support/DeskTest.h"
 

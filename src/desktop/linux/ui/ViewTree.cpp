@@ -7,7 +7,7 @@
 #include "desktop/linux/ui/ButtonWidgets.h"
 #include "desktop/linux/ui/ContentWidgets.h"
 #include "desktop/linux/ui/ShortcutText.h"
-#include "platform/appkit/NSStackView.h"
+#include "platform/appkit/NSView.h"
 
 namespace linux_desktop {
 
