@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "hotkeys/KeyCombo.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/carbon/CarbonEvents.h"
+#include "platform/carbon/KeyCodes.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Process.h"
@@ -16,6 +18,7 @@
 
 namespace preferences {
 
+using hotkeys::Key;
 using hotkeys::ModifierFlags;
 using platform::NSEvent;
 using platform::NSLocalizedString;
@@ -24,38 +27,20 @@ using Bits = platform::NSEventModifierFlags;
 
 namespace {
 
-constexpr std::uint16_t kEscape = 53;
-constexpr std::uint32_t kFourModifiers = Bits::Command | Bits::Option | Bits::Control | Bits::Shift;
-
 /// What every program uses Command alone for.
 constexpr std::array<std::string_view, 15> kReservedCommandKeys{
     "c", "v", "z", "f", ",", "h", "q", "n", "z", "a", "x", "\r", "m", "-", "+"};
 
-struct FunctionKey {
-  std::uint16_t keyCode;
-  std::string_view text;
-};
-
-constexpr FunctionKey kFunctionKeys[] = {
-    {122, "f1"}, {120, "f2"}, {99, "f3"},  {118, "f4"},  {96, "f5"},   {97, "f6"},
-    {98, "f7"},  {100, "f8"}, {101, "f9"}, {109, "f10"}, {103, "f11"}, {111, "f12"},
-};
-
-/// What a recorded combination prints besides its key code.
-struct TraceRow {
-  std::string_view text;
-  std::string_view line;
-};
-
-constexpr TraceRow kTraces[] = {{"r", "CMD + r"}, {",", "CMD + ,"}, {"/", "CMD + /"}};
-
 /// What stands for the key in the settings and in the row. The characters may be those of Shift,
 /// but a shifted comma and a shifted period stay what they are.
 std::string keyText(std::uint16_t keyCode, std::string characters) {
+  const std::optional<Key> key = hotkeys::keyFromCarbonKeyCode(keyCode);
+  if (key && *key >= Key::F1 && *key <= Key::F12) {
+    return "f" + std::to_string(static_cast<int>(*key) - static_cast<int>(Key::F1) + 1);
+  }
   std::ranges::replace(characters, '<', ',');
   std::ranges::replace(characters, '>', '.');
-  const auto* key = std::ranges::find(kFunctionKeys, keyCode, &FunctionKey::keyCode);
-  return key == std::end(kFunctionKeys) ? characters : std::string(key->text);
+  return characters;
 }
 
 bool isReserved(const std::string& text, std::uint32_t modifierFlags) {
@@ -63,7 +48,7 @@ bool isReserved(const std::string& text, std::uint32_t modifierFlags) {
   if (platform::IsReservedHotKey(combination.carbonKeyCode, combination.carbonModifiers)) {
     return true;
   }
-  if ((modifierFlags & kFourModifiers) != Bits::Command) return false;
+  if ((modifierFlags & Bits::OfShortcuts) != Bits::Command) return false;
   const std::string key = platform::lowercaseString(text);
   return std::ranges::find(kReservedCommandKeys, std::string_view(key)) !=
          kReservedCommandKeys.end();
@@ -95,8 +80,8 @@ void preferencesWindowController::keyDown(const NSEvent& event) {
     return;
   }
   // It does not end a recording.
-  if (event.keyCode == kEscape) platform::print("ESC");
-  if ((event.modifierFlags & kFourModifiers) == 0 || !event.charactersIgnoringModifiers) return;
+  if (event.keyCode == platform::kVK_Escape) platform::print("ESC");
+  if ((event.modifierFlags & Bits::OfShortcuts) == 0 || !event.charactersIgnoringModifiers) return;
   state.currentShortcutKey = keyText(event.keyCode, *event.charactersIgnoringModifiers);
   if (isReserved(state.currentShortcutKey, event.modifierFlags))
     refuseReserved();
@@ -122,8 +107,8 @@ void preferencesWindowController::takeShortcut(const NSEvent& event) {
   // A refusal empties the state.
   host_().registerHotKey(row);
   if (const auto pane = state.currentGeneralVc) pane->endRecording();
-  const auto* trace = std::ranges::find(kTraces, state.currentShortcutKey, &TraceRow::text);
-  if (trace != std::end(kTraces)) platform::print(trace->line);
+  const std::string& key = state.currentShortcutKey;
+  if (key == "r" || key == "," || key == "/") platform::print("CMD + " + key);
 }
 
 // --- Refusals ---

@@ -34,6 +34,8 @@ struct NSEventModifierFlags {
   static constexpr std::uint32_t Command = 0x100000;
   static constexpr std::uint32_t NumericPad = 0x200000;
   static constexpr std::uint32_t Function = 0x800000;
+  /// The four that make a shortcut of a key.
+  static constexpr std::uint32_t OfShortcuts = Shift | Control | Option | Command;
 };
 
 /// Something that the user did. A value.

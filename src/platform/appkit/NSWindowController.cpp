@@ -1,5 +1,6 @@
 #include "platform/appkit/NSWindowController.h"
 
+#include "platform/carbon/KeyCodes.h"
 #include "platform/foundation/Process.h"
 
 namespace platform {
@@ -33,11 +34,8 @@ void NSWindowController::showWindow(NSObject*) {
 }
 
 void NSWindowController::keyDown(const NSEvent& event) {
-  constexpr std::uint16_t kEscape = 53;
-  constexpr std::uint32_t kModifiers = NSEventModifierFlags::Command |
-                                       NSEventModifierFlags::Option |
-                                       NSEventModifierFlags::Control | NSEventModifierFlags::Shift;
-  if (event.keyCode == kEscape && (event.modifierFlags & kModifiers) == 0) close();
+  const bool isModified = (event.modifierFlags & NSEventModifierFlags::OfShortcuts) != 0;
+  if (event.keyCode == kVK_Escape && !isModified) close();
 }
 
 }  // namespace platform
