@@ -36,10 +36,6 @@ AppDelegate::AppDelegate()
 
 // --- Launch ---
 
-void AppDelegate::applicationWillFinishLaunching() {
-  launchSetup();
-}
-
 void AppDelegate::launchSetup() {
   applyLaunchAtLogin();
   if (statusItem_->button()) {
@@ -134,10 +130,6 @@ std::function<void()> AppDelegate::applicationAction(std::string_view name) {
 }
 
 // --- Clicks ---
-
-void AppDelegate::togglePopover(platform::NSObject* sender) {
-  handleStatusItemClick(sender);
-}
 
 void AppDelegate::handleStatusItemClick(platform::NSObject* sender) {
   const auto& event = NSApplication::sharedApplication().currentEvent();

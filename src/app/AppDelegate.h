@@ -51,7 +51,7 @@ class AppDelegate final : public platform::NSObject,
   }
 
   // --- Messages ---
-  void applicationWillFinishLaunching() override;
+  void applicationWillFinishLaunching() override { launchSetup(); }
   void applicationDidFinishLaunching() override {}
   /// Nothing is taken back: the effects of the mode outlast the program.
   void applicationWillTerminate() override {}
@@ -62,7 +62,7 @@ class AppDelegate final : public platform::NSObject,
   void showPreferences();
   void quitApp();
   /// Action of the status button.
-  void togglePopover(platform::NSObject* sender);
+  void togglePopover(platform::NSObject* sender) { handleStatusItemClick(sender); }
   void showPopover();
   void menuDidClose(platform::NSMenu& menu) override;
   /// Gives the shortcut the current combination of the shortcut state, in place of the one it had.

@@ -49,14 +49,14 @@ class generalVc final : public platform::NSViewController {
   // --- Actions ---
   void checkBoxLaunchAtLoginClicked();
   void btnChangeWallpaperClicked();
-  void btnRecordShortcutToggleAppClicked();
-  void btnRecordShortcutMuteMicClicked();
-  void btnClearShortcut_ToggleAppClicked();
-  void btnClearShortcutMuteMicClicked();
+  void btnRecordShortcutToggleAppClicked() { startRecording(ShortcutRow::toggleApp); }
+  void btnRecordShortcutMuteMicClicked() { startRecording(ShortcutRow::muteMic); }
+  void btnClearShortcut_ToggleAppClicked() { clear(ShortcutRow::toggleApp); }
+  void btnClearShortcutMuteMicClicked() { clear(ShortcutRow::muteMic); }
 
   // --- Shortcuts (generalVcShortcuts.cpp) ---
-  void reload_ToggleApp();
-  void reload_MuteMicShortcut();
+  void reload_ToggleApp() { reload(ShortcutRow::toggleApp); }
+  void reload_MuteMicShortcut() { reload(ShortcutRow::muteMic); }
   /// Shows the stored shortcut, or the name of the keys that the desktop gave in its place.
   void reload(const ShortcutRow& row) const;
   /// Gives the row that records its stored shortcut and its hot key back; its caller decides

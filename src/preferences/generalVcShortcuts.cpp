@@ -38,14 +38,6 @@ void generalVc::showRecording(const ShortcutRow& row, bool records) const {
 
 // --- Showing what is stored ---
 
-void generalVc::reload_ToggleApp() {
-  reload(ShortcutRow::toggleApp);
-}
-
-void generalVc::reload_MuteMicShortcut() {
-  reload(ShortcutRow::muteMic);
-}
-
 void generalVc::reload(const ShortcutRow& row) const {
   ShortcutState& state = shortcutState();
   state.loadShortcut(row);
@@ -77,14 +69,6 @@ void generalVc::showOwnKeyBindings() const {
 
 // --- Recording ---
 
-void generalVc::btnRecordShortcutToggleAppClicked() {
-  startRecording(ShortcutRow::toggleApp);
-}
-
-void generalVc::btnRecordShortcutMuteMicClicked() {
-  startRecording(ShortcutRow::muteMic);
-}
-
 void generalVc::startRecording(const ShortcutRow& row) {
   resetCurrentRecording();
   ShortcutState& state = shortcutState();
@@ -112,14 +96,6 @@ void generalVc::endRecording() {
 }
 
 // --- Clearing ---
-
-void generalVc::btnClearShortcut_ToggleAppClicked() {
-  clear(ShortcutRow::toggleApp);
-}
-
-void generalVc::btnClearShortcutMuteMicClicked() {
-  clear(ShortcutRow::muteMic);
-}
 
 // Whether a row records stays as it is, also when it is this one.
 void generalVc::clear(const ShortcutRow& row) const {

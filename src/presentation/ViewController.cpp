@@ -118,14 +118,6 @@ void ViewController::viewDidAppear() {
   captions_.refresh();
 }
 
-std::any ViewController::representedObject() const {
-  return NSViewController::representedObject();
-}
-
-void ViewController::setRepresentedObject(std::any object) {
-  NSViewController::setRepresentedObject(std::move(object));
-}
-
 // --- Switches ---
 
 CToggleButton& ViewController::toggle(Switch outlet) const {

@@ -74,8 +74,12 @@ class ViewController final : public platform::NSViewController {
 
   void viewDidLoad() override;
   void viewDidAppear() override;
-  [[nodiscard]] std::any representedObject() const override;
-  void setRepresentedObject(std::any object) override;
+  [[nodiscard]] std::any representedObject() const override {
+    return NSViewController::representedObject();
+  }
+  void setRepresentedObject(std::any object) override {
+    NSViewController::setRepresentedObject(std::move(object));
+  }
 
   /// Flips the master switch and starts or stops the mode: the road of the global shortcut. Loads
   /// the view first if that has not happened yet.

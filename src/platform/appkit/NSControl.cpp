@@ -8,10 +8,6 @@ bool NSControl::initWithCoder(const NSCoder& coder) {
   return NSView::initWithCoder(coder) && coder.read("action", action_);
 }
 
-void NSControl::mouseUp(const NSEvent&) {
-  sendAction();
-}
-
 void NSControl::sendAction() {
   if (action_.empty()) return;
   NSApplication::sharedApplication().sendAction(action_, target_.lock().get(), this);

@@ -17,7 +17,7 @@ class NSControl : public NSView {
   void setTarget(const std::shared_ptr<NSObject>& target) { target_ = target; }
 
   [[nodiscard]] bool initWithCoder(const NSCoder& coder) override;
-  void mouseUp(const NSEvent& event) override;
+  void mouseUp(const NSEvent& /*event*/) override { sendAction(); }
 
  protected:
   void sendAction();

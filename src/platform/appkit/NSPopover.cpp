@@ -21,14 +21,6 @@ void NSPopover::showRelativeToRect(NSRect, NSView& view, NSRectEdge) {
   window_->show(port::PlacedAtStatusItem{&button->statusItemPeer()});
 }
 
-void NSPopover::performClose(NSObject*) {
-  window_->orderOut(nullptr);
-}
-
-void NSPopover::windowShouldClose() {
-  performClose(nullptr);
-}
-
 void NSPopover::userActedElsewhere() {
   if (behavior_ == NSPopoverBehavior::Transient) performClose(nullptr);
 }

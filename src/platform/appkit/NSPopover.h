@@ -34,10 +34,10 @@ class NSPopover final : public NSObject, private NSWindowDelegate {
   /// stays and is placed anew.
   void showRelativeToRect(NSRect rect, NSView& view, NSRectEdge preferredEdge);
   /// Closes as if the user had asked for it. Closed already: does nothing.
-  void performClose(NSObject* sender);
+  void performClose(NSObject* /*sender*/) { window_->orderOut(nullptr); }
 
  private:
-  void windowShouldClose() override;
+  void windowShouldClose() override { performClose(nullptr); }
   void userActedElsewhere() override;
 
   std::shared_ptr<NSWindow> window_;

@@ -8,7 +8,6 @@
 
 namespace platform {
 
-NSView::NSView() = default;
 NSView::~NSView() {
   for (const auto& view : subviews_) view->superview_ = nullptr;
 }
@@ -111,9 +110,6 @@ void NSView::setHidden(bool hidden) {
 }
 
 // --- Events and assistive technology ---
-
-void NSView::mouseDown(const NSEvent&) {}
-void NSView::mouseUp(const NSEvent&) {}
 
 void NSView::setAccessibilityLabel(std::string label) {
   accessibilityLabel_ = std::move(label);

@@ -57,7 +57,6 @@ enum class NSViewKind {
 /// layout constraints do.
 class NSView : public NSObject {
  public:
-  NSView();
   ~NSView() override;
 
   /// The view itself; its subviews are the storyboard's affair.
@@ -122,8 +121,8 @@ class NSView : public NSObject {
   [[nodiscard]] NSView& animator() { return *this; }
 
   // --- Events ---
-  virtual void mouseDown(const NSEvent& event);
-  virtual void mouseUp(const NSEvent& event);
+  virtual void mouseDown(const NSEvent& /*event*/) {}
+  virtual void mouseUp(const NSEvent& /*event*/) {}
   /// Whether the keyboard can reach the view. A key press or assistive action on such a view is
   /// reported as a mouse press and release on it.
   [[nodiscard]] virtual bool acceptsFirstResponder() const { return false; }

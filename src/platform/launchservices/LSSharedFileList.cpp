@@ -20,7 +20,7 @@ std::optional<LSSharedFileListRef> LSSharedFileListCreate(std::string_view listT
 
 std::optional<std::vector<LSSharedFileListItemRef>> LSSharedFileListCopySnapshot(
     const LSSharedFileListRef& list) {
-  const auto items = list.items().items();
+  const auto items = list.get().items();
   if (!items) return std::nullopt;
   return std::vector<LSSharedFileListItemRef>(items->begin(), items->end());
 }
@@ -42,14 +42,14 @@ OSStatus LSSharedFileListItemResolve(const LSSharedFileListItemRef& item, NSURL&
 
 std::optional<LSSharedFileListItemRef> LSSharedFileListInsertItemURL(
     const LSSharedFileListRef& list, const LSSharedFileListItemRef& after, const NSURL& url) {
-  auto item = list.items().insert(url.path(), after.item());
+  auto item = list.get().insert(url.path(), after.item());
   if (!item) return std::nullopt;
   return LSSharedFileListItemRef(std::move(*item));
 }
 
 OSStatus LSSharedFileListItemRemove(const LSSharedFileListRef& list,
                                     const LSSharedFileListItemRef& item) {
-  const bool removed = item.item() && list.items().remove(*item.item());
+  const bool removed = item.item() && list.get().remove(*item.item());
   return removed ? noErr : kLSSharedFileListItemNotFound;
 }
 

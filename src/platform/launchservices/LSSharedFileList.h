@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,14 +21,7 @@ inline constexpr std::string_view kLSSharedFileListSessionLoginItems =
 inline constexpr OSStatus kLSSharedFileListItemNotFound = -50;  // paramErr
 
 /// An open list. A value that is good for as long as the Runtime's desktop lives.
-class LSSharedFileListRef {
- public:
-  explicit LSSharedFileListRef(port::LoginItems& items) : items_(&items) {}
-  [[nodiscard]] port::LoginItems& items() const { return *items_; }
-
- private:
-  port::LoginItems* items_;
-};
+using LSSharedFileListRef = std::reference_wrapper<port::LoginItems>;
 
 /// An item of a snapshot, which the list may have lost since; or the marker for the front.
 class LSSharedFileListItemRef {
