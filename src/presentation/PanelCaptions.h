@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "controls/CToggleButton.h"
@@ -16,30 +17,27 @@ namespace presentation {
 /// switch. Main thread only.
 class PanelCaptions {
  public:
-  /// A switch and its line, which says what the switch does as long as nothing is in the way.
+  /// A switch and its line.
   struct Row {
     std::shared_ptr<controls::CToggleButton> toggle;
     std::shared_ptr<platform::NSTextField> line;
     /// None: it takes nothing of the desktop.
     std::optional<platform::NSWorkspaceCapability> capability;
+    /// What the line says as long as nothing is in the way: what the switch does.
+    std::string usual = line->stringValue();
   };
 
-  void setMaster(Row row);
-  void add(Row row);
+  void setMaster(Row row) { master_ = std::move(row); }
+  void add(Row row) { features_.push_back(std::move(row)); }
   /// Brings the lines in line with the switches and with the desktop.
   void refresh() const;
 
  private:
-  struct Caption {
-    Row row;
-    std::string usual;
-  };
-  static Caption captionOf(Row row);
   static void show(const Row& row, const std::string& text);
-  [[nodiscard]] static std::string textOf(const Caption& caption);
+  [[nodiscard]] static std::string textOf(const Row& row);
 
-  std::optional<Caption> master_;
-  std::vector<Caption> features_;
+  std::optional<Row> master_;
+  std::vector<Row> features_;
 };
 
 }  // namespace presentation
