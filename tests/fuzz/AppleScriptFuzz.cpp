@@ -6,7 +6,7 @@
 #include <iostream>
 #include <vector>
 
-#include "platform/applescript/RunScript.h"
+#include "platform/applescript/Script.h"
 #include "platform/port/Automation.h"
 
 // Runs the bytes before the first NUL as a script, on a desktop that answers from the bytes after

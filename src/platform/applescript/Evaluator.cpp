@@ -223,4 +223,18 @@ std::optional<Value> evaluate(const Block& script, port::Automation* automation)
   return Evaluator(automation).run(script);
 }
 
+ScriptOutcome runScript(std::string_view source, port::Automation* automation) {
+  try {
+    return evaluate(parse(source), automation);
+  } catch (const ScriptFailure& failure) {
+    return failure;
+  }
+}
+
+std::optional<std::string> textOf(const Value& value) {
+  if (const auto truth = value.as<bool>()) return *truth ? "true" : "false";
+  if (const auto number = value.as<std::int64_t>()) return std::to_string(*number);
+  return value.as<std::string>();
+}
+
 }  // namespace platform::applescript

@@ -1,8 +1,41 @@
 #include "platform/applescript/NSAppleScript.h"
 
 #include "platform/Runtime.h"
-#include "platform/applescript/RunScript.h"
+#include "platform/applescript/Script.h"
 #include "platform/foundation/Utf8.h"
+
+namespace platform::applescript {
+namespace {
+
+NSRange unitRange(SourceRange range, std::string_view source) {
+  const std::size_t location = utf16FromUtf8(source.substr(0, range.begin)).size();
+  const std::size_t end = utf16FromUtf8(source.substr(0, range.end)).size();
+  return {location, end - location};
+}
+
+// A refusal comes from the system, not from the application that the script wanted to reach.
+bool isRaisedByApplication(const ScriptFailure& failure) {
+  return !failure.application.empty() && failure.number != kNotAuthorized;
+}
+
+}  // namespace
+
+Dictionary errorInformation(const ScriptFailure& failure, std::string_view source) {
+  const std::string prefix =
+      isRaisedByApplication(failure) ? failure.application + " got an error: " : std::string();
+  Dictionary information;
+  const auto add = [&](std::string_view key, Value value) {
+    information.emplace(key, std::move(value));
+  };
+  add(NSAppleScriptErrorMessage, prefix + failure.message);
+  add(NSAppleScriptErrorBriefMessage, failure.message);
+  add(NSAppleScriptErrorNumber, failure.number);
+  add(NSAppleScriptErrorRange, unitRange(failure.range, source));
+  if (!failure.application.empty()) add(NSAppleScriptErrorAppName, failure.application);
+  return information;
+}
+
+}  // namespace platform::applescript
 
 namespace platform {
 namespace {
@@ -26,10 +59,9 @@ NSAppleEventDescriptor NSAppleScript::executeAndReturnError(
       applescript::runScript(source_, Runtime::current().desktop().automation);
   if (const auto* failure = std::get_if<applescript::ScriptFailure>(&outcome)) {
     errorInfo = applescript::errorInformation(*failure, source_);
-    return {};
+    return NSAppleEventDescriptor();
   }
-  auto value = std::get<std::optional<Value>>(std::move(outcome));
-  return value ? NSAppleEventDescriptor(std::move(*value)) : NSAppleEventDescriptor();
+  return NSAppleEventDescriptor(std::get<std::optional<Value>>(std::move(outcome)));
 }
 
 }  // namespace platform

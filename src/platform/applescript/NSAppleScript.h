@@ -20,8 +20,8 @@ inline constexpr std::string_view NSAppleScriptErrorRange = "NSAppleScriptErrorR
 /// What a script's last statement gave.
 class NSAppleEventDescriptor {
  public:
-  NSAppleEventDescriptor() = default;
-  explicit NSAppleEventDescriptor(Value value) : value_(std::move(value)) {}
+  explicit NSAppleEventDescriptor(std::optional<Value> value = std::nullopt)
+      : value_(std::move(value)) {}
 
   /// The value as text, if it has one: strings as they are, integers in decimal, booleans as
   /// "true" and "false"; none for `missing value`, records and object references.

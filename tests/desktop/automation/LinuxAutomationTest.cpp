@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/applescript/RunScript.h"
+#include "platform/applescript/Script.h"
 
 namespace {
 

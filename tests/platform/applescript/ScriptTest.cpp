@@ -3,7 +3,7 @@
 
 #include "desktop/simulated/SimulatedAutomation.h"
 #include "platform/applescript/NSAppleScript.h"
-#include "platform/applescript/RunScript.h"
+#include "platform/applescript/Script.h"
 
 namespace platform::applescript {
 namespace {
