@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include <array>
-#include <utility>
 
 #include "app/ControllerFactory.h"
 #include "app/LaunchOnStartup.h"

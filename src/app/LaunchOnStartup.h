@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <utility>
 
 #include "platform/foundation/NSObject.h"
 #include "platform/launchservices/LSSharedFileList.h"

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
-#include <span>
 
 #include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSWindowController.h"

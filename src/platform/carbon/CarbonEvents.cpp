@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
-#include <memory>
 #include <vector>
 
 #include "platform/Runtime.h"
