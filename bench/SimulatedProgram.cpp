@@ -1,7 +1,6 @@
 #include "bench/SimulatedProgram.h"
 
 #include "app/ControllerFactory.h"
-#include "app/ControllerFactory.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSBundle.h"
 #include "resources/Resources.h"
