@@ -44,6 +44,17 @@ TEST_P(WaylandProgramTest, ItsActionsTurnTheModeAndOneLineSaysWhatDoesNotWork) {
   EXPECT_TRUE(program->running());
 }
 
+TEST_P(WaylandProgramTest, HidesWindowsWithoutAWordOfTheBar) {
+  program->kill();
+  launch("HideActiveApps");
+  harness::ForeignWindow& inside = desk.openWindow("inside", kInside);
+  desk.toggleMode();
+  EXPECT_TRUE(desk.until([&] { return !desk.areaOf(inside.colour); }));
+  desk.toggleMode();
+  EXPECT_TRUE(desk.until([&] { return desk.areaOf(inside.colour).has_value(); }));
+  EXPECT_THAT(program->errorOutput(), testing::Not(testing::HasSubstr("minimised")));
+}
+
 TEST_P(WaylandProgramTest, TheIconComesBackWithABarThatWasKilled) {
   const auto isShown = [&] { return desk.until([&] { return desk.trayIcon().has_value(); }); };
   ASSERT_TRUE(isShown());

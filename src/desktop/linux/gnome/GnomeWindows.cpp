@@ -38,7 +38,7 @@ void GnomeWindows::run(const QString& method, Done done) {
                  qCWarning(lcGnome, "GNOME Shell does not hide or show windows: %s",
                            isReady ? reasonOf(answer).c_str() : "our extension is turned off");
                } else if (const uint staying = answer.arguments().value(0).toUInt(); staying > 0) {
-                 qCWarning(lcGnome, "%u windows cannot be minimised", staying);
+                 qCWarning(lcGnome, "%s", cannotBeMinimised(staying).c_str());
                }
                done();
              });

@@ -16,8 +16,7 @@
 
 namespace linux_desktop {
 
-/// Hides by a script that KWin runs, since it tells ordinary programs nothing of windows: see
-/// KWinScript.h.
+/// Hides by a script that KWin runs, since it tells ordinary programs nothing of windows.
 class KWinWindows final : public WindowHider {
  public:
   /// Null where no KWin answers on the session bus, within half a second, or takes no scripts.

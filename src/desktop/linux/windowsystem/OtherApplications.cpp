@@ -15,6 +15,10 @@ constexpr OtherApplications::Id kOthers = 2;
 
 }  // namespace
 
+std::string cannotBeMinimised(std::size_t windows) {
+  return std::to_string(windows) + (windows == 1 ? " window" : " windows") + " cannot be minimised";
+}
+
 std::vector<ApplicationInfo> OtherApplications::runningApplications() {
   return {{kOurselves, QGuiApplication::applicationDisplayName().toStdString(),
            NSApplicationActivationPolicy::Accessory},

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <cstddef>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "platform/port/RunningApplications.h"
 
@@ -21,6 +23,9 @@ class WindowHider {
   virtual void hide(Done done) = 0;
   virtual void show(Done done) = 0;
 };
+
+/// What is said where so many windows stay on the screen.
+[[nodiscard]] std::string cannotBeMinimised(std::size_t windows);
 
 /// The running applications of a desktop that gives nobody its list of windows, or that hides them
 /// only together: ourselves, and one application that is all the others.
