@@ -2,12 +2,33 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <cstdint>
 #include <map>
 #include <vector>
 
+#include "desktop/linux/keys/Keymap.h"
 #include "desktop/linux/sway/SwaySocket.h"
 
 namespace linux_desktop {
+
+/// A combination as sway tells two of them apart: modifiers with a key by its number, or by what it
+/// gives.
+struct SwayChord {
+  /// Of `platform/carbon/KeyCodes.h`, and a bit of ours for all that are none of those.
+  std::uint32_t modifiers = 0;
+  /// 0: it is told by the keysym.
+  Keycode key = 0;
+  /// A letter's small one.
+  xkb_keysym_t keysym = XKB_KEY_NoSymbol;
+  bool operator==(const SwayChord&) const = default;
+};
+
+/// What to write for modifiers of `platform/carbon/KeyCodes.h` and a key's number.
+[[nodiscard]] QByteArray swayCode(std::uint32_t modifiers, Keycode key);
+
+/// All that a press of the key is to sway, in a layout.
+[[nodiscard]] std::vector<SwayChord> swayChordsOfPress(const Keymap& keymap, KeyboardGroup group,
+                                                       std::uint32_t modifiers, Keycode key);
 
 /// The user's configuration of sway, as far as it counts outside of modes: a directive a line, with
 /// the lines of included files, of blocks, and with variables put in.
@@ -20,9 +41,8 @@ class SwayConfig {
 
   /// What the last such directive says, or else `usual`.
   [[nodiscard]] QByteArray valueOf(const QByteArray& directive, const QByteArray& usual) const;
-  /// The combinations, as "Mod4+Return", that directives `name` (bindsym, bindcode) bind, whatever
-  /// their options.
-  [[nodiscard]] QByteArrayList bound(const QByteArray& name) const;
+  /// What `bindsym` and `bindcode` bind, whatever their options.
+  [[nodiscard]] std::vector<SwayChord> bound() const;
 
  private:
   void add(const QByteArray& text, const QByteArray& folder, int depth);

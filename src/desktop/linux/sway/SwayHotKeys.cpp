@@ -7,7 +7,6 @@
 
 #include "desktop/linux/keys/KeyTable.h"
 #include "desktop/linux/log/Log.h"
-#include "desktop/linux/sway/SwayConfig.h"
 #include "platform/carbon/CarbonEvents.h"
 #include "platform/carbon/KeyCodes.h"
 
@@ -34,13 +33,6 @@ bool succeeded(const std::optional<QJsonDocument>& results) {
 template <class T>
 bool haveCommon(const std::vector<T>& some, const std::vector<T>& others) {
   return std::ranges::find_first_of(some, others) != some.end();
-}
-
-std::vector<SwayChord> chordsBoundIn(const SwayConfig& config) {
-  std::vector<SwayChord> chords;
-  for (const QByteArray& text : config.bound("bindsym")) chords.push_back(swayChordOfSymbol(text));
-  for (const QByteArray& text : config.bound("bindcode")) chords.push_back(swayChordOfCode(text));
-  return chords;
 }
 
 }  // namespace
@@ -126,7 +118,7 @@ bool SwayHotKeys::isOurs(const HotKey& hotKey) const {
 
 // Sway itself does not say: it would put ours in the place of the user's.
 bool SwayHotKeys::isTheUsers(const HotKey& hotKey) {
-  return haveCommon(chordsOf(hotKey), chordsBoundIn(SwayConfig::read(sway_)));
+  return haveCommon(chordsOf(hotKey), SwayConfig::read(sway_).bound());
 }
 
 std::vector<SwayChord> SwayHotKeys::chordsOf(const HotKey& hotKey) const {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "desktop/linux/keys/Keymap.h"
-#include "desktop/linux/sway/SwayChord.h"
+#include "desktop/linux/sway/SwayConfig.h"
 #include "desktop/linux/sway/SwaySocket.h"
 #include "platform/port/HotKeys.h"
 
