@@ -4,10 +4,10 @@
 
 #include <QFileInfo>
 #include <algorithm>
-#include <iterator>
 #include <variant>
 
 #include "desktop/linux/files/WholeFile.h"
+#include "desktop/linux/keys/KeyTable.h"
 #include "platform/carbon/KeyCodes.h"
 
 namespace linux_desktop {
@@ -32,31 +32,16 @@ QByteArrayList wordsOf(const QByteArray& line) {
   return words;
 }
 
-struct ModifierRow {
-  /// As sway reads it, in small letters; the first of a modifier is the one that we write.
-  const char* name;
-  std::uint32_t bit;
-};
-constexpr std::uint32_t kNoModifierOfOurs = 1U << 31U;
-constexpr ModifierRow kModifiers[] = {
-    {"ctrl", platform::controlKey}, {"control", platform::controlKey},
-    {"mod1", platform::optionKey},  {"alt", platform::optionKey},
-    {"shift", platform::shiftKey},  {"mod4", platform::cmdKey},
-    {"super", platform::cmdKey},    {"logo", platform::cmdKey},
-    {"lock", kNoModifierOfOurs},    {"mod2", kNoModifierOfOurs},
-    {"mod3", kNoModifierOfOurs},    {"mod5", kNoModifierOfOurs},
-};
+constexpr ModifierNames kModifiers{"ctrl+", "mod1+", "shift+", "mod4+"};
 
 /// Puts the modifiers into `chord`, and returns what is none.
 QByteArray takeModifiers(const QByteArray& combination, SwayChord& chord) {
   QByteArray key;
   for (const QByteArray& part : combination.split('+')) {
-    const auto* row = std::ranges::find_if(
-        kModifiers, [&](const ModifierRow& modifier) { return part.toLower() == modifier.name; });
-    if (row == std::end(kModifiers)) {
-      key = part;
+    if (const auto modifier = modifierNamed(part.toStdString())) {
+      chord.modifiers |= *modifier;
     } else {
-      chord.modifiers |= row->bit;
+      key = part;
     }
   }
   return key;
@@ -81,13 +66,7 @@ SwayChord chordOfCode(const QByteArray& combination) {
 }  // namespace
 
 QByteArray swayCode(std::uint32_t modifiers, Keycode key) {
-  QByteArray combination;
-  for (const ModifierRow& row : kModifiers) {
-    if ((modifiers & row.bit) == 0) continue;
-    combination += QByteArray(row.name) + '+';
-    modifiers &= ~row.bit;
-  }
-  return combination + QByteArray::number(key);
+  return QByteArray::fromStdString(modifierText(modifiers, kModifiers)) + QByteArray::number(key);
 }
 
 std::vector<SwayChord> swayChordsOfPress(const Keymap& keymap, KeyboardGroup group,
