@@ -28,7 +28,7 @@ std::string programOfService(const std::string& serviceFile) {
 }  // namespace
 
 const DesktopProgram& program(WindowManager kind) {
-  static const std::array<DesktopProgram, 9> table{{
+  static const std::array<DesktopProgram, 10> table{{
       {"none", {}},
       {"openbox", {"openbox", "--sm-disable"}},
       {"xfwm4", {"xfwm4", "--sm-client-disable"}},
@@ -42,6 +42,8 @@ const DesktopProgram& program(WindowManager kind) {
       // Its configuration is a program, which does nothing here.
       {"bspwm", {"bspwm", "-c", "/bin/true"}},
       {"i3-wm", {"i3"}, "i3/config", "font pango:monospace 8\n"},
+      // GNOME's, without the shell that is usually around it.
+      {"mutter", {"mutter", "--x11", "--sm-disable"}},
   }};
   return rowOf(table, kind);
 }

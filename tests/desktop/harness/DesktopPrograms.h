@@ -19,7 +19,8 @@ enum class WindowManager : std::uint8_t {
   Fluxbox,
   Jwm,
   Bspwm,
-  I3
+  I3,
+  Mutter
 };
 enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
 

@@ -12,8 +12,9 @@ constexpr std::uint32_t kFromPager = 2;
 harness::DeskOptions optionsFor(WindowManager windowManager) {
   harness::DeskOptions options;
   options.windowManager = windowManager;
-  options.sessionBus =
-      windowManager == WindowManager::Xfwm4 || windowManager == WindowManager::Marco;
+  options.sessionBus = windowManager == WindowManager::Xfwm4 ||
+                       windowManager == WindowManager::Marco ||
+                       windowManager == WindowManager::Mutter;
   return options;
 }
 
@@ -130,7 +131,8 @@ bool HidingDesk::hasKeyboard(xcb_window_t window) const {
 
 bool HidingDesk::isSeen(xcb_window_t window) const {
   const auto info = desk_.windows().info(window);
-  return info && info->viewable;
+  // Mutter leaves those mapped that it does not show.
+  return info && info->viewable && !info->has("HIDDEN");
 }
 
 std::uint32_t HidingDesk::workspace(xcb_window_t window) const {

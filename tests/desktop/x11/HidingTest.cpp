@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QLoggingCategory>
 #include <algorithm>
 #include <chrono>
 
@@ -21,7 +22,7 @@ class HidingTest : public testing::TestWithParam<WindowManager> {
 INSTANTIATE_TEST_SUITE_P(EachWindowManager, HidingTest,
                          testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
                                          WindowManager::Marco, WindowManager::Icewm,
-                                         WindowManager::Jwm),
+                                         WindowManager::Jwm, WindowManager::Mutter),
                          testing::PrintToStringParamName());
 
 TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {
@@ -156,6 +157,19 @@ TEST_P(HidingTest, ManyWindowsCostFewRequestsAndNoneWhileTheyAreAskedFor) {
   EXPECT_TRUE(desk.until([&] { return desk.stacking(many) == order; }));
 }
 
+TEST_P(HidingTest, IsAskedForInTheWayThatTheManagerHeeds) {
+  const auto letter = desk.open({.name = "letter"});
+  const auto memo = desk.open({.name = "memo"});
+  desk.startProgram();
+  QLoggingCategory::setFilterRules("calmdeck.x11.debug=true");
+  desk.hideAsTheMode();
+  ASSERT_TRUE(desk.allMinimised({letter, memo}));
+  desk.show();
+  EXPECT_TRUE(desk.allShown({letter, memo}));
+  EXPECT_THAT(desk.program().log(), testing::Not(testing::HasSubstr("do not come back")));
+  QLoggingCategory::setFilterRules({});
+}
+
 TEST_P(HidingTest, AManagerThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   Windows three;
   for (const char* name : {"A", "B", "C"}) {
@@ -185,6 +199,26 @@ TEST_P(HidingTest, AManagerThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   ASSERT_TRUE(desk.allShown(three));
   // One that was waited for would have been complained of.
   EXPECT_EQ(desk.program().log(), "");
+}
+
+TEST(MutterTest, WindowsOfAMonitorWithoutWorkspacesDoNotBecomeThoseOfAll) {
+  HidingDesk desk(WindowManager::Mutter);
+  // As it is in GNOME's own session.
+  ASSERT_TRUE(
+      desk.desk()
+          .run({"gsettings", "set", "org.gnome.mutter", "workspaces-only-on-primary", "true"})
+          .succeeded());
+  const auto beside = desk.open({.name = "beside", .area = {1400, 100, 200, 150}});
+  ASSERT_TRUE(
+      harness::until([&] { return desk.workspace(beside) == UINT32_MAX; }, harness::kPatience));
+  desk.startProgram();
+  desk.hideAsTheMode();
+  ASSERT_TRUE(desk.allMinimised({beside}));
+  desk.show();
+  ASSERT_TRUE(desk.allShown({beside}));
+  // It does this after all that it was asked for before.
+  desk.minimise(beside);
+  EXPECT_FALSE(desk.desk().windows().info(beside)->has("STICKY"));
 }
 
 TEST(FluxboxTest, ItsTurnThatNeverComesHoldsNothingUp) {

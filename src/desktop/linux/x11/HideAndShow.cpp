@@ -119,6 +119,7 @@ void ShowOperation::askFor(ShowWay way, xcb_window_t window) {
 }
 
 void ShowOperation::asked(ShowWay way, std::vector<xcb_window_t> left) {
+  if (!left.empty()) qCDebug(lcX11) << left.size() << "windows do not come back so";
   if (wait_.managerIsGone()) {
     done_();
   } else if (left.empty()) {
@@ -128,7 +129,6 @@ void ShowOperation::asked(ShowWay way, std::vector<xcb_window_t> left) {
   } else if (way == ShowWay::Map) {
     ask(ShowWay::Activate, std::move(left));
   } else {
-    qCDebug(lcX11) << left.size() << "windows do not come back";
     putBack();
   }
 }
