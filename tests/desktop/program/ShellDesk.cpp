@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kSink = "out1";
 constexpr const char* kCoverClass = "calmdeck-cover";
-/// The panel is at the bottom of the first monitor.
+/// Panels are at the top and at the bottom of the first monitor.
 constexpr int kThickestPanel = 48;
 
 }  // namespace
@@ -43,6 +43,18 @@ const Shell kBudgie{
     .settings = {{"org.gnome.desktop.background", "picture-uri", "file://{home}/dusk.png"},
                  {"org.buddiesofbudgie.budgie-desktop-view", "show", "true"}},
     .backgrounds = "/org/gnome/desktop/background/"};
+
+const Shell kFlashback{
+    .name = "Flashback",
+    .currentDesktop = "GNOME-Flashback:GNOME",
+    .busName = "org.gnome.Flashback",
+    .programs = {{"/usr/libexec/gsd-xsettings"},
+                 {"metacity"},
+                 {"gnome-flashback"},
+                 {"gnome-panel"}},
+    .settings = {{"org.gnome.desktop.background", "picture-uri", "file://{home}/dusk.png"}},
+    .backgrounds = "/org/gnome/desktop/background/",
+    .canBeQuiet = false};
 
 void PrintTo(const Shell& row, std::ostream* stream) {
   *stream << row.name;
@@ -128,7 +140,8 @@ AssertionResult ShellDesk::waitFor(const std::function<bool()>& fact, const std:
 
 std::vector<Rect> ShellDesk::monitors() {
   std::vector<Rect> monitors = desk_.server().monitors();
-  monitors.front().height -= kThickestPanel;
+  monitors.front().y += kThickestPanel;
+  monitors.front().height -= 2 * kThickestPanel;
   return monitors;
 }
 

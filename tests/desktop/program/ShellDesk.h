@@ -25,10 +25,13 @@ struct Shell {
   /// What the mode may change there, as dconf names it.
   const char* backgrounds;
   bool hasIcons = true;
+  /// Whether what shows its notifications has a Do Not Disturb.
+  bool canBeQuiet = true;
 };
 
 extern const Shell kCinnamon;
 extern const Shell kBudgie;
+extern const Shell kFlashback;
 
 /// What a test runner lists the case under.
 void PrintTo(const Shell& row, std::ostream* stream);

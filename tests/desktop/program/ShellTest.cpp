@@ -36,9 +36,11 @@ TEST_P(ShellTest, AllFiveComeAndGoAndTheScreenIsAsBefore) {
 
   shell.press();
   ASSERT_TRUE(shell.inTheMode());
-  ASSERT_TRUE(shell.notify());
-  (void)shell.photograph();
-  EXPECT_TRUE(shell.showsThePictureOnly()) << "a notification is kept back";
+  if (GetParam().canBeQuiet) {
+    ASSERT_TRUE(shell.notify());
+    (void)shell.photograph();
+    EXPECT_TRUE(shell.showsThePictureOnly()) << "a notification is kept back";
+  }
 
   shell.press();
   EXPECT_TRUE(shell.looksAsIn(before));
