@@ -144,11 +144,12 @@ void GnomeDesk::startShell(const GnomeOptions& options) {
     argv.push_back(std::to_string(kMonitorWidth) + "x" + std::to_string(kMonitorHeight));
   }
   shell_ = start(argv);
-  // It begins with the overview.
+  // It begins with the overview, and where that is hidden before it has come GNOME 48 waits for
+  // ever.
   const auto isReady = [&] {
     return evaluate(
-               "Main.overview.hide();"
-               "!Main.layoutManager._startingUp && !Main.overview.visible") == "true";
+               "!Main.layoutManager._startingUp &&"
+               "  (Main.overview.hide(), !Main.overview.visible)") == "true";
   };
   require(until(isReady, 3 * harness::kPatience), "GNOME Shell", *shell_);
   input_ = std::make_unique<Devices>(*this);
