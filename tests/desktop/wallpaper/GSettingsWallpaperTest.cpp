@@ -238,6 +238,28 @@ TEST_F(GSettingsTest, SlideShowIsEndedBeforeThePictureComesAndBegunAfterItHasGon
               ElementsAre("slideshow-enabled", "picture-uri", "picture-uri", "slideshow-enabled"));
 }
 
+/// A list of pictures in two shapes, for the day and for the night.
+QString timetable() {
+  const auto picture = [](const char* tag, const char* name) {
+    return QStringLiteral(
+               "<%1>\n<size width=\"1920\" height=\"1080\">/%2-wide.png</size>\n"
+               "<size width=\"800\" height=\"600\">/%2.png</size></%1>")
+        .arg(QLatin1String(tag), QLatin1String(name));
+  };
+  const QString path = folder().filePath("day.xml");
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(QStringLiteral("<background><starttime><year>2020</year><month>3</month><day>1</day>"
+                            "<hour>6</hour><minute>0</minute><second>0</second></starttime>"
+                            "<static><duration>36000.0</duration>%1</static>"
+                            "<transition type=\"overlay\"><duration>7200</duration>%2%3"
+                            "</transition><static><duration>43200</duration><file>/night.svg"
+                            "</file></static></background>")
+                 .arg(picture("file", "day"), picture("from", "day"), picture("to", "dusk"))
+                 .toUtf8());
+  return path;
+}
+
 struct Told {
   Shell shell;
   Backdrop backdrop;
@@ -259,6 +281,10 @@ TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
   dark["org.gnome.desktop.interface color-scheme"] = "'prefer-dark'";
   Settings unread = gnome;
   unread[kPicture] = "'file:///new.jxl'";
+  Settings takingTurns = gnome;
+  takingTurns[kPicture] = quoted(timetable());
+  Settings coloured = gnome;
+  coloured[kStyle] = "'none'";
   const QColor colour(0x10, 0x20, 0x30);
   constexpr BackdropStyle kStretched = BackdropStyle::Stretched;
   const Told rows[] = {
@@ -267,6 +293,10 @@ TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
       {with(kGnomeRuns, "", gnome), {light, kStretched, true}},
       {with(kGnomeRuns, "", dark), {night, kStretched, true}},
       {with(kBudgieRuns, "", dark), {light, kStretched, true}},
+      {with(kBudgieRuns, "", takingTurns), {}},
+      {with(kBudgieRuns, "", coloured), {}},
+      {with(kGnomeRuns, "", coloured),
+       {"", BackdropStyle::None, false, BackdropShading::Solid, colour}},
       {with(kGnomeRuns, "", unread),
        {"/new.jxl", kStretched, true, BackdropShading::Solid, colour}},
   };
@@ -282,28 +312,6 @@ TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
     for (const char* name : shell.busNames)
       QDBusConnection::sessionBus().unregisterService(QLatin1String(name));
   }
-}
-
-/// A list of pictures in two shapes, for the day and for the night.
-QString timetable() {
-  const auto picture = [](const char* tag, const char* name) {
-    return QStringLiteral(
-               "<%1>\n<size width=\"1920\" height=\"1080\">/%2-wide.png</size>\n"
-               "<size width=\"800\" height=\"600\">/%2.png</size></%1>")
-        .arg(QLatin1String(tag), QLatin1String(name));
-  };
-  const QString path = folder().filePath("day.xml");
-  QFile file(path);
-  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(QStringLiteral("<background><starttime><year>2020</year><month>3</month><day>1</day>"
-                            "<hour>6</hour><minute>0</minute><second>0</second></starttime>"
-                            "<static><duration>36000.0</duration>%1</static>"
-                            "<transition type=\"overlay\"><duration>7200</duration>%2%3"
-                            "</transition><static><duration>43200</duration><file>/night.svg"
-                            "</file></static></background>")
-                 .arg(picture("file", "day"), picture("from", "day"), picture("to", "dusk"))
-                 .toUtf8());
-  return path;
 }
 
 TEST_F(GSettingsTest, OfPicturesThatTakeTurnsTheOneOfTheHourAndTheShapeIsTold) {

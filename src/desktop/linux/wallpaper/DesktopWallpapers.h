@@ -54,6 +54,9 @@ struct GSettingsDesktop {
   /// GNOME's compositor draws it, which knows colours only where there is no picture, stretches one
   /// over all monitors and lays tiles around the middle of those.
   bool composed = false;
+  /// It knows neither colours nor pictures that take turns: told to show one, it is black from the
+  /// next login on, and until then as it was.
+  bool isBlackWithoutPicture = false;
 };
 /// Any of those, whichever program draws it. `desktop` outlives it.
 [[nodiscard]] std::shared_ptr<WallpaperAdapter> gsettingsWallpaper(const GSettingsDesktop& desktop);

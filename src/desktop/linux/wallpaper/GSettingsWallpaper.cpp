@@ -67,6 +67,9 @@ class GSettingsWallpaper final : public WallpaperAdapter {
     const auto text = [&](const char* key) { return settings_->text(key).value_or(std::string()); };
     QString file = fileInForce();
     const BackdropStyleName row = styleNamed(text(kOptions), kStyles);
+    if (desktop_.isBlackWithoutPicture && (row.style == BackdropStyle::None || isTimetable(file))) {
+      return Backdrop{};
+    }
     const bool hasPicture = !file.isEmpty() && row.style != BackdropStyle::None;
     if (hasPicture && isTimetable(file)) {
       file = pictureAt(file, QDateTime::currentDateTime(), monitor.pixels().size());

@@ -88,7 +88,8 @@ constexpr GSettingsDesktop kFlashbackSettings{
 constexpr GSettingsDesktop kBudgieSettings{.name = "Budgie",
                                            .schema = "org.gnome.desktop.background",
                                            .picture = "picture-uri",
-                                           .composed = true};
+                                           .composed = true,
+                                           .isBlackWithoutPicture = true};
 constexpr GSettingsDesktop kGnomeSettings{.name = "GNOME",
                                           .schema = "org.gnome.desktop.background",
                                           .picture = "picture-uri",
