@@ -83,6 +83,24 @@ TEST_F(BackdropRendererTest, TilesBeginWhereTheDesktopHasThem) {
   EXPECT_EQ(renderBackdrop(backdrop, monitor, layout).pixelColor(15, 5), QColor(Qt::red));
 }
 
+TEST_F(BackdropRendererTest, TilesAsLargeAsTheMonitorBeginInItsMeasure) {
+  QImage tile(20, 20, QImage::Format_RGB32);
+  tile.fill(Qt::blue);
+  for (int y = 0; y < 20; ++y) {
+    for (int x = 0; x < 10; ++x) tile.setPixelColor(x, y, Qt::red);
+  }
+  const Backdrop backdrop{.file = save(tile, "halves.png"), .style = BackdropStyle::Tiled};
+  BackdropLayout layout = layout_;
+  layout.tilesFromDesktopOrigin = true;
+  layout.manner.centersTiles = layout.manner.stretchesTiles = true;
+  Monitor monitor = right_;
+  monitor.points.moveLeft(70);
+  const QImage image = renderBackdrop(backdrop, monitor, layout);
+  // At its own 20 pixels one begins 15 into the monitor; of 50 pixels therefore at 37.
+  for (const auto& [x, colour] : {std::pair(5, Qt::red), {25, Qt::blue}, {45, Qt::red}})
+    EXPECT_EQ(image.pixelColor(x, 5), QColor(colour)) << x;
+}
+
 TEST_F(BackdropRendererTest, SpannedPictureIsOneOverAllMonitors) {
   QImage halves(110, 40, QImage::Format_RGB32);
   halves.fill(Qt::red);

@@ -87,6 +87,9 @@ struct BackdropManner {
   bool tilesFromDesktopOrigin = false;
   /// One tile stands in the middle of the monitor, rather than in its upper left corner.
   bool centersTiles = false;
+  /// A tile is drawn as large as the monitor, and begins where it would at its own size, in that
+  /// measure.
+  bool stretchesTiles = false;
   /// A tile that is larger than the last monitor is cut to its size, around the middle.
   bool cutsTilesToLastMonitor = false;
   /// A spanned picture covers the whole desktop, the rest cut off, rather than fit inside.

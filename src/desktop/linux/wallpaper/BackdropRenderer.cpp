@@ -93,10 +93,16 @@ void drawTiles(QPainter& painter, const QImage& picture, const QRect& area, cons
                const BackdropLayout& layout) {
   const BackdropManner& manner = layout.manner;
   const QSize size = picture.size().boundedTo(layout.lastMonitor);
-  const QImage tile =
+  QImage tile =
       manner.cutsTilesToLastMonitor ? picture.copy(centered(size, picture.rect())) : picture;
   const auto style = manner.centersTiles ? BackdropStyle::Centered : BackdropStyle::Tiled;
-  const QPoint origin = placedPicture(tile.size(), area, style, manner.rounding).topLeft();
+  QPointF origin = placedPicture(tile.size(), area, style, manner.rounding).topLeft();
+  if (manner.stretchesTiles) {
+    const QPointF apart = origin - seen.topLeft();
+    origin = seen.topLeft() + QPointF(apart.x() * seen.width() / tile.width(),
+                                      apart.y() * seen.height() / tile.height());
+    tile = tile.scaled(seen.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  }
   QBrush brush(tile);
   brush.setTransform(QTransform::fromTranslate(origin.x(), origin.y()));
   painter.fillRect(seen, brush);

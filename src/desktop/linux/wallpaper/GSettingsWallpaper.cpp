@@ -147,6 +147,7 @@ class GSettingsWallpaper final : public WallpaperAdapter {
             .turnsUpright = true,
             .tilesFromDesktopOrigin = true,
             .centersTiles = desktop_.composed,
+            .stretchesTiles = desktop_.composed,
             .cutsTilesToLastMonitor = !desktop_.composed,
             .spansByZooming = false};
   }
