@@ -1,5 +1,6 @@
 #include "desktop/linux/loop/QtMainLoop.h"
 
+#include <QScopeGuard>
 #include <QTimer>
 #include <utility>
 
@@ -32,21 +33,6 @@ class OneShot final : public platform::port::MainLoop::Timer {
 
 }  // namespace
 
-/// An event loop that is known to those who may end it for as long as it runs.
-class QtMainLoop::Nested {
- public:
-  explicit Nested(std::vector<QEventLoop*>& stack) : stack_(stack) { stack_.push_back(&loop_); }
-  ~Nested() { stack_.pop_back(); }
-  Nested(const Nested&) = delete;
-  Nested& operator=(const Nested&) = delete;
-
-  [[nodiscard]] QEventLoop& loop() { return loop_; }
-
- private:
-  std::vector<QEventLoop*>& stack_;
-  QEventLoop loop_;
-};
-
 void QtMainLoop::post(Work work) {
   QMetaObject::invokeMethod(
       &receiver_, [work = std::move(work)] { work(); }, Qt::QueuedConnection);
@@ -59,8 +45,10 @@ std::unique_ptr<platform::port::MainLoop::Timer> QtMainLoop::startTimer(platform
 
 void QtMainLoop::run() {
   if (terminated_) return;
-  Nested nested(runs_);
-  nested.loop().exec();
+  QEventLoop loop;
+  runs_.push_back(&loop);
+  const auto ended = qScopeGuard([this] { runs_.pop_back(); });
+  loop.exec();
 }
 
 void QtMainLoop::stop() {
@@ -71,13 +59,15 @@ void QtMainLoop::stop() {
 
 void QtMainLoop::sleep(platform::Duration duration) {
   const platform::MonotonicTime end = now() + duration;
-  Nested nested(sleeps_);
+  QEventLoop loop;
+  sleeps_.push_back(&loop);
+  const auto ended = qScopeGuard([this] { sleeps_.pop_back(); });
   QTimer wakeUp;
-  QObject::connect(&wakeUp, &QTimer::timeout, &nested.loop(), &QEventLoop::quit);
+  QObject::connect(&wakeUp, &QTimer::timeout, &loop, &QEventLoop::quit);
   // A second round only if the timer was early by the fraction that the two clocks are apart.
   while (!terminated_ && now() < end) {
     startOnce(wakeUp, end - now());
-    nested.loop().exec();
+    loop.exec();
   }
 }
 

@@ -28,8 +28,6 @@ class QtMainLoop final : public platform::port::MainLoop {
   void terminate() override;
 
  private:
-  class Nested;
-
   /// Where posted work is delivered; destroying it drops what is still waiting.
   QObject receiver_;
   std::vector<QEventLoop*> runs_;
