@@ -36,10 +36,17 @@ QRect stripOf(std::vector<std::uint32_t> strut, QSize root) {
   return {};
 }
 
-std::vector<xcb_window_t> below(const std::vector<xcb_window_t>& windows, XServer& server) {
+/// What is at most so many levels under a window, the upper ones first.
+std::vector<xcb_window_t> windowsBelow(xcb_window_t window, int levels, XServer& server) {
   std::vector<xcb_window_t> all;
-  for (const auto& children : server.childrenOf(windows))
-    all.insert(all.end(), children.begin(), children.end());
+  std::vector<xcb_window_t> level{window};
+  for (; levels > 0 && !level.empty(); --levels) {
+    std::vector<xcb_window_t> next;
+    for (const auto& children : server.childrenOf(level))
+      next.insert(next.end(), children.begin(), children.end());
+    all.insert(all.end(), next.begin(), next.end());
+    level = std::move(next);
+  }
   return all;
 }
 
@@ -47,18 +54,6 @@ bool isOnScreen(xcb_window_t window, XServer& server) {
   const XReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
       server.get(), xcb_get_window_attributes(server.get(), window), nullptr));
   return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
-}
-
-/// What is at most so many levels under the root: IceWM has its bar in two frames.
-std::vector<xcb_window_t> topWindows(XServer& server) {
-  constexpr int kLevels = 3;
-  std::vector<xcb_window_t> windows;
-  std::vector<xcb_window_t> level{server.root()};
-  for (int depth = 0; depth < kLevels; ++depth) {
-    level = below(level, server);
-    windows.insert(windows.end(), level.begin(), level.end());
-  }
-  return windows;
 }
 
 std::vector<XPanel> panelsAmong(const std::vector<xcb_window_t>& windows, const QSize& root,
@@ -154,20 +149,21 @@ std::vector<XPanel> panelsOn(XServer& server) {
   const auto managed = server.numbers(server.root(), "_NET_CLIENT_LIST");
   std::vector<XPanel> panels = panelsAmong(managed, root->size(), server);
   // i3 and IceWM do not list their own bars, and without a window manager nobody keeps the list.
-  if (panels.empty()) panels = panelsAmong(topWindows(server), root->size(), server);
+  if (panels.empty()) {
+    constexpr int kLevels = 3;  // IceWM has its bar in two frames
+    panels = panelsAmong(windowsBelow(server.root(), kLevels, server), root->size(), server);
+  }
   for (const QRect& strip : stripsWithoutWindow(panels, *root, server))
     panels.push_back({XCB_NONE, strip, strip});
   return panels;
 }
 
 std::optional<QRect> partDrawnBy(std::uint32_t pid, const XPanel& panel, XServer& server) {
-  constexpr int kDepth = 4;
-  std::vector<xcb_window_t> level{panel.window};
-  for (int depth = 0; depth < kDepth && !level.empty(); ++depth) {
-    level = below(level, server);
-    const auto pids = server.numbersOf(level, "_NET_WM_PID");
-    for (std::size_t i = 0; i < level.size(); ++i)
-      if (!pids[i].empty() && pids[i][0] == pid) return server.geometry(level[i]);
+  constexpr int kLevels = 4;
+  const std::vector<xcb_window_t> windows = windowsBelow(panel.window, kLevels, server);
+  const auto pids = server.numbersOf(windows, "_NET_WM_PID");
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    if (!pids[i].empty() && pids[i][0] == pid) return server.geometry(windows[i]);
   }
   return std::nullopt;
 }
