@@ -122,21 +122,17 @@ DesktopSight lookAtDesktop(XServer& server, const WindowStack& stack, const QRec
   const QRegion open = uncovered(server, stack, icons, monitor);
   const xcb_window_t window = icons != nullptr ? icons->window : server.root();
   const QPoint origin = icons != nullptr ? icons->area.topLeft() : QPoint();
-  std::vector<QPoint> asked;
-  std::vector<std::size_t> places;
   const std::vector<QPoint> points = samplePoints(monitor);
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    if (!open.contains(points[i])) continue;
-    asked.push_back(points[i] - origin);
-    places.push_back(i);
-  }
-  DesktopSight sight{icons != nullptr ? icons->window : xcb_window_t{XCB_NONE},
-                     Samples(points.size())};
+  std::vector<QPoint> places = points;
+  for (QPoint& place : places) place -= origin;
   const auto transparency = icons != nullptr && server.isComposited()
                                 ? Transparency::ShowsWhatIsBelow
                                 : Transparency::Ignored;
-  const Samples samples = samplesOf(server, window, asked, transparency);
-  for (std::size_t i = 0; i < places.size(); ++i) sight.samples[places[i]] = samples[i];
+  DesktopSight sight{icons != nullptr ? icons->window : xcb_window_t{XCB_NONE},
+                     samplesOf(server, window, places, transparency)};
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (!open.contains(points[i])) sight.samples[i].reset();
+  }
   return sight;
 }
 
