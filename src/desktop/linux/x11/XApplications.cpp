@@ -222,11 +222,7 @@ void XApplications::finished() {
         watch_.resume();
         // For the watch, which has to know what is hidden now, and for the wishes that wait.
         isFresh_ = clients_.refresh(moment_->list);
-        if (!isFresh_) {
-          now();
-          return;
-        }
-        watch_.follow(moment_->list);
+        watch_.follow(now().list);
         queueEndOfTurn();
       },
       Qt::QueuedConnection);
