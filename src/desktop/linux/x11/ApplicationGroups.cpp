@@ -44,13 +44,13 @@ bool isOrdinary(const ClientWindow& window) {
          window.isHidden();
 }
 
+/// What is never touched counts for nothing but that the application is there.
 void add(const ClientWindow& window, const ClientWindow& leader, ApplicationGroup& group) {
-  if (window.kind == ClientKind::Furniture || !isOrdinary(leader)) {
-    group.accessories.push_back(&window);
-  } else if (&leader != &window) {
-    group.followers.push_back({&window, &leader});
-  } else {
+  if (window.kind == ClientKind::Furniture || !isOrdinary(leader)) return;
+  if (&leader == &window) {
     group.windows.push_back(&window);
+  } else {
+    group.followers.push_back({&window, &leader});
   }
 }
 
@@ -80,7 +80,7 @@ std::vector<ApplicationGroup> applicationsOf(const ClientList& list) {
     if (isOurs(window) || isOurs(leader)) continue;
     const std::string key = keyOf(leader);
     auto group = std::ranges::find(groups, key, &ApplicationGroup::key);
-    if (group == groups.end()) group = groups.insert(group, {.key = key});
+    if (group == groups.end()) group = groups.insert(group, {.key = key, .name = window.className});
     add(window, leader, *group);
   }
   return groups;

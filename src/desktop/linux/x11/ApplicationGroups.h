@@ -19,16 +19,12 @@ struct ApplicationGroup {
   std::string key;
   /// Given by who keeps them apart from those that ran before.
   platform::port::ApplicationId id = 0;
-  /// In the window manager's order: those of its own right,
+  /// What its first window calls it; empty where that says nothing.
+  std::string name;
+  /// In the window manager's order: those of its own right, and the dialogs that go with them.
   std::vector<const ClientWindow*> windows = {};
-  /// the dialogs that go with them,
   std::vector<Follower> followers = {};
-  /// and those that are never touched.
-  std::vector<const ClientWindow*> accessories = {};
 
-  [[nodiscard]] const ClientWindow& first() const {
-    return *(windows.empty() ? accessories.front() : windows.front());
-  }
   /// Some window was hidden and is so still.
   [[nodiscard]] bool isHidden() const;
   /// Some window could be hidden.

@@ -1,5 +1,7 @@
 #include "desktop/linux/x11/X11WindowSystem.h"
 
+#include <xcb/xcbext.h>
+
 #include <algorithm>
 #include <span>
 #include <utility>
@@ -10,8 +12,10 @@ namespace linux_desktop {
 namespace {
 
 bool isXwayland(XServer& server, const XScreens& screens) {
+  static xcb_extension_t xwayland{"XWAYLAND", 0};
+  const auto* extension = xcb_get_extension_data(server.get(), &xwayland);
   // Only newer ones have the extension, and only older ones name their outputs after themselves.
-  return server.hasExtension("XWAYLAND") ||
+  return (extension != nullptr && extension->present != 0) ||
          std::ranges::any_of(screens.monitors(), [](const Monitor& monitor) {
            return monitor.name.startsWith(QLatin1String("XWAYLAND"));
          });

@@ -94,8 +94,7 @@ std::vector<ApplicationInfo> XApplications::runningApplications() {
                                       QGuiApplication::applicationDisplayName().toStdString(),
                                       NSApplicationActivationPolicy::Accessory}};
   for (const ApplicationGroup& group : moment.applications) {
-    const std::string& name = group.first().className;
-    infos.push_back({group.id, name.empty() ? std::nullopt : std::optional(name),
+    infos.push_back({group.id, group.name.empty() ? std::nullopt : std::optional(group.name),
                      group.windows.empty() ? NSApplicationActivationPolicy::Accessory
                                            : NSApplicationActivationPolicy::Regular});
   }

@@ -13,7 +13,7 @@ XCoverWindow::~XCoverWindow() {
 }
 
 std::optional<QRect> XCoverWindow::place() const {
-  return screens_.pixels(window().frame());
+  return screens_.points(window().frame());
 }
 
 bool XCoverWindow::fits(const XPicture& picture, const QRect& place) const {

@@ -15,9 +15,6 @@ class XScreens final : public MonitorScreens {
   /// `events` outlives this.
   explicit XScreens(XEvents& events);
 
-  /// A frame in the server's own coordinates.
-  [[nodiscard]] QRect pixels(const platform::NSRect& frame) const { return points(frame); }
-
  private:
   void watchRandr(XEvents& events);
 

@@ -178,14 +178,6 @@ std::vector<std::vector<xcb_window_t>> XServer::childrenOf(std::span<const xcb_w
   return results;
 }
 
-bool XServer::hasExtension(std::string_view name) {
-  const auto cookie =
-      xcb_query_extension(get(), static_cast<std::uint16_t>(name.size()), name.data());
-  const XReply<xcb_query_extension_reply_t> reply(
-      xcb_query_extension_reply(get(), cookie, nullptr));
-  return reply && reply->present != 0;
-}
-
 std::string XServer::managerName() {
   const auto check = numbers(root_, "_NET_SUPPORTING_WM_CHECK");
   if (check.empty()) return {};

@@ -120,7 +120,6 @@ class XServer {
   /// Those of each window, from the bottom to the top, in one round trip.
   [[nodiscard]] std::vector<std::vector<xcb_window_t>> childrenOf(
       std::span<const xcb_window_t> parents);
-  [[nodiscard]] bool hasExtension(std::string_view name);
   /// What the window manager that runs calls itself; empty where none does.
   [[nodiscard]] std::string managerName();
   /// Whether that one says that it knows a hint of EWMH.
