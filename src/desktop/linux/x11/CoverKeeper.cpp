@@ -33,16 +33,16 @@ std::set<xcb_window_t> iconsIn(const WindowStack& stack) {
 
 }  // namespace
 
-CoverKeeper::CoverKeeper(XEvents& events) : events_(events), server_(events.server()) {
+CoverKeeper::CoverKeeper(XEvents& events, std::function<void()> iconsChanged)
+    : events_(events), server_(events.server()), iconsChanged_(std::move(iconsChanged)) {
   nextLook_.setSingleShot(true);
   QObject::connect(&nextLook_, &QTimer::timeout, &nextLook_, [this] { look(); });
 }
 
 CoverKeeper::Manager CoverKeeper::readManager() {
   // EWMH 1.5: a window manager that lives has a window whose property names itself.
-  const auto check = server_.numbers(server_.root(), "_NET_SUPPORTING_WM_CHECK");
-  if (check.empty()) return Manager::None;
-  if (server_.numbers(check.front(), "_NET_SUPPORTING_WM_CHECK") != check) return Manager::None;
+  const auto check = server_.number(server_.root(), "_NET_SUPPORTING_WM_CHECK");
+  if (!check || server_.number(*check, "_NET_SUPPORTING_WM_CHECK") != check) return Manager::None;
   habits_ = habitsOf(server_.managerName());
   return server_.managerKnows("_NET_WM_WINDOW_TYPE_DESKTOP") ? Manager::TakesDesktopWindows
                                                              : Manager::Other;
@@ -156,7 +156,7 @@ void CoverKeeper::look() {
   std::set<xcb_window_t> icons = iconsIn(stack);
   if (icons == icons_) return;
   icons_ = std::move(icons);
-  if (iconsChanged_) iconsChanged_();
+  iconsChanged_();
 }
 
 void CoverKeeper::look(const WindowStack& stack, XCoverWindow& cover) {

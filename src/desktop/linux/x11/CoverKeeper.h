@@ -22,10 +22,9 @@ class XCoverWindow;
 /// have changed, twenty times a second at most. Main thread only.
 class CoverKeeper {
  public:
-  /// Outlives this, as this does its covers.
-  explicit CoverKeeper(XEvents& events);
-  /// `changed` is called when other windows of icons are there than before, while it has a cover.
-  void setIconsChanged(std::function<void()> changed) { iconsChanged_ = std::move(changed); }
+  /// `iconsChanged` is called when other windows of icons are there than before, while it has a
+  /// cover. `events` outlives this, as this does its covers.
+  CoverKeeper(XEvents& events, std::function<void()> iconsChanged);
   CoverKeeper(const CoverKeeper&) = delete;
   CoverKeeper& operator=(const CoverKeeper&) = delete;
 

@@ -33,8 +33,8 @@ void HiddenWatch::pause() {
 }
 
 void HiddenWatch::activeWindowChanged() {
-  const auto active = events_.server().numbers(events_.server().root(), "_NET_ACTIVE_WINDOW");
-  if (!active.empty() && hidden_.contains(active.front())) expectBack(active.front());
+  const auto active = events_.server().number(events_.server().root(), "_NET_ACTIVE_WINDOW");
+  if (active && hidden_.contains(*active)) expectBack(*active);
 }
 
 void HiddenWatch::expectBack(xcb_window_t active) {

@@ -11,8 +11,7 @@ namespace {
 constexpr std::array kNames{"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"};
 
 xcb_pixmap_t named(XServer& server, const char* property = kNames.front()) {
-  const auto numbers = server.numbers(server.root(), property);
-  return numbers.empty() ? xcb_pixmap_t{XCB_NONE} : numbers.front();
+  return server.number(server.root(), property).value_or(XCB_NONE);
 }
 
 struct Geometry {

@@ -35,7 +35,6 @@ bool X11WindowSystem::isReachable() {
 
 X11WindowSystem::X11WindowSystem(std::unique_ptr<XServer> server)
     : server_(std::move(server)), keyboard_(XKeyboard::open(events_)) {
-  covers_.setIconsChanged([this] { shown_.lookAgain(); });
   if (keyboard_) hotKeys_ = XHotKeys::open(events_, *keyboard_);
 }
 

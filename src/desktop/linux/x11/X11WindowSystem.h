@@ -69,7 +69,7 @@ class X11WindowSystem {
   DesktopWindowList windowList_{screens_, shown_};
   DesktopSpaces spaces_{shown_};
   XDesktopFacts facts_{events_, screens_};
-  XCovers covers_{events_, screens_};
+  XCovers covers_{events_, screens_, [this] { shown_.lookAgain(); }};
   XApplications applications_{events_};
   Sight sight_ = look();
   /// Null where the server has no XKB, and then there are no hot keys either.

@@ -46,14 +46,9 @@ class XCoverWindow final : public CoverPeer<CoverSurface> {
 /// Covers of an X desktop.
 class XCovers final : public CoverFactory {
  public:
-  /// Both outlive this.
-  XCovers(XEvents& events, const XScreens& screens)
-      : events_(events), screens_(screens), keeper_(events) {}
-
-  /// See CoverKeeper::setIconsChanged.
-  void setIconsChanged(std::function<void()> changed) {
-    keeper_.setIconsChanged(std::move(changed));
-  }
+  /// Both outlive this. `iconsChanged`: see CoverKeeper.
+  XCovers(XEvents& events, const XScreens& screens, std::function<void()> iconsChanged)
+      : events_(events), screens_(screens), keeper_(events, std::move(iconsChanged)) {}
 
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createCover(
       platform::NSWindow& window, platform::port::WindowClient& client) override;

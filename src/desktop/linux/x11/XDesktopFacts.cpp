@@ -40,8 +40,7 @@ DesktopWindow XDesktopFacts::desktopWindow() {
 
 std::optional<Workspaces> XDesktopFacts::workspaces() {
   const auto told = [&server = events_.server()](const char* property) {
-    const auto numbers = server.numbers(server.root(), property);
-    return numbers.empty() ? 0 : static_cast<int>(numbers.front());
+    return static_cast<int>(server.number(server.root(), property).value_or(0));
   };
   return Workspaces{std::max(1, told("_NET_NUMBER_OF_DESKTOPS")), told("_NET_CURRENT_DESKTOP")};
 }

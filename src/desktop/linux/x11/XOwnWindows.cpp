@@ -31,8 +31,8 @@ void XOwnWindows::markAsAskedFor(QWindow& window) {
   // window manager knows the property, into a window of its own.
   xcb_flush(XServer::connectionOfQt());
   const xcb_timestamp_t now = server_.time();
-  const auto other = server_.numbers(idOf(window), "_NET_WM_USER_TIME_WINDOW");
-  const xcb_window_t holder = other.empty() ? idOf(window) : other.front();
+  const xcb_window_t holder =
+      server_.number(idOf(window), "_NET_WM_USER_TIME_WINDOW").value_or(idOf(window));
   server_.setNumbers(holder, "_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {now},
                      XServer::connectionOfQt());
   xcb_flush(XServer::connectionOfQt());
@@ -40,8 +40,7 @@ void XOwnWindows::markAsAskedFor(QWindow& window) {
 
 bool XOwnWindows::isKept(QWindow& window) {
   // ICCCM 4.1.3.1: a window manager gives it to the windows that it manages; 0 is Withdrawn.
-  const auto state = server_.numbers(idOf(window), "WM_STATE");
-  return !state.empty() && state.front() != 0;
+  return server_.number(idOf(window), "WM_STATE").value_or(0) != 0;
 }
 
 void XOwnWindows::activate(QWindow& window) {
@@ -50,17 +49,17 @@ void XOwnWindows::activate(QWindow& window) {
     return;
   }
   // Some window managers would take the user to its workspace, or do nothing.
-  const auto workspace = server_.numbers(server_.root(), "_NET_CURRENT_DESKTOP");
-  const auto own = server_.numbers(idOf(window), "_NET_WM_DESKTOP");
-  if (!workspace.empty() && !own.empty() && own != workspace && own.front() != kEveryWorkspace) {
-    server_.askManager(idOf(window), "_NET_WM_DESKTOP", {workspace.front(), kUser},
+  const auto workspace = server_.number(server_.root(), "_NET_CURRENT_DESKTOP");
+  const auto own = server_.number(idOf(window), "_NET_WM_DESKTOP");
+  if (workspace && own && own != workspace && own != kEveryWorkspace) {
+    server_.askManager(idOf(window), "_NET_WM_DESKTOP", {*workspace, kUser},
                        XServer::connectionOfQt());
   }
   const xcb_timestamp_t now = server_.time();
   server_.askManager(idOf(window), "_NET_ACTIVE_WINDOW", {kUser, now}, XServer::connectionOfQt());
   // To bspwm 0.9 the only window of a workspace has the keyboard, and it gives a popover none.
-  const auto active = server_.numbers(server_.root(), "_NET_ACTIVE_WINDOW");
-  if (window.isExposed() && (active.empty() || active.front() == XCB_NONE)) {
+  const auto active = server_.number(server_.root(), "_NET_ACTIVE_WINDOW");
+  if (window.isExposed() && active.value_or(XCB_NONE) == XCB_NONE) {
     xcb_set_input_focus(XServer::connectionOfQt(), XCB_INPUT_FOCUS_POINTER_ROOT, idOf(window), now);
   }
   xcb_flush(XServer::connectionOfQt());

@@ -86,8 +86,7 @@ std::vector<QRect> rectanglesIn(const std::vector<std::uint32_t>& numbers) {
 
 /// What is left for windows: on each monitor where the window manager tells that, else of all.
 std::vector<QRect> workAreas(XServer& server) {
-  const auto current = server.numbers(server.root(), "_NET_CURRENT_DESKTOP");
-  const std::size_t desktop = current.empty() ? 0 : current.front();
+  const std::size_t desktop = server.number(server.root(), "_NET_CURRENT_DESKTOP").value_or(0);
   // Mutter's and Muffin's, for GTK.
   const std::string ofMonitors = "_GTK_WORKAREAS_D" + std::to_string(desktop);
   auto areas = rectanglesIn(server.numbers(server.root(), ofMonitors));

@@ -111,6 +111,10 @@ std::vector<std::uint32_t> XServer::numbers(xcb_window_t window, std::string_vie
   return numbersOf(std::span(&window, 1), property).front();
 }
 
+std::optional<std::uint32_t> XServer::number(xcb_window_t window, std::string_view property) {
+  return read(std::array{XProperty{window, atom(property)}}).front().number();
+}
+
 std::vector<std::vector<std::uint32_t>> XServer::numbersOf(std::span<const xcb_window_t> windows,
                                                            std::string_view property) {
   const xcb_atom_t name = atom(property);
@@ -179,9 +183,9 @@ std::vector<std::vector<xcb_window_t>> XServer::childrenOf(std::span<const xcb_w
 }
 
 std::string XServer::managerName() {
-  const auto check = numbers(root_, "_NET_SUPPORTING_WM_CHECK");
-  if (check.empty()) return {};
-  return read(std::array{XProperty{check.front(), atom("_NET_WM_NAME")}}).front().text();
+  const auto check = number(root_, "_NET_SUPPORTING_WM_CHECK");
+  if (!check) return {};
+  return read(std::array{XProperty{*check, atom("_NET_WM_NAME")}}).front().text();
 }
 
 bool XServer::managerKnows(std::string_view hint) {

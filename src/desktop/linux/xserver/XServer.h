@@ -97,8 +97,9 @@ class XServer {
 
   /// Properties in the order of the question, however many, in one round trip.
   [[nodiscard]] std::vector<XPropertyValue> read(std::span<const XProperty> properties);
-  /// The items of a property of 32-bit numbers.
+  /// The items of a property of 32-bit numbers, and the first of them.
   [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, std::string_view property);
+  [[nodiscard]] std::optional<std::uint32_t> number(xcb_window_t window, std::string_view property);
   /// The same of many windows, in one round trip.
   [[nodiscard]] std::vector<std::vector<std::uint32_t>> numbersOf(
       std::span<const xcb_window_t> windows, std::string_view property);
