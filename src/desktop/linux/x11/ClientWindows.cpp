@@ -124,9 +124,7 @@ ClientList ClientWindows::read() const {
     const auto of = std::span(values).subspan(first + i * kWindowProperties, kWindowProperties);
     list.windows.push_back(windowOf(ids[i], of));
   }
-  list.windowManager = values[1].text();
-  if (list.windowManager.empty()) list.windowManager = "unnamed";
-  list.habits = habitsOf(list.windowManager);
+  list.habits = habitsOf(values[1].text());
   takeRoot(root, list);
   const auto knows = [&](std::string_view hint) {
     return root[kSupported].contains(server_.atom(hint));

@@ -53,7 +53,7 @@ struct ClientWindow {
 
 /// Whom hiding and showing asks.
 struct WindowManagerAtWork {
-  /// Its own, which goes with it.
+  /// Its own, which goes with it. None: no window manager runs.
   xcb_window_t window = XCB_NONE;
   /// Whether it says that a WindowManagerTurn comes.
   bool tellsTurn = false;
@@ -71,8 +71,6 @@ struct ClientList {
   /// The hidden window that the user worked in last; none when there is none.
   xcb_window_t rememberedActive = XCB_NONE;
   std::uint32_t currentDesktop = 0;
-  /// Empty while no window manager runs.
-  std::string windowManager;
   WindowManagerHabits habits;
   bool canMinimise = false;
   bool canRestack = false;

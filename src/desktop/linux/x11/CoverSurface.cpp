@@ -28,20 +28,19 @@ constexpr std::uint32_t kFromPager = 2;
 CoverSurface::CoverSurface(XEvents& events, const QRect& area,
                            std::shared_ptr<const XPicture> picture, const CoverStand& stand,
                            std::function<void()> mapped)
-    : events_(events),
-      server_(events.server()),
+    : server_(events.server()),
       area_(area),
       picture_(std::move(picture)),
       stand_(stand),
       window_(xcb_generate_id(server_.get())) {
   create();
   describe();
-  watch_ = events_.watch(window_, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS,
-                         [this, mapped = std::move(mapped)](const xcb_generic_event_t& event) {
-                           if (typeOf(event) != XCB_MAP_NOTIFY) return;
-                           insistOnPlace();
-                           mapped();
-                         });
+  watch_ = events.watch(window_, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_BUTTON_PRESS,
+                        [this, mapped = std::move(mapped)](const xcb_generic_event_t& event) {
+                          if (typeOf(event) != XCB_MAP_NOTIFY) return;
+                          insistOnPlace();
+                          mapped();
+                        });
 }
 
 CoverSurface::~CoverSurface() {

@@ -64,7 +64,6 @@ class CoverSurface {
   void insistOnPlace();
   void setText(std::string_view property, std::string_view type, std::string_view value);
 
-  XEvents& events_;
   XServer& server_;
   QRect area_;
   std::shared_ptr<const XPicture> picture_;

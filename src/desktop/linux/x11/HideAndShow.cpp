@@ -136,7 +136,7 @@ void ShowOperation::asked(ShowWay way, std::vector<xcb_window_t> left) {
 void ShowOperation::putBack() {
   ClientList now = before_;
   if (!clients_.refresh(now)) now = clients_.read();
-  if (now.windowManager.empty()) {
+  if (now.manager.window == XCB_NONE) {
     done_();
     return;
   }

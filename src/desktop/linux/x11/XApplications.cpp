@@ -72,7 +72,7 @@ XApplications::Moment XApplications::read() {
     ids.emplace(group.key, group.id);
   }
   // While one window manager takes over from another, nothing is listed and all goes on running.
-  if (!moment.list.windowManager.empty()) ids_ = std::move(ids);
+  if (moment.list.manager.window != XCB_NONE) ids_ = std::move(ids);
   if (!operation_) watch_.follow(moment.list);
   return moment;
 }
@@ -87,7 +87,7 @@ const XApplications::Moment& XApplications::now() {
 
 std::vector<ApplicationInfo> XApplications::runningApplications() {
   const Moment& moment = now();
-  if (moment.list.windowManager.empty()) {
+  if (moment.list.manager.window == XCB_NONE) {
     warnOnce("no window manager: windows of other programs cannot be hidden");
   }
   std::vector<ApplicationInfo> infos{{kOurselves,
