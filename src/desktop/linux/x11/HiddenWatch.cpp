@@ -18,11 +18,11 @@ void HiddenWatch::follow(const ClientList& list) {
   if (hidden_.empty()) {
     root_.reset();
   } else if (!root_) {
-    watchRoot();
+    resume();
   }
 }
 
-void HiddenWatch::watchRoot() {
+void HiddenWatch::resume() {
   root_ = events_.watchProperty(events_.server().root(), "_NET_ACTIVE_WINDOW",
                                 [this] { activeWindowChanged(); });
 }

@@ -21,10 +21,9 @@ class HiddenWatch {
   /// While windows are being hidden or shown they become active without the user.
   void pause();
   /// Before the list for `follow` is read, so that nothing falls between the two.
-  void resume() { watchRoot(); }
+  void resume();
 
  private:
-  void watchRoot();
   void activeWindowChanged();
   /// Notes that the active window was brought forward, as soon as it is back.
   void expectBack(xcb_window_t active);

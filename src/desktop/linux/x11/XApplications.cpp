@@ -139,14 +139,12 @@ bool XApplications::wish(Id application, Wish wish) {
 
 void XApplications::queueEndOfTurn() {
   if (std::exchange(turnEnds_, true)) return;
-  QMetaObject::invokeMethod(
-      &context_, [this] { endTurn(); }, Qt::QueuedConnection);
-}
-
-void XApplications::endTurn() {
-  turnEnds_ = false;
-  if (!operation_) carryOut();
-  isFresh_ = false;
+  const auto end = [this] {
+    turnEnds_ = false;
+    if (!operation_) carryOut();
+    isFresh_ = false;
+  };
+  QMetaObject::invokeMethod(&context_, end, Qt::QueuedConnection);
 }
 
 void XApplications::carryOut() {

@@ -53,7 +53,6 @@ class XApplications final : public platform::port::RunningApplications {
   [[nodiscard]] std::optional<Wish> wishFor(Id application) const;
   bool wish(Id application, Wish wish);
   void queueEndOfTurn();
-  void endTurn();
   void carryOut();
   /// Takes the wishes of that kind out of the waiting ones.
   std::vector<const ApplicationGroup*> take(Wish wish, const Moment& moment);

@@ -68,25 +68,19 @@ void XKeyboard::handle(const xcb_generic_event_t& event) {
   settling_.start();
 }
 
-void XKeyboard::load() {
-  if (!std::exchange(isStale_, false)) return;
-  xcb_connection_t* connection = events_.server().get();
-  const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
-      connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
-  if (state) group_ = state->group;
-  const XkbContext context = newXkbContext();
-  xkb_keymap* now = xkb_x11_keymap_new_from_device(context.get(), connection,
-                                                   xkb_x11_get_core_keyboard_device_id(connection),
-                                                   XKB_KEYMAP_COMPILE_NO_FLAGS);
-  if (now != nullptr) {
-    keymap_.emplace(now);
-  } else {
-    qCWarning(lcKeys, "the server does not tell the keyboard's layout");
-  }
-}
-
 const Keymap* XKeyboard::keymap() {
-  load();
+  if (std::exchange(isStale_, false)) {
+    xcb_connection_t* connection = events_.server().get();
+    const XReply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
+        connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    if (state) group_ = state->group;
+    const XkbContext context = newXkbContext();
+    const int device = xkb_x11_get_core_keyboard_device_id(connection);
+    xkb_keymap* now = xkb_x11_keymap_new_from_device(context.get(), connection, device,
+                                                     XKB_KEYMAP_COMPILE_NO_FLAGS);
+    if (now != nullptr) keymap_.emplace(now);
+    if (now == nullptr) qCWarning(lcKeys, "the server does not tell the keyboard's layout");
+  }
   return keymap_ ? &*keymap_ : nullptr;
 }
 

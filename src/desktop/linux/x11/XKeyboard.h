@@ -50,7 +50,6 @@ class XKeyboard final : public KeyTranslator {
   XKeyboard(XEvents& events, std::uint8_t firstEvent);
   void selectEvents();
   void handle(const xcb_generic_event_t& event);
-  void load();
 
   XEvents& events_;
   std::unique_ptr<XEvents::Watch> watch_;
