@@ -244,7 +244,7 @@ std::optional<std::string> nameOf(const Keymap& keymap, Keycode key, KeyboardGro
     return leadsBack(own) ? keymap.textOf(key, group, shift) : std::nullopt;
   }
   for (const bool withShift : {shift, !shift}) {
-    const auto text = keymap.textOf(key, group, withShift);
+    auto text = keymap.textOf(key, group, withShift);
     const auto code = text ? codeNamed(*text) : std::nullopt;
     if (code && leadsBack(*code)) return text;
   }
