@@ -71,6 +71,7 @@ template <class Things, class Ask, class Answer>
   std::vector<Cookie> cookies;
   for (const auto& thing : things) cookies.push_back(ask(thing));
   std::vector<XReply<Reply>> replies;
+  replies.reserve(cookies.size());
   for (const Cookie& cookie : cookies) replies.emplace_back(answer(connection, cookie, nullptr));
   return replies;
 }
