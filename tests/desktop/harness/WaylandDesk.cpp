@@ -32,6 +32,13 @@ void writeStartScript(const fs::path& script) {
   fs::permissions(script, fs::perms::owner_all | fs::perms::others_exec | fs::perms::others_read);
 }
 
+/// What the kernel tells of a process, which may end meanwhile.
+std::string told(const fs::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  return text.str();
+}
+
 constexpr const char* kToldByCompositors[] = {"SWAYSOCK", "LABWC_PID"};
 
 std::string swayConfiguration(const WaylandOptions& options, const fs::path& script) {
@@ -291,6 +298,19 @@ void WaylandDesk::scale(const std::string& output, double factor) {
   };
   if (!configureOutput(output, "scale " + text.str(), {"--scale", text.str()}, isSo))
     throw std::runtime_error(output + " is not scaled");
+}
+
+std::pair<pid_t, std::string> WaylandDesk::swaysSwaybg() const {
+  const std::string folder = "XDG_RUNTIME_DIR=" + home().runtime().string();
+  for (const auto& process : fs::directory_iterator("/proc")) {
+    const std::string words = told(process.path() / "cmdline");
+    if (!words.starts_with("swaybg")) continue;
+    const std::string environment = told(process.path() / "environ");
+    if (environment.find(folder) == std::string::npos) continue;
+    if (environment.find("WAYLAND_SOCKET=") == std::string::npos) continue;
+    return {std::stoi(process.path().filename()), words};
+  }
+  return {};
 }
 
 void WaylandDesk::reload() {

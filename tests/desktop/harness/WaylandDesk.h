@@ -1,8 +1,12 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/harness/Desk.h"
@@ -80,6 +84,9 @@ class WaylandDesk final : public Desk {
   void turnOn(const std::string& output);
   void scale(const std::string& output, double factor);
 
+  /// The words by which sway has started its own swaybg, a NUL after each, and the process; empty
+  /// while there is none.
+  [[nodiscard]] std::pair<pid_t, std::string> swaysSwaybg() const;
   /// Has the compositor read its configuration anew, and returns when it was told so.
   void reload();
 

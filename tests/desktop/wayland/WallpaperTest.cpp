@@ -42,19 +42,6 @@ class PicturesDesk : public wayland_test::ModeDesk {
     desk.home().writeConfig("sway/pictures", lines + "\n");
     desk.reload();
   }
-  /// What sway's own swaybg was told, the process by its number; empty while there is none.
-  [[nodiscard]] std::pair<pid_t, std::string> swaysSwaybg() const {
-    const std::string folder = "XDG_RUNTIME_DIR=" + desk.home().runtime().string();
-    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
-      const std::string words = harness::textOf(process.path() / "cmdline");
-      if (!words.starts_with("swaybg")) continue;
-      const std::string variables = harness::textOf(process.path() / "environ");
-      if (variables.find(folder) == std::string::npos) continue;
-      if (variables.find("WAYLAND_SOCKET=") == std::string::npos) continue;
-      return {std::stoi(process.path().filename()), words};
-    }
-    return {};
-  }
   /// Has a program of the user's show that on all outputs.
   [[nodiscard]] std::unique_ptr<harness::Process> swaybg(const std::string& file) {
     return desk.start({"swaybg", "-o", "*", "-m", "fill", "-i", file});
@@ -109,9 +96,9 @@ TEST_F(SwayPictureTest, IsLaidOutAsTheOneBefore) {
 
 TEST_F(SwayPictureTest, StaysWhenSwayReadsItsConfigurationAnew) {
   ASSERT_NO_FATAL_FAILURE(swap());
-  const pid_t before = swaysSwaybg().first;
+  const pid_t before = desk.swaysSwaybg().first;
   desk.reload();
-  EXPECT_TRUE(desk.until([&] { return swaysSwaybg().first != before; }));
+  EXPECT_TRUE(desk.until([&] { return desk.swaysSwaybg().first != before; }));
   EXPECT_TRUE(shows(kBlue, kBlue));
   toggle();
   ASSERT_TRUE(shows(kRed, kRed));
@@ -121,8 +108,8 @@ TEST_F(SwayPictureTest, StaysWhenSwayReadsItsConfigurationAnew) {
 
 TEST_F(SwayPictureTest, ComesAndGoesAlsoWhereSwaybgWasKilled) {
   ASSERT_NO_FATAL_FAILURE(swap());
-  ASSERT_EQ(::kill(swaysSwaybg().first, SIGKILL), 0);
-  ASSERT_TRUE(desk.until([&] { return swaysSwaybg().first == 0; }));
+  ASSERT_EQ(::kill(desk.swaysSwaybg().first, SIGKILL), 0);
+  ASSERT_TRUE(desk.until([&] { return desk.swaysSwaybg().first == 0; }));
   toggle();
   EXPECT_TRUE(shows(kRed, kRed)) << program->errorOutput();
 }
@@ -139,7 +126,7 @@ TEST_F(SwayPictureTest, IsToldOfAnOutputByTheNameThatTheConfigurationHas) {
                    "' fill");
   const auto isTold = [&](const std::string& file) {
     return desk.until([&] {
-      std::string words = swaysSwaybg().second;
+      std::string words = desk.swaysSwaybg().second;
       std::ranges::replace(words, '\0', ' ');
       return words.find("-o " + name + " -i " + file + " ") != std::string::npos;
     });

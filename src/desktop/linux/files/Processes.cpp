@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QSocketNotifier>
 #include <algorithm>
+#include <ctime>
 #include <utility>
 
 #include "desktop/linux/files/FileDescriptor.h"
@@ -26,14 +27,30 @@ QByteArrayList wordsOf(qint64 pid, const char* what) {
   return words;
 }
 
-/// In ticks since the machine started; proc(5).
-qulonglong startOf(qint64 pid) {
+ProcessTime ticksASecond() {
+  return static_cast<ProcessTime>(::sysconf(_SC_CLK_TCK));
+}
+
+}  // namespace
+
+// See proc(5).
+ProcessTime startOf(qint64 pid) {
   constexpr qsizetype kStart = 19;  // counted from behind the program's name, which may have blanks
   const QByteArray stat = read(pid, "stat");
   return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(kStart).toULongLong();
 }
 
-}  // namespace
+ProcessTime processTimeNow() {
+  constexpr ProcessTime kNanoseconds = 1'000'000'000;
+  timespec now{};
+  ::clock_gettime(CLOCK_BOOTTIME, &now);
+  return processTimeOf(std::chrono::seconds(now.tv_sec)) +
+         static_cast<ProcessTime>(now.tv_nsec) * ticksASecond() / kNanoseconds;
+}
+
+ProcessTime processTimeOf(std::chrono::seconds span) {
+  return static_cast<ProcessTime>(span.count()) * ticksASecond();
+}
 
 qint64 processBehind(int socket) {
   ucred peer{};
@@ -71,7 +88,7 @@ QByteArrayList environmentOf(qint64 pid) {
 }
 
 std::vector<qint64> processesNamed(const QByteArray& name) {
-  std::vector<std::pair<qulonglong, qint64>> found;
+  std::vector<std::pair<ProcessTime, qint64>> found;
   for (const QString& folder : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
     const qint64 pid = folder.toLongLong();
     if (pid > 0 && read(pid, "comm").trimmed() == name) found.emplace_back(startOf(pid), pid);

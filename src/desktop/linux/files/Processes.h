@@ -2,6 +2,7 @@
 
 #include <QByteArrayList>
 #include <QString>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -22,6 +23,13 @@ namespace linux_desktop {
 
 /// The processes that run a program of that name, anybody's, those first that started first.
 [[nodiscard]] std::vector<qint64> processesNamed(const QByteArray& name);
+
+/// A moment as the kernel notes when processes start: in ticks since the machine started.
+using ProcessTime = qulonglong;
+/// 0 where there is no such process.
+[[nodiscard]] ProcessTime startOf(qint64 pid);
+[[nodiscard]] ProcessTime processTimeNow();
+[[nodiscard]] ProcessTime processTimeOf(std::chrono::seconds span);
 
 /// The one at the other end of a connection, which has made the socket there; 0 where nobody may
 /// know.

@@ -75,17 +75,22 @@ std::optional<SwaybgTold> SwayWallpaper::shownOn(const QString& output) {
   const auto running = SwaybgTable::on(names);
   const auto told = told_.find(output);
   if (told != told_.end()) {
-    const bool isShown = running && running->told == told->second.row;
-    if (!isShown && !told->second.until.hasExpired()) return told->second.row;
-    told->second.until = QDeadlineTimer();
+    if (isStarting(told->second, running)) return told->second.row;
   }
   if (!running || !running->isCompositors) return std::nullopt;
   // Else sway has not told them in time.
   if (names.size() > 1)
     names_.insert_or_assign(output, names.contains(running->output) ? running->output : output);
-  Told& last = told_.try_emplace(output, Told{{}, QDeadlineTimer(), false}).first->second;
+  Told& last = told_[output];
+  // What follows a reload is ours again.
   if (!last.isOurs) last.row = running->told;
   return running->told;
+}
+
+/// Whether sway is yet to show what it was told, by one that it is starting.
+bool SwayWallpaper::isStarting(const Told& told, const std::optional<RunningSwaybg>& running) {
+  if (!running) return processTimeNow() < told.until + processTimeOf(kStart);
+  return running->told != told.row && running->started <= told.until;
 }
 
 std::optional<Backdrop> SwayWallpaper::backdrop(const Monitor& monitor) {
@@ -102,12 +107,20 @@ std::optional<WallpaperState> SwayWallpaper::state(const Monitor& monitor) {
                         shown->backdrop().file};
 }
 
+std::optional<Dictionary> SwayWallpaper::options(const Monitor& monitor) {
+  const auto shown = shownOn(monitor.name);
+  if (!shown) return otherwise_->options(monitor);
+  return Dictionary{{kMode, shown->mode.toStdString()}};
+}
+
 std::optional<std::string> SwayWallpaper::show(const Monitor& monitor, const QString& file,
                                                const Dictionary& options) {
   const auto shown = shownOn(monitor.name);
   if (!shown) return otherwise_->show(monitor, file, options);
-  const bool isSeen = shown->backdrop().style != BackdropStyle::None;
-  return tell(monitor.name, {file, isSeen ? shown->mode : QByteArray("fill"), shown->colour}, true);
+  SwaybgTold wanted{file, shown->mode, shown->colour};
+  if (const auto mode = platform::valueOf<std::string>(options, kMode)) wanted.mode = mode->c_str();
+  if (wanted.mode.isEmpty() || wanted.backdrop().style == BackdropStyle::None) wanted.mode = "fill";
+  return tell(monitor.name, wanted, true);
 }
 
 std::optional<std::string> SwayWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
@@ -126,19 +139,19 @@ QString SwayWallpaper::nameFor(const QString& output) const {
 std::optional<std::string> SwayWallpaper::tell(const QString& output, const SwaybgTold& row,
                                                bool isOurs) {
   const QByteArray command = commandFor(nameFor(output), row);
-  auto fault = faultIn(sway_.carryOut(command));
+  const auto answer = sway_.carryOut(command);
+  auto fault = faultIn(answer);
   if (fault) return fault;
-  told_.insert_or_assign(output, Told{row, QDeadlineTimer(), isOurs});
-  // One swaybg shows the pictures of all.
-  for (auto& [each, told] : told_) told.until = QDeadlineTimer(kStart);
+  told_.insert_or_assign(output, Told{.row = row, .isOurs = isOurs});
+  // One swaybg shows the pictures of all; it runs when sway answers, be it in time.
+  const ProcessTime until = processTimeNow() + (answer ? 0 : processTimeOf(kStart));
+  for (auto& [each, told] : told_) told.until = until;
   return std::nullopt;
 }
 
 void SwayWallpaper::tellAnew() {
   for (auto& [output, told] : told_) {
-    if (!told.isOurs) continue;
-    sway_.command(commandFor(nameFor(output), told.row));
-    told.until = QDeadlineTimer(kStart);
+    if (told.isOurs) static_cast<void>(tell(output, told.row, true));
   }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDeadlineTimer>
 #include <functional>
 #include <map>
 #include <memory>
@@ -23,6 +22,7 @@ class SwayWallpaper final : public WallpaperAdapter {
 
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   std::optional<WallpaperState> state(const Monitor& monitor) override;
+  std::optional<platform::Dictionary> options(const Monitor& monitor) override;
   std::optional<std::string> show(const Monitor& monitor, const QString& file,
                                   const platform::Dictionary& options) override;
   std::optional<std::string> restore(const Monitor& monitor,
@@ -35,10 +35,10 @@ class SwayWallpaper final : public WallpaperAdapter {
   /// What sway was told last of an output, or had of it before.
   struct Told {
     SwaybgTold row;
-    /// For as long as it may take to start the swaybg that shows it.
-    QDeadlineTimer until;
+    /// A swaybg that is started later shows what the user has set since.
+    ProcessTime until = 0;
     /// Not what the user has there, which alone sway shows after a reload.
-    bool isOurs;
+    bool isOurs = false;
   };
 
   [[nodiscard]] QStringList namesOf(const QString& output);
@@ -46,6 +46,8 @@ class SwayWallpaper final : public WallpaperAdapter {
   [[nodiscard]] std::optional<SwaybgTold> shownOn(const QString& output);
   [[nodiscard]] std::optional<std::string> tell(const QString& output, const SwaybgTold& row,
                                                 bool isOurs);
+  [[nodiscard]] static bool isStarting(const Told& told,
+                                       const std::optional<RunningSwaybg>& running);
   void tellAnew();
 
   SwaySocket& sway_;

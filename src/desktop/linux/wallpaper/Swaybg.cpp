@@ -125,6 +125,7 @@ std::optional<RunningSwaybg> SwaybgTable::on(const QStringList& names) {
     if (!told) continue;
     // A compositor hands the connection over itself.
     told->isCompositors = !valueIn(environmentOf(pid), "WAYLAND_SOCKET").isEmpty();
+    told->started = startOf(pid);
     return told;
   }
   return std::nullopt;

@@ -32,6 +32,7 @@ struct RunningSwaybg {
   SwaybgTold told;
   /// By which of its names the output was called; "*": all that are not named.
   QString output;
+  ProcessTime started = 0;
 };
 
 /// The programs called swaybg in this session, which show the pictures of compositors that draw
