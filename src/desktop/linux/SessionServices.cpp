@@ -67,8 +67,8 @@ struct SessionRooms {
   }
   /// sway shows pictures of its own.
   void arrangeWallpaper() {
+    if (sway->stacksDownwards()) wayland->setFirstIsInFront();
     if (wayland->wallpaper() == nullptr) return;
-    if (sway->stacksDownwards()) wayland->wallpaper()->standAboveOthers();
     facts().setBareDesktop(sway->wallpaper(facts().bareDesktop()));
   }
 };

@@ -4,7 +4,7 @@
 //
 // NAME is the windows' title and what compositors know the program by, COLOUR as #rrggbb. It says
 // what it hears: "active" and "inactive" as the keyboard comes and goes, "key TEXT", "press". F5
-// minimises the window.
+// minimises the window, F11 has it fill the screen.
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -19,6 +19,7 @@ class Window : public QWidget {
  protected:
   void keyPressEvent(QKeyEvent* event) override {
     if (event->key() == Qt::Key_F5) showMinimized();
+    if (event->key() == Qt::Key_F11) showFullScreen();
     if (!event->text().isEmpty()) say("key " + event->text().toStdString());
   }
   void mousePressEvent(QMouseEvent*) override { say("press"); }

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <regex>
+
 #include "desktop/harness/AccessibilityClient.h"
 #include "desktop/harness/WaylandDesk.h"
 
@@ -12,12 +15,15 @@ using harness::Compositor;
 using harness::Image;
 using harness::Rect;
 using harness::WaylandDesk;
+using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::Not;
 
 namespace {
 
+constexpr const char* kName = "org.calmdeck.Calmdeck";
 constexpr Rect kFirstOutput{0, 0, WaylandDesk::kOutputWidth, WaylandDesk::kOutputHeight};
+constexpr Rect kDesktop{0, 0, 2 * WaylandDesk::kOutputWidth, WaylandDesk::kOutputHeight};
 
 class WaylandPanelTest : public testing::TestWithParam<Compositor> {
  protected:
@@ -111,6 +117,21 @@ TEST_P(WaylandPanelTest, APressAnywhereElseClosesItAndItIsListedNowhere) {
   const Rect second = desk.outputs().back().area;
   desk.input().click(second.centreX(), second.bottom() - 20);
   EXPECT_TRUE(desk.until(isBare)) << "on another monitor";
+}
+
+TEST_P(WaylandPanelTest, APressOnAWindowThatFillsTheScreenClosesIt) {
+  desk.input().key("Escape");
+  ASSERT_TRUE(gaveKeyboardBack());
+  desk.input().key("F11");
+  Rect filled;
+  ASSERT_TRUE(desk.until([&] {
+    filled = desk.areaOf(slides.colour).value_or(Rect());
+    return filled.width == kFirstOutput.width && filled.height == kFirstOutput.height;
+  }));
+  ASSERT_TRUE(desk.run({"gapplication", "launch", kName}).succeeded());
+  ASSERT_TRUE(hasKeyboard());
+  desk.input().click(filled.centreX(), filled.bottom() - 40);
+  EXPECT_TRUE(gaveKeyboardBack());
 }
 
 TEST_P(WaylandPanelTest, AnAlertOfThePanelsIsInFrontWithTheKeyboardAndGivesItBack) {

@@ -20,7 +20,7 @@ LayerCover::~LayerCover() {
 }
 
 const WaylandOutput* LayerCover::output() const {
-  if (covers_.connection_.isLost()) return nullptr;
+  if (covers_.shell_.connection.isLost()) return nullptr;
   return covers_.outputs_.at(covers_.screens_.points(window().frame()).center());
 }
 
@@ -62,7 +62,8 @@ void LayerCover::arrived(const LayerSurface::Place& place) {
 }
 
 void LayerCover::lookAgain() {
-  if (surface() != nullptr || !picture_ || home_.isEmpty() || covers_.connection_.isLost()) return;
+  if (surface() != nullptr || !picture_ || home_.isEmpty() || covers_.shell_.connection.isLost())
+    return;
   if (const WaylandOutput* home = covers_.outputs_.named(home_)) putUp(home->global(), picture_);
 }
 
@@ -76,12 +77,11 @@ void LayerCover::remake() {
   putUp(surface()->place(), surface()->picture());
 }
 
-LayerCovers::LayerCovers(WaylandConnection& connection, const WaylandOutputs& outputs,
+LayerCovers::LayerCovers(const LayerShell& shell, const WaylandOutputs& outputs,
                          const MonitorScreens& screens)
-    : connection_(connection),
+    : shell_(shell),
       outputs_(outputs),
       screens_(screens),
-      shell_(connection),
       plasma_(QStringLiteral("org.kde.plasmashell"), QDBusConnection::sessionBus(),
               QDBusServiceWatcher::WatchForRegistration) {
   QObject::connect(&outputs, &WaylandOutputs::changed, &context_,

@@ -55,7 +55,7 @@ class LayerCover final : public CoverPeer<LayerSurface> {
 class LayerCovers final : public CoverFactory {
  public:
   /// All outlive this.
-  LayerCovers(WaylandConnection& connection, const WaylandOutputs& outputs,
+  LayerCovers(const LayerShell& shell, const WaylandOutputs& outputs,
               const MonitorScreens& screens);
   LayerCovers(const LayerCovers&) = delete;
   LayerCovers& operator=(const LayerCovers&) = delete;
@@ -70,10 +70,9 @@ class LayerCovers final : public CoverFactory {
 
   void forEach(const std::function<void(LayerCover&)>& act) const;
 
-  WaylandConnection& connection_;
+  const LayerShell& shell_;
   const WaylandOutputs& outputs_;
   const MonitorScreens& screens_;
-  LayerShell shell_;
   std::vector<LayerCover*> shown_;
   /// Another desktop of Plasma's may stand above the lowest sheets.
   QDBusServiceWatcher plasma_;

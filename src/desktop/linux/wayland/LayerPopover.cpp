@@ -27,7 +27,7 @@ QScreen& screenOf(const QRect& place) {
 
 std::unique_ptr<LayerPopover> LayerPopover::make(const QtWayland& qt, zwlr_layer_shell_v1& shell,
                                                  QWindow& window, const QRect& place, bool isExact,
-                                                 std::function<void()> dismissed) {
+                                                 Client client) {
   // A surface that had a role does not get another one.
   if (QtWayland::surfaceOf(window) == nullptr) {
     window.destroy();
@@ -45,7 +45,7 @@ std::unique_ptr<LayerPopover> LayerPopover::make(const QtWayland& qt, zwlr_layer
   });
   zwlr_layer_surface_v1& role = *layer;
   std::unique_ptr<LayerPopover> popover(
-      new LayerPopover(window, screen, std::move(layer), std::move(dismissed)));
+      new LayerPopover(window, screen, std::move(layer), std::move(client)));
   if (isExact) zwlr_layer_surface_v1_set_exclusive_zone(&role, kOverPanelsToo);
   popover->moveTo(place);
   if (qt.waitFor(
@@ -60,16 +60,17 @@ std::unique_ptr<LayerPopover> LayerPopover::make(const QtWayland& qt, zwlr_layer
 }
 
 LayerPopover::LayerPopover(QWindow& window, QScreen& screen,
-                           WaylandProxy<zwlr_layer_surface_v1> layer,
-                           std::function<void()> dismissed)
-    : window_(window), screen_(screen), layer_(std::move(layer)), dismissed_(std::move(dismissed)) {
+                           WaylandProxy<zwlr_layer_surface_v1> layer, Client client)
+    : window_(window), screen_(screen), layer_(std::move(layer)), client_(std::move(client)) {
   static constexpr zwlr_layer_surface_v1_listener kListener{
       [](void* self, zwlr_layer_surface_v1* role, std::uint32_t serial, std::uint32_t,
          std::uint32_t) {
         zwlr_layer_surface_v1_ack_configure(role, serial);
         static_cast<LayerPopover*>(self)->configured_ = true;
       },
-      [](void* self, zwlr_layer_surface_v1*) { static_cast<LayerPopover*>(self)->dismissed_(); }};
+      [](void* self, zwlr_layer_surface_v1*) {
+        static_cast<LayerPopover*>(self)->client_.dismissed();
+      }};
   zwlr_layer_surface_v1_add_listener(layer_.get(), &kListener, this);
   zwlr_layer_surface_v1_set_keyboard_interactivity(layer_.get(), kExclusive);
   // Qt then lets go of the surface, which has to outlive its role.
@@ -87,6 +88,7 @@ void LayerPopover::giveWay(bool toAnother) {
   zwlr_layer_surface_v1_set_layer(
       layer_.get(), toAnother ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY);
   wl_surface_commit(surface);
+  if (!toAnother) client_.cameBack();
 }
 
 // From the nearest corner, so that what the panels keep free comes to it from the compositor.

@@ -12,15 +12,20 @@ namespace linux_desktop {
 /// it the keyboard at once and lists it nowhere.
 class LayerPopover final : public OwnWindows::Popover {
  public:
+  struct Client {
+    /// Called out of the event loop when the compositor takes the window away.
+    std::function<void()> dismissed;
+    /// It is in front again, as one that came there last.
+    std::function<void()> cameBack;
+  };
+
   /// Null where the compositor does not answer. `window` is not on the screen, and is shown next.
   /// `isExact`: the place is off the panels already; else what they keep free comes to it. `qt` and
-  /// `shell`, one of Qt's connection, outlive this. `dismissed` is called out of the event loop
-  /// when the compositor takes the window away.
+  /// `shell`, one of Qt's connection, outlive this.
   [[nodiscard]] static std::unique_ptr<LayerPopover> make(const QtWayland& qt,
                                                           zwlr_layer_shell_v1& shell,
                                                           QWindow& window, const QRect& place,
-                                                          bool isExact,
-                                                          std::function<void()> dismissed);
+                                                          bool isExact, Client client);
   LayerPopover(const LayerPopover&) = delete;
   LayerPopover& operator=(const LayerPopover&) = delete;
 
@@ -29,12 +34,12 @@ class LayerPopover final : public OwnWindows::Popover {
 
  private:
   LayerPopover(QWindow& window, QScreen& screen, WaylandProxy<zwlr_layer_surface_v1> layer,
-               std::function<void()> dismissed);
+               Client client);
 
   QWindow& window_;
   QScreen& screen_;
   WaylandProxy<zwlr_layer_surface_v1> layer_;
-  std::function<void()> dismissed_;
+  Client client_;
   bool configured_ = false;
   QObject context_;
 };

@@ -21,9 +21,13 @@ constexpr const char* kDesktop = "desktop";
 constexpr const char* kOther = "calmdeck-cover";
 constexpr const char* kOfKWin = "org_kde_plasma_shell";
 
-std::uint32_t numberOf(LayerSheet::Layer layer) {
-  return layer == LayerSheet::Layer::Background ? ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND
-                                                : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM;
+/// By LayerPlace::Layer.
+constexpr std::uint32_t kLayers[] = {
+    ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND, ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM,
+    ZWLR_LAYER_SHELL_V1_LAYER_TOP, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY};
+
+constexpr std::uint32_t numberOf(LayerPlace::Layer layer) {
+  return kLayers[static_cast<std::size_t>(layer)];
 }
 
 std::vector<const char*> kindsFor(const WaylandConnection& connection) {
@@ -37,59 +41,60 @@ std::vector<const char*> kindsFor(const WaylandConnection& connection) {
 LayerShell::LayerShell(WaylandConnection& server)
     : connection(server),
       compositor(server.bindFirst<wl_compositor>(wl_compositor_interface, kCompositorVersion)),
+      shm(server.bindFirst<wl_shm>(wl_shm_interface, 1)),
       shell(server.bindFirst<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, kShellVersion)),
       viewporter(server.bindFirst<wp_viewporter>(wp_viewporter_interface, 1)),
       kinds(kindsFor(server)) {}
 
-LayerSheet::LayerSheet(LayerShell& shell, Layer layer, const char* kind,
+LayerPlace::LayerPlace(const LayerShell& shell, Layer layer, Extent extent, const char* kind,
+                       const WaylandOutput& output, Client client)
+    : client_(std::move(client)),
+      surface_(wl_compositor_create_surface(shell.compositor.get())),
+      role_(zwlr_layer_shell_v1_get_layer_surface(shell.shell.get(), surface_.get(), output.get(),
+                                                  numberOf(layer), kind)) {
+  static constexpr zwlr_layer_surface_v1_listener kListener{
+      [](void* self, zwlr_layer_surface_v1* role, std::uint32_t serial, std::uint32_t width,
+         std::uint32_t height) {
+        zwlr_layer_surface_v1_ack_configure(role, serial);
+        static_cast<LayerPlace*>(self)->client_.configured(
+            QSize(static_cast<int>(width), static_cast<int>(height)));
+      },
+      [](void* self, zwlr_layer_surface_v1*) {
+        const auto closed = std::exchange(static_cast<LayerPlace*>(self)->client_.closed, {});
+        if (closed) closed();
+      }};
+  zwlr_layer_surface_v1_add_listener(role_.get(), &kListener, this);
+  zwlr_layer_surface_v1_set_anchor(role_.get(), kAllEdges);
+  zwlr_layer_surface_v1_set_exclusive_zone(role_.get(),
+                                           extent == Extent::UnderPanels ? kUnderPanels : 0);
+  zwlr_layer_surface_v1_set_keyboard_interactivity(
+      role_.get(), ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE);
+  wl_surface_commit(surface_.get());
+}
+
+void LayerPlace::moveTo(Layer layer) {
+  zwlr_layer_surface_v1_set_layer(role_.get(), numberOf(layer));
+  wl_surface_commit(surface_.get());
+}
+
+LayerSheet::LayerSheet(const LayerShell& shell, Layer layer, const char* kind,
                        const WaylandOutput& output, std::shared_ptr<const ShmPicture> picture,
                        Client client)
     : connection_(shell.connection),
       picture_(std::move(picture)),
-      client_(std::move(client)),
-      surface_(wl_compositor_create_surface(shell.compositor.get())),
-      viewport_(wp_viewporter_get_viewport(shell.viewporter.get(), surface_.get())),
-      layer_(zwlr_layer_shell_v1_get_layer_surface(shell.shell.get(), surface_.get(), output.get(),
-                                                   numberOf(layer), kind)) {
-  listen();
-  zwlr_layer_surface_v1_set_anchor(layer_.get(), kAllEdges);
-  zwlr_layer_surface_v1_set_exclusive_zone(layer_.get(), kUnderPanels);
-  zwlr_layer_surface_v1_set_keyboard_interactivity(
-      layer_.get(), ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE);
-  wl_surface_commit(surface_.get());
-}
+      arrived_(std::move(client.arrived)),
+      place_(shell, layer, LayerPlace::Extent::UnderPanels, kind, output,
+             {[this](QSize size) { configure(size); }, std::move(client.closed)}),
+      viewport_(wp_viewporter_get_viewport(shell.viewporter.get(), place_.surface())) {}
 
-void LayerSheet::listen() {
-  static constexpr zwlr_layer_surface_v1_listener kListener{
-      [](void* self, zwlr_layer_surface_v1*, std::uint32_t serial, std::uint32_t width,
-         std::uint32_t height) {
-        static_cast<LayerSheet*>(self)->configure(
-            serial, QSize(static_cast<int>(width), static_cast<int>(height)));
-      },
-      [](void* self, zwlr_layer_surface_v1*) {
-        const auto closed = std::exchange(static_cast<LayerSheet*>(self)->client_.closed, {});
-        if (closed) closed();
-      }};
-  zwlr_layer_surface_v1_add_listener(layer_.get(), &kListener, this);
-}
-
-void LayerSheet::configure(std::uint32_t serial, QSize size) {
-  zwlr_layer_surface_v1_ack_configure(layer_.get(), serial);
-  if (size == size_ || size.isEmpty()) return wl_surface_commit(surface_.get());
+void LayerSheet::configure(QSize size) {
+  if (size == size_ || size.isEmpty()) return wl_surface_commit(surface());
   const bool isFirst = size_.isEmpty();
   size_ = size;
   wp_viewport_set_destination(viewport_.get(), size.width(), size.height());
   paint();
-  if (isFirst) awaitArrival();
-}
-
-void LayerSheet::awaitArrival() {
-  static constexpr wl_callback_listener kListener{[](void* self, wl_callback*, std::uint32_t) {
-    const auto arrived = std::exchange(static_cast<LayerSheet*>(self)->client_.arrived, {});
-    if (arrived) arrived();
-  }};
-  first_ = connection_.sync();
-  wl_callback_add_listener(first_.get(), &kListener, this);
+  if (isFirst && arrived_)
+    shown_ = std::make_unique<CaughtUp>(connection_, std::exchange(arrived_, {}));
 }
 
 void LayerSheet::setPicture(std::shared_ptr<const ShmPicture> picture) {
@@ -98,13 +103,12 @@ void LayerSheet::setPicture(std::shared_ptr<const ShmPicture> picture) {
 }
 
 void LayerSheet::paint() {
-  wl_surface_attach(surface_.get(), picture_->buffer(), 0, 0);
-  wl_surface_damage_buffer(surface_.get(), 0, 0, picture_->size().width(),
-                           picture_->size().height());
-  wl_surface_commit(surface_.get());
+  wl_surface_attach(surface(), picture_->buffer(), 0, 0);
+  wl_surface_damage_buffer(surface(), 0, 0, picture_->size().width(), picture_->size().height());
+  wl_surface_commit(surface());
 }
 
-LayerSurface::LayerSurface(LayerShell& shell, const WaylandOutput& output,
+LayerSurface::LayerSurface(const LayerShell& shell, const WaylandOutput& output,
                            const std::shared_ptr<const ShmPicture>& picture,
                            const LayerSheet::Client& client)
     : place_(output.global()), picture_(picture) {

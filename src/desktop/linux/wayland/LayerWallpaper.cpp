@@ -19,13 +19,9 @@ constexpr const char* kRefused = "The compositor does not take the picture.";
 
 }  // namespace
 
-LayerWallpaper::LayerWallpaper(WaylandConnection& connection, const WaylandOutputs& outputs,
+LayerWallpaper::LayerWallpaper(const LayerShell& shell, const WaylandOutputs& outputs,
                                const MonitorScreens& screens)
-    : connection_(connection),
-      outputs_(outputs),
-      screens_(screens),
-      shell_(connection),
-      shm_(connection.bindFirst<wl_shm>(wl_shm_interface, 1)) {
+    : shell_(shell), outputs_(outputs), screens_(screens) {
   settling_.setSingleShot(true);
   settling_.setInterval(kAfterOthers);
   QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { outputsChanged(); });
@@ -69,7 +65,7 @@ std::optional<std::string> LayerWallpaper::restore(const Monitor& monitor, const
 }
 
 std::optional<std::string> LayerWallpaper::put(const QString& output, const Backdrop& backdrop) {
-  const WaylandOutput* where = connection_.isLost() ? nullptr : outputs_.named(output);
+  const WaylandOutput* where = shell_.connection.isLost() ? nullptr : outputs_.named(output);
   if (where == nullptr) return kRefused;
   Shown now{backdrop, draw(backdrop, where->monitor())};
   if (!now.picture) return kRefused;
@@ -86,7 +82,7 @@ std::shared_ptr<const ShmPicture> LayerWallpaper::draw(const Backdrop& backdrop,
   BackdropLayout layout;
   layout.manner = manner();
   for (const Monitor& each : screens_.monitors()) layout.desktop |= each.pixels();
-  return ShmPicture::make(*shm_, renderBackdrop(backdrop, monitor, layout));
+  return ShmPicture::make(*shell_.shm, renderBackdrop(backdrop, monitor, layout));
 }
 
 void LayerWallpaper::putUp(Shown& shown, const WaylandOutput& output) {
@@ -98,7 +94,7 @@ void LayerWallpaper::putUp(Shown& shown, const WaylandOutput& output) {
 }
 
 void LayerWallpaper::outputsChanged() {
-  if (connection_.isLost()) return;
+  if (shell_.connection.isLost()) return;
   for (auto& [name, shown] : shown_) {
     const WaylandOutput* output = outputs_.named(name);
     if (output == nullptr) continue;

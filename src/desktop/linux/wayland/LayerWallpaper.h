@@ -23,11 +23,8 @@ namespace linux_desktop {
 class LayerWallpaper final : public WallpaperAdapter {
  public:
   /// All outlive this.
-  LayerWallpaper(WaylandConnection& connection, const WaylandOutputs& outputs,
+  LayerWallpaper(const LayerShell& shell, const WaylandOutputs& outputs,
                  const MonitorScreens& screens);
-
-  /// Whether the compositor has layers.
-  [[nodiscard]] bool isThere() const { return shell_.isThere() && shm_; }
 
   /// For a compositor that puts a surface below those of its layer that were there before: ours go
   /// into the next layer.
@@ -59,11 +56,9 @@ class LayerWallpaper final : public WallpaperAdapter {
   void putUp(Shown& shown, const WaylandOutput& output);
   void outputsChanged();
 
-  WaylandConnection& connection_;
+  const LayerShell& shell_;
   const WaylandOutputs& outputs_;
   const MonitorScreens& screens_;
-  LayerShell shell_;
-  WaylandProxy<wl_shm> shm_;
   LayerSheet::Layer layer_ = LayerSheet::Layer::Background;
   SwaybgTable swaybg_;
   /// By the output's name.

@@ -7,21 +7,11 @@
 #include <optional>
 #include <vector>
 
+#include "desktop/linux/wayland/LayerSurface.h"
 #include "desktop/linux/wayland/PointerSeat.h"
 #include "desktop/linux/wayland/WaylandOutputs.h"
 
 namespace linux_desktop {
-
-/// What catchers are made of.
-struct CatcherParts {
-  WaylandProxy<wl_compositor> compositor;
-  WaylandProxy<wl_shm> shm;
-  WaylandProxy<wp_viewporter> viewporter;
-  WaylandProxy<zwlr_layer_shell_v1> shell;
-
-  explicit CatcherParts(WaylandConnection& connection);
-  [[nodiscard]] bool areThere() const { return compositor && shm && viewporter && shell; }
-};
 
 /// Clear glass over all outputs and all windows, panels too, for as long as it lives: where the
 /// pointer is and what is pressed can be known in no other way. A press ends at the glass.
@@ -30,7 +20,7 @@ class PressCatcher {
   using Pressed = std::function<void(std::uint32_t time)>;
 
   /// All outlive this.
-  PressCatcher(const CatcherParts& parts, WaylandOutputs& outputs, PointerSeat& seat);
+  PressCatcher(const LayerShell& shell, WaylandOutputs& outputs, PointerSeat& seat);
   ~PressCatcher();
   PressCatcher(const PressCatcher&) = delete;
   PressCatcher& operator=(const PressCatcher&) = delete;
@@ -39,22 +29,33 @@ class PressCatcher {
   /// pointer has come onto the glass.
   void setPressed(Pressed pressed) { pressed_ = std::move(pressed); }
   void setEntered(std::function<void()> entered) { entered_ = std::move(entered); }
-  /// Behind what is on the layer above all others, from now on: in one layer compositors differ in
-  /// whether the last one or the first is in front, so that panels may lie in front of it too.
-  void goBehindPopovers();
+  /// Returns when it lies over everything, at the latest within half a second: what comes to the
+  /// front after that lies in front of it, where of two that came the last is in front.
+  void awaitArrival() const;
+  /// As if it came now: behind all in the front that were there before, where the first is in
+  /// front.
+  void comeAnew();
   /// Where the pointer is, in points of the whole desktop; none while it is on something else, or
   /// there is no pointer.
   [[nodiscard]] std::optional<QPoint> pointer() const;
 
  private:
-  class Pane;
+  /// The glass over one output.
+  struct Pane {
+    Pane(const LayerShell& shell, const WaylandOutput& of,
+         const std::shared_ptr<const ShmPicture>& clear);
+
+    const WaylandOutput& output;
+    bool isThere = false;
+    LayerSheet sheet;
+  };
 
   void coverAll();
 
-  const CatcherParts& parts_;
+  const LayerShell& shell_;
   WaylandOutputs& outputs_;
   PointerSeat& seat_;
-  std::uint32_t level_ = ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY;
+  std::shared_ptr<const ShmPicture> clear_;
   std::vector<std::unique_ptr<Pane>> panes_;
   Pressed pressed_;
   std::function<void()> entered_;

@@ -61,6 +61,18 @@ wl_output* QtWayland::outputOf(QScreen& screen) {
           QByteArrayLiteral("output"), &screen));
 }
 
+void QtWayland::roundTrip() const {
+  constexpr std::chrono::milliseconds kPatience{500};
+  static constexpr wl_callback_listener kListener{
+      [](void* answered, wl_callback*, std::uint32_t) { *static_cast<bool*>(answered) = true; }};
+  bool answered = false;
+  const auto callback = makeAwaited<wl_callback>(
+      *display_, [](wl_display& display) { return wl_display_sync(&display); });
+  wl_callback_add_listener(callback.get(), &kListener, &answered);
+  waitFor(
+      *callback, [&answered] { return answered; }, kPatience);
+}
+
 void QtWayland::wait(const std::function<bool()>& fact, std::chrono::milliseconds patience) const {
   const QDeadlineTimer deadline(patience);
   while (!fact()) {

@@ -40,6 +40,9 @@ class QtWayland {
     });
   }
 
+  /// Waits until the compositor has done what was asked for so far, for half a second at most.
+  void roundTrip() const;
+
   /// Null while the window has none: before it is created, and after it was hidden.
   [[nodiscard]] static wl_surface* surfaceOf(QWindow& window);
   [[nodiscard]] static wl_output* outputOf(QScreen& screen);

@@ -35,23 +35,33 @@ struct SharedMemory {
 }  // namespace
 
 std::shared_ptr<const ShmPicture> ShmPicture::make(wl_shm& shm, const QImage& image) {
-  const QImage opaque = image.convertToFormat(QImage::Format_RGB32);
-  auto memory = std::make_unique<SharedMemory>(static_cast<std::size_t>(opaque.sizeInBytes()));
+  return hold(shm, image.convertToFormat(QImage::Format_RGB32), WL_SHM_FORMAT_XRGB8888);
+}
+
+std::shared_ptr<const ShmPicture> ShmPicture::clear(wl_shm& shm) {
+  QImage pixel(1, 1, QImage::Format_ARGB32_Premultiplied);
+  pixel.fill(Qt::transparent);
+  return hold(shm, pixel, WL_SHM_FORMAT_ARGB8888);
+}
+
+std::shared_ptr<const ShmPicture> ShmPicture::hold(wl_shm& shm, const QImage& image,
+                                                   wl_shm_format format) {
+  auto memory = std::make_unique<SharedMemory>(static_cast<std::size_t>(image.sizeInBytes()));
   if (memory->bytes == nullptr) {
-    qCWarning(lcWayland, "no memory for the picture of a cover: %s", std::strerror(errno));
+    qCWarning(lcWayland, "no memory for a picture: %s", std::strerror(errno));
     return nullptr;
   }
-  std::memcpy(memory->bytes, opaque.constBits(), memory->size);
-  const int stride = static_cast<int>(opaque.bytesPerLine());
+  std::memcpy(memory->bytes, image.constBits(), memory->size);
+  const int stride = static_cast<int>(image.bytesPerLine());
   const WaylandProxy<wl_shm_pool> pool(
       wl_shm_create_pool(&shm, memory->file.get(), static_cast<int>(memory->size)));
-  WaylandProxy<wl_buffer> buffer(wl_shm_pool_create_buffer(
-      pool.get(), 0, opaque.width(), opaque.height(), stride, WL_SHM_FORMAT_XRGB8888));
+  WaylandProxy<wl_buffer> buffer(
+      wl_shm_pool_create_buffer(pool.get(), 0, image.width(), image.height(), stride, format));
   // The compositor has the file now.
   memory->file.reset();
   const uchar* const bytes = memory->bytes;
   const QImage held(
-      bytes, opaque.width(), opaque.height(), stride, QImage::Format_RGB32,
+      bytes, image.width(), image.height(), stride, image.format(),
       [](void* mapped) { delete static_cast<SharedMemory*>(mapped); }, memory.release());
   return std::shared_ptr<const ShmPicture>(new ShmPicture(held, std::move(buffer)));
 }

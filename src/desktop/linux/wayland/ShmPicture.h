@@ -17,6 +17,8 @@ class ShmPicture final : public HeldPicture {
  public:
   /// Opaque; transparency is ignored. Null where there is no memory for it.
   [[nodiscard]] static std::shared_ptr<const ShmPicture> make(wl_shm& shm, const QImage& image);
+  /// One pixel that is not seen. Null as above.
+  [[nodiscard]] static std::shared_ptr<const ShmPicture> clear(wl_shm& shm);
 
   [[nodiscard]] QSize size() const { return image_.size(); }
   [[nodiscard]] wl_buffer* buffer() const { return buffer_.get(); }
@@ -24,6 +26,8 @@ class ShmPicture final : public HeldPicture {
   [[nodiscard]] bool isLike(const QImage& image) const { return image_ == image; }
 
  private:
+  [[nodiscard]] static std::shared_ptr<const ShmPicture> hold(wl_shm& shm, const QImage& image,
+                                                              wl_shm_format format);
   ShmPicture(QImage image, WaylandProxy<wl_buffer> buffer)
       : image_(std::move(image)), buffer_(std::move(buffer)) {}
 

@@ -81,11 +81,8 @@ void WaylandConnection::went(std::uint32_t name) {
 }
 
 bool WaylandConnection::roundTrip() {
-  static constexpr wl_callback_listener kListener{
-      [](void* answered, wl_callback*, std::uint32_t) { *static_cast<bool*>(answered) = true; }};
   bool answered = false;
-  const WaylandProxy<wl_callback> callback = sync();
-  wl_callback_add_listener(callback.get(), &kListener, &answered);
+  const CaughtUp caughtUp(*this, [&answered] { answered = true; });
   return waitFor([&answered] { return answered; }, kAnswer);
 }
 
@@ -137,6 +134,15 @@ void WaylandConnection::fail() {
   });
   QMetaObject::invokeMethod(
       this, [this] { Q_EMIT lost(); }, Qt::QueuedConnection);
+}
+
+CaughtUp::CaughtUp(WaylandConnection& connection, std::function<void()> done)
+    : done_(std::move(done)), answer_(wl_display_sync(connection.display_.get())) {
+  static constexpr wl_callback_listener kListener{[](void* self, wl_callback*, std::uint32_t) {
+    const auto answered = std::exchange(static_cast<CaughtUp*>(self)->done_, {});
+    answered();
+  }};
+  wl_callback_add_listener(answer_.get(), &kListener, this);
 }
 
 }  // namespace linux_desktop

@@ -62,10 +62,6 @@ class WaylandConnection final : public QObject {
     return global == globals_.end() ? nullptr : bind<Object>(*global, interface, version);
   }
 
-  /// Answered once the compositor has done all that was asked before.
-  [[nodiscard]] WaylandProxy<wl_callback> sync() {
-    return WaylandProxy<wl_callback>(wl_display_sync(display_.get()));
-  }
   /// Waits until the compositor has answered all that was asked so far, with the answers handed out
   /// meanwhile; for a second at most. False: it has not.
   bool roundTrip();
@@ -79,6 +75,8 @@ class WaylandConnection final : public QObject {
   void lost();
 
  private:
+  friend class CaughtUp;
+
   struct Disconnect {
     void operator()(wl_display* display) const { wl_display_disconnect(display); }
   };
@@ -99,6 +97,19 @@ class WaylandConnection final : public QObject {
   /// On only while the compositor does not read as fast as we ask.
   QSocketNotifier writable_;
   bool lost_ = false;
+};
+
+/// Calls `done` out of the event loop, once the compositor has done all that was asked before;
+/// never after this has ended.
+class CaughtUp {
+ public:
+  CaughtUp(WaylandConnection& connection, std::function<void()> done);
+  CaughtUp(const CaughtUp&) = delete;
+  CaughtUp& operator=(const CaughtUp&) = delete;
+
+ private:
+  std::function<void()> done_;
+  WaylandProxy<wl_callback> answer_;
 };
 
 }  // namespace linux_desktop

@@ -45,14 +45,13 @@ class Inhibitor final : public OwnWindows::KeyDiversion {
 }  // namespace
 
 WaylandOwnWindows::WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard& keyboard,
-                                     WaylandConnection& connection, WaylandOutputs& outputs)
+                                     const LayerShell& shell, WaylandOutputs& outputs)
     : qt_(qt),
       keyboard_(keyboard),
-      connection_(connection),
+      shell_(shell),
       outputs_(outputs),
-      parts_(connection),
-      seat_(connection),
-      shell_(qt.bindFirst<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, kShellVersion)),
+      seat_(shell.connection),
+      popovers_(qt.bindFirst<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, kShellVersion)),
       inhibition_(qt.bindFirst<zwp_keyboard_shortcuts_inhibit_manager_v1>(
           zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1)) {
   patience_.setSingleShot(true);
@@ -74,15 +73,27 @@ void WaylandOwnWindows::activate(QWindow& window) {
 std::unique_ptr<OwnWindows::Popover> WaylandOwnWindows::makePopover(
     QWindow& window, const QRect& place, const std::function<void()>& dismissed) {
   if (!isPossible()) return nullptr;
-  kept_ = catcher();
-  kept_->goBehindPopovers();
+  const auto glass = catcher();
+  glass->awaitArrival();
+  kept_ = glass;
   QMetaObject::invokeMethod(
       &patience_,
       [this] {
         if (finders_.empty()) kept_.reset();
       },
       Qt::QueuedConnection);
-  return LayerPopover::make(qt_, *shell_, window, place, !panels().empty(), dismissed);
+  auto popover =
+      LayerPopover::make(qt_, *popovers_, window, place, !panels().empty(),
+                         {.dismissed = dismissed, .cameBack = [this] { putCatcherBehind(); }});
+  putCatcherBehind();
+  return popover;
+}
+
+void WaylandOwnWindows::putCatcherBehind() {
+  const auto glass = catcher_.lock();
+  if (!glass || !firstIsInFront_) return;
+  qt_.roundTrip();
+  glass->comeAnew();
 }
 
 std::unique_ptr<OwnWindows::KeyDiversion> WaylandOwnWindows::divertKeys(QWindow& window) {
@@ -114,12 +125,12 @@ void WaylandOwnWindows::pointerFound() {
 std::unique_ptr<OwnWindows::PressWatch> WaylandOwnWindows::watchPresses(QWindow& /*window*/,
                                                                         const Pressed& pressed) {
   if (!isPossible()) return nullptr;
-  return std::make_unique<Watch>(connection_, catcher(), pressed);
+  return std::make_unique<Watch>(shell_.connection, catcher(), pressed);
 }
 
 std::shared_ptr<PressCatcher> WaylandOwnWindows::catcher() {
   auto glass = catcher_.lock();
-  if (!glass) glass = std::make_shared<PressCatcher>(parts_, outputs_, seat_);
+  if (!glass) glass = std::make_shared<PressCatcher>(shell_, outputs_, seat_);
   catcher_ = glass;
   return glass;
 }

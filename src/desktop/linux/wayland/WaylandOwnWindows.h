@@ -18,13 +18,16 @@ namespace linux_desktop {
 class WaylandOwnWindows final : public OwnWindows {
  public:
   /// All outlive this.
-  WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard& keyboard,
-                    WaylandConnection& connection, WaylandOutputs& outputs);
+  WaylandOwnWindows(const QtWayland& qt, const WaylandKeyboard& keyboard, const LayerShell& shell,
+                    WaylandOutputs& outputs);
 
   /// Whether the compositor has what this needs, and still serves us.
   [[nodiscard]] bool isPossible() const {
-    return shell_ && parts_.areThere() && !connection_.isLost();
+    return popovers_ && shell_.isThere() && !shell_.connection.isLost();
   }
+
+  /// See WaylandWindowSystem.
+  void setFirstIsInFront() { firstIsInFront_ = true; }
 
   /// Tells where panels are; see WaylandWindowSystem.
   void setPanels(std::function<std::vector<DesktopPanel>()> panels) { panels_ = std::move(panels); }
@@ -47,18 +50,20 @@ class WaylandOwnWindows final : public OwnWindows {
 
  private:
   [[nodiscard]] std::shared_ptr<PressCatcher> catcher();
+  void putCatcherBehind();
   void pointerFound();
 
   const QtWayland& qt_;
   const WaylandKeyboard& keyboard_;
-  WaylandConnection& connection_;
+  const LayerShell& shell_;
   WaylandOutputs& outputs_;
-  CatcherParts parts_;
   PointerSeat seat_;
-  WaylandProxy<zwlr_layer_shell_v1> shell_;
+  /// Of Qt's connection.
+  WaylandProxy<zwlr_layer_shell_v1> popovers_;
   WaylandProxy<zwp_keyboard_shortcuts_inhibit_manager_v1> inhibition_;
   std::function<std::vector<DesktopPanel>()> panels_;
   Bringer bringer_;
+  bool firstIsInFront_ = false;
   std::weak_ptr<PressCatcher> catcher_;
   /// Keeps it while the pointer is looked for, and for the turn of the loop in which somebody may
   /// watch by it.

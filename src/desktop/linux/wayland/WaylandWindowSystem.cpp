@@ -12,10 +12,10 @@ std::unique_ptr<WaylandWindowSystem> WaylandWindowSystem::open() {
 
 WaylandWindowSystem::WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection)
     : connection_(std::move(connection)) {
-  if (wallpaper_->isThere()) facts_.setBareDesktop(wallpaper_);
+  if (shell_.isThere()) facts_.setBareDesktop(wallpaper_);
   if (!qt_) return;
   keyboard_.emplace(*qt_);
-  ownWindows_.emplace(*qt_, *keyboard_, *connection_, outputs_);
+  ownWindows_.emplace(*qt_, *keyboard_, shell_, outputs_);
   if (!toplevels_) return;
   setBringer([this](const QString& title) { return toplevels_->bringForward(title); });
 }

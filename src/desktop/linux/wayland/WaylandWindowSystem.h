@@ -57,7 +57,12 @@ class WaylandWindowSystem {
   [[nodiscard]] DesktopFacts* desktopFacts() { return &facts_; }
   /// What these facts have for where nobody draws a desktop.
   [[nodiscard]] LayerWallpaper* wallpaper() {
-    return wallpaper_->isThere() ? wallpaper_.get() : nullptr;
+    return shell_.isThere() ? wallpaper_.get() : nullptr;
+  }
+  /// For a compositor that puts a surface behind those of its layer that were there before.
+  void setFirstIsInFront() {
+    wallpaper_->standAboveOthers();
+    if (ownWindows_) ownWindows_->setFirstIsInFront();
   }
   /// Where to ask what the desktop was told to show behind everything. Null, as at first: nobody.
   /// Outlives its being set.
@@ -67,6 +72,7 @@ class WaylandWindowSystem {
   explicit WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection);
 
   std::unique_ptr<WaylandConnection> connection_;
+  LayerShell shell_{*connection_};
   /// Null where Qt does not tell of its own connection.
   std::unique_ptr<QtWayland> qt_ = QtWayland::open();
   WaylandOutputs outputs_{*connection_};
@@ -76,11 +82,11 @@ class WaylandWindowSystem {
   ShmPictures pictures_{*connection_, screens_};
   DesktopWindowList windowList_{screens_, pictures_};
   DesktopSpaces spaces_{pictures_};
-  LayerCovers covers_{*connection_, outputs_, screens_};
+  LayerCovers covers_{shell_, outputs_, screens_};
   /// Null where the compositor lets nobody minimise windows.
   std::unique_ptr<ForeignToplevels> toplevels_ = ForeignToplevels::open(*connection_);
   std::shared_ptr<LayerWallpaper> wallpaper_ =
-      std::make_shared<LayerWallpaper>(*connection_, outputs_, screens_);
+      std::make_shared<LayerWallpaper>(shell_, outputs_, screens_);
   DesktopFacts facts_{[this] { return screens_.monitors(); }};
 };
 
