@@ -324,11 +324,12 @@ void WaylandDesk::reload() {
 
 // --- Programs ---
 
-void WaylandDesk::startBar(Bar kind) {
+void WaylandDesk::startBar(Bar kind, std::size_t output) {
   bar_.reset();
   if (kind == Bar::None) return;
-  configureBar(kind, outputs().front().name, home());
-  barArea_ = {0, 0, kOutputWidth, kBarThickness};
+  const WaylandOutput place = outputs().at(output);
+  configureBar(kind, place.name, home());
+  barArea_ = {place.area.x, 0, kOutputWidth, kBarThickness};
   const Image bare = screen_->area(barArea_);
   bar_ = start(program(kind).argv);
   const auto standing = [&] { return screen_->area(barArea_) != bare; };

@@ -90,7 +90,8 @@ class WaylandDesk final : public Desk {
   /// Has the compositor read its configuration anew, and returns when it was told so.
   void reload();
 
-  void startBar(Bar kind);
+  /// On the output of that place, from the left.
+  void startBar(Bar kind, std::size_t output = 0);
   void killBar() { bar_->kill(); }
 
   /// Starts Calmdeck as built in this tree; remembers how the bar looked, for trayIcon().

@@ -134,6 +134,25 @@ TEST_P(WaylandPanelTest, APressOnAWindowThatFillsTheScreenClosesIt) {
   EXPECT_TRUE(gaveKeyboardBack());
 }
 
+TEST_P(WaylandPanelTest, OpensByItselfOnTheMonitorThatHasTheBar) {
+  const std::vector<harness::WaylandOutput> outputs = desk.outputs();
+  for (std::size_t place = 0; place < outputs.size(); ++place) {
+    program.reset();
+    ASSERT_TRUE(gaveKeyboardBack());
+    desk.startBar(Bar::Waybar, place);
+    const Image before = desk.screen().settled(kDesktop, 200ms, harness::kPatience);
+    program = desk.startCalmdeck();
+    ASSERT_TRUE(hasKeyboard());
+    const auto isOn = [&](const Rect& output) {
+      const Rect below{output.x, 40, output.width, output.height - 40};
+      const auto panel = harness::changedArea(before.part(below), desk.screen().area(below));
+      return panel && panel->height > 100;
+    };
+    for (std::size_t i = 0; i < outputs.size(); ++i)
+      EXPECT_TRUE(desk.until([&] { return isOn(outputs[i].area) == (i == place); })) << place << i;
+  }
+}
+
 TEST_P(WaylandPanelTest, AnAlertOfThePanelsIsInFrontWithTheKeyboardAndGivesItBack) {
   desk.input().key("Escape");
   ASSERT_TRUE(gaveKeyboardBack());

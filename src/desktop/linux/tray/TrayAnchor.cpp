@@ -35,7 +35,7 @@ Anchor TrayAnchor::anchor() const {
   if (const auto known = atLastClick(now)) return *known;
   if (const auto known = atIcon(now)) return *known;
   if (const auto guess = fromPanels(now)) return *guess;
-  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  const QRect screen = windows_.likelyScreen().availableGeometry();
   return {QGuiApplication::isRightToLeft() ? screen.topLeft() : screen.topRight(), std::nullopt};
 }
 

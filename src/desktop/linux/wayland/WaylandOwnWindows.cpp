@@ -1,5 +1,8 @@
 #include "desktop/linux/wayland/WaylandOwnWindows.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -9,6 +12,9 @@ namespace {
 constexpr std::uint32_t kShellVersion = 4;
 /// How long a button may be held, that has been clicked already, and the pointer so not be told of.
 constexpr std::chrono::milliseconds kPointerPatience{300};
+/// For the compositor to say how much room there is.
+constexpr std::chrono::milliseconds kRoom{500};
+constexpr const char* kProbe = "calmdeck-probe";
 
 class Watch final : public OwnWindows::PressWatch {
  public:
@@ -133,6 +139,33 @@ std::shared_ptr<PressCatcher> WaylandOwnWindows::catcher() {
   if (!glass) glass = std::make_shared<PressCatcher>(shell_, outputs_, seat_);
   catcher_ = glass;
   return glass;
+}
+
+// Compositors tell nobody where bars are, but give a surface that keeps clear of them less room.
+QScreen& WaylandOwnWindows::likelyScreen() {
+  struct Probe {
+    Probe(const LayerShell& shell, const WaylandOutput& of)
+        : monitor(of.monitor()),
+          place(shell, LayerPlace::Layer::Background, LayerPlace::Extent::BesidePanels, kProbe, of,
+                {[this](QSize given) { room = given; }, {}}) {}
+
+    Monitor monitor;
+    QSize room;
+    LayerPlace place;
+  };
+  std::vector<std::unique_ptr<Probe>> probes;
+  if (isPossible()) {
+    for (const WaylandOutput* output : outputs_.all())
+      probes.push_back(std::make_unique<Probe>(shell_, *output));
+  }
+  const auto isTold = [](const auto& probe) { return !probe->room.isEmpty(); };
+  shell_.connection.waitFor([&] { return std::ranges::all_of(probes, isTold); }, kRoom);
+  for (const auto& probe : probes) {
+    if (!isTold(probe) || probe->room == probe->monitor.points.size()) continue;
+    for (QScreen* screen : QGuiApplication::screens())
+      if (screen->name() == probe->monitor.name) return *screen;
+  }
+  return OwnWindows::likelyScreen();
 }
 
 }  // namespace linux_desktop

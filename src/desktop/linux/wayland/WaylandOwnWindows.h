@@ -45,6 +45,7 @@ class WaylandOwnWindows final : public OwnWindows {
     return panels_ ? panels_() : std::vector<DesktopPanel>();
   }
   void findPointer(const PointerFound& found) override;
+  [[nodiscard]] QScreen& likelyScreen() override;
   [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window,
                                                          const Pressed& pressed) override;
 

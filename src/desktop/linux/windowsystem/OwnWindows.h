@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+class QScreen;
+
 namespace linux_desktop {
 
 /// A panel of the desktop, in Qt's coordinates of the whole desktop.
@@ -99,6 +101,8 @@ class OwnWindows {
   [[nodiscard]] virtual std::optional<PanelPart> partDrawnBy(std::uint32_t /*pid*/) {
     return std::nullopt;
   }
+  /// Where panels most likely are, as long as nothing else tells where an icon of ours is.
+  [[nodiscard]] virtual QScreen& likelyScreen();
   /// Tells where the pointer is, or none where a program may not know: now, or out of the event
   /// loop as soon as it is known, which is when the user lets the button go.
   using PointerFound = std::function<void(std::optional<QPoint> point)>;
