@@ -153,6 +153,43 @@ TEST_P(WaylandPanelTest, OpensByItselfOnTheMonitorThatHasTheBar) {
   }
 }
 
+// As trays ask for it that draw no menus, swaybar for one.
+TEST_P(WaylandPanelTest, AMenuThatItDrawsItselfIsAtThePointerAndClosesWithAPressElsewhere) {
+  desk.input().key("Escape");
+  ASSERT_TRUE(gaveKeyboardBack());
+  const std::string watcher = "org.kde.StatusNotifierWatcher";
+  const std::string items =
+      desk.bus()
+          .property(watcher, "/StatusNotifierWatcher", watcher, "RegisteredStatusNotifierItems")
+          .value();
+  std::smatch item;
+  ASSERT_TRUE(std::regex_search(items, item, std::regex("(:[0-9.]+)(/[A-Za-z]+)"))) << items;
+  const Rect second = desk.outputs().back().area;
+  constexpr int kAside = 300;
+  const Image before = desk.screen().area(second);
+  const auto menu = [&] {
+    return harness::changedArea(before, desk.screen().area(second)).value_or(Rect());
+  };
+  for (const std::string end : {"a press", "Escape"}) {
+    desk.input().moveTo(second.x + kAside, kAside);
+    ASSERT_TRUE(desk.bus().call(item[1], item[2], "org.kde.StatusNotifierItem.ContextMenu",
+                                {"int32:9", "int32:9"}));
+    // The pointer's image may stand out of it.
+    EXPECT_TRUE(desk.until([&] {
+      const Rect now = menu();
+      return now.height > 50 && now.height < 200 && std::abs(now.x - kAside) < 20 &&
+             std::abs(now.y - kAside) < 20;
+    })) << menu().x
+        << ',' << menu().y << ' ' << menu().height;
+    if (end == "Escape") {
+      desk.input().key(end);
+    } else {
+      desk.input().click(second.x + kAside, second.bottom() - 20);
+    }
+    EXPECT_TRUE(desk.until([&] { return menu().height < 50; })) << end;
+  }
+}
+
 TEST_P(WaylandPanelTest, AnAlertOfThePanelsIsInFrontWithTheKeyboardAndGivesItBack) {
   desk.input().key("Escape");
   ASSERT_TRUE(gaveKeyboardBack());

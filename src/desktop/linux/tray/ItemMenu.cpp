@@ -1,7 +1,10 @@
 #include "desktop/linux/tray/ItemMenu.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
 #include <chrono>
-#include <memory>
 #include <utility>
 
 #include "platform/appkit/NSStatusItem.h"
@@ -105,9 +108,31 @@ void OwnMenu::popUp(const QStringList& titles, const MenuPlace& place) {
   // A menu hides before it tells what was chosen; the closing is to come after the choice.
   QObject::connect(menu_, &QObject::destroyed, &context_, [this, number = ++popUps_] {
     // One that another has taken the place of ends nothing.
-    if (number == popUps_) opening_.end();
+    if (number != popUps_) return;
+    presses_.reset();
+    popover_.reset();
+    opening_.end();
   });
+  if (!place.owner) putAt(place.at);
   menu_->popup(place.at);
+}
+
+// Qt alone can do so only for the menu of a window, where the window system places windows itself.
+void OwnMenu::putAt(QPoint place) {
+  menu_->winId();
+  QWindow& window = *menu_->windowHandle();
+  QRect area(place, menu_->sizeHint());
+  if (const QScreen* screen = QGuiApplication::screenAt(place)) {
+    const QRect room = screen->geometry();
+    area.moveTopLeft({std::min(area.x(), room.right() + 1 - area.width()),
+                      std::min(area.y(), room.bottom() + 1 - area.height())});
+  }
+  const auto close = [this] {
+    if (menu_) QMetaObject::invokeMethod(menu_, &QWidget::close, Qt::QueuedConnection);
+  };
+  presses_.reset();
+  popover_ = windows_.makePopover(window, area, close);
+  if (popover_) presses_ = windows_.watchPresses(window, [close](const auto&) { close(); });
 }
 
 }  // namespace linux_desktop

@@ -8,10 +8,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 
 #include "desktop/linux/loop/OneShot.h"
+#include "desktop/linux/windowsystem/OwnWindows.h"
 
 namespace platform {
 class NSMenu;
@@ -81,17 +83,22 @@ struct MenuPlace {
 /// The menu drawn by ourselves, for trays that draw none and for windows that stand in for a tray.
 class OwnMenu {
  public:
-  /// `opening` outlives the menu.
-  explicit OwnMenu(MenuOpening& opening) : opening_(opening) {}
+  /// Both outlive the menu.
+  OwnMenu(MenuOpening& opening, OwnWindows& windows) : opening_(opening), windows_(windows) {}
   ~OwnMenu();
 
   void popUp(const QStringList& titles, const MenuPlace& place);
 
  private:
+  void putAt(QPoint place);
+
   MenuOpening& opening_;
+  OwnWindows& windows_;
   QPointer<QMenu> menu_;  // goes when it closes, or with its owner
   unsigned popUps_ = 0;   // so far
-  QObject context_;       // cancels what is connected to this
+  std::unique_ptr<OwnWindows::Popover> popover_;
+  std::unique_ptr<OwnWindows::PressWatch> presses_;
+  QObject context_;  // cancels what is connected to this
 };
 
 }  // namespace linux_desktop

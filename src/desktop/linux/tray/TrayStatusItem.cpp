@@ -59,7 +59,7 @@ TrayStatusItem::TrayStatusItem(TrayStatusBar& bar, platform::port::StatusItemCli
       client_(client),
       image_(&bar.images().rendered(nullptr)),
       opening_(client, [this] { tellObserver(NSEventType::RightMouseUp); }),
-      ownMenu_(opening_),
+      ownMenu_(opening_, bar.windows()),
       connection_(bar.hasBus() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus,
                                                                freshConnectionName())
                                : QDBusConnection(QString())) {
