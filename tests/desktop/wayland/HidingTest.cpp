@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <csignal>
 #include <map>
+#include <thread>
 
 #include "desktop/wayland/ModeDesk.h"
 
@@ -178,6 +180,19 @@ TEST_P(SwayHidingTest, EachMonitorTurnsToAnEmptyWorkspaceAndExactlyBack) {
   // What was everywhere is so again.
   sway("workspace 9");
   EXPECT_TRUE(desk.until([&] { return isSeen(kRed) && !isSeen(kBlue); }));
+}
+
+TEST_P(WaylandHidingTest, HappensOnceACompositorThatStoodStillGoesOn) {
+  const ForeignWindow& blue = desk.openWindow("blue", kBlue);
+  for (const bool hidden : {true, false}) {
+    desk.compositor().signal(SIGSTOP);
+    desk.toggleMode();
+    // As long as nobody waits for it any more.
+    std::this_thread::sleep_for(std::chrono::milliseconds(2500));
+    desk.compositor().signal(SIGCONT);
+    EXPECT_TRUE(desk.until([&] { return isSeen(blue.colour) != hidden; }));
+  }
+  EXPECT_THAT(program->errorOutput(), testing::Not(testing::HasSubstr("minimised")));
 }
 
 /// Where a mark can be kept on windows.

@@ -78,11 +78,13 @@ std::unique_ptr<ForeignToplevels> ForeignToplevels::open(WaylandConnection& conn
 }
 
 ForeignToplevels::ForeignToplevels(WaylandConnection& connection, Manager manager)
-    : manager_(std::move(manager)),
+    : connection_(connection),
+      manager_(std::move(manager)),
       seat_(connection.bindFirst<wl_seat>(wl_seat_interface, kSeatVersion)) {
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);
   QObject::connect(&patience_, &QTimer::timeout, &context_, [this] { finish(); });
+  QObject::connect(&connection, &WaylandConnection::lost, &context_, [this] { finish(); });
   listen();
   connection.roundTrip();
   isListed_ = true;
@@ -109,7 +111,7 @@ void ForeignToplevels::came(zwlr_foreign_toplevel_handle_v1* handle) {
 }
 
 void ForeignToplevels::changed(ForeignToplevel& toplevel, const ForeignToplevel::State& before) {
-  if (patience_.isActive()) {
+  if (!turning_.empty()) {
     if (toplevel.state().minimised == toMinimised_) turned(toplevel);
     return;
   }
@@ -121,7 +123,7 @@ void ForeignToplevels::changed(ForeignToplevel& toplevel, const ForeignToplevel:
 
 void ForeignToplevels::closed(ForeignToplevel& toplevel) {
   if (activeBefore_ == &toplevel) activeBefore_ = nullptr;
-  if (patience_.isActive()) turned(toplevel);
+  if (!turning_.empty()) turned(toplevel);
   std::erase_if(recent_, [&](const auto& one) { return one.get() == &toplevel; });
 }
 
@@ -138,7 +140,14 @@ ForeignToplevels::Toplevels ForeignToplevels::thoseWhere(
   return found;
 }
 
+// One that has just been opened is on the screen before we have heard of it.
 void ForeignToplevels::hide(Done done) {
+  done_ = std::move(done);
+  if (connection_.isLost()) return finish();
+  caughtUp_ = std::make_unique<CaughtUp>(connection_, [this] { hideListed(); });
+}
+
+void ForeignToplevels::hideListed() {
   const Toplevels going = thoseWhere(
       [](const ForeignToplevel& one) { return !one.isOurs() && !one.state().minimised; });
   if (!going.empty()) activeBefore_ = going.front();
@@ -146,7 +155,7 @@ void ForeignToplevels::hide(Done done) {
     toplevel->isHidden = true;
     zwlr_foreign_toplevel_handle_v1_set_minimized(toplevel->get());
   }
-  begin(going, true, std::move(done));
+  begin(going, true, std::move(done_));
 }
 
 // Each that comes back is raised and made active, so that the last one stays so.
@@ -180,8 +189,9 @@ void ForeignToplevels::begin(Toplevels turned, bool toMinimised, Done done) {
   turning_ = std::move(turned);
   toMinimised_ = toMinimised;
   done_ = std::move(done);
-  patience_.start();
-  if (turning_.empty()) finish();
+  if (turning_.empty() || connection_.isLost()) return finish();
+  // One that stands still does as it was told when it goes on.
+  caughtUp_ = std::make_unique<CaughtUp>(connection_, [this] { patience_.start(); });
 }
 
 void ForeignToplevels::turned(ForeignToplevel& toplevel) {
@@ -191,8 +201,10 @@ void ForeignToplevels::turned(ForeignToplevel& toplevel) {
 
 void ForeignToplevels::finish() {
   patience_.stop();
+  caughtUp_.reset();
   // Sway takes such a request and does nothing.
-  if (!turning_.empty()) qCWarning(lcWayland, "%zu windows cannot be minimised", turning_.size());
+  if (!turning_.empty() && !connection_.isLost())
+    qCWarning(lcWayland, "%s", cannotBeMinimised(turning_.size()).c_str());
   for (ForeignToplevel* toplevel : std::exchange(turning_, {})) toplevel->isHidden = false;
   if (done_) {
     QMetaObject::invokeMethod(&context_, std::exchange(done_, {}), Qt::QueuedConnection);

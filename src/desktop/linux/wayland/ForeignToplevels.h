@@ -80,10 +80,12 @@ class ForeignToplevels final : public WindowHider {
   void changed(ForeignToplevel& toplevel, const ForeignToplevel::State& before);
   void closed(ForeignToplevel& toplevel);
   [[nodiscard]] Toplevels thoseWhere(bool (*test)(const ForeignToplevel& toplevel)) const;
+  void hideListed();
   void begin(Toplevels turned, bool toMinimised, Done done);
   void turned(ForeignToplevel& toplevel);
   void finish();
 
+  WaylandConnection& connection_;
   Manager manager_;
   WaylandProxy<wl_seat> seat_;
   /// The one that was active last comes first.
@@ -97,6 +99,7 @@ class ForeignToplevels final : public WindowHider {
   Toplevels turning_;
   bool toMinimised_ = false;
   Done done_;
+  std::unique_ptr<CaughtUp> caughtUp_;
   QTimer patience_;
   QObject context_;
 };

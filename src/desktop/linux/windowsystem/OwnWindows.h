@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QGuiApplication>
 #include <QRect>
 #include <QString>
 #include <QWindow>
@@ -9,8 +10,6 @@
 #include <optional>
 #include <utility>
 #include <vector>
-
-class QScreen;
 
 namespace linux_desktop {
 
@@ -102,7 +101,7 @@ class OwnWindows {
     return std::nullopt;
   }
   /// Where panels most likely are, as long as nothing else tells where an icon of ours is.
-  [[nodiscard]] virtual QScreen& likelyScreen();
+  [[nodiscard]] virtual QScreen& likelyScreen() { return *QGuiApplication::primaryScreen(); }
   /// Tells where the pointer is, or none where a program may not know: now, or out of the event
   /// loop as soon as it is known, which is when the user lets the button go.
   using PointerFound = std::function<void(std::optional<QPoint> point)>;
