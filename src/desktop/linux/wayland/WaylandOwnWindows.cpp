@@ -142,7 +142,7 @@ std::shared_ptr<PressCatcher> WaylandOwnWindows::catcher() {
 }
 
 // Compositors tell nobody where bars are, but give a surface that keeps clear of them less room.
-QScreen& WaylandOwnWindows::likelyScreen() {
+QScreen* WaylandOwnWindows::screenWithBar() const {
   struct Probe {
     Probe(const LayerShell& shell, const WaylandOutput& of)
         : monitor(of.monitor()),
@@ -154,18 +154,23 @@ QScreen& WaylandOwnWindows::likelyScreen() {
     LayerPlace place;
   };
   std::vector<std::unique_ptr<Probe>> probes;
-  if (isPossible()) {
-    for (const WaylandOutput* output : outputs_.all())
-      probes.push_back(std::make_unique<Probe>(shell_, *output));
-  }
+  for (const WaylandOutput* output : outputs_.all())
+    probes.push_back(std::make_unique<Probe>(shell_, *output));
   const auto isTold = [](const auto& probe) { return !probe->room.isEmpty(); };
   shell_.connection.waitFor([&] { return std::ranges::all_of(probes, isTold); }, kRoom);
   for (const auto& probe : probes) {
     if (!isTold(probe) || probe->room == probe->monitor.points.size()) continue;
     for (QScreen* screen : QGuiApplication::screens())
-      if (screen->name() == probe->monitor.name) return *screen;
+      if (screen->name() == probe->monitor.name) return screen;
   }
-  return OwnWindows::likelyScreen();
+  return nullptr;
+}
+
+QScreen& WaylandOwnWindows::likelyScreen() {
+  // Any surface that comes or goes has sway look anew at who has the keyboard.
+  const bool isPanelUp = !catcher_.expired();
+  if (!isPanelUp) likelyScreen_ = isPossible() ? screenWithBar() : nullptr;
+  return likelyScreen_ ? *likelyScreen_ : OwnWindows::likelyScreen();
 }
 
 }  // namespace linux_desktop

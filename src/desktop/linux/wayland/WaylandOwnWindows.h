@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+#include <QScreen>
 #include <QTimer>
 #include <memory>
 #include <optional>
@@ -50,6 +52,7 @@ class WaylandOwnWindows final : public OwnWindows {
                                                          const Pressed& pressed) override;
 
  private:
+  [[nodiscard]] QScreen* screenWithBar() const;
   [[nodiscard]] std::shared_ptr<PressCatcher> catcher();
   void putCatcherBehind();
   void pointerFound();
@@ -65,6 +68,7 @@ class WaylandOwnWindows final : public OwnWindows {
   std::function<std::vector<DesktopPanel>()> panels_;
   Bringer bringer_;
   bool firstIsInFront_ = false;
+  QPointer<QScreen> likelyScreen_;
   std::weak_ptr<PressCatcher> catcher_;
   /// Keeps it while the pointer is looked for, and for the turn of the loop in which somebody may
   /// watch by it.
