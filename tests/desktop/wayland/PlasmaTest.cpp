@@ -1,0 +1,125 @@
+// The real program beside a whole Plasma.
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "desktop/wayland/ModeDesk.h"
+
+using harness::Compositor;
+using harness::Image;
+using harness::Rect;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr const char* kName = "org.calmdeck.Calmdeck";
+constexpr const char* kShell = "org.kde.plasmashell";
+constexpr std::uint32_t kBlue = 0x2040c0;
+/// It takes its time where nothing helps it to draw.
+constexpr auto kLong = 60s;
+/// Where the desktop's first icon is, and where neither an icon nor a panel is.
+constexpr Rect kIcon{0, 0, 120, 120};
+constexpr Rect kFree{400, 200, 400, 300};
+
+/// An icon on the first monitor, and the picture of a dusk on both.
+class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
+ protected:
+  PlasmaTest()
+      : ModeDesk({.compositor = Compositor::Kwin,
+                  .environment = {{"KDE_FULL_SESSION", "true"},
+                                  {"KDE_SESSION_VERSION", KDE_SESSION},
+                                  {"XDG_MENU_PREFIX", KDE_MENU_PREFIX},
+                                  {"QT_QUICK_BACKEND", "software"}}}) {
+    std::filesystem::create_directories(desk.home().home() / "Desktop");
+    std::ofstream(desk.home().home() / "Desktop/Salaries.txt") << "all\n";
+    for (const char* service : {KDE_SERVICES, KDE_ACTIVITIES})
+      services_.push_back(desk.start({service}, kNative));
+    // Without it the shell shows nothing.
+    EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner("org.kde.ActivityManager"); }, kLong));
+    startShell();
+    setPicture();
+    EXPECT_TRUE(desk.until([&] { return isDusk(0) && isDusk(1) && showsIcon(); }, kLong));
+  }
+
+  void startShell() {
+    shell = desk.start({"plasmashell"}, kNative);
+    EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }, kLong));
+  }
+  void turn() {
+    EXPECT_TRUE(
+        desk.run({"gapplication", "action", kName, "toggle-presentation-mode"}).succeeded());
+  }
+  void launchFor(const std::string& feature, const std::string& further = {}) {
+    launch(feature, further);
+    ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
+  }
+  [[nodiscard]] bool showsIcon() { return harness::showsIcons(desk.screen().area(kIcon)); }
+  [[nodiscard]] Image seen(int output) {
+    Rect place = kFree;
+    place.x += output * harness::WaylandDesk::kOutputWidth;
+    return desk.screen().area(place);
+  }
+  [[nodiscard]] bool isDusk(int output) {
+    const Image now = seen(output);
+    const Image whole =
+        harness::dusk(harness::WaylandDesk::kOutputWidth, harness::WaylandDesk::kOutputHeight);
+    return harness::alike(now.at(9, 9), whole.at(kFree.x + 9, kFree.y + 9));
+  }
+
+  std::unique_ptr<harness::Process> shell;
+
+ private:
+  static inline const harness::Environment kNative{{"QT_QPA_PLATFORM", "wayland"}};
+
+  void setPicture() {
+    const std::filesystem::path file = desk.home().home() / "dusk.png";
+    harness::writePng(
+        harness::dusk(harness::WaylandDesk::kOutputWidth, harness::WaylandDesk::kOutputHeight),
+        file);
+    const std::string script =
+        "string:desktops().forEach(d => { d.wallpaperPlugin = 'org.kde.image';"
+        " d.currentConfigGroup = ['Wallpaper', 'org.kde.image', 'General'];"
+        " d.writeConfig('Image', 'file://" +
+        file.string() + "'); })";
+    const auto isSet = [&] {
+      return desk.bus().call(kShell, "/PlasmaShell", "org.kde.PlasmaShell.evaluateScript",
+                             {script}) &&
+             desk.until([&] { return isDusk(0) && isDusk(1); }, 5s);
+    };
+    EXPECT_TRUE(desk.until(isSet, kLong));
+  }
+
+  std::vector<std::unique_ptr<harness::Process>> services_;
+};
+
+TEST_F(PlasmaTest, IconsStayCoveredAlsoWhenItsShellIsKilledAndStartedAnew) {
+  launchFor("DesktopIcons");
+  turn();
+  ASSERT_TRUE(desk.until([&] { return !showsIcon(); }));
+  EXPECT_TRUE(desk.until([&] { return isDusk(0) && isDusk(1); }))
+      << "by the picture that it shows; " << program->errorOutput();
+  shell->kill();
+  EXPECT_FALSE(showsIcon());
+  startShell();
+  EXPECT_TRUE(desk.until([&] { return desk.bus().hasTrayHost(); }, kLong));
+  const Image settled = desk.screen().settled(kIcon, 2s, kLong);
+  EXPECT_FALSE(harness::showsIcons(settled));
+  turn();
+  EXPECT_TRUE(desk.until([&] { return showsIcon(); }, kLong));
+}
+
+TEST_F(PlasmaTest, TheChosenPictureComesAndTheOldOneIsBackToThePixel) {
+  const std::vector<Image> before{seen(0), seen(1)};
+  const std::filesystem::path chosen = desk.home().home() / "blue.png";
+  harness::writePng({64, 64, std::vector<std::uint32_t>(std::size_t{64} * 64, kBlue)}, chosen);
+  launchFor("Wallpaper", R"(, "kUserdefaultsSelectedWallpaper": ")" + chosen.string() + "\"");
+  turn();
+  EXPECT_TRUE(
+      desk.until([&] { return seen(0).at(9, 9) == kBlue && seen(1).at(9, 9) == kBlue; }, kLong));
+  turn();
+  EXPECT_TRUE(desk.until([&] { return seen(0) == before[0] && seen(1) == before[1]; }, kLong));
+}
+
+}  // namespace
