@@ -40,7 +40,11 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
     EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner("org.kde.ActivityManager"); }, kLong));
     startShell();
     setPicture();
-    EXPECT_TRUE(desk.until([&] { return isDusk(0) && isDusk(1) && showsIcon(); }, kLong));
+    EXPECT_TRUE(desk.until([&] { return desk.bus().hasTrayHost() && showsIcon(); }, kLong));
+    // One picture fades into the other.
+    constexpr Rect kAll{0, 0, 2 * harness::WaylandDesk::kOutputWidth, 600};
+    (void)desk.screen().settled(kAll, 3s, kLong);
+    EXPECT_TRUE(isDusk(0) && isDusk(1));
   }
 
   void startShell() {
