@@ -16,7 +16,6 @@ namespace {
 
 constexpr const char* kName = "org.calmdeck.Calmdeck";
 constexpr const char* kShell = "org.kde.plasmashell";
-constexpr std::uint32_t kBlue = 0x2040c0;
 /// It takes its time where nothing helps it to draw.
 constexpr auto kLong = 60s;
 /// Where the desktop's first icon is, and where neither an icon nor a panel is.
@@ -55,8 +54,8 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
     EXPECT_TRUE(
         desk.run({"gapplication", "action", kName, "toggle-presentation-mode"}).succeeded());
   }
-  void launchFor(const std::string& feature, const std::string& further = {}) {
-    launch(feature, further);
+  void launchFor(const std::string& feature) {
+    launch(feature);
     ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
   }
   [[nodiscard]] bool showsIcon() { return harness::showsIcons(desk.screen().area(kIcon)); }
@@ -112,18 +111,6 @@ TEST_F(PlasmaTest, IconsStayCoveredAlsoWhenItsShellIsKilledAndStartedAnew) {
   EXPECT_FALSE(harness::showsIcons(settled));
   turn();
   EXPECT_TRUE(desk.until([&] { return showsIcon(); }, kLong));
-}
-
-TEST_F(PlasmaTest, TheChosenPictureComesAndTheOldOneIsBackToThePixel) {
-  const std::vector<Image> before{seen(0), seen(1)};
-  const std::filesystem::path chosen = desk.home().home() / "blue.png";
-  harness::writePng({64, 64, std::vector<std::uint32_t>(std::size_t{64} * 64, kBlue)}, chosen);
-  launchFor("Wallpaper", R"(, "kUserdefaultsSelectedWallpaper": ")" + chosen.string() + "\"");
-  turn();
-  EXPECT_TRUE(
-      desk.until([&] { return seen(0).at(9, 9) == kBlue && seen(1).at(9, 9) == kBlue; }, kLong));
-  turn();
-  EXPECT_TRUE(desk.until([&] { return seen(0) == before[0] && seen(1) == before[1]; }, kLong));
 }
 
 }  // namespace
