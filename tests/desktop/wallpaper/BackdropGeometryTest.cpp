@@ -91,7 +91,7 @@ TEST_F(BackdropRendererTest, TilesAsLargeAsTheMonitorBeginInItsMeasure) {
   }
   const Backdrop backdrop{.file = save(tile, "halves.png"), .style = BackdropStyle::Tiled};
   BackdropLayout layout = layout_;
-  layout.tilesFromDesktopOrigin = true;
+  layout.manner.tilesFromDesktopOrigin = true;
   layout.manner.centersTiles = layout.manner.stretchesTiles = true;
   Monitor monitor = right_;
   monitor.points.moveLeft(70);
