@@ -203,7 +203,8 @@ std::vector<Listed> listedIn(const fs::path& folder, std::error_code& error) {
 std::string ownProgramPath() {
   const fs::path program = withoutLinks(QCoreApplication::applicationFilePath().toStdString());
   const fs::path image = qEnvironmentVariable("APPIMAGE").toStdString();
-  const bool runsFromImage = image.is_absolute() && liesIn(qEnvironmentVariable("APPDIR").toStdString(), program);
+  const bool runsFromImage =
+      image.is_absolute() && liesIn(qEnvironmentVariable("APPDIR").toStdString(), program);
   return runsFromImage ? withoutLinks(image) : program;
 }
 
