@@ -28,7 +28,7 @@ std::string programOfService(const std::string& serviceFile) {
 }  // namespace
 
 const DesktopProgram& program(WindowManager kind) {
-  static const std::array<DesktopProgram, 10> table{{
+  static const std::array<DesktopProgram, 11> table{{
       {"none", {}},
       {"openbox", {"openbox", "--sm-disable"}},
       {"xfwm4", {"xfwm4", "--sm-client-disable"}},
@@ -44,6 +44,7 @@ const DesktopProgram& program(WindowManager kind) {
       {"i3-wm", {"i3"}, "i3/config", "font pango:monospace 8\n"},
       // GNOME's, without the shell that is usually around it.
       {"mutter", {"mutter", "--x11", "--sm-disable"}},
+      {"kwin_x11", {"kwin_x11"}, "kwinrc", "[Desktops]\nNumber=4\n"},
   }};
   return rowOf(table, kind);
 }

@@ -20,7 +20,8 @@ enum class WindowManager : std::uint8_t {
   Jwm,
   Bspwm,
   I3,
-  Mutter
+  Mutter,
+  Kwin
 };
 enum class Panel : std::uint8_t { None, XfcePanel, Tint2, LxqtPanel, MatePanel };
 

@@ -12,9 +12,9 @@ constexpr std::uint32_t kFromPager = 2;
 harness::DeskOptions optionsFor(WindowManager windowManager) {
   harness::DeskOptions options;
   options.windowManager = windowManager;
-  options.sessionBus = windowManager == WindowManager::Xfwm4 ||
-                       windowManager == WindowManager::Marco ||
-                       windowManager == WindowManager::Mutter;
+  options.sessionBus =
+      windowManager == WindowManager::Xfwm4 || windowManager == WindowManager::Marco ||
+      windowManager == WindowManager::Mutter || windowManager == WindowManager::Kwin;
   return options;
 }
 

@@ -22,7 +22,8 @@ class HidingTest : public testing::TestWithParam<WindowManager> {
 INSTANTIATE_TEST_SUITE_P(EachWindowManager, HidingTest,
                          testing::Values(WindowManager::Openbox, WindowManager::Xfwm4,
                                          WindowManager::Marco, WindowManager::Icewm,
-                                         WindowManager::Jwm, WindowManager::Mutter),
+                                         WindowManager::Jwm, WindowManager::Mutter,
+                                         WindowManager::Kwin),
                          testing::PrintToStringParamName());
 
 TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {

@@ -145,10 +145,9 @@ void ShowOperation::putBack() {
     if (window.minimised) shown.erase(window.id);
   }
   putBackDesktops(now);
-  if (const xcb_window_t window = toActivate(now, shown); window != XCB_NONE) {
-    activate(window);
-  }
-  putBackOrder(now, shown);
+  const xcb_window_t active = toActivate(now, shown);
+  if (active != XCB_NONE) activate(active);
+  putBackOrder(now, shown, active);
   clearMarks(shown);
   xcb_flush(clients_.server().get());
   done_();
@@ -188,7 +187,8 @@ void ShowOperation::putBackDesktops(const ClientList& now) {
   }
 }
 
-void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown) {
+void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown,
+                                 xcb_window_t raised) {
   if (!before_.canRestack) return;
   // What is off the screen is nothing to be above of; nor is a desktop, which stands in a layer of
   // its own: IceWM passes over such a wish, and KWin takes it for one for the very top.
@@ -197,11 +197,15 @@ void ShowOperation::putBackOrder(const ClientList& now, const WindowSet& shown) 
     const ClientWindow* window = now.find(id);
     return window != nullptr && (window->minimised || window->kind == ClientKind::Furniture);
   });
+  const WindowOrder order = orderPutBack(current, shown, before_.knownOrder());
+  if (std::erase(current, raised) != 0) current.push_back(raised);
   // Each, wherever it seems to be: IceWM is late to tell what is where, and Openbox puts one to the
   // very top when the one under it is on another workspace.
   xcb_window_t sibling = XCB_NONE;
-  for (const xcb_window_t window : orderPutBack(current, shown, before_.knownOrder())) {
-    clients_.restack(window, sibling);
+  for (const xcb_window_t window : order) {
+    const bool standsThere = !current.empty() && current.front() == window;
+    if (!standsThere || !before_.habits.movesWhatStandsRight) clients_.restack(window, sibling);
+    std::erase(current, window);
     sibling = window;
   }
 }

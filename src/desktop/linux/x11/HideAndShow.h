@@ -83,7 +83,8 @@ class ShowOperation final : public HiddenOperation {
   [[nodiscard]] xcb_window_t toActivate(const ClientList& now, const WindowSet& shown) const;
   void activate(xcb_window_t window);
   void putBackDesktops(const ClientList& now);
-  void putBackOrder(const ClientList& now, const WindowSet& shown);
+  /// `raised` has just been activated, or none.
+  void putBackOrder(const ClientList& now, const WindowSet& shown, xcb_window_t raised);
   void clearMarks(const WindowSet& shown);
 
   std::vector<xcb_window_t> windows_;

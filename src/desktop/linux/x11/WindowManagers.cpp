@@ -15,7 +15,8 @@ struct Row {
 
 // The first whose name fits.
 constexpr std::array kRows{
-    Row{"KWin", {.firstWay = ShowWay::Map, .paintsBackground = true}},
+    Row{"KWin",  // 5.27
+        {.firstWay = ShowWay::Map, .movesWhatStandsRight = true, .paintsBackground = true}},
     Row{"Marco", {.firstWay = ShowWay::Map}},
     Row{"Muffin",  // 5.6
         {.firstWay = ShowWay::Activate, .paintsByArrival = true, .paintsBackground = true}},

@@ -18,6 +18,8 @@ struct WindowManagerHabits {
   bool stacksDownwards = false;
   /// Whether it puts windows above others as it is asked, and tells their real order.
   bool restacks = true;
+  /// Puts one that is asked for above the window under it, where it is already, below all others.
+  bool movesWhatStandsRight = false;
   /// Where no order can be put back: whether the window that was active is activated all the same,
   /// which raises it. The others get the keyboard past the window manager, and some take it back.
   bool activates = false;
