@@ -112,7 +112,7 @@ struct ProcessEnd::Watch {
   QSocketNotifier end_;
 };
 
-ProcessEnd::ProcessEnd(const std::vector<qint64>& processes, std::function<void()> ended) {
+ProcessEnd::ProcessEnd(const std::vector<qint64>& processes, const std::function<void()>& ended) {
   for (const qint64 pid : processes) {
     FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
     if (process.get() >= 0) watches_.push_back(std::make_unique<Watch>(std::move(process), ended));

@@ -39,7 +39,7 @@ using ProcessTime = qulonglong;
 /// thread only.
 class ProcessEnd {
  public:
-  ProcessEnd(const std::vector<qint64>& processes, std::function<void()> ended);
+  ProcessEnd(const std::vector<qint64>& processes, const std::function<void()>& ended);
   ~ProcessEnd();
   ProcessEnd(const ProcessEnd&) = delete;
   ProcessEnd& operator=(const ProcessEnd&) = delete;

@@ -61,7 +61,7 @@ void SwayHotKeys::setKeymap(std::function<const Keymap*()> keymap) {
 void SwayHotKeys::keymapChanged() {
   group_ = 0;
   const QJsonArray inputs = sway_.call(SwaySocket::Question::Inputs).array();
-  for (const QJsonValue& input : inputs) takeLayout(input.toObject());
+  for (const auto input : inputs) takeLayout(input.toObject());
   adapt();
 }
 

@@ -60,7 +60,7 @@ SwayWallpaper::SwayWallpaper(SwaySocket& sway, std::shared_ptr<WallpaperAdapter>
 // A configuration may call a monitor by what it is, which goes before where it is plugged in.
 QStringList SwayWallpaper::namesOf(const QString& output) {
   const QJsonArray outputs = sway_.call(SwaySocket::Question::Outputs).array();
-  for (const QJsonValue& each : outputs) {
+  for (const auto each : outputs) {
     if (each[QLatin1String("name")].toString() != output) continue;
     QStringList parts;
     for (const char* part : {"make", "model", "serial"})

@@ -118,7 +118,7 @@ class GSettingsWallpaper final : public WallpaperAdapter {
       }
     }
     // One that runs would take the new picture for the user's.
-    if (slideShow_) std::ranges::rotate(wanted, wanted.end() - 1);
+    if (slideShow_) std::rotate(wanted.begin(), wanted.end() - 1, wanted.end());
     Changes undo;
     auto reason = write(wanted, undo);
     Changes undone;

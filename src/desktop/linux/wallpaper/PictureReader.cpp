@@ -26,7 +26,7 @@ qint64 pixelsOf(const QSize& size) {
 /// Whether decoding it, at a smaller size where the format can do that, takes more memory than Qt
 /// allows or more pixels than desktops show.
 bool isTooLarge(const QImageReader& reader) {
-  constexpr qint64 kMegabyte = 1024 * 1024;
+  constexpr qint64 kMegabyte = qint64{1024} * 1024;
   const qint64 pixels = pixelsOf(reader.size());
   if (pixels > kMostPixels) return true;
   if (reader.format() == "jpeg" || reader.format() == "jpg") return false;
