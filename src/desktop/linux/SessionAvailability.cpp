@@ -35,7 +35,7 @@ std::optional<std::string> SessionAvailability::obstacle(Capability capability) 
       why = doNotDisturb_.obstacleForUser();
       break;
     case Capability::HideApplications:
-      if (session_.runningApplications == nullptr) {
+      if (session_.runningApplications == nullptr || !session_.runningApplications->canHide()) {
         why = localized("no program can hide the windows of others");
       }
       break;

@@ -39,6 +39,8 @@ class RunningApplications {
  public:
   virtual ~RunningApplications() = default;
 
+  /// Whether those who would do it now can hide any at all.
+  [[nodiscard]] virtual bool canHide() { return true; }
   [[nodiscard]] virtual std::vector<ApplicationInfo> runningApplications() = 0;
   [[nodiscard]] virtual bool isHidden(ApplicationId application) = 0;
   /// False when there is no such application any more, or it cannot be hidden or shown.

@@ -115,6 +115,10 @@ bool XApplications::isHidden(Id application) {
   return found->isHidden() || (wish == Wish::Hide && found->isVisible());
 }
 
+bool XApplications::canHide() {
+  return now().list.canMinimise;
+}
+
 bool XApplications::hide(Id application) {
   if (!latest().list.canMinimise) {
     warnOnce("this window manager cannot minimise: windows of other programs stay visible");

@@ -28,6 +28,8 @@ class XApplications final : public platform::port::RunningApplications {
   /// `events` outlives this.
   explicit XApplications(XEvents& events);
 
+  /// Whether a window manager runs that minimises.
+  [[nodiscard]] bool canHide() override;
   [[nodiscard]] std::vector<platform::port::ApplicationInfo> runningApplications() override;
   [[nodiscard]] bool isHidden(Id application) override;
   bool hide(Id application) override;
