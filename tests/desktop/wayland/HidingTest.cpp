@@ -164,6 +164,11 @@ TEST_P(SwayHidingTest, EachMonitorTurnsToAnEmptyWorkspaceAndExactlyBack) {
   desk.input().moveTo(harness::WaylandDesk::kOutputWidth - 50,
                       harness::WaylandDesk::kOutputHeight - 50);
   sway("[app_id=\"sticky\"] focus");
+  constexpr int kBorder = 2;
+  ASSERT_TRUE(desk.until([&] {
+    const auto sticky = desk.areaOf(kRed);
+    return sticky && sticky->x == 40 + kBorder;
+  }));
   const auto places = [&] {
     return std::vector{desk.areaOf(kRed), desk.areaOf(kBlue), desk.areaOf(kWhite)};
   };
