@@ -6,6 +6,7 @@
 #include "app/LaunchOnStartup.h"
 #include "app/MicrophoneAction.h"
 #include "hotkeys/HotKeysController.h"
+#include "platform/foundation/Geometry.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Process.h"

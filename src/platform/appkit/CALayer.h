@@ -5,7 +5,7 @@
 
 #include "platform/appkit/NSAnimationContext.h"
 #include "platform/appkit/NSColor.h"
-#include "platform/foundation/SmallValues.h"
+#include "platform/foundation/Geometry.h"
 
 namespace platform {
 

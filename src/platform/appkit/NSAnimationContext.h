@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/appkit/NSColor.h"
-#include "platform/foundation/SmallValues.h"
+#include "platform/foundation/Geometry.h"
 #include "platform/port/Program.h"
 
 namespace platform {

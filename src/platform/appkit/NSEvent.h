@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/foundation/SmallValues.h"
+#include "platform/foundation/Geometry.h"
 
 namespace platform {
 

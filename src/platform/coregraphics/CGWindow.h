@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/foundation/SmallValues.h"
+#include "platform/foundation/Geometry.h"
 #include "platform/foundation/Value.h"
 #include "platform/port/Screens.h"
 
