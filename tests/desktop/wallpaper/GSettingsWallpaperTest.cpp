@@ -260,6 +260,13 @@ QString timetable() {
   return path;
 }
 
+QString drawing() {
+  QFile file(folder().filePath("drawn.svg"));
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>");
+  return file.fileName();
+}
+
 struct Told {
   Shell shell;
   Backdrop backdrop;
@@ -277,10 +284,18 @@ TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
                        {kDarkPicture, quoted(night)},
                        {kStyle, "'spanned'"},
                        {"org.gnome.desktop.background primary-color", primary}};
+  const auto showing = [&](const QString& file) {
+    Settings shown = gnome;
+    shown[kPicture] = quoted(file);
+    return shown;
+  };
   Settings dark = gnome;
   dark["org.gnome.desktop.interface color-scheme"] = "'prefer-dark'";
   Settings unread = gnome;
   unread[kPicture] = "'file:///new.jxl'";
+  // A drawing, and a format that only covers read.
+  const QString drawn = drawing();
+  const QString bits = saved("bits.xbm");
   Settings takingTurns = gnome;
   takingTurns[kPicture] = quoted(timetable());
   Settings coloured = gnome;
@@ -292,6 +307,8 @@ TEST_F(GSettingsTest, WhatIsToldIsWhatTheShellDraws) {
        {"/old one.png", BackdropStyle::Fitted, true, BackdropShading::Solid, colour}},
       {with(kGnomeRuns, "", gnome), {light, kStretched, true}},
       {with(kGnomeRuns, "", dark), {night, kStretched, true}},
+      {with(kGnomeRuns, "", showing(drawn)), {drawn, kStretched, true}},
+      {with(kGnomeRuns, "", showing(bits)), {bits, kStretched, true}},
       {with(kBudgieRuns, "", dark), {light, kStretched, true}},
       {with(kBudgieRuns, "", takingTurns), {}},
       {with(kBudgieRuns, "", coloured), {}},

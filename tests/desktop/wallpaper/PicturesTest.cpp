@@ -10,6 +10,7 @@
 #include <QTemporaryDir>
 #include <algorithm>
 #include <random>
+#include <utility>
 
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wallpaper/WallpaperPictures.h"
@@ -101,6 +102,7 @@ TEST_F(WallpaperPicturesTest, WhatCannotBeShownIsRefusedAndNothingChanges) {
   const std::pair<std::string, const char*> rows[] = {
       {path("missing.png"), "does not exist"},
       {write("text.png", "no picture"), "is not a picture"},
+      {write("layers.png", "gimp xcf file"), "takes a plugin of Qt's"},
       {write("huge.ppm", "P6\n20000 14000\n255\n."), "too large"},
       {cutOff("cut.png"), "is not a whole picture"},
       {path(""), "is not a file"},
@@ -111,6 +113,21 @@ TEST_F(WallpaperPicturesTest, WhatCannotBeShownIsRefusedAndNothingChanges) {
   for (const auto& [file, reason] : rows) EXPECT_THAT(set(file), HasSubstr(reason)) << file;
   EXPECT_THAT(pictures.set(save("good.png"), "two", {}).value_or(""), HasSubstr("no screen two"));
   EXPECT_EQ(desktop->file, "/old.png");
+}
+
+TEST_F(WallpaperPicturesTest, CoverWithoutThePictureSaysWhyOnce) {
+  WallpaperPictures::waitForPictures(3000);
+  const auto draw = [&](const std::string& file) {
+    desktop->file = QString::fromStdString(file);
+    const Monitor monitor = facts.monitors().front();
+    EXPECT_TRUE(pictures.render(pictures.backdrop(monitor).value(), monitor).has_value());
+    return std::exchange(complaints, {});
+  };
+  EXPECT_EQ(draw(save("good.png")), "");
+  const std::string layers = write("layers.png", "gimp xcf file");
+  EXPECT_THAT(draw(layers), HasSubstr("layers.png takes a plugin of Qt's that is not here"));
+  EXPECT_EQ(draw(layers), "");
+  EXPECT_THAT(draw(cutOff("cut.png")), HasSubstr("cut.png is not a whole picture"));
 }
 
 TEST_F(WallpaperPicturesTest, PictureThatTakesLongIsShownOnceItIsReadAndABrokenOneNever) {

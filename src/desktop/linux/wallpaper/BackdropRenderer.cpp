@@ -5,7 +5,10 @@
 #include <QSvgRenderer>
 #include <algorithm>
 #include <cmath>
+#include <mutex>
+#include <utility>
 
+#include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/PictureReader.h"
 
 namespace linux_desktop {
@@ -162,6 +165,15 @@ void drawDrawing(QPainter& painter, const QString& file, const Placing& placing,
   drawTiles(painter, drawn, placing.area, monitor.pixels(), layout);
 }
 
+/// Once, as all monitors, and the mode each time, ask for the same picture.
+void complain(const std::string& fault) {
+  static std::mutex mutex;
+  static std::string said;
+  const std::scoped_lock lock(mutex);
+  if (fault == std::exchange(said, fault)) return;
+  qCWarning(lcWallpaper, "covers show a colour: %s", fault.c_str());
+}
+
 void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& monitor,
                  const BackdropLayout& layout) {
   const Placing placing = placingOf(backdrop, monitor, layout);
@@ -171,9 +183,13 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
   }
   const bool atOwnSize =
       placing.style == BackdropStyle::Tiled || placing.style == BackdropStyle::Centered;
-  const DecodedPicture picture = readPicture(
-      {backdrop.file, layout.manner.turnsUpright, atOwnSize ? QSize() : layout.desktop.size()});
-  if (picture.image.isNull()) return;
+  const PictureReading reading{backdrop.file, layout.manner.turnsUpright,
+                               atOwnSize ? QSize() : layout.desktop.size()};
+  const DecodedPicture picture = readPicture(reading);
+  if (picture.image.isNull()) {
+    if (const auto fault = decodingFault(reading)) complain(*fault);
+    return;
+  }
   if (placing.style == BackdropStyle::Tiled) {
     drawTiles(painter, picture.image, placing.area, monitor.pixels(), layout);
   } else {

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "desktop/linux/gsettings/GuardedSettings.h"
-#include "desktop/linux/log/Log.h"
 #include "desktop/linux/wallpaper/PictureReader.h"
 #include "desktop/linux/wallpaper/Timetable.h"
 
@@ -78,7 +77,7 @@ class GSettingsWallpaper final : public WallpaperAdapter {
     Backdrop backdrop;
     // What cannot be read here, GNOME's own pictures in newer formats say, is better a colour of
     // the user's than black.
-    const bool isFramedInBlack = hasPicture && desktop_.composed && !complainsOf(file);
+    const bool isFramedInBlack = hasPicture && desktop_.composed && !readingFault(file);
     if (!isFramedInBlack) {
       backdrop.primary = QColor(QString::fromStdString(text(kPrimary)));
       backdrop.secondary = QColor(QString::fromStdString(text(kSecondary)));
@@ -183,15 +182,6 @@ class GSettingsWallpaper final : public WallpaperAdapter {
     return fileIn(key, settings_->text(key).value_or(std::string()));
   }
 
-  /// Whether it cannot be read, which is said once.
-  [[nodiscard]] bool complainsOf(const QString& file) {
-    const auto fault = pictureFault(file);
-    if (fault && fault != fault_)
-      qCWarning(lcWallpaper, "covers show a colour: %s", fault->c_str());
-    fault_ = fault;
-    return fault.has_value();
-  }
-
   [[nodiscard]] bool takesTurns() const {
     return slideShow_ && slideShow_->flag(kTakesTurns) == true;
   }
@@ -236,7 +226,6 @@ class GSettingsWallpaper final : public WallpaperAdapter {
   // Null where the desktop has none.
   std::unique_ptr<GuardedSettings> slideShow_;
   std::unique_ptr<GuardedSettings> interface_;
-  std::optional<std::string> fault_;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QMimeDatabase>
 #include <algorithm>
 #include <list>
 #include <mutex>
@@ -48,21 +49,35 @@ std::optional<QString> fileFault(const QString& path) {
   return std::nullopt;
 }
 
-std::optional<QString> contentFault(const QString& path) {
-  QImageReader reader(path);
-  reader.setDecideFormatFromContent(true);
-  if (!reader.canRead()) return QStringLiteral("is not a picture");
-  const QByteArray format = reader.format();
-  if (std::ranges::none_of(kFormats, [&](const char* known) { return format == known; })) {
-    return QStringLiteral("is of a format that desktops may not show (%1)")
-        .arg(QString::fromLatin1(format));
+/// Of what Qt does not read: most of its formats are plugins, which come in packages of their own.
+QString unreadFault(const QString& path) {
+  const QString type = QMimeDatabase().mimeTypeForFile(path, QMimeDatabase::MatchContent).name();
+  const bool isRead = QImageReader::supportedMimeTypes().contains(type.toLatin1());
+  if (isRead || !type.startsWith(QLatin1String("image/"))) {
+    return QStringLiteral("is not a picture");
   }
+  return QStringLiteral("takes a plugin of Qt's that is not here (%1; most are in %2)")
+      .arg(type, QStringLiteral("qt6-image-formats-plugins"));
+}
+
+std::optional<QString> contentFault(QImageReader& reader) {
+  reader.setDecideFormatFromContent(true);
+  if (!reader.canRead()) return unreadFault(reader.fileName());
   const QSize size = reader.size();
   if (size.isEmpty()) return QStringLiteral("is not a whole picture");
   if (isTooLarge(reader)) {
     return QStringLiteral("is too large a picture (%1 x %2)").arg(size.width()).arg(size.height());
   }
   return std::nullopt;
+}
+
+std::optional<QString> formatFault(const QImageReader& reader) {
+  const QByteArray format = reader.format();
+  if (std::ranges::any_of(kFormats, [&](const char* known) { return format == known; })) {
+    return std::nullopt;
+  }
+  return QStringLiteral("is of a format that desktops may not show (%1)")
+      .arg(QString::fromLatin1(format));
 }
 
 std::string sentence(const QString& path, const QString& fault) {
@@ -116,8 +131,17 @@ Shelf& shelf() {
 }  // namespace
 
 std::optional<std::string> pictureFault(const QString& path) {
+  QImageReader reader(path);
   auto fault = fileFault(path);
-  if (!fault) fault = contentFault(path);
+  if (!fault) fault = contentFault(reader);
+  if (!fault) fault = formatFault(reader);
+  return fault ? std::optional(sentence(path, *fault)) : std::nullopt;
+}
+
+std::optional<std::string> readingFault(const QString& path) {
+  QImageReader reader(path);
+  auto fault = fileFault(path);
+  if (!fault && !isDrawing(path)) fault = contentFault(reader);
   return fault ? std::optional(sentence(path, *fault)) : std::nullopt;
 }
 
@@ -141,6 +165,7 @@ DecodedPicture readPicture(const PictureReading& reading) {
 
 std::optional<std::string> decodingFault(const PictureReading& reading) {
   if (!readPicture(reading).image.isNull()) return std::nullopt;
+  if (auto fault = readingFault(reading.file)) return fault;
   return sentence(reading.file, QStringLiteral("is not a whole picture"));
 }
 

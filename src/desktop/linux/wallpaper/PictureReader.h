@@ -14,6 +14,9 @@ namespace linux_desktop {
 /// hold.
 [[nodiscard]] std::optional<std::string> pictureFault(const QString& path);
 
+/// Why a cover cannot show that file, as above: whatever Qt reads here will do, and a drawing.
+[[nodiscard]] std::optional<std::string> readingFault(const QString& path);
+
 /// Whether it is drawn anew at each size (SVG). No `readPicture` reads such.
 [[nodiscard]] bool isDrawing(const QString& path);
 
