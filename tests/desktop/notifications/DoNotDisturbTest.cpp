@@ -111,15 +111,16 @@ INSTANTIATE_TEST_SUITE_P(, SettingsOfADaemon,
                                            NotificationDaemon::Mate, NotificationDaemon::Lxqt),
                          ::testing::PrintToStringParamName());
 
-TEST_P(SettingsOfADaemon, AreSwitchedAlsoWhenItHasEnded) {
+TEST_P(SettingsOfADaemon, AreSwitchedAndAsBeforeAlsoWhenItHasEnded) {
   QuietDesk desk({.notifications = GetParam()});
   desk.launch();
+  const std::optional<bool> before = desk.isOn(GetParam());
   desk.desk().startNotifications(NotificationDaemon::None);
   ASSERT_TRUE(desk.desk().until([&] { return !desk.desk().bus().hasOwner(kNotifications); }));
   for (const bool on : {true, false}) {
     desk.toggle();
-    // Off it may be unset again.
-    EXPECT_TRUE(desk.desk().until([&] { return desk.isOn(GetParam()).value_or(false) == on; }));
+    EXPECT_TRUE(desk.desk().until([&] { return desk.isOn(GetParam()) == (on ? true : before); }))
+        << "what was not set is not set afterwards";
   }
   desk.expectNoComplaint();
 }

@@ -76,7 +76,7 @@ class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
 
  protected:
   /// The state that an answer or an error to the question means.
-  [[nodiscard]] virtual std::optional<bool> stateIn(const QDBusMessage& answer) const {
+  [[nodiscard]] virtual std::optional<bool> stateIn(const QDBusMessage& answer) {
     return isError(answer) ? std::nullopt : way_.stateOf(answer.arguments().value(0));
   }
 
@@ -98,11 +98,13 @@ class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
 
   /// The state that a change will lead to which can only be sent later.
   void assume(bool on) { state_ = on; }
-  /// The daemon says by itself what the state is.
-  void heard(bool on) {
+  /// The daemon says by itself what the state is. False where that is older than what we wrote.
+  bool heard(bool on) {
     // A peer answers and tells in order: what comes before the answer to a write is older than
     // that.
-    if (unansweredWrites_ == 0) state_ = on;
+    if (unansweredWrites_ > 0) return false;
+    state_ = on;
+    return true;
   }
 
  private:
@@ -122,7 +124,10 @@ class BusDoNotDisturb : public QObject, public DoNotDisturbAdapter {
 
   void takeAnswer(const QDBusMessage& answer) {
     const std::optional<bool> on = stateIn(answer);
-    if (on) return heard(*on);
+    if (on) {
+      heard(*on);
+      return;
+    }
     qCWarning(lcNotifications, "Do Not Disturb cannot be read: %s",
               qPrintable(answer.errorMessage()));
   }
@@ -149,26 +154,38 @@ const QString kXfceProperty = QStringLiteral("/do-not-disturb");
 class XfceDoNotDisturb final : public BusDoNotDisturb {
  public:
   XfceDoNotDisturb(const QDBusConnection& bus, const NotificationDaemonIdentity& daemon)
-      : BusDoNotDisturb(bus, daemon,
-                        {.question = XfconfChannel(kXfceChannel).question(kXfceProperty),
-                         .stateOf = {},
-                         .change = [this](bool on) {
-                           return channel_.order({kXfceProperty, on});
-                         }}) {
+      : BusDoNotDisturb(
+            bus, daemon,
+            {.question = XfconfChannel(kXfceChannel).question(kXfceProperty),
+             .stateOf = {},
+             .change = [this](bool on) {
+               return channel_.order(
+                   {kXfceProperty, isSet_ ? std::optional<QVariant>(on) : std::nullopt});
+             }}) {
     channel_.setChanged([this](const XfconfChannel::Change& change) {
-      if (change.property == kXfceProperty) heard(change.value && change.value->toBool());
+      if (change.property != kXfceProperty) return;
+      if (heard(change.value && change.value->toBool())) isSet_ = change.value.has_value();
     });
+  }
+  [[nodiscard]] bool set(bool on) override {
+    isSet_ = !absence_.comesBack(on, isOn(), isSet_);
+    return BusDoNotDisturb::set(on);
   }
   [[nodiscard]] bool outlivesDaemon() const override { return true; }
 
  protected:
-  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) const override {
+  [[nodiscard]] std::optional<bool> stateIn(const QDBusMessage& answer) override {
     const auto properties = XfconfChannel::propertiesIn(answer);
-    return properties ? std::optional(properties->value(kXfceProperty).toBool()) : std::nullopt;
+    if (!properties) return std::nullopt;
+    isSet_ = properties->contains(kXfceProperty);
+    return properties->value(kXfceProperty).toBool();
   }
 
  private:
   XfconfChannel channel_{kXfceChannel};
+  /// After what has been written.
+  bool isSet_ = true;
+  FormerAbsence absence_;
 };
 
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");

@@ -28,8 +28,7 @@ class SettingsDoNotDisturb final : public DoNotDisturbAdapter {
   }
   [[nodiscard]] bool set(bool on) override {
     written_ = true;
-    if (on && isOn() == false) wasUnset_ = !settings_->userValue(row_.key);
-    const bool unsets = !on && std::exchange(wasUnset_, false);
+    const bool unsets = absence_.comesBack(on, isOn(), settings_->userValue(row_.key).has_value());
     const bool done = unsets ? settings_->setUserValue(row_.key, std::nullopt)
                              : settings_->setFlag(row_.key, on == row_.quiet);
     if (done) return true;
@@ -43,8 +42,7 @@ class SettingsDoNotDisturb final : public DoNotDisturbAdapter {
   const SettingsSwitch& row_;
   std::unique_ptr<GuardedSettings> settings_;
   bool written_ = false;
-  /// Before it was switched on here.
-  bool wasUnset_ = false;
+  FormerAbsence absence_;
 };
 
 const QString kLxqtFile = QStringLiteral("lxqt/notifications.conf");
@@ -66,9 +64,8 @@ class LxqtDoNotDisturb final : public DoNotDisturbAdapter {
   [[nodiscard]] bool set(bool on) override {
     const QString path =
         QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + '/' + kLxqtFile;
-    if (on && isOn() == false)
-      wasUnset_ = !iniValue(iniText(path).value_or(""), kSection, kLxqtKey);
-    const bool unsets = !on && std::exchange(wasUnset_, false);
+    const auto stored = iniValue(iniText(path).value_or(""), kSection, kLxqtKey);
+    const bool unsets = absence_.comesBack(on, isOn(), stored.has_value());
     const auto reason =
         setIniValue(path, kSection, kLxqtKey,
                     unsets ? std::nullopt : std::optional(QByteArray(on ? "true" : "false")));
@@ -80,8 +77,7 @@ class LxqtDoNotDisturb final : public DoNotDisturbAdapter {
   [[nodiscard]] bool outlivesDaemon() const override { return true; }
 
  private:
-  /// Before it was switched on here.
-  bool wasUnset_ = false;
+  FormerAbsence absence_;
 };
 
 }  // namespace
