@@ -124,6 +124,22 @@ TEST_F(GnomeModeTest, ItsCoversGoAndComeWithTheExtensionAndHiddenWindowsWaitForI
   EXPECT_TRUE(isAsBefore());
 }
 
+TEST_F(GnomeModeTest, OutlastsALockedScreenOfWhichNobodyComplains) {
+  turnOn();
+  (void)desk.evaluate("Main.sessionMode.pushMode('unlock-dialog'); 0");
+  ASSERT_TRUE(desk.until([&] { return !desk.bus().hasOwner("org.calmdeck.Shell"); }));
+  const auto complains = [&] {
+    return desk.program().errorOutput().find("no tray") != std::string::npos;
+  };
+  EXPECT_FALSE(desk.until(complains, std::chrono::seconds(6))) << "it comes back with its button";
+  (void)desk.evaluate("Main.sessionMode.popMode('unlock-dialog'); 0");
+  EXPECT_TRUE(
+      desk.until([&] { return desk.evaluate("'calmdeck' in Main.panel.statusArea") == "true"; }));
+  EXPECT_TRUE(isBare());
+  desk.toggleMode();
+  EXPECT_TRUE(isAsBefore());
+}
+
 TEST_F(GnomeModeTest, WhatItsUserHasTurnedOffStaysOff) {
   desk.program().kill();
   desk.turnExtension(kExtension, false);

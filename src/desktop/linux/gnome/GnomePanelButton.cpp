@@ -23,20 +23,19 @@ QByteArray pngOf(const QIcon& icon) {
 GnomePanelButton::GnomePanelButton(GnomeShell& shell) : shell_(shell) {
   patience_.setSingleShot(true);
   patience_.setInterval(kPatience);
-  const auto giveUp = [this] {
-    patience_.stop();
+  const auto expect = [this](bool isComing) {
+    if (!isComing) patience_.stop();
+    isComing_ = isComing;
     tellChanged();
   };
+  const auto giveUp = [expect] { expect(false); };
   QObject::connect(&patience_, &QTimer::timeout, &patience_, giveUp);
   QObject::connect(&shell_, &GnomeShell::turnedOff, &patience_, giveUp);
-  QObject::connect(&shell_, &GnomeShell::gone, &patience_, [this] {
-    patience_.start();
-    tellChanged();
-  });
-  QObject::connect(&shell_, &GnomeShell::ready, &patience_, [this] {
-    patience_.stop();
+  QObject::connect(&shell_, &GnomeShell::gone, &patience_, [expect] { expect(true); });
+  QObject::connect(&shell_, &GnomeShell::ended, &patience_, [this] { patience_.start(); });
+  QObject::connect(&shell_, &GnomeShell::ready, &patience_, [this, giveUp] {
     send();
-    tellChanged();
+    giveUp();
   });
   patience_.start();
 }

@@ -9,15 +9,16 @@
 
 namespace linux_desktop {
 
-/// A button of our extension's, which is there while that serves us. From the start on, and when it
-/// goes, it is waited for a while: the extension serves us a moment after the start.
+/// A button of our extension's, which is there while that serves us. It is waited for a while from
+/// the start on, for the extension serves us a moment later, and when the shell has ended; and for
+/// as long as it takes where it went while the extension is turned on: the screen is locked.
 class GnomePanelButton final : public PanelButton {
  public:
   /// `shell` outlives this.
   explicit GnomePanelButton(GnomeShell& shell);
 
   [[nodiscard]] bool isThere() const override { return shell_.isReady(); }
-  [[nodiscard]] bool isComing() const override { return patience_.isActive(); }
+  [[nodiscard]] bool isComing() const override { return isComing_; }
   void show(const QString& service, const QIcon& icon) override;
 
  private:
@@ -26,7 +27,7 @@ class GnomePanelButton final : public PanelButton {
   GnomeShell& shell_;
   QString service_;
   QByteArray picture_;
-  /// Runs while it is waited for. Also while the screen is locked the extension is away.
+  bool isComing_ = true;
   QTimer patience_;
 };
 

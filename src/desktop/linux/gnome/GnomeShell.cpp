@@ -16,6 +16,7 @@ namespace linux_desktop {
 namespace {
 
 const QString kUuid = QStringLiteral("shell@calmdeck.org");
+const QString kShell = QStringLiteral("org.gnome.Shell");
 const QString kExtension = QStringLiteral("org.calmdeck.Shell");
 const QString kPath = QStringLiteral("/org/calmdeck/Shell");
 
@@ -28,7 +29,7 @@ enum class State { On = 1, Off = 2, Error = 3, OutOfDate = 4 };
 
 // The shell itself; the service of the name org.gnome.Shell.Extensions would have to be started.
 QDBusMessage aboutExtension(const QString& method) {
-  return busCall(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+  return busCall(kShell, QStringLiteral("/org/gnome/Shell"),
                  QStringLiteral("org.gnome.Shell.Extensions"), method, {kUuid});
 }
 
@@ -79,7 +80,7 @@ QString whole(const QString& interface) {
 }  // namespace
 
 std::unique_ptr<GnomeShell> GnomeShell::open() {
-  BusPeer shell(QStringLiteral("org.gnome.Shell"));
+  BusPeer shell(kShell);
   const QDBusMessage answer = shell.call(aboutExtension(QStringLiteral("GetExtensionInfo")),
                                          QDeadlineTimer(kStartPatience));
   if (isError(answer)) {
@@ -95,13 +96,10 @@ std::unique_ptr<GnomeShell> GnomeShell::open() {
 GnomeShell::GnomeShell(std::unique_ptr<GuardedSettings> settings)
     : settings_(std::move(settings)),
       peer_(kExtension),
-      extension_(kExtension, QDBusConnection::sessionBus(),
-                 QDBusServiceWatcher::WatchForUnregistration) {
-  connect(&extension_, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
-    isReady_ = false;
-    Q_EMIT gone();
-    lookWhetherTurnedOff();
-  });
+      names_(kExtension, QDBusConnection::sessionBus(),
+             QDBusServiceWatcher::WatchForUnregistration) {
+  names_.addWatchedService(kShell);
+  connect(&names_, &QDBusServiceWatcher::serviceUnregistered, this, &GnomeShell::left);
   // Which may be heard of after the extension has gone.
   if (settings_) settings_->setChanged([this](const std::string&) { lookWhetherTurnedOff(); });
   listen({}, QStringLiteral("Ready"), [this](const QVariantList& /*nothing*/) {
@@ -119,8 +117,19 @@ void GnomeShell::turnOn() {
                        if (!isError(answer) && answer.arguments().value(0).toBool()) return;
                        qCWarning(lcGnome, "GNOME Shell does not turn our extension on: %s",
                                  isError(answer) ? reasonOf(answer).c_str() : "it is not allowed");
+                       isOff_ = true;
                        Q_EMIT turnedOff();
                      });
+}
+
+void GnomeShell::left(const QString& name) {
+  if (name == kShell) {
+    Q_EMIT ended();
+    return;
+  }
+  isReady_ = false;
+  Q_EMIT gone();
+  lookWhetherTurnedOff();
 }
 
 void GnomeShell::lookWhetherTurnedOff() {

@@ -31,6 +31,8 @@ class GnomeShell final : public QObject {
 
   /// Whether the extension serves us now.
   [[nodiscard]] bool isReady() const { return isReady_; }
+  /// Whether it is not going to before somebody turns it on.
+  [[nodiscard]] bool isOff() const { return isOff_; }
 
   // Interfaces are named by their last part: "Covers" is org.calmdeck.Shell.Covers.
 
@@ -58,6 +60,8 @@ class GnomeShell final : public QObject {
   /// It does not serve us, and is not going to until somebody turns it on: the shell would not, or
   /// the user has turned it off.
   void turnedOff();
+  /// The shell itself has left the session bus.
+  void ended();
 
  private Q_SLOTS:
   void heard(const QDBusMessage& signal);
@@ -65,6 +69,7 @@ class GnomeShell final : public QObject {
  private:
   explicit GnomeShell(std::unique_ptr<GuardedSettings> settings);
   void turnOn();
+  void left(const QString& name);
   void lookWhetherTurnedOff();
 
   bool isReady_ = false;
@@ -73,7 +78,7 @@ class GnomeShell final : public QObject {
   std::unique_ptr<GuardedSettings> settings_;
   std::map<std::pair<QString, QString>, Listener> listeners_;
   BusPeer peer_;
-  QDBusServiceWatcher extension_;
+  QDBusServiceWatcher names_;
 };
 
 }  // namespace linux_desktop
