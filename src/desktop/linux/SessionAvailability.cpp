@@ -12,6 +12,7 @@ SessionAvailability::SessionAvailability(SessionServices& session, DaemonDoNotDi
     : session_(session), doNotDisturb_(doNotDisturb), sound_(sound) {
   QObject::connect(&doNotDisturb_, &DaemonDoNotDisturb::obstacleChanged, &context_,
                    [this] { changed(); });
+  session_.follow(context_, [this] { changed(); });
   session_.desktopPictures.setProgramsChanged([this] { changed(); });
   sound_.setServerMissingChanged([this] { changed(); });
 }
@@ -29,7 +30,9 @@ std::optional<std::string> SessionAvailability::obstacle(Capability capability) 
   QString why;
   switch (capability) {
     case Capability::CoverIcons:
-      if (session_.covers == nullptr) why = localized("no program can cover the icons");
+      if (session_.covers == nullptr || !session_.covers->canCover()) {
+        why = localized("no program can cover the icons");
+      }
       break;
     case Capability::DoNotDisturb:
       why = doNotDisturb_.obstacleForUser();

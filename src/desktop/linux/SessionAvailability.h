@@ -8,8 +8,8 @@
 namespace linux_desktop {
 
 /// What this session lacks: services that nobody serves, and programs that do not run or cannot do
-/// it. Heard of when a notification daemon, a sound server, or a known program that draws the
-/// desktop comes or goes.
+/// it. Heard of when a notification daemon, a sound server, our extension of GNOME Shell, or a
+/// known program that draws the desktop comes or goes.
 class SessionAvailability final : public platform::port::Availability {
  public:
   /// All outlive this.

@@ -212,4 +212,8 @@ SessionServices::SessionServices()
 
 SessionServices::~SessionServices() = default;
 
+void SessionServices::follow(QObject& listener, const std::function<void()>& changed) {
+  if (rooms_->gnome) rooms_->gnome->follow(listener, changed);
+}
+
 }  // namespace linux_desktop

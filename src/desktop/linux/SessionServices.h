@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QObject>
+#include <functional>
 #include <memory>
 
 #include "desktop/linux/windowsystem/CoverFactory.h"
@@ -30,6 +32,10 @@ class SessionServices {
   ~SessionServices();
   SessionServices(const SessionServices&) = delete;
   SessionServices& operator=(const SessionServices&) = delete;
+
+  /// `changed` is called when what covers and hides here is turned on or off, while `listener`
+  /// lives.
+  void follow(QObject& listener, const std::function<void()>& changed);
 
   platform::port::Screens& screens;
   OwnWindows& ownWindows;

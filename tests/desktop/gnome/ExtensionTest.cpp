@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "desktop/gnome/GnomeDesk.h"
+#include "desktop/harness/AccessibilityClient.h"
 
 using gnome_test::GnomeDesk;
+using harness::AccessibilityClient;
 
 namespace {
 
+constexpr const char* kOurs = "shell@calmdeck.org";
 constexpr const char* kIcons = "ding@rastersoft.com";
 constexpr const char* kShell = "org.calmdeck.Shell";
 constexpr const char* kPath = "/org/calmdeck/Shell";
@@ -69,6 +72,25 @@ TEST(GnomeExtensionTest, ServesTheProgramAndNobodyElse) {
   EXPECT_EQ(desk.windows(), "red*");
   desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return desk.windows().empty(); }));
+}
+
+TEST(GnomeExtensionTest, ThePanelSaysWhatIsNotDoneWhileItIsTurnedOff) {
+  GnomeDesk desk({.monitors = 1});
+  desk.writeSettings({});
+  const auto program = desk.start({CALMDECK_PROGRAM}, AccessibilityClient::accessibleEnvironment());
+  const AccessibilityClient reader(desk);
+  const auto reads = [&](const std::string& icons, const std::string& others) {
+    return desk.until([&] { return reader.shows(icons) && reader.shows(others); });
+  };
+  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }));
+  for (const bool on : {false, true}) {
+    desk.turnExtension(kOurs, on);
+    EXPECT_TRUE(
+        on ? reads("Covers the icons with the wallpaper", "Takes their windows off the screen")
+           : reads("Not on this desktop: no program can cover the icons",
+                   "Not on this desktop: no program can hide the windows of others"))
+        << program->errorOutput();
+  }
 }
 
 TEST(GnomeExtensionTest, IsUsedFromTheNextLoginOnWhereTheShellDoesNotKnowIt) {

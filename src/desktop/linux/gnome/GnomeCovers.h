@@ -18,6 +18,7 @@ class GnomeCovers final : public CoverFactory {
   GnomeCovers(const GnomeCovers&) = delete;
   GnomeCovers& operator=(const GnomeCovers&) = delete;
 
+  [[nodiscard]] bool canCover() override { return !shell_.isOff(); }
   [[nodiscard]] std::unique_ptr<platform::port::WindowPeer> createCover(
       platform::NSWindow& window, platform::port::WindowClient& client) override;
 

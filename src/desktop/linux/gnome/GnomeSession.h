@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -22,6 +23,11 @@ class GnomeSession {
     return std::unique_ptr<GnomeSession>(new GnomeSession(std::move(shell)));
   }
 
+  /// `changed` is called when the extension is turned on or off, while `listener` lives.
+  void follow(QObject& listener, const std::function<void()>& changed) {
+    QObject::connect(shell_.get(), &GnomeShell::ready, &listener, changed);
+    QObject::connect(shell_.get(), &GnomeShell::turnedOff, &listener, changed);
+  }
   [[nodiscard]] WindowHider* windowHider() { return &windows_; }
   [[nodiscard]] CoverFactory* covers() { return &covers_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }

@@ -19,6 +19,7 @@ class GnomeWindows final : public WindowHider {
   GnomeWindows(const GnomeWindows&) = delete;
   GnomeWindows& operator=(const GnomeWindows&) = delete;
 
+  [[nodiscard]] bool canHide() override { return !shell_.isOff(); }
   [[nodiscard]] bool isHiding() override { return isHiding_; }
   void hide(Done done) override;
   void show(Done done) override;

@@ -11,6 +11,8 @@ class CoverFactory {
  public:
   virtual ~CoverFactory() = default;
 
+  /// Whether what makes them is at work now.
+  [[nodiscard]] virtual bool canCover() { return true; }
   /// The peer of a borderless window at the backstop level whose content is one image view. It
   /// stands on every workspace, in no task list, never gets the keyboard and swallows clicks.
   /// Mapped only once its picture is there. `window` and `client` outlive the peer, and this does

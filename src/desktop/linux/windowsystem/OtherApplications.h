@@ -16,6 +16,8 @@ class WindowHider {
   using Done = std::function<void()>;
 
   virtual ~WindowHider() = default;
+  /// Whether who would do it now can hide any.
+  [[nodiscard]] virtual bool canHide() { return true; }
   /// Whether something is away that this process or an earlier one hid. From memory.
   [[nodiscard]] virtual bool isHiding() = 0;
   /// As port::RunningApplications has it for each application. Returns at once; `done` is called
@@ -36,6 +38,7 @@ class OtherApplications final : public platform::port::RunningApplications {
   /// `hider` outlives this.
   explicit OtherApplications(WindowHider& hider) : hider_(hider) {}
 
+  [[nodiscard]] bool canHide() override { return hider_.canHide(); }
   [[nodiscard]] std::vector<platform::port::ApplicationInfo> runningApplications() override;
   [[nodiscard]] bool isHidden(Id application) override;
   bool hide(Id application) override;
