@@ -7,7 +7,6 @@
 
 #include "desktop/linux/wayland/WaylandConnection.h"
 #include "desktop/linux/windowsystem/DesktopView.h"
-#include "desktop/linux/windowsystem/ToldBackdrops.h"
 
 namespace linux_desktop {
 

@@ -29,11 +29,7 @@ std::vector<Monitor> monitorsOfQt() {
 }  // namespace
 
 MonitorScreens::MonitorScreens(Read read, std::chrono::milliseconds settling)
-    : read_(std::move(read)) {
-  settling_.setSingleShot(true);
-  settling_.setInterval(settling);
-  QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { settled(); });
-}
+    : read_(std::move(read)), settling_(settling, [this] { settled(); }) {}
 
 void MonitorScreens::settled() {
   std::vector<Monitor> now = read_();

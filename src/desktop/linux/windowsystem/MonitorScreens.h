@@ -2,11 +2,11 @@
 
 #include <QObject>
 #include <QRect>
-#include <QTimer>
 #include <chrono>
 #include <functional>
 #include <vector>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/Backdrop.h"
 #include "platform/port/Screens.h"
 
@@ -50,7 +50,7 @@ class MonitorScreens : public platform::port::Screens {
   platform::port::ScreensClient* client_ = nullptr;
   std::vector<Monitor> monitors_;
   /// A change arrives as several events, with states between them that nobody sees.
-  QTimer settling_;
+  OneShot settling_;
 };
 
 /// The screens as Qt tells them, for a window system that has no better source.

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "desktop/linux/windowsystem/DesktopView.h"
-#include "desktop/linux/windowsystem/ToldBackdrops.h"
 #include "desktop/linux/x11/RootPicture.h"
 #include "desktop/linux/x11/XPicture.h"
 #include "desktop/linux/x11/XScreens.h"
