@@ -80,10 +80,8 @@ std::unique_ptr<ForeignToplevels> ForeignToplevels::open(WaylandConnection& conn
 ForeignToplevels::ForeignToplevels(WaylandConnection& connection, Manager manager)
     : connection_(connection),
       manager_(std::move(manager)),
-      seat_(connection.bindFirst<wl_seat>(wl_seat_interface, kSeatVersion)) {
-  patience_.setSingleShot(true);
-  patience_.setInterval(kPatience);
-  QObject::connect(&patience_, &QTimer::timeout, &context_, [this] { finish(); });
+      seat_(connection.bindFirst<wl_seat>(wl_seat_interface, kSeatVersion)),
+      patience_(kPatience, [this] { finish(); }) {
   QObject::connect(&connection, &WaylandConnection::lost, &context_, [this] { finish(); });
   listen();
   connection.roundTrip();

@@ -2,11 +2,11 @@
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <functional>
 #include <memory>
 #include <vector>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wayland/WaylandConnection.h"
 #include "desktop/linux/windowsystem/OtherApplications.h"
 
@@ -100,7 +100,7 @@ class ForeignToplevels final : public WindowHider {
   bool toMinimised_ = false;
   Done done_;
   std::unique_ptr<CaughtUp> caughtUp_;
-  QTimer patience_;
+  OneShot patience_;
   QObject context_;
 };
 

@@ -83,18 +83,16 @@ LayerCovers::LayerCovers(const LayerShell& shell, const WaylandOutputs& outputs,
       outputs_(outputs),
       screens_(screens),
       plasma_(QStringLiteral("org.kde.plasmashell"), QDBusConnection::sessionBus(),
-              QDBusServiceWatcher::WatchForRegistration) {
+              QDBusServiceWatcher::WatchForRegistration),
+      startingPlasma_(kPlasmaStart,
+                      [this] { forEach([](LayerCover& cover) { cover.remake(); }); }) {
   QObject::connect(&outputs, &WaylandOutputs::changed, &context_,
                    [this] { forEach([](LayerCover& cover) { cover.lookAgain(); }); });
   QObject::connect(&outputs, &WaylandOutputs::goes, &context_, [this](const WaylandOutput& gone) {
     forEach([&gone](LayerCover& cover) { cover.outputGoes(gone); });
   });
-  startingPlasma_.setSingleShot(true);
-  startingPlasma_.setInterval(kPlasmaStart);
   QObject::connect(&plasma_, &QDBusServiceWatcher::serviceRegistered, &startingPlasma_,
                    [this] { startingPlasma_.start(); });
-  QObject::connect(&startingPlasma_, &QTimer::timeout, &context_,
-                   [this] { forEach([](LayerCover& cover) { cover.remake(); }); });
 }
 
 void LayerCovers::forEach(const std::function<void(LayerCover&)>& act) const {

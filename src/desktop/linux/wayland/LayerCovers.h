@@ -2,12 +2,12 @@
 
 #include <QDBusServiceWatcher>
 #include <QObject>
-#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wayland/LayerSurface.h"
 #include "desktop/linux/windowsystem/CoverFactory.h"
 #include "desktop/linux/windowsystem/CoverPeer.h"
@@ -57,8 +57,6 @@ class LayerCovers final : public CoverFactory {
   /// All outlive this.
   LayerCovers(const LayerShell& shell, const WaylandOutputs& outputs,
               const MonitorScreens& screens);
-  LayerCovers(const LayerCovers&) = delete;
-  LayerCovers& operator=(const LayerCovers&) = delete;
 
   /// Whether the compositor has layers.
   [[nodiscard]] bool areThere() const { return shell_.isThere(); }
@@ -76,7 +74,7 @@ class LayerCovers final : public CoverFactory {
   std::vector<LayerCover*> shown_;
   /// Another desktop of Plasma's may stand above the lowest sheets.
   QDBusServiceWatcher plasma_;
-  QTimer startingPlasma_;
+  OneShot startingPlasma_;
   QObject context_;
 };
 

@@ -49,22 +49,22 @@ std::optional<WallpaperState> LayerWallpaper::state(const Monitor& monitor) {
   return WallpaperState{std::move(kept), file};
 }
 
-std::optional<std::string> LayerWallpaper::show(const Monitor& monitor, const QString& file,
-                                                const Dictionary& /*options*/) {
+Fault LayerWallpaper::show(const Monitor& monitor, const QString& file,
+                           const Dictionary& /*options*/) {
   Backdrop wanted = backdrop(monitor).value_or(Backdrop());
   if (wanted.style == BackdropStyle::None) wanted.style = BackdropStyle::Zoomed;
   wanted.file = file;
   return put(monitor.name, wanted);
 }
 
-std::optional<std::string> LayerWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
+Fault LayerWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
   if (const auto file = platform::valueOf<std::string>(kept, kFile))
     return show(monitor, QString::fromStdString(*file), {});
   shown_.erase(monitor.name);
   return std::nullopt;
 }
 
-std::optional<std::string> LayerWallpaper::put(const QString& output, const Backdrop& backdrop) {
+Fault LayerWallpaper::put(const QString& output, const Backdrop& backdrop) {
   const WaylandOutput* where = shell_.connection.isLost() ? nullptr : outputs_.named(output);
   if (where == nullptr) return kRefused;
   Shown now{backdrop, draw(backdrop, where->monitor())};

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <QObject>
 #include <QTimer>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "desktop/linux/wallpaper/Swaybg.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
@@ -33,10 +31,9 @@ class LayerWallpaper final : public WallpaperAdapter {
   /// Ours, or that of a swaybg.
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   std::optional<WallpaperState> state(const Monitor& monitor) override;
-  std::optional<std::string> show(const Monitor& monitor, const QString& file,
-                                  const platform::Dictionary& options) override;
-  std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& kept) override;
+  Fault show(const Monitor& monitor, const QString& file,
+             const platform::Dictionary& options) override;
+  Fault restore(const Monitor& monitor, const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override { swaybg_.setChanged(changed); }
   [[nodiscard]] bool mayHaveIcons() const override { return false; }
   [[nodiscard]] BackdropManner manner() const override { return {.turnsUpright = true}; }
@@ -50,7 +47,7 @@ class LayerWallpaper final : public WallpaperAdapter {
     std::uint32_t place = 0;
   };
 
-  [[nodiscard]] std::optional<std::string> put(const QString& output, const Backdrop& backdrop);
+  [[nodiscard]] Fault put(const QString& output, const Backdrop& backdrop);
   [[nodiscard]] std::shared_ptr<const ShmPicture> draw(const Backdrop& backdrop,
                                                        const Monitor& monitor) const;
   void putUp(Shown& shown, const WaylandOutput& output);

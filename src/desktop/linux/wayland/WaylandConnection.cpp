@@ -6,7 +6,6 @@
 #include <QGuiApplication>
 #include <QTimer>
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 
 #include "desktop/linux/files/Processes.h"

@@ -57,8 +57,6 @@ class WaylandOutputs final : public QObject {
  public:
   /// `connection` outlives this.
   explicit WaylandOutputs(WaylandConnection& connection);
-  WaylandOutputs(const WaylandOutputs&) = delete;
-  WaylandOutputs& operator=(const WaylandOutputs&) = delete;
 
   /// Those that are described, in the order in which they came.
   [[nodiscard]] std::vector<const WaylandOutput*> all() const;

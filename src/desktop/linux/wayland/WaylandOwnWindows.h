@@ -2,18 +2,51 @@
 
 #include <QPointer>
 #include <QScreen>
-#include <QTimer>
+#include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
-#include "desktop/linux/wayland/LayerPopover.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wayland/PressCatcher.h"
 #include "desktop/linux/wayland/QtWayland.h"
 #include "desktop/linux/wayland/WaylandKeyboard.h"
 #include "desktop/linux/windowsystem/OwnWindows.h"
 
 namespace linux_desktop {
+
+/// A window of Qt's on the layer above all others, where the compositor puts it to the pixel, gives
+/// it the keyboard at once and lists it nowhere.
+class LayerPopover final : public OwnWindows::Popover {
+ public:
+  struct Client {
+    /// Called out of the event loop when the compositor takes the window away.
+    std::function<void()> dismissed;
+    /// It is in front again, as one that came there last.
+    std::function<void()> cameBack;
+  };
+
+  /// Null where the compositor does not answer. `window` is not on the screen, and is shown next.
+  /// `isExact`: the place is off the panels already; else what they keep free comes to it. `qt` and
+  /// `shell`, one of Qt's connection, outlive this.
+  [[nodiscard]] static std::unique_ptr<LayerPopover> make(const QtWayland& qt,
+                                                          zwlr_layer_shell_v1& shell,
+                                                          QWindow& window, const QRect& place,
+                                                          bool isExact, Client client);
+
+  void moveTo(const QRect& place) override;
+  void giveWay(bool toAnother) override;
+
+ private:
+  LayerPopover(QWindow& window, QScreen& screen, WaylandProxy<zwlr_layer_surface_v1> layer,
+               Client client);
+
+  QWindow& window_;
+  QScreen& screen_;
+  WaylandProxy<zwlr_layer_surface_v1> layer_;
+  Client client_;
+  bool configured_ = false;
+  QObject context_;
+};
 
 /// What a compositor with layers does for our own windows. It tells nobody where windows are or
 /// what is pressed, so both are found out with a catcher in front of everything.
@@ -74,7 +107,7 @@ class WaylandOwnWindows final : public OwnWindows {
   /// watch by it.
   std::shared_ptr<PressCatcher> kept_;
   std::vector<PointerFound> finders_;
-  QTimer patience_;
+  OneShot patience_;
 };
 
 }  // namespace linux_desktop

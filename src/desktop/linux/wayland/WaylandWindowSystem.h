@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "desktop/linux/wallpaper/DesktopFacts.h"
 #include "desktop/linux/wayland/ForeignToplevels.h"
@@ -21,7 +22,11 @@ namespace linux_desktop {
 class WaylandWindowSystem {
  public:
   /// Null where the interface is not on Wayland, or the compositor cannot be reached.
-  [[nodiscard]] static std::unique_ptr<WaylandWindowSystem> open();
+  [[nodiscard]] static std::unique_ptr<WaylandWindowSystem> open() {
+    auto connection = WaylandConnection::open();
+    if (!connection) return nullptr;
+    return std::unique_ptr<WaylandWindowSystem>(new WaylandWindowSystem(std::move(connection)));
+  }
 
   /// See WaylandConnection.
   [[nodiscard]] qint64 compositor() const { return connection_->compositor(); }
@@ -69,7 +74,15 @@ class WaylandWindowSystem {
   void setBackdrops(BackdropSource* backdrops) { pictures_.setBackdrops(backdrops); }
 
  private:
-  explicit WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection);
+  explicit WaylandWindowSystem(std::unique_ptr<WaylandConnection> connection)
+      : connection_(std::move(connection)) {
+    if (shell_.isThere()) facts_.setBareDesktop(wallpaper_);
+    if (!qt_) return;
+    keyboard_.emplace(*qt_);
+    ownWindows_.emplace(*qt_, *keyboard_, shell_, outputs_);
+    if (!toplevels_) return;
+    setBringer([this](const QString& title) { return toplevels_->bringForward(title); });
+  }
 
   std::unique_ptr<WaylandConnection> connection_;
   LayerShell shell_{*connection_};
