@@ -8,8 +8,6 @@
 #include <algorithm>
 #include <chrono>
 
-#include "desktop/linux/bus/BusPeer.h"
-#include "desktop/linux/gsettings/GuardedSettings.h"
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {

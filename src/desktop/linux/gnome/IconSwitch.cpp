@@ -58,8 +58,6 @@ std::unique_ptr<IconSwitch> IconSwitch::open() {
 }
 
 IconSwitch::IconSwitch(std::unique_ptr<GuardedSettings> shell) : shell_(std::move(shell)) {
-  following_.setSingleShot(true);
-  QObject::connect(&following_, &QTimer::timeout, &context_, [this] { follow(); });
   switchOn();
 }
 
@@ -75,7 +73,7 @@ std::unique_ptr<platform::port::WindowPeer> IconSwitch::createCover(
 
 void IconSwitch::changeShown(int by) {
   shown_ += by;
-  following_.start(0);
+  following_.start();
 }
 
 // Not by the shell's own switches: they keep no mark.

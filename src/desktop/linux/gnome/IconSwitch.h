@@ -3,10 +3,10 @@
 #include <QDBusMessage>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <memory>
 
 #include "desktop/linux/gsettings/GuardedSettings.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/windowsystem/CoverFactory.h"
 
 namespace linux_desktop {
@@ -42,7 +42,7 @@ class IconSwitch final : public CoverFactory {
   std::unique_ptr<GuardedSettings> shell_;
   int shown_ = 0;
   /// One look for all covers that come and go in a turn.
-  QTimer following_;
+  OneShot following_{std::chrono::milliseconds::zero(), [this] { follow(); }};
   QObject context_;
 };
 

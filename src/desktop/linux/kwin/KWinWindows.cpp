@@ -152,10 +152,8 @@ KWinWindows::KWinWindows()
     : kwin_(kService),
       ear_(QDBusConnection::sessionBus(), kPath,
            {earOf([this](const QJsonObject& answer) { answered(answer); })}),
-      known_{{QStringLiteral("active"), QString()}, {QStringLiteral("leftOut"), QJsonArray()}} {
-  patience_.setSingleShot(true);
-  patience_.setInterval(kPatience);
-  QObject::connect(&patience_, &QTimer::timeout, &context_, [this] { fail("no answer came"); });
+      known_{{QStringLiteral("active"), QString()}, {QStringLiteral("leftOut"), QJsonArray()}},
+      patience_(kPatience, [this] { fail("no answer came"); }) {
   run(QStringLiteral("look"), {});
 }
 

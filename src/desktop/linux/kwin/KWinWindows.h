@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QByteArray>
 #include <QDBusMessage>
 #include <QJsonObject>
 #include <QString>
-#include <QTimer>
 #include <QVariantList>
 #include <functional>
 #include <memory>
@@ -12,6 +10,7 @@
 
 #include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/windowsystem/OtherApplications.h"
 
 namespace linux_desktop {
@@ -45,7 +44,7 @@ class KWinWindows final : public WindowHider {
   /// What the script has to know of its runs before.
   QJsonObject known_;
   Done done_;
-  QTimer patience_;
+  OneShot patience_;
   QObject context_;
 };
 
