@@ -1,4 +1,4 @@
-#include "desktop/linux/notifications/AskedDoNotDisturb.h"
+#include "desktop/linux/notifications/DaemonAdapters.h"
 
 #include <QDBusPendingReply>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "desktop/linux/notifications/BusDoNotDisturb.h"
+#include "desktop/linux/notifications/DaemonAdapters.h"
 
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>

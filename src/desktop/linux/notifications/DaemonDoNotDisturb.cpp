@@ -8,9 +8,7 @@
 
 #include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
-#include "desktop/linux/notifications/AskedDoNotDisturb.h"
-#include "desktop/linux/notifications/BusDoNotDisturb.h"
-#include "desktop/linux/notifications/StoredDoNotDisturb.h"
+#include "desktop/linux/notifications/DaemonAdapters.h"
 
 namespace linux_desktop {
 

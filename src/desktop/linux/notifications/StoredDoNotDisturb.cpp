@@ -1,4 +1,4 @@
-#include "desktop/linux/notifications/StoredDoNotDisturb.h"
+#include "desktop/linux/notifications/DaemonAdapters.h"
 
 #include <QSettings>
 #include <QStandardPaths>
