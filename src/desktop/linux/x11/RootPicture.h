@@ -10,8 +10,8 @@
 
 #include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/x11/RootBackground.h"
-#include "desktop/linux/xserver/OncePerTurn.h"
 #include "desktop/linux/xserver/WindowStack.h"
+#include "desktop/linux/xserver/XEvents.h"
 #include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {

@@ -2,7 +2,6 @@
 
 #include <QAbstractEventDispatcher>
 #include <algorithm>
-#include <utility>
 
 #include "desktop/linux/log/Log.h"
 

@@ -1,17 +1,44 @@
 #pragma once
 
+#include <QMetaObject>
 #include <QObject>
 #include <QSocketNotifier>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
-#include "desktop/linux/xserver/OncePerTurn.h"
 #include "desktop/linux/xserver/WindowStack.h"
 #include "desktop/linux/xserver/XServer.h"
 
 namespace linux_desktop {
+
+/// What the server says as one turn of the event loop sees it: asked for at the first call of a
+/// turn, and forgotten at its end. One toggle needs it for each monitor several times. Main thread
+/// only.
+template <class Answer>
+class OncePerTurn {
+ public:
+  explicit OncePerTurn(std::function<Answer()> ask) : ask_(std::move(ask)) {}
+
+  [[nodiscard]] const Answer& now() {
+    if (!answer_) {
+      answer_.emplace(ask_());
+      QMetaObject::invokeMethod(
+          &context_, [this] { forget(); }, Qt::QueuedConnection);
+    }
+    return *answer_;
+  }
+  /// It may be another by now.
+  void forget() { answer_.reset(); }
+
+ private:
+  std::function<Answer()> ask_;
+  std::optional<Answer> answer_;
+  QObject context_;
+};
 
 /// Hands the events of one connection to those who asked for them. Wakes the program only for what
 /// somebody watches. Main thread only; outlives its watches.
@@ -24,8 +51,6 @@ class XEvents {
 
   /// `server` outlives this and is read by nobody else.
   explicit XEvents(XServer& server);
-  XEvents(const XEvents&) = delete;
-  XEvents& operator=(const XEvents&) = delete;
 
   [[nodiscard]] XServer& server() const { return server_; }
   /// The windows on the screen, of this turn of the event loop.

@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "desktop/linux/log/Log.h"
 
