@@ -3,7 +3,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <unordered_set>
 #include <vector>
 

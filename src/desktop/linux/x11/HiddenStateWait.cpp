@@ -1,11 +1,57 @@
 #include "desktop/linux/x11/HiddenStateWait.h"
 
-#include <algorithm>
+#include <span>
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
 
 namespace linux_desktop {
+
+HiddenWatch::HiddenWatch(XEvents& events, ClientWindows& clients)
+    : events_(events), clients_(clients) {}
+
+void HiddenWatch::follow(const ClientList& list) {
+  hidden_.clear();
+  for (const ClientWindow& window : list.windows) {
+    if (window.mark != kHidden) continue;
+    // Also one that is back already: that it is active may be told only now.
+    hidden_.insert(window.id);
+    if (window.id == list.active) expectBack(window.id);
+  }
+  if (hidden_.empty()) {
+    root_.reset();
+  } else if (!root_) {
+    resume();
+  }
+}
+
+void HiddenWatch::resume() {
+  root_ = events_.watchProperty(events_.server().root(), "_NET_ACTIVE_WINDOW",
+                                [this] { activeWindowChanged(); });
+}
+
+void HiddenWatch::pause() {
+  root_.reset();
+  back_.reset();
+}
+
+void HiddenWatch::activeWindowChanged() {
+  const auto active = events_.server().number(events_.server().root(), "_NET_ACTIVE_WINDOW");
+  if (active && hidden_.contains(*active)) expectBack(*active);
+}
+
+void HiddenWatch::expectBack(xcb_window_t active) {
+  back_ = events_.watchProperty(active, "_NET_WM_STATE", [this, active] { lookAt(active); });
+  lookAt(active);
+}
+
+void HiddenWatch::lookAt(xcb_window_t active) {
+  if (clients_.minimisedOf(std::span(&active, 1)).contains(active)) return;
+  back_.reset();
+  hidden_.erase(active);
+  clients_.mark(active, kBroughtForward);
+  xcb_flush(events_.server().get());
+}
 
 WindowManagerTurn::WindowManagerTurn(XEvents& events, std::function<void()> come)
     : server_(events.server()), window_(xcb_generate_id(server_.get())), come_(std::move(come)) {
@@ -36,10 +82,9 @@ constexpr std::chrono::milliseconds kPatienceWithTheTurn{200};
 }  // namespace
 
 HiddenStateWait::HiddenStateWait(XEvents& events, ClientWindows& clients)
-    : events_(events), clients_(clients) {
-  patience_.setSingleShot(true);
-  QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { patienceIsOver(); });
-}
+    : events_(events),
+      clients_(clients),
+      patience_(kLongestSilence, [this] { patienceIsOver(); }) {}
 
 void HiddenStateWait::start(const Goal& goal, const Request& request, Done done) {
   watches_.clear();

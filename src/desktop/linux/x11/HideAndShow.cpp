@@ -1,9 +1,7 @@
 #include "desktop/linux/x11/HideAndShow.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <utility>
 
 #include "desktop/linux/log/Log.h"
 

@@ -75,8 +75,8 @@ bool RootWallpaper::draw(const std::function<bool(xcb_pixmap_t)>& paint) {
   return true;
 }
 
-std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QString& file,
-                                               const Dictionary& /*options*/) {
+Fault RootWallpaper::show(const Monitor& monitor, const QString& file,
+                          const Dictionary& /*options*/) {
   BackdropLayout layout;
   layout.manner = manner();
   for (const Monitor& each : screens_.monitors()) layout.desktop |= each.pixels();
@@ -90,7 +90,7 @@ std::optional<std::string> RootWallpaper::show(const Monitor& monitor, const QSt
   return std::nullopt;
 }
 
-std::optional<std::string> RootWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
+Fault RootWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
   const auto found = told_.find(monitor.name);
   const auto number = platform::valueOf<std::int64_t>(kept, kCopy);
   if (found == told_.end() || found->second.number != number) {

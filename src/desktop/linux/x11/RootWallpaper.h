@@ -4,7 +4,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
 #include "desktop/linux/x11/RootBackground.h"
@@ -29,10 +28,9 @@ class RootWallpaper final : public WallpaperAdapter {
   /// Known only where the picture is ours.
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   std::optional<WallpaperState> state(const Monitor& monitor) override;
-  std::optional<std::string> show(const Monitor& monitor, const QString& file,
-                                  const platform::Dictionary& options) override;
-  std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& kept) override;
+  Fault show(const Monitor& monitor, const QString& file,
+             const platform::Dictionary& options) override;
+  Fault restore(const Monitor& monitor, const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
   [[nodiscard]] BackdropManner manner() const override { return {.turnsUpright = true}; }
 

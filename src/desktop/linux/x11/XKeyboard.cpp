@@ -29,14 +29,12 @@ std::unique_ptr<XKeyboard> XKeyboard::open(XEvents& events) {
   return std::unique_ptr<XKeyboard>(new XKeyboard(events, firstEvent));
 }
 
-XKeyboard::XKeyboard(XEvents& events, std::uint8_t firstEvent) : events_(events) {
+XKeyboard::XKeyboard(XEvents& events, std::uint8_t firstEvent)
+    : events_(events), settling_(kSettling, [this] {
+        if (changed_) changed_();
+      }) {
   watch_ = events.watchExtension(firstEvent,
                                  [this](const xcb_generic_event_t& event) { handle(event); });
-  settling_.setSingleShot(true);
-  settling_.setInterval(kSettling);
-  QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] {
-    if (changed_) changed_();
-  });
   selectEvents();
 }
 

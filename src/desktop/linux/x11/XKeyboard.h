@@ -2,7 +2,6 @@
 
 #include <xcb/xcb.h>
 
-#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "desktop/linux/keys/Keymap.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/windowsystem/KeyTranslator.h"
 #include "desktop/linux/xserver/XEvents.h"
 
@@ -29,8 +29,6 @@ class XKeyboard final : public KeyTranslator {
  public:
   /// Null, after one line on standard error, where the server has no XKB. `events` outlives this.
   [[nodiscard]] static std::unique_ptr<XKeyboard> open(XEvents& events);
-  XKeyboard(const XKeyboard&) = delete;
-  XKeyboard& operator=(const XKeyboard&) = delete;
 
   /// Called when layouts or modifiers may have changed; changes at a time count as one.
   void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
@@ -58,7 +56,7 @@ class XKeyboard final : public KeyTranslator {
   KeyboardGroup group_ = 0;
   std::function<void()> changed_;
   /// One change arrives as several events, with states between them that nobody types in.
-  QTimer settling_;
+  OneShot settling_;
 };
 
 }  // namespace linux_desktop

@@ -1,12 +1,8 @@
 #include "desktop/linux/x11/XPicture.h"
 
-#include <xcb/render.h>
-
-#include <algorithm>
 #include <array>
 
 #include "desktop/linux/x11/RootBackground.h"
-#include "desktop/linux/xserver/XDrawing.h"
 
 namespace linux_desktop {
 namespace {
