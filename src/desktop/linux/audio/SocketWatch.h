@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/linux/files/FileWatch.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/loop/OneShot.h"
 
 namespace linux_desktop {

@@ -9,7 +9,6 @@
 #include <QSocketNotifier>
 #include <algorithm>
 #include <ctime>
-#include <utility>
 
 #include "desktop/linux/files/FileDescriptor.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArrayList>
-#include <QString>
 #include <chrono>
 #include <functional>
 #include <memory>

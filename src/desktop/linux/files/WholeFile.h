@@ -1,12 +1,28 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFileSystemWatcher>
+#include <QStringList>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <variant>
 
 namespace linux_desktop {
+
+/// Tells of every change of some files, also while they do not exist yet or are replaced. The
+/// kernel reports; nothing is polled. Main thread only.
+class FileWatch {
+ public:
+  FileWatch(QStringList files, std::function<void()> changed);
+
+ private:
+  void arm();
+
+  QStringList files_;
+  QFileSystemWatcher watcher_;
+};
 
 /// Why the system refused, as a user may read it.
 struct FileError {

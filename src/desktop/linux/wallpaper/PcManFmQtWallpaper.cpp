@@ -11,9 +11,9 @@
 #include <utility>
 
 #include "desktop/linux/bus/BusPeer.h"
-#include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/files/Processes.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"

@@ -10,8 +10,8 @@
 #include <optional>
 #include <string>
 
-#include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/files/Processes.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/loop/OneShot.h"
 
 namespace linux_desktop {

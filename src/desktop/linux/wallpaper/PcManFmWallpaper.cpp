@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "desktop/linux/files/FileWatch.h"
 #include "desktop/linux/files/IniFile.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"

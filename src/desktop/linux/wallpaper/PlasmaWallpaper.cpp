@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "desktop/linux/bus/BusPeer.h"
-#include "desktop/linux/files/FileWatch.h"
+#include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/PlasmaPicture.h"
