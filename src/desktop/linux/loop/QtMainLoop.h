@@ -12,10 +12,6 @@ namespace linux_desktop {
 /// dropped with it.
 class QtMainLoop final : public platform::port::MainLoop {
  public:
-  QtMainLoop() = default;
-  QtMainLoop(const QtMainLoop&) = delete;
-  QtMainLoop& operator=(const QtMainLoop&) = delete;
-
   void post(Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> startTimer(platform::Duration delay, Work fire) override;
   void run() override;
