@@ -8,7 +8,6 @@
 
 #include "desktop/linux/audio/PulseConnection.h"
 #include "desktop/linux/audio/PulseMirror.h"
-#include "desktop/linux/audio/SocketWatch.h"
 #include "platform/coreaudio/AudioObject.h"
 
 namespace linux_desktop {
