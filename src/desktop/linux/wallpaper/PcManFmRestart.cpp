@@ -11,7 +11,6 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <chrono>
-#include <memory>
 #include <utility>
 
 #include "desktop/linux/files/FileDescriptor.h"

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 #include <functional>

@@ -10,7 +10,7 @@
 #include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/Backdrop.h"
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
-#include "desktop/linux/wallpaper/WallpaperChoice.h"
+#include "desktop/linux/wallpaper/WallpaperTable.h"
 #include "platform/port/Screens.h"
 
 namespace linux_desktop {
