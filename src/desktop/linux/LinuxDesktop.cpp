@@ -12,7 +12,7 @@
 #include "desktop/linux/bus/BusObject.h"
 #include "desktop/linux/bus/BusProbe.h"
 #include "desktop/linux/defaults/SettingsFile.h"
-#include "desktop/linux/keys/OwnKeyBindingLines.h"
+#include "desktop/linux/keys/SessionHotKeys.h"
 #include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/login/AutostartItems.h"

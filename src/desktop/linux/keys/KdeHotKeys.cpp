@@ -3,7 +3,6 @@
 #include <QDBusConnection>
 #include <QKeySequence>
 #include <algorithm>
-#include <array>
 #include <tuple>
 #include <utility>
 

@@ -3,7 +3,6 @@
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <array>
 #include <cstdint>
 #include <optional>

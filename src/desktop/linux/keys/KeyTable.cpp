@@ -4,9 +4,7 @@
 
 #include <QByteArrayView>
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <string_view>
 #include <utility>
 
 #include "platform/carbon/KeyCodes.h"

@@ -4,9 +4,7 @@
 #include <QString>
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <iterator>
-#include <string>
 #include <string_view>
 
 #include "desktop/linux/keys/KeyTable.h"

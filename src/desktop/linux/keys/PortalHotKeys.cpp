@@ -1,8 +1,6 @@
 #include "desktop/linux/keys/PortalHotKeys.h"
 
 #include <QDBusArgument>
-#include <QDBusMetaType>
-#include <QDBusVariant>
 #include <algorithm>
 #include <utility>
 
@@ -49,14 +47,11 @@ bool PortalHotKeys::isThere(const QDBusConnection& bus) {
 
 PortalHotKeys::PortalHotKeys(QDBusConnection bus)
     : bus_(std::move(bus)), watcher_(kService, bus_, QDBusServiceWatcher::WatchForRegistration) {
-  qDBusRegisterMetaType<PortalShortcut>();
-  qDBusRegisterMetaType<QList<PortalShortcut>>();
-  binding_.setSingleShot(true);
-  connect(&binding_, &QTimer::timeout, this, [this] { bindAnew(); });
+  registerBusTypes<PortalShortcut, QList<PortalShortcut>>();
   // Its sessions ended with the one before.
   connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
     session_.clear();
-    if (!hotKeys_.empty()) binding_.start(0);
+    if (!hotKeys_.empty()) binding_.start();
   });
 }
 
@@ -66,14 +61,16 @@ PortalHotKeys::~PortalHotKeys() {
 
 // By no name of a service: Qt would wait for its owner. Others are not told of our session.
 void PortalHotKeys::listen() {
-  if (std::exchange(isListening_, true)) return;
-  bus_.connect({}, {}, kRequest, QStringLiteral("Response"), this, SLOT(responded(QDBusMessage)));
-  bus_.connect({}, kPath, kInterface, QStringLiteral("Activated"), this,
-               SLOT(activated(QDBusMessage)));
-  bus_.connect({}, kPath, kInterface, QStringLiteral("Deactivated"), this,
-               SLOT(deactivated(QDBusMessage)));
-  bus_.connect({}, kPath, kInterface, QStringLiteral("ShortcutsChanged"), this,
-               SLOT(changed(QDBusMessage)));
+  if (!signals_.empty()) return;
+  const auto hear = [this](const QString& path, const QString& interface, const char* name,
+                           void (PortalHotKeys::*heard)(const QDBusMessage&)) {
+    signals_.emplace_back(bus_, BusSignal::Source{{}, path, interface, name},
+                          [this, heard](const QDBusMessage& signal) { (this->*heard)(signal); });
+  };
+  hear({}, kRequest, "Response", &PortalHotKeys::responded);
+  hear(kPath, kInterface, "Activated", &PortalHotKeys::activated);
+  hear(kPath, kInterface, "Deactivated", &PortalHotKeys::deactivated);
+  hear(kPath, kInterface, "ShortcutsChanged", &PortalHotKeys::changed);
   // Tells the portal who we are; older ones know it, or do without.
   send(kPath, QStringLiteral("org.freedesktop.host.portal.Registry"), QStringLiteral("Register"),
        {QStringLiteral("org.calmdeck.Calmdeck"), QVariantMap()});
@@ -87,13 +84,13 @@ platform::OSStatus PortalHotKeys::registerHotKey(platform::port::HotKeyNumber nu
   listen();
   hotKeys_.push_back(
       {number, id, QString::fromStdString(combinationName(keyCode, modifiers, kModifiers))});
-  binding_.start(0);
+  binding_.start();
   return platform::noErr;
 }
 
 void PortalHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
   if (std::erase_if(hotKeys_, [&](const HotKey& key) { return key.number == number; }) > 0)
-    binding_.start(0);
+    binding_.start();
 }
 
 // --- The portal's session ---

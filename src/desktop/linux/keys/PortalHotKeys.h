@@ -6,12 +6,14 @@
 #include <QList>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 #include <QVariantMap>
 #include <cstdint>
+#include <list>
 #include <tuple>
 #include <vector>
 
+#include "desktop/linux/bus/BusSignal.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "platform/port/HotKeys.h"
 
 namespace linux_desktop {
@@ -27,8 +29,6 @@ struct PortalShortcut {
 /// and may give it other keys, or none: whatever is asked for is taken, and what came of it is told
 /// later. A portal that starts anew is asked again. Main thread only.
 class PortalHotKeys final : public QObject, public platform::port::HotKeys {
-  Q_OBJECT
-
  public:
   /// Whether the session's portal has shortcuts at all; those of many desktops do not. Starts it
   /// where it does not run, and waits two seconds at most.
@@ -43,12 +43,6 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
                                                   std::uint32_t keyCode,
                                                   std::uint32_t modifiers) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
-
- private Q_SLOTS:
-  void responded(const QDBusMessage& response);
-  void changed(const QDBusMessage& signal);
-  void activated(const QDBusMessage& signal);
-  void deactivated(const QDBusMessage& signal);
 
  private:
   struct HotKey {
@@ -72,10 +66,14 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   [[nodiscard]] QString nextToken();
   /// The path of what the portal makes for that token.
   [[nodiscard]] QString handle(const QString& kind, const QString& token) const;
+  void responded(const QDBusMessage& response);
   void sessionCreated(const QDBusMessage& response);
   void bound(const QDBusMessage& response);
+  void changed(const QDBusMessage& signal);
   void assign(const QList<PortalShortcut>& given);
   [[nodiscard]] HotKey* pressedOne(const QDBusMessage& signal);
+  void activated(const QDBusMessage& signal);
+  void deactivated(const QDBusMessage& signal);
   void send(const QString& path, const QString& interface, const QString& method,
             const QVariantList& arguments) const;
 
@@ -84,11 +82,12 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   platform::port::HotKeysClient* client_ = nullptr;
   std::vector<HotKey> hotKeys_;
   /// A session binds once, so that one is made for all that are registered in a turn.
-  QTimer binding_;
+  OneShot binding_{std::chrono::milliseconds::zero(), [this] { bindAnew(); }};
   QString session_;
   Request request_;
   int lastToken_ = 0;
-  bool isListening_ = false;
+  /// None before the first hot key.
+  std::list<BusSignal> signals_;
 };
 
 }  // namespace linux_desktop
