@@ -39,15 +39,14 @@ struct SessionRooms {
   OwnWindows qtWindows;
   DesktopFacts qtFacts{[this] { return qtScreens.monitors(); }};
   WallpaperPictures pictures{facts()};
-  std::optional<PlasmaPanels> plasmaPanels;
+  PlasmaPanels plasmaPanels;
   QStringList missing;
 
   SessionRooms() {
     if (x11) x11->setBackdrops(&pictures);
     if (!wayland) return;
     wayland->setBackdrops(&pictures);
-    plasmaPanels.emplace(QDBusConnection::sessionBus());
-    wayland->setPanels([this] { return plasmaPanels->panels(); });
+    wayland->setPanels([this] { return plasmaPanels.panels(); });
     if (!sway) return;
     arrangeWallpaper();
     sway->setKeymap([this] { return wayland->keymap(); });

@@ -5,38 +5,25 @@
 #include <QRegion>
 #include <QScreen>
 
-#include "desktop/linux/bus/BusCall.h"
-
 namespace linux_desktop {
-namespace {
 
-constexpr const char* kPlasma = "org.kde.plasmashell";
-
-}  // namespace
-
-PlasmaPanels::PlasmaPanels(const QDBusConnection& bus)
-    : bus_(bus), watcher_(kPlasma, bus, QDBusServiceWatcher::WatchForOwnerChange) {
-  QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_, [this] {
-    usable_.clear();
-    askAll();
-  });
-  askAll();
-}
-
+// It tells nobody of a change, and says of a shell that is still starting that nothing is taken.
 void PlasmaPanels::askAll() {
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    const QString name = screen->name();
-    ask(bus_,
-        busCall(kPlasma, "/StrutManager", "org.kde.PlasmaShell.StrutManager", "availableScreenRect",
-                {name}),
-        &context_, [this, name](const QDBusMessage& answer) {
-          const QDBusReply<QRect> usable = answer;
-          if (usable.isValid()) usable_[name] = usable.value();
-        });
+  const QList<QScreen*> screens = QGuiApplication::screens();
+  std::vector<QDBusMessage> questions;
+  for (const QScreen* screen : screens) {
+    questions.push_back(shell_.method("/StrutManager", "org.kde.PlasmaShell.StrutManager",
+                                      "availableScreenRect", {screen->name()}));
+  }
+  auto screen = screens.begin();
+  for (const QDBusReply<QRect> usable : shell_.callAll(questions)) {
+    const QString name = (*screen++)->name();
+    if (usable.isValid()) usable_[name] = usable.value();
   }
 }
 
 std::vector<DesktopPanel> PlasmaPanels::panels() {
+  askAll();
   std::vector<DesktopPanel> panels;
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect usable = usable_.value(screen->name()) & screen->geometry();
@@ -44,7 +31,6 @@ std::vector<DesktopPanel> PlasmaPanels::panels() {
     // An edge at a time.
     for (const QRect& edge : QRegion(screen->geometry()) - usable) panels.push_back({edge, edge});
   }
-  askAll();
   return panels;
 }
 
