@@ -14,13 +14,20 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr const char* kName = "org.calmdeck.Calmdeck";
 constexpr const char* kShell = "org.kde.plasmashell";
+constexpr std::uint32_t kBlue = 0x2040c0;
 /// It takes its time where nothing helps it to draw.
 constexpr auto kLong = 60s;
 /// Where the desktop's first icon is, and where neither an icon nor a panel is.
 constexpr Rect kIcon{0, 0, 120, 120};
 constexpr Rect kFree{400, 200, 400, 300};
+/// A part of the desktop's bar with nothing on it, and what is above that.
+constexpr Rect kBar{980, 685, 60, 30};
+constexpr Rect kAboveBar{980, 560, 60, 60};
+/// Without the bar, which has a clock.
+constexpr Rect kAll{0, 0, 2 * harness::WaylandDesk::kOutputWidth, 600};
+/// The button at its end that has the desktop shown.
+constexpr Rect kPeek{1240, 690, 24, 16};
 
 /// An icon on the first monitor, and the picture of a dusk on both.
 class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
@@ -41,7 +48,6 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
     setPicture();
     EXPECT_TRUE(desk.until([&] { return desk.bus().hasTrayHost() && showsIcon(); }, kLong));
     // One picture fades into the other.
-    constexpr Rect kAll{0, 0, 2 * harness::WaylandDesk::kOutputWidth, 600};
     (void)desk.screen().settled(kAll, 3s, kLong);
     EXPECT_TRUE(isDusk(0) && isDusk(1));
   }
@@ -50,14 +56,7 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
     shell = desk.start({"plasmashell"}, kNative);
     EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }, kLong));
   }
-  void turn() {
-    EXPECT_TRUE(
-        desk.run({"gapplication", "action", kName, "toggle-presentation-mode"}).succeeded());
-  }
-  void launchFor(const std::string& feature) {
-    launch(feature);
-    ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kName); }));
-  }
+  void peek() { desk.input().click(kPeek.centreX(), kPeek.centreY()); }
   [[nodiscard]] bool showsIcon() { return harness::showsIcons(desk.screen().area(kIcon)); }
   [[nodiscard]] Image seen(int output) {
     Rect place = kFree;
@@ -97,20 +96,46 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
   std::vector<std::unique_ptr<harness::Process>> services_;
 };
 
-TEST_F(PlasmaTest, IconsStayCoveredAlsoWhenItsShellIsKilledAndStartedAnew) {
-  launchFor("DesktopIcons");
-  turn();
+TEST_F(PlasmaTest, IconsStayCoveredWhenTheDesktopIsShownAndWhenItsShellIsKilledAndStartedAnew) {
+  const harness::ForeignWindow& window = desk.openWindow("slides", 0xc02030);
+  const auto showsWindow = [&] { return desk.areaOf(window.colour).has_value(); };
+  const Image above = desk.screen().area(kAboveBar);
+  const auto showsPanel = [&] { return desk.screen().area(kAboveBar) != above; };
+  launch("DesktopIcons");
+  ASSERT_TRUE(desk.until(showsPanel)) << "it opens by itself";
+  desk.input().key("Escape");
+  ASSERT_TRUE(desk.until([&] { return !showsPanel(); }));
+  desk.toggleMode();
   ASSERT_TRUE(desk.until([&] { return !showsIcon(); }));
   EXPECT_TRUE(desk.until([&] { return isDusk(0) && isDusk(1); }))
       << "by the picture that it shows; " << program->errorOutput();
+  peek();
+  ASSERT_TRUE(desk.until([&] { return !showsWindow(); }));
+  EXPECT_FALSE(harness::showsIcons(desk.screen().settled(kIcon, 500ms)));
+  peek();
+  EXPECT_TRUE(desk.until(showsWindow));
+  const Image bar = desk.screen().area(kBar);
   shell->kill();
+  ASSERT_TRUE(desk.until([&] { return desk.screen().area(kBar) != bar; }));
   EXPECT_FALSE(showsIcon());
   startShell();
-  EXPECT_TRUE(desk.until([&] { return desk.bus().hasTrayHost(); }, kLong));
-  const Image settled = desk.screen().settled(kIcon, 2s, kLong);
-  EXPECT_FALSE(harness::showsIcons(settled));
-  turn();
+  EXPECT_TRUE(desk.until([&] { return desk.screen().area(kBar) == bar; }, kLong));
+  EXPECT_FALSE(harness::showsIcons(desk.screen().settled(kIcon, 2s, kLong)));
+  ASSERT_TRUE(desk.run({"gapplication", "launch", "org.calmdeck.Calmdeck"}).succeeded());
+  EXPECT_TRUE(desk.until(showsPanel));
+  EXPECT_EQ(desk.screen().area(kBar), bar) << "the panel keeps clear of it";
+  desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return showsIcon(); }, kLong));
+}
+
+TEST_F(PlasmaTest, TheChosenPictureComesAndTheOldOneIsBackToThePixel) {
+  const std::vector<Image> before{seen(0), seen(1)};
+  const auto isBlue = [&] { return seen(0).at(9, 9) == kBlue && seen(1).at(9, 9) == kBlue; };
+  launch("Wallpaper", harness::chosenPicture(desk.picture("blue.png", kBlue)));
+  desk.toggleMode();
+  EXPECT_TRUE(desk.until(isBlue, kLong));
+  desk.toggleMode();
+  EXPECT_TRUE(desk.until([&] { return seen(0) == before[0] && seen(1) == before[1]; }, kLong));
 }
 
 }  // namespace
