@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QByteArrayList>
 #include <QJsonObject>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "desktop/linux/keys/Keymap.h"

@@ -7,7 +7,6 @@
 #include <QDeadlineTimer>
 #include <QMetaObject>
 #include <QTimer>
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>

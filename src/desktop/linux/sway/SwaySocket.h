@@ -45,8 +45,6 @@ class SwaySocket {
   [[nodiscard]] static std::unique_ptr<SwaySocket> open();
   /// The same of an i3 that listens at `path`.
   [[nodiscard]] static std::unique_ptr<SwaySocket> openI3(const QByteArray& path);
-  SwaySocket(const SwaySocket&) = delete;
-  SwaySocket& operator=(const SwaySocket&) = delete;
 
   /// The process that answers; 0 where nobody may know.
   [[nodiscard]] qint64 process() const { return processBehind(socket_.get()); }

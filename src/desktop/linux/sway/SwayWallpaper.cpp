@@ -37,7 +37,7 @@ QByteArray commandFor(const QString& output, const SwaybgTold& row) {
 }
 
 /// Why sway refuses, in one line.
-std::optional<std::string> faultIn(const std::optional<QJsonDocument>& answer) {
+Fault faultIn(const std::optional<QJsonDocument>& answer) {
   if (!answer) return std::nullopt;
   if (answer->isNull()) return "sway is gone.";
   for (const QJsonValue each : answer->array()) {
@@ -113,8 +113,7 @@ std::optional<Dictionary> SwayWallpaper::options(const Monitor& monitor) {
   return Dictionary{{kMode, shown->mode.toStdString()}};
 }
 
-std::optional<std::string> SwayWallpaper::show(const Monitor& monitor, const QString& file,
-                                               const Dictionary& options) {
+Fault SwayWallpaper::show(const Monitor& monitor, const QString& file, const Dictionary& options) {
   const auto shown = shownOn(monitor.name);
   if (!shown) return otherwise_->show(monitor, file, options);
   SwaybgTold wanted{file, shown->mode, shown->colour};
@@ -123,7 +122,7 @@ std::optional<std::string> SwayWallpaper::show(const Monitor& monitor, const QSt
   return tell(monitor.name, wanted, true);
 }
 
-std::optional<std::string> SwayWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
+Fault SwayWallpaper::restore(const Monitor& monitor, const Dictionary& kept) {
   if (!kept.contains(kImage)) return otherwise_->restore(monitor, kept);
   const auto text = [&](const char* key) {
     return QByteArray::fromStdString(platform::valueOf<std::string>(kept, key).value_or(""));
@@ -136,8 +135,7 @@ QString SwayWallpaper::nameFor(const QString& output) const {
   return known == names_.end() ? output : known->second;
 }
 
-std::optional<std::string> SwayWallpaper::tell(const QString& output, const SwaybgTold& row,
-                                               bool isOurs) {
+Fault SwayWallpaper::tell(const QString& output, const SwaybgTold& row, bool isOurs) {
   const QByteArray command = commandFor(nameFor(output), row);
   const auto answer = sway_.carryOut(command);
   auto fault = faultIn(answer);

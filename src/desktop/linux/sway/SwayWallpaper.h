@@ -4,7 +4,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "desktop/linux/sway/SwaySocket.h"
 #include "desktop/linux/wallpaper/Swaybg.h"
@@ -23,10 +22,9 @@ class SwayWallpaper final : public WallpaperAdapter {
   std::optional<Backdrop> backdrop(const Monitor& monitor) override;
   std::optional<WallpaperState> state(const Monitor& monitor) override;
   std::optional<platform::Dictionary> options(const Monitor& monitor) override;
-  std::optional<std::string> show(const Monitor& monitor, const QString& file,
-                                  const platform::Dictionary& options) override;
-  std::optional<std::string> restore(const Monitor& monitor,
-                                     const platform::Dictionary& kept) override;
+  Fault show(const Monitor& monitor, const QString& file,
+             const platform::Dictionary& options) override;
+  Fault restore(const Monitor& monitor, const platform::Dictionary& kept) override;
   void setChanged(std::function<void()> changed) override;
   [[nodiscard]] bool mayHaveIcons() const override { return false; }
   [[nodiscard]] BackdropManner manner() const override { return otherwise_->manner(); }
@@ -44,8 +42,7 @@ class SwayWallpaper final : public WallpaperAdapter {
   [[nodiscard]] QStringList namesOf(const QString& output);
   [[nodiscard]] QString nameFor(const QString& output) const;
   [[nodiscard]] std::optional<SwaybgTold> shownOn(const QString& output);
-  [[nodiscard]] std::optional<std::string> tell(const QString& output, const SwaybgTold& row,
-                                                bool isOurs);
+  [[nodiscard]] Fault tell(const QString& output, const SwaybgTold& row, bool isOurs);
   [[nodiscard]] static bool isStarting(const Told& told,
                                        const std::optional<RunningSwaybg>& running);
   void tellAnew();

@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 #include <QJsonArray>
+#include <QString>
+#include <QStringList>
 #include <algorithm>
 #include <utility>
 
@@ -9,7 +11,105 @@
 #include "desktop/linux/sway/SwayConfig.h"
 
 namespace linux_desktop {
+
+struct SwayWindow {
+  SwayId id = 0;
+  /// This process's.
+  bool isOurs = false;
+  bool isSticky = false;
+  QStringList marks = {};
+};
+
+struct SwayWorkspace {
+  SwayId id = 0;
+  QString name = {};
+  QString output = {};
+  /// The one that its output shows.
+  bool isVisible = false;
+  /// What stands in it side by side, each with all that is in it, and what floats over it.
+  std::vector<SwayId> groups = {};
+  std::vector<SwayWindow> windows = {};
+};
+
+/// What sway, or i3, shows, at one moment.
+struct SwayTree {
+  std::vector<SwayWorkspace> workspaces;
+  /// The output that the user works on; empty without any.
+  QString output;
+  /// The window that has the keyboard, or would have it if no panel had it.
+  SwayId focused = 0;
+};
+
 namespace {
+
+SwayId idOf(const QJsonObject& node) {
+  return node[QLatin1String("id")].toInteger();
+}
+
+SwayId firstInFocus(const QJsonObject& node) {
+  return node[QLatin1String("focus")].toArray().first().toInteger();
+}
+
+QJsonArray childrenOf(const QJsonObject& node) {
+  QJsonArray children = node[QLatin1String("nodes")].toArray();
+  for (const auto& floating : node[QLatin1String("floating_nodes")].toArray()) {
+    children.append(floating);
+  }
+  return children;
+}
+
+/// Sway tells the process of a window, i3 the window's number at the X server.
+bool isWindow(const QJsonObject& node) {
+  return node.contains(QLatin1String("pid")) || node[QLatin1String("window")].isDouble();
+}
+
+bool isOurs(const QJsonObject& node) {
+  const QJsonValue pid = node[QLatin1String("pid")];
+  if (!pid.isUndefined()) return pid.toInteger() == QCoreApplication::applicationPid();
+  const QString name = node[QLatin1String("window_properties")][QLatin1String("class")].toString();
+  return name.compare(QLatin1String("calmdeck"), Qt::CaseInsensitive) == 0;
+}
+
+void collectWindows(const QJsonObject& node, std::vector<SwayWindow>& windows) {
+  const QJsonArray children = childrenOf(node);
+  for (const auto& child : children) collectWindows(child.toObject(), windows);
+  if (!children.isEmpty() || !isWindow(node)) return;
+  windows.push_back({idOf(node), isOurs(node), node[QLatin1String("sticky")].toBool(),
+                     node[QLatin1String("marks")].toVariant().toStringList()});
+}
+
+SwayWorkspace workspaceOf(const QJsonObject& node, const QString& output) {
+  SwayWorkspace workspace{idOf(node), node[QLatin1String("name")].toString(), output};
+  for (const auto& child : childrenOf(node)) {
+    workspace.groups.push_back(idOf(child.toObject()));
+    collectWindows(child.toObject(), workspace.windows);
+  }
+  return workspace;
+}
+
+/// I3 has them in a container beside those for the bars.
+void collectWorkspaces(const QJsonObject& node, const QString& output,
+                       std::vector<SwayWorkspace>& workspaces) {
+  const SwayId visible = firstInFocus(node);
+  for (const auto& value : childrenOf(node)) {
+    const QJsonObject child = value.toObject();
+    if (child[QLatin1String("type")].toString() == QLatin1String("workspace")) {
+      workspaces.push_back(workspaceOf(child, output));
+      workspaces.back().isVisible = idOf(child) == visible;
+    } else {
+      collectWorkspaces(child, output, workspaces);
+    }
+  }
+}
+
+/// The first in the node's order of focus.
+QJsonObject focusedChildOf(const QJsonObject& node) {
+  const SwayId first = firstInFocus(node);
+  for (const auto& child : childrenOf(node)) {
+    if (idOf(child.toObject()) == first) return child.toObject();
+  }
+  return {};
+}
 
 const QString kEmptyPrefix = QStringLiteral("calmdeck ");
 /// Noted on a window, as is its number, that sway otherwise shows on every workspace. Sway shows no
@@ -101,9 +201,25 @@ void makeStickyAgain(const SwayTree& tree, QByteArrayList& commands) {
   }
 }
 
-}  // namespace
+/// Of the answer to GET_TREE.
+SwayTree swayTree(const QJsonObject& root) {
+  SwayTree tree;
+  for (const auto& value : root[QLatin1String("nodes")].toArray()) {
+    const QJsonObject output = value.toObject();
+    // Where the windows of the scratchpad are kept.
+    const QString name = output[QLatin1String("name")].toString();
+    if (name != QLatin1String("__i3")) collectWorkspaces(output, name, tree.workspaces);
+  }
+  QJsonObject node = focusedChildOf(root);
+  tree.output = node[QLatin1String("name")].toString();
+  for (; !node.isEmpty(); node = focusedChildOf(node)) {
+    tree.focused = isWindow(node) ? idOf(node) : 0;
+  }
+  return tree;
+}
 
-QByteArrayList swayHideCommands(const SwayTree& tree) {
+/// The commands that hide what is on the monitors, but for windows of this process.
+QByteArrayList hideCommands(const SwayTree& tree) {
   Turns turns(tree);
   QByteArray refocus;
   for (const SwayWorkspace& workspace : tree.workspaces) {
@@ -125,7 +241,9 @@ QByteArrayList swayHideCommands(const SwayTree& tree) {
   return turns.commands;
 }
 
-QByteArrayList swayShowCommands(const SwayTree& tree, SwayId focusedBefore) {
+/// The commands that show it again, where the user has not done so, with what was opened meanwhile.
+/// `focusedBefore` had the focus when it was hidden; 0: that is not known.
+QByteArrayList showCommands(const SwayTree& tree, SwayId focusedBefore) {
   Turns turns(tree);
   QByteArray refocus;
   for (const SwayWorkspace& workspace : tree.workspaces) {
@@ -145,30 +263,32 @@ QByteArrayList swayShowCommands(const SwayTree& tree, SwayId focusedBefore) {
   return turns.commands;
 }
 
+}  // namespace
+
 SwayWindows::SwayWindows(SwaySocket& sway) : sway_(sway) {
   sway_.listen(SwaySocket::Event::Workspace,
                [this](const QJsonObject& event) { workspaceChanged(event); });
   const QJsonDocument tree = sway_.call(SwaySocket::Question::Tree);
-  empties_ = emptyOnesIn(swayTree(tree.object(), QCoreApplication::applicationPid()));
+  empties_ = emptyOnesIn(swayTree(tree.object()));
 }
 
 void SwayWindows::hide(Done done) {
   carryOut(
       [this](const SwayTree& tree) {
         focusedBefore_ = tree.focused;
-        return swayHideCommands(tree);
+        return hideCommands(tree);
       },
       done);
 }
 
 void SwayWindows::show(Done done) {
-  carryOut([this](const SwayTree& tree) { return swayShowCommands(tree, focusedBefore_); }, done);
+  carryOut([this](const SwayTree& tree) { return showCommands(tree, focusedBefore_); }, done);
 }
 
 void SwayWindows::carryOut(const std::function<QByteArrayList(const SwayTree& tree)>& plan,
                            const Done& done) {
   sway_.ask(SwaySocket::Question::Tree, {}, [=, this](const QJsonDocument& answer) {
-    const SwayTree tree = swayTree(answer.object(), QCoreApplication::applicationPid());
+    const SwayTree tree = swayTree(answer.object());
     // An i3 that has started anew has given all of them other numbers.
     empties_ = emptyOnesIn(tree);
     const QByteArrayList commands = plan(tree);

@@ -2,15 +2,20 @@
 
 #include <QByteArray>
 #include <QJsonObject>
-#include <QString>
+#include <cstdint>
 #include <functional>
 #include <set>
+#include <vector>
 
 #include "desktop/linux/sway/SwaySocket.h"
-#include "desktop/linux/sway/SwayTree.h"
 #include "desktop/linux/windowsystem/OtherApplications.h"
 
 namespace linux_desktop {
+
+/// Sway's number for a window or a group of windows.
+using SwayId = std::int64_t;
+
+struct SwayTree;
 
 /// Hides on sway and i3 by turning every monitor to an empty workspace: nothing in the workspaces
 /// that were shown changes, neither layout nor focus. The empty one of "1" is called "calmdeck 1",
@@ -35,11 +40,5 @@ class SwayWindows final : public WindowHider {
   /// When this process hid the last time; 0: none.
   SwayId focusedBefore_ = 0;
 };
-
-/// The commands that hide what is on the monitors, but for windows of this process.
-[[nodiscard]] QByteArrayList swayHideCommands(const SwayTree& tree);
-/// The commands that show it again, where the user has not done so, with what was opened meanwhile.
-/// `focusedBefore` had the focus when it was hidden; 0: that is not known.
-[[nodiscard]] QByteArrayList swayShowCommands(const SwayTree& tree, SwayId focusedBefore);
 
 }  // namespace linux_desktop
