@@ -1,15 +1,38 @@
 #include "desktop/linux/ui/PanelWindow.h"
 
 #include <QCloseEvent>
+#include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QWindow>
 
 #include "desktop/linux/ui/ButtonWidgets.h"
 #include "desktop/linux/ui/Theme.h"
 
 namespace linux_desktop {
 namespace {
+
+/// A child of the window that it watches.
+class ExposeWatch final : public QObject {
+ public:
+  ExposeWatch(QWindow& window, std::function<void()> exposed)
+      : QObject(&window), window_(window), exposed_(std::move(exposed)) {
+    window.installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::Expose || !window_.isExposed()) return false;
+    if (const auto exposed = std::exchange(exposed_, {})) {
+      watched->removeEventFilter(this);
+      deleteLater();
+      exposed();
+    }
+    return false;
+  }
+
+ private:
+  QWindow& window_;
+  std::function<void()> exposed_;
+};
 
 constexpr double kCornerRadius = 9;
 constexpr int kBorder = 1;
@@ -22,6 +45,15 @@ Qt::WindowFlags flagsFor(Chrome chrome) {
 }
 
 }  // namespace
+
+void onceExposed(QWindow& window, std::function<void()> exposed) {
+  if (window.isExposed()) {
+    exposed();
+  } else {
+    // The window owns it.
+    new ExposeWatch(window, std::move(exposed));
+  }
+}
 
 PanelWindow::PanelWindow(Chrome chrome, const QString& title, Clock clock, PanelObserver& observer)
     : QWidget(nullptr, flagsFor(chrome)),

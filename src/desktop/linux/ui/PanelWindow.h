@@ -1,12 +1,17 @@
 #pragma once
 
 #include <QWidget>
+#include <QWindow>
+#include <functional>
 #include <memory>
 #include <utility>
 
 #include "desktop/linux/ui/ViewTree.h"
 
 namespace linux_desktop {
+
+/// Calls `exposed` once `window` is on the screen: now if it is. Never if the window goes before.
+void onceExposed(QWindow& window, std::function<void()> exposed);
 
 /// What is around the content of a window.
 enum class Chrome {

@@ -15,7 +15,7 @@
 #include "desktop/linux/language/Language.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/ui/ButtonWidgets.h"
-#include "desktop/linux/ui/ExposeWatch.h"
+#include "desktop/linux/ui/PanelWindow.h"
 #include "desktop/linux/ui/ShortcutText.h"
 
 namespace linux_desktop {

@@ -12,11 +12,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/ui/ExposeWatch.h"
+#include "desktop/linux/ui/PanelWindow.h"
 #include "desktop/linux/ui/PopoverPlacement.h"
 #include "platform/appkit/NSImage.h"
 #include "platform/appkit/NSWindow.h"
-#include "platform/port/Windows.h"
 
 namespace linux_desktop {
 
