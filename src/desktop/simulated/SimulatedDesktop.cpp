@@ -4,22 +4,6 @@
 
 namespace simulated {
 
-std::optional<platform::Value> SimulatedDefaults::object(std::string_view key) const {
-  const auto found = values.find(key);
-  if (found == values.end()) return std::nullopt;
-  return found->second;
-}
-
-void SimulatedDefaults::set(std::string_view key, platform::Value value) {
-  log_.add("defaults.set " + std::string(key));
-  values.insert_or_assign(std::string(key), std::move(value));
-}
-
-void SimulatedDefaults::remove(std::string_view key) {
-  log_.add("defaults.remove " + std::string(key));
-  if (const auto found = values.find(key); found != values.end()) values.erase(found);
-}
-
 void SimulatedDesktop::countObservers() {
   if (!screen.covers().empty()) return;
   observers_ += platform::NSWorkspace::sharedWorkspace().notificationCenter().observerCount(

@@ -11,7 +11,6 @@
 #include "desktop/simulated/SimulatedHotKeys.h"
 #include "desktop/simulated/SimulatedMainLoop.h"
 #include "desktop/simulated/SimulatedScreens.h"
-#include "desktop/simulated/SimulatedStatusBar.h"
 #include "desktop/simulated/SimulatedWindows.h"
 #include "platform/Desktop.h"
 
@@ -33,9 +32,19 @@ class SimulatedOutput final : public platform::port::StandardOutput {
 class SimulatedDefaults final : public platform::port::DefaultsStore {
  public:
   explicit SimulatedDefaults(CallLog& log) : log_(log) {}
-  [[nodiscard]] std::optional<platform::Value> object(std::string_view key) const override;
-  void set(std::string_view key, platform::Value value) override;
-  void remove(std::string_view key) override;
+  [[nodiscard]] std::optional<platform::Value> object(std::string_view key) const override {
+    const auto found = values.find(key);
+    if (found == values.end()) return std::nullopt;
+    return found->second;
+  }
+  void set(std::string_view key, platform::Value value) override {
+    log_.add("defaults.set " + std::string(key));
+    values.insert_or_assign(std::string(key), std::move(value));
+  }
+  void remove(std::string_view key) override {
+    log_.add("defaults.remove " + std::string(key));
+    if (const auto found = values.find(key); found != values.end()) values.erase(found);
+  }
 
   std::map<std::string, platform::Value, std::less<>> values;
 

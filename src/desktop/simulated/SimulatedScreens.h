@@ -66,14 +66,23 @@ class SimulatedWindowList final : public platform::port::WindowList {
     return list;
   }
   [[nodiscard]] std::shared_ptr<const platform::port::Capture> capture(
-      std::uint32_t window) override;
+      std::uint32_t window) override {
+    log_.add("windowList.capture " + std::to_string(window));
+    const auto found = captures.find(window);
+    return found == captures.end() ? nullptr : found->second;
+  }
 
   /// None: the list cannot be had.
   std::optional<std::vector<platform::Dictionary>> list{std::in_place};
   std::map<std::uint32_t, std::shared_ptr<const SimulatedCapture>> captures;
   /// A window with a screen's desktop picture, behind those that are listed.
   void addDesktopPicture(std::uint32_t window, std::string content, std::size_t width,
-                         std::size_t height);
+                         std::size_t height) {
+    list->push_back({{"kCGWindowOwnerName", "Dock"},
+                     {"kCGWindowName", "Desktop Picture - " + content},
+                     {"kCGWindowNumber", std::int64_t{window}}});
+    captures[window] = std::make_shared<SimulatedCapture>(std::move(content), width, height);
+  }
 
  private:
   CallLog& log_;
@@ -84,12 +93,22 @@ class SimulatedDesktopPictures final : public platform::port::DesktopPictures {
  public:
   explicit SimulatedDesktopPictures(CallLog& log) : log_(log) {}
 
-  [[nodiscard]] std::optional<std::string> path(const platform::port::ScreenId& screen) override;
+  [[nodiscard]] std::optional<std::string> path(const platform::port::ScreenId& screen) override {
+    return find(pictures, screen);
+  }
   [[nodiscard]] std::optional<platform::Dictionary> options(
-      const platform::port::ScreenId& screen) override;
+      const platform::port::ScreenId& screen) override {
+    return find(pictureOptions, screen);
+  }
   [[nodiscard]] std::optional<std::string> set(const std::string& path,
                                                const platform::port::ScreenId& screen,
-                                               const platform::Dictionary& options) override;
+                                               const platform::Dictionary& options) override {
+    log_.add("pictures.set " + screen + " " + path);
+    if (auto refusal = find(refusals, screen)) return refusal;
+    pictures[screen] = path;
+    pictureOptions[screen] = options;
+    return std::nullopt;
+  }
 
   std::map<platform::port::ScreenId, std::string> pictures;
   std::map<platform::port::ScreenId, platform::Dictionary> pictureOptions;
@@ -97,6 +116,13 @@ class SimulatedDesktopPictures final : public platform::port::DesktopPictures {
   std::map<platform::port::ScreenId, std::string> refusals;
 
  private:
+  template <typename T>
+  [[nodiscard]] static std::optional<T> find(const std::map<platform::port::ScreenId, T>& map,
+                                             const platform::port::ScreenId& screen) {
+    const auto found = map.find(screen);
+    return found == map.end() ? std::nullopt : std::optional(found->second);
+  }
+
   CallLog& log_;
 };
 
