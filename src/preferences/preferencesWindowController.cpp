@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "hotkeys/KeyCombo.h"

@@ -7,7 +7,6 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSImage.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "shared/SettingsKeys.h"
 

@@ -1,7 +1,6 @@
 #include "platform/appkit/NSColor.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 
 namespace platform {

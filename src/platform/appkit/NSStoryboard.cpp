@@ -12,7 +12,6 @@
 #include "platform/appkit/NSView.h"
 #include "platform/appkit/NSViewController.h"
 #include "platform/appkit/NSWindowController.h"
-#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/foundation/Process.h"
 

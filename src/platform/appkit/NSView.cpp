@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/appkit/NSAnimationContext.h"
-#include "platform/appkit/NSLayoutConstraint.h"
 #include "platform/appkit/NSWindow.h"
 
 namespace platform {

@@ -6,7 +6,6 @@
 #include <QStandardPaths>
 #include <QString>
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 #include <system_error>
 #include <tuple>

@@ -8,7 +8,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QSocketNotifier>
 #include <QStandardPaths>
@@ -17,7 +16,6 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
