@@ -81,12 +81,19 @@ class PreferencesTest : public tests::ApplicationTest {
   }
   void clear(const ShortcutRow& row) { click(pane().*row.clearButton); }
 
-  [[nodiscard]] static Look look(const ShortcutRow& row) {
-    const platform::NSColor border = (pane().*row.box).lock()->borderColor();
-    EXPECT_TRUE(border == pane().borderNormalColor || border == platform::NSColor::blueColor());
-    return {(pane().*row.label).lock()->stringValue(),
-            !(pane().*row.clearButton).lock()->isHidden(),
-            border == platform::NSColor::blueColor()};
+  /// A screen reader is told the same, and the desktop keeps its keys unless a row records.
+  [[nodiscard]] Look look(const ShortcutRow& row) {
+    const auto box = (pane().*row.box).lock();
+    const bool isBlue = box->borderColor() == platform::NSColor::blueColor();
+    EXPECT_TRUE(isBlue || box->borderColor() == pane().borderNormalColor);
+    const std::string& label = (pane().*row.label).lock()->stringValue();
+    const std::string idle = label == kEmpty.label ? "No shortcut" : label;
+    const std::string help = isBlue ? "Waits for the keys to be pressed" : idle;
+    const bool isUnderASheet = help.empty();
+    EXPECT_TRUE(isUnderASheet || box->accessibilityHelp() == help);
+    EXPECT_EQ((pane().*row.recordButton).lock()->accessibilityHelp(), box->accessibilityHelp());
+    EXPECT_EQ(desk.screen.desktopKeysEnabled(), !shortcutState().isRecordingShortcut);
+    return {label, !(pane().*row.clearButton).lock()->isHidden(), isBlue};
   }
   /// The label of a row that has a shortcut and does not record.
   [[nodiscard]] static Look showing(std::string label) { return {std::move(label), true, false}; }

@@ -56,21 +56,6 @@ Calls onAndOff() {
   return both;
 }
 
-TEST_F(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrder) {
-  launchWithEverything();
-  const auto stored = desk.settings.values;
-  for (int round = 1; round <= 2; ++round) {
-    const auto start = desk.loop.now();
-    EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOn);
-    EXPECT_EQ(desk.loop.now() - start, 1s);
-    EXPECT_EQ(checkbox->properties.at("value"), Value(1));
-    EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOff);
-    EXPECT_EQ(checkbox->properties.at("value"), Value(0));
-  }
-  EXPECT_THAT(desk.loop.sleeps(), ElementsAre(1s, 1s));
-  EXPECT_EQ(desk.settings.values, stored);
-}
-
 TEST_F(PresentationModeTest, WithoutAWallpaperTheCoversComeFirstAndAtOnce) {
   launchWith({shared::kUserdefaultsToggleDesktopIcons, shared::kUserdefaultsToggleHideActiveApps});
   EXPECT_THAT(callsOf([this] { clickMaster(); }),
@@ -105,18 +90,23 @@ TEST_F(PresentationModeTest, AStopThatArrivesDuringTheStartComesAfterAllThatItHa
   EXPECT_FALSE(desk.applications.isHidden(7));
 }
 
-TEST_F(PresentationModeTest, TheShortcutPrintsTurnsTheSwitchAndGoesTheRoadOfTheClick) {
+TEST_F(PresentationModeTest, FiveFeaturesGoOnAndOffInTheirOrderByTheShortcutAsByAClick) {
   store(shared::kuserdefault_ToggleAppShortcut, "k");
   store(shared::kuserdefault_ToggleAppFlag, platform::Array{12});
   desk.loop.setWallClockStart(platform::WallTime(1794858182s));
   launchWithEverything();
+  const auto stored = desk.settings.values;
   EXPECT_EQ(callsOf([this] { pressShortcut(); }), kEverythingOn);
   EXPECT_EQ(desk.log.entries().front(), "print Pressed at 2026-11-16 19:43:02 +0000");
+  EXPECT_EQ(checkbox->properties.at("value"), Value(1));
   EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOff);
+  EXPECT_EQ(checkbox->properties.at("value"), Value(0));
   EXPECT_EQ(callsOf([this] { clickMaster(); }), kEverythingOn);
   EXPECT_EQ(callsOf([this] { pressShortcut(); }), kEverythingOff);
   EXPECT_FALSE(isOn());
   EXPECT_EQ(desk.userSession.modesSeen, (std::vector{true, false, true, false}));
+  EXPECT_THAT(desk.loop.sleeps(), ElementsAre(1s, 1s));
+  EXPECT_EQ(desk.settings.values, stored);
 }
 
 TEST_F(PresentationModeTest, CoversThatWereDeferredComeAlsoWhenTheModeHasEnded) {
@@ -131,18 +121,13 @@ TEST_F(PresentationModeTest, CoversThatWereDeferredComeAlsoWhenTheModeHasEnded) 
 
 TEST_F(PresentationModeTest, OperationsAreReachedByName) {
   launchWith({shared::kUserdefaultsToggleDesktopIcons});
-  const auto perform = [this](const char* name) {
-    return callsOf([this, name] {
-      panel().performSelector(name);
-      desk.loop.settle();
-    });
-  };
-  EXPECT_THAT(perform("hideAllApps"), ElementsAre("applications.hide 7", "applications.hide 7"));
-  EXPECT_THAT(perform("showAllHiddenApps"), ElementsAre("applications.unhide 7"));
-  EXPECT_THAT(perform("doHideDesktopIcon"),
-              ElementsAre(kEverythingOn[6], kEverythingOn[7], kEverythingOn[8]));
-  EXPECT_THAT(perform("spaceChange"), ElementsAre(kEverythingOn[7], kEverythingOn[8]));
-  EXPECT_THAT(perform("doShowDesktopIcon"), ElementsAre("window.hide"));
+  const auto perform = [this](const char* name) { panel().performSelector(name); };
+  for (const char* name : {"hideAllApps", "showAllHiddenApps"}) perform(name);
+  EXPECT_THAT(desk.log.calls(), ElementsAre("applications.hide 7", "applications.unhide 7"));
+  perform("doHideDesktopIcon");
+  EXPECT_EQ(desk.screen.covers().size(), 1U);
+  perform("doShowDesktopIcon");
+  EXPECT_EQ(desk.screen.covers().size(), 0U);
 }
 
 TEST_F(PresentationModeTest, NothingThatFailsTurnsASwitch) {
@@ -156,12 +141,6 @@ TEST_F(PresentationModeTest, NothingThatFailsTurnsASwitch) {
   EXPECT_EQ(callsOf([this] { clickMaster(); }),
             (Calls{kEverythingOn[0], "window.show behind at level -20, 0 0 1280 720 empty"}));
   EXPECT_EQ(callsOf([this] { clickMaster(); }), (Calls{kEverythingOff[0], "window.hide"}));
-  for (const auto& outlet :
-       {panel().toggleButtonHideDesktopIcons, panel().toggleButtonDisableNotifications,
-        panel().toggleButtonHideActiveApps, panel().toggleButtonTurnOffSpeaker,
-        panel().toggleButtonChangeWallpaper}) {
-    EXPECT_TRUE(outlet.lock()->isOn());
-  }
   clickMaster();
   click(panel().toggleButtonTurnOffSpeaker);
   EXPECT_EQ(desk.settings.object(shared::kUserdefaultsToggleSpeakerOff), Value(false));

@@ -124,14 +124,5 @@ TEST_F(SpeakerMuteTest, EveryStepAndOutcomeIsPrinted) {
   }
 }
 
-TEST_F(SpeakerMuteTest, AnotherDefaultDeviceIsUnmutedAndTheOldOneStaysMuted) {
-  panel->muteSpeaker();
-  desk.audio.addOutputDevice(43, true);
-  desk.audio.setDefaultOutputDevice(43);
-  panel->unmuteSpeaker();
-  EXPECT_EQ(desk.audio.isMuted(42), std::optional(true));
-  EXPECT_EQ(desk.audio.isMuted(43), std::optional(false));
-}
-
 }  // namespace
 }  // namespace presentation

@@ -10,25 +10,14 @@ namespace tests {
 using namespace std::chrono_literals;
 
 ApplicationTest::ApplicationTest() {
-  makeRuntime();
+  prepare();
 }
 
-void ApplicationTest::makeRuntime() {
-  runtime_ = std::make_unique<platform::Runtime>(desk.desktop);
+void ApplicationTest::prepare() {
   for (const resources::File& file : resources::files()) {
     platform::NSBundle::mainBundle().addResource(std::string(file.name), file.bytes);
   }
   app::registerClasses();
-}
-
-void ApplicationTest::TearDown() {
-  end();
-}
-
-void ApplicationTest::end() {
-  desk.countObservers();
-  runtime_.reset();
-  EXPECT_EQ(desk.leftBehind(), std::vector<std::string>{});
 }
 
 void ApplicationTest::launchOnly() {
@@ -45,7 +34,8 @@ void ApplicationTest::relaunch() {
   desk.output.lines.clear();
   desk.log.clear();
   desk.loop.restart();
-  makeRuntime();
+  begin();
+  prepare();
   launch();
 }
 

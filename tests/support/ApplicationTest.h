@@ -1,24 +1,18 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string_view>
 
 #include "app/AppDelegate.h"
 #include "app/ControllerFactory.h"
-#include "desktop/simulated/SimulatedDesktop.h"
-#include "platform/Runtime.h"
+#include "support/DeskTest.h"
 
 namespace tests {
 
-/// The whole program on a simulated desktop, driven as a user does. Fails a test that leaves
-/// something behind.
-class ApplicationTest : public ::testing::Test {
+/// The whole program on a simulated desktop, driven as a user does.
+class ApplicationTest : public DeskTest {
  protected:
   ApplicationTest();
-  ~ApplicationTest() override = default;
-  void TearDown() override;
 
   /// Starts the program and lets half a second pass, so that the panel is open.
   void launch();
@@ -41,12 +35,9 @@ class ApplicationTest : public ::testing::Test {
   [[nodiscard]] app::AppDelegate& delegate() { return *app::sharedAppDelegate(); }
 
   static constexpr platform::AudioObjectID kSpeakers = 42;
-  simulated::SimulatedDesktop desk;
 
  private:
-  void makeRuntime();
-  void end();
-  std::unique_ptr<platform::Runtime> runtime_;
+  static void prepare();
 };
 
 }  // namespace tests

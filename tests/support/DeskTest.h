@@ -16,11 +16,23 @@
 
 namespace tests {
 
-/// The layer on a simulated desktop.
+/// The layer on a simulated desktop. Fails a test that leaves something behind.
 class DeskTest : public ::testing::Test {
  protected:
+  DeskTest() { begin(); }
+  ~DeskTest() override { end(); }
+
+  void begin() { runtime_ = std::make_unique<platform::Runtime>(desk.desktop); }
+  void end() {
+    desk.countObservers();
+    runtime_.reset();
+    EXPECT_EQ(desk.leftBehind(), std::vector<std::string>{});
+  }
+
   simulated::SimulatedDesktop desk;
-  platform::Runtime runtime{desk.desktop};
+
+ private:
+  std::unique_ptr<platform::Runtime> runtime_;
 };
 
 /// An interface description of one object, as a map.

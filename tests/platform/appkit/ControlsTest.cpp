@@ -80,11 +80,6 @@ class WindowControllerTest : public tests::DeskTest {
     EXPECT_TRUE(controller->readTitle("Preferences"));
     controller->setLoader([this] { return std::make_shared<Content>(told); });
   }
-  ~WindowControllerTest() override {
-    EXPECT_EQ(controller.use_count(), 1);
-    controller.reset();
-    EXPECT_EQ(desk.screen.windowCount(), 0U);
-  }
   Calls toldBy(const std::function<void()>& act) {
     told.clear();
     act();

@@ -14,11 +14,6 @@ using Calls = std::vector<std::string>;
 class WindowTest : public tests::DeskTest {
  protected:
   WindowTest() { window->setContentView(view); }
-  ~WindowTest() override {
-    EXPECT_EQ(window.use_count(), 1);
-    window.reset();
-    EXPECT_EQ(desk.screen.windowCount(), 0U);
-  }
   void show() {
     window->show(port::PlacedByDesktop{});
     desk.loop.settle();
