@@ -25,7 +25,7 @@ constexpr std::uint32_t kCover = 0x20a040;
 
 CompositorDesk::CompositorDesk(Compositor kind, int windows)
     : desk_({.compositor = kind,
-             .bar = harness::Bar::Waybar,
+             .bar = true,
              .sound = harness::SoundServerKind::PulseAudio,
              .configuration = harness::allInTheMiddle(kind, "^other")}) {
   liveOn(desk_);

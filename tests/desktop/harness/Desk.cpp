@@ -1,10 +1,9 @@
 #include "desktop/harness/Desk.h"
 
 #include <algorithm>
+#include <iostream>
 #include <stdexcept>
 #include <utility>
-
-#include "desktop/harness/Screen.h"
 
 namespace harness {
 
@@ -32,6 +31,21 @@ void Desk::require(bool ready, const std::string& name, Process& process) {
   if (!ready) throw std::runtime_error(name + " did not become ready: " + process.errorOutput());
 }
 
+bool Desk::until(const std::function<bool()>& fact, std::chrono::milliseconds patience) const {
+  const bool holds = harness::until(fact, patience);
+  if (!holds && calmdeck_ && patience >= kPatience)
+    std::cerr << "In vain. Calmdeck wrote:\n"
+              << calmdeck_->text(Stream::Output) << calmdeck_->text(Stream::Error);
+  return holds;
+}
+
+std::unique_ptr<Process> Desk::startCalmdeck(const Environment& extra) {
+  iconFinder_.emplace(*screen_, panelAreas());
+  auto program = start({CALMDECK_PROGRAM}, extra);
+  calmdeck_ = program->record();
+  return program;
+}
+
 std::unique_ptr<Process> Desk::start(std::vector<std::string> argv,
                                      const Environment& extra) const {
   Command command{std::move(argv), environment_, home_.home()};
@@ -57,11 +71,18 @@ void Desk::writeSettings(const std::vector<std::string>& features,
 }
 
 void Desk::perform(const std::string& action) const {
-  constexpr const char* kName = "org.calmdeck.Calmdeck";
-  if (!until([this] { return bus_->hasOwner(kName); }))
+  if (!until([this] { return bus_->hasOwner(kCalmdeckName); }))
     throw std::runtime_error("Calmdeck is not on the bus");
-  const RunResult asked = run({"gapplication", "action", kName, action});
+  const RunResult asked = run({"gapplication", "action", kCalmdeckName, action});
   if (!asked.succeeded()) throw std::runtime_error(action + ": " + asked.errorOutput);
+}
+
+void Desk::notify(const std::string& summary) const {
+  const std::string name = "org.freedesktop.Notifications";
+  const RunResult shown = run({"gdbus", "call", "--session", "--dest", name, "--object-path",
+                               "/org/freedesktop/Notifications", "--method", name + ".Notify",
+                               "mail", "0", "", summary, "for you", "[]", "{}", "60000"});
+  if (!shown.succeeded()) throw std::runtime_error("no notification: " + shown.errorOutput);
 }
 
 RunResult Desk::run(std::vector<std::string> argv) const {

@@ -3,15 +3,21 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "desktop/harness/Input.h"
 #include "desktop/harness/PrivateHome.h"
 #include "desktop/harness/Process.h"
+#include "desktop/harness/Screen.h"
 #include "desktop/harness/SessionBus.h"
 #include "desktop/harness/SoundServer.h"
 
 namespace harness {
+
+/// By which Calmdeck is found on the bus.
+inline constexpr const char* kCalmdeckName = "org.calmdeck.Calmdeck";
 
 /// See Desk::writeSettings().
 inline const std::vector<std::string> kAllFeatures{"DesktopIcons", "Dnd", "HideActiveApps",
@@ -34,6 +40,18 @@ class Desk {
   /// These abort the test when the desktop was made without them.
   [[nodiscard]] SessionBus& bus() { return *bus_; }
   [[nodiscard]] SoundServer& sound() { return *sound_; }
+  [[nodiscard]] const Screen& screen() const { return *screen_; }
+  [[nodiscard]] const Input& input() const { return *input_; }
+
+  /// The areas of all panels.
+  [[nodiscard]] virtual std::vector<Rect> panelAreas() const { return {}; }
+
+  /// Starts Calmdeck as built in this tree; remembers how the panels looked, for trayIcon().
+  [[nodiscard]] std::unique_ptr<Process> startCalmdeck(const Environment& extra = {});
+  /// Where the icon of the Calmdeck that was started last shows.
+  [[nodiscard]] std::optional<Rect> trayIcon() const {
+    return iconFinder_ ? iconFinder_->find() : std::nullopt;
+  }
 
   /// Starts any program on this desktop.
   [[nodiscard]] std::unique_ptr<Process> start(std::vector<std::string> argv,
@@ -48,16 +66,22 @@ class Desk {
   /// JSON.
   void writeSettings(const std::vector<std::string>& features,
                      const std::string& further = {}) const;
+  /// The file in which it keeps them; empty while there is none.
+  [[nodiscard]] std::string settings() const {
+    return textOf(home_.config() / "calmdeck/settings.json");
+  }
   /// Has Calmdeck do one of its actions as scripts do it, so that its panel does not come up; once
   /// it is there. Throws std::runtime_error when it refuses.
   void perform(const std::string& action) const;
   void toggleMode() const { perform("toggle-presentation-mode"); }
 
-  /// True as soon as `fact` holds; false when it still does not after `patience`.
+  /// Has the notification daemon show something, or keep it back. Throws when it refuses.
+  void notify(const std::string& summary) const;
+
+  /// True as soon as `fact` holds; false when it still does not after `patience`. If that was all
+  /// of it, what the last Calmdeck wrote goes to standard error.
   bool until(const std::function<bool()>& fact,
-             std::chrono::milliseconds patience = kPatience) const {
-    return waitUntil(fact, patience);
-  }
+             std::chrono::milliseconds patience = kPatience) const;
 
  protected:
   explicit Desk(const Environment& extra);
@@ -73,15 +97,19 @@ class Desk {
   static void require(bool ready, const std::string& name, Process& process);
 
  private:
-  virtual bool waitUntil(const std::function<bool()>& fact,
-                         std::chrono::milliseconds patience) const {
-    return harness::until(fact, patience);
-  }
-
   PrivateHome home_;  // first: its destructor sweeps up after all the others
   Environment environment_;
   std::unique_ptr<SessionBus> bus_;
   std::unique_ptr<SoundServer> sound_;
+
+ protected:
+  /// Made by whoever knows the window system.
+  std::unique_ptr<Screen> screen_;
+  std::unique_ptr<Input> input_;
+
+ private:
+  std::optional<TrayIconFinder> iconFinder_;
+  std::shared_ptr<const LineCapture> calmdeck_;
 };
 
 }  // namespace harness

@@ -92,7 +92,7 @@ void setRoot(const XDesk& desk, const MonitorBackdrop& backdrop) {
 std::string rootPicture(const XDesk& desk) {
   const auto pixmap = desk.x().number(desk.x().root(), "_XROOTPMAP_ID");
   if (!pixmap) return "no picture\n";
-  const Image picture = desk.screen().area(desk.x().screenArea(), *pixmap);
+  const Image picture = imageOf(desk.x(), *pixmap, desk.x().screenArea());
   std::size_t sum = 0;
   for (const std::uint32_t pixel : picture.pixels) sum = sum * 31 + pixel;
   return "picture " + std::to_string(sum) + "\n";

@@ -76,15 +76,6 @@ std::vector<Compositor> installedOf(std::initializer_list<Compositor> kinds) {
   return found;
 }
 
-const DesktopProgram& program(Bar kind) {
-  static const std::array<DesktopProgram, 3> table{{
-      {"none", {}},
-      {"waybar", {"waybar"}},
-      {"lxqt-panel", {"lxqt-panel"}},
-  }};
-  return rowOf(table, kind);
-}
-
 const DesktopProgram& program(NotificationDaemon kind) {
   static const std::array<DesktopProgram, 6> table{{
       {"none", {}},
@@ -148,21 +139,6 @@ void configurePanel(Panel kind, const PanelPlace& place, const PrivateHome& home
   const RunResult loaded =
       runToEnd({{"sh", "-c", "dconf load / < \"$0\"", home.config() / kMateFile}, environment});
   if (!loaded.succeeded()) throw std::runtime_error("dconf: " + loaded.errorOutput);
-}
-
-void configureBar(Bar kind, const std::string& output, const PrivateHome& home) {
-  switch (kind) {
-    case Bar::None:
-      break;
-    case Bar::Waybar:
-      home.writeConfig("waybar/config",
-                       filled(textOf(HARNESS_FOLDER "/panels/waybar.json"), {{"monitor", output}}));
-      home.writeConfig("waybar/style.css", "window#waybar { background: #303030; }\n");
-      break;
-    case Bar::LxqtPanel:
-      configurePanel(Panel::LxqtPanel, {.edge = Edge::Top}, home, {});
-      break;
-  }
 }
 
 }  // namespace harness

@@ -32,8 +32,6 @@ std::ostream& operator<<(std::ostream& stream, Compositor kind);
 /// Those of them that are.
 [[nodiscard]] std::vector<Compositor> installedOf(std::initializer_list<Compositor> kinds);
 
-enum class Bar : std::uint8_t { None, Waybar, LxqtPanel };
-
 enum class NotificationDaemon : std::uint8_t {
   None,
   Dunst,
@@ -64,7 +62,6 @@ struct DesktopProgram {
 
 [[nodiscard]] const DesktopProgram& program(WindowManager kind);
 [[nodiscard]] const DesktopProgram& program(Panel kind);
-[[nodiscard]] const DesktopProgram& program(Bar kind);
 [[nodiscard]] const DesktopProgram& program(NotificationDaemon kind);
 [[nodiscard]] const DesktopProgram& program(DesktopIcons kind);
 
@@ -83,7 +80,5 @@ std::ostream& operator<<(std::ostream& stream, Kind kind) {
 /// bus, since some panels keep their settings behind it.
 void configurePanel(Panel kind, const PanelPlace& place, const PrivateHome& home,
                     const Environment& environment);
-/// The same for one at the top of a monitor.
-void configureBar(Bar kind, const std::string& output, const PrivateHome& home);
 
 }  // namespace harness

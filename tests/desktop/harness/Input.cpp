@@ -37,10 +37,6 @@ xcb_keysym_t keysymOf(std::string_view name) {
   return keysym;
 }
 
-void Input::useLayouts(const std::string& /*layouts*/, std::uint32_t /*inEffect*/) {
-  throw std::runtime_error("this keyboard has its layout from elsewhere");
-}
-
 void XInput::fake(std::uint8_t type, std::uint8_t detail, int x, int y) const {
   xcb_test_fake_input(x_.get(), type, detail, XCB_CURRENT_TIME, x_.root(),
                       static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);

@@ -9,7 +9,7 @@
 
 namespace harness {
 
-enum class Button : std::uint8_t { Left = 1, Middle = 2, Right = 3, WheelUp = 4 };
+enum class Button : std::uint8_t { Left = 1, Middle = 2, Right = 3 };
 
 /// A mouse and a keyboard: what they do goes through the server like a real device's events, grabs
 /// included. Each call returns once the server has taken it; what programs make of it comes later.
@@ -32,9 +32,6 @@ class Input {
   void key(std::string_view chord) const;
   virtual void keyDown(std::string_view name) const = 0;
   virtual void keyUp(std::string_view name) const = 0;
-  /// Makes the keyboard one with these layouts, as "us,de", and one of them in effect, from 0.
-  /// Throws std::runtime_error where it cannot.
-  virtual void useLayouts(const std::string& layouts, std::uint32_t inEffect);
 };
 
 /// The X keysym of such a key.

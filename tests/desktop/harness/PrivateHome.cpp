@@ -2,16 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
-#include <string_view>
-#include <thread>
-#include <vector>
 
 namespace harness {
 
@@ -21,19 +16,6 @@ namespace {
 
 constexpr const char* kInherited[] = {"PATH",         "LD_LIBRARY_PATH", "TZ",
                                       "ASAN_OPTIONS", "LSAN_OPTIONS",    "UBSAN_OPTIONS"};
-
-// A zombie's environment reads empty, so that only living processes are found.
-std::vector<pid_t> processesWith(const std::string& assignment) {
-  std::vector<pid_t> found;
-  for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
-    const std::string name = entry.path().filename();
-    pid_t pid = 0;
-    if (std::from_chars(name.data(), name.data() + name.size(), pid).ec != std::errc{}) continue;
-    const std::string environment = '\0' + textOf(entry.path() / "environ");
-    if (environment.find('\0' + assignment + '\0') != std::string::npos) found.push_back(pid);
-  }
-  return found;
-}
 
 // The state is the first thing behind the name, which may hold anything in its brackets.
 bool waits(const fs::path& task) {
@@ -55,21 +37,6 @@ bool allWait(pid_t process) {
 
 bool isXServer(pid_t process) {
   return textOf(fs::path("/proc") / std::to_string(process) / "comm").starts_with("Xvnc");
-}
-
-// Again until none is left: one that was just forking is found in the next round.
-void killAllWith(const std::string& assignment) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  for (;;) {
-    const std::vector<pid_t> living = processesWith(assignment);
-    if (living.empty()) return;
-    if (std::chrono::steady_clock::now() > deadline) {
-      std::cerr << "processes of a private desktop are left: " << assignment << '\n';
-      return;
-    }
-    for (const pid_t pid : living) ::kill(pid, SIGKILL);
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  }
 }
 
 }  // namespace
@@ -99,20 +66,36 @@ PrivateHome::PrivateHome() {
 }
 
 PrivateHome::~PrivateHome() {
-  killAllWith("XDG_RUNTIME_DIR=" + runtime().string());
+  // Again until none is left: one that was just forking is found in the next round.
+  const auto killed = [this] {
+    const std::vector<pid_t> living = processes();
+    for (const pid_t pid : living) ::kill(pid, SIGKILL);
+    return living.empty();
+  };
+  if (!until(killed)) std::cerr << "processes of a private desktop are left: " << folder_ << '\n';
   std::error_code failure;
   fs::remove_all(folder_, failure);
   if (failure) std::cerr << "cannot remove " << folder_ << ": " << failure.message() << '\n';
 }
 
-bool PrivateHome::isAtRest() const {
-  // Work may be handed from one that is not looked at yet to one that was.
-  for (int look = 0; look < 2; ++look) {
-    for (const pid_t process : processesWith("XDG_RUNTIME_DIR=" + runtime().string())) {
-      if (!isXServer(process) && !allWait(process)) return false;
-    }
+// A zombie's environment reads empty, so that only living processes are found.
+std::vector<pid_t> PrivateHome::processes() const {
+  const std::string assignment = '\0' + ("XDG_RUNTIME_DIR=" + runtime().string()) + '\0';
+  std::vector<pid_t> found;
+  for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename();
+    pid_t pid = 0;
+    if (std::from_chars(name.data(), name.data() + name.size(), pid).ec != std::errc{}) continue;
+    const std::string environment = '\0' + textOf(entry.path() / "environ");
+    if (environment.find(assignment) != std::string::npos) found.push_back(pid);
   }
-  return true;
+  return found;
+}
+
+bool PrivateHome::isAtRest() const {
+  const auto rests = [](pid_t process) { return isXServer(process) || allWait(process); };
+  // Twice: work may be handed from one that is not looked at yet to one that was.
+  return std::ranges::all_of(processes(), rests) && std::ranges::all_of(processes(), rests);
 }
 
 Environment PrivateHome::environment() const {

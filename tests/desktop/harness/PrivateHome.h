@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "desktop/harness/Process.h"
 
@@ -30,6 +31,8 @@ class PrivateHome {
   /// and nothing else of the test's own surroundings.
   [[nodiscard]] Environment environment() const;
 
+  /// Those that live with these folders.
+  [[nodiscard]] std::vector<pid_t> processes() const;
   /// Whether every program with these folders waits for something at this moment, so that none will
   /// do anything before somebody or a timer wakes it. A stopped one counts as waiting. The X server
   /// is not looked at: it works for whoever looks at the screen.

@@ -1,15 +1,12 @@
 #include "desktop/harness/Process.h"
 
-#include <fcntl.h>
+#include <glib.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
-#include <array>
 #include <cerrno>
-#include <csignal>
-#include <cstring>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -19,17 +16,6 @@ namespace harness {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-struct Pipe {
-  FileDescriptor reading;
-  FileDescriptor writing;
-};
-
-Pipe makePipe() {
-  std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe for a child");
-  return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-}
 
 // Pointers into strings that stay in place, with the closing null that exec wants.
 std::vector<char*> pointersInto(std::vector<std::string>& strings) {
@@ -50,17 +36,8 @@ std::vector<std::string> asAssignments(const Environment& environment) {
   return assignments;
 }
 
-// Everything that the child needs between fork and exec, prepared before: the test has threads,
-// so that only async-signal-safe calls are allowed there.
-struct Launch {
-  char* const* argv;
-  char* const* environment;
-  const char* directory;
-  int input, output, error, failure;
-  pid_t parent;
-};
-
-[[noreturn]] void becomeProgram(const Launch& launch) {
+// Between fork and exec, where the test's threads allow only async-signal-safe calls.
+void leadGroup(void* parent) {
   sigset_t none;
   sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -68,26 +45,7 @@ struct Launch {
   for (const int number : {SIGPIPE, SIGHUP, SIGINT, SIGTERM}) ::signal(number, SIG_DFL);
   ::setpgid(0, 0);
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (::getppid() != launch.parent) ::_exit(127);  // the test died before the line above
-  if (::dup2(launch.input, STDIN_FILENO) >= 0 && ::dup2(launch.output, STDOUT_FILENO) >= 0 &&
-      ::dup2(launch.error, STDERR_FILENO) >= 0 &&
-      (launch.directory == nullptr || ::chdir(launch.directory) == 0)) {
-    ::execvpe(launch.argv[0], launch.argv, launch.environment);
-  }
-  const int reason = errno;
-  [[maybe_unused]] const ssize_t written = ::write(launch.failure, &reason, sizeof reason);
-  ::_exit(127);
-}
-
-// The pipe closes by itself when exec succeeds; before that it carries the reason of a failure.
-void throwIfNotStarted(const FileDescriptor& failure, pid_t child, const std::string& program) {
-  int reason = 0;
-  ssize_t count = 0;
-  do count = ::read(failure.get(), &reason, sizeof reason);
-  while (count < 0 && errno == EINTR);
-  if (count == 0) return;
-  ::waitpid(child, nullptr, 0);
-  throw std::runtime_error("cannot run " + program + ": " + std::strerror(reason));
+  if (::getppid() != *static_cast<pid_t*>(parent)) ::_exit(127);  // it died before the line above
 }
 
 bool waitReadable(int descriptor, Clock::time_point deadline) {
@@ -116,28 +74,22 @@ Environment ownEnvironment() {
 }
 
 Process::Process(const Command& command) {
-  if (command.argv.empty()) throw std::runtime_error("a command needs a program");
   std::vector<std::string> argv = command.argv;
   std::vector<std::string> assignments = asAssignments(command.environment);
-  const std::vector<char*> argvPointers = pointersInto(argv);
-  const std::vector<char*> environmentPointers = pointersInto(assignments);
-  const FileDescriptor input(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-  Pipe failure = makePipe();
   const std::string directory = command.workingDirectory.string();
-
-  const Launch launch{argvPointers.data(),
-                      environmentPointers.data(),
-                      directory.empty() ? nullptr : directory.c_str(),
-                      input.get(),
-                      capture_.end(Stream::Output),
-                      capture_.end(Stream::Error),
-                      failure.writing.get(),
-                      ::getpid()};
-  pid_ = ::fork();
-  if (pid_ < 0) throw std::runtime_error("cannot fork for " + argv.front());
-  if (pid_ == 0) becomeProgram(launch);
-  failure.writing.reset();
-  throwIfNotStarted(failure.reading, pid_, argv.front());
+  pid_t parent = ::getpid();
+  GError* failure = nullptr;
+  g_spawn_async_with_pipes_and_fds(
+      directory.empty() ? nullptr : directory.c_str(), pointersInto(argv).data(),
+      pointersInto(assignments).data(),
+      static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD), leadGroup, &parent,
+      -1, capture_->end(Stream::Output), capture_->end(Stream::Error), nullptr, nullptr, 0, &pid_,
+      nullptr, nullptr, nullptr, &failure);
+  if (failure != nullptr) {
+    const std::string reason = failure->message;
+    g_error_free(failure);
+    throw std::runtime_error(reason);
+  }
   // Through syscall: glibc 2.36 declares pidfd_open without C linkage.
   pidDescriptor_ = FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0)));
 }
@@ -154,27 +106,10 @@ void Process::signal(int number) {
   if (!end_) ::kill(pid_, number);
 }
 
-void Process::signalGroup(int number) {
-  ::kill(-pid_, number);
-}
-
 void Process::freeze() {
-  signal(SIGSTOP);
+  signalGroup(SIGSTOP);
   siginfo_t info{};
   if (!end_) ::waitid(P_PID, static_cast<id_t>(pid_), &info, WSTOPPED | WEXITED | WNOWAIT);
-}
-
-void Process::thaw() {
-  signal(SIGCONT);
-}
-
-void Process::freezeGroup() {
-  signalGroup(SIGSTOP);
-  freeze();
-}
-
-void Process::thawGroup() {
-  signalGroup(SIGCONT);
 }
 
 void Process::kill() {
@@ -216,7 +151,7 @@ std::optional<std::string> Process::waitForLine(const std::string& pattern,
       [&] {
         // First, lest the last words fall between the two looks.
         const bool hasEnded = end_ || waitReadable(pidDescriptor_.get(), Clock::now());
-        line = capture_.takeLine(stream, wanted, hasEnded);
+        line = capture_->takeLine(stream, wanted, hasEnded);
         return line || hasEnded;
       },
       patience);
@@ -225,7 +160,7 @@ std::optional<std::string> Process::waitForLine(const std::string& pattern,
 
 std::vector<std::string> Process::lines(const std::string& part, Stream stream) const {
   std::vector<std::string> found;
-  std::istringstream all(capture_.text(stream));
+  std::istringstream all(capture_->text(stream));
   for (std::string line; std::getline(all, line);)
     if (line.find(part) != std::string::npos) found.push_back(line);
   return found;
@@ -240,11 +175,12 @@ RunResult runToEnd(const Command& command) {
 
 bool until(const std::function<bool()>& fact, std::chrono::milliseconds patience,
            const std::function<void()>& meanwhile) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+  constexpr std::chrono::milliseconds kPause{5};
+  const auto deadline = Clock::now() + patience;
   while (!fact()) {
-    if (std::chrono::steady_clock::now() >= deadline) return false;
+    if (Clock::now() >= deadline) return false;
     if (meanwhile) meanwhile();
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    std::this_thread::sleep_for(kPause);
   }
   return true;
 }

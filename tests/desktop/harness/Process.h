@@ -3,9 +3,11 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -58,12 +60,10 @@ class Process {
 
   /// Sends `number` to the child itself; does nothing after its end has been seen.
   void signal(int number);
-  /// Stops the child and returns when it has stopped, or has died instead.
+  /// Stops the whole group, since programs run parts of themselves in further processes, and
+  /// returns when the child has stopped, or has died instead.
   void freeze();
-  void thaw();
-  /// The same for the whole group: programs run parts of themselves in further processes.
-  void freezeGroup();
-  void thawGroup();
+  void thaw() { signalGroup(SIGCONT); }
   /// SIGKILL to the whole group, and waits for the child's end.
   void kill();
   /// SIGTERM to the whole group, SIGKILL when it has not ended after `grace`.
@@ -87,16 +87,18 @@ class Process {
   [[nodiscard]] std::vector<std::string> lines(const std::string& part,
                                                Stream stream = Stream::Output) const;
   /// Everything written so far.
-  [[nodiscard]] std::string output() const { return capture_.text(Stream::Output); }
-  [[nodiscard]] std::string errorOutput() const { return capture_.text(Stream::Error); }
+  [[nodiscard]] std::string output() const { return capture_->text(Stream::Output); }
+  [[nodiscard]] std::string errorOutput() const { return capture_->text(Stream::Error); }
+  /// The same, also when this is gone.
+  [[nodiscard]] std::shared_ptr<const LineCapture> record() const { return capture_; }
 
  private:
-  void signalGroup(int number);
+  void signalGroup(int number) const { ::kill(-pid_, number); }
   void reap();
 
   pid_t pid_ = -1;
   FileDescriptor pidDescriptor_;
-  LineCapture capture_;
+  std::shared_ptr<LineCapture> capture_ = std::make_shared<LineCapture>();
   std::optional<ProcessEnd> end_;
 };
 

@@ -143,13 +143,13 @@ Image readPng(const std::string& bytes) {
   return image;
 }
 
-Image XScreen::area(const Rect& wanted, xcb_drawable_t of) const {
-  const Rect inside = cut(wanted, x_.screenArea());
-  const auto cookie =
-      xcb_get_image(x_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, of, static_cast<std::int16_t>(inside.x),
-                    static_cast<std::int16_t>(inside.y), static_cast<std::uint16_t>(inside.width),
-                    static_cast<std::uint16_t>(inside.height), ~0U);
-  const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x_.get(), cookie, nullptr));
+Image imageOf(const XConnection& x, xcb_drawable_t drawable, const Rect& wanted) {
+  const Rect inside = cut(wanted, x.screenArea());
+  const auto cookie = xcb_get_image(
+      x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, static_cast<std::int16_t>(inside.x),
+      static_cast<std::int16_t>(inside.y), static_cast<std::uint16_t>(inside.width),
+      static_cast<std::uint16_t>(inside.height), ~0U);
+  const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x.get(), cookie, nullptr));
   if (!reply) throw std::runtime_error("the screen cannot be read");
   const std::size_t each = reply->depth > 16 ? 4 : 2;
   // Rows end at whole words.
@@ -158,9 +158,9 @@ Image XScreen::area(const Rect& wanted, xcb_drawable_t of) const {
   for (int y = 0; y < inside.height; ++y) {
     const std::uint8_t* row =
         xcb_get_image_data(reply.get()) + stride * static_cast<std::size_t>(y);
-    for (int x = 0; x < inside.width; ++x) {
+    for (int i = 0; i < inside.width; ++i) {
       std::uint32_t pixel = 0;
-      std::memcpy(&pixel, row + each * static_cast<std::size_t>(x), each);
+      std::memcpy(&pixel, row + each * static_cast<std::size_t>(i), each);
       image.pixels.push_back(colourOf(pixel, reply->depth));
     }
   }
@@ -179,9 +179,8 @@ Image Screen::settled(const Rect& wanted, std::chrono::milliseconds calm,
     since = Clock::now();
     return false;
   };
-  waitUntil(
-      [&] { return isStill() && Clock::now() - since >= calm && programsRest_() && isStill(); },
-      patience);
+  until([&] { return isStill() && Clock::now() - since >= calm && home_.isAtRest() && isStill(); },
+        patience);
   return last;
 }
 
@@ -210,7 +209,7 @@ std::optional<Rect> TrayIconFinder::find(std::chrono::milliseconds patience) con
     }
     return false;
   };
-  screen_.waitUntil(look, patience);
+  until(look, patience);
   return icon;
 }
 

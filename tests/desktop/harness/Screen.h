@@ -3,10 +3,8 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "desktop/harness/PrivateHome.h"
@@ -37,8 +35,8 @@ void writePng(const Image& image, const std::filesystem::path& path);
 /// What a person in front of the screen sees, compositing included.
 class Screen {
  public:
-  /// `programsRest` tells whether none of those that draw has anything to do at the moment.
-  explicit Screen(std::function<bool()> programsRest) : programsRest_(std::move(programsRest)) {}
+  /// Those that draw on it live in that home.
+  explicit Screen(const PrivateHome& home) : home_(home) {}
   virtual ~Screen() = default;
   Screen(const Screen&) = delete;
   Screen& operator=(const Screen&) = delete;
@@ -55,27 +53,21 @@ class Screen {
   [[nodiscard]] Image settled(const Rect& wanted, std::chrono::milliseconds calm,
                               std::chrono::milliseconds patience = kPatience) const;
 
-  /// True as soon as `fact` holds; false when it still does not after `patience`.
-  virtual bool waitUntil(const std::function<bool()>& fact,
-                         std::chrono::milliseconds patience) const = 0;
-
  private:
-  std::function<bool()> programsRest_;
+  const PrivateHome& home_;
 };
+
+/// Of a drawable as large as the X screen.
+[[nodiscard]] Image imageOf(const XConnection& x, xcb_drawable_t drawable, const Rect& wanted);
 
 /// That of an X server.
 class XScreen final : public Screen {
  public:
-  XScreen(const XConnection& x, std::function<bool()> programsRest)
-      : Screen(std::move(programsRest)), x_(x) {}
+  XScreen(const PrivateHome& home, const XConnection& x) : Screen(home), x_(x) {}
 
   [[nodiscard]] Image whole() const override { return area(x_.screenArea()); }
-  [[nodiscard]] Image area(const Rect& wanted) const override { return area(wanted, x_.root()); }
-  /// Of another drawable as large as the screen.
-  [[nodiscard]] Image area(const Rect& wanted, xcb_drawable_t of) const;
-  bool waitUntil(const std::function<bool()>& fact,
-                 std::chrono::milliseconds patience) const override {
-    return x_.waitUntil(fact, patience);
+  [[nodiscard]] Image area(const Rect& wanted) const override {
+    return imageOf(x_, x_.root(), wanted);
   }
 
  private:

@@ -1,9 +1,5 @@
 #include "desktop/harness/SoundServer.h"
 
-#include <sys/socket.h>
-#include <sys/un.h>
-
-#include <algorithm>
 #include <regex>
 #include <stdexcept>
 #include <utility>
@@ -13,23 +9,11 @@
 namespace harness {
 
 using namespace std::chrono_literals;
-namespace fs = std::filesystem;
 
 namespace {
 
 void throwUnless(bool fact, const std::string& complaint) {
   if (!fact) throw std::runtime_error(complaint);
-}
-
-// A socket that a dead server left behind refuses.
-bool isListening(const fs::path& socket) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  const std::string path = socket.string();
-  throwUnless(path.size() < sizeof address.sun_path, "too long for a socket: " + path);
-  std::ranges::copy(path, address.sun_path);
-  const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  return ::connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
 }  // namespace
@@ -83,13 +67,15 @@ void SoundServer::startPipeWire() {
   throwUnless(address.has_value(), "dbus-daemon: " + bus.errorOutput());
   environment_["DBUS_SESSION_BUS_ADDRESS"] = *address;
   engine_ = &launch({"pipewire"});
-  throwUnless(until([&] { return isListening(runtime_ / "pipewire-0"); }),
+  throwUnless(until([&] {
+                return run("pw-cli", {"info", "0"}).succeeded();
+              }),
               "pipewire: " + engine_->errorOutput());
   launch({"wireplumber"});
   // Now and then pipewire-pulse 0.3 ends without a word while the session manager is starting too.
   for (int attempt = 0; attempt < 3 && (front_ == nullptr || !front_->running()); ++attempt) {
     front_ = &launch({"pipewire-pulse"});
-    until([this] { return !front_->running() || runPactl({"info"}).succeeded(); });
+    until([this] { return !front_->running() || run("pactl", {"info"}).succeeded(); });
   }
   awaitAnswers();
   for (const std::string& sink : sinks_) addSink(sink);
@@ -99,22 +85,9 @@ void SoundServer::startPipeWire() {
 }
 
 void SoundServer::awaitAnswers() {
-  throwUnless(until([&] { return !front_->running() || runPactl({"info"}).succeeded(); }) &&
+  throwUnless(until([&] { return !front_->running() || run("pactl", {"info"}).succeeded(); }) &&
                   front_->running(),
               "the sound server did not start: " + front_->errorOutput());
-}
-
-void SoundServer::stop() {
-  front_->freeze();
-}
-void SoundServer::cont() {
-  front_->thaw();
-}
-void SoundServer::stopEngine() {
-  engine_->freeze();
-}
-void SoundServer::contEngine() {
-  engine_->thaw();
 }
 
 void SoundServer::kill() {
@@ -130,31 +103,16 @@ void SoundServer::restart() {
   start();
 }
 
-RunResult SoundServer::runPactl(const std::vector<std::string>& arguments) const {
-  std::vector<std::string> argv{"pactl"};
-  argv.insert(argv.end(), arguments.begin(), arguments.end());
-  return runToEnd({argv, environment_});
+RunResult SoundServer::run(const std::string& program, std::vector<std::string> arguments) const {
+  arguments.insert(arguments.begin(), program);
+  return runToEnd({std::move(arguments), environment_});
 }
 
 std::string SoundServer::pactl(const std::vector<std::string>& arguments) {
-  RunResult result = runPactl(arguments);
+  RunResult result = run("pactl", arguments);
   throwUnless(result.succeeded(), "pactl " + arguments.front() + ": " + result.errorOutput);
   if (result.output.ends_with('\n')) result.output.pop_back();
   return result.output;
-}
-
-bool SoundServer::sinkMuted(const std::string& sink) const {
-  return muted("sink", sink);
-}
-
-bool SoundServer::sourceMuted(const std::string& source) const {
-  return muted("source", source);
-}
-
-bool SoundServer::muted(const std::string& kind, const std::string& device) const {
-  const RunResult result = runPactl({"get-" + kind + "-mute", device});
-  throwUnless(result.succeeded(), "pactl get-" + kind + "-mute " + device + result.errorOutput);
-  return result.output == "Mute: yes\n";
 }
 
 // "Volume: front-left: 19661 /  30% / -31.37 dB,   front-right: 39322 / ..."
@@ -185,7 +143,7 @@ std::string SoundServer::addSource(const std::string& source) {
 
 void SoundServer::makeDefault(const std::string& kind, const std::string& device) {
   throwUnless(until([&] {
-                return runPactl({"set-default-" + kind, device}).succeeded() &&
+                return run("pactl", {"set-default-" + kind, device}).succeeded() &&
                        pactl({"get-default-" + kind}) == device;
               }),
               device + " never became the default " + kind);
@@ -198,7 +156,7 @@ std::string SoundServer::addDevice(const std::string& kind, const std::string& d
   if (kind_ == Kind::PipeWire) module.emplace_back("node.always-process=true");
   std::string added = pactl(module);
   throwUnless(until([&] {
-                return runPactl({"get-" + kind + "-mute", device}).succeeded();
+                return run("pactl", {"get-" + kind + "-mute", device}).succeeded();
               }),
               "the " + kind + " " + device + " never came");
   return added;

@@ -35,11 +35,11 @@ class SoundServer {
   /// Returns when pactl gets answers and every sink is there, the first one as the default.
   void start();
   /// SIGSTOP to the process that clients talk to; returns when it has stopped.
-  void stop();
-  void cont();
+  void stop() { front_->freeze(); }
+  void cont() { front_->thaw(); }
   /// PipeWire only: the same to the daemon behind the front.
-  void stopEngine();
-  void contEngine();
+  void stopEngine() { engine_->freeze(); }
+  void contEngine() { engine_->thaw(); }
   /// SIGKILL to all of the server.
   void kill();
   void restart();
@@ -47,8 +47,8 @@ class SoundServer {
   /// Runs pactl with these arguments and returns its standard output without the last newline.
   /// Throws std::runtime_error with what pactl said when it fails.
   std::string pactl(const std::vector<std::string>& arguments);
-  [[nodiscard]] bool sinkMuted(const std::string& sink) const;
-  [[nodiscard]] bool sourceMuted(const std::string& source) const;
+  [[nodiscard]] bool sinkMuted(const std::string& sink) { return muted("sink", sink); }
+  [[nodiscard]] bool sourceMuted(const std::string& source) { return muted("source", source); }
   /// Of each channel, where 65536 is all of it.
   [[nodiscard]] std::vector<int> sourceVolumes(const std::string& source);
   /// Adds a null sink and returns when it is listed; the result is for remove().
@@ -60,10 +60,13 @@ class SoundServer {
   void remove(const std::string& module) { pactl({"unload-module", module}); }
 
  private:
-  [[nodiscard]] bool muted(const std::string& kind, const std::string& device) const;
+  [[nodiscard]] bool muted(const std::string& kind, const std::string& device) {
+    return pactl({"get-" + kind + "-mute", device}) == "Mute: yes";
+  }
   std::string addDevice(const std::string& kind, const std::string& device,
                         std::vector<std::string> module);
-  [[nodiscard]] RunResult runPactl(const std::vector<std::string>& arguments) const;
+  /// Runs it to its end.
+  [[nodiscard]] RunResult run(const std::string& program, std::vector<std::string> arguments) const;
   Process& launch(std::vector<std::string> argv);
   void startPulseAudio();
   void startPipeWire();

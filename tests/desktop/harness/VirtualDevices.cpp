@@ -8,6 +8,7 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <stdexcept>
 
@@ -29,17 +30,8 @@ std::uint32_t now() {
 }
 
 std::uint32_t codeOf(Button button) {
-  switch (button) {
-    case Button::Left:
-      return BTN_LEFT;
-    case Button::Middle:
-      return BTN_MIDDLE;
-    case Button::Right:
-      return BTN_RIGHT;
-    case Button::WheelUp:
-      break;
-  }
-  throw std::runtime_error("the virtual mouse has no wheel");
+  constexpr std::array<std::uint32_t, 3> kCodes{BTN_LEFT, BTN_MIDDLE, BTN_RIGHT};
+  return kCodes.at(static_cast<std::size_t>(button) - 1);
 }
 
 FileDescriptor fileWith(const std::string& text) {

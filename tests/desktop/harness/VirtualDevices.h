@@ -27,7 +27,8 @@ class VirtualDevices final : public Input {
   void release(Button button) const override { turn(button, false); }
   void keyDown(std::string_view name) const override { move(name, true); }
   void keyUp(std::string_view name) const override { move(name, false); }
-  void useLayouts(const std::string& layouts, std::uint32_t inEffect) override;
+  /// Makes the keyboard one with these layouts, as "us,de", and one of them in effect, from 0.
+  void useLayouts(const std::string& layouts, std::uint32_t inEffect);
 
  private:
   struct Free {

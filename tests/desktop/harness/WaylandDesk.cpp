@@ -32,13 +32,6 @@ void writeStartScript(const fs::path& script) {
   fs::permissions(script, fs::perms::owner_all | fs::perms::others_exec | fs::perms::others_read);
 }
 
-/// What the kernel tells of a process, which may end meanwhile.
-std::string told(const fs::path& file) {
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  return text.str();
-}
-
 constexpr const char* kToldByCompositors[] = {"SWAYSOCK", "LABWC_PID"};
 
 std::string swayConfiguration(const WaylandOptions& options, const fs::path& script) {
@@ -88,18 +81,13 @@ Image taken(const Desk& desk, std::vector<std::string> of) {
 /// What the compositor would show on its monitors, if it had any.
 class GrimScreen final : public Screen {
  public:
-  explicit GrimScreen(const Desk& desk)
-      : Screen([&desk] { return desk.home().isAtRest(); }), desk_(desk) {}
+  explicit GrimScreen(const Desk& desk) : Screen(desk.home()), desk_(desk) {}
 
   [[nodiscard]] Image whole() const override { return taken(desk_, {"-s", "1"}); }
   [[nodiscard]] Image area(const Rect& wanted) const override {
     return taken(desk_, {"-s", "1", "-g",
                          std::to_string(wanted.x) + "," + std::to_string(wanted.y) + " " +
                              std::to_string(wanted.width) + "x" + std::to_string(wanted.height)});
-  }
-  bool waitUntil(const std::function<bool()>& fact,
-                 std::chrono::milliseconds patience) const override {
-    return desk_.until(fact, patience);
   }
 
  private:
@@ -147,7 +135,7 @@ WaylandDesk::WaylandDesk(const WaylandOptions& options)
   if (kind_ == Compositor::Sway)
     (void)run({"swaymsg", "mouse_warping none, focus output HEADLESS-1, mouse_warping output"});
   if (options.sound) startSound(*options.sound);
-  startBar(options.bar);
+  if (options.bar) startBar();
 }
 
 WaylandDesk::~WaylandDesk() = default;
@@ -212,7 +200,7 @@ void WaylandDesk::connect(int outputs) {
   require(until(complete), "every monitor", *compositor_);
   if (kind_ == Compositor::Kwin) {
     spreadHostWindows();
-    screen_ = std::make_unique<XScreen>(*x_, [this] { return home().isAtRest(); });
+    screen_ = std::make_unique<XScreen>(home(), *x_);
     input_ = std::make_unique<XInput>(*x_);
   } else {
     screen_ = std::make_unique<GrimScreen>(*this);
@@ -301,14 +289,12 @@ void WaylandDesk::scale(const std::string& output, double factor) {
 }
 
 std::pair<pid_t, std::string> WaylandDesk::swaysSwaybg() const {
-  const std::string folder = "XDG_RUNTIME_DIR=" + home().runtime().string();
-  for (const auto& process : fs::directory_iterator("/proc")) {
-    const std::string words = told(process.path() / "cmdline");
-    if (!words.starts_with("swaybg")) continue;
-    const std::string environment = told(process.path() / "environ");
-    if (environment.find(folder) == std::string::npos) continue;
-    if (environment.find("WAYLAND_SOCKET=") == std::string::npos) continue;
-    return {std::stoi(process.path().filename()), words};
+  for (const pid_t process : home().processes()) {
+    const fs::path told = fs::path("/proc") / std::to_string(process);
+    const std::string words = textOf(told / "cmdline");
+    if (words.starts_with("swaybg") &&
+        textOf(told / "environ").find("WAYLAND_SOCKET=") != std::string::npos)
+      return {process, words};
   }
   return {};
 }
@@ -324,26 +310,26 @@ void WaylandDesk::reload() {
 
 // --- Programs ---
 
-void WaylandDesk::startBar(Bar kind, std::size_t output) {
+void WaylandDesk::startBar(std::size_t output) {
   bar_.reset();
-  if (kind == Bar::None) return;
   const WaylandOutput place = outputs().at(output);
-  configureBar(kind, place.name, home());
+  home().writeConfig("waybar/config", filled(textOf(HARNESS_FOLDER "/panels/waybar.json"),
+                                             {{"monitor", place.name}}));
+  home().writeConfig("waybar/style.css", "window#waybar { background: #303030; }\n");
   barArea_ = {place.area.x, 0, kOutputWidth, kBarThickness};
   const Image bare = screen_->area(barArea_);
-  bar_ = start(program(kind).argv);
+  bar_ = start({"waybar"});
   const auto standing = [&] { return screen_->area(barArea_) != bare; };
-  require(until(standing) && until([&] { return bus().hasTrayHost(); }), program(kind).name, *bar_);
+  require(until(standing) && until([&] { return bus().hasTrayHost(); }), "waybar", *bar_);
   (void)screen_->settled(barArea_, 200ms);
 }
 
-std::unique_ptr<Process> WaylandDesk::startCalmdeck(const Environment& extra) {
-  iconFinder_.emplace(*screen_, bar_ ? std::vector<Rect>{barArea_} : std::vector<Rect>{});
-  return start({CALMDECK_PROGRAM}, extra);
+std::vector<Rect> WaylandDesk::panelAreas() const {
+  return bar_ ? std::vector{barArea_} : std::vector<Rect>{};
 }
 
-std::optional<Rect> WaylandDesk::trayIcon() const {
-  return iconFinder_ ? iconFinder_->find() : std::nullopt;
+void WaylandDesk::useLayouts(const std::string& layouts, std::uint32_t inEffect) {
+  dynamic_cast<VirtualDevices&>(*input_).useLayouts(layouts, inEffect);
 }
 
 ForeignWindow& WaylandDesk::openWindow(const std::string& name, std::uint32_t colour, int count) {

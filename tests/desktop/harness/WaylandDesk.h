@@ -23,8 +23,8 @@ struct WaylandOptions {
   Compositor compositor = Compositor::Sway;
   /// Side by side, each of kOutputWidth by kOutputHeight.
   int outputs = 2;
-  /// On the first of them.
-  Bar bar = Bar::None;
+  /// Waybar at the top of the first of them, with nothing but a tray in it.
+  bool bar = false;
   std::optional<SoundServerKind> sound = {};
   /// X11 programs find a server, too; else there is none.
   bool xwayland = false;
@@ -64,12 +64,8 @@ class WaylandDesk final : public Desk {
 
   [[nodiscard]] Compositor kind() const { return kind_; }
   [[nodiscard]] Process& compositor() { return *compositor_; }
-  [[nodiscard]] const Screen& screen() const { return *screen_; }
-  [[nodiscard]] const Input& input() const { return *input_; }
-  /// See Input.
-  void useLayouts(const std::string& layouts, std::uint32_t inEffect) {
-    input_->useLayouts(layouts, inEffect);
-  }
+  /// See VirtualDevices; not on KWin.
+  void useLayouts(const std::string& layouts, std::uint32_t inEffect);
   /// Sees what the compositor tells any client.
   [[nodiscard]] WaylandClient& client() { return *client_; }
 
@@ -91,13 +87,9 @@ class WaylandDesk final : public Desk {
   void reload();
 
   /// On the output of that place, from the left.
-  void startBar(Bar kind, std::size_t output = 0);
+  void startBar(std::size_t output = 0);
   void killBar() { bar_->kill(); }
-
-  /// Starts Calmdeck as built in this tree; remembers how the bar looked, for trayIcon().
-  [[nodiscard]] std::unique_ptr<Process> startCalmdeck(const Environment& extra = {});
-  /// Where the icon of the Calmdeck that was started last shows.
-  [[nodiscard]] std::optional<Rect> trayIcon() const;
+  [[nodiscard]] std::vector<Rect> panelAreas() const override;
 
   /// Returns when it is on the screen, or one of `count` is. They last as long as the desktop.
   ForeignWindow& openWindow(const std::string& name, std::uint32_t colour, int count = 1);
@@ -122,12 +114,9 @@ class WaylandDesk final : public Desk {
   std::unique_ptr<XConnection> x_;
   std::unique_ptr<Process> compositor_;
   std::unique_ptr<WaylandClient> client_;
-  std::unique_ptr<Screen> screen_;
-  std::unique_ptr<Input> input_;
   std::unique_ptr<Process> bar_;
   Rect barArea_;
   std::vector<std::unique_ptr<ForeignWindow>> windows_;
-  std::optional<TrayIconFinder> iconFinder_;
 };
 
 }  // namespace harness

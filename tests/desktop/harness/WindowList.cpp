@@ -24,10 +24,6 @@ bool WindowInfo::has(std::string_view state) const {
   return std::find(states.begin(), states.end(), state) != states.end();
 }
 
-WindowTest named(std::string name) {
-  return [name = std::move(name)](const WindowInfo& window) { return window.name == name; };
-}
-
 WindowTest ofClass(std::string name) {
   return [name = std::move(name)](const WindowInfo& window) {
     return window.className == name || window.instance == name;

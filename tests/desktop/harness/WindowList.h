@@ -27,8 +27,7 @@ struct WindowInfo {
 
 using WindowTest = std::function<bool(const WindowInfo&)>;
 
-/// Tests for find(): the name exactly, the class or instance exactly.
-[[nodiscard]] WindowTest named(std::string name);
+/// A test for find(): the class or instance exactly.
 [[nodiscard]] WindowTest ofClass(std::string nameOrInstance);
 
 /// The windows of an X server; each question is put to the server anew.

@@ -1,7 +1,5 @@
 #include "desktop/harness/XConnection.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <array>
 #include <stdexcept>
@@ -15,11 +13,6 @@ XConnection::XConnection(const std::string& display)
     throw std::runtime_error("no X server at " + display);
   }
   root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
-  const std::array<std::uint32_t, 1> events{XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY |
-                                            XCB_EVENT_MASK_STRUCTURE_NOTIFY |
-                                            XCB_EVENT_MASK_PROPERTY_CHANGE};
-  xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, events.data());
-  xcb_flush(connection_);
 }
 
 XConnection::~XConnection() {
@@ -153,26 +146,6 @@ void XConnection::askWindowManager(xcb_window_t window, std::string_view message
 
 void XConnection::askToClose(xcb_window_t window) const {
   send(window, XCB_EVENT_MASK_NO_EVENT, window, "WM_PROTOCOLS", {atom("WM_DELETE_WINDOW")});
-}
-
-bool XConnection::waitUntil(const std::function<bool()>& fact,
-                            std::chrono::milliseconds patience) const {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (!fact()) {
-    if (std::chrono::steady_clock::now() >= deadline) return false;
-    waitForEvent(std::chrono::milliseconds(25));
-  }
-  return true;
-}
-
-void XConnection::waitForEvent(std::chrono::milliseconds patience) const {
-  xcb_flush(connection_);
-  bool seen = false;
-  while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) seen = true;
-  if (seen) return;
-  const bool alive = xcb_connection_has_error(connection_) == 0;
-  pollfd wait{alive ? xcb_get_file_descriptor(connection_) : -1, POLLIN, 0};
-  ::poll(&wait, 1, static_cast<int>(patience.count()));
 }
 
 }  // namespace harness

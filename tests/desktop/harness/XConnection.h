@@ -2,10 +2,8 @@
 
 #include <xcb/xcb.h>
 
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -93,13 +91,7 @@ class XConnection {
   /// What window managers do on a click on the close button; not every desk has one.
   void askToClose(xcb_window_t window) const;
 
-  /// True as soon as `fact` holds; false when it still does not after `patience`. Looked at anew
-  /// whenever the server tells of a change of a window or of the root, and every 25 ms for what
-  /// no event tells.
-  bool waitUntil(const std::function<bool()>& fact, std::chrono::milliseconds patience) const;
-
  private:
-  void waitForEvent(std::chrono::milliseconds patience) const;
   void send(xcb_window_t to, std::uint32_t mask, xcb_window_t window, std::string_view message,
             const std::vector<std::uint32_t>& data) const;
   void create(xcb_window_t id, const XWindow& window) const;

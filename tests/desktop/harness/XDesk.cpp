@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr const char* kNotifications = "org.freedesktop.Notifications";
+constexpr const char* kCoverClass = "calmdeck-cover";
 
 bool touches(const Rect& area, const Rect& monitor, Edge edge) {
   const bool lies = area.width > area.height;
@@ -29,11 +30,11 @@ bool touches(const Rect& area, const Rect& monitor, Edge edge) {
   return false;
 }
 
-// icewm cuts its own bar off even an icon window.
-bool nearlyCovers(const Rect& area, const Rect& monitor) {
+/// icewm cuts its own bar off even an icon window.
+bool fills(const Rect& area, Rect monitor, WindowManager manager) {
   constexpr int kThickestBar = 48;
-  return area.x <= monitor.x && area.y <= monitor.y && area.right() >= monitor.right() &&
-         area.bottom() >= monitor.bottom() - kThickestBar;
+  if (manager == WindowManager::Icewm) monitor.height -= kThickestBar;
+  return area.contains(monitor);
 }
 
 bool announced(const XConnection& x) {
@@ -52,7 +53,7 @@ XDesk::XDesk(const DeskOptions& options) : Desk(options.environment) {
   if (options.notifications == NotificationDaemon::Mate)
     setEnvironment("XDG_CURRENT_DESKTOP", "MATE");
   x_ = std::make_unique<XConnection>(server_->display());
-  screen_ = std::make_unique<XScreen>(*x_, [this] { return home().isAtRest(); });
+  screen_ = std::make_unique<XScreen>(home(), *x_);
   windows_ = std::make_unique<WindowList>(*x_);
   input_ = std::make_unique<XInput>(*x_);
   if (options.sessionBus) {
@@ -71,6 +72,7 @@ XDesk::~XDesk() = default;
 
 void XDesk::startWindowManager(WindowManager kind) {
   windowManager_.reset();
+  managerKind_ = kind;
   if (kind == WindowManager::None) return;
   const DesktopProgram& row = program(kind);
   if (!row.configFile.empty()) home().writeConfig(row.configFile, row.configText);
@@ -82,8 +84,9 @@ void XDesk::startWindowManager(WindowManager kind) {
 // one that comes in between.
 bool XDesk::windowManagerTakesWindows() const {
   const std::string title = "taken?";
+  const auto isCalled = [&](const WindowInfo& window) { return window.name == title; };
   const auto isManaged = [&] {
-    const auto window = windows_->find(named(title));
+    const auto window = windows_->find(isCalled);
     return window && window->managed;
   };
   const auto takesOne = [&] {
@@ -91,7 +94,7 @@ bool XDesk::windowManagerTakesWindows() const {
     return until(isManaged, 1s);
   };
   return until([&] { return announced(*x_); }) && until(takesOne) &&
-         until([&] { return !windows_->find(named(title)); });
+         until([&] { return !windows_->find(isCalled); });
 }
 
 void XDesk::startNotifications(NotificationDaemon kind) {
@@ -129,10 +132,10 @@ void XDesk::startIcons(DesktopIcons kind) {
   if (kind == DesktopIcons::None) return;
   const DesktopProgram& row = program(kind);
   const auto allCovered = [&] {
-    const std::vector<WindowInfo> windows = windows_->all();
+    const std::vector<WindowInfo> windows = iconWindows();
     return std::ranges::all_of(server_->monitors(), [&](const Rect& monitor) {
       return std::ranges::any_of(windows, [&](const WindowInfo& window) {
-        return window.viewable && window.type == "DESKTOP" && nearlyCovers(window.area, monitor);
+        return fills(window.area, monitor, managerKind_);
       });
     });
   };
@@ -172,15 +175,6 @@ std::vector<Rect> XDesk::panelAreas() const {
   return areas;
 }
 
-std::unique_ptr<Process> XDesk::startCalmdeck(const Environment& extra) {
-  iconFinder_.emplace(*screen_, panelAreas());
-  return start({CALMDECK_PROGRAM}, extra);
-}
-
-std::optional<Rect> XDesk::trayIcon() const {
-  return iconFinder_ ? iconFinder_->find() : std::nullopt;
-}
-
 std::optional<WindowInfo> XDesk::openPopover() const {
   constexpr int kLargestIcon = 64;  // an icon in an old tray is a window of the program, too
   return windows_->findViewable([](const WindowInfo& window) {
@@ -218,10 +212,35 @@ bool XDesk::opensAWindow(const std::function<void()>& click) const {
 
 std::vector<WindowInfo> XDesk::covers() const {
   std::vector<WindowInfo> found = windows_->all();
-  std::erase_if(found, [](const WindowInfo& window) {
-    return !window.viewable || window.className != "calmdeck-cover";
+  // That of a monitor which is gone stays where nobody sees it.
+  std::erase_if(found, [all = x_->screenArea()](const WindowInfo& window) {
+    return !window.viewable || window.className != kCoverClass || !window.area.intersects(all);
   });
   return found;
+}
+
+std::vector<WindowInfo> XDesk::iconWindows() const {
+  std::vector<WindowInfo> found = windows_->all();
+  std::erase_if(found, [](const WindowInfo& window) {
+    return !window.viewable || window.type != "DESKTOP" || window.className == kCoverClass;
+  });
+  return found;
+}
+
+bool XDesk::activate(xcb_window_t window) const {
+  windows_->activate(window);
+  return until([&] { return windows_->active() == window; });
+}
+
+bool XDesk::everyMonitorIsCovered() const {
+  const std::vector<WindowInfo> windows = covers();
+  const std::vector<Rect> monitors = server_->monitors();
+  return windows.size() == monitors.size() &&
+         std::ranges::all_of(monitors, [&](const Rect& monitor) {
+           return std::ranges::any_of(windows, [&](const WindowInfo& cover) {
+             return monitor.contains(cover.area) && fills(cover.area, monitor, managerKind_);
+           });
+         });
 }
 
 std::optional<WindowInfo> XDesk::awaitWindow(const WindowTest& test) const {

@@ -39,21 +39,22 @@ struct DeskOptions {
 /// that can be seen from outside; it throws std::runtime_error, naming the program, when one is
 /// not. The destructor leaves no process and no file. The test talks to the program as a stranger
 /// does: pixels, windows, input, the bus.
-class XDesk final : public Desk {
+class XDesk : public Desk {
  public:
   explicit XDesk(const DeskOptions& options = {});
   ~XDesk() override;
 
-  [[nodiscard]] XServer& server() { return *server_; }
+  [[nodiscard]] XServer& server() const { return *server_; }
   [[nodiscard]] const XConnection& x() const { return *x_; }
-  [[nodiscard]] const XScreen& screen() const { return *screen_; }
   [[nodiscard]] const WindowList& windows() const { return *windows_; }
-  [[nodiscard]] const XInput& input() const { return *input_; }
+  [[nodiscard]] const XInput& input() const { return static_cast<const XInput&>(*input_); }
   /// These abort the test when the desktop was made without them.
   [[nodiscard]] Process& windowManager() { return *windowManager_; }
   [[nodiscard]] Process& panel() { return *panel_; }
   [[nodiscard]] Process& notifications() { return *notifications_; }
   [[nodiscard]] Process& icons() { return *icons_; }
+
+  [[nodiscard]] WindowManager managerKind() const { return managerKind_; }
 
   /// Each ends the one that ran and returns when the new one is ready.
   void startWindowManager(WindowManager kind);
@@ -61,13 +62,7 @@ class XDesk final : public Desk {
   void startNotifications(NotificationDaemon kind);
   void startIcons(DesktopIcons kind);
   void stopPanel() { panel_.reset(); }
-  /// The areas of all panels, in root coordinates.
-  [[nodiscard]] std::vector<Rect> panelAreas() const;
-
-  /// Starts Calmdeck as built in this tree; remembers how the panels looked, for trayIcon().
-  [[nodiscard]] std::unique_ptr<Process> startCalmdeck(const Environment& extra = {});
-  /// Where the icon of the Calmdeck that was started last shows.
-  [[nodiscard]] std::optional<Rect> trayIcon() const;
+  [[nodiscard]] std::vector<Rect> panelAreas() const override;
   /// Calmdeck's panel while it is on the screen; looked for once.
   [[nodiscard]] std::optional<WindowInfo> openPopover() const;
 
@@ -79,6 +74,9 @@ class XDesk final : public Desk {
   /// on the screen.
   void openDesktopWindow(const Rect& area, std::uint32_t colour) const;
 
+  /// As on a click on its button in a task bar; waits until it is the active one.
+  [[nodiscard]] bool activate(xcb_window_t window) const;
+
   /// Runs `click` and waits until another window, a panel's menu say, is on the screen and drawn.
   [[nodiscard]] bool opensAWindow(const std::function<void()>& click) const;
 
@@ -87,8 +85,12 @@ class XDesk final : public Desk {
       std::chrono::milliseconds calm = std::chrono::milliseconds(400)) const {
     return screen_->settled(x_->screenArea(), calm);
   }
-  /// Calmdeck's, that are on the screen now.
+  /// Calmdeck's, that are on the screen now, in no particular order.
   [[nodiscard]] std::vector<WindowInfo> covers() const;
+  /// Those of whoever shows icons.
+  [[nodiscard]] std::vector<WindowInfo> iconWindows() const;
+  /// Exactly one cover a monitor, as large as it; icewm's may be a little less.
+  [[nodiscard]] bool everyMonitorIsCovered() const;
 
   /// The viewable window for which `test` holds, once there is one.
   [[nodiscard]] std::optional<WindowInfo> awaitWindow(const WindowTest& test) const;
@@ -98,22 +100,16 @@ class XDesk final : public Desk {
   [[nodiscard]] bool trayHostReady(Panel kind) const;
   void startAgainWhileStuck(std::unique_ptr<Process>& process, const std::vector<std::string>& argv,
                             const std::function<bool()>& ready) const;
-  bool waitUntil(const std::function<bool()>& fact,
-                 std::chrono::milliseconds patience) const override {
-    return x_->waitUntil(fact, patience);
-  }
 
   std::unique_ptr<XServer> server_;
   std::unique_ptr<XConnection> x_;
-  std::unique_ptr<XScreen> screen_;
   std::unique_ptr<WindowList> windows_;
-  std::unique_ptr<XInput> input_;
   std::unique_ptr<Process> windowManager_;
+  WindowManager managerKind_ = WindowManager::None;
   std::unique_ptr<Process> notifications_;
   std::unique_ptr<Process> icons_;
   std::unique_ptr<Process> panel_;
   std::vector<std::unique_ptr<Process>> windowPrograms_;
-  std::optional<TrayIconFinder> iconFinder_;
 };
 
 }  // namespace harness

@@ -79,7 +79,7 @@ void XServer::setMonitors(const std::vector<Rect>& wanted) {
   }
   if (const RunResult asked = runToEnd({argv}); !asked.succeeded())
     throw std::runtime_error("the monitors were refused: " + asked.errorOutput);
-  if (!x.waitUntil([&] { return monitorsOf(x) == wanted; }, kPatience))
+  if (!until([&] { return monitorsOf(x) == wanted; }))
     throw std::runtime_error("the X server did not take the monitors");
 }
 

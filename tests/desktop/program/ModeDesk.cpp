@@ -1,19 +1,14 @@
 #include "desktop/program/ModeDesk.h"
 
 #include <algorithm>
-#include <sstream>
+#include <numeric>
+#include <set>
 
 #include "desktop/harness/DesktopConfiguration.h"
-#include "desktop/harness/Screen.h"
 
-using harness::DesktopIcons;
 using harness::Image;
 using harness::Rect;
 using harness::WindowInfo;
-using testing::AssertionFailure;
-using testing::AssertionResult;
-using testing::AssertionSuccess;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -34,185 +29,123 @@ void PrintTo(const FullDesktop& row, std::ostream* stream) {
 }
 
 ModeDesk::ModeDesk(const FullDesktop& kind)
-    : kind_(kind),
-      program_({.windowManager = kind.windowManager,
-                .panel = kind.panel,
-                .notifications = kind.notifications,
-                .sound = kind.sound}) {
-  const std::filesystem::path home = desk().home().home();
-  harness::furnish(desk().home());
-  desk().writeSettings(harness::kAllFeatures, harness::chosenPicture(home / "meadow.png"));
+    : ProgramDesk({.windowManager = kind.windowManager,
+                   .panel = kind.panel,
+                   .notifications = kind.notifications,
+                   .sound = kind.sound}),
+      kind_(kind) {
+  const std::filesystem::path home = desk.home().home();
+  harness::furnish(desk.home());
+  desk.writeSettings(harness::kAllFeatures, harness::chosenPicture(home / "meadow.png"));
   const harness::MonitorBackdrop picture{.picture = home / "dusk.png"};
-  harness::configureIcons(desk(), kind_.icons, {picture, picture});
-  desk().startIcons(kind_.icons);
-}
-
-AssertionResult ModeDesk::waitFor(const std::function<bool()>& fact, const std::string& claim) {
-  if (desk().until(fact)) return AssertionSuccess();
-  return AssertionFailure() << "not so: " << claim << "; the program wrote\n"
-                            << program_.program().errorOutput();
+  harness::configureIcons(desk, kind_.icons, {picture, picture});
+  desk.startIcons(kind_.icons);
 }
 
 // --- Acts ---
 
-AssertionResult ModeDesk::openWindows() {
-  const harness::XConnection& x = desk().x();
-  shown_.push_back(desk().openWindow("Figures", {160, 90, 480, 260}));
-  shown_.push_back(desk().openWindow("Elsewhere", {300, 350, 300, 160}));
-  shown_.push_back(desk().openWindow("Second monitor", {1500, 150, 400, 220}));
-  minimised_ = desk().openWindow("Put away", {700, 400, 300, 160});
-  shown_.push_back(desk().openWindow("Letter", {520, 260, 420, 220}));
-  x.askWindowManager(shown_[1].id, "_NET_WM_DESKTOP", {kOtherWorkspace, 2});
-  x.askWindowManager(minimised_->id, "WM_CHANGE_STATE", {kIconicState});
-  desk().windows().activate(shown_.back().id);
-  const auto arranged = [&] {
-    const auto putAway = desk().windows().info(minimised_->id);
-    return x.number(shown_[1].id, "_NET_WM_DESKTOP") == kOtherWorkspace && putAway &&
-           putAway->has("HIDDEN") && desk().windows().active() == shown_.back().id;
-  };
-  if (!desk().until(arranged)) return AssertionFailure() << "the windows do not stand as wanted";
+bool ModeDesk::openWindows() {
+  const harness::XConnection& x = desk.x();
+  shown_.push_back(desk.openWindow("Figures", {160, 90, 480, 260}));
+  shown_.push_back(desk.openWindow("Elsewhere", {300, 350, 300, 160}));
+  shown_.push_back(desk.openWindow("Second monitor", {1500, 150, 400, 220}));
+  const xcb_window_t putAway = desk.openWindow("Put away", {700, 400, 300, 160}).id;
+  shown_.push_back(desk.openWindow("Letter", {520, 260, 420, 220}));
+  const xcb_window_t elsewhere = shown_[1].id;
+  const xcb_window_t letter = shown_.back().id;
+  x.askWindowManager(elsewhere, "_NET_WM_DESKTOP", {kOtherWorkspace, 2});
+  x.askWindowManager(putAway, "WM_CHANGE_STATE", {kIconicState});
+  const bool areArranged = desk.until([&] {
+    return x.number(elsewhere, "_NET_WM_DESKTOP") == kOtherWorkspace &&
+           desk.windows().info(putAway)->has("HIDDEN");
+  }) && desk.activate(letter);
   (void)photograph();
-  return AssertionSuccess();
+  return areArranged;
 }
 
-AssertionResult ModeDesk::startProgram() {
-  if (AssertionResult started = program_.start(); !started) return started;
-  if (AssertionResult closed = closePanel(); !closed) return closed;
+bool ModeDesk::startClosed() {
+  const bool isReady = start() && close();
   (void)photograph();
-  return AssertionSuccess();
-}
-
-AssertionResult ModeDesk::closePanel() {
-  if (!desk().openPopover()) return AssertionSuccess();
-  desk().input().key("Escape");
-  return program_.closes();
-}
-
-AssertionResult ModeDesk::click(const std::string& name) {
-  if (!desk().openPopover()) {
-    if (AssertionResult clicked = program_.clickIcon(); !clicked) return clicked;
-    if (AssertionResult opened = program_.opens(); !opened) return opened;
-  }
-  return program_.clickSwitch(name);
+  return isReady;
 }
 
 // --- Effects ---
 
-AssertionResult ModeDesk::quiet(bool quiet) {
-  return waitFor(
-      [&] { return harness::doNotDisturb(desk(), kind_.notifications).value_or(false) == quiet; },
-      quiet ? "Do Not Disturb is on" : "Do Not Disturb is off");
+bool ModeDesk::quiet(bool quiet) {
+  return desk.until(
+      [&] { return harness::doNotDisturb(desk, kind_.notifications).value_or(false) == quiet; });
 }
 
-AssertionResult ModeDesk::othersHidden(bool hidden) {
+bool ModeDesk::othersHidden(bool hidden) {
   const auto asWanted = [&](const WindowInfo& window) {
-    const auto now = desk().windows().info(window.id);
+    const auto now = desk.windows().info(window.id);
     return now && now->has("HIDDEN") == hidden;
   };
-  return waitFor([&] { return std::ranges::all_of(shown_, asWanted); },
-                 hidden ? "every other window is hidden" : "no window is hidden");
+  return desk.until([&] { return std::ranges::all_of(shown_, asWanted); });
 }
 
-AssertionResult ModeDesk::showsChosenPicture(bool chosen) {
-  const auto showsIt = [&](const Rect& monitor) {
+bool ModeDesk::showsChosenPicture(bool chosen) {
+  const auto asWanted = [&](const Rect& monitor) {
     // Beside the windows.
-    return harness::isOf(harness::meadow,
-                         desk().screen().pixel(monitor.right() - 60, monitor.centreY()));
+    const std::uint32_t pixel = desk.screen().pixel(monitor.right() - 60, monitor.centreY());
+    return harness::isOf(harness::meadow, pixel) == chosen;
   };
-  return waitFor(
-      [&] {
-        const std::vector<Rect> monitors = desk().server().monitors();
-        return chosen ? std::ranges::all_of(monitors, showsIt)
-                      : std::ranges::none_of(monitors, showsIt);
-      },
-      chosen ? "the chosen picture shows" : "the old picture shows");
+  return desk.until([&] { return std::ranges::all_of(desk.server().monitors(), asWanted); });
 }
 
-bool ModeDesk::everyMonitorHasItsCover() {
-  const std::vector<WindowInfo> covers = desk().covers();
-  const std::vector<Rect> monitors = desk().server().monitors();
-  return covers.size() == monitors.size() &&
-         std::ranges::all_of(monitors, [&](const Rect& monitor) {
-           return std::ranges::find(covers, monitor, &WindowInfo::area) != covers.end();
-         });
-}
-
-AssertionResult ModeDesk::covered(bool covered) {
-  return waitFor([&] { return covered ? everyMonitorHasItsCover() : desk().covers().empty(); },
-                 covered ? "every monitor is covered" : "the covers are gone");
-}
-
-AssertionResult ModeDesk::inTheMode(bool on) {
-  using Effect = AssertionResult (ModeDesk::*)(bool);
-  for (const Effect effect : {&ModeDesk::muted, &ModeDesk::quiet, &ModeDesk::othersHidden,
-                              &ModeDesk::showsChosenPicture, &ModeDesk::covered}) {
-    if (AssertionResult result = (this->*effect)(on); !result) return result;
-  }
-  return AssertionSuccess();
+void ModeDesk::expectTheMode(bool on) {
+  ASSERT_TRUE(sinkMuted(on));
+  ASSERT_TRUE(quiet(on));
+  ASSERT_TRUE(othersHidden(on));
+  ASSERT_TRUE(showsChosenPicture(on));
+  ASSERT_TRUE(covered(on));
 }
 
 bool ModeDesk::isBare(const Rect& monitor, std::vector<Rect> apart) {
-  for (const Rect& panel : desk().panelAreas()) apart.push_back(panel);
+  for (const Rect& panel : desk.panelAreas()) apart.push_back(panel);
   for (Rect& area : apart) {
     constexpr int kFrame = 60;  // frames and shadows, and what a panel casts
     area = {area.x - kFrame - monitor.x, area.y - kFrame - monitor.y, area.width + 2 * kFrame,
             area.height + 2 * kFrame};
   }
-  return !harness::showsIcons(desk().screen().area(monitor), apart);
+  return !harness::showsIcons(desk.screen().area(monitor), apart);
 }
 
-AssertionResult ModeDesk::bare(const std::vector<Rect>& apart) {
-  return waitFor(
-      [&] {
-        const std::vector<Rect> monitors = desk().server().monitors();
-        return std::ranges::all_of(monitors,
-                                   [&](const Rect& monitor) { return isBare(monitor, apart); });
-      },
-      "nothing but the picture is to be seen");
-}
-
-AssertionResult ModeDesk::looksAsIn(const Image& before) {
-  const Image now = photograph();
-  for (const Rect& monitor : desk().server().monitors()) {
-    const auto other = changedArea(before.part(monitor), now.part(monitor));
-    if (!other) continue;
-    return AssertionFailure() << "on the monitor at " << monitor.x << " another " << other->width
-                              << "x" << other->height << " at " << other->x << "," << other->y;
-  }
-  return AssertionSuccess();
+bool ModeDesk::bare(const std::vector<Rect>& apart) {
+  const auto isBare = [&](const Rect& monitor) { return this->isBare(monitor, apart); };
+  return desk.until([&] { return std::ranges::all_of(desk.server().monitors(), isBare); });
 }
 
 // --- Records ---
 
 std::string ModeDesk::windowsNow() {
-  const harness::WindowList& windows = desk().windows();
-  std::vector<std::string> seen;
-  std::vector<std::string> others;
+  const harness::WindowList& windows = desk.windows();
+  std::string seen;
+  std::set<std::string> hidden;
   for (const xcb_window_t id : windows.stacking()) {
     const auto window = windows.info(id);
     if (!window || !isUsers(*window)) continue;
-    const std::string where =
-        " workspace " + std::to_string(desk().x().number(id, "_NET_WM_DESKTOP").value_or(99));
+    const std::string line =
+        window->name + " on " + std::to_string(desk.x().number(id, "_NET_WM_DESKTOP").value_or(99));
+    const Rect& area = window->area;
     if (window->has("HIDDEN")) {
-      others.push_back(window->name + where + " hidden");
+      hidden.insert(line + " hidden\n");
     } else {
-      const Rect& area = window->area;
-      seen.push_back(window->name + where + " at " + std::to_string(area.x) + "," +
-                     std::to_string(area.y) + (windows.active() == id ? " active" : ""));
+      seen += line + " at " + std::to_string(area.x) + "," + std::to_string(area.y) +
+              (windows.active() == id ? " active\n" : "\n");
     }
   }
-  std::ranges::sort(others);
-  seen.insert(seen.end(), others.begin(), others.end());
-  std::ostringstream text;
-  for (const std::string& line : seen) text << line << '\n';
-  return text.str();
+  return std::accumulate(hidden.begin(), hidden.end(), seen);
 }
 
 std::string ModeDesk::backdropSettings() {
-  return harness::backdropSettings(desk(), kind_.icons);
+  return harness::backdropSettings(desk, kind_.icons);
 }
 
-Image ModeDesk::photograph() {
-  desk().input().moveTo(kAwayX, kAwayY);
-  return desk().settled();
+std::vector<Image> ModeDesk::photograph() {
+  desk.input().moveTo(kAwayX, kAwayY);
+  const Image whole = desk.settled();
+  std::vector<Image> images;
+  for (const Rect& monitor : desk.server().monitors()) images.push_back(whole.part(monitor));
+  return images;
 }

@@ -2,144 +2,122 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "desktop/program/ModeDesk.h"
 
 using harness::Image;
+using harness::Rect;
 using harness::WindowInfo;
 
 namespace {
 
-class ModeTest : public testing::TestWithParam<FullDesktop> {
+/// With windows, and the program with its panel closed.
+class ModeTest : public testing::TestWithParam<FullDesktop>, public ModeDesk {
  protected:
-  ModeDesk mode{GetParam()};
-  harness::XDesk& desk = mode.desk();
+  ModeTest() : ModeDesk(GetParam()) {}
+  void SetUp() override {
+    ASSERT_TRUE(openWindows());
+    ASSERT_TRUE(startClosed());
+    windows = windowsNow();
+  }
+  void turnMode(bool on) {
+    ASSERT_TRUE(turnMaster());
+    ASSERT_NO_FATAL_FAILURE(expectTheMode(on));
+    ASSERT_TRUE(close());
+  }
+  void expectTheWindows() {
+    EXPECT_TRUE(desk.until([&] { return windowsNow() == windows; }));
+    EXPECT_EQ(windowsNow(), windows);
+  }
+
+  std::string windows;
 };
 
 INSTANTIATE_TEST_SUITE_P(On, ModeTest, testing::ValuesIn(kFullDesktops),
                          [](const auto& row) { return row.param.name; });
 
 TEST_P(ModeTest, OneClickAppliesEverythingAndAnotherTakesItBack) {
-  ASSERT_TRUE(mode.openWindows());
-  ASSERT_TRUE(mode.startProgram());
-  const Image screen = mode.photograph();
-  const std::string windows = mode.windowsNow();
-  const std::string settings = mode.backdropSettings();
-  const Image icon = mode.program().iconImage();
-  ASSERT_TRUE(mode.inTheMode(false));
+  const std::vector<Image> screen = photograph();
+  const std::string settings = backdropSettings();
+  const Rect icon = desk.trayIcon().value();
+  const Image off = desk.screen().area(icon);
+  ASSERT_NO_FATAL_FAILURE(expectTheMode(false));
 
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(true));
-  EXPECT_TRUE(desk.until([&] { return mode.program().iconImage() != icon; }));
-  ASSERT_TRUE(mode.closePanel());
-  EXPECT_TRUE(mode.bare());
-  EXPECT_NE(mode.backdropSettings(), settings);
+  ASSERT_NO_FATAL_FAILURE(turnMode(true));
+  EXPECT_TRUE(bare());
+  EXPECT_NE(backdropSettings(), settings);
+  const Image covered = photograph().front();
+  EXPECT_TRUE(desk.screen().area(icon) != off) << "the icon is another";
 
-  const Image covered = mode.photograph();
   const WindowInfo slides = desk.openWindow("Slides", {400, 200, 400, 250});
-  const auto changed = changedArea(covered, mode.photograph());
+  const auto changed = changedArea(covered, photograph().front());
   ASSERT_TRUE(changed);
   EXPECT_TRUE(changed->contains(slides.area)) << "a window that opens now is above the cover";
-  EXPECT_TRUE(mode.bare({slides.area}));
+  EXPECT_TRUE(bare({slides.area}));
   desk.windows().close(slides.id);
   ASSERT_TRUE(desk.until([&] { return !desk.windows().info(slides.id); }));
 
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(false));
-  ASSERT_TRUE(mode.closePanel());
-  EXPECT_TRUE(desk.until([&] { return mode.windowsNow() == windows; }));
-  EXPECT_EQ(mode.windowsNow(), windows);
-  EXPECT_EQ(mode.backdropSettings(), settings);
-  EXPECT_TRUE(mode.looksAsIn(screen)) << "the icon too";
-  EXPECT_THAT(mode.program().complaints(""), testing::IsEmpty());
-  EXPECT_THAT(mode.program().program().errorOutput(),
+  ASSERT_NO_FATAL_FAILURE(turnMode(false));
+  expectTheWindows();
+  EXPECT_EQ(backdropSettings(), settings);
+  EXPECT_TRUE(photograph() == screen) << "the icon too";
+  EXPECT_THAT(complaints(""), testing::IsEmpty());
+  EXPECT_THAT(program->errorOutput(),
               testing::Not(testing::ContainsRegex("Q[A-Z][A-Za-z]+::[a-z]")))
       << "Qt was used wrongly";
 }
 
-enum class End { Quit, Term, Kill };
-
-/// What each of these leaves behind differs by the desktop, and not by the way to the end.
-class ModeEndTest : public testing::TestWithParam<std::pair<FullDesktop, End>> {
- protected:
-  void end() {
-    harness::Process& process = mode.program().program();
-    switch (GetParam().second) {
-      case End::Quit:
-        EXPECT_TRUE(mode.program().openMenu() && mode.program().quits());
-        break;
-      case End::Term:
-        EXPECT_EQ(process.terminate(harness::kPatience), (harness::ProcessEnd{0, 0}));
-        break;
-      case End::Kill:
-        process.kill();
-    }
-  }
-
-  ModeDesk mode{GetParam().first};
-};
-
-INSTANTIATE_TEST_SUITE_P(On, ModeEndTest,
-                         testing::Values(std::pair(kFullDesktops[0], End::Quit),
-                                         std::pair(kFullDesktops[1], End::Term),
-                                         std::pair(kFullDesktops[2], End::Kill),
-                                         std::pair(kFullDesktops[3], End::Kill),
-                                         std::pair(kFullDesktops[4], End::Quit)),
-                         [](const auto& row) { return row.param.first.name; });
-
 // However the program ends while the mode is on, what it did to the desktop stays.
-TEST_P(ModeEndTest, TheEffectsStayAndTheNextOneShowsWhatWasHidden) {
-  ASSERT_TRUE(mode.openWindows());
-  ASSERT_TRUE(mode.startProgram());
-  const std::string windows = mode.windowsNow();
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(true));
-  ASSERT_TRUE(mode.closePanel());
-  const std::string settings = mode.backdropSettings();
+TEST_P(ModeTest, AnEndLeavesTheEffectsAndTheNextOneShowsWhatWasHidden) {
+  ASSERT_NO_FATAL_FAILURE(turnMode(true));
+  const std::string settings = backdropSettings();
+  if (GetParam().isKilled) {
+    program->kill();
+  } else {
+    ASSERT_TRUE(openMenu() && quits());
+  }
+  EXPECT_TRUE(covered(false));
+  (void)photograph();
+  EXPECT_TRUE(sinkMuted(true));
+  EXPECT_TRUE(quiet(true));
+  EXPECT_TRUE(othersHidden(true));
+  EXPECT_TRUE(showsChosenPicture(true));
+  EXPECT_EQ(backdropSettings(), settings);
 
-  end();
-  EXPECT_TRUE(mode.covered(false));
-  (void)mode.photograph();
-  EXPECT_TRUE(mode.muted(true));
-  EXPECT_TRUE(mode.quiet(true));
-  EXPECT_TRUE(mode.othersHidden(true));
-  EXPECT_TRUE(mode.showsChosenPicture(true));
-  EXPECT_EQ(mode.backdropSettings(), settings);
-
-  ASSERT_TRUE(mode.startProgram());
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(true));
-  ASSERT_TRUE(mode.clickMaster());
-  EXPECT_TRUE(mode.covered(false));
-  EXPECT_TRUE(mode.muted(false));
-  EXPECT_TRUE(mode.quiet(false));
-  EXPECT_TRUE(mode.othersHidden(false));
-  ASSERT_TRUE(mode.closePanel());
-  EXPECT_TRUE(mode.desk().until([&] { return mode.windowsNow() == windows; }));
-  EXPECT_EQ(mode.windowsNow(), windows);
+  ASSERT_TRUE(startClosed());
+  ASSERT_NO_FATAL_FAILURE(turnMode(true));
+  ASSERT_TRUE(turnMaster());
+  EXPECT_TRUE(covered(false));
+  EXPECT_TRUE(sinkMuted(false));
+  EXPECT_TRUE(quiet(false));
+  EXPECT_TRUE(othersHidden(false));
+  ASSERT_TRUE(close());
+  expectTheWindows();
 }
 
 TEST(ModeOnTheBareRoot, CoversShowWhatTheRootWindowShows) {
   ModeDesk mode(kFullDesktops.back());
-  harness::XDesk& desk = mode.desk();
-  ASSERT_TRUE(mode.startProgram());
-  const harness::Rect second = desk.server().monitors().back();
+  const harness::XDesk& desk = mode.desk;
+  ASSERT_TRUE(mode.startClosed());
+  const Rect second = desk.server().monitors().back();
   const Image before = desk.screen().area(second);
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(true));
+  ASSERT_TRUE(mode.turnMaster());
+  ASSERT_NO_FATAL_FAILURE(mode.expectTheMode(true));
   constexpr std::uint32_t kUsers = 0xc02020;
   ASSERT_TRUE(desk.run({"hsetroot", "-solid", "#c02020"}).succeeded());
   EXPECT_TRUE(desk.until([&] {
     return desk.screen().pixel(second.centreX(), second.centreY()) == kUsers;
   })) << "what the user sets while the mode is on";
-  ASSERT_TRUE(mode.clickMaster());
-  ASSERT_TRUE(mode.inTheMode(false));
+  ASSERT_TRUE(mode.turnMaster());
+  ASSERT_NO_FATAL_FAILURE(mode.expectTheMode(false));
   EXPECT_EQ(desk.screen().area(second), before);
 
-  ASSERT_TRUE(mode.click("Change wallpaper"));
-  ASSERT_TRUE(mode.clickMaster());
+  ASSERT_TRUE(mode.turn("Change wallpaper"));
+  ASSERT_TRUE(mode.turnMaster());
   ASSERT_TRUE(mode.covered(true));
-  ASSERT_TRUE(mode.closePanel());
-  EXPECT_EQ(mode.photograph().part(second), before) << "the icons alone, after a whole round";
+  ASSERT_TRUE(mode.close());
+  EXPECT_EQ(mode.photograph().back(), before) << "the icons alone, after a whole round";
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include "desktop/program/ProgramDesk.h"
 
-using harness::DeskOptions;
 using harness::Edge;
 using harness::Panel;
 using harness::Rect;
@@ -14,8 +13,9 @@ namespace {
 struct Place {
   const char* name;
   Panel panel;
-  Edge edge;
-  int monitor;
+  Edge edge = Edge::Bottom;
+  int monitor = 0;
+  WindowManager windowManager = WindowManager::Openbox;
 };
 
 // What a test runner lists the case under.
@@ -23,17 +23,21 @@ void PrintTo(const Place& row, std::ostream* stream) {
   *stream << row.name;
 }
 
-class PlacementTest : public testing::TestWithParam<Place> {
+class PlacementTest : public testing::TestWithParam<Place>, public ProgramDesk {
  protected:
+  PlacementTest()
+      : ProgramDesk({.windowManager = GetParam().windowManager,
+                     .panel = GetParam().panel,
+                     .panelPlace = {.edge = GetParam().edge, .monitor = GetParam().monitor}}) {}
+
   /// Inside the monitor, beside the bar and not far from it, and in line with the icon.
   testing::AssertionResult isAtTheIcon() {
     constexpr int kWidestGap = 16;
-    const Rect popover = program.popoverArea();
-    const Rect bar = program.desk().panelAreas().at(0);
-    const auto icon = program.desk().trayIcon();
+    const Rect popover = popoverArea();
+    const Rect bar = desk.panelAreas().at(0);
+    const auto icon = desk.trayIcon();
     if (!icon) return testing::AssertionFailure() << "no icon";
-    const Rect monitor =
-        program.desk().server().monitors().at(static_cast<std::size_t>(GetParam().monitor));
+    const Rect monitor = desk.server().monitors().at(static_cast<std::size_t>(GetParam().monitor));
     const Rect around{bar.x - kWidestGap, bar.y - kWidestGap, bar.width + 2 * kWidestGap,
                       bar.height + 2 * kWidestGap};
     const bool lies = bar.width > bar.height;
@@ -48,11 +52,6 @@ class PlacementTest : public testing::TestWithParam<Place> {
     return testing::AssertionFailure()
            << "popover " << text(popover) << " bar " << text(bar) << " icon " << text(*icon);
   }
-
-  ProgramDesk program{
-      DeskOptions{.windowManager = WindowManager::Openbox,
-                  .panel = GetParam().panel,
-                  .panelPlace = {.edge = GetParam().edge, .monitor = GetParam().monitor}}};
 };
 
 INSTANTIATE_TEST_SUITE_P(
@@ -65,17 +64,19 @@ INSTANTIATE_TEST_SUITE_P(
                     Place{"Tint2Top", Panel::Tint2, Edge::Top, 0},
                     Place{"Tint2Left", Panel::Tint2, Edge::Left, 0},
                     Place{"Tint2BottomOfTheSecond", Panel::Tint2, Edge::Bottom, 1},
-                    Place{"LxqtPanelBottomOfTheSecond", Panel::LxqtPanel, Edge::Bottom, 1}),
+                    Place{"LxqtPanelBottomOfTheSecond", Panel::LxqtPanel, Edge::Bottom, 1},
+                    Place{"Tint2OnBspwm", Panel::Tint2, Edge::Bottom, 0, WindowManager::Bspwm},
+                    Place{"Tint2OnI3", Panel::Tint2, Edge::Bottom, 0, WindowManager::I3}),
     [](const auto& row) { return row.param.name; });
 
 TEST_P(PlacementTest, ThePopoverStandsAtTheIconAndIsToggledByIt) {
-  ASSERT_TRUE(program.start());
+  ASSERT_TRUE(start());
   EXPECT_TRUE(isAtTheIcon()) << "at launch";
   for (int round = 0; round < 2; ++round) {
-    ASSERT_TRUE(program.clickIcon());
-    ASSERT_TRUE(program.closes());
-    ASSERT_TRUE(program.clickIcon());
-    ASSERT_TRUE(program.opens());
+    ASSERT_TRUE(clickIcon());
+    ASSERT_TRUE(closes());
+    ASSERT_TRUE(clickIcon());
+    ASSERT_TRUE(opens());
     EXPECT_TRUE(isAtTheIcon()) << "after a click";
   }
 }

@@ -1,102 +1,69 @@
 #include "desktop/program/ProgramDesk.h"
 
-using harness::AccessibleElement;
 using harness::Rect;
 using namespace std::chrono_literals;
 
-testing::AssertionResult ProgramDesk::verdict(bool holds, const std::string& claim) const {
-  if (holds) return testing::AssertionSuccess();
-  return testing::AssertionFailure() << "not so: " << claim << "; the program wrote\n"
-                                     << program_->output() << program_->errorOutput();
-}
-
-// --- Program ---
-
-void ProgramDesk::launch() {
-  program_.reset();
-  program_ = desk_.startCalmdeck(harness::AccessibilityClient::accessibleEnvironment());
-}
-
-testing::AssertionResult ProgramDesk::start() {
-  launch();
+bool ProgramDesk::start() {
+  program.reset();
+  program = desk.startCalmdeck(harness::AccessibilityClient::accessibleEnvironment());
   return opens();
-}
-
-testing::AssertionResult ProgramDesk::says(const std::string& text) {
-  return verdict(program_->waitForLine("^" + text + "$").has_value(), "it says " + text);
 }
 
 // --- Panel ---
 
-testing::AssertionResult ProgramDesk::opens() {
+bool ProgramDesk::opens() {
   const auto active = [&] {
-    const auto popover = desk_.openPopover();
-    return popover && desk_.windows().active() == popover->id;
+    const auto popover = desk.openPopover();
+    return popover && desk.windows().active() == popover->id;
   };
-  auto result = verdict(desk_.until(active), "the panel is open and has the keyboard");
+  if (!desk.until(active)) return false;
   // It may move once more, to where the icon turned out to be.
-  if (result) (void)desk_.screen().settled(popoverArea(), 100ms);
-  return result;
+  (void)desk.screen().settled(popoverArea(), 100ms);
+  return true;
 }
 
-testing::AssertionResult ProgramDesk::closes() {
-  return verdict(desk_.until([&] { return !desk_.openPopover(); }), "the panel closes");
+bool ProgramDesk::closes() {
+  return desk.until([&] { return !desk.openPopover(); });
+}
+
+bool ProgramDesk::close() {
+  if (desk.openPopover()) desk.input().key("Escape");
+  return closes();
 }
 
 Rect ProgramDesk::popoverArea() const {
-  const auto popover = desk_.openPopover();
+  const auto popover = desk.openPopover();
   return popover ? popover->area : Rect{};
 }
 
-testing::AssertionResult ProgramDesk::clickIcon(harness::Button button) {
-  const auto icon = desk_.trayIcon();
-  if (icon) desk_.input().click(icon->centreX(), icon->centreY(), button);
-  return verdict(icon.has_value(), "there is an icon");
+bool ProgramDesk::clickIcon(harness::Button button) {
+  const auto icon = desk.trayIcon();
+  if (icon) desk.input().click(icon->centreX(), icon->centreY(), button);
+  return icon.has_value();
 }
 
-testing::AssertionResult ProgramDesk::openMenu() {
-  return verdict(desk_.opensAWindow([this] { (void)clickIcon(harness::Button::Right); }),
-                 "the menu opens");
+bool ProgramDesk::openMenu() {
+  return desk.opensAWindow([this] { (void)clickIcon(harness::Button::Right); });
 }
 
-testing::AssertionResult ProgramDesk::quits() {
+bool ProgramDesk::quits() {
   // From the menu's beginning Up goes round to its last item.
-  for (const char* key : {"Up", "Return"}) desk_.input().key(key);
-  return verdict(program_->waitForExit() == harness::ProcessEnd{0, 0}, "it ends by itself");
+  for (const char* key : {"Up", "Return"}) desk.input().key(key);
+  return program->waitForExit() == harness::ProcessEnd{0, 0};
 }
 
-harness::Image ProgramDesk::iconImage() const {
-  const auto icon = desk_.trayIcon();
-  return icon ? desk_.screen().settled(*icon, 200ms) : harness::Image{};
+// --- What it is for ---
+
+bool ProgramDesk::click(const std::string& name) {
+  const auto found = reader.await(name);
+  if (found) desk.input().click(found->area.centreX(), found->area.centreY());
+  return found.has_value();
 }
 
-// --- Switches ---
-
-testing::AssertionResult ProgramDesk::clickSwitch(const std::string& name) {
-  const auto found = reader_.await(name);
-  if (found) desk_.input().click(found->area.centreX(), found->area.centreY());
-  return verdict(found.has_value(), "there is a switch " + name);
+bool ProgramDesk::covered(bool covered) {
+  return desk.until([&] { return covered ? desk.everyMonitorIsCovered() : desk.covers().empty(); });
 }
 
-testing::AssertionResult ProgramDesk::muteByTheMode() {
-  for (const char* name : {kSpeaker, kMaster})
-    if (auto clicked = clickSwitch(name); !clicked) return clicked;
-  return sinkMuted(true);
-}
-
-testing::AssertionResult ProgramDesk::switchedOn(const std::set<std::string>& names) const {
-  std::set<std::string> seen;
-  const auto asWanted = [&] {
-    seen.clear();
-    for (const AccessibleElement& element : reader_.elements())
-      if (element.is("focusable") && element.is("checked")) seen.insert(element.name);
-    return seen == names;
-  };
-  return verdict(desk_.until(asWanted), "on are " + testing::PrintToString(names) + " and not " +
-                                            testing::PrintToString(seen));
-}
-
-testing::AssertionResult ProgramDesk::sinkMuted(bool muted) {
-  return verdict(desk_.until([&] { return desk_.sound().sinkMuted(kSink) == muted; }),
-                 muted ? "the sink is muted" : "the sink is not muted");
+bool ProgramDesk::sinkMuted(bool muted) {
+  return desk.until([&] { return desk.sound().sinkMuted(kSink) == muted; });
 }

@@ -1,22 +1,14 @@
 #include "desktop/program/ShellDesk.h"
 
-#include <signal.h>
-
 #include <algorithm>
 #include <filesystem>
+#include <stdexcept>
 
 using harness::Image;
-using harness::Rect;
-using harness::WindowInfo;
-using testing::AssertionFailure;
-using testing::AssertionResult;
-using testing::AssertionSuccess;
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kSink = "out1";
-constexpr const char* kCoverClass = "calmdeck-cover";
 /// Panels are at the top and at the bottom of the first monitor.
 constexpr int kThickestPanel = 48;
 
@@ -61,11 +53,11 @@ void PrintTo(const Shell& row, std::ostream* stream) {
 }
 
 ShellDesk::ShellDesk(const Shell& shell)
-    : shell_(shell),
-      desk_({.sound = harness::SoundServerKind::PulseAudio,
-             .environment = {{"XDG_CURRENT_DESKTOP", shell.currentDesktop},
-                             {"XDG_SESSION_TYPE", "x11"}}}) {
-  harness::furnish(desk_.home());
+    : desk({.sound = harness::SoundServerKind::PulseAudio,
+            .environment = {{"XDG_CURRENT_DESKTOP", shell.currentDesktop},
+                            {"XDG_SESSION_TYPE", "x11"}}}),
+      shell_(shell) {
+  harness::furnish(desk.home());
   keepOthersFromStarting();
   for (const auto& setting : shell.settings) set(setting);
 }
@@ -76,143 +68,84 @@ void ShellDesk::keepOthersFromStarting() {
     const std::string name = entry.path().filename();
     const bool isNeeded = name.find("background") != std::string::npos ||
                           name.find("xsettings") != std::string::npos || name.starts_with("nemo");
-    if (!isNeeded) desk_.home().writeConfig("autostart/" + name, "[Desktop Entry]\nHidden=true\n");
+    if (!isNeeded) desk.home().writeConfig("autostart/" + name, "[Desktop Entry]\nHidden=true\n");
   }
 }
 
 void ShellDesk::set(std::vector<std::string> setting) {
-  for (std::string& word : setting) word = harness::filled(word, {{"home", desk_.home().home()}});
+  for (std::string& word : setting) word = harness::filled(word, {{"home", desk.home().home()}});
   setting.insert(setting.begin(), {"gsettings", "set"});
-  const harness::RunResult done = desk_.run(setting);
+  const harness::RunResult done = desk.run(setting);
   if (!done.succeeded()) throw std::runtime_error("gsettings: " + done.errorOutput);
 }
 
 void ShellDesk::install(const std::string& schema, const fs::path& override) {
-  const fs::path folder = desk_.home().home() / ".local/share/glib-2.0/schemas";
+  const fs::path folder = desk.home().home() / ".local/share/glib-2.0/schemas";
   fs::create_directories(folder);
   fs::copy_file("/usr/share/glib-2.0/schemas/" + schema, folder / schema);
   fs::copy_file(override, folder / override.filename());
-  const harness::RunResult done = desk_.run({"glib-compile-schemas", "--strict", folder});
+  const harness::RunResult done = desk.run({"glib-compile-schemas", "--strict", folder});
   if (!done.succeeded()) throw std::runtime_error("no schemas: " + done.errorOutput);
 }
 
-AssertionResult ShellDesk::startShell() {
+void ShellDesk::startSystemBus() {
   // It only has to be there: nobody is on it.
   programs_.push_back(
-      desk_.start({"dbus-daemon", "--session", "--nofork", "--nopidfile",
-                   "--address=" + desk_.environment().at("DBUS_SYSTEM_BUS_ADDRESS")}));
-  const fs::path socket = desk_.home().runtime() / "system-bus";
-  if (!desk_.until([&] { return fs::exists(socket); })) return AssertionFailure() << "no bus";
-  for (const auto& program : shell_.programs) programs_.push_back(desk_.start(program));
+      desk.start({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address",
+                  "--address=" + desk.environment().at("DBUS_SYSTEM_BUS_ADDRESS")}));
+  if (!programs_.back()->waitForLine("^unix:")) throw std::runtime_error("no system bus");
+}
+
+bool ShellDesk::start() {
+  startSystemBus();
+  for (const auto& program : shell_.programs) programs_.push_back(desk.start(program));
   const auto isThere = [&] {
-    return desk_.bus().hasOwner(shell_.busName) &&
-           desk_.bus().hasOwner("org.freedesktop.Notifications");
+    return desk.bus().hasOwner(shell_.busName) &&
+           desk.bus().hasOwner("org.freedesktop.Notifications") &&
+           desk.iconWindows().empty() != shell_.hasIcons;
   };
-  if (AssertionResult started = waitFor(isThere, "the shell runs"); !started) return started;
-  const auto shown = [&] { return (iconWindows() > 0) == shell_.hasIcons; };
-  if (AssertionResult result = waitFor(shown, "icons are as wanted"); !result) return result;
-  for (const int x : {200, 1400}) (void)desk_.openWindow("Figures", {x, 200, 300, 200});
-  return waitFor(
-      [&] {
-        return std::ranges::all_of(monitors(), [&](const Rect& monitor) {
-          return harness::isOf(harness::dusk,
-                               desk_.screen().pixel(monitor.right() - 60, monitor.centreY()));
-        });
-      },
-      "the wallpaper shows");
+  if (!until(isThere)) return false;
+  for (const int x : {200, 1400}) (void)desk.openWindow("Figures", {x, 200, 300, 200});
+  const auto showsWallpaper = [](const Image& monitor) {
+    return harness::isOf(harness::dusk, monitor.at(monitor.width - 60, monitor.height / 2));
+  };
+  if (!until([&] { return std::ranges::all_of(seen(), showsWallpaper); })) return false;
+  program_.emplace(desk, harness::kAllFeatures,
+                   harness::chosenPicture(desk.home().home() / "meadow.png"));
+  return true;
 }
 
-void ShellDesk::launch() {
-  program_.emplace(desk_, harness::kAllFeatures,
-                   harness::chosenPicture(desk_.home().home() / "meadow.png"));
-}
-
-AssertionResult ShellDesk::waitFor(const std::function<bool()>& fact, const std::string& claim) {
-  // They start, paint and fade late where nothing helps them to draw.
-  constexpr auto kLong = 4 * harness::kPatience;
-  if (desk_.until(fact, kLong)) return AssertionSuccess();
-  AssertionResult failure = AssertionFailure();
-  failure << "not so: " << claim << "; the program wrote\n"
-          << (program_ ? program_->process().errorOutput() : "") << "and the shell's\n";
-  for (const auto& program : programs_) failure << program->errorOutput();
-  return failure;
-}
-
-std::vector<Rect> ShellDesk::monitors() {
-  std::vector<Rect> monitors = desk_.server().monitors();
+std::vector<Image> ShellDesk::partsOf(const Image& whole) const {
+  std::vector<harness::Rect> monitors = desk.server().monitors();
   monitors.front().y += kThickestPanel;
   monitors.front().height -= 2 * kThickestPanel;
-  return monitors;
+  std::vector<Image> parts;
+  for (const harness::Rect& monitor : monitors) parts.push_back(whole.part(monitor));
+  return parts;
 }
 
-AssertionResult ShellDesk::showsThePictureOnly() {
-  return waitFor(
-      [&] {
-        const Image whole = desk_.screen().whole();
-        return std::ranges::all_of(monitors(), [&](const Rect& monitor) {
-          const Image image = whole.part(monitor);
-          return harness::isOf(harness::meadow, image.at(image.width / 2, image.height / 2)) &&
-                 !harness::showsIcons(image);
-        });
-      },
-      "nothing but the picture is to be seen");
-}
-
-AssertionResult ShellDesk::inTheMode() {
-  if (AssertionResult bare = showsThePictureOnly(); !bare) return bare;
-  return waitFor([&] { return desk_.sound().sinkMuted(kSink) == true; }, "the speaker is off");
+std::vector<Image> ShellDesk::seen() const {
+  return partsOf(desk.screen().whole());
 }
 
 std::vector<Image> ShellDesk::photograph() {
-  using namespace std::chrono_literals;
   constexpr int kAwayX = 2200;
   constexpr int kAwayY = 500;
-  desk_.input().moveTo(kAwayX, kAwayY);
-  const Image whole = desk_.settled(800ms);
-  std::vector<Image> images;
-  for (const Rect& monitor : monitors()) images.push_back(whole.part(monitor));
-  return images;
+  desk.input().moveTo(kAwayX, kAwayY);
+  return partsOf(desk.settled(std::chrono::milliseconds(800)));
 }
 
-AssertionResult ShellDesk::looksAsIn(const std::vector<Image>& before) {
-  return waitFor([&] { return photograph() == before; }, "the screen is as before");
+bool ShellDesk::showsThePictureOnly() const {
+  return std::ranges::all_of(seen(), [](const Image& image) {
+    return harness::isOf(harness::meadow, image.at(image.width / 2, image.height / 2)) &&
+           !harness::showsIcons(image);
+  });
 }
 
-AssertionResult ShellDesk::changesFrom(const std::vector<Image>& before) {
-  return waitFor(
-      [&] {
-        const Image whole = desk_.screen().whole();
-        return !std::ranges::equal(monitors(), before, {},
-                                   [&](const Rect& monitor) { return whole.part(monitor); });
-      },
-      "something else shows");
-}
-
-AssertionResult ShellDesk::notify() {
-  const harness::RunResult done = desk_.run(
-      {"gdbus", "call", "--session", "--dest", "org.freedesktop.Notifications", "--object-path",
-       "/org/freedesktop/Notifications", "--method", "org.freedesktop.Notifications.Notify", "mail",
-       "0", "", "A letter", "for you", "[]", "{}", "60000"});
-  return done.succeeded() ? AssertionSuccess() : AssertionFailure() << done.errorOutput;
+bool ShellDesk::inTheMode() {
+  return until([&] { return showsThePictureOnly() && desk.sound().sinkMuted("out1"); });
 }
 
 std::string ShellDesk::backgrounds() const {
-  return desk_.run({"dconf", "dump", shell_.backgrounds}).output;
-}
-
-std::size_t ShellDesk::iconWindows() const {
-  const std::vector<WindowInfo> windows = desk_.windows().all();
-  return static_cast<std::size_t>(std::ranges::count_if(windows, [](const WindowInfo& window) {
-    return window.viewable && window.type == "DESKTOP" && window.className != kCoverClass;
-  }));
-}
-
-void ShellDesk::killIcons() {
-  const auto icons = desk_.windows().findViewable([](const WindowInfo& window) {
-    return window.type == "DESKTOP" && window.className != kCoverClass;
-  });
-  ASSERT_TRUE(icons.has_value());
-  const auto process = desk_.x().number(icons->id, "_NET_WM_PID");
-  ASSERT_TRUE(process.has_value());
-  ::kill(static_cast<pid_t>(*process), SIGKILL);
+  return desk.run({"dconf", "dump", shell_.backgrounds}).output;
 }

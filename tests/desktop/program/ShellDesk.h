@@ -42,41 +42,36 @@ class ShellDesk {
  public:
   explicit ShellDesk(const Shell& shell);
 
-  [[nodiscard]] harness::XDesk& desk() { return desk_; }
   /// Before that: an override of a schema of the machine's, as packages bring it.
   void install(const std::string& schema, const std::filesystem::path& override);
-  /// Starts the shell, and returns when it shows the wallpaper and the icons on it.
-  [[nodiscard]] testing::AssertionResult startShell();
-  void launch();
+  /// Starts the shell, and the program once it shows the wallpaper and the icons on it.
+  [[nodiscard]] bool start();
   void press() { program_->press(); }
 
-  /// Nothing but the chosen picture is to be seen, on each monitor, beside the panel.
-  [[nodiscard]] testing::AssertionResult showsThePictureOnly();
-  /// The same, and the sound is off.
-  [[nodiscard]] testing::AssertionResult inTheMode();
-  /// To the pixel, beside the panel.
-  [[nodiscard]] testing::AssertionResult looksAsIn(const std::vector<harness::Image>& before);
-  /// If only for a moment.
-  [[nodiscard]] testing::AssertionResult changesFrom(const std::vector<harness::Image>& before);
-  /// Each monitor at rest, without the panel, whose clock goes on.
+  /// They start, paint and fade late where nothing helps them to draw.
+  [[nodiscard]] bool until(const std::function<bool()>& fact) const {
+    return desk.until(fact, 4 * harness::kPatience);
+  }
+  /// Waits until nothing but the chosen picture is to be seen, on each monitor, beside the panel,
+  /// and the sound is off.
+  [[nodiscard]] bool inTheMode();
+  /// Now.
+  [[nodiscard]] bool showsThePictureOnly() const;
+  /// What each monitor shows, without the panel, whose clock goes on.
+  [[nodiscard]] std::vector<harness::Image> seen() const;
+  /// The same at rest, with the pointer out of the way.
   [[nodiscard]] std::vector<harness::Image> photograph();
-  /// Has a notification shown, or kept back.
-  [[nodiscard]] testing::AssertionResult notify();
   [[nodiscard]] std::string backgrounds() const;
 
-  /// Ends the program with the icons, as a crash would.
-  void killIcons();
-  [[nodiscard]] std::size_t iconWindows() const;
+  harness::XDesk desk;
 
  private:
-  [[nodiscard]] testing::AssertionResult waitFor(const std::function<bool()>& fact,
-                                                 const std::string& claim);
-  [[nodiscard]] std::vector<harness::Rect> monitors();
+  [[nodiscard]] std::vector<harness::Image> partsOf(const harness::Image& whole) const;
   void set(std::vector<std::string> setting);
   void keepOthersFromStarting();
+  void startSystemBus();
 
   const Shell& shell_;
-  harness::XDesk desk_;
   std::vector<std::unique_ptr<harness::Process>> programs_;
   std::optional<harness::ShortcutProgram> program_;
 };

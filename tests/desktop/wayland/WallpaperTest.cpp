@@ -76,9 +76,9 @@ TEST_F(SwayPictureTest, EachOutputGetsItsOwnPictureBack) {
   launchWith(desk.picture(kOdd, kBlue));
   for (int round = 0; round < 2; ++round) {
     toggle();
-    EXPECT_TRUE(shows(kBlue, kBlue)) << program->errorOutput();
+    EXPECT_TRUE(shows(kBlue, kBlue));
     toggle();
-    EXPECT_TRUE(shows(kRed, kGreen)) << program->errorOutput();
+    EXPECT_TRUE(shows(kRed, kGreen));
   }
   EXPECT_THAT(program->errorOutput(), testing::Not(testing::HasSubstr("calmdeck.wallpaper")));
 }
@@ -111,7 +111,7 @@ TEST_F(SwayPictureTest, ComesAndGoesAlsoWhereSwaybgWasKilled) {
   ASSERT_EQ(::kill(desk.swaysSwaybg().first, SIGKILL), 0);
   ASSERT_TRUE(desk.until([&] { return desk.swaysSwaybg().first == 0; }));
   toggle();
-  EXPECT_TRUE(shows(kRed, kRed)) << program->errorOutput();
+  EXPECT_TRUE(shows(kRed, kRed));
 }
 
 // A monitor by what it is, as "Dell Inc. U2720Q 123", wherever it is plugged in.
@@ -155,7 +155,7 @@ TEST_P(LayerPictureTest, LiesOverTheUsersSwaybgAsLongAsWeRun) {
   ASSERT_TRUE(shows(kRed, kRed));
   launchWith(desk.picture("ours.png", kBlue));
   toggle();
-  EXPECT_TRUE(shows(kBlue, kBlue)) << program->errorOutput();
+  EXPECT_TRUE(shows(kBlue, kBlue));
   toggle();
   EXPECT_TRUE(shows(kRed, kRed));
   toggle();

@@ -13,7 +13,6 @@ namespace cover_test {
 
 using harness::DesktopIcons;
 using harness::Image;
-using harness::Process;
 using harness::Rect;
 using harness::WindowInfo;
 using harness::WindowManager;
@@ -35,28 +34,14 @@ class CoverDesk {
  public:
   explicit CoverDesk(const CoverDeskOptions& options);
 
-  [[nodiscard]] harness::XDesk& desk() { return desk_; }
-  [[nodiscard]] Process& program() { return program_->process(); }
-
   /// Starts the program, whose mode covers icons and does nothing else.
   void launch();
   /// By the program's shortcut, without waiting for anything.
   void toggle() { program_->press(); }
   /// Launches, and returns once each monitor has its cover.
   void startCovered();
-  /// On the screen now, in no particular order.
-  [[nodiscard]] std::vector<WindowInfo> covers() const;
-  /// The one that lies on this monitor now.
-  [[nodiscard]] xcb_window_t coverOf(const Rect& monitor) const;
-  /// Exactly one cover a monitor, as large as it; icewm's may be a little less.
-  [[nodiscard]] bool everyMonitorIsCovered();
-  /// Windows of icons, the covers not among them.
-  [[nodiscard]] std::vector<WindowInfo> iconWindows() const;
-
-  /// Where icons are and the covers are to hide them, as they were before; empty where there were
-  /// none.
-  [[nodiscard]] std::optional<Rect> icons() const { return icons_; }
-  [[nodiscard]] const WindowInfo& front() const { return front_; }
+  /// The one that lies on the first monitor now.
+  [[nodiscard]] xcb_window_t firstCover() const;
 
   /// What the eye finds wrong on the monitors: "" when they show the desktop without icons, with
   /// the ordinary window above it as it was. To the pixel where the desktop offers its own picture;
@@ -74,14 +59,22 @@ class CoverDesk {
   /// Tells the desktop to show another picture.
   void changeWallpaper(const std::filesystem::path& picture) const;
   /// Blue all over.
-  [[nodiscard]] std::string bluePicture() const { return desk_.picture("blue.png", 0x0000ff); }
+  [[nodiscard]] std::string bluePicture() const { return desk.picture("blue.png", 0x0000ff); }
   /// Whether two colours are to the eye the same: equal, or nearly so where they are not exact.
   [[nodiscard]] bool isAlike(std::uint32_t a, std::uint32_t b) const;
 
   /// The monitor that is not the primary one becomes it.
-  void swapPrimary() const;
-  void goToWorkspace(std::uint32_t number);
-  void showDesktop(bool on);
+  void swapPrimary() const {
+    EXPECT_TRUE(desk.run({"xrandr", "--output", "VNC-1", "--primary"}).succeeded());
+  }
+  /// Sets a property of the root window as a pager does, and waits for it.
+  void setOnRoot(const char* property, std::uint32_t value);
+
+  harness::XDesk desk;
+  /// Where icons are and the covers are to hide them, as they were before; empty where there were
+  /// none.
+  std::optional<Rect> icons;
+  WindowInfo front;
 
  private:
   void configure() const;
@@ -89,7 +82,6 @@ class CoverDesk {
   void placeIcons();
   [[nodiscard]] std::string compare(const Image& now, bool frontShows) const;
 
-  harness::XDesk desk_;
   DesktopIcons kind_;
   bool swaps_;
   /// Covers show the desktop's picture to the pixel: it offers that on the root window, as
@@ -97,8 +89,6 @@ class CoverDesk {
   bool isExact_ = true;
   /// Without icons and windows.
   Image bare_;
-  std::optional<Rect> icons_;
-  WindowInfo front_;
   Image frontPixels_;
   std::optional<harness::ShortcutProgram> program_;
 };

@@ -37,10 +37,10 @@ class CoverStand : public testing::TestWithParam<Surroundings> {
   CoverDesk covers{{.windowManager = GetParam().windowManager,
                     .icons = GetParam().icons,
                     .composited = GetParam().composited}};
-  harness::XDesk& desk = covers.desk();
+  harness::XDesk& desk = covers.desk;
 
   void SetUp() override {
-    ASSERT_TRUE(covers.icons().has_value());
+    ASSERT_TRUE(covers.icons.has_value());
     ASSERT_NE(covers.fault(), "") << "the icons show while there is no cover";
     ASSERT_NO_FATAL_FAILURE(covers.startCovered());
     ASSERT_EQ(covers.faultAfterAWhile(), "");
@@ -48,26 +48,25 @@ class CoverStand : public testing::TestWithParam<Surroundings> {
 };
 
 TEST_P(CoverStand, CoversAreNoWindowsOfTheUserAndSwallowClicks) {
-  for (const WindowInfo& cover : covers.covers()) {
+  for (const WindowInfo& cover : covers.desk.covers()) {
     EXPECT_EQ(cover.type, "DESKTOP");
     EXPECT_THAT(cover.states, IsSupersetOf({"BELOW", "SKIP_TASKBAR", "SKIP_PAGER"}));
     EXPECT_NE(desk.windows().active(), cover.id);
   }
-  desk.windows().activate(covers.front().id);
-  ASSERT_TRUE(desk.until([&] { return desk.windows().active() == covers.front().id; }));
+  ASSERT_TRUE(desk.activate(covers.front.id));
   const std::size_t windows = desk.windows().all().size();
   for (const auto button : {harness::Button::Left, harness::Button::Right}) {
     desk.input().click(100, 600, button);
     desk.input().click(1280 + 400, 300, button);
-    desk.input().click(covers.icons()->centreX(), covers.icons()->centreY(), button);
+    desk.input().click(covers.icons->centreX(), covers.icons->centreY(), button);
   }
   EXPECT_EQ(covers.faultAfterAWhile(), "");
-  EXPECT_EQ(desk.windows().active(), covers.front().id);
+  EXPECT_EQ(desk.windows().active(), covers.front.id);
   EXPECT_EQ(desk.windows().all().size(), windows);
 }
 
 TEST_P(CoverStand, IconsThatAreRaisedComeNoHigherThanTheCover) {
-  for (const WindowInfo& icons : covers.iconWindows()) {
+  for (const WindowInfo& icons : covers.desk.iconWindows()) {
     desk.windows().activate(icons.id);
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(desk.x().get(), icons.id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
@@ -75,34 +74,34 @@ TEST_P(CoverStand, IconsThatAreRaisedComeNoHigherThanTheCover) {
   }
   (void)desk.settled();
   EXPECT_EQ(covers.faultAfterAWhile(), "");
-  desk.windows().activate(covers.front().id);
+  desk.windows().activate(covers.front.id);
   EXPECT_EQ(covers.faultAfterAWhile(), "") << "with the window active again";
 }
 
 TEST_P(CoverStand, WorkspacesAndAShownDesktopKeepTheIconsCovered) {
-  covers.goToWorkspace(1);
+  covers.setOnRoot("_NET_CURRENT_DESKTOP", 1);
   EXPECT_EQ(covers.faultAfterAWhile(false), "") << "on the other workspace";
-  covers.goToWorkspace(0);
+  covers.setOnRoot("_NET_CURRENT_DESKTOP", 0);
   EXPECT_EQ(covers.faultAfterAWhile(), "") << "and back";
-  covers.showDesktop(true);
+  covers.setOnRoot("_NET_SHOWING_DESKTOP", 1);
   EXPECT_EQ(covers.faultAfterAWhile(false), "") << "while the desktop is shown";
-  covers.showDesktop(false);
+  covers.setOnRoot("_NET_SHOWING_DESKTOP", 0);
   EXPECT_EQ(covers.faultAfterAWhile(), "") << "and the windows again";
 }
 
 TEST_P(CoverStand, IconsThatStartAnewComeUnderTheCover) {
-  const std::size_t count = covers.iconWindows().size();
+  const std::size_t count = covers.desk.iconWindows().size();
   desk.startIcons(DesktopIcons::None);
-  ASSERT_TRUE(desk.until([&] { return covers.iconWindows().empty(); }));
+  ASSERT_TRUE(desk.until([&] { return covers.desk.iconWindows().empty(); }));
   desk.startIcons(GetParam().icons);
-  ASSERT_TRUE(desk.until([&] { return covers.iconWindows().size() == count; }));
+  ASSERT_TRUE(desk.until([&] { return covers.desk.iconWindows().size() == count; }));
   (void)desk.settled();
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
 TEST_P(CoverStand, AnotherWindowManagerFindsTheCoverWhereItBelongs) {
   desk.startWindowManager(GetParam().windowManager);
-  ASSERT_TRUE(desk.until([&] { return covers.everyMonitorIsCovered(); }));
+  ASSERT_TRUE(desk.until([&] { return covers.desk.everyMonitorIsCovered(); }));
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
@@ -112,19 +111,19 @@ INSTANTIATE_TEST_SUITE_P(On, CoverStand, testing::ValuesIn(allSurroundings()),
 // Which paints desktop windows in the order of their coming.
 TEST(CoverOnMuffin, ComesAnewAfterIconsThatComeAnew) {
   CoverDesk covers({.windowManager = WindowManager::Openbox});
-  const harness::XConnection& x = covers.desk().x();
+  const harness::XConnection& x = covers.desk.x();
   const std::string name = "Mutter (Muffin)";
   xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE,
                       x.number(x.root(), "_NET_SUPPORTING_WM_CHECK").value(),
                       x.atom("_NET_WM_NAME"), x.atom("UTF8_STRING"), 8,
                       static_cast<std::uint32_t>(name.size()), name.data());
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
-  const Rect first = covers.desk().server().monitors().front();
+  const Rect first = covers.desk.server().monitors().front();
   for (int time = 0; time < 2; ++time) {
-    const xcb_window_t before = covers.coverOf(first);
+    const xcb_window_t before = covers.firstCover();
     covers.openIconWindow(first);
-    EXPECT_TRUE(covers.desk().until([&] {
-      return covers.everyMonitorIsCovered() && covers.coverOf(first) != before;
+    EXPECT_TRUE(covers.desk.until([&] {
+      return covers.desk.everyMonitorIsCovered() && covers.firstCover() != before;
     })) << time;
   }
 }
@@ -132,7 +131,7 @@ TEST(CoverOnMuffin, ComesAnewAfterIconsThatComeAnew) {
 // Which puts new desktop windows where it likes, and above its bars what asks to be below others.
 TEST(CoverOnAwesome, StandsOnItsMonitorBelowTheBar) {
   CoverDesk covers({});
-  harness::XDesk& desk = covers.desk();
+  harness::XDesk& desk = covers.desk;
   const std::vector<Rect> monitors = desk.server().monitors();
   const auto awesome = desk.start({"awesome"});
   ASSERT_TRUE(desk.until([&] { return desk.panelAreas().size() == monitors.size(); }))

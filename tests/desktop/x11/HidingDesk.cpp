@@ -5,66 +5,51 @@
 
 namespace {
 
-using harness::WindowManager;
-
 constexpr std::uint32_t kFromPager = 2;
 
-harness::DeskOptions optionsFor(WindowManager windowManager) {
-  harness::DeskOptions options;
-  options.windowManager = windowManager;
-  options.sessionBus =
-      windowManager == WindowManager::Xfwm4 || windowManager == WindowManager::Marco ||
-      windowManager == WindowManager::Mutter || windowManager == WindowManager::Kwin;
-  return options;
-}
-
 }  // namespace
-
-HidingDesk::HidingDesk(WindowManager windowManager)
-    : windowManager_(windowManager), desk_(optionsFor(windowManager)) {}
 
 // --- Windows ---
 
 xcb_window_t HidingDesk::open(const harness::XWindow& window) {
-  const xcb_window_t id = desk_.x().open(window);
+  const xcb_window_t id = x().open(window);
   const auto isThere = [&] {
-    const auto info = desk_.windows().info(id);
+    const auto info = windows().info(id);
     return info && info->managed && info->viewable;
   };
-  EXPECT_TRUE(desk_.until(isThere)) << window.name;
+  EXPECT_TRUE(XDesk::until(isThere)) << window.name;
   return id;
 }
 
 Windows HidingDesk::openMany(int count) {
   Windows windows;
   for (int i = 0; i < count; ++i) {
-    windows.push_back(desk_.x().open({.name = "many " + std::to_string(i),
-                                      .className = "Many" + std::to_string(i % 10),
-                                      .area = {10 + i % 50 * 8, 10 + i % 40 * 6, 120, 90}}));
+    windows.push_back(x().open({.name = "many " + std::to_string(i),
+                                .className = "Many" + std::to_string(i % 10),
+                                .area = {10 + i % 50 * 8, 10 + i % 40 * 6, 120, 90}}));
   }
-  EXPECT_TRUE(desk_.until([&] { return stacking(windows).size() == windows.size(); }));
+  EXPECT_TRUE(XDesk::until([&] { return stacking(windows).size() == windows.size(); }));
   return windows;
 }
 
 void HidingDesk::close(xcb_window_t window) {
-  xcb_destroy_window(desk_.x().get(), window);
-  EXPECT_TRUE(desk_.until([&] { return stacking({window}).empty(); }));
+  xcb_destroy_window(x().get(), window);
+  EXPECT_TRUE(XDesk::until([&] { return stacking({window}).empty(); }));
 }
 
 void HidingDesk::moveToWorkspace(xcb_window_t window, std::uint32_t number) {
-  desk_.x().askWindowManager(window, "_NET_WM_DESKTOP", {number, kFromPager});
-  EXPECT_TRUE(desk_.until([&] { return workspace(window) == number; }));
+  x().askWindowManager(window, "_NET_WM_DESKTOP", {number, kFromPager});
+  EXPECT_TRUE(XDesk::until([&] { return workspace(window) == number; }));
 }
 
 void HidingDesk::minimise(xcb_window_t window) {
   constexpr std::uint32_t kIconic = 3;
-  desk_.x().askWindowManager(window, "WM_CHANGE_STATE", {kIconic});
-  EXPECT_TRUE(desk_.until([&] { return isMinimised(window); }));
+  x().askWindowManager(window, "WM_CHANGE_STATE", {kIconic});
+  EXPECT_TRUE(XDesk::until([&] { return isMinimised(window); }));
 }
 
 void HidingDesk::activate(xcb_window_t window) {
-  desk_.windows().activate(window);
-  EXPECT_TRUE(desk_.until([&] { return isActive(window); }));
+  EXPECT_TRUE(XDesk::activate(window));
   if (program_) program_->turn();
 }
 
@@ -73,7 +58,7 @@ void HidingDesk::activate(xcb_window_t window) {
 void HidingDesk::startProgram() {
   applications_.reset();
   program_.reset();
-  program_.emplace(desk_.environment());
+  program_.emplace(environment());
   applications_.emplace(program_->events());
 }
 
@@ -115,53 +100,47 @@ unsigned HidingDesk::requests() {
 // --- What is seen ---
 
 bool HidingDesk::isMinimised(xcb_window_t window) const {
-  const auto info = desk_.windows().info(window);
+  const auto info = windows().info(window);
   return info && info->has("HIDDEN");
 }
 
 bool HidingDesk::isMarked(xcb_window_t window) const {
-  return desk_.x().number(window, "_CALMDECK_HIDDEN").has_value();
+  return x().number(window, "_CALMDECK_HIDDEN").has_value();
 }
 
 bool HidingDesk::hasKeyboard(xcb_window_t window) const {
   const harness::XReply<xcb_get_input_focus_reply_t> reply(
-      xcb_get_input_focus_reply(desk_.x().get(), xcb_get_input_focus(desk_.x().get()), nullptr));
+      xcb_get_input_focus_reply(x().get(), xcb_get_input_focus(x().get()), nullptr));
   return reply && reply->focus == window;
 }
 
 bool HidingDesk::isSeen(xcb_window_t window) const {
-  const auto info = desk_.windows().info(window);
+  const auto info = windows().info(window);
   // Mutter leaves those mapped that it does not show.
   return info && info->viewable && !info->has("HIDDEN");
 }
 
 std::uint32_t HidingDesk::workspace(xcb_window_t window) const {
-  return desk_.x().number(window, "_NET_WM_DESKTOP").value_or(UINT32_MAX);
+  return x().number(window, "_NET_WM_DESKTOP").value_or(UINT32_MAX);
 }
 
-testing::AssertionResult HidingDesk::all(const Windows& windows, const char* claim,
-                                         const std::function<bool(xcb_window_t)>& test) {
-  if (until([&] { return std::ranges::all_of(windows, test); })) return testing::AssertionSuccess();
-  return testing::AssertionFailure()
-         << std::ranges::count_if(windows, test) << " are " << claim << "; "
-         << std::ranges::count_if(windows, [&](auto window) { return isMarked(window); })
-         << " are marked";
+bool HidingDesk::allMinimised(const Windows& windows) {
+  const auto isSo = [this](xcb_window_t window) { return isMinimised(window); };
+  return until([&] { return std::ranges::all_of(windows, isSo); });
 }
 
-testing::AssertionResult HidingDesk::allMinimised(const Windows& windows) {
-  return all(windows, "minimised", [&](xcb_window_t window) { return isMinimised(window); });
-}
-
-testing::AssertionResult HidingDesk::allShown(const Windows& windows) {
+bool HidingDesk::allShown(const Windows& windows) {
   // The mark goes last, when all is put back.
-  return all(windows, "shown",
-             [&](xcb_window_t window) { return !isMinimised(window) && !isMarked(window); });
+  const auto isSo = [this](xcb_window_t window) {
+    return !isMinimised(window) && !isMarked(window);
+  };
+  return until([&] { return std::ranges::all_of(windows, isSo); });
 }
 
 Windows HidingDesk::stacking(const Windows& among) const {
-  Windows order = desk_.windows().stacking();
+  Windows order = windows().stacking();
   // It lists them the wrong way round.
-  if (windowManager_ == WindowManager::Jwm) std::ranges::reverse(order);
+  if (managerKind() == harness::WindowManager::Jwm) std::ranges::reverse(order);
   std::erase_if(
       order, [&](xcb_window_t window) { return std::ranges::find(among, window) == among.end(); });
   return order;

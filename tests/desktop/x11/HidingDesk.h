@@ -14,11 +14,10 @@
 using Windows = std::vector<xcb_window_t>;
 
 /// A desktop with foreign windows on it, and in this process what hides and shows them.
-class HidingDesk {
+class HidingDesk : public harness::XDesk {
  public:
-  explicit HidingDesk(harness::WindowManager windowManager);
-
-  [[nodiscard]] harness::XDesk& desk() { return desk_; }
+  explicit HidingDesk(harness::WindowManager windowManager)
+      : XDesk({.windowManager = windowManager}) {}
 
   /// Opens a window on the test's own connection; returns once it is managed and on the screen.
   xcb_window_t open(const harness::XWindow& window);
@@ -26,7 +25,7 @@ class HidingDesk {
   Windows openMany(int count);
   /// A real program's: xmessage.
   xcb_window_t openProgram(const std::string& title, const harness::Rect& area) {
-    return desk_.openWindow(title, area).id;
+    return openWindow(title, area).id;
   }
   void close(xcb_window_t window);
   // Each returns once it is so.
@@ -53,25 +52,19 @@ class HidingDesk {
   [[nodiscard]] bool isMarked(xcb_window_t window) const;
   /// By the X server itself: xfwm4 goes on calling a window active that it has minimised.
   [[nodiscard]] bool hasKeyboard(xcb_window_t window) const;
-  [[nodiscard]] bool isActive(xcb_window_t window) const {
-    return desk_.windows().active() == window;
-  }
+  [[nodiscard]] bool isActive(xcb_window_t window) const { return windows().active() == window; }
   [[nodiscard]] bool isSeen(xcb_window_t window) const;
   [[nodiscard]] std::uint32_t workspace(xcb_window_t window) const;
   /// Waits for it.
-  [[nodiscard]] testing::AssertionResult allMinimised(const Windows& windows);
+  [[nodiscard]] bool allMinimised(const Windows& windows);
   /// Waits until they are on the screen again and nothing is hidden any more.
-  [[nodiscard]] testing::AssertionResult allShown(const Windows& windows);
+  [[nodiscard]] bool allShown(const Windows& windows);
   /// Bottom to top, those of these only.
   [[nodiscard]] Windows stacking(const Windows& among) const;
 
  private:
-  [[nodiscard]] testing::AssertionResult all(const Windows& windows, const char* claim,
-                                             const std::function<bool(xcb_window_t)>& test);
   std::vector<platform::port::ApplicationId> regular();
 
-  harness::WindowManager windowManager_;
-  harness::XDesk desk_;
   std::optional<TestProgram> program_;
   std::optional<linux_desktop::XApplications> applications_;
   unsigned sequence_ = 0;

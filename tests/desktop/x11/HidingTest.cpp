@@ -16,7 +16,6 @@ namespace {
 class HidingTest : public testing::TestWithParam<WindowManager> {
  protected:
   HidingDesk desk{GetParam()};
-  const harness::WindowList& windows = desk.desk().windows();
 };
 
 INSTANTIATE_TEST_SUITE_P(EachWindowManager, HidingTest,
@@ -42,6 +41,7 @@ TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {
   const auto order = desk.stacking(all);
   ASSERT_EQ(order.size(), all.size());
 
+  QLoggingCategory::setFilterRules("calmdeck.x11.debug=true");
   desk.startProgram();
   desk.hideAsTheMode();
   ASSERT_TRUE(desk.allMinimised(hidden));
@@ -57,9 +57,12 @@ TEST_P(HidingTest, ShowingGivesBackOrderWorkspacesAndTheActiveWindow) {
   EXPECT_THAT(desk.stacking(all), testing::ElementsAreArray(order));
   EXPECT_TRUE(desk.until([&] { return desk.isActive(clock); }));
   EXPECT_TRUE(desk.until([&] { return desk.workspace(elsewhere) == 1; }));
-  const harness::XConnection& x = desk.desk().x();
+  const harness::XConnection& x = desk.x();
   EXPECT_EQ(x.number(x.root(), "_NET_CURRENT_DESKTOP"), 0U);
   EXPECT_TRUE(x.numbers(x.root(), "_CALMDECK_ORDER").empty());
+  EXPECT_THAT(desk.program().log(), testing::Not(testing::HasSubstr("do not come back")))
+      << "the manager heeds the way in which it is asked";
+  QLoggingCategory::setFilterRules({});
 }
 
 TEST_P(HidingTest, TheWindowThatWasActiveIsSoAgainUnlessTheUserWorksInAnother) {
@@ -100,8 +103,7 @@ TEST_P(HidingTest, OnlyWhatHidingTookAwayComesBack) {
   EXPECT_FALSE(desk.isMarked(minimisedBefore));
   ASSERT_TRUE(desk.until([&] { return !desk.isActive(putAway); }));
   desk.activate(putAway);
-  ASSERT_TRUE(
-      desk.until([&] { return desk.desk().x().number(putAway, "_CALMDECK_HIDDEN") == 0U; }));
+  ASSERT_TRUE(desk.until([&] { return desk.x().number(putAway, "_CALMDECK_HIDDEN") == 0U; }));
   desk.activate(forward);
   ASSERT_TRUE(desk.until([&] { return !desk.isMinimised(forward); }));
   desk.minimise(putAway);
@@ -158,19 +160,6 @@ TEST_P(HidingTest, ManyWindowsCostFewRequestsAndNoneWhileTheyAreAskedFor) {
   EXPECT_TRUE(desk.until([&] { return desk.stacking(many) == order; }));
 }
 
-TEST_P(HidingTest, IsAskedForInTheWayThatTheManagerHeeds) {
-  const auto letter = desk.open({.name = "letter"});
-  const auto memo = desk.open({.name = "memo"});
-  desk.startProgram();
-  QLoggingCategory::setFilterRules("calmdeck.x11.debug=true");
-  desk.hideAsTheMode();
-  ASSERT_TRUE(desk.allMinimised({letter, memo}));
-  desk.show();
-  EXPECT_TRUE(desk.allShown({letter, memo}));
-  EXPECT_THAT(desk.program().log(), testing::Not(testing::HasSubstr("do not come back")));
-  QLoggingCategory::setFilterRules({});
-}
-
 TEST_P(HidingTest, AManagerThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   Windows three;
   for (const char* name : {"A", "B", "C"}) {
@@ -181,17 +170,17 @@ TEST_P(HidingTest, AManagerThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
   // It dies before it has done anything about what was asked, and another one comes.
   const auto loseManager = [&] {
     desk.program().turn();
-    desk.desk().windowManager().kill();
-    desk.desk().startWindowManager(GetParam());
+    desk.windowManager().kill();
+    desk.startWindowManager(GetParam());
     ASSERT_TRUE(desk.until([&] { return desk.stacking(three).size() == three.size(); }));
   };
-  desk.desk().windowManager().freezeGroup();
+  desk.windowManager().freeze();
   desk.hideAsTheMode();
   ASSERT_NO_FATAL_FAILURE(loseManager());
   desk.hideAsTheMode();
   ASSERT_TRUE(desk.allMinimised(three));
 
-  desk.desk().windowManager().freezeGroup();
+  desk.windowManager().freeze();
   desk.show();
   ASSERT_NO_FATAL_FAILURE(loseManager());
   desk.hideAsTheMode();
@@ -206,8 +195,7 @@ TEST(MutterTest, WindowsOfAMonitorWithoutWorkspacesDoNotBecomeThoseOfAll) {
   HidingDesk desk(WindowManager::Mutter);
   // As it is in GNOME's own session.
   ASSERT_TRUE(
-      desk.desk()
-          .run({"gsettings", "set", "org.gnome.mutter", "workspaces-only-on-primary", "true"})
+      desk.run({"gsettings", "set", "org.gnome.mutter", "workspaces-only-on-primary", "true"})
           .succeeded());
   const auto beside = desk.open({.name = "beside", .area = {1400, 100, 200, 150}});
   ASSERT_TRUE(
@@ -219,7 +207,7 @@ TEST(MutterTest, WindowsOfAMonitorWithoutWorkspacesDoNotBecomeThoseOfAll) {
   ASSERT_TRUE(desk.allShown({beside}));
   // It does this after all that it was asked for before.
   desk.minimise(beside);
-  EXPECT_FALSE(desk.desk().windows().info(beside)->has("STICKY"));
+  EXPECT_FALSE(desk.windows().info(beside)->has("STICKY"));
 }
 
 TEST(FluxboxTest, ItsTurnThatNeverComesHoldsNothingUp) {
