@@ -1,17 +1,18 @@
 #include "desktop/harness/Desk.h"
 
 #include <algorithm>
+#include <iomanip>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
 namespace harness {
 
 std::string chosenPicture(const std::filesystem::path& picture) {
-  std::string text;
-  for (const char c : picture.string())
-    text += c == '"' || c == '\\' ? std::string("\\") + c : std::string(1, c);
-  return R"("kUserdefaultsSelectedWallpaper": ")" + text + "\"";
+  std::ostringstream text;
+  text << R"("kUserdefaultsSelectedWallpaper": )" << std::quoted(picture.string());
+  return text.str();
 }
 
 Desk::Desk(const Environment& extra) : environment_(home_.environment()) {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <sstream>
 #include <system_error>
 
 namespace harness {
@@ -28,14 +29,11 @@ std::string LineCapture::textFrom(const Channel& channel, std::size_t start) {
 std::optional<std::string> LineCapture::takeLine(Stream stream, const std::regex& pattern,
                                                  bool hasEnded) {
   Channel& channel = channels_.at(static_cast<std::size_t>(stream));
-  const std::string text = textFrom(channel, channel.cursor);
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t newline = text.find('\n', start);
-    if (newline == std::string::npos && !hasEnded) return std::nullopt;
-    std::string line = text.substr(start, newline - start);
-    const std::size_t passed = line.size() + (newline == std::string::npos ? 0 : 1);
-    start += passed;
-    channel.cursor += passed;
+  std::istringstream text(textFrom(channel, channel.cursor));
+  for (std::string line; std::getline(text, line);) {
+    const bool isWhole = !text.eof();
+    if (!isWhole && !hasEnded) break;
+    channel.cursor += line.size() + (isWhole ? 1 : 0);
     if (std::regex_search(line, pattern)) return line;
   }
   return std::nullopt;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace harness {
@@ -14,17 +13,15 @@ namespace {
 constexpr const char* kServiceFolder = "/usr/share/dbus-1/services";
 
 // What programs lean on and what shows nothing by itself.
-constexpr std::string_view kActivatable[] = {"org.a11y.Bus", "org.xfce.Xfconf", "ca.desrt.dconf",
-                                             "org.mate.panel.applet.NotificationAreaAppletFactory"};
+const std::string kActivatable[] = {"org.a11y.Bus", "org.xfce.Xfconf", "ca.desrt.dconf",
+                                    "org.mate.panel.applet.NotificationAreaAppletFactory"};
 
 // Packages name their service files freely, so that the name inside the file counts.
 bool isActivatable(const fs::path& serviceFile) {
-  std::ifstream file(serviceFile);
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("Name="))
-      return std::ranges::find(kActivatable, line.substr(5)) != std::end(kActivatable);
-  }
-  return false;
+  const std::string text = textOf(serviceFile);
+  return std::ranges::any_of(kActivatable, [&](const std::string& name) {
+    return text.find("\nName=" + name + "\n") != std::string::npos;
+  });
 }
 
 void offerServices(const fs::path& folder) {

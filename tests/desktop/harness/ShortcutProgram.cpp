@@ -1,6 +1,5 @@
 #include "desktop/harness/ShortcutProgram.h"
 
-#include <sstream>
 #include <stdexcept>
 
 namespace harness {
@@ -38,9 +37,8 @@ void ShortcutProgram::quit() {
 }
 
 std::string ShortcutProgram::printed() const {
-  std::istringstream lines(process_->output());
   std::string text;
-  for (std::string line; std::getline(lines, line);)
+  for (const std::string& line : process_->lines(""))
     if (!line.starts_with(kPressed)) text += line + '\n';
   return text;
 }

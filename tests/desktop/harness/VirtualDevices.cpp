@@ -5,7 +5,6 @@
 #include <unistd.h>
 #include <virtual-keyboard-unstable-v1-client-protocol.h>
 #include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
-#include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
 #include <array>
@@ -42,14 +41,6 @@ FileDescriptor fileWith(const std::string& text) {
 }
 
 }  // namespace
-
-void VirtualDevices::Free::operator()(xkb_keymap* keymap) const {
-  xkb_keymap_unref(keymap);
-}
-
-void VirtualDevices::Free::operator()(xkb_state* state) const {
-  xkb_state_unref(state);
-}
 
 VirtualDevices::VirtualDevices(const std::string& socket) : client_(socket) {
   auto* pointers =

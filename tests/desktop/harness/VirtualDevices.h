@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xkbcommon/xkbcommon.h>
+
 #include <cstdint>
 #include <memory>
 
@@ -8,8 +10,6 @@
 
 struct zwlr_virtual_pointer_v1;
 struct zwp_virtual_keyboard_v1;
-struct xkb_keymap;
-struct xkb_state;
 
 namespace harness {
 
@@ -31,11 +31,6 @@ class VirtualDevices final : public Input {
   void useLayouts(const std::string& layouts, std::uint32_t inEffect);
 
  private:
-  struct Free {
-    void operator()(xkb_keymap* keymap) const;
-    void operator()(xkb_state* state) const;
-  };
-
   void plugKeyboard();
   void tellModifiers() const;
   void turn(Button button, bool down) const;
@@ -44,8 +39,8 @@ class VirtualDevices final : public Input {
 
   mutable WaylandClient client_;
   std::uint32_t layout_ = 0;
-  std::unique_ptr<xkb_keymap, Free> keymap_;
-  std::unique_ptr<xkb_state, Free> state_;
+  std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap_{nullptr, xkb_keymap_unref};
+  std::unique_ptr<xkb_state, decltype(&xkb_state_unref)> state_{nullptr, xkb_state_unref};
   zwlr_virtual_pointer_v1* pointer_ = nullptr;
   zwp_virtual_keyboard_v1* keyboard_ = nullptr;
 };

@@ -68,6 +68,10 @@ fs::path copiedKwin(const fs::path& folder) {
   return copy;
 }
 
+bool has(const std::vector<WaylandOutput>& outputs, const std::string& name) {
+  return std::ranges::find(outputs, name, &WaylandOutput::name) != outputs.end();
+}
+
 /// Of what grim is told to look at.
 Image taken(const Desk& desk, std::vector<std::string> of) {
   std::vector<std::string> argv{"grim", "-t", "png", "-l", "0"};
@@ -158,14 +162,10 @@ std::vector<std::string> WaylandDesk::command(const WaylandOptions& options) con
   }
   home().writeConfig("kwinrc", "[Windows]\nPlacement=Smart\n" + options.configuration);
   std::vector<std::string> argv{copiedKwin(home().runtime()),
-                                "--x11-display",
-                                server_->display(),
-                                "--width",
-                                std::to_string(kOutputWidth),
-                                "--height",
-                                std::to_string(kOutputHeight),
-                                "--output-count",
-                                std::to_string(options.outputs),
+                                "--x11-display=" + server_->display(),
+                                "--width=" + std::to_string(kOutputWidth),
+                                "--height=" + std::to_string(kOutputHeight),
+                                "--output-count=" + std::to_string(options.outputs),
                                 "--no-lockscreen",
                                 script};
   if (options.xwayland) argv.insert(argv.begin() + 1, "--xwayland");
@@ -262,16 +262,11 @@ bool WaylandDesk::turnOff(const std::string& output) {
   if (kind_ == Compositor::Sway &&
       run({"sway", "--version"}).output.find("1.7") != std::string::npos)
     return false;
-  return configureOutput(output, "disable", {"--off"}, [&] {
-    return std::ranges::none_of(outputs(), [&](const auto& one) { return one.name == output; });
-  });
+  return configureOutput(output, "disable", {"--off"}, [&] { return !has(outputs(), output); });
 }
 
 void WaylandDesk::turnOn(const std::string& output) {
-  const auto isOn = [&] {
-    return std::ranges::any_of(outputs(), [&](const auto& one) { return one.name == output; });
-  };
-  if (!configureOutput(output, "enable", {"--on"}, isOn))
+  if (!configureOutput(output, "enable", {"--on"}, [&] { return has(outputs(), output); }))
     throw std::runtime_error(output + " stays off");
 }
 

@@ -42,6 +42,8 @@ TEST_F(ActionsTest, TheRunningProgramDoesThemAndShowsItself) {
   ASSERT_TRUE(close());
   ASSERT_TRUE(desk.run({"gapplication", "launch", kCalmdeckName}).succeeded());
   EXPECT_TRUE(opens());
+  desk.perform("no-such-action");
+  EXPECT_TRUE(program->complains("no action \"no-such-action\""));
   desk.perform("preferences");
   EXPECT_TRUE(desk.awaitWindow(
       [](const harness::WindowInfo& window) { return window.name == "Preferences — Calmdeck"; }));

@@ -18,7 +18,9 @@ class TilingTest : public testing::TestWithParam<WindowManager>, public ProgramD
     desk.writeSettings({"HideActiveApps"});
     for (const char* name : {"letter", "memo", "drawing"})
       tiles.push_back(desk.openWindow(name, {100, 100, 300, 200}).id);
-    EXPECT_TRUE(start() && close());
+    EXPECT_TRUE(start());
+    popover = popoverArea();
+    EXPECT_TRUE(close());
     EXPECT_TRUE(desk.activate(memo()));
     before = places();
   }
@@ -40,6 +42,7 @@ class TilingTest : public testing::TestWithParam<WindowManager>, public ProgramD
     return desk.until([&] { return places() == before && desk.windows().active() == memo(); });
   }
 
+  Rect popover;
   std::vector<xcb_window_t> tiles;
   std::vector<Rect> before;
 };
@@ -55,6 +58,14 @@ TEST_P(TilingTest, TilesGoAndComeBackToTheirPlacesWithTheActiveOne) {
     ASSERT_TRUE(allAreBack());
   }
   for (const char* room : {"x11", "sway"}) EXPECT_THAT(complaints(room), testing::IsEmpty());
+}
+
+TEST_P(TilingTest, ThePopoverStandsAtThePanelAllTheSame) {
+  constexpr int kWidestGap = 16;
+  const Rect bar = desk.panelAreas().at(0);
+  const Rect around{bar.x, bar.y - kWidestGap, bar.width, bar.height + kWidestGap};
+  EXPECT_FALSE(bar.intersects(popover)) << popover.x << "," << popover.y;
+  EXPECT_TRUE(around.intersects(popover)) << popover.x << "," << popover.y;
 }
 
 /// I3 alone ends all its connections when it is told to start anew, and keeps the windows.

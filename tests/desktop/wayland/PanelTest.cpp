@@ -28,7 +28,6 @@ class WaylandPanelTest : public testing::TestWithParam<Compositor> {
     bare = desk.screen().whole();
     program = desk.startCalmdeck();
     ASSERT_TRUE(hasKeyboard()) << "it opens by itself";
-    icon = desk.trayIcon().value();
   }
 
   /// Each looks at what comes after what the one before saw.
@@ -42,6 +41,7 @@ class WaylandPanelTest : public testing::TestWithParam<Compositor> {
   }
   /// Never twice at one place: a double click is told of as three clicks.
   void clickIcon() {
+    icon = desk.trayIcon().value();
     aside = -aside;
     desk.input().click(icon.centreX() + aside, icon.centreY());
   }
@@ -52,7 +52,8 @@ class WaylandPanelTest : public testing::TestWithParam<Compositor> {
   /// What has changed below the bar since the program came; empty: nothing.
   [[nodiscard]] Rect panel() const { return changed(bare, kFirstOutput); }
   [[nodiscard]] Rect changed(const Image& since, const Rect& output) const {
-    const Rect below{output.x, icon.bottom() + 4, output.width, output.height - icon.bottom() - 4};
+    constexpr int kBar = 32;
+    const Rect below{output.x, kBar, output.width, output.height - kBar};
     const auto area = harness::changedArea(since.part(below), desk.screen().area(below));
     if (!area) return {};
     return {area->x + below.x, area->y + below.y, area->width, area->height};

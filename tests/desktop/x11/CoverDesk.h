@@ -63,9 +63,10 @@ class CoverDesk {
   /// Whether two colours are to the eye the same: equal, or nearly so where they are not exact.
   [[nodiscard]] bool isAlike(std::uint32_t a, std::uint32_t b) const;
 
-  /// The monitor that is not the primary one becomes it.
-  void swapPrimary() const {
-    EXPECT_TRUE(desk.run({"xrandr", "--output", "VNC-1", "--primary"}).succeeded());
+  /// The first one is, to begin with.
+  void makePrimary(int monitor) const {
+    const std::string output = "VNC-" + std::to_string(monitor);
+    EXPECT_TRUE(desk.run({"xrandr", "--output", output, "--primary"}).succeeded());
   }
   /// Sets a property of the root window as a pager does, and waits for it.
   void setOnRoot(const char* property, std::uint32_t value);

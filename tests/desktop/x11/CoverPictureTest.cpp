@@ -146,7 +146,7 @@ TEST(CoverPicture, AnotherPrimaryMonitorDisturbsNothing) {
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   ASSERT_EQ(covers.faultAfterAWhile(), "");
   const xcb_window_t before = covers.firstCover();
-  const auto swap = [](CoverDesk& desk) { desk.swapPrimary(); };
+  const auto swap = [](CoverDesk& desk) { desk.makePrimary(1); };
   EXPECT_EQ(flashes(covers, swap, [&] { return covers.firstCover() != before; }), 0);
   EXPECT_TRUE(covers.desk.everyMonitorIsCovered());
   EXPECT_EQ(covers.faultAfterAWhile(), "");
@@ -162,7 +162,7 @@ TEST_P(CoverMonitors, AreFollowedAndNoCoverOfAnEarlierPlaceLiesOverALiveOne) {
   CoverDesk covers({.windowManager = GetParam()});
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   const xcb_window_t before = covers.firstCover();
-  covers.swapPrimary();
+  covers.makePrimary(1);
   ASSERT_TRUE(covers.desk.until([&] { return covers.firstCover() != before; }));
   const std::vector<std::vector<Rect>> layouts{
       {{0, 0, 1280, 720}},                                             // one gone
@@ -173,6 +173,7 @@ TEST_P(CoverMonitors, AreFollowedAndNoCoverOfAnEarlierPlaceLiesOverALiveOne) {
     EXPECT_TRUE(covers.desk.until([&] { return covers.desk.everyMonitorIsCovered(); }));
     ASSERT_NO_FATAL_FAILURE(paintTheRoot(covers));
     EXPECT_TRUE(covers.desk.until([&] { return showsTheRootPicture(covers); })) << layout.size();
+    covers.makePrimary(0);
   }
 }
 
