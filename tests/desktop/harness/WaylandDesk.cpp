@@ -305,13 +305,15 @@ void WaylandDesk::reload() {
 
 // --- Programs ---
 
-void WaylandDesk::startBar(std::size_t output) {
+void WaylandDesk::startBar(std::size_t output, Edge edge) {
   bar_.reset();
   const WaylandOutput place = outputs().at(output);
   home().writeConfig("waybar/config", filled(textOf(HARNESS_FOLDER "/panels/waybar.json"),
-                                             {{"monitor", place.name}}));
+                                             {{"monitor", place.name},
+                                              {"edge", edge == Edge::Top ? "top" : "bottom"}}));
   home().writeConfig("waybar/style.css", "window#waybar { background: #303030; }\n");
-  barArea_ = {place.area.x, 0, kOutputWidth, kBarThickness};
+  barArea_ = {place.area.x, edge == Edge::Top ? 0 : kOutputHeight - kBarThickness, kOutputWidth,
+              kBarThickness};
   const Image bare = screen_->area(barArea_);
   bar_ = start({"waybar"});
   const auto standing = [&] { return screen_->area(barArea_) != bare; };

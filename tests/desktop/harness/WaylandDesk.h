@@ -86,8 +86,8 @@ class WaylandDesk final : public Desk {
   /// Has the compositor read its configuration anew, and returns when it was told so.
   void reload();
 
-  /// On the output of that place, from the left.
-  void startBar(std::size_t output = 0);
+  /// On the output of that place, from the left; at its upper or its lower edge.
+  void startBar(std::size_t output = 0, Edge edge = Edge::Top);
   void killBar() { bar_->kill(); }
   [[nodiscard]] std::vector<Rect> panelAreas() const override;
 

@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "desktop/linux/tray/TrayAnchor.h"
 #include "desktop/linux/ui/OutsideActs.h"
 #include "desktop/ui/UiTest.h"
 
@@ -87,6 +88,22 @@ TEST(PopoverPlacementTest, APanelTakesRoomFromItsOwnMonitorOnly) {
   EXPECT_EQ(usableArea(kMonitor, {kSecondLeft, kSecondBottom}), kMonitor);
   EXPECT_EQ(usableArea(kSecond, {kSecondLeft}), QRect(1320, 0, 984, 600));
   EXPECT_EQ(usableArea(kMonitor, {kTop, kLeft, kRight, kBottom}), QRect(48, 30, 1192, 650));
+}
+
+/// Knows where the panel is.
+class WindowsWithAPanel final : public OwnWindows {
+ public:
+  [[nodiscard]] std::vector<DesktopPanel> panels() override { return {kBottom}; }
+};
+
+TEST(PopoverPlacementTest, APlaceThatATrayTellsIsTheIconsOnlyIfItIsOnAPanel) {
+  WindowsWithAPanel windows;
+  TrayAnchor anchor(windows);
+  anchor.rememberTold({300, 690});
+  EXPECT_EQ(anchor.anchor().point, QPoint(300, 690));
+  anchor.rememberTold({300, 10});  // of the panel's own corner
+  EXPECT_EQ(anchor.anchor().panelGeometry, kBottom.geometry);
+  EXPECT_GT(anchor.anchor().point.x(), 1200) << "where panels have their tray";
 }
 
 // --- What makes it close ---

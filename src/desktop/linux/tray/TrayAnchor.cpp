@@ -30,12 +30,19 @@ void TrayAnchor::rememberClick(QPoint point) {
   click_ = Click{point, panelAt(point, windows_.panels()).has_value()};
 }
 
+void TrayAnchor::rememberTold(QPoint point) {
+  const Panels panels = windows_.panels();
+  const bool isNowhere = !panels.empty() && !panelAt(point, panels);
+  if (isNowhere) return forgetClick();
+  rememberClick(point);
+}
+
 Anchor TrayAnchor::anchor() const {
   const Panels now = windows_.panels();
   if (const auto known = atLastClick(now)) return *known;
   if (const auto known = atIcon(now)) return *known;
   if (const auto guess = fromPanels(now)) return *guess;
-  const QRect screen = windows_.likelyScreen().availableGeometry();
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   return {QGuiApplication::isRightToLeft() ? screen.topLeft() : screen.topRight(), std::nullopt};
 }
 

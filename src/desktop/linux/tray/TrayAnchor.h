@@ -29,6 +29,8 @@ class TrayAnchor {
   // For the tray itself.
   /// The icon was clicked at that point.
   void rememberClick(QPoint point);
+  /// The same, as the tray has told it: some tell where in their own window it was.
+  void rememberTold(QPoint point);
   /// Forgets the last click: the icon is now shown by another program or another way.
   void forgetClick() { click_.reset(); }
   /// The process that draws the icon; 0 for unknown.

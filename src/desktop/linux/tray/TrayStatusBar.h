@@ -91,7 +91,10 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   [[nodiscard]] StatusImages& images() { return images_; }
   [[nodiscard]] bool hasBus() const { return bus_.isConnected(); }
   [[nodiscard]] OwnWindows& windows() { return windows_; }
-  void rememberClick(QPoint place) { anchor_.rememberClick(place); }
+  /// Where the pointer was, or else where the tray says that it was.
+  void rememberClick(std::optional<QPoint> found, QPoint told) {
+    found ? anchor_.rememberClick(*found) : anchor_.rememberTold(told);
+  }
   void shownBy(const QString& host);
   void forget(const TrayStatusItem& item);
 

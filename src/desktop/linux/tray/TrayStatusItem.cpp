@@ -155,7 +155,7 @@ void TrayStatusItem::remember(QPoint place, std::function<void()> then) {
   bar_.windows().findPointer([this, alive = QPointer(&context_), place,
                               then = std::move(then)](std::optional<QPoint> found) {
     if (!alive) return;
-    bar_.rememberClick(found.value_or(place));
+    bar_.rememberClick(found, place);
     then();
   });
 }

@@ -31,12 +31,15 @@ constexpr std::uint32_t numberOf(LayerPlace::Layer layer) {
 }
 
 std::vector<const char*> kindsFor(const WaylandConnection& connection) {
-  const bool isKWin = std::ranges::count(connection.globals(), kOfKWin, &WaylandGlobal::interface);
-  if (isKWin) return {kDesktop, kOther};
+  if (isKWin(connection)) return {kDesktop, kOther};
   return {kDesktop};
 }
 
 }  // namespace
+
+bool isKWin(const WaylandConnection& connection) {
+  return std::ranges::count(connection.globals(), kOfKWin, &WaylandGlobal::interface) > 0;
+}
 
 LayerShell::LayerShell(WaylandConnection& server)
     : connection(server),
@@ -75,6 +78,10 @@ LayerPlace::LayerPlace(const LayerShell& shell, Layer layer, Extent extent, cons
 void LayerPlace::moveTo(Layer layer) {
   zwlr_layer_surface_v1_set_layer(role_.get(), numberOf(layer));
   wl_surface_commit(surface_.get());
+}
+
+void LayerPlace::adopt(xdg_popup& popup) {
+  zwlr_layer_surface_v1_get_popup(role_.get(), &popup);
 }
 
 LayerSheet::LayerSheet(const LayerShell& shell, Layer layer, const char* kind,

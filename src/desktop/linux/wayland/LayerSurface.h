@@ -12,6 +12,8 @@
 
 namespace linux_desktop {
 
+[[nodiscard]] bool isKWin(const WaylandConnection& connection);
+
 /// What surfaces of layers are made from. The connection outlives it.
 struct LayerShell {
   explicit LayerShell(WaylandConnection& server);
@@ -49,6 +51,8 @@ class LayerPlace {
 
   [[nodiscard]] wl_surface* surface() const { return surface_.get(); }
   void moveTo(Layer layer);
+  /// Becomes the parent of a popup that has none, before that is committed.
+  void adopt(xdg_popup& popup);
 
  private:
   Client client_;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/wayland/Bars.h"
 
 namespace linux_desktop {
 namespace {
@@ -26,9 +27,6 @@ QScreen& screenOf(const QRect& place) {
 constexpr std::uint32_t kShellVersion = 4;
 /// How long a button may be held, that has been clicked already, and the pointer so not be told of.
 constexpr std::chrono::milliseconds kPointerPatience{300};
-/// For the compositor to say how much room there is.
-constexpr std::chrono::milliseconds kRoom{500};
-constexpr const char* kProbe = "calmdeck-probe";
 
 class Watch final : public OwnWindows::PressWatch {
  public:
@@ -186,8 +184,10 @@ std::unique_ptr<OwnWindows::Popover> WaylandOwnWindows::makePopover(
         if (finders_.empty()) kept_.reset();
       },
       Qt::QueuedConnection);
+  const bool isExact = std::ranges::any_of(
+      panels(), [](const DesktopPanel& panel) { return !panel.reserved.isEmpty(); });
   auto popover =
-      LayerPopover::make(qt_, *popovers_, window, place, !panels().empty(),
+      LayerPopover::make(qt_, *popovers_, window, place, isExact,
                          {.dismissed = dismissed, .cameBack = [this] { putCatcherBehind(); }});
   putCatcherBehind();
   return popover;
@@ -211,6 +211,7 @@ std::unique_ptr<OwnWindows::KeyDiversion> WaylandOwnWindows::divertKeys(QWindow&
 void WaylandOwnWindows::findPointer(const PointerFound& found) {
   if (!isPossible() || !seat_.hasPointer()) return found(std::nullopt);
   const bool wasThere = !catcher_.expired();
+  (void)panels();  // they cannot be looked for once the glass is there
   const auto glass = catcher();
   if (wasThere && finders_.empty()) return found(glass->pointer());
   finders_.push_back(found);
@@ -239,36 +240,12 @@ std::shared_ptr<PressCatcher> WaylandOwnWindows::catcher() {
   return glass;
 }
 
-// Compositors tell nobody where bars are, but give a surface that keeps clear of them less room.
-QScreen* WaylandOwnWindows::screenWithBar() const {
-  struct Probe {
-    Probe(const LayerShell& shell, const WaylandOutput& of)
-        : monitor(of.monitor()),
-          place(shell, LayerPlace::Layer::Background, LayerPlace::Extent::BesidePanels, kProbe, of,
-                {[this](QSize given) { room = given; }, {}}) {}
-
-    Monitor monitor;
-    QSize room;
-    LayerPlace place;
-  };
-  std::vector<std::unique_ptr<Probe>> probes;
-  for (const WaylandOutput* output : outputs_.all())
-    probes.push_back(std::make_unique<Probe>(shell_, *output));
-  const auto isTold = [](const auto& probe) { return !probe->room.isEmpty(); };
-  shell_.connection.waitFor([&] { return std::ranges::all_of(probes, isTold); }, kRoom);
-  for (const auto& probe : probes) {
-    if (!isTold(probe) || probe->room == probe->monitor.points.size()) continue;
-    for (QScreen* screen : QGuiApplication::screens())
-      if (screen->name() == probe->monitor.name) return screen;
-  }
-  return nullptr;
-}
-
-QScreen& WaylandOwnWindows::likelyScreen() {
+std::vector<DesktopPanel> WaylandOwnWindows::panels() {
+  if (auto told = panels_ ? panels_() : std::vector<DesktopPanel>(); !told.empty()) return told;
   // Any surface that comes or goes has sway look anew at who has the keyboard.
   const bool isPanelUp = !catcher_.expired();
-  if (!isPanelUp) likelyScreen_ = isPossible() ? screenWithBar() : nullptr;
-  return likelyScreen_ ? *likelyScreen_ : OwnWindows::likelyScreen();
+  if (!isPanelUp) bars_ = isPossible() ? barsOn(shell_, outputs_) : std::vector<DesktopPanel>();
+  return bars_;
 }
 
 }  // namespace linux_desktop

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPointer>
 #include <QScreen>
 #include <functional>
 #include <memory>
@@ -76,16 +75,12 @@ class WaylandOwnWindows final : public OwnWindows {
       QWindow& window, const QRect& place, const std::function<void()>& dismissed) override;
   [[nodiscard]] std::unique_ptr<KeyDiversion> divertKeys(QWindow& window) override;
   [[nodiscard]] bool mayBeRound() override { return true; }
-  [[nodiscard]] std::vector<DesktopPanel> panels() override {
-    return panels_ ? panels_() : std::vector<DesktopPanel>();
-  }
+  [[nodiscard]] std::vector<DesktopPanel> panels() override;
   void findPointer(const PointerFound& found) override;
-  [[nodiscard]] QScreen& likelyScreen() override;
   [[nodiscard]] std::unique_ptr<PressWatch> watchPresses(QWindow& window,
                                                          const Pressed& pressed) override;
 
  private:
-  [[nodiscard]] QScreen* screenWithBar() const;
   [[nodiscard]] std::shared_ptr<PressCatcher> catcher();
   void putCatcherBehind();
   void pointerFound();
@@ -101,7 +96,8 @@ class WaylandOwnWindows final : public OwnWindows {
   std::function<std::vector<DesktopPanel>()> panels_;
   Bringer bringer_;
   bool firstIsInFront_ = false;
-  QPointer<QScreen> likelyScreen_;
+  /// As they were before the panel came up.
+  std::vector<DesktopPanel> bars_;
   std::weak_ptr<PressCatcher> catcher_;
   /// Keeps it while the pointer is looked for, and for the turn of the loop in which somebody may
   /// watch by it.

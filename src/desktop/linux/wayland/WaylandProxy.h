@@ -6,6 +6,7 @@
 #include <wlr-foreign-toplevel-management-unstable-v1-client-protocol.h>
 #include <wlr-layer-shell-unstable-v1-client-protocol.h>
 #include <xdg-output-unstable-v1-client-protocol.h>
+#include <xdg-shell-client-protocol.h>
 
 #include <cstdint>
 #include <memory>
@@ -24,6 +25,10 @@ struct LetGo {
   void operator()(wl_surface* object) const { wl_surface_destroy(object); }
   void operator()(wp_viewport* object) const { wp_viewport_destroy(object); }
   void operator()(wp_viewporter* object) const { wp_viewporter_destroy(object); }
+  void operator()(xdg_popup* object) const { xdg_popup_destroy(object); }
+  void operator()(xdg_positioner* object) const { xdg_positioner_destroy(object); }
+  void operator()(xdg_surface* object) const { xdg_surface_destroy(object); }
+  void operator()(xdg_wm_base* object) const { xdg_wm_base_destroy(object); }
   void operator()(zwlr_layer_surface_v1* object) const { zwlr_layer_surface_v1_destroy(object); }
   void operator()(zxdg_output_manager_v1* object) const { zxdg_output_manager_v1_destroy(object); }
   void operator()(zxdg_output_v1* object) const { zxdg_output_v1_destroy(object); }

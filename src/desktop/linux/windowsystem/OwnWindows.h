@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QGuiApplication>
 #include <QRect>
 #include <QString>
 #include <QWindow>
@@ -100,8 +99,6 @@ class OwnWindows {
   [[nodiscard]] virtual std::optional<PanelPart> partDrawnBy(std::uint32_t /*pid*/) {
     return std::nullopt;
   }
-  /// Where panels most likely are, as long as nothing else tells where an icon of ours is.
-  [[nodiscard]] virtual QScreen& likelyScreen() { return *QGuiApplication::primaryScreen(); }
   /// Tells where the pointer is, or none where a program may not know: now, or out of the event
   /// loop as soon as it is known, which is when the user lets the button go.
   using PointerFound = std::function<void(std::optional<QPoint> point)>;

@@ -1,5 +1,7 @@
 #include "desktop/linux/x11/XPanels.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <algorithm>
 #include <array>
 #include <iterator>
