@@ -3,7 +3,8 @@
 // was given. Its argument is the picture on the second screen, and on a third; the first has a
 // colour. A second argument makes that screen a slide show which shows this one instead, without a
 // note of it where scripts read, as in Plasma 6. No screen takes a picture whose path has "refused"
-// in it.
+// in it. With STAND_IN_STOPS set it is stopped once it has its name, as one that is still starting,
+// and goes on with SIGCONT.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -14,6 +15,7 @@
 #include <QRegularExpression>
 #include <QUrl>
 #include <array>
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -88,5 +90,6 @@ int main(int argc, char** argv) {
   bus.registerVirtualObject(QStringLiteral("/PlasmaShell"), &shell);
   if (!bus.registerService(QStringLiteral("org.kde.plasmashell"))) return 1;
   say("ready");
+  if (qEnvironmentVariableIsSet("STAND_IN_STOPS")) std::raise(SIGSTOP);
   return QCoreApplication::exec();
 }

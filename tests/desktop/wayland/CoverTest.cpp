@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "desktop/wayland/ModeDesk.h"
@@ -22,6 +23,7 @@ constexpr Rect kStrip{0, kHeight - 100, kWidth, 100};
 /// Of the desktop on the first monitor, as the stand-in has it.
 constexpr std::uint32_t kColour = 0x20a040;
 constexpr std::uint32_t kIcons = 0xff00ff;
+constexpr std::uint32_t kOther = 0x305070;
 // Whoever runs the test may use the X server. The rest is for those that are plugged in. Plasma
 // does not tell of a wallpaper on the last one.
 const std::string kForSway =
@@ -48,20 +50,23 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor>, public wayla
                   .xwayland = ofX11,
                   .configuration = GetParam() == Compositor::Sway ? kForSway : std::string()}) {
     environment["XDG_CURRENT_DESKTOP"] = "KDE";
+    environment["QT_LOGGING_RULES"] = "calmdeck.wallpaper.debug=true";
     if (ofX11) environment["QT_QPA_PLATFORM"] = "xcb";
   }
 
   void SetUp() override {
-    const std::filesystem::path file = desk.home().home() / "fine.png";
-    harness::writePng(fine(), file);
-    shell_ = desk.start({PLASMA_STAND_IN, file});
-    ASSERT_TRUE(shell_->waitForLine("^ready$")) << shell_->errorOutput();
+    harness::writePng(fine(), desk.home().home() / "fine.png");
+    startShell("fine.png");
     ASSERT_TRUE(!environment.contains("QT_QPA_PLATFORM") || desk.until([&] {
       return desk.run({"xset", "q"}).succeeded();
     }));
     launch("DesktopIcons");
   }
 
+  void startShell(const std::string& name, const harness::Environment& extra = {}) {
+    shell = desk.start({PLASMA_STAND_IN, desk.home().home() / name}, extra);
+    ASSERT_TRUE(shell->waitForLine("^ready$")) << shell->errorOutput();
+  }
   /// Returns once they are there, seen or not.
   void startIcons() {
     // A name by which nobody knows it for what it is.
@@ -96,9 +101,9 @@ class WaylandCoverTest : public testing::TestWithParam<Compositor>, public wayla
   const Image colour = plain(kColour, kStrip.width, kStrip.height);
   const Image picture = fine().part(kStrip);
   const Image icons = plain(kIcons, kStrip.width, kStrip.height);
+  std::unique_ptr<Process> shell;
 
  private:
-  std::unique_ptr<Process> shell_;
   std::unique_ptr<Process> icons_;
 };
 
@@ -156,6 +161,19 @@ TEST_P(WaylandCoverTest, StaysWhenTheCompositorReadsItsConfigurationAnew) {
   EXPECT_FALSE(desk.areaOf(kIcons));
   toggle();
   EXPECT_TRUE(shows(0, icons) && shows(1, icons));
+}
+
+TEST_P(WaylandCoverTest, KeepsItsPictureWhileADesktopThatStartsAnewDoesNotAnswer) {
+  toggle();
+  ASSERT_TRUE(shows(0, colour) && shows(1, picture));
+  shell->kill();
+  harness::writePng(plain(kOther, kWidth, kHeight), desk.home().home() / "other.png");
+  startShell("other.png", {{"STAND_IN_STOPS", "1"}});
+  ASSERT_TRUE(program->complains("does not answer"));
+  EXPECT_EQ(desk.screen().settled(kStrip, 500ms, 5s), colour);
+  EXPECT_TRUE(shows(1, picture));
+  shell->signal(SIGCONT);
+  EXPECT_TRUE(shows(1, plain(kOther, kStrip.width, kStrip.height)));
 }
 
 /// Without Qt's plugin for Wayland.

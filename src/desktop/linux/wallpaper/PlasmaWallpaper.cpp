@@ -1,6 +1,7 @@
 #include "desktop/linux/wallpaper/DesktopWallpapers.h"
 
 #include <QDBusArgument>
+#include <QDBusConnection>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMetaObject>
@@ -13,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "desktop/linux/bus/BusCall.h"
 #include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/files/WholeFile.h"
 #include "desktop/linux/log/Log.h"
@@ -73,6 +75,10 @@ print("SET\n");
 /// and more, and one toggle asks about each monitor several times. Main thread only.
 class PlasmaDesktops {
  public:
+  /// `changed` is called when a shell that had let a question run into its limit has answered that
+  /// anything differs.
+  explicit PlasmaDesktops(std::function<void()> changed) : changed_(std::move(changed)) {}
+
   /// What the shell keeps for the screen whose corner that is: `id`, its number as `screen`,
   /// `plugin`, the `image` that the picture plugin would show, the one that is `shown`, `fill`,
   /// `color`, `look` and `window`; for a slide show of Plasma 6 also its `slide`. None when there
@@ -80,6 +86,11 @@ class PlasmaDesktops {
   [[nodiscard]] std::optional<QJsonObject> at(const QPoint& corner,
                                               const QDeadlineTimer& deadline) {
     if (!isOfThisTurn_ && !read(deadline)) return std::nullopt;
+    return lastAt(corner);
+  }
+  /// As the shell told last.
+  [[nodiscard]] std::optional<QJsonObject> lastAt(const QPoint& corner) const {
+    if (!lastRead_) return std::nullopt;
     for (const QByteArray& line : *lastRead_) {
       const QJsonObject desktop = QJsonDocument::fromJson(line).object();
       const QPoint place(desktop[QLatin1String("x")].toInt(), desktop[QLatin1String("y")].toInt());
@@ -105,8 +116,7 @@ class PlasmaDesktops {
   /// Asks anew, whether anything differs from what it was at the last change that was told.
   [[nodiscard]] bool hasChanged() {
     const bool wasKnown = lastRead_.has_value();
-    if (!read(BusPeer::deadline())) return false;
-    return std::exchange(hasNews_, false) || !wasKnown;
+    return read(BusPeer::deadline()) && hasNewsSince(wasKnown);
   }
 
  private:
@@ -114,8 +124,14 @@ class PlasmaDesktops {
   using Lines = std::vector<QByteArray>;
 
   [[nodiscard]] Lines evaluate(const QString& script, const QDeadlineTimer& deadline) {
-    const QDBusMessage answer = shell_.call(
-        shell_.method(kPath, kInterface, QStringLiteral("evaluateScript"), {script}), deadline);
+    return linesOf(shell_.call(evaluation(script), deadline));
+  }
+
+  [[nodiscard]] QDBusMessage evaluation(const QString& script) const {
+    return shell_.method(kPath, kInterface, QStringLiteral("evaluateScript"), {script});
+  }
+
+  static Lines linesOf(const QDBusMessage& answer) {
     if (isError(answer)) {
       qCDebug(lcWallpaper) << "plasmashell:" << answer.errorMessage();
       return {};
@@ -155,13 +171,31 @@ class PlasmaDesktops {
     return true;
   }
 
+  [[nodiscard]] bool hasNewsSince(bool wasKnown) {
+    return std::exchange(hasNews_, false) || !wasKnown;
+  }
+
+  /// One that is starting takes seconds to answer.
+  void awaitAnswer() {
+    if (std::exchange(isAwaited_, true)) return;
+    ask(QDBusConnection::sessionBus(), evaluation(kRead), &context_,
+        [this](const QDBusMessage& answer) {
+          isAwaited_ = false;
+          const bool wasKnown = lastRead_.has_value();
+          if (keep(linesOf(answer)) && hasNewsSince(wasKnown)) changed_();
+        });
+  }
+
   bool read(const QDeadlineTimer& deadline) {
     Lines printed = evaluate(kRead, deadline);
+    if (printed.empty()) awaitAnswer();
     askForSlides(printed, deadline);
     return keep(std::move(printed));
   }
 
   BusPeer shell_{QStringLiteral("org.kde.plasmashell")};
+  std::function<void()> changed_;
+  bool isAwaited_ = false;
   /// One desktop a line.
   std::optional<Lines> lastRead_;
   /// It was something else before, of which nobody has been told.
@@ -206,7 +240,9 @@ PlasmaLook lookOf(const QString& package, const QString& window) {
 class PlasmaWallpaper final : public WallpaperAdapter {
  public:
   std::optional<Backdrop> backdrop(const Monitor& monitor) override {
-    const auto desktop = desktops_.at(monitor.points.topLeft(), BusPeer::deadline());
+    const QPoint corner = monitor.points.topLeft();
+    auto desktop = desktops_.at(corner, BusPeer::deadline());
+    if (!desktop) desktop = desktops_.lastAt(corner);
     if (!desktop) return std::nullopt;
     const auto text = [&](const char* key) {
       return desktop->value(QLatin1String(key)).toString();
@@ -280,8 +316,10 @@ class PlasmaWallpaper final : public WallpaperAdapter {
     return std::nullopt;
   }
 
-  PlasmaDesktops desktops_;
   std::function<void()> changed_;
+  PlasmaDesktops desktops_{[this] {
+    if (changed_) changed_();
+  }};
   /// Has more in it than pictures, and is told of by several events at a time.
   std::optional<FileWatch> file_;
   OneShot looking_{std::chrono::milliseconds(0), [this] {

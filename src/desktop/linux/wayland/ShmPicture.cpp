@@ -76,6 +76,10 @@ QImage ShmPictures::drawn(const Monitor& monitor) const {
   const QImage& image = told.image();
   if (!image.isNull()) return image.convertToFormat(QImage::Format_RGB32);
   if (told.takesLong()) return {};
+  // A desktop that is starting anew does not answer yet: its covers keep the picture before.
+  if (const auto before = shown_.find(monitor.name);
+      before != shown_.end() && !before->second.expired())
+    return {};
   QImage plain(monitor.pixels().size(), QImage::Format_RGB32);
   plain.fill(Qt::black);
   return plain;
@@ -84,14 +88,17 @@ QImage ShmPictures::drawn(const Monitor& monitor) const {
 std::shared_ptr<const HeldPicture> ShmPictures::picture(const Monitor& monitor) {
   const QImage image = drawn(monitor);
   if (image.isNull() || !shm_) return nullptr;
-  std::erase_if(held_, [](const auto& held) { return held.expired(); });
-  for (const auto& held : held_) {
-    const auto picture = held.lock();
-    if (picture->isLike(image)) return picture;
-  }
-  auto picture = ShmPicture::make(*shm_, image);
-  if (picture) held_.push_back(picture);
+  auto picture = held(image);
+  if (picture) shown_.insert_or_assign(monitor.name, picture);
   return picture;
+}
+
+std::shared_ptr<const ShmPicture> ShmPictures::held(const QImage& image) {
+  for (const auto& [monitor, shown] : shown_) {
+    const auto picture = shown.lock();
+    if (picture && picture->isLike(image)) return picture;
+  }
+  return ShmPicture::make(*shm_, image);
 }
 
 void ShmPictures::follow(std::function<void()> changed) {

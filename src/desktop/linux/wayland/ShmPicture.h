@@ -2,8 +2,9 @@
 
 #include <QImage>
 #include <QSize>
+#include <QString>
+#include <map>
 #include <memory>
-#include <vector>
 
 #include "desktop/linux/wayland/WaylandConnection.h"
 #include "desktop/linux/windowsystem/DesktopView.h"
@@ -36,7 +37,8 @@ class ShmPicture final : public HeldPicture {
 };
 
 /// The desktop of a Wayland compositor. Nobody may look at what lies below other windows there, so
-/// its pictures are what the desktop was told to show, drawn here; black, where it does not tell.
+/// its pictures are what the desktop was told to show, drawn here; where it does not tell, the one
+/// before, or black.
 /// Where no desktop is known there are no icons to be covered, and no pictures. One that several
 /// monitors show is held once. Main thread only.
 class ShmPictures final : public DesktopView {
@@ -52,10 +54,12 @@ class ShmPictures final : public DesktopView {
 
  private:
   [[nodiscard]] QImage drawn(const Monitor& monitor) const;
+  [[nodiscard]] std::shared_ptr<const ShmPicture> held(const QImage& image);
 
   WaylandProxy<wl_shm> shm_;
   ToldBackdrops backdrops_;
-  std::vector<std::weak_ptr<const ShmPicture>> held_;
+  /// By the monitor's name.
+  std::map<QString, std::weak_ptr<const ShmPicture>> shown_;
 };
 
 }  // namespace linux_desktop
