@@ -196,5 +196,13 @@ TEST_F(QtOpenPanelTest, WindowsWaitAndOneThatIsTakenAwayAnswersNothing) {
   EXPECT_TRUE(until([this] { return panel->isKeyWindow(); }));
 }
 
+TEST_F(QtOpenPanelTest, PanelThatComesInFrontOfItIsLeftForIt) {
+  ask();
+  QFileDialog& behind = *files();
+  showPanel();
+  behind.activateWindow();
+  EXPECT_TRUE(until([this] { return actsElsewhere == 1; }));
+}
+
 }  // namespace
 }  // namespace linux_desktop

@@ -96,6 +96,7 @@ void QtWindowPeer::present() {
     if (isPopover(window_->chrome())) preparePopover();
     window_->show();
     shownSince_ = services_.clock();
+    alertsBefore_ = services_.alerts;
     services_.ownWindows.markAsAskedFor(*handle());
     watchOutside();
     if (isPopover(window_->chrome())) {
@@ -266,7 +267,7 @@ void QtWindowPeer::watchOutside() {
 }
 
 void QtWindowPeer::pressedOutside(const OutsidePress& press) {
-  if (services_.alerts > 0 || QApplication::activePopupWidget() != nullptr) return;
+  if (isActOnOurs()) return;
   // The pointer may have left the window since: then Qt has the press, or gets it within this time.
   QTimer::singleShot(kOwnPress, &context_, [this, press] {
     if (!acts_ || (lastPressInside_ && isNotBefore(*lastPressInside_, press.time))) return;
@@ -282,7 +283,14 @@ void QtWindowPeer::pressedInside(quint64 time) {
   lastPressInside_ = static_cast<std::uint32_t>(time);
 }
 
+// Where it lies in front of an alert, that can have neither a press nor the keyboard before it
+// goes.
+bool QtWindowPeer::isActOnOurs() const {
+  return services_.alerts > alertsBefore_ || QApplication::activePopupWidget() != nullptr;
+}
+
 void QtWindowPeer::alertDidEnd() {
+  alertsBefore_ = std::min(alertsBefore_, services_.alerts);
   if (presses_) presses_->discardPending();
 }
 
@@ -292,8 +300,7 @@ void QtWindowPeer::activeChanged(bool active) {
     return;
   }
   report([this] { client_.windowDidResignKey(); });
-  const bool ours = services_.alerts > 0 || QApplication::activePopupWidget() != nullptr;
-  if (!ours && window_->isVisible() && acts_) acts_->lostKeyboard();
+  if (!isActOnOurs() && window_->isVisible() && acts_) acts_->lostKeyboard();
 }
 
 // --- Reports ---

@@ -85,6 +85,7 @@ class QtWindowPeer final : public platform::port::WindowPeer, private PanelObser
   void preparePopover();
   void watchOutside();
   void pressedOutside(const OutsidePress& press);
+  [[nodiscard]] bool isActOnOurs() const;
   void report(std::function<void()> what);
   [[nodiscard]] platform::NSEvent eventAt(platform::NSEventType type, QPointF inWindow) const;
 
@@ -103,6 +104,8 @@ class QtWindowPeer final : public platform::port::WindowPeer, private PanelObser
   std::unique_ptr<OwnWindows::KeyDiversion> diversion_;
   std::optional<std::uint32_t> lastPressInside_;
   platform::MonotonicTime shownSince_;
+  /// Those in front of which it came.
+  int alertsBefore_ = 0;
   /// None: it does not insist on a place any more.
   std::optional<platform::MonotonicTime> insistsUntil_;
   /// A call of the model is on the stack: reports wait until there is none.
