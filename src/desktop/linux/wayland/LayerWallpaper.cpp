@@ -21,10 +21,10 @@ constexpr const char* kRefused = "The compositor does not take the picture.";
 
 LayerWallpaper::LayerWallpaper(const LayerShell& shell, const WaylandOutputs& outputs,
                                const MonitorScreens& screens)
-    : shell_(shell), outputs_(outputs), screens_(screens) {
-  settling_.setSingleShot(true);
-  settling_.setInterval(kAfterOthers);
-  QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { outputsChanged(); });
+    : shell_(shell),
+      outputs_(outputs),
+      screens_(screens),
+      settling_(kAfterOthers, [this] { outputsChanged(); }) {
   QObject::connect(&outputs, &WaylandOutputs::changed, &settling_, [this] {
     if (!shown_.empty()) settling_.start();
   });

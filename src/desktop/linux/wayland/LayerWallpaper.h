@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QTimer>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/wallpaper/Swaybg.h"
 #include "desktop/linux/wallpaper/WallpaperAdapter.h"
 #include "desktop/linux/wayland/LayerSurface.h"
@@ -60,7 +60,7 @@ class LayerWallpaper final : public WallpaperAdapter {
   SwaybgTable swaybg_;
   /// By the output's name.
   std::map<QString, Shown> shown_;
-  QTimer settling_;
+  OneShot settling_;
 };
 
 }  // namespace linux_desktop
