@@ -13,21 +13,17 @@ using platform::port::HotKeyNumber;
 
 const QString kInterface = QStringLiteral("Keys");
 const QString kRelease = QStringLiteral("Release");
-const QString kPressed = QStringLiteral("Pressed");
 
 }  // namespace
 
 GnomeHotKeys::GnomeHotKeys(GnomeShell& shell) : shell_(shell) {
-  shell_.listen(kInterface, kPressed,
-                [this](const QVariantList& values) { pressed(values.value(0).toUInt()); });
+  presses_ =
+      GnomeShell::listen(kInterface, QStringLiteral("Pressed"),
+                         [this](const QVariantList& values) { pressed(values.value(0).toUInt()); });
   QObject::connect(&shell_, &GnomeShell::ready, &context_, [this] {
     for (HotKey& hotKey : hotKeys_) grab(hotKey);
   });
   QObject::connect(&shell_, &GnomeShell::turnedOff, &context_, [this] { handOver(); });
-}
-
-GnomeHotKeys::~GnomeHotKeys() {
-  shell_.listen(kInterface, kPressed, {});
 }
 
 void GnomeHotKeys::setClient(platform::port::HotKeysClient* client) {

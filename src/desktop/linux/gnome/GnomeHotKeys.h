@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,9 +23,6 @@ class GnomeHotKeys final : public platform::port::HotKeys {
   /// Who has hot keys without the extension: asked when it is turned off; null: nobody. What it
   /// gives outlives this.
   void setOthers(std::function<HotKeys*()> others) { others_ = std::move(others); }
-  ~GnomeHotKeys() override;
-  GnomeHotKeys(const GnomeHotKeys&) = delete;
-  GnomeHotKeys& operator=(const GnomeHotKeys&) = delete;
 
   void setClient(platform::port::HotKeysClient* client) override;
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
@@ -54,6 +52,7 @@ class GnomeHotKeys final : public platform::port::HotKeys {
   HotKeys* instead_ = nullptr;
   platform::port::HotKeysClient* client_ = nullptr;
   std::vector<HotKey> hotKeys_;
+  std::unique_ptr<BusSignal> presses_;
   QObject context_;
 };
 

@@ -60,17 +60,12 @@ class GnomeOwnWindows::Watch final : public PressWatch {
 };
 
 GnomeOwnWindows::GnomeOwnWindows(GnomeShell& shell) : shell_(shell) {
-  shell_.listen(kCovers, kPressed, [this](const QVariantList& values) {
+  onCovers_ = GnomeShell::listen(kCovers, kPressed, [this](const QVariantList& values) {
     pressed({.time = values.value(0).toUInt(), .isOnPanel = false});
   });
-  shell_.listen(kPopover, kPressed, [this](const QVariantList& values) {
+  onOthers_ = GnomeShell::listen(kPopover, kPressed, [this](const QVariantList& values) {
     pressed({.time = values.value(0).toUInt(), .isOnPanel = values.value(1).toBool()});
   });
-}
-
-GnomeOwnWindows::~GnomeOwnWindows() {
-  shell_.listen(kPopover, kPressed, {});
-  shell_.listen(kCovers, kPressed, {});
 }
 
 // The window may be there before the shell reads what was only sent.

@@ -15,7 +15,6 @@ class GnomeOwnWindows final : public OwnWindows {
  public:
   /// `shell` outlives this.
   explicit GnomeOwnWindows(GnomeShell& shell);
-  ~GnomeOwnWindows() override;
 
   /// At the button on the shell's panel, wherever `place` is.
   [[nodiscard]] std::unique_ptr<Popover> makePopover(
@@ -30,6 +29,8 @@ class GnomeOwnWindows final : public OwnWindows {
 
   GnomeShell& shell_;
   std::vector<Watch*> watches_;
+  std::unique_ptr<BusSignal> onCovers_;
+  std::unique_ptr<BusSignal> onOthers_;
 };
 
 }  // namespace linux_desktop

@@ -20,24 +20,22 @@ QByteArray pngOf(const QIcon& icon) {
 
 }  // namespace
 
-GnomePanelButton::GnomePanelButton(GnomeShell& shell) : shell_(shell) {
-  patience_.setSingleShot(true);
-  patience_.setInterval(kPatience);
-  const auto expect = [this](bool isComing) {
-    if (!isComing) patience_.stop();
-    isComing_ = isComing;
-    tellChanged();
-  };
-  const auto giveUp = [expect] { expect(false); };
-  QObject::connect(&patience_, &QTimer::timeout, &patience_, giveUp);
-  QObject::connect(&shell_, &GnomeShell::turnedOff, &patience_, giveUp);
-  QObject::connect(&shell_, &GnomeShell::gone, &patience_, [expect] { expect(true); });
+GnomePanelButton::GnomePanelButton(GnomeShell& shell)
+    : shell_(shell), patience_(kPatience, [this] { expect(false); }) {
+  QObject::connect(&shell_, &GnomeShell::turnedOff, &patience_, [this] { expect(false); });
+  QObject::connect(&shell_, &GnomeShell::gone, &patience_, [this] { expect(true); });
   QObject::connect(&shell_, &GnomeShell::ended, &patience_, [this] { patience_.start(); });
-  QObject::connect(&shell_, &GnomeShell::ready, &patience_, [this, giveUp] {
+  QObject::connect(&shell_, &GnomeShell::ready, &patience_, [this] {
     send();
-    giveUp();
+    expect(false);
   });
   patience_.start();
+}
+
+void GnomePanelButton::expect(bool isComing) {
+  if (!isComing) patience_.stop();
+  isComing_ = isComing;
+  tellChanged();
 }
 
 void GnomePanelButton::show(const QString& service, const QIcon& icon) {

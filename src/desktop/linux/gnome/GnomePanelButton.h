@@ -2,9 +2,9 @@
 
 #include <QByteArray>
 #include <QObject>
-#include <QTimer>
 
 #include "desktop/linux/gnome/GnomeShell.h"
+#include "desktop/linux/loop/OneShot.h"
 #include "desktop/linux/windowsystem/PanelButton.h"
 
 namespace linux_desktop {
@@ -23,12 +23,13 @@ class GnomePanelButton final : public PanelButton {
 
  private:
   void send() const;
+  void expect(bool isComing);
 
   GnomeShell& shell_;
   QString service_;
   QByteArray picture_;
   bool isComing_ = true;
-  QTimer patience_;
+  OneShot patience_;
 };
 
 }  // namespace linux_desktop

@@ -100,7 +100,7 @@ GnomeShell::GnomeShell(std::unique_ptr<GuardedSettings> settings)
   connect(&names_, &QDBusServiceWatcher::serviceUnregistered, this, &GnomeShell::left);
   // Which may be heard of after the extension has gone.
   if (settings_) settings_->setChanged([this](const std::string&) { lookWhetherTurnedOff(); });
-  listen({}, QStringLiteral("Ready"), [this](const QVariantList& /*nothing*/) {
+  readiness_ = listen({}, QStringLiteral("Ready"), [this](const QVariantList& /*nothing*/) {
     isReady_ = true;
     isOff_ = false;
     Q_EMIT ready();
@@ -162,20 +162,13 @@ bool GnomeShell::call(const QString& interface, const QString& method,
   return !isError(answer);
 }
 
-void GnomeShell::listen(const QString& interface, const QString& signal, Listener listener) {
-  const auto [place, isNew] =
-      listeners_.insert_or_assign({whole(interface), signal}, std::move(listener));
-  if (isNew) {
-    QDBusConnection::sessionBus().connect(kExtension, kPath, place->first.first, signal, this,
-                                          SLOT(heard(QDBusMessage)));
-  }
-}
-
-void GnomeShell::heard(const QDBusMessage& signal) {
-  const auto found = listeners_.find({signal.interface(), signal.member()});
-  if (found == listeners_.end() || !found->second) return;
-  const Listener listener = found->second;
-  listener(signal.arguments());
+std::unique_ptr<BusSignal> GnomeShell::listen(
+    const QString& interface, const QString& signal,
+    std::function<void(const QVariantList& values)> heard) {
+  const BusSignal::Source source{kExtension, kPath, whole(interface), signal};
+  return std::make_unique<BusSignal>(
+      QDBusConnection::sessionBus(), source,
+      [heard = std::move(heard)](const QDBusMessage& said) { heard(said.arguments()); });
 }
 
 }  // namespace linux_desktop

@@ -6,11 +6,10 @@
 #include <QString>
 #include <QVariantList>
 #include <functional>
-#include <map>
 #include <memory>
-#include <utility>
 
 #include "desktop/linux/bus/BusPeer.h"
+#include "desktop/linux/bus/BusSignal.h"
 #include "desktop/linux/gsettings/GuardedSettings.h"
 
 namespace linux_desktop {
@@ -48,10 +47,10 @@ class GnomeShell final : public QObject {
   [[nodiscard]] bool call(const QString& interface, const QString& method,
                           const QVariantList& arguments = {});
 
-  /// Whatever the extension says by this signal. One listener each, which outlives this or is an
-  /// empty function in time.
-  using Listener = std::function<void(const QVariantList& values)>;
-  void listen(const QString& interface, const QString& signal, Listener listener);
+  /// Whatever the extension says by this signal, for as long as what comes back is kept.
+  [[nodiscard]] static std::unique_ptr<BusSignal> listen(
+      const QString& interface, const QString& signal,
+      std::function<void(const QVariantList& values)> heard);
 
  Q_SIGNALS:
   void ready();
@@ -63,9 +62,6 @@ class GnomeShell final : public QObject {
   /// The shell itself has left the session bus.
   void ended();
 
- private Q_SLOTS:
-  void heard(const QDBusMessage& signal);
-
  private:
   explicit GnomeShell(std::unique_ptr<GuardedSettings> settings);
   void turnOn();
@@ -76,9 +72,9 @@ class GnomeShell final : public QObject {
   bool isOff_ = false;
   /// The shell's, about extensions; null where they cannot be read.
   std::unique_ptr<GuardedSettings> settings_;
-  std::map<std::pair<QString, QString>, Listener> listeners_;
   BusPeer peer_;
   QDBusServiceWatcher names_;
+  std::unique_ptr<BusSignal> readiness_;
 };
 
 }  // namespace linux_desktop

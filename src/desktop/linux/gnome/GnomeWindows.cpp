@@ -8,18 +8,14 @@ namespace linux_desktop {
 namespace {
 
 const QString kInterface = QStringLiteral("Windows");
-const QString kHiding = QStringLiteral("Hiding");
 
 }  // namespace
 
 GnomeWindows::GnomeWindows(GnomeShell& shell) : shell_(shell) {
   // Said before it is ready, and whenever it becomes otherwise.
-  shell_.listen(kInterface, kHiding,
-                [this](const QVariantList& values) { isHiding_ = values.value(0).toBool(); });
-}
-
-GnomeWindows::~GnomeWindows() {
-  shell_.listen(kInterface, kHiding, {});
+  hiding_ = GnomeShell::listen(
+      kInterface, QStringLiteral("Hiding"),
+      [this](const QVariantList& values) { isHiding_ = values.value(0).toBool(); });
 }
 
 void GnomeWindows::hide(Done done) {

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <memory>
 
 #include "desktop/linux/gnome/GnomeShell.h"
 #include "desktop/linux/windowsystem/OtherApplications.h"
@@ -15,9 +16,6 @@ class GnomeWindows final : public WindowHider {
  public:
   /// `shell` outlives this.
   explicit GnomeWindows(GnomeShell& shell);
-  ~GnomeWindows() override;
-  GnomeWindows(const GnomeWindows&) = delete;
-  GnomeWindows& operator=(const GnomeWindows&) = delete;
 
   [[nodiscard]] bool canHide() override { return !shell_.isOff(); }
   [[nodiscard]] bool isHiding() override { return isHiding_; }
@@ -29,6 +27,7 @@ class GnomeWindows final : public WindowHider {
 
   GnomeShell& shell_;
   bool isHiding_ = false;
+  std::unique_ptr<BusSignal> hiding_;
   QObject context_;
 };
 
