@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 
 #include "desktop/harness/PrivateHome.h"
@@ -234,9 +236,15 @@ TEST_F(PortalHotKeysTest, AnAnswerToWhatWasGivenBackMeanwhileSaysNothing) {
   EXPECT_TRUE(hears({"2 down"}));
 }
 
-TEST_F(PortalHotKeysTest, APortalThatStartsAnewIsAskedAgain) {
+TEST_F(PortalHotKeysTest, OneThatEndsIsStartedAndOneThatStartsAnewIsAskedAgain) {
   ASSERT_NO_FATAL_FAILURE(bindBoth());
+  const std::filesystem::path started = home.home() / "started";
+  const std::filesystem::path program = home.home() / "portal";
+  std::ofstream(program) << "#!/bin/sh\ntouch " << started << '\n';
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  bus.offer("org.freedesktop.portal.Desktop", program);
   end();
+  EXPECT_TRUE(until([&] { return std::filesystem::exists(started); }));
   start();
   ASSERT_TRUE(until([&] { return portal->asks(); }));
   EXPECT_THAT(events, IsEmpty());

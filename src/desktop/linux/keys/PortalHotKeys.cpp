@@ -46,17 +46,26 @@ bool PortalHotKeys::isThere(const QDBusConnection& bus) {
 }
 
 PortalHotKeys::PortalHotKeys(QDBusConnection bus)
-    : bus_(std::move(bus)), watcher_(kService, bus_, QDBusServiceWatcher::WatchForRegistration) {
+    : bus_(std::move(bus)), watcher_(kService, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
   registerBusTypes<PortalShortcut, QList<PortalShortcut>>();
-  // Its sessions ended with the one before.
-  connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-    session_.clear();
-    if (!hotKeys_.empty()) binding_.start();
-  });
+  connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString& /*name*/, const QString& before, const QString& now) {
+            ownerChanged(before, now);
+          });
 }
 
 PortalHotKeys::~PortalHotKeys() {
   closeSession();
+}
+
+// Its sessions end with it, and what it was asked. One that had given keys and ended need not wait
+// for somebody else to start it.
+void PortalHotKeys::ownerChanged(const QString& before, const QString& now) {
+  session_.clear();
+  if (!before.isEmpty()) request_ = {};
+  const bool isAskedAlready = !request_.path.isEmpty();
+  const bool isLeftToOthers = now.isEmpty() && !std::exchange(hasGiven_, false);
+  if (!hotKeys_.empty() && !isAskedAlready && !isLeftToOthers) binding_.start();
 }
 
 // By no name of a service: Qt would wait for its owner. Others are not told of our session.
@@ -116,8 +125,9 @@ void PortalHotKeys::ask(const QString& method, QVariantList arguments, QVariantM
   options.insert(QStringLiteral("handle_token"), token);
   arguments << options;
   linux_desktop::ask(bus_, portalCall(kPath, kInterface, method, arguments), this,
-                     [method](const QDBusMessage& answer) {
+                     [this, method, path = request_.path](const QDBusMessage& answer) {
                        if (!isError(answer)) return;
+                       if (request_.path == path) request_ = {};
                        qCWarning(lcKeys, "the portal's %s: %s", qPrintable(method),
                                  reasonOf(answer).c_str());
                      });
@@ -172,6 +182,7 @@ void PortalHotKeys::changed(const QDBusMessage& signal) {
 }
 
 void PortalHotKeys::assign(const QList<PortalShortcut>& given) {
+  hasGiven_ = !given.isEmpty();
   for (const HotKey& key : std::vector(hotKeys_)) {
     const auto found = std::ranges::find(given, key.id, &PortalShortcut::id);
     const QString keys =

@@ -27,7 +27,7 @@ struct PortalShortcut {
 
 /// Hot keys at the desktop portal's GlobalShortcuts, which asks the user about each new combination
 /// and may give it other keys, or none: whatever is asked for is taken, and what came of it is told
-/// later. A portal that starts anew is asked again. Main thread only.
+/// later. A portal that ends is started again and asked again. Main thread only.
 class PortalHotKeys final : public QObject, public platform::port::HotKeys {
  public:
   /// Whether the session's portal has shortcuts at all; those of many desktops do not. Starts it
@@ -59,6 +59,7 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   };
 
   void listen();
+  void ownerChanged(const QString& before, const QString& now);
   void bindAnew();
   void closeSession();
   void ask(const QString& method, QVariantList arguments, QVariantMap options,
@@ -88,6 +89,8 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   int lastToken_ = 0;
   /// None before the first hot key.
   std::list<BusSignal> signals_;
+  /// The portal that runs, any of the keys.
+  bool hasGiven_ = false;
 };
 
 }  // namespace linux_desktop
