@@ -74,20 +74,25 @@ void Desk::writeSettings(const std::vector<std::string>& features,
 void Desk::perform(const std::string& action) const {
   if (!until([this] { return bus_->hasOwner(kCalmdeckName); }))
     throw std::runtime_error("Calmdeck is not on the bus");
-  const RunResult asked = run({"gapplication", "action", kCalmdeckName, action});
-  if (!asked.succeeded()) throw std::runtime_error(action + ": " + asked.errorOutput);
+  mustRun({"gapplication", "action", kCalmdeckName, action});
 }
 
 void Desk::notify(const std::string& summary) const {
   const std::string name = "org.freedesktop.Notifications";
-  const RunResult shown = run({"gdbus", "call", "--session", "--dest", name, "--object-path",
-                               "/org/freedesktop/Notifications", "--method", name + ".Notify",
-                               "mail", "0", "", summary, "for you", "[]", "{}", "60000"});
-  if (!shown.succeeded()) throw std::runtime_error("no notification: " + shown.errorOutput);
+  mustRun({"gdbus", "call", "--session", "--dest", name, "--object-path",
+           "/org/freedesktop/Notifications", "--method", name + ".Notify", "mail", "0", "", summary,
+           "for you", "[]", "{}", "60000"});
 }
 
 RunResult Desk::run(std::vector<std::string> argv) const {
   return runToEnd({std::move(argv), environment_, home_.home()});
+}
+
+std::string Desk::mustRun(std::vector<std::string> argv) const {
+  const std::string name = argv.front();
+  const RunResult result = run(std::move(argv));
+  if (!result.succeeded()) throw std::runtime_error(name + ": " + result.errorOutput);
+  return result.output;
 }
 
 }  // namespace harness

@@ -58,6 +58,9 @@ class Desk {
                                                const Environment& extra = {}) const;
   /// Runs one to its end.
   [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
+  /// The same, and what it printed; throws std::runtime_error, with what it complained of, when it
+  /// does not succeed.
+  std::string mustRun(std::vector<std::string> argv) const;
 
   /// A picture of one colour in the home; its path.
   [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const;

@@ -1,7 +1,5 @@
 #include "desktop/harness/DesktopConfiguration.h"
 
-#include <stdexcept>
-
 namespace harness {
 
 namespace fs = std::filesystem;
@@ -15,13 +13,6 @@ constexpr const char* kXfceChannel = "xfce4-desktop";
 
 std::string pcmanfmFile(std::size_t monitor) {
   return "pcmanfm/default/desktop-items-" + std::to_string(monitor) + ".conf";
-}
-
-std::string output(const XDesk& desk, std::vector<std::string> argv) {
-  const std::string name = argv.front();
-  const RunResult done = desk.run(std::move(argv));
-  if (!done.succeeded()) throw std::runtime_error(name + ": " + done.errorOutput);
-  return done.output;
 }
 
 std::string styleOf(const MonitorBackdrop& backdrop, const char* usual) {
@@ -45,7 +36,7 @@ void configureXfce(const XDesk& desk, const Backdrops& backdrops) {
 
 void configureMate(const XDesk& desk, const MonitorBackdrop& backdrop) {
   const auto set = [&](const char* schema, const std::string& key, const std::string& value) {
-    (void)output(desk, {"gsettings", "set", schema, key, value});
+    desk.mustRun({"gsettings", "set", schema, key, value});
   };
   constexpr const char* kBackground = "org.mate.background";
   set(kBackground, "picture-filename", backdrop.picture);
@@ -83,9 +74,9 @@ void configurePcmanfmQt(const XDesk& desk, const MonitorBackdrop& backdrop) {
 
 void setRoot(const XDesk& desk, const MonitorBackdrop& backdrop) {
   if (backdrop.picture.empty()) {
-    (void)output(desk, {"xsetroot", "-solid", backdrop.colour});
+    desk.mustRun({"xsetroot", "-solid", backdrop.colour});
   } else {
-    (void)output(desk, {"hsetroot", "-cover", backdrop.picture});
+    desk.mustRun({"hsetroot", "-cover", backdrop.picture});
   }
 }
 
@@ -120,7 +111,7 @@ std::vector<std::string> reader(const XDesk& desk, NotificationDaemon kind) {
 
 void setXfconf(const XDesk& desk, const std::string& channel, const std::string& key,
                const std::string& type, const std::string& value) {
-  (void)output(desk, {"xfconf-query", "-c", channel, "-p", key, "-n", "-t", type, "-s", value});
+  desk.mustRun({"xfconf-query", "-c", channel, "-p", key, "-n", "-t", type, "-s", value});
 }
 
 DeskOptions everydayDesktop() {
@@ -156,12 +147,12 @@ std::string backdropSettings(const XDesk& desk, DesktopIcons kind) {
     case DesktopIcons::None:
       return rootPicture(desk);
     case DesktopIcons::Xfdesktop:
-      return output(desk, {"xfconf-query", "-c", kXfceChannel, "-lv"});
+      return desk.mustRun({"xfconf-query", "-c", kXfceChannel, "-lv"});
     case DesktopIcons::Pcmanfm:
       return fileOrAbsent(desk, pcmanfmFile(0)) + fileOrAbsent(desk, pcmanfmFile(1));
     case DesktopIcons::Caja:
-      return output(desk, {"dconf", "dump", "/org/mate/desktop/"}) +
-             output(desk, {"gsettings", "list-recursively", "org.mate.background"});
+      return desk.mustRun({"dconf", "dump", "/org/mate/desktop/"}) +
+             desk.mustRun({"gsettings", "list-recursively", "org.mate.background"});
     case DesktopIcons::PcmanfmQt:
       return fileOrAbsent(desk, kPcmanfmQtFile);
   }

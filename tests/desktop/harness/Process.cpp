@@ -175,12 +175,13 @@ RunResult runToEnd(const Command& command) {
 
 bool until(const std::function<bool()>& fact, std::chrono::milliseconds patience,
            const std::function<void()>& meanwhile) {
-  constexpr std::chrono::milliseconds kPause{5};
+  // Turns of an event loop are the work itself; mere looks take the machine's time from it.
+  const std::chrono::milliseconds pause{meanwhile ? 2 : 20};
   const auto deadline = Clock::now() + patience;
   while (!fact()) {
     if (Clock::now() >= deadline) return false;
     if (meanwhile) meanwhile();
-    std::this_thread::sleep_for(kPause);
+    std::this_thread::sleep_for(pause);
   }
   return true;
 }

@@ -93,7 +93,9 @@ class Process {
   [[nodiscard]] std::shared_ptr<const LineCapture> record() const { return capture_; }
 
  private:
-  void signalGroup(int number) const { ::kill(-pid_, number); }
+  void signalGroup(int number) const {
+    if (!end_) ::kill(-pid_, number);
+  }
   void reap();
 
   pid_t pid_ = -1;

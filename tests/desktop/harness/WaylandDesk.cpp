@@ -77,9 +77,7 @@ Image taken(const Desk& desk, std::vector<std::string> of) {
   std::vector<std::string> argv{"grim", "-t", "png", "-l", "0"};
   std::ranges::move(of, std::back_inserter(argv));
   argv.emplace_back("-");
-  const RunResult result = desk.run(std::move(argv));
-  if (!result.succeeded()) throw std::runtime_error("grim: " + result.errorOutput);
-  return readPng(result.output);
+  return readPng(desk.mustRun(std::move(argv)));
 }
 
 /// What the compositor would show on its monitors, if it had any.
@@ -187,10 +185,8 @@ void WaylandDesk::takeEnvironment(const WaylandOptions& options) {
   const char* const desktops[] = {"sway", "labwc:wlroots", "KDE"};
   setEnvironment("XDG_CURRENT_DESKTOP", desktops[static_cast<std::size_t>(kind_)]);
   // Also those that the bus starts belong to this desktop.
-  const RunResult passedOn =
-      run({"dbus-update-activation-environment", "WAYLAND_DISPLAY", "SWAYSOCK", "LABWC_PID",
+  mustRun({"dbus-update-activation-environment", "WAYLAND_DISPLAY", "SWAYSOCK", "LABWC_PID",
            "XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE"});
-  if (!passedOn.succeeded()) throw std::runtime_error("the bus: " + passedOn.errorOutput);
 }
 
 void WaylandDesk::connect(int outputs) {
@@ -295,12 +291,17 @@ std::pair<pid_t, std::string> WaylandDesk::swaysSwaybg() const {
 }
 
 void WaylandDesk::reload() {
-  if (kind_ == Compositor::Labwc) return compositor_->signal(SIGHUP);
-  const RunResult asked = kind_ == Compositor::Sway
-                              ? run({"swaymsg", "reload"})
-                              : run({"dbus-send", "--print-reply", "--dest=org.kde.KWin", "/KWin",
-                                     "org.kde.KWin.reconfigure"});
-  if (!asked.succeeded()) throw std::runtime_error("not reloaded: " + asked.errorOutput);
+  switch (kind_) {
+    case Compositor::Sway:
+      mustRun({"swaymsg", "reload"});
+      break;
+    case Compositor::Labwc:
+      compositor_->signal(SIGHUP);
+      break;
+    case Compositor::Kwin:
+      mustRun({"dbus-send", "--print-reply", "--dest=org.kde.KWin", "/KWin",
+               "org.kde.KWin.reconfigure"});
+  }
 }
 
 // --- Programs ---

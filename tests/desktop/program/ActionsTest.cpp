@@ -34,13 +34,11 @@ TEST_F(ActionsTest, TheRunningProgramDoesThemAndShowsItself) {
   desk.toggleMode();
   EXPECT_TRUE(says("Pressed at .*"));
   EXPECT_TRUE(sinkMuted(true));
-  const auto sent = desk.run({"dbus-send", "--print-reply", std::string("--dest=") + kCalmdeckName,
-                              "/org/calmdeck/Calmdeck", "org.calmdeck.Calmdeck.Perform",
-                              "string:toggle-presentation-mode"});
-  ASSERT_TRUE(sent.succeeded()) << sent.errorOutput;
+  desk.mustRun({"dbus-send", "--print-reply", std::string("--dest=") + kCalmdeckName, kPath,
+                "org.calmdeck.Calmdeck.Perform", "string:toggle-presentation-mode"});
   EXPECT_TRUE(sinkMuted(false));
   ASSERT_TRUE(close());
-  ASSERT_TRUE(desk.run({"gapplication", "launch", kCalmdeckName}).succeeded());
+  desk.mustRun({"gapplication", "launch", kCalmdeckName});
   EXPECT_TRUE(opens());
   desk.perform("no-such-action");
   EXPECT_TRUE(program->complains("no action \"no-such-action\""));
@@ -70,10 +68,8 @@ TEST_F(ActionsTest, OtherProgramsSeeTheModeAndTheVersion) {
 
 TEST_F(ActionsTest, TheBusStartsTheProgramForOne) {
   desk.bus().offer(kCalmdeckName, CALMDECK_PROGRAM);
-  const auto passedOn = desk.run({"dbus-update-activation-environment", "DISPLAY"});
-  ASSERT_TRUE(passedOn.succeeded()) << passedOn.errorOutput;
-  ASSERT_TRUE(
-      desk.run({"gapplication", "action", kCalmdeckName, "toggle-presentation-mode"}).succeeded());
+  desk.mustRun({"dbus-update-activation-environment", "DISPLAY"});
+  desk.mustRun({"gapplication", "action", kCalmdeckName, "toggle-presentation-mode"});
   EXPECT_TRUE(sinkMuted(true));
   EXPECT_TRUE(desk.until([&] { return desk.openPopover().has_value(); }));
 }

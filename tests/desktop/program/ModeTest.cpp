@@ -105,7 +105,7 @@ TEST(ModeOnTheBareRoot, CoversShowWhatTheRootWindowShows) {
   ASSERT_TRUE(mode.turnMaster());
   ASSERT_NO_FATAL_FAILURE(mode.expectTheMode(true));
   constexpr std::uint32_t kUsers = 0xc02020;
-  ASSERT_TRUE(desk.run({"hsetroot", "-solid", "#c02020"}).succeeded());
+  desk.mustRun({"hsetroot", "-solid", "#c02020"});
   EXPECT_TRUE(desk.until([&] {
     return desk.screen().pixel(second.centreX(), second.centreY()) == kUsers;
   })) << "what the user sets while the mode is on";

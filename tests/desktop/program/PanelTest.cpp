@@ -108,7 +108,7 @@ TEST_F(PanelUseTest, ARowFollowsTheProgramThatItDependsOn) {
   const xcb_window_t manager = x.number(x.root(), "_NET_SUPPORTING_WM_CHECK").value_or(XCB_NONE);
   desk.windowManager().kill();
   ASSERT_TRUE(desk.until([&] { return !x.number(manager, "_NET_SUPPORTING_WM_CHECK"); }));
-  ASSERT_TRUE(desk.run({CALMDECK_PROGRAM}).succeeded());
+  desk.mustRun({CALMDECK_PROGRAM});
   EXPECT_TRUE(reads("Not on this desktop: no program can hide the windows of others"));
   EXPECT_THAT(complaints("notifications"), testing::IsEmpty()) << "nobody asked for it";
 }

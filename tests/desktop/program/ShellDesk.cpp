@@ -75,8 +75,7 @@ void ShellDesk::keepOthersFromStarting() {
 void ShellDesk::set(std::vector<std::string> setting) {
   for (std::string& word : setting) word = harness::filled(word, {{"home", desk.home().home()}});
   setting.insert(setting.begin(), {"gsettings", "set"});
-  const harness::RunResult done = desk.run(setting);
-  if (!done.succeeded()) throw std::runtime_error("gsettings: " + done.errorOutput);
+  desk.mustRun(setting);
 }
 
 void ShellDesk::install(const std::string& schema, const fs::path& override) {
@@ -84,8 +83,7 @@ void ShellDesk::install(const std::string& schema, const fs::path& override) {
   fs::create_directories(folder);
   fs::copy_file("/usr/share/glib-2.0/schemas/" + schema, folder / schema);
   fs::copy_file(override, folder / override.filename());
-  const harness::RunResult done = desk.run({"glib-compile-schemas", "--strict", folder});
-  if (!done.succeeded()) throw std::runtime_error("no schemas: " + done.errorOutput);
+  desk.mustRun({"glib-compile-schemas", "--strict", folder});
 }
 
 void ShellDesk::startSystemBus() {

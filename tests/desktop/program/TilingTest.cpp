@@ -79,7 +79,7 @@ TEST_P(I3Test, OneThatStartedAnewMeanwhileIsAskedAgain) {
   ASSERT_TRUE(allAreGone());
   const std::string i3 = "/proc/" + std::to_string(desk.windowManager().pid()) + "/cmdline";
   const std::string command = harness::textOf(i3);
-  ASSERT_TRUE(desk.run({"i3-msg", "restart"}).succeeded());
+  desk.mustRun({"i3-msg", "restart"});
   ASSERT_TRUE(desk.until([&] { return harness::textOf(i3) != command; }));
   // It listens as soon as its own client can ask it something.
   ASSERT_TRUE(desk.until([&] { return desk.run({"i3-msg", "-t", "get_version"}).succeeded(); }));

@@ -144,9 +144,9 @@ TEST_P(WaylandCoverTest, ComesToAMonitorThatComesAndIsNeverSeenEmpty) {
     EXPECT_TRUE(shows(1, picture));
     return;
   }
-  ASSERT_TRUE(desk.run({"swaymsg", "create_output"}).succeeded());
+  desk.mustRun({"swaymsg", "create_output"});
   EXPECT_TRUE(comesAs(2, picture));
-  ASSERT_TRUE(desk.run({"swaymsg", "create_output"}).succeeded());
+  desk.mustRun({"swaymsg", "create_output"});
   EXPECT_TRUE(shows(3, empty));
   EXPECT_TRUE(shows(0, colour) && shows(1, picture) && shows(2, picture));
 }

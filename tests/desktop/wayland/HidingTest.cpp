@@ -142,9 +142,7 @@ TEST_P(WaylandHidingTest, StaysAndEndsAlsoWhenTheCompositorReadsItsConfiguration
 /// Which hides by an empty workspace on each monitor. Not every release has one.
 class SwayHidingTest : public WaylandHidingTest {
  protected:
-  void sway(const std::string& command) {
-    EXPECT_TRUE(desk.run({"swaymsg", command}).succeeded()) << command;
-  }
+  void sway(const std::string& command) { desk.mustRun({"swaymsg", command}); }
 };
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SwayHidingTest);

@@ -122,7 +122,7 @@ TEST_P(WaylandPanelTest, APressOnAWindowThatFillsTheScreenClosesIt) {
     filled = desk.areaOf(slides.colour).value_or(Rect());
     return filled.width == kFirstOutput.width && filled.height == kFirstOutput.height;
   }));
-  ASSERT_TRUE(desk.run({"gapplication", "launch", harness::kCalmdeckName}).succeeded());
+  desk.mustRun({"gapplication", "launch", harness::kCalmdeckName});
   ASSERT_TRUE(hasKeyboard());
   desk.input().click(filled.centreX(), filled.bottom() - 40);
   EXPECT_TRUE(gaveKeyboardBack());
@@ -261,7 +261,7 @@ INSTANTIATE_TEST_SUITE_P(Compositors, WaylandRecallTest,
 
 TEST_P(WaylandRecallTest, OpenPreferencesComeToTheUserWhoAsksForThem) {
   if (GetParam() == Compositor::Sway) {
-    ASSERT_TRUE(desk.run({"swaymsg", "workspace 9"}).succeeded());
+    desk.mustRun({"swaymsg", "workspace 9"});
   }
   desk.openWindow("other", 0xc02030);
   ASSERT_TRUE(isActive(false));

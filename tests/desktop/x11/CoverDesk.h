@@ -30,7 +30,7 @@ struct CoverDeskOptions {
 
 /// Two monitors with a wallpaper and icons on them, an ordinary window above, and Calmdeck, which
 /// covers the icons.
-class CoverDesk {
+class CoverDesk : public harness::XDesk {
  public:
   explicit CoverDesk(const CoverDeskOptions& options);
 
@@ -59,22 +59,21 @@ class CoverDesk {
   /// Tells the desktop to show another picture.
   void changeWallpaper(const std::filesystem::path& picture) const;
   /// Blue all over.
-  [[nodiscard]] std::string bluePicture() const { return desk.picture("blue.png", 0x0000ff); }
+  [[nodiscard]] std::string bluePicture() const { return picture("blue.png", 0x0000ff); }
   /// Whether two colours are to the eye the same: equal, or nearly so where they are not exact.
   [[nodiscard]] bool isAlike(std::uint32_t a, std::uint32_t b) const;
 
   /// The first one is, to begin with.
   void makePrimary(int monitor) const {
     const std::string output = "VNC-" + std::to_string(monitor);
-    EXPECT_TRUE(desk.run({"xrandr", "--output", output, "--primary"}).succeeded());
+    mustRun({"xrandr", "--output", output, "--primary"});
   }
   /// Sets a property of the root window as a pager does, and waits for it.
   void setOnRoot(const char* property, std::uint32_t value);
 
-  harness::XDesk desk;
   /// Where icons are and the covers are to hide them, as they were before; empty where there were
   /// none.
-  std::optional<Rect> icons;
+  std::optional<Rect> iconArea;
   WindowInfo front;
 
  private:

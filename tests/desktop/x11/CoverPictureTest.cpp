@@ -20,8 +20,8 @@ std::vector<std::uint32_t> look(const CoverDesk& covers) {
   std::vector<std::uint32_t> colours;
   for (const Rect& monitor : {Rect{0, 0, 1280, 720}, Rect{1280, 0, 1024, 600}}) {
     for (const int part : {1, 5, 9}) {
-      colours.push_back(covers.desk.screen().pixel(monitor.x + monitor.width * part / 10,
-                                                   monitor.bottom() - 8 * part));
+      colours.push_back(covers.screen().pixel(monitor.x + monitor.width * part / 10,
+                                              monitor.bottom() - 8 * part));
     }
   }
   return colours;
@@ -29,32 +29,30 @@ std::vector<std::uint32_t> look(const CoverDesk& covers) {
 
 /// A picture on the root window of which nobody knows a file.
 void paintTheRoot(CoverDesk& covers) {
-  ASSERT_TRUE(covers.desk.run({"hsetroot", "-add", "#ff0000", "-add", "#00ff00", "-gradient", "0"})
-                  .succeeded());
+  covers.mustRun({"hsetroot", "-add", "#ff0000", "-add", "#00ff00", "-gradient", "0"});
 }
 
 /// Whether each monitor shows its part of that, but for the window above.
 bool showsTheRootPicture(CoverDesk& covers) {
-  const harness::XConnection& x = covers.desk.x();
+  const harness::XConnection& x = covers.x();
   const auto pixmap = x.number(x.root(), "_XROOTPMAP_ID");
-  return pixmap && std::ranges::all_of(covers.desk.server().monitors(), [&](const Rect& monitor) {
-           const auto other = changedArea(imageOf(covers.desk.x(), *pixmap, monitor),
-                                          covers.desk.screen().area(monitor));
+  return pixmap && std::ranges::all_of(covers.server().monitors(), [&](const Rect& monitor) {
+           const auto other =
+               changedArea(imageOf(covers.x(), *pixmap, monitor), covers.screen().area(monitor));
            return !other || (monitor.x == 0 && Rect{400, 150, 500, 350}.contains(*other));
          });
 }
 
 TEST(CoverPicture, WithoutAWindowManagerTheCoverIsAboveTheIconsAndBelowTheWindows) {
   CoverDesk covers({.icons = DesktopIcons::Pcmanfm});
-  ASSERT_TRUE(covers.icons.has_value());
+  ASSERT_TRUE(covers.iconArea.has_value());
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 
-  covers.desk.startWindowManager(WindowManager::Openbox);
+  covers.startWindowManager(WindowManager::Openbox);
   const auto isManaged = [](const WindowInfo& cover) { return cover.managed; };
-  EXPECT_TRUE(covers.desk.until([&] {
-    return covers.desk.everyMonitorIsCovered() &&
-           std::ranges::all_of(covers.desk.covers(), isManaged);
+  EXPECT_TRUE(covers.until([&] {
+    return covers.everyMonitorIsCovered() && std::ranges::all_of(covers.covers(), isManaged);
   })) << "a window manager that comes takes over";
 }
 
@@ -70,50 +68,49 @@ TEST_P(CoverOver, WhatTheDesktopWasToldIsDrawnUntilItDrawsItItself) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = GetParam()});
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   ASSERT_EQ(covers.faultAfterAWhile(), "");
-  covers.desk.icons().freeze();
+  covers.icons().freeze();
   covers.changeWallpaper(covers.bluePicture());
-  EXPECT_TRUE(covers.desk.until([&] { return covers.desk.screen().pixel(200, 600) == kBlue; }));
+  EXPECT_TRUE(covers.until([&] { return covers.screen().pixel(200, 600) == kBlue; }));
 }
 
 // MATE, as Xfce's desktop no longer paints the root window since 4.20.
 TEST(CoverPicture, WhatIsSeenCountsAndNotWhatTheDesktopWasTold) {
   CoverDesk covers({.windowManager = WindowManager::Marco, .icons = DesktopIcons::Caja});
-  const std::uint32_t seen = covers.desk.screen().pixel(200, 600);
-  covers.desk.icons().freeze();
+  const std::uint32_t seen = covers.screen().pixel(200, 600);
+  covers.icons().freeze();
   covers.changeWallpaper(covers.bluePicture());
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
-  EXPECT_EQ(covers.desk.screen().pixel(200, 600), seen);
-  covers.desk.icons().thaw();
-  EXPECT_TRUE(covers.desk.until([&] { return covers.desk.screen().pixel(200, 600) == kBlue; }));
+  EXPECT_EQ(covers.screen().pixel(200, 600), seen);
+  covers.icons().thaw();
+  EXPECT_TRUE(covers.until([&] { return covers.screen().pixel(200, 600) == kBlue; }));
 }
 
 TEST(CoverPicture, WhatNobodyKnowsIsNotWaitedFor) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .swaps = true});
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
-  ASSERT_TRUE(covers.desk.until([&] {
+  ASSERT_TRUE(covers.until([&] {
     return std::ranges::all_of(look(covers), [](auto colour) { return colour == kBlue; });
   }));
-  ASSERT_NO_FATAL_FAILURE(paintTheRoot(covers));
-  EXPECT_TRUE(covers.desk.until([&] { return showsTheRootPicture(covers); }));
+  paintTheRoot(covers);
+  EXPECT_TRUE(covers.until([&] { return showsTheRootPicture(covers); }));
 }
 
 TEST(CoverPicture, APatternOnTheBareRootIsCopied) {
   CoverDesk covers({.windowManager = WindowManager::Openbox, .pattern = true});
   // A clock, which is no desktop.
-  covers.desk.openDesktopWindow({1000, 40, 200, 120}, kBlue);
+  covers.openDesktopWindow({1000, 40, 200, 120}, kBlue);
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
 TEST(CoverPicture, WhatShowsThroughTheIconsIsNotTakenForBlack) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4});
-  ASSERT_NO_FATAL_FAILURE(paintTheRoot(covers));
-  const std::vector<Rect> monitors = covers.desk.server().monitors();
+  paintTheRoot(covers);
+  const std::vector<Rect> monitors = covers.server().monitors();
   for (const Rect& monitor : monitors) covers.openIconWindow(monitor);
-  ASSERT_TRUE(
-      covers.desk.until([&] { return covers.desk.iconWindows().size() == monitors.size(); }));
+  ASSERT_TRUE(covers.until([&] { return covers.iconWindows().size() == monitors.size(); }));
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
-  EXPECT_TRUE(covers.desk.until([&] { return showsTheRootPicture(covers); }));
+  EXPECT_TRUE(covers.until([&] { return showsTheRootPicture(covers); }));
 }
 
 /// Acts, and looks over and over until `fact` holds and a little longer. At how many looks
@@ -125,7 +122,7 @@ int flashes(CoverDesk& covers, void (*act)(CoverDesk&), const std::function<bool
   int count = 0;
   std::optional<Clock::time_point> end;
   act(covers);
-  EXPECT_TRUE(covers.desk.until([&] {
+  EXPECT_TRUE(covers.until([&] {
     if (!std::ranges::equal(look(covers), before, isAlike)) ++count;
     if (!end && fact()) end = Clock::now() + 500ms;
     return end && Clock::now() > *end;
@@ -137,8 +134,8 @@ TEST(CoverPicture, NothingFlashesWhileCoversComeAndGo) {
   CoverDesk covers({.windowManager = WindowManager::Xfwm4, .icons = DesktopIcons::Xfdesktop});
   covers.launch();
   const auto toggle = [](CoverDesk& desk) { desk.toggle(); };
-  EXPECT_EQ(flashes(covers, toggle, [&] { return covers.desk.everyMonitorIsCovered(); }), 0);
-  EXPECT_EQ(flashes(covers, toggle, [&] { return covers.desk.covers().empty(); }), 0);
+  EXPECT_EQ(flashes(covers, toggle, [&] { return covers.everyMonitorIsCovered(); }), 0);
+  EXPECT_EQ(flashes(covers, toggle, [&] { return covers.covers().empty(); }), 0);
 }
 
 TEST(CoverPicture, AnotherPrimaryMonitorDisturbsNothing) {
@@ -148,7 +145,7 @@ TEST(CoverPicture, AnotherPrimaryMonitorDisturbsNothing) {
   const xcb_window_t before = covers.firstCover();
   const auto swap = [](CoverDesk& desk) { desk.makePrimary(1); };
   EXPECT_EQ(flashes(covers, swap, [&] { return covers.firstCover() != before; }), 0);
-  EXPECT_TRUE(covers.desk.everyMonitorIsCovered());
+  EXPECT_TRUE(covers.everyMonitorIsCovered());
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
@@ -163,16 +160,16 @@ TEST_P(CoverMonitors, AreFollowedAndNoCoverOfAnEarlierPlaceLiesOverALiveOne) {
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
   const xcb_window_t before = covers.firstCover();
   covers.makePrimary(1);
-  ASSERT_TRUE(covers.desk.until([&] { return covers.firstCover() != before; }));
+  ASSERT_TRUE(covers.until([&] { return covers.firstCover() != before; }));
   const std::vector<std::vector<Rect>> layouts{
       {{0, 0, 1280, 720}},                                             // one gone
       {{0, 0, 1280, 720}, {1280, 0, 800, 600}},                        // back, in another size
       {{0, 0, 1280, 720}, {1280, 0, 800, 600}, {2080, 0, 640, 480}}};  // and one more
   for (const auto& layout : layouts) {
-    covers.desk.server().setMonitors(layout);
-    EXPECT_TRUE(covers.desk.until([&] { return covers.desk.everyMonitorIsCovered(); }));
-    ASSERT_NO_FATAL_FAILURE(paintTheRoot(covers));
-    EXPECT_TRUE(covers.desk.until([&] { return showsTheRootPicture(covers); })) << layout.size();
+    covers.server().setMonitors(layout);
+    EXPECT_TRUE(covers.until([&] { return covers.everyMonitorIsCovered(); }));
+    paintTheRoot(covers);
+    EXPECT_TRUE(covers.until([&] { return showsTheRootPicture(covers); })) << layout.size();
     covers.makePrimary(0);
   }
 }

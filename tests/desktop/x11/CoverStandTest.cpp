@@ -37,10 +37,10 @@ class CoverStand : public testing::TestWithParam<Surroundings> {
   CoverDesk covers{{.windowManager = GetParam().windowManager,
                     .icons = GetParam().icons,
                     .composited = GetParam().composited}};
-  harness::XDesk& desk = covers.desk;
+  harness::XDesk& desk = covers;
 
   void SetUp() override {
-    ASSERT_TRUE(covers.icons.has_value());
+    ASSERT_TRUE(covers.iconArea.has_value());
     ASSERT_NE(covers.fault(), "") << "the icons show while there is no cover";
     ASSERT_NO_FATAL_FAILURE(covers.startCovered());
     ASSERT_EQ(covers.faultAfterAWhile(), "");
@@ -48,7 +48,7 @@ class CoverStand : public testing::TestWithParam<Surroundings> {
 };
 
 TEST_P(CoverStand, CoversAreNoWindowsOfTheUserAndSwallowClicks) {
-  for (const WindowInfo& cover : covers.desk.covers()) {
+  for (const WindowInfo& cover : covers.covers()) {
     EXPECT_EQ(cover.type, "DESKTOP");
     EXPECT_THAT(cover.states, IsSupersetOf({"BELOW", "SKIP_TASKBAR", "SKIP_PAGER"}));
     EXPECT_NE(desk.windows().active(), cover.id);
@@ -58,7 +58,7 @@ TEST_P(CoverStand, CoversAreNoWindowsOfTheUserAndSwallowClicks) {
   for (const auto button : {harness::Button::Left, harness::Button::Right}) {
     desk.input().click(100, 600, button);
     desk.input().click(1280 + 400, 300, button);
-    desk.input().click(covers.icons->centreX(), covers.icons->centreY(), button);
+    desk.input().click(covers.iconArea->centreX(), covers.iconArea->centreY(), button);
   }
   EXPECT_EQ(covers.faultAfterAWhile(), "");
   EXPECT_EQ(desk.windows().active(), covers.front.id);
@@ -66,7 +66,7 @@ TEST_P(CoverStand, CoversAreNoWindowsOfTheUserAndSwallowClicks) {
 }
 
 TEST_P(CoverStand, IconsThatAreRaisedComeNoHigherThanTheCover) {
-  for (const WindowInfo& icons : covers.desk.iconWindows()) {
+  for (const WindowInfo& icons : covers.iconWindows()) {
     desk.windows().activate(icons.id);
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(desk.x().get(), icons.id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
@@ -90,18 +90,18 @@ TEST_P(CoverStand, WorkspacesAndAShownDesktopKeepTheIconsCovered) {
 }
 
 TEST_P(CoverStand, IconsThatStartAnewComeUnderTheCover) {
-  const std::size_t count = covers.desk.iconWindows().size();
+  const std::size_t count = covers.iconWindows().size();
   desk.startIcons(DesktopIcons::None);
-  ASSERT_TRUE(desk.until([&] { return covers.desk.iconWindows().empty(); }));
+  ASSERT_TRUE(desk.until([&] { return covers.iconWindows().empty(); }));
   desk.startIcons(GetParam().icons);
-  ASSERT_TRUE(desk.until([&] { return covers.desk.iconWindows().size() == count; }));
+  ASSERT_TRUE(desk.until([&] { return covers.iconWindows().size() == count; }));
   (void)desk.settled();
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
 TEST_P(CoverStand, AnotherWindowManagerFindsTheCoverWhereItBelongs) {
   desk.startWindowManager(GetParam().windowManager);
-  ASSERT_TRUE(desk.until([&] { return covers.desk.everyMonitorIsCovered(); }));
+  ASSERT_TRUE(desk.until([&] { return covers.everyMonitorIsCovered(); }));
   EXPECT_EQ(covers.faultAfterAWhile(), "");
 }
 
@@ -111,19 +111,19 @@ INSTANTIATE_TEST_SUITE_P(On, CoverStand, testing::ValuesIn(allSurroundings()),
 // Which paints desktop windows in the order of their coming.
 TEST(CoverOnMuffin, ComesAnewAfterIconsThatComeAnew) {
   CoverDesk covers({.windowManager = WindowManager::Openbox});
-  const harness::XConnection& x = covers.desk.x();
+  const harness::XConnection& x = covers.x();
   const std::string name = "Mutter (Muffin)";
   xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE,
                       x.number(x.root(), "_NET_SUPPORTING_WM_CHECK").value(),
                       x.atom("_NET_WM_NAME"), x.atom("UTF8_STRING"), 8,
                       static_cast<std::uint32_t>(name.size()), name.data());
   ASSERT_NO_FATAL_FAILURE(covers.startCovered());
-  const Rect first = covers.desk.server().monitors().front();
+  const Rect first = covers.server().monitors().front();
   for (int time = 0; time < 2; ++time) {
     const xcb_window_t before = covers.firstCover();
     covers.openIconWindow(first);
-    EXPECT_TRUE(covers.desk.until([&] {
-      return covers.desk.everyMonitorIsCovered() && covers.firstCover() != before;
+    EXPECT_TRUE(covers.until([&] {
+      return covers.everyMonitorIsCovered() && covers.firstCover() != before;
     })) << time;
   }
 }
@@ -131,7 +131,7 @@ TEST(CoverOnMuffin, ComesAnewAfterIconsThatComeAnew) {
 // Which puts new desktop windows where it likes, and above its bars what asks to be below others.
 TEST(CoverOnAwesome, StandsOnItsMonitorBelowTheBar) {
   CoverDesk covers({});
-  harness::XDesk& desk = covers.desk;
+  harness::XDesk& desk = covers;
   const std::vector<Rect> monitors = desk.server().monitors();
   const auto awesome = desk.start({"awesome"});
   ASSERT_TRUE(desk.until([&] { return desk.panelAreas().size() == monitors.size(); }))

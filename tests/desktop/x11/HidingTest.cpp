@@ -194,9 +194,7 @@ TEST_P(HidingTest, AManagerThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
 TEST(MutterTest, WindowsOfAMonitorWithoutWorkspacesDoNotBecomeThoseOfAll) {
   HidingDesk desk(WindowManager::Mutter);
   // As it is in GNOME's own session.
-  ASSERT_TRUE(
-      desk.run({"gsettings", "set", "org.gnome.mutter", "workspaces-only-on-primary", "true"})
-          .succeeded());
+  desk.mustRun({"gsettings", "set", "org.gnome.mutter", "workspaces-only-on-primary", "true"});
   const auto beside = desk.open({.name = "beside", .area = {1400, 100, 200, 150}});
   ASSERT_TRUE(
       harness::until([&] { return desk.workspace(beside) == UINT32_MAX; }, harness::kPatience));
