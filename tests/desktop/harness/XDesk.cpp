@@ -91,7 +91,7 @@ bool XDesk::windowManagerTakesWindows() const {
   };
   const auto takesOne = [&] {
     const auto program = start({"xmessage", "-title", title, title});
-    return until(isManaged, 1s);
+    return until(isManaged, 3s);
   };
   return until([&] { return announced(*x_); }) && until(takesOne) &&
          until([&] { return !windows_->find(isCalled); });
