@@ -81,7 +81,7 @@ TEST_F(SingleInstanceTest, WithoutARuntimeFolderTheCacheServes) {
   fs::create_directory(root / "public");
   fs::permissions(root / "public", fs::perms::all);
   for (const fs::path& folder :
-       {fs::path(), fs::path("relative"), root / "missing", root / "public"}) {
+       {fs::path(), fs::relative(runtime), root / "missing", root / "public"}) {
     ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
     EXPECT_EQ(linux_desktop::runtimeFolder(), cache / "calmdeck") << folder;
     EXPECT_EQ(fs::status(cache / "calmdeck").permissions(), fs::perms::owner_all);

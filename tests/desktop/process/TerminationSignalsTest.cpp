@@ -74,8 +74,8 @@ TEST_F(TerminationSignalsTest, WhoUsedNohupIsNotHungUpOn) {
 TEST_F(TerminationSignalsTest, ALogoutEndsIt) {
   const TerminationSignals termination([this] { ++ends; });
   QEvent quit(QEvent::Quit);
-  QCoreApplication::sendEvent(&application_, &quit);
-  EXPECT_EQ(ends, 1);
+  for (int time = 0; time < 2; ++time) QCoreApplication::sendEvent(&application_, &quit);
+  EXPECT_EQ(ends, 1) << "once";
 }
 
 TEST_F(TerminationSignalsTest, AReaderThatIsGoneDoesNotEndTheProgram) {
