@@ -123,14 +123,4 @@ TEST(HotKeys, WhatNoKeyboardMakesOrProgramsNeedIsRefused) {
   EXPECT_EQ(keys.registers(3, kVK_F5, shiftKey), noErr);
 }
 
-TEST(HotKeys, AHungProgramHoldsUpNobody) {
-  KeysDesk keys;
-  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
-  keys.input().places({kControl, kAlt, kP});
-  keys.other().forget();
-  keys.input().places({kA});
-  EXPECT_EQ(keys.other().released(1), std::vector{kA});
-  EXPECT_TRUE(keys.hears({"pressed 1", "released 1"}));
-}
-
 }  // namespace

@@ -135,8 +135,8 @@ TEST(KeyTranslator, TellsKeysAsThePlatformDoes) {
   }
   keys.input().places({kMenu});
   EXPECT_EQ(keys.typed({kControl, kA}), "12 40000 71") << "Russian beside French";
-  keys.input().places({kMenu, kCapsLock});
-  EXPECT_EQ(keys.typed({kA}), "12 10000 71") << "Caps Lock is no Shift";
+  keys.input().places({kMenu, kCapsLock, kNumLock});
+  EXPECT_EQ(keys.typed({kA}), "12 10000 71") << "Caps Lock is no Shift, and Num Lock nothing";
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 
 #include <gmock/gmock.h>
 
-#include <QCoreApplication>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 
+#include "desktop/harness/EventLoopTest.h"
 #include "desktop/harness/PrivateHome.h"
 #include "desktop/harness/SessionBus.h"
 #include "desktop/linux/bus/BusObject.h"
@@ -71,9 +71,20 @@ class Portal {
                                             QVariant::fromValue(described(keys))});
   }
 
+  /// Says all of that of another program's.
+  void speakOfAnother(const QString& id) {
+    const QString own = std::exchange(session_, kPath + "/session/other");
+    press(id);
+    change({});
+    respond(kPath + "/request/other", 0, {});
+    session_ = own;
+  }
+
   [[nodiscard]] bool asks() const { return dialog_.has_value(); }
   /// "Control+Alt+p as CTRL+ALT+p", of the last dialog.
   [[nodiscard]] const std::vector<std::string>& wanted() const { return wanted_; }
+  /// How many of its sessions have been closed.
+  [[nodiscard]] int closed() const { return closed_; }
 
  private:
   static QList<PortalShortcut> described(const std::map<QString, QString>& keys) {
@@ -95,9 +106,20 @@ class Portal {
   QVariantList create(const QDBusMessage& call) {
     const auto options = qdbus_cast<QVariantMap>(call.arguments().at(0));
     session_ = handle(call, "session", options.value("session_handle_token").toString());
+    sessionObject_.emplace(bus_, session_, std::vector{closable()});
     const QString request = handle(call, "request", options.value("handle_token").toString());
     respond(request, 0, {{"session_handle", session_}});
     return {QVariant::fromValue(QDBusObjectPath(request))};
+  }
+  [[nodiscard]] linux_desktop::BusInterface closable() {
+    const auto close = [this](const QDBusMessage&) {
+      ++closed_;
+      return QVariantList();
+    };
+    return {.name = "org.freedesktop.portal.Session",
+            .methods = {{"Close", {{}, {}, close}}},
+            .properties = {},
+            .emitted = {}};
   }
   QVariantList bind(const QDBusMessage& call) {
     wanted_.clear();
@@ -118,11 +140,13 @@ class Portal {
   BusObject object_;
   QString caller_;
   QString session_;
+  std::optional<BusObject> sessionObject_;
+  int closed_ = 0;
   std::optional<QString> dialog_;
   std::vector<std::string> wanted_;
 };
 
-class PortalHotKeysTest : public testing::Test, private platform::port::HotKeysClient {
+class PortalHotKeysTest : public harness::EventLoopTest<>, private platform::port::HotKeysClient {
  protected:
   PortalHotKeysTest() { keys.setClient(this); }
   ~PortalHotKeysTest() override { QDBusConnection::disconnectFromBus(QStringLiteral("program")); }
@@ -142,11 +166,8 @@ class PortalHotKeysTest : public testing::Test, private platform::port::HotKeysC
       ASSERT_EQ(answer.type(), QDBusMessage::ReplyMessage);
     }
   }
-  [[nodiscard]] static bool until(const std::function<bool()>& fact) {
-    return harness::until(fact, harness::kPatience, [] { QCoreApplication::processEvents(); });
-  }
   [[nodiscard]] bool hears(const std::vector<std::string>& expected) {
-    const bool heard = until([&] { return events.size() >= expected.size(); });
+    const bool heard = soon([&] { return events.size() >= expected.size(); });
     EXPECT_EQ(events, expected);
     events.clear();
     return heard;
@@ -155,7 +176,7 @@ class PortalHotKeysTest : public testing::Test, private platform::port::HotKeysC
   void bindBoth() {
     ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
     ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
-    ASSERT_TRUE(until([&] { return portal->asks(); }));
+    ASSERT_TRUE(soon([&] { return portal->asks(); }));
     portal->answer(0, {{kP, "Ctrl+Alt+P"}, {kM, "Ctrl+Alt+M"}});
     ASSERT_TRUE(hears({"1 has Ctrl+Alt+P", "2 has Ctrl+Alt+M"}));
   }
@@ -190,16 +211,18 @@ TEST_F(PortalHotKeysTest, BothAreAskedForAtOnceAndFire) {
               ElementsAre("Control+Alt+p as CTRL+ALT+p", "Control+Alt+m as CTRL+ALT+m"));
   EXPECT_EQ(take(3, platform::kVK_ANSI_P), eventHotKeyExistsErr);
   portal->press(kP);
-  portal->release(kP);
+  for (int time = 0; time < 2; ++time) portal->release(kP);
   portal->press(kM);
   portal->press("something else");
+  portal->speakOfAnother(kP);
   portal->release(kM);
   EXPECT_TRUE(hears({"1 down", "1 up", "2 down", "2 up"}));
 }
 
 TEST_F(PortalHotKeysTest, TheListCountsAndNotTheCode) {
   ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
-  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  ASSERT_TRUE(soon([&] { return portal->asks(); }));
+  portal->speakOfAnother(kP);
   portal->answer(2, {{kP, "Press <Control><Alt>q"}});
   EXPECT_TRUE(hears({"1 has Press <Control><Alt>q"}));
   portal->change({{kP, "Ctrl+Alt+X"}});
@@ -211,23 +234,24 @@ TEST_F(PortalHotKeysTest, TheListCountsAndNotTheCode) {
 TEST_F(PortalHotKeysTest, WhatTheUserRefusesIsWithdrawnAndMayBeAskedForAgain) {
   ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
   ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
-  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  ASSERT_TRUE(soon([&] { return portal->asks(); }));
   portal->answer(0, {{kM, "Ctrl+Alt+M"}});
   EXPECT_TRUE(hears({"1 has none", "2 has Ctrl+Alt+M"}));
   EXPECT_EQ(take(3, platform::kVK_ANSI_P), noErr);
-  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  ASSERT_TRUE(soon([&] { return portal->asks(); }));
+  EXPECT_EQ(portal->closed(), 1);
   portal->answer(1, {});
   EXPECT_TRUE(hears({"2 has none", "3 has none"}));
 }
 
 TEST_F(PortalHotKeysTest, AnAnswerToWhatWasGivenBackMeanwhileSaysNothing) {
   ASSERT_EQ(take(1, platform::kVK_ANSI_P), noErr);
-  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  ASSERT_TRUE(soon([&] { return portal->asks(); }));
   keys.unregisterHotKey(1);
   portal->answer(0, {{kP, "Ctrl+Alt+P"}});
   ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
   awaitArrival();
-  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  ASSERT_TRUE(soon([&] { return portal->asks(); }));
   EXPECT_THAT(portal->wanted(), ElementsAre("Control+Alt+m as CTRL+ALT+m"));
   portal->answer(0, {{kM, "Ctrl+Alt+M"}});
   EXPECT_TRUE(hears({"2 has Ctrl+Alt+M"}));
@@ -246,7 +270,7 @@ TEST_F(PortalHotKeysTest, OneThatEndsIsStartedAndOneThatStartsAnewIsAskedAgain) 
   end();
   EXPECT_TRUE(until([&] { return std::filesystem::exists(started); }));
   start();
-  ASSERT_TRUE(until([&] { return portal->asks(); }));
+  ASSERT_TRUE(soon([&] { return portal->asks(); }));
   EXPECT_THAT(events, IsEmpty());
   portal->answer(0, {{kP, "Ctrl+Alt+P"}, {kM, "Ctrl+Alt+M"}});
   EXPECT_TRUE(hears({"1 has Ctrl+Alt+P", "2 has Ctrl+Alt+M"}));
@@ -255,9 +279,3 @@ TEST_F(PortalHotKeysTest, OneThatEndsIsStartedAndOneThatStartsAnewIsAskedAgain) 
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-  testing::InitGoogleMock(&argc, argv);
-  const QCoreApplication application(argc, argv);
-  return RUN_ALL_TESTS();
-}
