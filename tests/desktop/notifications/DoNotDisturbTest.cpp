@@ -125,6 +125,17 @@ TEST_P(SettingsOfADaemon, AreSwitchedAndAsBeforeAlsoWhenItHasEnded) {
   desk.expectNoComplaint();
 }
 
+TEST(LxqtTest, WhatNobodyHadSetIsUnsetAgain) {
+  QuietDesk desk({.notifications = NotificationDaemon::Lxqt});
+  const std::string before = "[General]\nplacement=top-right\n";
+  desk.desk().home().writeConfig("lxqt/notifications.conf", before);
+  desk.launch();
+  desk.toggle();
+  EXPECT_TRUE(desk.becomes(NotificationDaemon::Lxqt, true));
+  desk.toggle();
+  EXPECT_EQ(harness::textOf(desk.desk().home().config() / "lxqt/notifications.conf"), before);
+}
+
 TEST(MateTest, IsSilencedBeforeItsFirstNotification) {
   QuietDesk desk({.environment = {{"XDG_CURRENT_DESKTOP", "MATE"}}});
   constexpr NotificationDaemon kMate = NotificationDaemon::Mate;

@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <optional>
@@ -60,9 +61,13 @@ class NotificationStandIn final : public QDBusVirtualObject {
   }
   void close(uint id) {
     shown.erase(id);
+    bus_.send(closed(id));
+  }
+  /// As it says that.
+  [[nodiscard]] static QDBusMessage closed(uint id) {
     QDBusMessage signal = QDBusMessage::createSignal(kPath, kName, "NotificationClosed");
     signal.setArguments({id, 1U});
-    bus_.send(signal);
+    return signal;
   }
 
   /// As anybody may, or the user by hand.
@@ -138,6 +143,14 @@ class NotificationsTest : public harness::EventLoopTest<> {
 
  protected:
   using State = linux_desktop::NotificationDaemon::State;
+
+  /// Sends that from a connection of nobody's; it is on its way to all others afterwards.
+  void sendAsAnother(const QDBusMessage& signal) const {
+    QDBusConnection other = QDBusConnection::connectToBus(address, "other");
+    other.send(signal);
+    (void)other.interface()->isServiceRegistered(signal.interface());
+    QDBusConnection::disconnectFromBus("other");
+  }
 
   const QString address = QString::fromStdString(bus_.address());
   std::optional<NotificationStandIn> daemon;
