@@ -2,11 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <functional>
 #include <string>
 
+#include "desktop/harness/EventLoopTest.h"
 #include "platform/port/Windows.h"
 
 namespace {
@@ -29,20 +28,12 @@ class Client final : public platform::port::StatusItemClient {
   MenuOpening opening{*this};
 };
 
-class MenuOpeningTest : public testing::Test {
+class MenuOpeningTest : public harness::EventLoopTest<> {
  protected:
   void waitForTold(const std::string& text) {
-    QElapsedTimer clock;
-    clock.start();
-    while (client_.told != text && clock.elapsed() < 5000)
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(client_.told, text);
+    EXPECT_TRUE(soon([&] { return client_.told == text; })) << client_.told;
   }
 
-  int argc_ = 1;
-  char name_[5] = "test";
-  char* argv_[2] = {name_, nullptr};
-  QCoreApplication application_{argc_, argv_};
   Client client_;
 };
 
