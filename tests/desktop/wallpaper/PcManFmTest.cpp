@@ -37,7 +37,7 @@ class FileManagerDesk : public WallpaperDesk {
   [[nodiscard]] bool complainsOfSilence() {
     return program().process().complains("does not answer");
   }
-  const std::string old = picture("old.png", kRed);
+  const std::string old = picture("old%20.png", kRed);
 
  private:
   std::string file_;
@@ -57,6 +57,7 @@ TEST(LxqtSwap, OtherSettingsThatChangedMeanwhileStay) {
   lxqt.toggle();
   EXPECT_TRUE(lxqt.shows(0, kRed));
   EXPECT_TRUE(lxqt.stores("Wallpaper=" + lxqt.old));
+  EXPECT_THAT(lxqt.stored(), HasSubstr("changed=1"));
 }
 
 TEST(LxqtSwap, HungDesktopEndsWithWhatWasWishedLastAndIsOneLine) {

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <algorithm>
 #include <random>
 #include <utility>
@@ -22,30 +23,24 @@ namespace {
 using platform::Dictionary;
 using testing::HasSubstr;
 
-/// Shows nothing where it is laid out as "none", and then lays a new picture out as "zoomed".
 class Desktop final : public WallpaperAdapter {
  public:
   QString file = QStringLiteral("/old.png");
-  std::string layout = "none";
 
   std::optional<Backdrop> backdrop(const Monitor&) override {
     return Backdrop{.file = file, .style = BackdropStyle::Zoomed};
   }
   std::optional<WallpaperState> state(const Monitor&) override {
-    return WallpaperState{{{"file", file.toStdString()}, {"layout", layout}}, file};
+    return WallpaperState{{{"file", file.toStdString()}}, file};
   }
-  std::optional<Dictionary> options(const Monitor&) override {
-    return Dictionary{{"layout", layout}};
-  }
+  std::optional<Dictionary> options(const Monitor&) override { return Dictionary(); }
   std::optional<std::string> show(const Monitor&, const QString& wanted,
                                   const Dictionary&) override {
     file = wanted;
-    if (layout == "none") layout = "zoomed";
     return std::nullopt;
   }
   std::optional<std::string> restore(const Monitor&, const Dictionary& kept) override {
     file = QString::fromStdString(kept.at("file").as<std::string>().value());
-    layout = kept.at("layout").as<std::string>().value();
     return std::nullopt;
   }
   void setChanged(std::function<void()>) override {}
@@ -134,9 +129,11 @@ TEST_F(WallpaperPicturesTest, PictureThatTakesLongIsShownOnceItIsReadAndABrokenO
   const std::string chosen = save("chosen.png");
   WallpaperPictures::waitForPictures(0);
   const std::string old = pictures.path("one").value();
-  // Nothing comes in between, not even that it was read.
   EXPECT_EQ(set(chosen), "");
   EXPECT_EQ(set(old), "");
+  QThreadPool::globalInstance()->waitForDone();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(desktop->file, "/old.png") << "the last wish counts";
   const std::string answer = set(cutOff("cut.png"));
   EXPECT_TRUE(soon([&] {
     return (answer + complaints).find("cut.png is not a whole picture.") != std::string::npos;
@@ -161,21 +158,6 @@ TEST_F(WallpaperPicturesTest, NothingIsSetUnderAShellThatPaintsOverIt) {
   QCoreApplication::processEvents();  // who runs is looked for once a turn
   EXPECT_THAT(set(save("other.png")), HasSubstr("Nobody is known here"));
   bus.unregisterService(QStringLiteral("org.enlightenment.wm.service"));
-}
-
-TEST_F(WallpaperPicturesTest, LayoutThatHadToChangeGoesBackAndWhatTheUserChoseStays) {
-  WallpaperPictures::waitForPictures(3000);
-  const std::string chosen = save("chosen.png");
-  for (const std::string user : {"", "centred"}) {
-    desktop->layout = "none";
-    const std::string old = pictures.path("one").value();
-    EXPECT_EQ(set(chosen), "");
-    EXPECT_EQ(desktop->layout, "zoomed");
-    if (!user.empty()) desktop->layout = user;
-    EXPECT_EQ(set(old), "");
-    EXPECT_EQ(desktop->file, "/old.png");
-    EXPECT_EQ(desktop->layout, user.empty() ? "none" : user);
-  }
 }
 
 }  // namespace

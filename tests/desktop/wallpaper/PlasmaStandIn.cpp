@@ -1,5 +1,5 @@
 // The part of plasmashell that its scripting reaches, for screens side by side: it answers the
-// scripts that read and write without running them, and prints "read" or what the one that writes
+// scripts that read and write without running them, and prints "asked" or what the one that writes
 // was given. Its argument is the picture on the second screen, and on a third; the first has a
 // colour. A second argument makes that screen a slide show which shows this one instead, without a
 // note of it where scripts read, as in Plasma 6. No screen takes a picture whose path has "refused"
@@ -43,7 +43,7 @@ class Shell final : public QDBusVirtualObject {
     static const QRegularExpression wanted(QStringLiteral("const wanted = (\\{.*\\});"));
     const QRegularExpressionMatch match = wanted.match(script);
     if (match.hasMatch()) return write(match.captured(1).toUtf8());
-    say("read");
+    say("asked");
     return read();
   }
 
