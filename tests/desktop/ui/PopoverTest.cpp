@@ -36,40 +36,19 @@ struct Row {
 
 TEST(PopoverPlacementTest, StandsBesideThePanelAtTheItemAndInsideTheMonitor) {
   const std::array rows{
-      Row{"top, in the middle", {{600, 15}, {}}, kMonitor, {kTop}, {450, 34}},
       Row{"top, at the right end", {{1270, 15}, {}}, kMonitor, {kTop}, {976, 34}},
-      Row{"top, at the left end", {{5, 15}, {}}, kMonitor, {kTop}, {4, 34}},
-      Row{"bottom", {{1200, 700}, {}}, kMonitor, {kBottom}, {976, 276}},
-      Row{"left", {{20, 300}, {}}, kMonitor, {kLeft}, {52, 100}},
       Row{"left, at the lower end", {{20, 715}, {}}, kMonitor, {kLeft}, {52, 316}},
       Row{"right", {{1260, 20}, {}}, kMonitor, {kRight}, {936, 4}},
-      Row{"two panels, item in the lower one",
-          {{1270, 700}, {}},
-          kMonitor,
-          {kTop, kBottom},
-          {976, 276}},
-      Row{"corner of two panels belongs to the one that is under it",
-          {{20, 700}, {}},
-          kMonitor,
-          {kBottom, kRight},
-          {4, 276}},
-      Row{"a panel that hides itself is not covered",
-          {{640, 705}, {}},
-          kMonitor,
-          {kHiding},
-          {490, 286}},
+      Row{"the lower of two panels", {{1270, 700}, {}}, kMonitor, {kTop, kBottom}, {976, 276}},
+      Row{"a corner of two panels", {{20, 700}, {}}, kMonitor, {kBottom, kRight}, {4, 276}},
+      Row{"a panel that hides itself", {{640, 705}, {}}, kMonitor, {kHiding}, {490, 286}},
       Row{"the tray knows its panel, its window is not listed",
           {{1100, 10}, QRect(0, 0, 1280, 24)},
           kMonitor,
           {},
           {950, 28}},
       Row{"nothing known: the nearest edge", {{1200, 5}, {}}, kMonitor, {}, {976, 4}},
-      Row{"second monitor, shorter",
-          {{2290, 580}, {}},
-          kSecond,
-          {kTop, kSecondBottom},
-          {2000, 166}},
-      Row{"second monitor, inner edge", {{1300, 300}, {}}, kSecond, {kSecondLeft}, {1324, 100}},
+      Row{"a shorter monitor", {{2290, 580}, {}}, kSecond, {kTop, kSecondBottom}, {2000, 166}},
   };
   for (const Row& row : rows) {
     const QRect placed = placePopover(row.anchor, kSize, row.monitor, row.panels);
@@ -128,16 +107,6 @@ TEST_F(OutsideActsTest, PressAndTheLossOfTheKeyboardThatFollowsAreOneAct) {
   EXPECT_EQ(reports, 2);
 }
 
-TEST_F(OutsideActsTest, PressOnAPanelWaitsForTheStatusItem) {
-  acts.pressedOnPanel();
-  acts.lostKeyboard();
-  EXPECT_EQ(reports, 0);
-  acts.itemActivated();
-  acts.lostKeyboard();
-  letTimePass();
-  EXPECT_EQ(reports, 0);
-}
-
 TEST_F(OutsideActsTest, PressOnAPanelBesideTheItemCountsOnce) {
   acts.pressedOnPanel();
   acts.lostKeyboard();
@@ -147,14 +116,18 @@ TEST_F(OutsideActsTest, PressOnAPanelBesideTheItemCountsOnce) {
   EXPECT_EQ(reports, 1);
 }
 
-TEST_F(OutsideActsTest, ItemThatSpeaksBeforeItsPressIsSeenIsUnderstood) {
+TEST_F(OutsideActsTest, ItemThatSpeaksBeforeOrAfterItsPressIsSeenIsUnderstood) {
   acts.itemActivated();
   acts.pressedOnPanel();
   letTimePass();
   EXPECT_EQ(reports, 0);
   time += 5s;
   acts.pressedOnPanel();
-  EXPECT_TRUE(until([this] { return reports == 1; }));
+  acts.lostKeyboard();
+  EXPECT_EQ(reports, 0);
+  acts.itemActivated();
+  letTimePass();
+  EXPECT_EQ(reports, 0);
 }
 
 }  // namespace

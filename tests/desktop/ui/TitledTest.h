@@ -32,12 +32,7 @@ class TitledTest : public UiTest, public platform::NSWindowDelegate {
   void windowShouldClose() override { ++closes; }
   void userActedElsewhere() override {}
 
-  /// Shows the window; returns when it has the keyboard.
-  void show() {
-    window->show(platform::port::PlacedByDesktop{});
-    window->makeKeyWindow();
-    EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
-  }
+  void show() { present(*window, platform::port::PlacedByDesktop{}); }
 
   template <class Widget = QWidget>
   static Widget& widgetOf(const platform::NSView& view) {

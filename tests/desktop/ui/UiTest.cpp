@@ -84,6 +84,12 @@ bool UiTest::until(const std::function<bool()>& fact) {
   return fact();
 }
 
+void UiTest::present(platform::NSWindow& window, const platform::port::Placement& placement) {
+  window.show(placement);
+  window.makeKeyWindow();
+  EXPECT_TRUE(until([&] { return window.isKeyWindow(); }));
+}
+
 linux_desktop::PanelWindow* UiTest::shown() {
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     auto* window = dynamic_cast<linux_desktop::PanelWindow*>(widget);

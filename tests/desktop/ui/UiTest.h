@@ -60,6 +60,8 @@ class UiTest : public ::testing::Test {
 
   /// Handles events until `fact` holds; false when it still does not after twenty seconds.
   static bool until(const std::function<bool()>& fact);
+  /// Shows the window; returns when it has the keyboard.
+  static void present(platform::NSWindow& window, const platform::port::Placement& placement);
   /// Handles what has arrived.
   static void settle();
   /// What is on the screen of the test's window; null while nothing is.
