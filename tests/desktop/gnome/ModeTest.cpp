@@ -58,14 +58,6 @@ class GnomeModeTest : public testing::Test {
   harness::Image before;
 };
 
-TEST_F(GnomeModeTest, CoversAndHidesAndBringsEverythingBack) {
-  for (int round = 0; round < 2; ++round) {
-    turnOn();
-    desk.toggleMode();
-    EXPECT_TRUE(isAsBefore());
-  }
-}
-
 TEST_F(GnomeModeTest, KeepsPressesFromIconsAlsoOfMonitorsThatComeLater) {
   const auto monitors = [&] { return desk.seen().width / GnomeDesk::kMonitorWidth; };
   desk.setMonitors(1);
