@@ -73,7 +73,8 @@ class KdeHotKeys : public testing::Test {
     for (const std::uint8_t place : places) keys.input().placeUp(place);
   }
 
-  KeysDesk keys{"KDE"};
+  std::optional<KeysDesk> program{std::in_place, "KDE"};
+  KeysDesk& keys = *program;
   std::unique_ptr<harness::Process> service;
 };
 
@@ -136,6 +137,18 @@ TEST_F(KdeHotKeys, AServiceThatStartsAnewIsToldAgain) {
   startService();
   ASSERT_TRUE(keys.until([&] { return isTaken(); }));
   EXPECT_TRUE(pressIsReported(0));
+}
+
+TEST_F(KdeHotKeys, TheyAreNobodysWhenTheProgramHasEnded) {
+  const auto areActive = [&bus = keys.desk().bus()] {
+    const auto told =
+        bus.call(kService, "/component/calmdeck", "org.kde.kglobalaccel.Component.isActive", {});
+    return told && told->find("true") != std::string::npos;
+  };
+  ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
+  EXPECT_TRUE(areActive());
+  program.reset();
+  EXPECT_FALSE(areActive());
 }
 
 TEST_F(KdeHotKeys, WhereTheServiceHangsOrCannotNameThemTheKeyboardIsGrabbed) {
