@@ -28,8 +28,10 @@ constexpr std::array kRows{
     // 1.3.5 puts each below where it is to be above, and lists them in the order of their age.
     Row{"Fluxbox", {.restacks = false, .activates = true}},
     Row{"Enlightenment", {.firstWay = ShowWay::Activate, .paintsBackground = true}},
-    Row{"i3", {.hides = false}}, Row{"JWM", {.stacksDownwards = true}},  // 2.4
-    Row{"awesome", {.goesByTypeAlone = true}},                           // 4.3
+    Row{"i3", {.hides = false}},
+    // 0.17 lists what it does not show as hidden, and minimises by a hook that few configure.
+    Row{"xmonad", {.hides = false}}, Row{"JWM", {.stacksDownwards = true}},  // 2.4
+    Row{"awesome", {.goesByTypeAlone = true}},                               // 4.3
 };
 
 }  // namespace
