@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <regex>
 #include <string>
 
 #include "desktop/program/ProgramDesk.h"
@@ -111,6 +112,26 @@ TEST_F(PanelUseTest, ARowFollowsTheProgramThatItDependsOn) {
   desk.mustRun({CALMDECK_PROGRAM});
   EXPECT_TRUE(reads("Not on this desktop: no program can hide the windows of others"));
   EXPECT_THAT(complaints("notifications"), testing::IsEmpty()) << "nobody asked for it";
+}
+
+// As Enlightenment, which reads the menu once and tells of nothing but the choice.
+TEST_F(PanelUseTest, ItsMenuIsWholeAndServesBeforeAnybodyHasOpenedIt) {
+  ASSERT_TRUE(start());
+  harness::SessionBus& bus = desk.bus();
+  const std::string watcher = "org.kde.StatusNotifierWatcher";
+  const std::string items =
+      bus.property(watcher, "/StatusNotifierWatcher", watcher, "RegisteredStatusNotifierItems")
+          .value();
+  std::smatch item;
+  ASSERT_TRUE(std::regex_search(items, item, std::regex("(:[0-9.]+)(/[A-Za-z]+)"))) << items;
+  const auto tellMenu = [&](const std::string& method, const std::vector<std::string>& arguments) {
+    return bus.call(item[1], item[2].str() + "/Menu", "com.canonical.dbusmenu." + method, arguments)
+        .value_or("");
+  };
+  EXPECT_THAT(tellMenu("GetLayout", {"int32:0", "int32:-1", "array:string:"}),
+              testing::AllOf(testing::HasSubstr("Check for Updates"), testing::HasSubstr("Quit")));
+  (void)tellMenu("Event", {"int32:3", "string:clicked", "variant:int32:0", "uint32:0"});
+  EXPECT_EQ(program->waitForExit(), (harness::ProcessEnd{0, 0}));
 }
 
 class WithoutTrayTest : public testing::Test, public PanelDesk {

@@ -52,14 +52,12 @@ namespace {
 
 constexpr int kRoot = 0;
 
-/// What the panel is shown before the first menu is attached: blank lines, as many and as wide as
-/// the application's. xfce4-panel 4.18 reads the list when the icon appears; a right click on an
-/// icon with an empty list opens its own menu, and GTK never makes a menu larger that is already
-/// open. So a menu of another length is whole from its second opening on.
+/// What the panel is shown before the first menu is attached: the application's. xfce4-panel 4.18
+/// reads the list when the icon appears; a right click on an icon with an empty list opens its own
+/// menu, and GTK never makes a menu larger that is already open. Enlightenment 0.25 reads it then,
+/// too, and tells only what is chosen of it.
 QStringList expectedTitles() {
-  const qsizetype longest = localized("Check for Updates").size();
-  // Three letters in five are as wide as a letter is high.
-  return QStringList(3, QString(longest * 3 / 5, QChar(0x2003)));
+  return {localized("Preferences"), localized("Check for Updates"), localized("Quit")};
 }
 
 template <class T>
@@ -74,10 +72,7 @@ const char* textDirection() {
 }  // namespace
 
 DBusMenu::DBusMenu(const QDBusConnection& connection, MenuOpening& opening)
-    : opening_(opening),
-      expected_(expectedTitles()),
-      titles_(expected_),
-      object_(connection, kPath, {makeInterface()}) {}
+    : opening_(opening), titles_(expectedTitles()), object_(connection, kPath, {makeInterface()}) {}
 
 BusInterface DBusMenu::makeInterface() {
   registerBusTypes<LayoutItem, ItemProperties, QList<ItemProperties>, RemovedProperties,
@@ -185,6 +180,7 @@ void DBusMenu::handleEvent(int id, const QString& name) {
   if (id == kRoot && name == "opened") opening_.begin(MenuOpening::Sign::Opened);
   if (id == kRoot && name == "closed") opening_.endUnlessChosen();
   if (id != kRoot && knows(id) && name == "clicked") {
+    if (!opening_.inProgress()) opening_.begin(MenuOpening::Sign::Opened);
     opening_.choose(static_cast<std::size_t>(id - 1));
   }
 }
@@ -197,8 +193,7 @@ QVariantMap DBusMenu::propertiesOf(int id) const {
   if (id == kRoot) return {{"children-display", "submenu"}};
   if (!knows(id)) return {};
   // An underscore marks an access key, two stand for one.
-  return {{"label", QString(titles_[id - 1]).replace('_', "__")},
-          {"enabled", titles_ != expected_}};
+  return {{"label", QString(titles_[id - 1]).replace('_', "__")}, {"enabled", true}};
 }
 
 }  // namespace linux_desktop

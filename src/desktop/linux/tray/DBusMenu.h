@@ -39,7 +39,6 @@ class DBusMenu {
   [[nodiscard]] LayoutItem layoutOf(int id, int depth) const;
 
   MenuOpening& opening_;
-  QStringList expected_;
   QStringList titles_;
   uint revision_ = 1;
   BusObject object_;
