@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QDateTime>
 #include <QTemporaryDir>
+#include <string>
 
 #include "desktop/linux/wallpaper/BackdropRenderer.h"
 #include "desktop/linux/wallpaper/PcManFmRestart.h"
@@ -44,6 +45,37 @@ TEST_F(BackdropRendererTest, ShellsBeginATileInTheMiddleAndOnesOfTheMonitorsSize
   // At its own 20 pixels one begins 15 into the monitor; of 50 pixels therefore at 37.
   for (const auto& [x, colour] : {std::pair(5, Qt::red), {25, Qt::blue}, {45, Qt::red}})
     EXPECT_EQ(image.pixelColor(x, 5), QColor(colour)) << x;
+}
+
+// No shell that mutter draws for is among those whose pixels the tests compare.
+TEST(BackdropGeometry, MutterRoundsAsItPaints) {
+  const QRect area(1280, 10, 1024, 600);
+  const struct {
+    QSize picture;
+    BackdropStyle style;
+    QRect place;
+  } rows[] = {{{1600, 900}, BackdropStyle::Fitted, {1280, 22, 1024, 576}},
+              {{999, 600}, BackdropStyle::Fitted, {1293, 10, 999, 600}},
+              {{1600, 903}, BackdropStyle::Zoomed, {1261, 10, 1063, 600}}};
+  for (const auto& row : rows)
+    EXPECT_EQ(placedPicture(row.picture, area, row.style, SizeRounding::AsMutter), row.place);
+}
+
+TEST_F(BackdropRendererTest, ByGlAPixelIsBetweenFourOfThePictureOrOfItsHalf) {
+  const Monitor monitor{QStringLiteral("small"), {0, 0, 12, 12}};
+  BackdropLayout layout{.desktop = monitor.pixels()};
+  layout.manner.scalesByGl = true;
+  // The first pixel's middle is a sixth or a third of the way from a black column to a white one.
+  for (const auto& [width, grey] : {std::pair(16, 255 / 6), {20, 255 / 3}, {32, 255 / 2}}) {
+    QImage columns(width, width, QImage::Format_RGB32);
+    columns.fill(Qt::white);
+    for (int x = 0; x < width; x += 2) {
+      for (int y = 0; y < width; ++y) columns.setPixelColor(x, y, Qt::black);
+    }
+    const Backdrop backdrop{.file = save(columns, (std::to_string(width) + ".png").c_str()),
+                            .style = BackdropStyle::Stretched};
+    EXPECT_NEAR(qRed(renderBackdrop(backdrop, monitor, layout).pixel(0, 6)), grey, 3) << width;
+  }
 }
 
 TEST_F(BackdropRendererTest, GrotesqueProportionsCostNoMemory) {

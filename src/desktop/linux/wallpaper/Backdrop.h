@@ -76,11 +76,14 @@ struct Backdrop {
 /// What becomes of a scaled size that is no whole number of pixels. Cut off after a calculation in
 /// floating point, also a whole number can lose a pixel, and with it every pixel of the picture
 /// moves.
-enum class SizeRounding { Down, DownInFloat, DownInDouble, Nearest, Up };
+enum class SizeRounding { Down, DownInFloat, DownInDouble, AsMutter, Nearest, Up };
 
 /// The finer points in which one desktop draws a picture differently from another.
 struct BackdropManner {
   SizeRounding rounding = SizeRounding::Down;
+  /// A scaled picture is made by GL, between four pixels, of itself or, where it is more than twice
+  /// as large, of its half, quarter and so on; rather than of all the pixels that one is over.
+  bool scalesByGl = false;
   /// Turns a photograph upright as its EXIF orientation says.
   bool turnsUpright = false;
   /// Tiles are laid from the corner of the whole desktop rather than from each monitor's own.

@@ -35,6 +35,7 @@ int rounded(double length, SizeRounding rounding) {
       return static_cast<int>(length + kLastBits);
     case SizeRounding::DownInFloat:
     case SizeRounding::DownInDouble:
+    case SizeRounding::AsMutter:
       return static_cast<int>(length);
     case SizeRounding::Nearest:
       return static_cast<int>(std::lround(length));
@@ -42,6 +43,20 @@ int rounded(double length, SizeRounding rounding) {
       return static_cast<int>(std::ceil(length - kLastBits));
   }
   return 0;
+}
+
+/// All in floats; what fills a side is as long as that, and each half is cut by itself.
+QRect placedAsByMutter(const QSize& picture, const QRect& area, bool zooms) {
+  const float across = static_cast<float>(area.width()) / static_cast<float>(picture.width());
+  const float down = static_cast<float>(area.height()) / static_cast<float>(picture.height());
+  QSize size = area.size();
+  if (zooms ? across > down : across < down) {
+    size.setHeight(static_cast<int>(static_cast<float>(picture.height()) * across));
+  } else {
+    size.setWidth(static_cast<int>(static_cast<float>(picture.width()) * down));
+  }
+  const QPoint offset(area.width() / 2 - size.width() / 2, area.height() / 2 - size.height() / 2);
+  return {area.topLeft() + offset, size.expandedTo({1, 1})};
 }
 
 QSize scaled(const QSize& picture, double factor, SizeRounding rounding) {
@@ -54,6 +69,9 @@ QSize scaled(const QSize& picture, double factor, SizeRounding rounding) {
 QRect placedPicture(const QSize& picture, const QRect& area, BackdropStyle style,
                     SizeRounding rounding) {
   if (picture.isEmpty() || area.isEmpty()) return {};
+  const bool zooms = style == BackdropStyle::Zoomed;
+  if (rounding == SizeRounding::AsMutter && (zooms || style == BackdropStyle::Fitted))
+    return placedAsByMutter(picture, area, zooms);
   const double across = quotient(area.width(), picture.width(), rounding);
   const double down = quotient(area.height(), picture.height(), rounding);
   switch (style) {
@@ -114,15 +132,27 @@ void drawTiles(QPainter& painter, const QImage& picture, const QRect& area, cons
 /// Larger ones are not made in full when only a part of them is in sight.
 constexpr qint64 kLargestScaled = 64'000'000;  // pixels
 
-void drawScaled(QPainter& painter, const QImage& picture, const QRect& place) {
+/// Its half, or half of that, and so on, which is at most twice as large as `size`: what GL takes
+/// with the bias of half a level that mutter gives it.
+QImage halvedTowards(const QSize& size, QImage picture) {
+  double times = static_cast<double>(picture.width()) / size.width();
+  for (; times > 2; times /= 2) {
+    const QSize half = QSize(picture.width() / 2, picture.height() / 2).expandedTo({1, 1});
+    picture = picture.scaled(half, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  }
+  return picture;
+}
+
+void drawScaled(QPainter& painter, const QImage& picture, const QRect& place, bool byGl) {
+  const bool isSmall = qint64{place.width()} * place.height() <= kLargestScaled;
   if (picture.size() == place.size()) {
     painter.drawImage(place.topLeft(), picture);
-  } else if (qint64{place.width()} * place.height() <= kLargestScaled) {
+  } else if (isSmall && !byGl) {
     painter.drawImage(place.topLeft(), picture.scaled(place.size(), Qt::IgnoreAspectRatio,
                                                       Qt::SmoothTransformation));
   } else {
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(place, picture);
+    painter.drawImage(place, byGl ? halvedTowards(place.size(), picture) : picture);
   }
 }
 
@@ -193,7 +223,7 @@ void drawPicture(QPainter& painter, const Backdrop& backdrop, const Monitor& mon
   if (placing.style == BackdropStyle::Tiled) {
     drawTiles(painter, picture.image, placing.area, monitor.pixels(), layout);
   } else {
-    drawScaled(painter, picture.image, placing.of(picture.size));
+    drawScaled(painter, picture.image, placing.of(picture.size), layout.manner.scalesByGl);
   }
 }
 

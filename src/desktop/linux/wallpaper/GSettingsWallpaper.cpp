@@ -142,7 +142,8 @@ class GSettingsWallpaper final : public WallpaperAdapter {
   }
 
   [[nodiscard]] BackdropManner manner() const override {
-    return {.rounding = desktop_.composed ? SizeRounding::DownInFloat : SizeRounding::Nearest,
+    return {.rounding = desktop_.composed ? SizeRounding::AsMutter : SizeRounding::Nearest,
+            .scalesByGl = desktop_.composed,
             .turnsUpright = true,
             .tilesFromDesktopOrigin = true,
             .centersTiles = desktop_.composed,
