@@ -103,16 +103,6 @@ TEST_F(DaemonNotifierTest, TheDaemonGetsOurNameAndTheTextAsItIs) {
   EXPECT_EQ(call.hints.value("transient"), true);
 }
 
-TEST_F(DaemonNotifierTest, TwentyPressesLeaveOneAndTheLastTextStands) {
-  startDaemon();
-  Sender sender(address);
-  for (int press = 1; press <= 20; ++press) ASSERT_TRUE(sender.show(std::to_string(press)));
-  ASSERT_TRUE(soon([&] { return !daemon->calls.empty() && daemon->calls.back().summary == "20"; }));
-  EXPECT_THAT(summaries(), ElementsAre("1", "20")) << "one call on its way";
-  EXPECT_EQ(daemon->shown.size(), 1U);
-  EXPECT_THAT(warnings, IsEmpty());
-}
-
 TEST_F(DaemonNotifierTest, OneThatIsClosedIsNotReplaced) {
   startDaemon();
   Sender sender(address);
