@@ -111,15 +111,6 @@ class StandardOutputStreamTest : public ::testing::TestWithParam<int> {
   FileDescriptor reading_, writing_;
 };
 
-TEST_P(StandardOutputStreamTest, ALineIsInThePipeAtOnce) {
-  StandardOutputStream output(writing_.get());
-  output.print("Presentation mode is on");
-  EXPECT_EQ(read(), "Presentation mode is on\n");
-  const std::string longLine(20'000, 'x');
-  output.print(longLine);
-  EXPECT_EQ(read(), longLine + "\n");
-}
-
 TEST_P(StandardOutputStreamTest, AReaderThatDoesNotReadCostsLinesAndNoTime) {
   StandardOutputStream output(writing_.get());
   const std::string line(1000, 'x');
