@@ -74,6 +74,11 @@ bool isEdge(std::uint32_t left, std::uint32_t right) {
   return false;
 }
 
+std::string whyNot(const xcb_generic_error_t* error) {
+  return error == nullptr ? "the server is gone"
+                          : "X error " + std::to_string(static_cast<int>(error->error_code));
+}
+
 bool liesIn(const std::vector<Rect>& areas, int x, int y) {
   return std::ranges::any_of(areas, [&](const Rect& area) { return area.contains(x, y); });
 }
@@ -149,8 +154,10 @@ Image imageOf(const XConnection& x, xcb_drawable_t drawable, const Rect& wanted)
       x.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, static_cast<std::int16_t>(inside.x),
       static_cast<std::int16_t>(inside.y), static_cast<std::uint16_t>(inside.width),
       static_cast<std::uint16_t>(inside.height), ~0U);
-  const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x.get(), cookie, nullptr));
-  if (!reply) throw std::runtime_error("the screen cannot be read");
+  xcb_generic_error_t* failure = nullptr;
+  const XReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(x.get(), cookie, &failure));
+  const XReply<xcb_generic_error_t> error(failure);
+  if (!reply) throw std::runtime_error("the screen cannot be read: " + whyNot(error.get()));
   const std::size_t each = reply->depth > 16 ? 4 : 2;
   // Rows end at whole words.
   const std::size_t stride = (each * static_cast<std::size_t>(inside.width) + 3) / 4 * 4;
