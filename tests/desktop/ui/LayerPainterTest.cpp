@@ -60,22 +60,6 @@ const NSColor kBlue{NSColor::RGBA{0, 0, 1, 1}};
 
 class LayerPainterTest : public UiTest {};
 
-TEST_F(LayerPainterTest, BorderLiesInsideTheEdgeAtAnyScale) {
-  const auto view = layered({0, 0, 30, 20}, kRed);
-  view->layer()->setBorderWidth(3);
-  view->layer()->setBorderColor(kGreen);
-  for (const double ratio : {1.0, 1.5, 2.0}) {
-    const Picture picture = paint(*view, {}, ratio);
-    EXPECT_EQ(picture.at(1, 10), QColor(Qt::green)) << ratio;
-    EXPECT_EQ(picture.at(28.5, 10), QColor(Qt::green)) << ratio;
-    EXPECT_EQ(picture.at(15, 19), QColor(Qt::green)) << ratio;
-    EXPECT_EQ(picture.at(15, 10), QColor(Qt::red)) << ratio;
-    EXPECT_EQ(picture.at(4, 10), QColor(Qt::red)) << ratio;
-    EXPECT_EQ(picture.at(-1, 10), QColor(Qt::white)) << ratio;
-    EXPECT_EQ(picture.at(31, 10), QColor(Qt::white)) << ratio;
-  }
-}
-
 TEST_F(LayerPainterTest, BorderAsWideAsHalfTheViewFillsItWithoutFringe) {
   const auto view = layered({0, 0, 34, 16}, kRed);
   view->layer()->setCornerRadius(8);
