@@ -92,49 +92,42 @@ TEST_F(RecorderTest, PressesWithoutAModifierOrACharacterLeaveTheRowRecording) {
   EXPECT_EQ(look(muteMic), showing("⌃k"));
 }
 
-TEST_F(RecorderTest, WhatProgramsUseCommandAloneForIsRefusedAndTheRowKeepsRecording) {
-  launchAndOpen();
-  record(toggleApp);
-  for (const char* characters :
-       {"c", "v", "z", "f", ",", "h", "q", "n", "a", "x", "\r", "m", "-", "+", "<", "Q"}) {
-    SCOPED_TRACE(characters);
-    desk.output.lines.clear();
-    desk.log.clear();
-    pressKey(8, Bits::Command | Bits::CapsLock, characters);
-    ASSERT_EQ(desk.screen.alerts().size(), 1U);
-    EXPECT_EQ(desk.screen.alerts()[0],
-              (simulated::SimulatedWindows::ShownAlert{
-                  "Please use a different key combination.", 1, {"OK"}, true}));
-    EXPECT_EQ(look(toggleApp), kRecording);
-    EXPECT_TRUE(shortcutState().currentShortcutModifiers.isEmpty());
-    dismissSheet();
-    EXPECT_EQ(look(toggleApp), kRecording);
-    EXPECT_THAT(desk.screen.alerts(), IsEmpty());
-    EXPECT_EQ(desk.log.calls("defaults"), Lines{});
-    EXPECT_EQ(desk.log.calls("hotKeys"), Lines{});
-    EXPECT_EQ(desk.output.lines, Lines{"8"});
-  }
-  pressKey(8, Bits::Command | Bits::Control, "c");
-  EXPECT_EQ(look(toggleApp), showing("⌃⌘c"));
-}
-
-TEST_F(RecorderTest, WhatTheDesktopGivesToNobodyIsRefusedInTheSameWay) {
+TEST_F(RecorderTest, WhatBelongsToProgramsOrToNobodyIsRefusedAndTheRowKeepsRecording) {
   desk.keys.reserved = {{platform::kVK_ANSI_C, controlKey}, {platform::kVK_ANSI_A, controlKey}};
+  const struct {
+    std::uint32_t flags;
+    std::vector<const char*> characters;
+  } rows[] = {
+      {Bits::Command | Bits::CapsLock,
+       {"c", "v", "z", "f", ",", "h", "q", "n", "a", "x", "\r", "m", "-", "+", "<", "Q"}},
+      // The last one names no key, and so stands for the key A.
+      {Bits::Control, {"c", "C", "ö"}},
+  };
   launchAndOpen();
   record(toggleApp);
-  // The last one names no key, and so stands for the key A.
-  for (const char* characters : {"c", "C", "ö"}) {
-    SCOPED_TRACE(characters);
-    pressKey(8, Bits::Control, characters);
-    ASSERT_EQ(desk.screen.alerts().size(), 1U);
-    EXPECT_EQ(desk.screen.alerts()[0].message, "Please use a different key combination.");
-    dismissSheet();
-    EXPECT_EQ(look(toggleApp), kRecording);
+  desk.log.clear();
+  for (const auto& row : rows) {
+    for (const char* characters : row.characters) {
+      SCOPED_TRACE(characters);
+      pressKey(8, row.flags, characters);
+      EXPECT_EQ(desk.screen.alerts(),
+                (std::vector{simulated::SimulatedWindows::ShownAlert{
+                    "Please use a different key combination.", 1, {"OK"}, true}}));
+      EXPECT_EQ(look(toggleApp), kRecording);
+      EXPECT_TRUE(shortcutState().currentShortcutModifiers.isEmpty());
+      dismissSheet();
+      EXPECT_EQ(look(toggleApp), kRecording);
+      EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+    }
   }
   EXPECT_EQ(desk.log.calls("defaults"), Lines{});
   EXPECT_EQ(desk.log.calls("hotKeys"), Lines{});
-  pressKey(8, Bits::Control | Bits::Shift, "C");
-  EXPECT_EQ(look(toggleApp), showing("⌃⇧C"));
+  for (const auto& [added, label] :
+       {std::pair{Bits::Command, "⌃⌘c"}, std::pair{Bits::Shift, "⌃⇧c"}}) {
+    pressKey(8, Bits::Control | added, "c");
+    EXPECT_EQ(look(toggleApp), showing(label));
+    record(toggleApp);
+  }
 }
 
 TEST_F(RecorderTest, RecordingAnotherRowGivesTheFirstItsShortcutBack) {
