@@ -10,7 +10,6 @@
 
 #include "desktop/simulated/SimulatedDesktop.h"
 #include "platform/Runtime.h"
-#include "platform/appkit/NSViewController.h"
 #include "platform/foundation/NSCoder.h"
 #include "platform/foundation/NSNotificationCenter.h"
 
@@ -79,22 +78,6 @@ class Listener final : public platform::NSObject {
                                                             .messages = messages};
     return description;
   }
-};
-
-/// The controller of an empty view. Notes what it is told.
-class Content final : public platform::NSViewController {
- public:
-  explicit Content(std::vector<std::string>& told) : told_(told) {
-    setLoader([](NSViewController&) { return std::make_shared<platform::NSView>(); });
-  }
-  void viewDidLoad() override { told_.emplace_back("viewDidLoad"); }
-  void viewWillAppear() override { told_.emplace_back("viewWillAppear"); }
-  void viewDidAppear() override { told_.emplace_back("viewDidAppear"); }
-  void viewWillDisappear() override { told_.emplace_back("viewWillDisappear"); }
-  void viewDidDisappear() override { told_.emplace_back("viewDidDisappear"); }
-
- private:
-  std::vector<std::string>& told_;
 };
 
 }  // namespace tests

@@ -62,35 +62,6 @@ TEST_F(NSRunLoopTest, WhatArrivesDuringASleepTakesEffectAfterItOnceAndInOrder) {
   EXPECT_EQ(order.back(), "later");
 }
 
-TEST_F(NSRunLoopTest, WhatAnEventHasQueuedRunsWithAllItsHopsBeforeTheNextEvent) {
-  const auto handOn = [this](const std::string& what) {
-    return [this, what] {
-      order.push_back(what);
-      DispatchQueue::globalQueue().async([this, what] {
-        order.push_back(what + ", handed on");
-        DispatchQueue::mainQueue().async(note(what + ", and back"));
-      });
-    };
-  };
-  for (const char* event : {"first", "second"}) loop().deliver(handOn(event));
-  loop().deliver(note("third"));
-  desk.loop.settle();
-  EXPECT_EQ(order, (Order{"first", "first, handed on", "first, and back", "second",
-                          "second, handed on", "second, and back", "third"}));
-}
-
-TEST_F(NSRunLoopTest, AnEventThatWasHeldBackMaySleepItself) {
-  arrivesAfter(100ms, [this] {
-    arrivesAfter(100ms, note("during the second"));
-    sleepNoting(1);
-  });
-  arrivesAfter(200ms, note("during the first"));
-  loop().enqueue([this] { sleepNoting(1); });
-  desk.loop.settle();
-  EXPECT_EQ(order,
-            (Order{"sleeps", "woke", "sleeps", "woke", "during the first", "during the second"}));
-}
-
 TEST_F(NSRunLoopTest, ATimerThatCameDueDuringASleepCanStillBeCancelled) {
   const NSRunLoop::TimerId timer = loop().scheduleTimer(300ms, note("timer"));
   arrivesAfter(100ms, [this, timer] { loop().cancelTimer(timer); });
