@@ -125,8 +125,8 @@ TEST_F(DesktopCoversTest, OnlyDesktopPicturesAreCaptured) {
   desk.windowsOnScreen.list = {
       Dictionary{},
       window("dock", name, 7),
-      window("Dock", "A Desktop Picture", 7),
       window("Dock", 7, 7),
+      window("Dock", "A Desktop Picture", 7),
       window("Dock", name, -1),
       window("Dock", name, std::int64_t{4294967296}),
       window("Dock", name, 7.5),
@@ -177,23 +177,17 @@ TEST_F(DesktopCoversTest, ANewScreenIsCoveredAtOnceAndFilledASecondLater) {
 
 TEST_F(DesktopCoversTest, ChangesInQuickSuccessionLeadToOneRefresh) {
   cover();
-  desk.log.clear();
-  for (int i = 0; i < 3; ++i) {
-    setScreens({kLeft, kRight});
-    desk.loop.advance(900ms);
+  for (int round = 0; round < 2; ++round) {
+    desk.log.clear();
+    for (int i = 0; i < 3; ++i) {
+      setScreens({kLeft, kRight});
+      desk.loop.advance(900ms);
+    }
+    EXPECT_THAT(desk.log.calls(), IsEmpty());
+    desk.loop.advance(1h);
+    EXPECT_THAT(desk.log.calls("windowList"),
+                ElementsAre("windowList.capture 1", "windowList.capture 2"));
   }
-  EXPECT_THAT(desk.log.calls(), IsEmpty());
-  EXPECT_EQ(desk.output.lines.size(), 9U);
-  desk.loop.advance(100ms - 1ns);
-  EXPECT_THAT(desk.log.calls(), IsEmpty());
-  desk.loop.advance(1h);
-  EXPECT_THAT(desk.log.calls("windowList"),
-              ElementsAre("windowList.capture 1", "windowList.capture 2"));
-  // The next change starts anew.
-  desk.log.clear();
-  setScreens({kLeft, kRight});
-  desk.loop.advance(1s);
-  EXPECT_EQ(desk.log.calls("windowList").size(), 2U);
 }
 
 TEST_F(DesktopCoversTest, ACoverOutlivesItsScreenUntilAllAreTakenDown) {

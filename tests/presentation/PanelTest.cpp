@@ -197,6 +197,8 @@ TEST_F(PanelTest, EachTimeThatItIsShownItComesForwardAndTakesTheKeyboard) {
   desk.tray.leftClick();
   EXPECT_FALSE(panel().view()->window()->isKeyWindow());
   EXPECT_EQ(callsOf([this] { desk.tray.leftClick(); }), forward);
+  EXPECT_EQ(callsOf([this] { desk.userSession.reopen(); }), Calls{"window.show"})
+      << "shown already";
   EXPECT_EQ(desk.screen.windowCount(), 1U);
 }
 
