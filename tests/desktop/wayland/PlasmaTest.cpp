@@ -21,8 +21,10 @@ constexpr auto kLong = 60s;
 /// Where the desktop's first icon is, and where neither an icon nor a panel is.
 constexpr Rect kIcon{0, 0, 120, 120};
 constexpr Rect kFree{400, 200, 400, 300};
-/// A part of the desktop's bar with nothing on it, and what is above that.
+/// Of the desktop's bar, where nothing is on it, of what a bar twice as high has above that, and
+/// of what is above both.
 constexpr Rect kBar{980, 685, 60, 30};
+constexpr Rect kHighBar{980, 640, 60, 30};
 constexpr Rect kAboveBar{980, 560, 60, 60};
 /// Without the bar, which has a clock.
 constexpr Rect kAll{0, 0, 2 * harness::WaylandDesk::kOutputWidth, 600};
@@ -56,6 +58,11 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
     shell = desk.start({"plasmashell"}, kNative);
     EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }, kLong));
   }
+  [[nodiscard]] bool runScript(const std::string& script) {
+    return desk.bus()
+        .call(kShell, "/PlasmaShell", "org.kde.PlasmaShell.evaluateScript", {"string:" + script})
+        .has_value();
+  }
   void peek() { desk.input().click(kPeek.centreX(), kPeek.centreY()); }
   [[nodiscard]] bool showsIcon() { return harness::showsIcons(desk.screen().area(kIcon)); }
   [[nodiscard]] Image seen(int output) {
@@ -81,14 +88,12 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
         harness::dusk(harness::WaylandDesk::kOutputWidth, harness::WaylandDesk::kOutputHeight),
         file);
     const std::string script =
-        "string:desktops().forEach(d => { d.wallpaperPlugin = 'org.kde.image';"
+        "desktops().forEach(d => { d.wallpaperPlugin = 'org.kde.image';"
         " d.currentConfigGroup = ['Wallpaper', 'org.kde.image', 'General'];"
         " d.writeConfig('Image', 'file://" +
         file.string() + "'); })";
     const auto isSet = [&] {
-      return desk.bus().call(kShell, "/PlasmaShell", "org.kde.PlasmaShell.evaluateScript",
-                             {script}) &&
-             desk.until([&] { return isDusk(0) && isDusk(1); }, 5s);
+      return runScript(script) && desk.until([&] { return isDusk(0) && isDusk(1); }, 5s);
     };
     EXPECT_TRUE(desk.until(isSet, kLong));
   }
@@ -102,7 +107,7 @@ TEST_F(PlasmaTest, IconsStayCoveredWhenTheDesktopIsShownAndWhenItsShellIsKilledA
   const Image above = desk.screen().area(kAboveBar);
   const auto showsPanel = [&] { return desk.screen().area(kAboveBar) != above; };
   launch("DesktopIcons");
-  ASSERT_TRUE(desk.until(showsPanel)) << "it opens by itself";
+  ASSERT_TRUE(desk.until(showsPanel, kLong)) << "it opens by itself";
   desk.input().key("Escape");
   ASSERT_TRUE(desk.until([&] { return !showsPanel(); }));
   desk.toggleMode();
@@ -110,20 +115,25 @@ TEST_F(PlasmaTest, IconsStayCoveredWhenTheDesktopIsShownAndWhenItsShellIsKilledA
   EXPECT_TRUE(desk.until([&] { return isDusk(0) && isDusk(1); }))
       << "by the picture that it shows; " << program->errorOutput();
   peek();
-  ASSERT_TRUE(desk.until([&] { return !showsWindow(); }));
+  ASSERT_TRUE(desk.until([&] { return !showsWindow(); }, kLong));
   EXPECT_FALSE(harness::showsIcons(desk.screen().settled(kIcon, 500ms)));
   peek();
-  EXPECT_TRUE(desk.until(showsWindow));
+  EXPECT_TRUE(desk.until(showsWindow, kLong));
   const Image bar = desk.screen().area(kBar);
   shell->kill();
   ASSERT_TRUE(desk.until([&] { return desk.screen().area(kBar) != bar; }));
   EXPECT_FALSE(showsIcon());
+  const Image cover = desk.screen().area(kBar);
   startShell();
-  EXPECT_TRUE(desk.until([&] { return desk.screen().area(kBar) == bar; }, kLong));
+  EXPECT_TRUE(desk.until([&] { return desk.screen().area(kBar) != cover; }, kLong));
   EXPECT_FALSE(harness::showsIcons(desk.screen().settled(kIcon, 2s, kLong)));
+  const Image aboveBar = desk.screen().area(kHighBar);
+  ASSERT_TRUE(runScript("panels().forEach(p => { p.height *= 2; })"));
+  ASSERT_TRUE(desk.until([&] { return desk.screen().area(kHighBar) != aboveBar; }));
+  const Image higher = desk.screen().settled(kHighBar, 1s);
   ASSERT_TRUE(desk.run({"gapplication", "launch", "org.calmdeck.Calmdeck"}).succeeded());
-  EXPECT_TRUE(desk.until(showsPanel));
-  EXPECT_EQ(desk.screen().area(kBar), bar) << "the panel keeps clear of it";
+  EXPECT_TRUE(desk.until(showsPanel, kLong));
+  EXPECT_EQ(desk.screen().area(kHighBar), higher) << "the panel keeps clear of it";
   desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return showsIcon(); }, kLong));
 }
@@ -133,7 +143,7 @@ TEST_F(PlasmaTest, TheChosenPictureComesAndTheOldOneIsBackToThePixel) {
   const auto isBlue = [&] { return seen(0).at(9, 9) == kBlue && seen(1).at(9, 9) == kBlue; };
   launch("Wallpaper", harness::chosenPicture(desk.picture("blue.png", kBlue)));
   desk.toggleMode();
-  EXPECT_TRUE(desk.until(isBlue, kLong));
+  EXPECT_TRUE(desk.until(isBlue, kLong)) << program->errorOutput();
   desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return seen(0) == before[0] && seen(1) == before[1]; }, kLong));
 }
