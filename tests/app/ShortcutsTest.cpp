@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "app/MicrophoneAction.h"
-#include "hotkeys/HotKeysController.h"
 #include "platform/carbon/KeyCodes.h"
 #include "preferences/PreferencesTest.h"
 #include "shared/SettingsKeys.h"
@@ -12,7 +10,6 @@ namespace {
 
 using preferences::Array;
 using preferences::Combination;
-using preferences::kControlK;
 using preferences::Value;
 using ::testing::AllOf;
 using ::testing::ElementsAre;

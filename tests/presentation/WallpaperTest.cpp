@@ -13,7 +13,6 @@ using Pictures = std::map<std::string, std::string>;
 using ShownAlert = simulated::SimulatedWindows::ShownAlert;
 using platform::Dictionary;
 using platform::NSPopoverBehavior;
-using platform::NSURL;
 using platform::Value;
 
 /// As it is, whatever a path may not have elsewhere.
