@@ -110,7 +110,7 @@ TEST_F(RecorderTest, WhatBelongsToProgramsOrToNobodyIsRefusedAndTheRowKeepsRecor
     for (const char* characters : row.characters) {
       SCOPED_TRACE(characters);
       pressKey(8, row.flags, characters);
-      EXPECT_EQ(desk.screen.alerts(),
+      ASSERT_EQ(desk.screen.alerts(),
                 (std::vector{simulated::SimulatedWindows::ShownAlert{
                     "Please use a different key combination.", 1, {"OK"}, true}}));
       EXPECT_EQ(look(toggleApp), kRecording);
