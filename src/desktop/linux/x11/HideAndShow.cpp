@@ -36,6 +36,8 @@ namespace {
 
 /// A window manager under load takes its time, and nobody waits for this.
 constexpr std::chrono::milliseconds kPatience{500};
+/// With a hundred windows to paint, mutter 48 took more than that.
+constexpr std::chrono::milliseconds kPatienceWithThePainting{3'000};
 
 }  // namespace
 
@@ -52,7 +54,7 @@ HideOperation::HideOperation(HiddenStateWait& wait, Plan plan, std::function<voi
 
 void HideOperation::hide(const std::vector<xcb_window_t>& windows, HiddenStateWait::Done then) {
   wait_.start(
-      {windows, true, kPatience, plan_.manager},
+      {windows, true, plan_.minimisesLater ? kPatienceWithThePainting : kPatience, plan_.manager},
       [this](xcb_window_t window) { clients_.minimise(window); }, std::move(then));
 }
 

@@ -48,6 +48,8 @@ class HideOperation final : public HiddenOperation {
     /// Dialogs of those, which most window managers take away with them.
     std::vector<xcb_window_t> followers;
     WindowManagerAtWork manager;
+    /// See WindowManagerHabits.
+    bool minimisesLater = false;
   };
 
   /// Asks at once. `done` comes later, when all are gone or refuse, or the window manager is gone;

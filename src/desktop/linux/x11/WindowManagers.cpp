@@ -19,9 +19,14 @@ constexpr std::array kRows{
         {.firstWay = ShowWay::Map, .movesWhatStandsRight = true, .paintsBackground = true}},
     Row{"Marco", {.firstWay = ShowWay::Map}},
     Row{"Muffin",  // 5.6
-        {.firstWay = ShowWay::Activate, .paintsByArrival = true, .paintsBackground = true}},
-    Row{"Mutter", {.firstWay = ShowWay::Activate, .paintsBackground = true}},
-    Row{"GNOME Shell", {.firstWay = ShowWay::Activate, .paintsBackground = true}},
+        {.firstWay = ShowWay::Activate,
+         .minimisesLater = true,
+         .paintsByArrival = true,
+         .paintsBackground = true}},
+    Row{"Mutter",
+        {.firstWay = ShowWay::Activate, .minimisesLater = true, .paintsBackground = true}},
+    Row{"GNOME Shell",
+        {.firstWay = ShowWay::Activate, .minimisesLater = true, .paintsBackground = true}},
     Row{"Gala", {.paintsBackground = true}},
     Row{"herbstluftwm", {.firstWay = ShowWay::Map, .activates = true}},
     Row{"bspwm", {.activates = true}},
@@ -30,8 +35,11 @@ constexpr std::array kRows{
     Row{"Enlightenment", {.firstWay = ShowWay::Activate, .paintsBackground = true}},
     Row{"i3", {.hides = false}},
     // 0.17 lists what it does not show as hidden, and minimises by a hook that few configure.
-    Row{"xmonad", {.hides = false}}, Row{"JWM", {.stacksDownwards = true}},  // 2.4
-    Row{"awesome", {.goesByTypeAlone = true}},                               // 4.3
+    Row{"xmonad", {.hides = false}},
+    // 2.4
+    Row{"JWM", {.stacksDownwards = true}},
+    // 4.3
+    Row{"awesome", {.goesByTypeAlone = true}},
 };
 
 }  // namespace

@@ -14,6 +14,8 @@ struct WindowManagerHabits {
   ShowWay firstWay = ShowWay::RemoveState;
   /// Whether it means it when it says that it knows hidden windows.
   bool hides = true;
+  /// Tells its turn before it has minimised what it was asked to: it does that beside its painting.
+  bool minimisesLater = false;
   /// Whether it lists the stacking order from the top down, which EWMH 1.5 has the other way round.
   bool stacksDownwards = false;
   /// Whether it puts windows above others as it is asked, and tells their real order.

@@ -265,6 +265,7 @@ bool XApplications::startHiding() {
   plan.order = orderToRemember(moment.list);
   plan.active = activeToRemember(moment.list, plan);
   plan.manager = moment.list.manager;
+  plan.minimisesLater = moment.list.habits.minimisesLater;
   watch_.pause();
   operation_ = std::make_unique<HideOperation>(wait_, std::move(plan), [this] { finished(); });
   return true;
