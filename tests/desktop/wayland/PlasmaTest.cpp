@@ -37,6 +37,8 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
  protected:
   PlasmaTest()
       : ModeDesk({.compositor = Compositor::Kwin,
+                  // KWin 6 would put the first window over the icon.
+                  .configuration = harness::allInTheMiddle(Compositor::Kwin, ""),
                   .environment = {{"KDE_FULL_SESSION", "true"},
                                   {"KDE_SESSION_VERSION", KDE_SESSION},
                                   {"XDG_MENU_PREFIX", KDE_MENU_PREFIX},
