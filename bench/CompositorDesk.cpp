@@ -1,6 +1,7 @@
 #include "bench/CompositorDesk.h"
 
 #include <cstdlib>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -91,9 +92,12 @@ Clock::time_point CompositorDesk::awaitCovers(bool covered) {
 Clock::time_point CompositorDesk::await(int x, int y,
                                         const std::function<bool(std::uint32_t pixel)>& fact) {
   const auto deadline = Clock::now() + harness::kPatience;
-  while (!fact(desk_.screen().pixel(x, y))) {
-    if (Clock::now() > deadline)
-      throw std::runtime_error("the screen does not change: " + program_->errorOutput());
+  for (std::uint32_t pixel = 0; !fact(pixel = desk_.screen().pixel(x, y));) {
+    if (Clock::now() < deadline) continue;
+    std::ostringstream message;
+    message << "the screen does not change, #" << std::hex << pixel << std::dec << " stays at " << x
+            << ", " << y << ": " << program_->errorOutput();
+    throw std::runtime_error(message.str());
   }
   return Clock::now();
 }
