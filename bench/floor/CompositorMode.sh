@@ -8,12 +8,16 @@ mute() {
   pactl set-sink-mute @DEFAULT_SINK@ "$1"
 }
 
-# An empty workspace on each monitor, and back.
+# An empty workspace on each monitor, and back to what was there, the one in focus last.
 sway() {
+  before=${XDG_RUNTIME_DIR:?}/bench.workspaces
   if [ "$1" = on ]; then
+    swaymsg -p -t get_workspaces | awk '
+      /^Workspace/ { if (/\(focused\)/) focused = $2; else printf "workspace %s; ", $2 }
+      END { print "workspace " focused }' >"$before"
     swaymsg -q 'focus output HEADLESS-2; workspace bare2; focus output HEADLESS-1; workspace bare1'
   else
-    swaymsg -q 'focus output HEADLESS-2; workspace 2; focus output HEADLESS-1; workspace 1'
+    swaymsg -q "$(cat "$before")"
   fi
 }
 

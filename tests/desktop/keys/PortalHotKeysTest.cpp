@@ -224,7 +224,7 @@ TEST_F(PortalHotKeysTest, TheListCountsAndNotTheCode) {
   ASSERT_TRUE(soon([&] { return portal->asks(); }));
   portal->speakOfAnother(kP);
   portal->answer(2, {{kP, "Press <Control><Alt>q"}});
-  EXPECT_TRUE(hears({"1 has Press <Control><Alt>q"}));
+  EXPECT_TRUE(hears({"1 has Ctrl+Alt+Q"}));
   portal->change({{kP, "Ctrl+Alt+X"}});
   EXPECT_TRUE(hears({"1 has Ctrl+Alt+X"}));
   portal->press(kP);

@@ -1,6 +1,7 @@
 #include "desktop/linux/keys/PortalHotKeys.h"
 
 #include <QDBusArgument>
+#include <QRegularExpression>
 #include <algorithm>
 #include <utility>
 
@@ -34,6 +35,24 @@ QDBusMessage portalCall(const QString& path, const QString& interface, const QSt
 
 QList<PortalShortcut> shortcutsIn(const QVariant& list) {
   return qdbus_cast<QList<PortalShortcut>>(list);
+}
+
+/// "Control+Alt+p" or "<Control><Alt>p" as people read it: "Ctrl+Alt+P".
+QString shownKeys(QString keys) {
+  keys.remove(QLatin1Char('<')).replace(QLatin1Char('>'), QLatin1Char('+'));
+  keys.replace(QStringLiteral("Control+"), QStringLiteral("Ctrl+"));
+  const bool isCharacter = keys.size() == 1 || keys.at(keys.size() - 2) == QLatin1Char('+');
+  if (isCharacter) keys.back() = keys.back().toUpper();
+  return keys;
+}
+
+/// The keys that a shortcut has, for people to read. GNOME has them in a sentence of the user's
+/// language: "Press <Control><Alt>p".
+QString keysOf(const PortalShortcut& shortcut) {
+  static const QRegularExpression accelerator(QStringLiteral("(<\\w+>)+\\S+"));
+  const QString told = shortcut.details.value(QStringLiteral("trigger_description")).toString();
+  const QRegularExpressionMatch match = accelerator.match(told);
+  return match.hasMatch() ? shownKeys(match.captured()) : told;
 }
 
 }  // namespace
@@ -80,9 +99,19 @@ void PortalHotKeys::listen() {
   hear(kPath, kInterface, "Activated", &PortalHotKeys::activated);
   hear(kPath, kInterface, "Deactivated", &PortalHotKeys::deactivated);
   hear(kPath, kInterface, "ShortcutsChanged", &PortalHotKeys::changed);
-  // Tells the portal who we are; older ones know it, or do without.
-  send(kPath, QStringLiteral("org.freedesktop.host.portal.Registry"), QStringLiteral("Register"),
-       {QStringLiteral("org.calmdeck.Calmdeck"), QVariantMap()});
+  sayWhoWeAre();
+}
+
+// Older ones have no such interface and know it, or do without. GNOME's gives no keys to a program
+// that it does not know.
+void PortalHotKeys::sayWhoWeAre() {
+  const QDBusMessage call = portalCall(
+      kPath, QStringLiteral("org.freedesktop.host.portal.Registry"), QStringLiteral("Register"),
+      {QStringLiteral("org.calmdeck.Calmdeck"), QVariantMap()});
+  linux_desktop::ask(bus_, call, this, [](const QDBusMessage& answer) {
+    if (isError(answer) && answer.errorName().startsWith(QLatin1String("org.freedesktop.portal.")))
+      qCWarning(lcKeys, "the portal does not know Calmdeck: %s", reasonOf(answer).c_str());
+  });
 }
 
 platform::OSStatus PortalHotKeys::registerHotKey(platform::port::HotKeyNumber number,
@@ -158,9 +187,10 @@ void PortalHotKeys::sessionCreated(const QDBusMessage& response) {
   }
   QList<PortalShortcut> wanted;
   for (const HotKey& key : hotKeys_) {
-    wanted.append({key.id,
-                   {{QStringLiteral("description"), QStringLiteral("Shortcut ") + key.id},
-                    {QStringLiteral("preferred_trigger"), key.trigger}}});
+    wanted.append(
+        {key.id,
+         {{QStringLiteral("description"), QStringLiteral("Shortcut ") + shownKeys(key.id)},
+          {QStringLiteral("preferred_trigger"), key.trigger}}});
   }
   ask(QStringLiteral("BindShortcuts"),
       {QVariant::fromValue(QDBusObjectPath(session_)), QVariant::fromValue(wanted), QString()}, {},
@@ -185,10 +215,7 @@ void PortalHotKeys::assign(const QList<PortalShortcut>& given) {
   hasGiven_ = !given.isEmpty();
   for (const HotKey& key : std::vector(hotKeys_)) {
     const auto found = std::ranges::find(given, key.id, &PortalShortcut::id);
-    const QString keys =
-        found == given.end()
-            ? QString()
-            : found->details.value(QStringLiteral("trigger_description")).toString();
+    const QString keys = found == given.end() ? QString() : keysOf(*found);
     if (keys.isEmpty())
       std::erase_if(hotKeys_, [&](const HotKey& one) { return one.number == key.number; });
     if (client_ == nullptr) continue;

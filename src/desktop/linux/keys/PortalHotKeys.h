@@ -59,6 +59,7 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   };
 
   void listen();
+  void sayWhoWeAre();
   void ownerChanged(const QString& before, const QString& now);
   void bindAnew();
   void closeSession();
