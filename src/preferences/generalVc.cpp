@@ -109,6 +109,7 @@ const platform::ClassDescription& generalVc::classDescription() const {
       outlet<&generalVc::lblShortcutMuteMic>("lblShortcutMuteMic"),
       outlet<&generalVc::lblOwnKeyBindings>("lblOwnKeyBindings"),
       outlet<&generalVc::lblOwnKeyBindingsNote>("lblOwnKeyBindingsNote"),
+      outlet<&generalVc::lblAssignedKeysNote>("lblAssignedKeysNote"),
       outlet<&generalVc::lblCurrentWallpaper>("lblCurrentWallpaper"),
       outlet<&generalVc::btnChangeWallpaper>("btnChangeWallpaper"),
       outlet<&generalVc::checkBoxLaunchAtLogin>("checkBoxLaunchAtLogin"),

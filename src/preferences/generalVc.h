@@ -35,6 +35,7 @@ class generalVc final : public platform::NSViewController {
   std::weak_ptr<platform::NSTextField> lblShortcutMuteMic;
   std::weak_ptr<platform::NSTextField> lblOwnKeyBindings;
   std::weak_ptr<platform::NSTextField> lblOwnKeyBindingsNote;
+  std::weak_ptr<platform::NSTextField> lblAssignedKeysNote;
   std::weak_ptr<platform::NSTextField> lblCurrentWallpaper;
   std::weak_ptr<platform::NSButton> btnChangeWallpaper;
   std::weak_ptr<platform::NSButton> checkBoxLaunchAtLogin;
@@ -68,8 +69,9 @@ class generalVc final : public platform::NSViewController {
   /// Leaves the recording of a row that has its new shortcut.
   void endRecording();
   void showShortcut(const ShortcutRow& row, const std::string& text) const;
-  /// Where users bind the keys themselves: what to write down for the stored shortcuts.
-  void showOwnKeyBindings() const;
+  /// Where users bind the keys themselves: what to write down for the stored shortcuts. Where the
+  /// desktop has assigned them: that it did.
+  void showWhoBindsKeys() const;
 
   [[nodiscard]] const platform::ClassDescription& classDescription() const override;
 
@@ -77,6 +79,8 @@ class generalVc final : public platform::NSViewController {
   /// Lets the user choose a file; none when the user did not.
   [[nodiscard]] static std::optional<platform::NSURL> chooseWallpaperImage();
   void clear(const ShortcutRow& row) const;
+  /// The name of the keys that the desktop has given the row itself; empty: none.
+  [[nodiscard]] std::string assignedKeys(const ShortcutRow& row) const;
   void showClearButton(const ShortcutRow& row, bool shown) const;
   /// On the frame, and to a screen reader, which hears the row's shortcut else.
   void showRecording(const ShortcutRow& row, bool records) const;

@@ -38,24 +38,30 @@ void generalVc::showRecording(const ShortcutRow& row, bool records) const {
 
 // --- Showing what is stored ---
 
+std::string generalVc::assignedKeys(const ShortcutRow& row) const {
+  const auto& hotKey = host_().hotKey(row);
+  return hotKey ? hotKey->assignedKeys : "";
+}
+
 void generalVc::reload(const ShortcutRow& row) const {
   ShortcutState& state = shortcutState();
   state.loadShortcut(row);
   const bool hasShortcut = !state.currentShortcutModifiers.isEmpty();
-  const auto& hotKey = host_().hotKey(row);
-  const bool isAssigned = hotKey && !hotKey->assignedKeys.empty();
-  const std::string shortcut = isAssigned ? hotKey->assignedKeys : state.shortcutText();
+  const std::string assigned = assignedKeys(row);
+  const std::string shortcut = assigned.empty() ? state.shortcutText() : assigned;
   showShortcut(row, hasShortcut ? shortcut : noShortcut());
   showClearButton(row, hasShortcut);
   showRecording(row, false);
-  showOwnKeyBindings();
+  showWhoBindsKeys();
 }
 
-void generalVc::showOwnKeyBindings() const {
+void generalVc::showWhoBindsKeys() const {
   std::string lines;
+  bool isAssigned = false;
   for (const ShortcutRow* row : {&ShortcutRow::toggleApp, &ShortcutRow::muteMic}) {
     ShortcutState stored;
     stored.loadShortcut(*row);
+    isAssigned = isAssigned || !assignedKeys(*row).empty();
     if (stored.currentShortcutModifiers.isEmpty()) continue;
     const hotkeys::KeyCombo keys(stored.currentShortcutKey, stored.currentShortcutModifiers);
     const auto line =
@@ -65,6 +71,7 @@ void generalVc::showOwnKeyBindings() const {
   connected(&generalVc::lblOwnKeyBindings).setStringValue(lines);
   connected(&generalVc::lblOwnKeyBindings).setHidden(lines.empty());
   connected(&generalVc::lblOwnKeyBindingsNote).setHidden(lines.empty());
+  connected(&generalVc::lblAssignedKeysNote).setHidden(!isAssigned);
 }
 
 // --- Recording ---
@@ -92,7 +99,7 @@ void generalVc::endRecording() {
   shortcutState().setRecording(false);
   showRecording(ShortcutRow::recording(), false);
   showClearButton(ShortcutRow::recording(), true);
-  showOwnKeyBindings();
+  showWhoBindsKeys();
 }
 
 // --- Clearing ---
@@ -107,7 +114,7 @@ void generalVc::clear(const ShortcutRow& row) const {
   showShortcut(row, noShortcut());
   showClearButton(row, false);
   showRecording(row, false);
-  showOwnKeyBindings();
+  showWhoBindsKeys();
 }
 
 }  // namespace preferences

@@ -122,6 +122,10 @@ class AssignedShortcutTest : public PreferencesTest {
     desk.keys.refuse(asked);
     desk.loop.settle();
   }
+  /// Whether it says where the keys can be changed.
+  [[nodiscard]] static bool namesSettings() {
+    return !pane().lblAssignedKeysNote.lock()->isHidden();
+  }
 };
 
 TEST_F(AssignedShortcutTest, TheRowNamesTheKeysThatTheDesktopGave) {
@@ -130,7 +134,9 @@ TEST_F(AssignedShortcutTest, TheRowNamesTheKeysThatTheDesktopGave) {
   pressControlK();
   EXPECT_EQ(look(muteMic), showing("⌃k"));
   record(toggleApp);
+  EXPECT_FALSE(namesSettings());
   desk.keys.assign(kControlK, kControlJ, "Ctrl+J");
+  EXPECT_TRUE(namesSettings());
   EXPECT_EQ(look(muteMic), showing("Ctrl+J"));
   EXPECT_EQ(look(toggleApp), kRecording);
   EXPECT_TRUE(shortcutState().isRecordingShortcut);
@@ -148,6 +154,9 @@ TEST_F(AssignedShortcutTest, TheRowNamesTheKeysThatTheDesktopGave) {
   EXPECT_EQ(look(muteMic), showing("Super+K"));
   clear(muteMic);
   EXPECT_EQ(look(muteMic), kEmpty);
+  EXPECT_TRUE(namesSettings());
+  clear(toggleApp);
+  EXPECT_FALSE(namesSettings());
 }
 
 TEST_F(AssignedShortcutTest, ARefusalThatComesLaterAsksForOtherKeysAsOneAtOnce) {
