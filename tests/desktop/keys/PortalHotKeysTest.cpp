@@ -47,7 +47,17 @@ class Portal {
               .properties = {},
               .emitted = {{"Activated", {"o", "s", "t", "a{sv}"}},
                           {"Deactivated", {"o", "s", "t", "a{sv}"}},
-                          {"ShortcutsChanged", {"o", "a(sa{sv})"}}}}}) {
+                          {"ShortcutsChanged", {"o", "a(sa{sv})"}}}},
+             {.name = "org.freedesktop.host.portal.Registry",
+              .methods = {{"Register",
+                           {{"s", "a{sv}"},
+                            {},
+                            [this](const auto& call) {
+                              app_ = call.arguments().at(0).toString();
+                              return QVariantList();
+                            }}}},
+              .properties = {},
+              .emitted = {}}}) {
     bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
   }
   ~Portal() {
@@ -103,7 +113,9 @@ class Portal {
     signal.setArguments({code, results});
     bus_.send(signal);
   }
+  // It gives nothing to programs that it does not know.
   QVariantList create(const QDBusMessage& call) {
+    if (app_.isEmpty()) return {};
     const auto options = qdbus_cast<QVariantMap>(call.arguments().at(0));
     session_ = handle(call, "session", options.value("session_handle_token").toString());
     sessionObject_.emplace(bus_, session_, std::vector{closable()});
@@ -138,6 +150,7 @@ class Portal {
 
   QDBusConnection bus_;
   BusObject object_;
+  QString app_;
   QString caller_;
   QString session_;
   std::optional<BusObject> sessionObject_;
@@ -276,6 +289,16 @@ TEST_F(PortalHotKeysTest, OneThatEndsIsStartedAndOneThatStartsAnewIsAskedAgain) 
   EXPECT_TRUE(hears({"1 has Ctrl+Alt+P", "2 has Ctrl+Alt+M"}));
   portal->press(kP);
   EXPECT_TRUE(hears({"1 down"}));
+}
+
+TEST_F(PortalHotKeysTest, IsAskedAgainWhenTheDesktopsProgramBehindItEnds) {
+  const QString backend = QStringLiteral("org.freedesktop.impl.portal.desktop.some");
+  QDBusConnection::connectToBus(address, QStringLiteral("backend")).registerService(backend);
+  ASSERT_NO_FATAL_FAILURE(bindBoth());
+  QDBusConnection::disconnectFromBus(QStringLiteral("backend"));
+  ASSERT_TRUE(soon([&] { return portal->asks(); }));
+  portal->answer(0, {{kP, "Ctrl+Alt+P"}, {kM, "Ctrl+Alt+M"}});
+  EXPECT_TRUE(hears({"1 has Ctrl+Alt+P", "2 has Ctrl+Alt+M"}));
 }
 
 }  // namespace

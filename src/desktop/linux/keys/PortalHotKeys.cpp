@@ -68,9 +68,14 @@ PortalHotKeys::PortalHotKeys(QDBusConnection bus)
     : bus_(std::move(bus)), watcher_(kService, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
   registerBusTypes<PortalShortcut, QList<PortalShortcut>>();
   connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-          [this](const QString& /*name*/, const QString& before, const QString& now) {
-            ownerChanged(before, now);
+          [this](const QString& name, const QString& before, const QString& now) {
+            if (name == kService) {
+              ownerChanged(before, now);
+            } else if (now.isEmpty() && hasGiven_) {
+              binding_.start();
+            }
           });
+  watcher_.addWatchedService(QStringLiteral("org.freedesktop.impl.portal.desktop*"));
 }
 
 PortalHotKeys::~PortalHotKeys() {
@@ -81,7 +86,10 @@ PortalHotKeys::~PortalHotKeys() {
 // for somebody else to start it.
 void PortalHotKeys::ownerChanged(const QString& before, const QString& now) {
   session_.clear();
-  if (!before.isEmpty()) request_ = {};
+  if (!before.isEmpty()) {
+    request_ = {};
+    isKnown_ = false;
+  }
   const bool isAskedAlready = !request_.path.isEmpty();
   const bool isLeftToOthers = now.isEmpty() && !std::exchange(hasGiven_, false);
   if (!hotKeys_.empty() && !isAskedAlready && !isLeftToOthers) binding_.start();
@@ -99,12 +107,12 @@ void PortalHotKeys::listen() {
   hear(kPath, kInterface, "Activated", &PortalHotKeys::activated);
   hear(kPath, kInterface, "Deactivated", &PortalHotKeys::deactivated);
   hear(kPath, kInterface, "ShortcutsChanged", &PortalHotKeys::changed);
-  sayWhoWeAre();
 }
 
 // Older ones have no such interface and know it, or do without. GNOME's gives no keys to a program
 // that it does not know.
 void PortalHotKeys::sayWhoWeAre() {
+  if (std::exchange(isKnown_, true)) return;
   const QDBusMessage call = portalCall(
       kPath, QStringLiteral("org.freedesktop.host.portal.Registry"), QStringLiteral("Register"),
       {QStringLiteral("org.calmdeck.Calmdeck"), QVariantMap()});
@@ -137,6 +145,7 @@ void PortalHotKeys::bindAnew() {
   closeSession();
   request_ = {};
   if (hotKeys_.empty()) return;
+  sayWhoWeAre();
   const QString token = nextToken();
   session_ = handle(QStringLiteral("session"), token);
   ask(QStringLiteral("CreateSession"), {}, {{QStringLiteral("session_handle_token"), token}},

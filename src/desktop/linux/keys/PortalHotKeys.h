@@ -27,7 +27,8 @@ struct PortalShortcut {
 
 /// Hot keys at the desktop portal's GlobalShortcuts, which asks the user about each new combination
 /// and may give it other keys, or none: whatever is asked for is taken, and what came of it is told
-/// later. A portal that ends is started again and asked again. Main thread only.
+/// later. A portal that ends is started again and asked again, as when the desktop's own program
+/// behind it ends, which takes the keys along. Main thread only.
 class PortalHotKeys final : public QObject, public platform::port::HotKeys {
  public:
   /// Whether the session's portal has shortcuts at all; those of many desktops do not. Starts it
@@ -92,6 +93,8 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
   std::list<BusSignal> signals_;
   /// The portal that runs, any of the keys.
   bool hasGiven_ = false;
+  /// That one has been told who we are.
+  bool isKnown_ = false;
 };
 
 }  // namespace linux_desktop
