@@ -58,13 +58,20 @@ void CompositorDesk::startIcons() {
     throw std::runtime_error("pcmanfm-qt: " + icons_->errorOutput());
 }
 
+// KWin opens them where the pointer is, and none right over another.
 void CompositorDesk::openWindows(int windows) {
+  desk_.input().moveTo(WaylandDesk::kOutputWidth / 2, WaylandDesk::kOutputHeight / 2);
   for (int program = 0; program < kPrograms; ++program) {
     const int count = (windows + kPrograms - 1 - program) / kPrograms;
     if (count == 0) continue;
     top_ = kFirstColour + static_cast<std::uint32_t>(program);
     desk_.openWindow("other" + std::to_string(program), top_, count);
   }
+  const harness::Rect first{0, 0, WaylandDesk::kOutputWidth, WaylandDesk::kOutputHeight};
+  static_cast<void>(desk_.screen().settled(first, 500ms));
+  constexpr int kInside = 8;
+  const harness::Rect top = desk_.areaOf(top_).value();
+  onTop_ = {top.x + top.width - kInside, top.y + top.height - kInside};
 }
 
 Clock::time_point CompositorDesk::toggle() {
@@ -78,10 +85,9 @@ Clock::time_point CompositorDesk::toggle() {
 
 // The last one to come back is the one on top.
 Clock::time_point CompositorDesk::awaitWindows(bool hidden) {
-  return await(WaylandDesk::kOutputWidth / 2, WaylandDesk::kOutputHeight / 2,
-               [&](std::uint32_t pixel) {
-                 return hidden ? pixel - kFirstColour >= kPrograms : pixel == top_;
-               });
+  return await(onTop_.first, onTop_.second, [&](std::uint32_t pixel) {
+    return hidden ? pixel - kFirstColour >= kPrograms : pixel == top_;
+  });
 }
 
 Clock::time_point CompositorDesk::awaitCovers(bool covered) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "bench/MuteWatch.h"
 #include "desktop/harness/WaylandDesk.h"
@@ -12,7 +13,7 @@
 namespace bench {
 
 /// A compositor with two monitors, pcmanfm-qt's desktop on them, waybar, a sink "out1", windows of
-/// other programs in the middle of the first monitor, and a Calmdeck whose mode hides those, covers
+/// other programs on the first monitor, and a Calmdeck whose mode hides those, covers
 /// the desktop and mutes. The mode is turned over the bus, as keys and scripts of the user's turn
 /// it. The bench's own environment becomes that of the desktop. Everything throws
 /// std::runtime_error when what it waits for does not come.
@@ -45,7 +46,9 @@ class CompositorDesk {
   std::unique_ptr<MuteWatch> sink_;
   std::unique_ptr<GDBusConnection, Release> bus_;
   std::unique_ptr<harness::Process> program_;
+  /// The window on top: its colour, and a place in it.
   std::uint32_t top_ = 0;
+  std::pair<int, int> onTop_;
 };
 
 }  // namespace bench
