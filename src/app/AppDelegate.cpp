@@ -27,6 +27,11 @@ constexpr double kPopoverDelay = 0.5;
 /// An action as those of ShortcutRow are.
 constexpr std::string_view kShowPreferences = "preferences";
 
+std::string purposeOf(const ShortcutRow& row) {
+  return row.isMuteMic ? NSLocalizedString("Microphone On or Off")
+                       : NSLocalizedString("Presentation Mode On or Off");
+}
+
 }  // namespace
 
 AppDelegate::AppDelegate()
@@ -106,8 +111,8 @@ void AppDelegate::registerHotKey(const ShortcutRow& row) {
   std::shared_ptr<hotkeys::HotKey>& hotKey = fieldOf(row);
   // The new one is registered while the old one still is.
   hotKey = hotkeys::HotKey::make(
-      hotkeys::KeyCombo(state.currentShortcutKey, state.currentShortcutModifiers));
-  hotKey->keyDownHandler = actionOf(row);
+      hotkeys::KeyCombo(state.currentShortcutKey, state.currentShortcutModifiers), actionOf(row),
+      nullptr, purposeOf(row));
   hotKey->assignmentHandler = [&row] { preferences::shortcutState().reload(row); };
 }
 

@@ -6,8 +6,10 @@
 
 namespace hotkeys {
 
-std::shared_ptr<HotKey> HotKey::make(KeyCombo keyCombo, Handler keyDown, Handler keyUp) {
-  std::shared_ptr<HotKey> hotKey(new HotKey(keyCombo, std::move(keyDown), std::move(keyUp)));
+std::shared_ptr<HotKey> HotKey::make(KeyCombo keyCombo, Handler keyDown, Handler keyUp,
+                                     std::string purpose) {
+  std::shared_ptr<HotKey> hotKey(
+      new HotKey(keyCombo, std::move(keyDown), std::move(keyUp), std::move(purpose)));
   HotKeysController::registerHotKey(hotKey);
   return hotKey;
 }
@@ -22,8 +24,11 @@ std::shared_ptr<HotKey> HotKey::make(Key key, ModifierFlags modifiers, Handler k
   return make(KeyCombo(key, modifiers), std::move(keyDown), std::move(keyUp));
 }
 
-HotKey::HotKey(KeyCombo keyCombo, Handler keyDown, Handler keyUp)
-    : keyDownHandler(std::move(keyDown)), keyUpHandler(std::move(keyUp)), keyCombo_(keyCombo) {}
+HotKey::HotKey(KeyCombo keyCombo, Handler keyDown, Handler keyUp, std::string purpose)
+    : keyDownHandler(std::move(keyDown)),
+      keyUpHandler(std::move(keyUp)),
+      keyCombo_(keyCombo),
+      purpose_(std::move(purpose)) {}
 
 HotKey::~HotKey() {
   HotKeysController::unregisterHotKey(*this);

@@ -16,8 +16,10 @@ class HotKey final : public std::enable_shared_from_this<HotKey> {
  public:
   using Handler = std::function<void()>;
 
+  /// `purpose`: what a desktop shows that lists the keys of programs.
   [[nodiscard]] static std::shared_ptr<HotKey> make(KeyCombo keyCombo, Handler keyDown = nullptr,
-                                                    Handler keyUp = nullptr);
+                                                    Handler keyUp = nullptr,
+                                                    std::string purpose = {});
   [[nodiscard]] static std::shared_ptr<HotKey> make(std::uint32_t carbonKeyCode,
                                                     std::uint32_t carbonModifiers,
                                                     Handler keyDown = nullptr,
@@ -32,6 +34,7 @@ class HotKey final : public std::enable_shared_from_this<HotKey> {
   /// The registry's name for it: a different one for each hot key.
   [[nodiscard]] const platform::NSUUID& identifier() const { return identifier_; }
   [[nodiscard]] const KeyCombo& keyCombo() const { return keyCombo_; }
+  [[nodiscard]] const std::string& purpose() const { return purpose_; }
 
   /// Run when the combination is pressed and when it is let go; either may be empty.
   Handler keyDownHandler;
@@ -50,10 +53,11 @@ class HotKey final : public std::enable_shared_from_this<HotKey> {
   void setPaused(bool paused);
 
  private:
-  HotKey(KeyCombo keyCombo, Handler keyDown, Handler keyUp);
+  HotKey(KeyCombo keyCombo, Handler keyDown, Handler keyUp, std::string purpose);
 
   platform::NSUUID identifier_ = platform::NSUUID::UUID();
   KeyCombo keyCombo_;
+  std::string purpose_;
   bool paused_ = false;
 };
 

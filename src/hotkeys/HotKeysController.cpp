@@ -52,7 +52,7 @@ void HotKeysController::registerHotKey(const std::shared_ptr<HotKey>& hotKey) {
   EventHotKeyRef reference = EventHotKeyRef::None;
   const OSStatus status = platform::RegisterEventHotKey(
       hotKey->keyCombo().carbonKeyCode, hotKey->keyCombo().carbonModifiers, {kSignature, id},
-      platform::GetEventDispatcherTarget(), 0, reference);
+      platform::GetEventDispatcherTarget(), 0, reference, hotKey->purpose());
   if (status == noErr && reference != EventHotKeyRef::None) {
     box.carbonEventHotKey = reference;
     installEventHandler();

@@ -29,17 +29,17 @@ class Listener final : public port::HotKeysClient {
 TEST_P(DesktopContract, ACombinationIsGivenOnceUntilItIsGivenBack) {
   ASSERT_NE(desk().desktop().hotKeys, nullptr);
   port::HotKeys& keys = *desk().desktop().hotKeys;
-  EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_K, kModifiers), noErr);
-  EXPECT_EQ(keys.registerHotKey(2, kVK_ANSI_K, kModifiers), eventHotKeyExistsErr);
-  EXPECT_EQ(keys.registerHotKey(3, kVK_ANSI_K, kModifiers | shiftKey), noErr);
-  EXPECT_EQ(keys.registerHotKey(4, kVK_ANSI_J, kModifiers), noErr);
+  EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_K, kModifiers, {}), noErr);
+  EXPECT_EQ(keys.registerHotKey(2, kVK_ANSI_K, kModifiers, {}), eventHotKeyExistsErr);
+  EXPECT_EQ(keys.registerHotKey(3, kVK_ANSI_K, kModifiers | shiftKey, {}), noErr);
+  EXPECT_EQ(keys.registerHotKey(4, kVK_ANSI_J, kModifiers, {}), noErr);
 
   // Neither the refused number nor one that was never told holds anything.
   keys.unregisterHotKey(2);
   keys.unregisterHotKey(77);
-  EXPECT_EQ(keys.registerHotKey(5, kVK_ANSI_K, kModifiers), eventHotKeyExistsErr);
+  EXPECT_EQ(keys.registerHotKey(5, kVK_ANSI_K, kModifiers, {}), eventHotKeyExistsErr);
   for (const port::HotKeyNumber number : {1U, 3U, 4U}) keys.unregisterHotKey(number);
-  EXPECT_EQ(keys.registerHotKey(6, kVK_ANSI_K, kModifiers), noErr);
+  EXPECT_EQ(keys.registerHotKey(6, kVK_ANSI_K, kModifiers, {}), noErr);
   keys.unregisterHotKey(6);
 }
 
@@ -47,8 +47,8 @@ TEST_P(DesktopContract, APressAndItsReleaseAreReportedForAsLongAsTheCombinationI
   port::HotKeys& keys = *desk().desktop().hotKeys;
   Listener listener(order);
   keys.setClient(&listener);
-  ASSERT_EQ(keys.registerHotKey(1, kVK_ANSI_K, kModifiers), noErr);
-  ASSERT_EQ(keys.registerHotKey(2, kVK_ANSI_J, kModifiers), noErr);
+  ASSERT_EQ(keys.registerHotKey(1, kVK_ANSI_K, kModifiers, {}), noErr);
+  ASSERT_EQ(keys.registerHotKey(2, kVK_ANSI_J, kModifiers, {}), noErr);
   const auto hears = [this](const std::vector<std::string>& wanted) {
     static_cast<void>(desk().runUntil([&] { return order.size() >= wanted.size(); }));
     EXPECT_EQ(std::exchange(order, {}), wanted);
@@ -62,7 +62,7 @@ TEST_P(DesktopContract, APressAndItsReleaseAreReportedForAsLongAsTheCombinationI
   hears({"pressed 1"});
   // Paused while it is held, and let go on: a release without a press is nobody's.
   keys.unregisterHotKey(1);
-  ASSERT_EQ(keys.registerHotKey(3, kVK_ANSI_K, kModifiers), noErr);
+  ASSERT_EQ(keys.registerHotKey(3, kVK_ANSI_K, kModifiers, {}), noErr);
   desk().releaseLetter(kVK_ANSI_K, kModifiers);
   desk().pressLetter(kVK_ANSI_J, kModifiers);
   desk().releaseLetter(kVK_ANSI_J, kModifiers);
@@ -85,7 +85,7 @@ TEST_P(DesktopContract, AReservedCombinationIsGivenToNobody) {
   port::HotKeys& keys = *desk().desktop().hotKeys;
   EXPECT_FALSE(keys.isReserved(kVK_ANSI_C, kModifiers));
   ASSERT_TRUE(keys.isReserved(kVK_ANSI_C, controlKey));
-  EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_C, controlKey), eventHotKeyInvalidErr);
+  EXPECT_EQ(keys.registerHotKey(1, kVK_ANSI_C, controlKey, {}), eventHotKeyInvalidErr);
 }
 
 }  // namespace

@@ -164,6 +164,9 @@ TEST_F(AssignedShortcutTest, ARefusalThatComesLaterAsksForOtherKeysAsOneAtOnce) 
   storeShortcut(muteMic, "j", Array{12});
   launch();
   EXPECT_THAT(desk.screen.alerts(), IsEmpty());
+  EXPECT_THAT(desk.keys.purposes,
+              ElementsAre(testing::Pair(kControlJ, "Microphone On or Off"),
+                          testing::Pair(kControlK, "Presentation Mode On or Off")));
   refuse(kControlK);
   ASSERT_EQ(desk.screen.alerts().size(), 1U);
   EXPECT_EQ(desk.screen.alerts()[0].informative, "Not available: ⌃k");

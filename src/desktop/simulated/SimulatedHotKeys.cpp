@@ -9,7 +9,8 @@ namespace simulated {
 using platform::port::HotKeyNumber;
 
 platform::OSStatus SimulatedHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
-                                                    std::uint32_t modifiers) {
+                                                    std::uint32_t modifiers,
+                                                    const std::string& purpose) {
   const Combination combination{keyCode, modifiers};
   log_.add("hotKeys.register " + std::to_string(keyCode) + " " + std::to_string(modifiers));
   if (impossible.contains(combination) || reserved.contains(combination)) {
@@ -18,6 +19,7 @@ platform::OSStatus SimulatedHotKeys::registerHotKey(HotKeyNumber number, std::ui
   if (heldByOthers.contains(combination) || numberOf(asked_, combination) != 0) {
     return platform::eventHotKeyExistsErr;
   }
+  purposes.insert_or_assign(combination, purpose);
   asked_.emplace(number, combination);
   if (!assignsKeys) held_.emplace(number, combination);
   return platform::noErr;

@@ -24,8 +24,8 @@ class SimulatedHotKeys final : public platform::port::HotKeys {
 
   void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
-                                                  std::uint32_t keyCode,
-                                                  std::uint32_t modifiers) override;
+                                                  std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  const std::string& purpose) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
   [[nodiscard]] bool isReserved(std::uint32_t keyCode, std::uint32_t modifiers) const override {
     return reserved.contains({keyCode, modifiers});
@@ -40,6 +40,8 @@ class SimulatedHotKeys final : public platform::port::HotKeys {
   std::set<Combination> reserved;
   /// The desktop assigns the keys itself: what is asked for is held once it has been assigned.
   bool assignsKeys = false;
+  /// What each combination was last asked for.
+  std::map<Combination, std::string> purposes;
   /// Of what was asked for, gives `given`, by its name, now or once more; or nothing.
   void assign(Combination asked, Combination given, const std::string& name);
   void refuse(Combination asked);

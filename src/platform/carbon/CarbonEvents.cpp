@@ -68,11 +68,12 @@ EventTargetRef GetEventDispatcherTarget() {
 }
 
 OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID hotKeyID,
-                             EventTargetRef, std::uint32_t, EventHotKeyRef& outRef) {
+                             EventTargetRef, std::uint32_t, EventHotKeyRef& outRef,
+                             const std::string& purpose) {
   if (service() == nullptr) return eventHotKeyInvalidErr;
   EventDispatcher& dispatcher = EventDispatcher::shared();
   service()->setClient(&dispatcher);
-  const OSStatus status = service()->registerHotKey(hotKeyID.id, keyCode, modifiers);
+  const OSStatus status = service()->registerHotKey(hotKeyID.id, keyCode, modifiers, purpose);
   if (status != noErr) return status;
   dispatcher.hotKeys.emplace(hotKeyID.id, hotKeyID);
   outRef = EventHotKeyRef{hotKeyID.id};

@@ -67,10 +67,12 @@ using EventHandler = OSStatus (*)(EventRef event, void* userData);
 /// of `KeyCodes.h`. On success `outRef` is not empty; on any other status nothing is registered.
 /// eventHotKeyExistsErr: the combination is taken, by another program or by an earlier call.
 /// eventHotKeyInvalidErr: this desktop cannot give it away. `options` is 0. The `id` is not 0, and
-/// another in each call in a process, whoever calls.
+/// another in each call in a process, whoever calls. `purpose` is for desktops that list the keys
+/// of programs.
 [[nodiscard]] OSStatus RegisterEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                            EventHotKeyID hotKeyID, EventTargetRef target,
-                                           std::uint32_t options, EventHotKeyRef& outRef);
+                                           std::uint32_t options, EventHotKeyRef& outRef,
+                                           const std::string& purpose = {});
 /// Whether this desktop keeps the combination from everybody, so that nobody need try.
 [[nodiscard]] bool IsReservedHotKey(std::uint32_t keyCode, std::uint32_t modifiers);
 /// Where the desktop gives no program hot keys: what its user writes into its configuration so that

@@ -43,9 +43,11 @@ class HotKeys {
   /// only that it was asked, and `hotKeyAssigned` tells its answer, however late. Any status but
   /// noErr is a refusal that leaves nothing half taken: eventHotKeyExistsErr when another program
   /// or an earlier number holds it, eventHotKeyInvalidErr when this keyboard cannot make it or this
-  /// desktop keeps it for itself.
+  /// desktop keeps it for itself. `purpose`, in the user's language, is for desktops that list the
+  /// keys of programs; empty: they name the keys.
   [[nodiscard]] virtual OSStatus registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
-                                                std::uint32_t modifiers) = 0;
+                                                std::uint32_t modifiers,
+                                                const std::string& purpose) = 0;
   /// Gives it back; nothing is reported of it any more. An unknown number: does nothing.
   virtual void unregisterHotKey(HotKeyNumber number) = 0;
   /// Whether this desktop gives the combination to nobody, whatever is held at the moment: to

@@ -81,7 +81,7 @@ class KdeHotKeys : public testing::Test {
 TEST_F(KdeHotKeys, TheyAreKdesOwnAndReportedOnceHoweverLongTheyAreHeld) {
   ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
   EXPECT_NE(listed().find("Calmdeck"), std::string::npos) << listed();
-  EXPECT_NE(listed().find("Shortcut Ctrl+Alt+P"), std::string::npos) << listed();
+  EXPECT_NE(listed().find("Does something"), std::string::npos) << listed();
   EXPECT_NE(listed().find(kKey), listed().rfind(kKey)) << "the default too: " << listed();
   EXPECT_TRUE(isTaken());
   EXPECT_EQ(keys.registers(2, kVK_ANSI_P, kControlAlt), eventHotKeyExistsErr);

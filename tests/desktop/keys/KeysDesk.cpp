@@ -136,7 +136,7 @@ bool KeysDesk::adapted(const std::string& layout, int moved) {
 platform::OSStatus KeysDesk::registers(std::uint32_t number, std::uint32_t keyCode,
                                        std::uint32_t modifiers) {
   program_.turn();
-  return hotKeys_.registerHotKey(number, keyCode, modifiers);
+  return hotKeys_.registerHotKey(number, keyCode, modifiers, "Does something");
 }
 
 testing::AssertionResult KeysDesk::hears(const Reports& wanted) {

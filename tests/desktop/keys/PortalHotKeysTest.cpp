@@ -91,7 +91,7 @@ class Portal {
   }
 
   [[nodiscard]] bool asks() const { return dialog_.has_value(); }
-  /// "Control+Alt+p as CTRL+ALT+p", of the last dialog.
+  /// "Purpose 1: Control+Alt+p as CTRL+ALT+p", of the last dialog.
   [[nodiscard]] const std::vector<std::string>& wanted() const { return wanted_; }
   /// How many of its sessions have been closed.
   [[nodiscard]] int closed() const { return closed_; }
@@ -136,8 +136,11 @@ class Portal {
   QVariantList bind(const QDBusMessage& call) {
     wanted_.clear();
     for (const auto& shortcut : qdbus_cast<QList<PortalShortcut>>(call.arguments().at(1))) {
-      wanted_.push_back(shortcut.id.toStdString() + " as " +
-                        shortcut.details.value("preferred_trigger").toString().toStdString());
+      const auto detail = [&](const char* name) {
+        return shortcut.details.value(name).toString().toStdString();
+      };
+      wanted_.push_back(detail("description") + ": " + shortcut.id.toStdString() + " as " +
+                        detail("preferred_trigger"));
     }
     const auto options = qdbus_cast<QVariantMap>(call.arguments().at(3));
     dialog_ = handle(call, "request", options.value("handle_token").toString());
@@ -167,7 +170,7 @@ class PortalHotKeysTest : public harness::EventLoopTest<>, private platform::por
   void start() { portal.emplace(address); }
   void end() { portal.reset(); }
   [[nodiscard]] platform::OSStatus take(std::uint32_t number, std::uint32_t keyCode) {
-    return keys.registerHotKey(number, keyCode, kControlAlt);
+    return keys.registerHotKey(number, keyCode, kControlAlt, "Purpose " + std::to_string(number));
   }
   /// Returns when what the portal has sent has come to the program, which has not yet looked at it.
   static void awaitArrival() {
@@ -220,8 +223,8 @@ class PortalHotKeysTest : public harness::EventLoopTest<>, private platform::por
 
 TEST_F(PortalHotKeysTest, BothAreAskedForAtOnceAndFire) {
   ASSERT_NO_FATAL_FAILURE(bindBoth());
-  EXPECT_THAT(portal->wanted(),
-              ElementsAre("Control+Alt+p as CTRL+ALT+p", "Control+Alt+m as CTRL+ALT+m"));
+  EXPECT_THAT(portal->wanted(), ElementsAre("Purpose 1: Control+Alt+p as CTRL+ALT+p",
+                                            "Purpose 2: Control+Alt+m as CTRL+ALT+m"));
   EXPECT_EQ(take(3, platform::kVK_ANSI_P), eventHotKeyExistsErr);
   portal->press(kP);
   for (int time = 0; time < 2; ++time) portal->release(kP);
@@ -265,7 +268,7 @@ TEST_F(PortalHotKeysTest, AnAnswerToWhatWasGivenBackMeanwhileSaysNothing) {
   ASSERT_EQ(take(2, platform::kVK_ANSI_M), noErr);
   awaitArrival();
   ASSERT_TRUE(soon([&] { return portal->asks(); }));
-  EXPECT_THAT(portal->wanted(), ElementsAre("Control+Alt+m as CTRL+ALT+m"));
+  EXPECT_THAT(portal->wanted(), ElementsAre("Purpose 2: Control+Alt+m as CTRL+ALT+m"));
   portal->answer(0, {{kM, "Ctrl+Alt+M"}});
   EXPECT_TRUE(hears({"2 has Ctrl+Alt+M"}));
   portal->press(kP);

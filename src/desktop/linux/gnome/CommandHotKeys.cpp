@@ -99,7 +99,8 @@ void CommandHotKeys::pressed(HotKeyNumber number) {
 }
 
 platform::OSStatus CommandHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
-                                                  std::uint32_t modifiers) {
+                                                  std::uint32_t modifiers,
+                                                  const std::string& purpose) {
   const std::string accelerator = acceleratorOf(keyCode, modifiers);
   const std::string name = combinationName(keyCode, modifiers);
   if (accelerator.empty()) return platform::eventHotKeyInvalidErr;
@@ -108,7 +109,7 @@ platform::OSStatus CommandHotKeys::registerHotKey(HotKeyNumber number, std::uint
     return platform::eventHotKeyExistsErr;
   }
   const HotKey hotKey{number, kOurPaths + std::to_string(number) + '/', accelerator};
-  if (!bind(hotKey, name)) {
+  if (!bind(hotKey, purpose.empty() ? name : purpose)) {
     remove({hotKey.path});
     qCWarning(lcKeys, "%s: GNOME's settings do not take it", name.c_str());
     return platform::eventHotKeyInvalidErr;
@@ -124,13 +125,13 @@ void CommandHotKeys::unregisterHotKey(HotKeyNumber number) {
   hotKeys_.erase(found);
 }
 
-bool CommandHotKeys::bind(const HotKey& hotKey, const std::string& name) {
+bool CommandHotKeys::bind(const HotKey& hotKey, const std::string& shown) {
   const auto own = GuardedSettings::open(kOwnBinding, {"name", "command", "binding"}, hotKey.path);
   auto all = mediaKeys_->list(kOwnBindings);
   if (!own || !all) return false;
   all->push_back(hotKey.path);
   // Whoever reads the list then finds the rest in place.
-  return own->setText("name", "Calmdeck, " + name) &&
+  return own->setText("name", "Calmdeck, " + shown) &&
          own->setText("command", command_.arg(hotKey.number).toStdString()) &&
          own->setText("binding", hotKey.accelerator) && mediaKeys_->setList(kOwnBindings, *all);
 }

@@ -27,8 +27,8 @@ class CommandHotKeys final : public platform::port::HotKeys {
 
   void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
-                                                  std::uint32_t keyCode,
-                                                  std::uint32_t modifiers) override;
+                                                  std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  const std::string& purpose) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
 
  private:
@@ -42,7 +42,7 @@ class CommandHotKeys final : public platform::port::HotKeys {
   CommandHotKeys(std::unique_ptr<GuardedSettings> mediaKeys, QString command);
   [[nodiscard]] BusInterface ear();
   void pressed(platform::port::HotKeyNumber number);
-  [[nodiscard]] bool bind(const HotKey& hotKey, const std::string& name);
+  [[nodiscard]] bool bind(const HotKey& hotKey, const std::string& shown);
   void remove(const std::vector<std::string>& paths);
 
   std::unique_ptr<GuardedSettings> mediaKeys_;

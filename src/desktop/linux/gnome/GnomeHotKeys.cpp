@@ -40,20 +40,22 @@ void GnomeHotKeys::handOver() {
   }
   instead_->setClient(client_);
   for (const HotKey& hotKey : std::exchange(hotKeys_, {})) {
-    const auto status = instead_->registerHotKey(hotKey.number, hotKey.keyCode, hotKey.modifiers);
+    const auto status =
+        instead_->registerHotKey(hotKey.number, hotKey.keyCode, hotKey.modifiers, hotKey.purpose);
     if (status != platform::noErr && client_ != nullptr)
       client_->hotKeyAssigned(hotKey.number, std::nullopt);
   }
 }
 
 platform::OSStatus GnomeHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
-                                                std::uint32_t modifiers) {
-  if (instead_ != nullptr) return instead_->registerHotKey(number, keyCode, modifiers);
+                                                std::uint32_t modifiers,
+                                                const std::string& purpose) {
+  if (instead_ != nullptr) return instead_->registerHotKey(number, keyCode, modifiers, purpose);
   const std::string accelerator = acceleratorOf(keyCode, modifiers);
   if (accelerator.empty()) return platform::eventHotKeyInvalidErr;
   if (std::ranges::find(hotKeys_, accelerator, &HotKey::accelerator) != hotKeys_.end())
     return platform::eventHotKeyExistsErr;
-  hotKeys_.push_back({number, keyCode, modifiers, accelerator});
+  hotKeys_.push_back({number, keyCode, modifiers, purpose, accelerator});
   if (shell_.isReady()) grab(hotKeys_.back());
   return platform::noErr;
 }

@@ -26,8 +26,8 @@ class GnomeHotKeys final : public platform::port::HotKeys {
 
   void setClient(platform::port::HotKeysClient* client) override;
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
-                                                  std::uint32_t keyCode,
-                                                  std::uint32_t modifiers) override;
+                                                  std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  const std::string& purpose) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
 
  private:
@@ -37,6 +37,7 @@ class GnomeHotKeys final : public platform::port::HotKeys {
     platform::port::HotKeyNumber number;
     std::uint32_t keyCode;
     std::uint32_t modifiers;
+    std::string purpose;
     std::string accelerator;
     Key key = 0;
   };

@@ -38,12 +38,6 @@ constexpr uint kAsDefault = 0x8;
 /// other within milliseconds.
 constexpr qlonglong kLongestRepeat = 2000;
 
-/// The last is what people read, on the page and when they give the keys to something else.
-QStringList identityOf(const QString& action, int key) {
-  const QString keys = QKeySequence(key).toString(QKeySequence::NativeText);
-  return {kComponent, action, QStringLiteral("Calmdeck"), QStringLiteral("Shortcut ") + keys};
-}
-
 QVariant keysOf(int key) {
   return QVariant::fromValue(QList<KdeKeySequence>{{{key, 0, 0, 0}}});
 }
@@ -61,6 +55,10 @@ bool KdeHotKeys::isSession() {
   return desktops.split(QLatin1Char(':')).contains(QStringLiteral("KDE"));
 }
 
+QStringList KdeHotKeys::HotKey::identity() const {
+  return {kComponent, action, QStringLiteral("Calmdeck"), shown};
+}
+
 KdeHotKeys::KdeHotKeys()
     : service_(kService),
       watcher_(kService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {
@@ -70,7 +68,7 @@ KdeHotKeys::KdeHotKeys()
 
 KdeHotKeys::~KdeHotKeys() {
   for (const HotKey& hotKey : hotKeys_) {
-    send(QStringLiteral("setInactive"), {identityOf(hotKey.action, hotKey.key)});
+    send(QStringLiteral("setInactive"), {hotKey.identity()});
   }
 }
 
@@ -88,15 +86,19 @@ void KdeHotKeys::listen() {
 
 std::optional<platform::OSStatus> KdeHotKeys::registerHotKey(platform::port::HotKeyNumber number,
                                                              std::uint32_t keyCode,
-                                                             std::uint32_t modifiers) {
+                                                             std::uint32_t modifiers,
+                                                             const std::string& purpose) {
   const auto key = qtKeyOf(keyCode, modifiers);
   if (!key) return std::nullopt;
   const QString action = QString::fromStdString(combinationName(keyCode, modifiers));
   if (find(action) != nullptr) return platform::eventHotKeyExistsErr;
   listen();
-  const QDBusMessage answer = service_.callAll(registration(action, *key)).back();
+  const QString shown = purpose.empty() ? QKeySequence(*key).toString(QKeySequence::NativeText)
+                                        : QString::fromStdString(purpose);
+  const HotKey hotKey{number, action, shown, *key};
+  const QDBusMessage answer = service_.callAll(registration(hotKey)).back();
   if (!isError(answer) && holds(answer, *key)) {
-    hotKeys_.push_back({number, action, *key});
+    hotKeys_.push_back(hotKey);
     return platform::noErr;
   }
   // Also what comes to be only after we stopped waiting.
@@ -116,16 +118,17 @@ void KdeHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {
 void KdeHotKeys::registerAnew() {
   for (HotKey& hotKey : hotKeys_) {
     hotKey.isDown = false;
-    BusPeer::send(registration(hotKey.action, hotKey.key));
+    BusPeer::send(registration(hotKey));
   }
 }
 
-std::array<QDBusMessage, 3> KdeHotKeys::registration(const QString& action, int key) const {
+std::array<QDBusMessage, 3> KdeHotKeys::registration(const HotKey& hotKey) const {
   const QString setKeys = QStringLiteral("setShortcutKeys");
-  const QStringList identity = identityOf(action, key);
+  const QStringList identity = hotKey.identity();
+  const QVariant keys = keysOf(hotKey.key);
   return {call(QStringLiteral("doRegister"), {identity}),
-          call(setKeys, {identity, keysOf(key), kAsDefault}),
-          call(setKeys, {identity, keysOf(key), kPresentAsTold})};
+          call(setKeys, {identity, keys, kAsDefault}),
+          call(setKeys, {identity, keys, kPresentAsTold})};
 }
 
 QDBusMessage KdeHotKeys::call(const QString& method, const QVariantList& arguments) const {

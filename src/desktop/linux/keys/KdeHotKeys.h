@@ -31,7 +31,8 @@ class KdeHotKeys final : public QObject {
   /// As port::HotKeys has it, within half a second. None when the service does not answer or cannot
   /// name the combination.
   [[nodiscard]] std::optional<platform::OSStatus> registerHotKey(
-      platform::port::HotKeyNumber number, std::uint32_t keyCode, std::uint32_t modifiers);
+      platform::port::HotKeyNumber number, std::uint32_t keyCode, std::uint32_t modifiers,
+      const std::string& purpose);
   void unregisterHotKey(platform::port::HotKeyNumber number);
 
  private:
@@ -39,11 +40,15 @@ class KdeHotKeys final : public QObject {
     platform::port::HotKeyNumber number;
     /// The service's name for it, and ours.
     QString action;
+    /// What people read on the page, and when they give the keys to something else.
+    QString shown;
     /// As Qt has it: a key and modifiers.
     int key;
     bool isDown = false;
     /// When it was pressed or repeated, in milliseconds; 0: never.
     qlonglong lastPress = 0;
+
+    [[nodiscard]] QStringList identity() const;
   };
 
   void listen();
@@ -51,7 +56,7 @@ class KdeHotKeys final : public QObject {
   void released(const QDBusMessage& signal);
   void registerAnew();
   /// All that the service is told of one; the last answer says whether it got its keys.
-  [[nodiscard]] std::array<QDBusMessage, 3> registration(const QString& action, int key) const;
+  [[nodiscard]] std::array<QDBusMessage, 3> registration(const HotKey& hotKey) const;
   void send(const QString& method, const QVariantList& arguments) const;
   [[nodiscard]] QDBusMessage call(const QString& method, const QVariantList& arguments) const;
   [[nodiscard]] HotKey* find(const QString& action);

@@ -37,7 +37,7 @@ QList<PortalShortcut> shortcutsIn(const QVariant& list) {
   return qdbus_cast<QList<PortalShortcut>>(list);
 }
 
-/// "Control+Alt+p" or "<Control><Alt>p" as people read it: "Ctrl+Alt+P".
+/// "<Control><Alt>p" as people read it: "Ctrl+Alt+P".
 QString shownKeys(QString keys) {
   keys.remove(QLatin1Char('<')).replace(QLatin1Char('>'), QLatin1Char('+'));
   keys.replace(QStringLiteral("Control+"), QStringLiteral("Ctrl+"));
@@ -123,13 +123,15 @@ void PortalHotKeys::sayWhoWeAre() {
 }
 
 platform::OSStatus PortalHotKeys::registerHotKey(platform::port::HotKeyNumber number,
-                                                 std::uint32_t keyCode, std::uint32_t modifiers) {
+                                                 std::uint32_t keyCode, std::uint32_t modifiers,
+                                                 const std::string& purpose) {
   const QString id = QString::fromStdString(combinationName(keyCode, modifiers));
   if (std::ranges::find(hotKeys_, id, &HotKey::id) != hotKeys_.end())
     return platform::eventHotKeyExistsErr;
   listen();
-  hotKeys_.push_back(
-      {number, id, QString::fromStdString(combinationName(keyCode, modifiers, kModifiers))});
+  hotKeys_.push_back({number, id,
+                      QString::fromStdString(combinationName(keyCode, modifiers, kModifiers)),
+                      purpose.empty() ? id : QString::fromStdString(purpose)});
   binding_.start();
   return platform::noErr;
 }
@@ -196,10 +198,9 @@ void PortalHotKeys::sessionCreated(const QDBusMessage& response) {
   }
   QList<PortalShortcut> wanted;
   for (const HotKey& key : hotKeys_) {
-    wanted.append(
-        {key.id,
-         {{QStringLiteral("description"), QStringLiteral("Shortcut ") + shownKeys(key.id)},
-          {QStringLiteral("preferred_trigger"), key.trigger}}});
+    wanted.append({key.id,
+                   {{QStringLiteral("description"), key.purpose},
+                    {QStringLiteral("preferred_trigger"), key.trigger}}});
   }
   ask(QStringLiteral("BindShortcuts"),
       {QVariant::fromValue(QDBusObjectPath(session_)), QVariant::fromValue(wanted), QString()}, {},

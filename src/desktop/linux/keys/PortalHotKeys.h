@@ -41,8 +41,8 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
 
   void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
-                                                  std::uint32_t keyCode,
-                                                  std::uint32_t modifiers) override;
+                                                  std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  const std::string& purpose) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
 
  private:
@@ -51,6 +51,8 @@ class PortalHotKeys final : public QObject, public platform::port::HotKeys {
     /// The portal's name for it and ours, from which it knows the user's answer again.
     QString id;
     QString trigger;
+    /// What the portal shows its user.
+    QString purpose;
     bool isDown = false;
   };
   /// What the portal is working at; its answer comes by a signal from this path.

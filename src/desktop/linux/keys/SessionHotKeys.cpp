@@ -33,13 +33,15 @@ void SessionHotKeys::setClient(platform::port::HotKeysClient* client) {
 }
 
 platform::OSStatus SessionHotKeys::registerHotKey(platform::port::HotKeyNumber number,
-                                                  std::uint32_t keyCode, std::uint32_t modifiers) {
+                                                  std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  const std::string& purpose) {
   if (isReserved(keyCode, modifiers)) return platform::eventHotKeyInvalidErr;
   if (kde_) {
-    if (const auto status = kde_->registerHotKey(number, keyCode, modifiers)) return *status;
+    if (const auto status = kde_->registerHotKey(number, keyCode, modifiers, purpose))
+      return *status;
   }
   if (others_ == nullptr) return platform::eventHotKeyInvalidErr;
-  return others_->registerHotKey(number, keyCode, modifiers);
+  return others_->registerHotKey(number, keyCode, modifiers, purpose);
 }
 
 void SessionHotKeys::unregisterHotKey(platform::port::HotKeyNumber number) {

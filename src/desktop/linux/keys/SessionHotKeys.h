@@ -30,8 +30,8 @@ class SessionHotKeys final : public platform::port::HotKeys {
 
   void setClient(platform::port::HotKeysClient* client) override;
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
-                                                  std::uint32_t keyCode,
-                                                  std::uint32_t modifiers) override;
+                                                  std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  const std::string& purpose) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
   [[nodiscard]] bool isReserved(std::uint32_t keyCode, std::uint32_t modifiers) const override;
 

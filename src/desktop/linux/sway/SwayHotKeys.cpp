@@ -77,7 +77,8 @@ void SwayHotKeys::takeLayout(const QJsonObject& input) {
 }
 
 platform::OSStatus SwayHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
-                                               std::uint32_t modifiers) {
+                                               std::uint32_t modifiers,
+                                               const std::string& /*purpose*/) {
   HotKey hotKey{number, keyCode, modifiers};
   hotKey.keys = keysOf(hotKey);
   const std::string name = combinationName(keyCode, modifiers);

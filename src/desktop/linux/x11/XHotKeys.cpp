@@ -51,7 +51,8 @@ XHotKeys::XHotKeys(XEvents& events, XKeyboard& keyboard, std::uint8_t extension)
 }
 
 platform::OSStatus XHotKeys::registerHotKey(HotKeyNumber number, std::uint32_t keyCode,
-                                            std::uint32_t modifiers) {
+                                            std::uint32_t modifiers,
+                                            const std::string& /*purpose*/) {
   const auto chord = keyboard_.chordOf(keyCode, modifiers);
   if (!chord) {
     qCWarning(lcKeys, "%s: not on this keyboard", combinationName(keyCode, modifiers).c_str());

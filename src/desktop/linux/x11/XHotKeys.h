@@ -22,8 +22,8 @@ class XHotKeys final : public platform::port::HotKeys {
 
   void setClient(platform::port::HotKeysClient* client) override { client_ = client; }
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,
-                                                  std::uint32_t keyCode,
-                                                  std::uint32_t modifiers) override;
+                                                  std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  const std::string& purpose) override;
   void unregisterHotKey(platform::port::HotKeyNumber number) override;
 
  private:
