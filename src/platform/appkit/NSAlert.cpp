@@ -9,21 +9,42 @@
 namespace platform {
 namespace {
 
+/// The modal runs on the stack. One that is answered while another runs inside it ends after that.
+class ModalRuns {
+ public:
+  using IsAnswered = std::function<bool()>;
+
+  /// Handles events until `isAnswered`, or the program ends.
+  void run(const IsAnswered& isAnswered) {
+    isAnswered_.push_back(isAnswered);
+    Runtime::current().desktop().mainLoop.run();
+    isAnswered_.pop_back();
+    answerArrived();
+  }
+  void answerArrived() const {
+    if (isAnswered_.empty() || !isAnswered_.back()()) return;
+    Runtime::current().desktop().mainLoop.stop();
+  }
+
+ private:
+  std::vector<IsAnswered> isAnswered_;  // the innermost last
+};
+
 /// What the user answers to what `show` puts on the screen; `T{}` when the program ends before.
 template <typename T, typename Show>
 T answerTo(const Show& show) {
-  port::MainLoop& loop = Runtime::current().desktop().mainLoop;
+  const auto runs = Runtime::current().instance<ModalRuns>();
   // Shared, because an answer that was held back may outlive a run that the program's end cut
   // short.
-  const auto answer = std::make_shared<T>();
-  const auto peer = show([&loop, answer](T given) {
-    NSRunLoop::mainRunLoop().deliver([&loop, answer, given = std::move(given)] {
+  const auto answer = std::make_shared<std::optional<T>>();
+  const auto peer = show([runs, answer](T given) {
+    NSRunLoop::mainRunLoop().deliver([runs, answer, given = std::move(given)] {
       *answer = given;
-      loop.stop();
+      runs->answerArrived();
     });
   });
-  loop.run();
-  return *answer;
+  runs->run([answer] { return answer->has_value(); });
+  return answer->value_or(T{});
 }
 
 }  // namespace

@@ -92,6 +92,25 @@ TEST_F(NSRunLoopTest, AModalRunThatWasHeldBackLetsTheRestHaveItsTurn) {
   EXPECT_EQ(order, (Order{"asks", "click", "nothing left", "answered"}));
 }
 
+TEST_F(NSRunLoopTest, AnOuterModalRunThatIsAnsweredFirstWaitsForTheInnerOne) {
+  desk.loop.run();  // the application's own
+  NSAlert alert;
+  alert.addButtonWithTitle("OK");
+  desk.loop.whenWaiting([&] {
+    desk.loop.whenWaiting([this] { desk.screen.answerOpenPanel("/sea.png"); });
+    desk.loop.whenWaiting([this] {
+      order.emplace_back("nothing left");
+      desk.screen.answerAlert(0);
+    });
+    EXPECT_EQ(alert.runModal(), NSAlert::kFirstButtonReturn);
+    order.emplace_back("answered");
+  });
+  NSOpenPanel panel;
+  EXPECT_EQ(panel.runModal(), NSModalResponse::OK);
+  EXPECT_EQ(panel.URL()->path(), "/sea.png");
+  EXPECT_EQ(order, (Order{"nothing left", "answered"}));
+}
+
 TEST_F(NSRunLoopTest, WorkForTheEndOfTheTurnRunsBeforeASleep) {
   loop().enqueue([this] {
     loop().beforeWaiting(note("drawn"));
