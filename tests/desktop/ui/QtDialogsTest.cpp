@@ -27,7 +27,7 @@ class QtDialogsTest : public TitledTest {
 
   void showPanel() {
     present(*panel, platform::port::PlacedAtStatusItem{&item});
-    panelWindow = shown();
+    panelWindow = QApplication::activeWindow();
   }
   [[nodiscard]] bool clickTurnsTheSwitch() {
     const bool before = toggle->isOn();
@@ -107,6 +107,14 @@ TEST_F(QtAlertTest, PanelBehindItTakesNoInputAndIsNotLeft) {
   EXPECT_TRUE(panelWindow->isVisible());
 }
 
+TEST_F(QtAlertTest, PanelThatComesInFrontOfItIsLeftForIt) {
+  ask();
+  QMessageBox& behind = *box();
+  showPanel();
+  behind.activateWindow();
+  EXPECT_TRUE(until([this] { return actsElsewhere == 1; }));
+}
+
 TEST_F(QtAlertTest, SheetStopsItsOwnWindowAndNoOther) {
   item.shown = false;
   showPanel();
@@ -177,12 +185,25 @@ TEST_F(QtOpenPanelTest, AnswersOnceWithTheWholePathOfAFileOfTheTypesOffered) {
             (std::vector<std::string>{"nothing", picture("Sea.Png").toStdString(), "nothing"}));
 }
 
-TEST_F(QtOpenPanelTest, PanelThatComesInFrontOfItIsLeftForIt) {
-  ask();
-  QFileDialog& behind = *files();
+TEST_F(QtOpenPanelTest, StopsTheTitledWindowAndNoPanelBesideItOrInFront) {
+  show();
+  QWindow* waiting = QApplication::activeWindow()->windowHandle();
+  item.shown = false;
   showPanel();
-  behind.activateWindow();
-  EXPECT_TRUE(until([this] { return actsElsewhere == 1; }));
+  ask();
+  QFileDialog& asking = *files();
+  QTest::keyClick(waiting, Qt::Key_A);
+  EXPECT_TRUE(keys->presses.empty());
+  EXPECT_TRUE(clickTurnsTheSwitch());
+  panel->orderOut(nullptr);
+  item.shown = true;
+  showPanel();
+  EXPECT_TRUE(clickTurnsTheSwitch());
+  EXPECT_EQ(actsElsewhere, 0);
+  window->makeKeyWindow();
+  EXPECT_TRUE(until([&] { return asking.isActiveWindow() && actsElsewhere == 1; }));
+  QTest::keyClick(&asking, Qt::Key_Escape);
+  EXPECT_TRUE(until([&] { return waiting->isActive(); }));
 }
 
 }  // namespace

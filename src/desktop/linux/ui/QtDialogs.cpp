@@ -10,6 +10,7 @@
 #include <QStandardPaths>
 #include <QWindow>
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 #include "desktop/linux/language/Language.h"
@@ -179,6 +180,13 @@ QString folderOfPictures() {
   return QFileInfo(path).isDir() ? path : QDir::homePath();
 }
 
+/// In which the user has asked for the panel.
+QtWindowPeer* titledWindow(const WindowServices& services) {
+  const auto shown = std::views::reverse(services.shown);
+  const auto titled = std::ranges::find_if(shown, &QtWindowPeer::isTitled);
+  return titled == shown.end() ? nullptr : *titled;
+}
+
 std::optional<std::string> chosenIn(const QFileDialog& dialog, const QStringList& patterns) {
   const QFileInfo file(dialog.selectedFiles().value(0));
   if (file.isFile() && QDir::match(patterns, file.fileName())) {
@@ -197,7 +205,7 @@ std::unique_ptr<ModalPeer> makeOpenPanel(
   const QStringList patterns = patternsFor(panel.allowedFileTypes());
   auto owned = std::make_unique<QFileDialog>();
   QFileDialog& box = *owned;
-  auto dialog = std::make_unique<ModalDialog>(std::move(owned), nullptr, services);
+  auto dialog = std::make_unique<ModalDialog>(std::move(owned), titledWindow(services), services);
   box.setAcceptMode(QFileDialog::AcceptOpen);
   box.setFileMode(QFileDialog::ExistingFile);
   box.setSupportedSchemes({QStringLiteral("file")});

@@ -20,9 +20,10 @@ namespace linux_desktop {
     const platform::NSAlert& alert, const std::function<void(std::size_t button)>& answered,
     QtWindowPeer* sheetOf, WindowServices& services);
 
-/// An open panel as the desktop's own dialog for files, or Qt's where there is none. All windows of
-/// the application wait for it. It begins in the user's folder of pictures, offers files of the
-/// panel's types alone, and any other that somebody types the name of counts as no answer.
+/// An open panel as the desktop's own dialog for files, or Qt's where there is none. The titled
+/// window that was shown last waits for it; where there is none, all windows of the application do.
+/// It begins in the user's folder of pictures, offers files of the panel's types alone, and any
+/// other that somebody types the name of counts as no answer.
 [[nodiscard]] std::unique_ptr<platform::port::Windows::ModalPeer> makeOpenPanel(
     const platform::NSOpenPanel& panel,
     const std::function<void(std::optional<std::string> path)>& answered, WindowServices& services);

@@ -43,6 +43,16 @@ StatusItemAnchor* anchorOf(const port::Placement& placement) {
   return atItem == nullptr ? nullptr : dynamic_cast<StatusItemAnchor*>(atItem->item);
 }
 
+/// The dialog of ours that the window waits for; null where it waits for none, or for the
+/// desktop's own.
+QWindow* dialogOver(const QWindow& window) {
+  const QWidget* dialog = QApplication::activeModalWidget();
+  QWindow* handle = dialog == nullptr ? nullptr : dialog->windowHandle();
+  const bool isOver =
+      handle != nullptr && handle->isVisible() && handle->transientParent() == &window;
+  return isOver ? handle : nullptr;
+}
+
 /// The program's own, for all windows; null where its resources do not have it.
 QIcon programIcon() {
   QIcon icon;
@@ -148,7 +158,10 @@ void QtWindowPeer::makeKey() {
   if (!window_ || !window_->isVisible()) return;
   // It has the keyboard, and what the click gave leave with is for nobody else.
   if (popover_) return services_.ownWindows.setToken({});
-  const auto ask = [this] { services_.ownWindows.activate(*handle()); };
+  const auto ask = [this] {
+    services_.ownWindows.activate(*handle());
+    if (QWindow* dialog = dialogOver(*handle())) services_.ownWindows.activate(*dialog);
+  };
   // One that is minimised is not seen before it was asked for.
   if (services_.ownWindows.isKept(*handle())) return ask();
   onceExposed(*handle(), ask);
@@ -183,8 +196,12 @@ void QtWindowPeer::update(const std::vector<port::ChangedView>& changes, bool) {
 
 // --- Showing ---
 
+bool QtWindowPeer::isTitled() const {
+  return model_.style() == platform::NSWindowStyle::Titled;
+}
+
 Chrome QtWindowPeer::chromeFor(const StatusItemAnchor* anchor) const {
-  if (model_.style() == platform::NSWindowStyle::Titled) return Chrome::Titled;
+  if (isTitled()) return Chrome::Titled;
   if (anchor == nullptr) return Chrome::Ordinary;
   if (!anchor->isShown()) return Chrome::OrdinaryWithMenu;
   return services_.ownWindows.mayBeRound() ? Chrome::RoundPopover : Chrome::Popover;

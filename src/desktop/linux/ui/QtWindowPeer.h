@@ -47,6 +47,7 @@ class QtWindowPeer final : public platform::port::WindowPeer, private PanelObser
   void makeKey() override;
   void update(const std::vector<platform::port::ChangedView>& changes, bool frameChanged) override;
 
+  [[nodiscard]] bool isTitled() const;
   /// The native window, for alerts that stand in front of it; null before the first time.
   [[nodiscard]] QWindow* handle() const;
   /// Whether a titled window takes the keys too that the desktop would act on, until it is hidden.
