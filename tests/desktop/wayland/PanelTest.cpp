@@ -269,4 +269,24 @@ TEST_P(WaylandRecallTest, OpenPreferencesComeToTheUserWhoAsksForThem) {
   EXPECT_TRUE(isActive());
 }
 
+/// Where one window may come to the user without the other.
+class SwayRecallTest : public WaylandPreferencesTest {};
+
+INSTANTIATE_TEST_SUITE_P(On, SwayRecallTest,
+                         testing::ValuesIn(harness::installedOf({Compositor::Sway})),
+                         testing::PrintToStringParamName());
+
+TEST_P(SwayRecallTest, OpenPreferencesComeWithTheDialogThatTheyWaitFor) {
+  const auto dialogIsActive = [&](bool wanted) {
+    return desk.until(
+        [&] { return reader.shows("Please select an image", {}, "active") == wanted; });
+  };
+  ASSERT_TRUE(reader.act(reader.await("Choose the wallpaper").value()));
+  ASSERT_TRUE(dialogIsActive(true));
+  desk.mustRun({"swaymsg", "workspace 9"});
+  ASSERT_TRUE(dialogIsActive(false));
+  desk.perform("preferences");
+  EXPECT_TRUE(dialogIsActive(true));
+}
+
 }  // namespace

@@ -42,7 +42,7 @@ class SwaySession {
   /// A window of ours, to the workspace on which the user works: the mode may hide what is on its
   /// own.
   bool bringToUser(const QString& title) {
-    const QString quoted = QRegularExpression::escape(title).replace('\\', "\\\\");
+    const QString quoted = QRegularExpression::escape(title);
     const QString pid = QString::number(QCoreApplication::applicationPid());
     socket_->command(
         ("[pid=" + pid + " title=\"^" + quoted + "\"] move container to workspace current, focus")
