@@ -3,7 +3,8 @@
 // was given. Its argument is the picture on the second screen, and on a third; the first has a
 // colour. A second argument makes that screen a slide show which shows this one instead, without a
 // note of it where scripts read, as in Plasma 6. No screen takes a picture whose path has "refused"
-// in it. With STAND_IN_STOPS set it is stopped once it has its name, as one that is still starting,
+// in it. STAND_IN_LEAVES tells what panels leave of a screen, as "NAME X Y WIDTH HEIGHT". With
+// STAND_IN_STOPS set it is stopped once it has its name, as one that is still starting,
 // and goes on with SIGCONT.
 
 #include <QCoreApplication>
@@ -12,6 +13,7 @@
 #include <QDBusVirtualObject>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRect>
 #include <QRegularExpression>
 #include <QUrl>
 #include <array>
@@ -34,6 +36,8 @@ class Shell final : public QDBusVirtualObject {
       const QString script = call.arguments().value(0).toString();
       return bus.send(call.createReply(evaluate(script)));
     }
+    if (call.member() == QLatin1String("availableScreenRect"))
+      return bus.send(call.createReply(leftOf(call.arguments().value(0).toString())));
     return call.member() == QLatin1String("wallpaper") && !slide_.isEmpty() &&
            bus.send(call.createReply(QVariantMap{{"Image", fileUrl(slide_)}}));
   }
@@ -66,6 +70,13 @@ class Shell final : public QDBusVirtualObject {
     return {};  // as after an exception
   }
 
+  static QRect leftOf(const QString& screen) {
+    const QStringList told = qEnvironmentVariable("STAND_IN_LEAVES").split(' ');
+    if (told.value(0) != screen) return {};
+    return {told.value(1).toInt(), told.value(2).toInt(), told.value(3).toInt(),
+            told.value(4).toInt()};
+  }
+
   static QString fileUrl(const QString& path) { return QUrl::fromLocalFile(path).toString(); }
   static QJsonObject screen(int number, int x, const char* plugin, const QString& image) {
     return {{"id", 7 + 2 * number}, {"screen", number}, {"x", x},      {"y", 0},
@@ -74,7 +85,7 @@ class Shell final : public QDBusVirtualObject {
   }
 
   QString slide_ = QCoreApplication::arguments().value(2);
-  QString file_ = fileUrl(QCoreApplication::arguments().at(1));
+  QString file_ = fileUrl(QCoreApplication::arguments().value(1));
   std::array<QJsonObject, 3> screens_{
       screen(0, 0, "org.kde.color", {}),
       screen(1, 1280, slide_.isEmpty() ? "org.kde.image" : "org.kde.slideshow", file_),
@@ -87,7 +98,8 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   Shell shell;
   QDBusConnection bus = QDBusConnection::sessionBus();
-  bus.registerVirtualObject(QStringLiteral("/PlasmaShell"), &shell);
+  for (const char* path : {"/PlasmaShell", "/StrutManager"})
+    bus.registerVirtualObject(QLatin1String(path), &shell);
   if (!bus.registerService(QStringLiteral("org.kde.plasmashell"))) return 1;
   say("ready");
   if (qEnvironmentVariableIsSet("STAND_IN_STOPS")) std::raise(SIGSTOP);

@@ -154,6 +154,38 @@ TEST_P(WaylandPanelTest, OpensByItselfAtTheBarWhereverThatIs) {
   }
 }
 
+/// Where Plasma tells of its panels.
+class PlasmaPanelTest : public WaylandPanelTest {};
+
+INSTANTIATE_TEST_SUITE_P(On, PlasmaPanelTest,
+                         testing::ValuesIn(harness::installedOf({Compositor::Kwin})),
+                         testing::PrintToStringParamName());
+
+TEST_P(PlasmaPanelTest, OpensByItselfBesideTheBarAlsoWhenTheDesktopHangs) {
+  program.reset();
+  ASSERT_TRUE(gaveKeyboardBack());
+  desk.startBar(0, Edge::Bottom);
+  const auto shell = desk.start(
+      {PLASMA_STAND_IN}, {{"STAND_IN_LEAVES", desk.outputs().front().name + " 0 0 1280 688"}});
+  ASSERT_TRUE(shell->waitForLine("^ready$"));
+  constexpr Rect kLowerEdge{800, 676, 480, 7};
+  constexpr Rect kGap{0, 685, 1280, 2};
+  const Image before = desk.screen().settled(kDesktop, 200ms);
+  const auto isOpen = [&] { return desk.screen().area(kLowerEdge) != before.part(kLowerEdge); };
+  program = desk.startCalmdeck();
+  for (const bool hangs : {false, true}) {
+    if (hangs) {
+      shell->freeze();
+      ASSERT_TRUE(closesByEscape());
+      ASSERT_TRUE(desk.until([&] { return !isOpen(); }));
+      desk.mustRun({"gapplication", "launch", harness::kCalmdeckName});
+    }
+    ASSERT_TRUE(hasKeyboard());
+    EXPECT_TRUE(desk.until(isOpen));
+    EXPECT_EQ(desk.screen().area(kGap), before.part(kGap));
+  }
+}
+
 // As trays ask for it that draw no menus, swaybar for one.
 TEST_P(WaylandPanelTest, AMenuThatItDrawsItselfIsAtThePointerAndClosesWithAPressElsewhere) {
   ASSERT_TRUE(closesByEscape());
