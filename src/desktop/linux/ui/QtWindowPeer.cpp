@@ -186,12 +186,12 @@ void QtWindowPeer::giveWay() {
 
 void QtWindowPeer::update(const std::vector<port::ChangedView>& changes, bool) {
   const CallScope scope(isCalled_, true);
-  const auto& content = model_.contentView();
-  const bool isOther = std::ranges::any_of(changes, [&content](const port::ChangedView& changed) {
-    return changed.view == content && includes(changed.change, platform::ViewChange::Subviews);
+  if (!window_) return;
+  const bool isOther = std::ranges::any_of(changes, [](const port::ChangedView& changed) {
+    return includes(changed.change, platform::ViewChange::Subviews);
   });
-  if (window_ && window_->views() != nullptr && !isOther) window_->views()->update(changes);
-  if (window_ && isOther) window_->setContent(content);
+  if (isOther) return window_->setContent(model_.contentView());
+  if (window_->views() != nullptr) window_->views()->update(changes);
 }
 
 // --- Showing ---

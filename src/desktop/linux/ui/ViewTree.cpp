@@ -63,11 +63,6 @@ bool isRow(const QBoxLayout& layout) {
   return layout.direction() == QBoxLayout::LeftToRight;
 }
 
-/// Whether `view` is painted by the widget of a view above it.
-bool isInsideCustomView(const NSView& view) {
-  return view.superview() != nullptr && view.superview()->kind() == NSViewKind::Custom;
-}
-
 }  // namespace
 
 struct ViewTree::KindRow {
@@ -86,31 +81,23 @@ const ViewTree::KindRow ViewTree::kKinds[] = {
     {NSViewKind::Box, &ViewTree::addBox},
 };
 
-ViewTree::ViewTree(std::shared_ptr<NSView> root, QWidget& host, QBoxLayout& layout, Clock clock,
-                   PressObserver& presses)
-    : root_(std::move(root)),
-      host_(host),
-      layout_(layout),
-      clock_(std::move(clock)),
-      presses_(presses) {
+ViewTree::ViewTree(const std::shared_ptr<NSView>& root, QWidget& host, QBoxLayout& layout,
+                   Clock clock, PressObserver& presses)
+    : host_(host), clock_(std::move(clock)), presses_(presses) {
   frames_.setTimerType(Qt::PreciseTimer);
   frames_.setInterval(kFrame);
   QObject::connect(&frames_, &QTimer::timeout, &frames_, [this] { step(); });
-  build();
+  // Those of a tree that was there before.
+  while (layout.count() > 0) const std::unique_ptr<QLayoutItem> gone(layout.takeAt(0));
+  add(root, layout);
+  readVisibility();
 }
 
 ViewTree::~ViewTree() {
-  clear();
+  while (!widgets_.empty()) widgets_.pop_back();
 }
 
 // --- Building ---
-
-void ViewTree::build() {
-  while (layout_.count() > 0) const std::unique_ptr<QLayoutItem> gone(layout_.takeAt(0));
-  clear();
-  add(root_, layout_);
-  readVisibility();
-}
 
 void ViewTree::add(const std::shared_ptr<NSView>& view, QBoxLayout& layout) {
   const auto* row = std::ranges::find(kKinds, view->kind(), &KindRow::kind);
@@ -176,22 +163,9 @@ void ViewTree::place(std::unique_ptr<ViewWidget> widget, QBoxLayout& layout) {
   widgets_.push_back(std::move(widget));
 }
 
-void ViewTree::clear() {
-  layers_.clear();
-  while (!widgets_.empty()) widgets_.pop_back();
-}
-
 // --- Keeping up ---
 
 void ViewTree::update(const std::vector<platform::port::ChangedView>& changes) {
-  const auto isRebuild = [](const platform::port::ChangedView& changed) {
-    return includes(changed.change, ViewChange::Subviews) &&
-           changed.view->kind() != NSViewKind::Custom && !isInsideCustomView(*changed.view);
-  };
-  if (std::ranges::any_of(changes, isRebuild)) {
-    build();
-    return;
-  }
   bool visibility = false;
   for (const auto& [view, change] : changes) {
     visibility = visibility || includes(change, ViewChange::Hidden);

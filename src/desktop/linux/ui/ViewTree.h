@@ -10,7 +10,7 @@
 
 namespace linux_desktop {
 
-/// The widgets of a tree of views, kept as the model says.
+/// The widgets of a tree of views, kept as the model says; where views come or go, it is made anew.
 ///
 /// One table has a row for each kind of view; stacks are layouts, everything else is a widget.
 /// While something in the tree moves and `host` is visible, it is painted from the presentation
@@ -18,8 +18,8 @@ namespace linux_desktop {
 class ViewTree {
  public:
   /// Fills `layout`, which lies in `host`. Both, and `presses`, outlive this.
-  ViewTree(std::shared_ptr<platform::NSView> root, QWidget& host, QBoxLayout& layout, Clock clock,
-           PressObserver& presses);
+  ViewTree(const std::shared_ptr<platform::NSView>& root, QWidget& host, QBoxLayout& layout,
+           Clock clock, PressObserver& presses);
   ~ViewTree();
 
   void update(const std::vector<platform::port::ChangedView>& changes);
@@ -31,7 +31,6 @@ class ViewTree {
   struct KindRow;
   static const KindRow kKinds[];
 
-  void build();
   void add(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
   void addStack(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
   void addLayers(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
@@ -42,15 +41,12 @@ class ViewTree {
   template <class Widget, class View>
   void addWidget(const std::shared_ptr<platform::NSView>& view, QBoxLayout& layout);
   void place(std::unique_ptr<ViewWidget> widget, QBoxLayout& layout);
-  void clear();
   [[nodiscard]] ViewWidget* widgetOf(const platform::NSView& view) const;
   void readCommon(ViewWidget& widget) const;
   void readVisibility();
   void step();
 
-  std::shared_ptr<platform::NSView> root_;
   QWidget& host_;
-  QBoxLayout& layout_;
   Clock clock_;
   PressObserver& presses_;
   /// What is inside a widget comes after it.
