@@ -82,7 +82,6 @@ void NSRunLoop::performSelectorAfterDelay(const std::shared_ptr<NSObject>& targe
 }
 
 void NSRunLoop::sleep(double seconds) {
-  flushBeforeWaiting();
   const bool outer = std::exchange(sleeping_, true);
   mainLoop().sleep(durationOf(seconds));
   sleeping_ = outer;
