@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
@@ -54,6 +56,24 @@ TEST_F(SingleInstanceTest, OfManyStartsOneIsTheFirstAndIsShownByEachOther) {
   while (starts.size() < kStarts) starts.push_back(startAgain());
   for (auto& start : starts) EXPECT_EQ(answerTo(start), Claim::HandedOver);
   EXPECT_TRUE(soon([&] { return shows == kStarts; }));
+}
+
+TEST_F(SingleInstanceTest, OnlyARequestShowsItAndItsSocketGoesWithIt) {
+  const fs::path file = runtime / "calmdeck.socket";
+  {
+    SingleInstance only{[this] { ++shows; }, runtime};
+    ASSERT_EQ(only.claim(), Claim::First);
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    file.string().copy(address.sun_path, sizeof address.sun_path - 1);
+    const linux_desktop::FileDescriptor stranger(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    ASSERT_EQ(::sendto(stranger.get(), "hide\n", 5, 0, reinterpret_cast<const sockaddr*>(&address),
+                       sizeof address),
+              5);
+    auto second = startAgain();
+    EXPECT_EQ(answerTo(second), Claim::HandedOver);
+    EXPECT_EQ(shows, 1) << "they come one after the other";
+  }
+  EXPECT_FALSE(fs::exists(file));
 }
 
 TEST_F(SingleInstanceTest, AHungFirstIsSaidSoInTimeAndDoesItLateRatherThanNever) {

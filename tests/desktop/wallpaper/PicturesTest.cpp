@@ -74,6 +74,14 @@ class WallpaperPicturesTest : public PrivateBusTest {
     EXPECT_TRUE(QFile::resize(file, QFileInfo(file).size() * 2 / 3));
     return path(name);
   }
+  /// Nothing tells its size but the header.
+  [[nodiscard]] std::string saidToBeHuge(const char* name) const {
+    QFile file(QString::fromStdString(save(name)));
+    EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+    const qint64 frame = file.readAll().indexOf("\xff\xc0");
+    EXPECT_TRUE(frame > 0 && file.seek(frame + 5) && file.write("\x36\xb0\x4e\x20") == 4);
+    return path(name);
+  }
   [[nodiscard]] std::string write(const char* name, const char* text) const {
     QFile file(QString::fromStdString(path(name)));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
@@ -99,6 +107,7 @@ TEST_F(WallpaperPicturesTest, WhatCannotBeShownIsRefusedAndNothingChanges) {
       {write("text.png", "no picture"), "is not a picture"},
       {write("layers.png", "gimp xcf file"), "takes a plugin of Qt's"},
       {write("huge.ppm", "P6\n20000 14000\n255\n."), "too large"},
+      {saidToBeHuge("huge.jpg"), "too large"},
       {cutOff("cut.png"), "is not a whole picture"},
       {path(""), "is not a file"},
       {"relative.png", "not a whole path"},
