@@ -82,8 +82,10 @@ class generalVc final : public platform::NSViewController {
   /// The name of the keys that the desktop has given the row itself; empty: none.
   [[nodiscard]] std::string assignedKeys(const ShortcutRow& row) const;
   void showClearButton(const ShortcutRow& row, bool shown) const;
-  /// On the frame, and to a screen reader, which hears the row's shortcut else.
+  /// On the frame, and to a screen reader.
   void showRecording(const ShortcutRow& row, bool records) const;
+  /// What a screen reader hears of the row: the shortcut that it shows, unless it records.
+  void describe(const ShortcutRow& row, bool records) const;
   template <typename View>
   [[nodiscard]] View& connected(std::weak_ptr<View> generalVc::*outlet) const {
     const std::shared_ptr<View> view = (this->*outlet).lock();

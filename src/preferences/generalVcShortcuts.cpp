@@ -21,6 +21,8 @@ std::string noShortcut() {
 
 void generalVc::showShortcut(const ShortcutRow& row, const std::string& text) const {
   connected(row.label).setStringValue(text);
+  const bool isRecording = &row == &ShortcutRow::recording();
+  describe(row, isRecording && shortcutState().isRecordingShortcut);
 }
 
 void generalVc::showClearButton(const ShortcutRow& row, bool shown) const {
@@ -28,10 +30,15 @@ void generalVc::showClearButton(const ShortcutRow& row, bool shown) const {
 }
 
 void generalVc::showRecording(const ShortcutRow& row, bool records) const {
-  const std::string& shown = connected(row.label).stringValue();
-  const std::string idle = shown == noShortcut() ? NSLocalizedString("No shortcut") : shown;
-  const std::string help = records ? NSLocalizedString("Waits for the keys to be pressed") : idle;
   connected(row.box).setBorderColor(records ? NSColor::blueColor() : borderNormalColor);
+  describe(row, records);
+}
+
+void generalVc::describe(const ShortcutRow& row, bool records) const {
+  const std::string& shown = connected(row.label).stringValue();
+  const bool isEmpty = shown.empty() || shown == noShortcut();
+  const std::string idle = isEmpty ? NSLocalizedString("No shortcut") : shown;
+  const std::string help = records ? NSLocalizedString("Waits for the keys to be pressed") : idle;
   connected(row.box).setAccessibilityHelp(help);
   connected(row.recordButton).setAccessibilityHelp(help);
 }
