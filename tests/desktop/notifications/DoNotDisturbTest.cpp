@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -55,6 +56,13 @@ class QuietDesk {
   /// The daemon's state, as its desktop's own tools tell and change it; none when they cannot.
   [[nodiscard]] std::optional<bool> isOn(NotificationDaemon kind) const {
     return harness::doNotDisturb(desk_, kind);
+  }
+  /// What the user's settings have of it, without any default; empty where they have nothing.
+  [[nodiscard]] std::string stored(NotificationDaemon kind) const {
+    if (kind == NotificationDaemon::Mate)
+      return desk_.run({"dconf", "read", "/org/mate/notification-daemon/do-not-disturb"}).output;
+    const auto on = isOn(kind);
+    return on ? std::to_string(static_cast<int>(*on)) : "";
   }
   [[nodiscard]] bool becomes(NotificationDaemon kind, bool on) const {
     return desk_.until([&] { return isOn(kind) == on; });
@@ -123,6 +131,21 @@ TEST_P(SettingsOfADaemon, AreSwitchedAndAsBeforeAlsoWhenItHasEnded) {
         << "what was not set is not set afterwards";
   }
   desk.expectNoComplaint();
+}
+
+TEST_P(SettingsOfADaemon, AreAsBeforeAlsoWhenTheRunThatSwitchedThemWasKilled) {
+  QuietDesk desk({.notifications = GetParam()});
+  desk.launch();
+  ASSERT_EQ(desk.stored(GetParam()), "");
+  desk.toggle();
+  ASSERT_TRUE(desk.becomes(GetParam(), true));
+  desk.program().process().kill();
+  desk.launch();
+  desk.toggle();
+  desk.toggle();
+  EXPECT_TRUE(desk.desk().until([&] { return desk.stored(GetParam()).empty(); }))
+      << desk.stored(GetParam());
+  EXPECT_FALSE(std::filesystem::exists(desk.desk().home().home() / ".local/state/calmdeck"));
 }
 
 TEST(LxqtTest, WhatNobodyHadSetIsUnsetAgain) {

@@ -42,6 +42,7 @@ TEST_F(SwitchTest, SettingsOfAShellAreSwitchedAndUnsetAgainWhereNobodyHadSetThem
   const QTemporaryDir folder;
   qputenv("GSETTINGS_BACKEND", "keyfile");
   qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
+  qputenv("XDG_STATE_HOME", folder.path().toUtf8());
   const struct {
     const char* shell;
     const char* schema;

@@ -15,6 +15,7 @@
 #include "desktop/linux/bus/XfconfChannel.h"
 #include "desktop/linux/log/Log.h"
 #include "desktop/linux/loop/OneShot.h"
+#include "desktop/linux/notifications/FormerAbsence.h"
 
 namespace linux_desktop {
 namespace {
@@ -185,7 +186,7 @@ class XfceDoNotDisturb final : public BusDoNotDisturb {
   XfconfChannel channel_{kXfceChannel};
   /// After what has been written.
   bool isSet_ = true;
-  FormerAbsence absence_;
+  FormerAbsence absence_{QStringLiteral("xfce4-notifyd.do-not-disturb")};
 };
 
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");

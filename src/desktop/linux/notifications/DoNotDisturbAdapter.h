@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <utility>
 
 namespace linux_desktop {
 
@@ -43,20 +42,6 @@ class DoNotDisturbAdapter {
   [[nodiscard]] virtual bool outlivesDaemon() const { return false; }
   /// Waits for the first answer, as long as the daemon's identity allows.
   virtual void settle() {}
-};
-
-/// Whether a setting was absent before it was switched on here, and is to be so again.
-class FormerAbsence {
- public:
-  /// Of a switch to `on`, told before it is made and with what is so until then: whether it is to
-  /// leave the setting absent.
-  [[nodiscard]] bool comesBack(bool on, std::optional<bool> wasOn, bool wasSet) {
-    if (on && wasOn == false) wasAbsent_ = !wasSet;
-    return !on && std::exchange(wasAbsent_, false);
-  }
-
- private:
-  bool wasAbsent_ = false;
 };
 
 }  // namespace linux_desktop

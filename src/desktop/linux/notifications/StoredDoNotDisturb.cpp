@@ -8,6 +8,7 @@
 #include "desktop/linux/files/IniFile.h"
 #include "desktop/linux/gsettings/GuardedSettings.h"
 #include "desktop/linux/log/Log.h"
+#include "desktop/linux/notifications/FormerAbsence.h"
 
 namespace linux_desktop {
 namespace {
@@ -15,7 +16,9 @@ namespace {
 class SettingsDoNotDisturb final : public DoNotDisturbAdapter {
  public:
   SettingsDoNotDisturb(const SettingsSwitch& row, std::unique_ptr<GuardedSettings> settings)
-      : row_(row), settings_(std::move(settings)) {}
+      : row_(row),
+        settings_(std::move(settings)),
+        absence_(QStringLiteral("%1.%2").arg(QLatin1String(row.schema), QLatin1String(row.key))) {}
   ~SettingsDoNotDisturb() override {
     if (written_ && !GuardedSettings::flush()) {
       qCWarning(lcNotifications, "dconf has not stored Do Not Disturb within half a second");
@@ -77,7 +80,7 @@ class LxqtDoNotDisturb final : public DoNotDisturbAdapter {
   [[nodiscard]] bool outlivesDaemon() const override { return true; }
 
  private:
-  FormerAbsence absence_;
+  FormerAbsence absence_{QStringLiteral("lxqt-notificationd.doNotDisturb")};
 };
 
 }  // namespace
