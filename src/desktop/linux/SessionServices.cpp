@@ -29,8 +29,8 @@ struct SessionRooms {
   std::unique_ptr<I3Session> i3 = x11 ? I3Session::open(x11->i3Socket()) : nullptr;
   std::unique_ptr<SwaySession> sway = wayland ? SwaySession::open(wayland->compositor()) : nullptr;
   std::unique_ptr<KWinWindows> kwin = wayland && !sway ? KWinWindows::open() : nullptr;
-  std::unique_ptr<GnomeSession> gnome = GnomeSession::open();
   std::unique_ptr<IconSwitch> iconSwitch = wayland ? IconSwitch::open() : nullptr;
+  std::unique_ptr<GnomeSession> gnome = GnomeSession::open();
   std::unique_ptr<CommandHotKeys> commandHotKeys;
   std::optional<PortalHotKeys> portalHotKeys;
   std::optional<OtherApplications> others;
@@ -111,6 +111,8 @@ HotKeys* commandHotKeys(SessionRooms& rooms);
 HotKeys* assignedHotKeys(SessionRooms& rooms);
 /// Those of our extension; of the former once that is turned off.
 HotKeys* gnomeHotKeys(SessionRooms& rooms);
+/// Our extension's; while that is off they are the icons'.
+CoverFactory* gnomeCovers(SessionRooms& rooms);
 /// The keys of whoever keeps them for this session.
 HotKeys* sessionHotKeys(SessionRooms& rooms);
 /// Of those that hide all others together.
@@ -126,14 +128,17 @@ constexpr Candidate<OwnWindows> kOwnWindows[] = {
 constexpr Candidate<LegacyTray> kLegacyTray[] = {x11<&X11::legacyTray>};
 constexpr Candidate<PanelButton> kPanelButton[] = {gnome<&GnomeSession::panelButton>};
 constexpr Candidate<CoverFactory> kCovers[] = {
-    x11<&X11::covers>, wayland<&Wayland::covers>, gnome<&GnomeSession::covers>,
+    x11<&X11::covers>, wayland<&Wayland::covers>, &gnomeCovers,
     [](SessionRooms& rooms) -> CoverFactory* { return rooms.iconSwitch.get(); }};
 constexpr Candidate<WindowList> kWindowList[] = {x11<&X11::windowList>,
                                                  wayland<&Wayland::windowList>};
 constexpr Candidate<Spaces> kSpaces[] = {x11<&X11::spaces>, wayland<&Wayland::spaces>};
 constexpr Candidate<RunningApplications> kApplications[] = {
     // The shell does it without a show of each window, and keeps them where they are.
-    [](SessionRooms& rooms) { return rooms.gnome || rooms.i3 ? hiddenTogether(rooms) : nullptr; },
+    [](SessionRooms& rooms) {
+      const bool byShell = rooms.gnome && !rooms.gnome->isOff();
+      return byShell || rooms.i3 ? hiddenTogether(rooms) : nullptr;
+    },
     x11<&X11::runningApplications>, &hiddenTogether};
 constexpr Candidate<WindowHider> kWindowHiders[] = {
     of<&SessionRooms::i3, &I3Session::windowHider>, sway<&SwaySession::windowHider>,
@@ -176,6 +181,12 @@ HotKeys* gnomeHotKeys(SessionRooms& rooms) {
   if (!rooms.gnome) return nullptr;
   rooms.gnome->hotKeys()->setOthers([&rooms] { return assignedHotKeys(rooms); });
   return rooms.gnome->hotKeys();
+}
+
+CoverFactory* gnomeCovers(SessionRooms& rooms) {
+  if (!rooms.gnome) return nullptr;
+  rooms.gnome->covers()->setOthers(rooms.iconSwitch.get());
+  return rooms.gnome->covers();
 }
 
 HotKeys* sessionHotKeys(SessionRooms& rooms) {

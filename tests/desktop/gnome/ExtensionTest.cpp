@@ -85,10 +85,9 @@ TEST(GnomeExtensionTest, ThePanelSaysWhatIsNotDoneWhileItIsTurnedOff) {
   ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }));
   for (const bool on : {false, true}) {
     desk.turnExtension(kOurs, on);
-    EXPECT_TRUE(
-        on ? reads("Covers the icons with the wallpaper", "Takes their windows off the screen")
-           : reads("Not on this desktop: no program can cover the icons",
-                   "Not on this desktop: no program can hide the windows of others"))
+    EXPECT_TRUE(reads("Covers the icons with the wallpaper",
+                      on ? "Takes their windows off the screen"
+                         : "Not on this desktop: no program can hide the windows of others"))
         << program->errorOutput();
   }
 }

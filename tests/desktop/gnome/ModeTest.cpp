@@ -132,12 +132,25 @@ TEST_F(GnomeModeTest, OutlastsALockedScreenOfWhichNobodyComplains) {
   EXPECT_TRUE(isAsBefore());
 }
 
-TEST_F(GnomeModeTest, WhatItsUserHasTurnedOffStaysOff) {
+TEST_F(GnomeModeTest, WhatItsUserHasTurnedOffStaysOffAndServesOnceItIsTurnedOn) {
   desk.program().kill();
   desk.turnExtension(kExtension, false);
   desk.launch({"DesktopIcons", "HideActiveApps"});
   EXPECT_THAT(desk.program().errorOutput(), HasSubstr("its user has turned it off"));
   EXPECT_FALSE(desk.bus().hasOwner("org.calmdeck.Shell"));
+  for (const bool covers : {true, false}) {
+    desk.toggleMode();
+    EXPECT_TRUE(desk.until([&] { return desk.hasIcons(0) != covers; })) << "by their own switch";
+  }
+  EXPECT_TRUE(isAsBefore());
+
+  desk.turnExtension(kExtension, true);
+  EXPECT_TRUE(
+      desk.until([&] { return desk.evaluate("'calmdeck' in Main.panel.statusArea") == "true"; }));
+  turnOn();
+  EXPECT_TRUE(desk.hasIcons(0)) << "below a cover";
+  desk.toggleMode();
+  EXPECT_TRUE(isAsBefore());
 }
 
 }  // namespace

@@ -42,7 +42,8 @@ GnomeCovers::GnomeCovers(GnomeShell& shell) : shell_(shell) {
 }
 
 std::unique_ptr<platform::port::WindowPeer> GnomeCovers::createCover(
-    platform::NSWindow& /*window*/, platform::port::WindowClient& /*client*/) {
+    platform::NSWindow& window, platform::port::WindowClient& client) {
+  if (shell_.isOff() && others_ != nullptr) return others_->createCover(window, client);
   return std::make_unique<GnomeCover>(*this);
 }
 

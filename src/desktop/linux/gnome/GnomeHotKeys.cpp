@@ -1,6 +1,7 @@
 #include "desktop/linux/gnome/GnomeHotKeys.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "desktop/linux/gnome/Accelerator.h"
 #include "desktop/linux/log/Log.h"
@@ -24,6 +25,11 @@ GnomeHotKeys::GnomeHotKeys(GnomeShell& shell) : shell_(shell) {
     for (HotKey& hotKey : hotKeys_) grab(hotKey);
   });
   QObject::connect(&shell_, &GnomeShell::turnedOff, &context_, [this] { handOver(); });
+}
+
+void GnomeHotKeys::setOthers(std::function<HotKeys*()> others) {
+  others_ = std::move(others);
+  if (shell_.isOff()) handOver();
 }
 
 void GnomeHotKeys::setClient(platform::port::HotKeysClient* client) {

@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "desktop/linux/gnome/GnomeShell.h"
@@ -14,15 +13,15 @@ namespace linux_desktop {
 
 /// Hot keys that the shell takes for us, each time that our extension begins to serve us anew. What
 /// somebody else has is told when the shell has said so, as are keys of a desktop that assigns
-/// them. Once the user turns the extension off they are others', and stay that: the shell would
-/// find them taken. Main thread only.
+/// them. Once the user has turned the extension off they are others', and stay that: the shell
+/// would find them taken. Main thread only.
 class GnomeHotKeys final : public platform::port::HotKeys {
  public:
   /// `shell` outlives this.
   explicit GnomeHotKeys(GnomeShell& shell);
-  /// Who has hot keys without the extension: asked when it is turned off; null: nobody. What it
-  /// gives outlives this.
-  void setOthers(std::function<HotKeys*()> others) { others_ = std::move(others); }
+  /// Who has hot keys without the extension: asked when it is turned off, or is so already; null:
+  /// nobody. What it gives outlives this.
+  void setOthers(std::function<HotKeys*()> others);
 
   void setClient(platform::port::HotKeysClient* client) override;
   [[nodiscard]] platform::OSStatus registerHotKey(platform::port::HotKeyNumber number,

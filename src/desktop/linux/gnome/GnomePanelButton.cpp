@@ -21,7 +21,7 @@ QByteArray pngOf(const QIcon& icon) {
 }  // namespace
 
 GnomePanelButton::GnomePanelButton(GnomeShell& shell)
-    : shell_(shell), patience_(kPatience, [this] { expect(false); }) {
+    : shell_(shell), isComing_(!shell.isOff()), patience_(kPatience, [this] { expect(false); }) {
   QObject::connect(&shell_, &GnomeShell::turnedOff, &patience_, [this] { expect(false); });
   QObject::connect(&shell_, &GnomeShell::gone, &patience_, [this] { expect(true); });
   QObject::connect(&shell_, &GnomeShell::ended, &patience_, [this] { patience_.start(); });
@@ -29,7 +29,7 @@ GnomePanelButton::GnomePanelButton(GnomeShell& shell)
     send();
     expect(false);
   });
-  patience_.start();
+  if (isComing_) patience_.start();
 }
 
 void GnomePanelButton::expect(bool isComing) {

@@ -10,8 +10,9 @@
 namespace linux_desktop {
 
 /// A button of our extension's, which is there while that serves us. It is waited for a while from
-/// the start on, for the extension serves us a moment later, and when the shell has ended; and for
-/// as long as it takes where it went while the extension is turned on: the screen is locked.
+/// the start on, for the extension serves us a moment later unless it is off, and when the shell
+/// has ended; and for as long as it takes where it went while the extension is turned on: the
+/// screen is locked.
 class GnomePanelButton final : public PanelButton {
  public:
   /// `shell` outlives this.
@@ -28,7 +29,7 @@ class GnomePanelButton final : public PanelButton {
   GnomeShell& shell_;
   QString service_;
   QByteArray picture_;
-  bool isComing_ = true;
+  bool isComing_;
   OneShot patience_;
 };
 

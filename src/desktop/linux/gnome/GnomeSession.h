@@ -16,7 +16,7 @@ namespace linux_desktop {
 /// What GNOME Shell does for us through our extension. Main thread only.
 class GnomeSession {
  public:
-  /// Null where no shell answers that has the extension.
+  /// Null where no shell answers that has the extension, be it turned off.
   [[nodiscard]] static std::unique_ptr<GnomeSession> open() {
     auto shell = GnomeShell::open();
     if (!shell) return nullptr;
@@ -28,8 +28,10 @@ class GnomeSession {
     QObject::connect(shell_.get(), &GnomeShell::ready, &listener, changed);
     QObject::connect(shell_.get(), &GnomeShell::turnedOff, &listener, changed);
   }
+  /// Whether the extension is off, until somebody turns it on.
+  [[nodiscard]] bool isOff() const { return shell_->isOff(); }
   [[nodiscard]] WindowHider* windowHider() { return &windows_; }
-  [[nodiscard]] CoverFactory* covers() { return &covers_; }
+  [[nodiscard]] GnomeCovers* covers() { return &covers_; }
   [[nodiscard]] OwnWindows* ownWindows() { return &ownWindows_; }
   [[nodiscard]] GnomeHotKeys* hotKeys() { return &hotKeys_; }
   [[nodiscard]] PanelButton* panelButton() { return &panelButton_; }

@@ -52,15 +52,11 @@ bool isTurnedOff(const GuardedSettings* settings) {
   return isListed || settings->flag(kAllOff) == true;
 }
 
-/// Whether the shell may and can turn it on, by what it tells of it; if not, a line says why.
-bool isUsable(const QVariantMap& extension, const GuardedSettings* settings) {
+/// Whether the shell can turn it on, by what it tells of it; if not, a line says why.
+bool isUsable(const QVariantMap& extension) {
   if (extension.isEmpty()) {
     if (isInstalled())
       qCWarning(lcGnome, "GNOME Shell does without our extension until the next login");
-    return false;
-  }
-  if (isTurnedOff(settings)) {
-    qCWarning(lcGnome, kWithout);
     return false;
   }
   const auto state = static_cast<State>(extension.value(QStringLiteral("state")).toInt());
@@ -85,10 +81,9 @@ std::unique_ptr<GnomeShell> GnomeShell::open() {
     qCDebug(lcGnome) << "no GNOME Shell:" << reasonOf(answer).c_str();
     return nullptr;
   }
-  auto settings = GuardedSettings::open("org.gnome.shell", {kOff, kAllOff});
-  const auto extension = qdbus_cast<QVariantMap>(answer.arguments().value(0));
-  if (!isUsable(extension, settings.get())) return nullptr;
-  return std::unique_ptr<GnomeShell>(new GnomeShell(std::move(settings)));
+  if (!isUsable(qdbus_cast<QVariantMap>(answer.arguments().value(0)))) return nullptr;
+  return std::unique_ptr<GnomeShell>(
+      new GnomeShell(GuardedSettings::open("org.gnome.shell", {kOff, kAllOff})));
 }
 
 GnomeShell::GnomeShell(std::unique_ptr<GuardedSettings> settings)
@@ -105,7 +100,8 @@ GnomeShell::GnomeShell(std::unique_ptr<GuardedSettings> settings)
     isOff_ = false;
     Q_EMIT ready();
   });
-  turnOn();
+  lookWhetherTurnedOff();
+  if (!isOff_) turnOn();
 }
 
 void GnomeShell::turnOn() {

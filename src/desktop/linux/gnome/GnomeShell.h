@@ -23,9 +23,10 @@ class GnomeShell final : public QObject {
   Q_OBJECT
 
  public:
-  /// Turns the extension on where that is wanted. Null where no GNOME Shell answers, within ten
-  /// seconds, or where it does not have the extension: if that is installed, one line on standard
-  /// error says why. What it does not do yet it may do later.
+  /// Turns the extension on, unless the user has turned it off: then it is off from the start on,
+  /// after a line. Null where no GNOME Shell answers, within ten seconds, or where it does not have
+  /// the extension: if that is installed, one line on standard error says why. What it does not do
+  /// yet it may do later.
   [[nodiscard]] static std::unique_ptr<GnomeShell> open();
 
   /// Whether the extension serves us now.
@@ -57,7 +58,7 @@ class GnomeShell final : public QObject {
   /// What it did for us is undone, but that hidden windows stay so.
   void gone();
   /// It does not serve us, and is not going to until somebody turns it on: the shell would not, or
-  /// the user has turned it off.
+  /// the user has turned it off. Not said of what is off from the start on.
   void turnedOff();
   /// The shell itself has left the session bus.
   void ended();
