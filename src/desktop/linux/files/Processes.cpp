@@ -86,6 +86,10 @@ QByteArrayList environmentOf(qint64 pid) {
   return wordsOf(pid, "environ");
 }
 
+bool hasLoaded(qint64 pid, const QByteArray& library) {
+  return read(pid, "maps").contains('/' + library);
+}
+
 std::vector<qint64> processesNamed(const QByteArray& name) {
   std::vector<std::pair<ProcessTime, qint64>> found;
   for (const QString& folder : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {

@@ -20,6 +20,10 @@ namespace linux_desktop {
 /// The variables ("NAME=value") with which it was started; empty where nobody may know.
 [[nodiscard]] QByteArrayList environmentOf(qint64 pid);
 
+/// Whether it has loaded a library whose file has a name that begins so; false where nobody may
+/// know.
+[[nodiscard]] bool hasLoaded(qint64 pid, const QByteArray& library);
+
 /// The processes that run a program of that name, anybody's, those first that started first.
 [[nodiscard]] std::vector<qint64> processesNamed(const QByteArray& name);
 

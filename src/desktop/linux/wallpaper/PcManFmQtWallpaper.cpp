@@ -7,7 +7,10 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
+#include <algorithm>
+#include <array>
 #include <chrono>
+#include <iterator>
 #include <utility>
 
 #include "desktop/linux/bus/BusPeer.h"
@@ -118,6 +121,27 @@ constexpr BackdropStyleName kStyles[] = {
     {"zoom", BackdropStyle::Zoomed},
 };
 
+/// How one window for all monitors has a picture scaled for each of them.
+struct Release {
+  /// A library that only these releases load.
+  const char* library;
+  SizeRounding onEach;
+};
+constexpr std::array kReleases{
+    Release{"libQt5Core.", SizeRounding::Up},  // 1.2
+    Release{"", SizeRounding::Nearest},        // 2.1
+};
+
+const Release& releaseOf(qint64 pid) {
+  const auto* last = std::prev(kReleases.end());
+  return *std::find_if(kReleases.begin(), last,
+                       [&](const Release& release) { return hasLoaded(pid, release.library); });
+}
+
+qint64 processOf(const DesktopWindow& window) {
+  return window.pid != 0 ? window.pid : BusPeer(kService).process();
+}
+
 /// An existing file that is no picture: the desktop shows its colour then.
 const QString kNoPicture = QStringLiteral("/dev/null");
 
@@ -141,12 +165,10 @@ struct Settings {
 
 class PcManFmQtWallpaper final : public WallpaperAdapter {
  public:
-  explicit PcManFmQtWallpaper(const WallpaperSurroundings& surroundings)
+  PcManFmQtWallpaper(const WallpaperSurroundings& surroundings, qint64 process)
       : hasWindowPerMonitor_(surroundings.window.id == 0),
-        name_(QStringLiteral("pcmanfm-qt/%1/settings.conf")
-                  .arg(profileIn(commandLineOf(surroundings.window.pid != 0
-                                                   ? surroundings.window.pid
-                                                   : BusPeer(kService).process())))),
+        roundingOnEach_(releaseOf(process).onEach),
+        name_(QStringLiteral("pcmanfm-qt/%1/settings.conf").arg(profileIn(commandLineOf(process)))),
         file_(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
               QLatin1Char('/') + name_),
         orders_([this](const auto& order, const auto& reason) { answered(order, reason); }) {}
@@ -201,8 +223,8 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
 
   [[nodiscard]] BackdropManner manner() const override {
     const Settings settings = read();
-    return {.rounding = settings.perMonitor && !hasWindowPerMonitor_ ? SizeRounding::Up
-                                                                     : SizeRounding::Down,
+    const bool isOnEach = settings.perMonitor && !hasWindowPerMonitor_;
+    return {.rounding = isOnEach ? roundingOnEach_ : SizeRounding::Down,
             .turnsUpright = settings.upright,
             .tilesFromDesktopOrigin = !hasWindowPerMonitor_};
   }
@@ -282,6 +304,7 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
 
   /// Where nobody sees its windows each monitor has one of its own; else one spans them all.
   bool hasWindowPerMonitor_;
+  SizeRounding roundingOnEach_;
   QString name_;  ///< of the settings file, below a configuration folder
   QString file_;
   PcManFmQtOrders orders_;
@@ -296,7 +319,7 @@ class PcManFmQtWallpaper final : public WallpaperAdapter {
 }  // namespace
 
 std::shared_ptr<WallpaperAdapter> pcManFmQtWallpaper(const WallpaperSurroundings& surroundings) {
-  return std::make_shared<PcManFmQtWallpaper>(surroundings);
+  return std::make_shared<PcManFmQtWallpaper>(surroundings, processOf(surroundings.window));
 }
 
 bool hasPcManFmQtDesktop() {

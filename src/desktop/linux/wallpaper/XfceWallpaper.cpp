@@ -26,15 +26,28 @@ constexpr int kSpanning = 6;
 constexpr std::array kShadings{BackdropShading::Solid, BackdropShading::Horizontal,
                                BackdropShading::Vertical};
 
-/// What xfdesktop shows where no picture was ever chosen; it is compiled in. 4.20 has the first and
-/// leaves the choice unwritten, before that it was the second.
-constexpr std::array kBuiltIn{"/usr/share/backgrounds/xfce/xfce-x.svg",
-                              "/usr/share/backgrounds/xfce/xfce-shapes.svg"};
+/// What xfdesktop shows where nobody chose anything; it is compiled in.
+struct Release {
+  /// A property that this release and later ones write.
+  const char* mark;
+  const char* picture;
+  QColor colour;
+};
+constexpr std::array kReleases{
+    // 4.20
+    Release{"/last-settings-migration-version", "/usr/share/backgrounds/xfce/xfce-x.svg",
+            QColor(0xf8, 0xf8, 0xf8)},
+    Release{nullptr, "/usr/share/backgrounds/xfce/xfce-shapes.svg", QColor(0x15, 0x22, 0x33)},
+};
 
-QString builtInPicture() {
-  const auto* found = std::ranges::find_if(
-      kBuiltIn, [](const char* file) { return QFileInfo::exists(QLatin1String(file)); });
-  return found == kBuiltIn.end() ? QString() : QLatin1String(*found);
+const Release& releaseOf(const QVariantMap& properties) {
+  return *std::ranges::find_if(kReleases, [&](const Release& release) {
+    return release.mark == nullptr || properties.contains(QLatin1String(release.mark));
+  });
+}
+
+QString existing(const char* picture) {
+  return QFileInfo::exists(QLatin1String(picture)) ? QLatin1String(picture) : QString();
 }
 
 template <class Table>
@@ -54,26 +67,24 @@ QColor colourOf(const QVariant& value, const QColor& otherwise) {
   return QColor::fromRgbF(part(0), part(1), part(2));
 }
 
-/// What xfdesktop makes of the properties whose names begin with `prefix` (that of one monitor and
-/// workspace, with the slash). None where no picture was ever chosen: the program then has one of
-/// its own that no property names.
+/// What xfdesktop makes of its properties, of which those of one monitor and workspace begin with
+/// `prefix`, with the slash. None where nobody knows what it shows.
 std::optional<Backdrop> backdropIn(const QVariantMap& properties, const QString& prefix) {
   const auto number = [&](const char* key, int otherwise) {
     const QVariant value = properties.value(prefix + QLatin1String(key));
     return value.isValid() ? value.toInt() : otherwise;
   };
+  const Release& release = releaseOf(properties);
   const int style = number("image-style", kZoomed);
   Backdrop backdrop;
   backdrop.style = rowOf(kStyles, style);
   backdrop.spansMonitors = style == kSpanning;
   backdrop.shading = rowOf(kShadings, number("color-style", 0));
-  backdrop.primary =
-      colourOf(properties.value(prefix + QLatin1String("rgba1")), QColor(0x15, 0x22, 0x33));
-  backdrop.secondary =
-      colourOf(properties.value(prefix + QLatin1String("rgba2")), QColor(0x15, 0x22, 0x33));
+  backdrop.primary = colourOf(properties.value(prefix + QLatin1String("rgba1")), release.colour);
+  backdrop.secondary = colourOf(properties.value(prefix + QLatin1String("rgba2")), release.colour);
   if (backdrop.style == BackdropStyle::None) return backdrop;
   const QVariant chosen = properties.value(prefix + QLatin1String("last-image"));
-  backdrop.file = chosen.isValid() ? chosen.toString() : builtInPicture();
+  backdrop.file = chosen.isValid() ? chosen.toString() : existing(release.picture);
   if (backdrop.file.isEmpty()) return std::nullopt;
   return backdrop;
 }
@@ -213,7 +224,7 @@ class XfceWallpaper final : public WallpaperAdapter {
   /// Null when the settings service does not answer.
   [[nodiscard]] const Seen* look(const QDeadlineTimer& deadline) {
     if (seen_) return &*seen_;
-    auto properties = channel_.read(kBase, deadline);
+    auto properties = channel_.read(QStringLiteral("/"), deadline);
     if (!properties) return nullptr;
     const auto single = present(*properties, kBase + QLatin1String("/single-workspace-mode"));
     auto workspaces = facts_.workspaces();
