@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "preferences/PreferencesTest.h"
 
@@ -19,11 +18,10 @@ using linux_desktop::Keymap;
 constexpr std::uint32_t kShiftBit = 1, kControlBit = 4, kAltBit = 8;
 
 Keymap keymapOf(const char* layouts) {
-  xkb_context* context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
+  const linux_desktop::XkbContext context(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
   const xkb_rule_names names{"evdev", "pc105", layouts, "", ""};
-  xkb_keymap* keymap = xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
-  xkb_context_unref(context);
-  return Keymap(keymap);
+  return Keymap(linux_desktop::XkbKeymap(
+      xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)));
 }
 
 class RecordedKeysTest : public preferences::PreferencesTest {

@@ -4,8 +4,10 @@
 #include <QString>
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "desktop/linux/keys/KeyTable.h"
 #include "platform/carbon/KeyCodes.h"
@@ -70,10 +72,10 @@ XkbContext newXkbContext() {
   return context;
 }
 
-Keymap::Keymap(xkb_keymap* keymap)
-    : keymap_(keymap),
-      states_{State(xkb_state_new(keymap)), State(xkb_state_new(keymap))},
-      shift_(xkb_mod_mask_t{1} << xkb_keymap_mod_get_index(keymap, XKB_MOD_NAME_SHIFT)),
+Keymap::Keymap(XkbKeymap keymap)
+    : keymap_(std::move(keymap)),
+      states_{State(xkb_state_new(keymap_.get())), State(xkb_state_new(keymap_.get()))},
+      shift_(xkb_mod_mask_t{1} << xkb_keymap_mod_get_index(keymap_.get(), XKB_MOD_NAME_SHIFT)),
       modifiers_(*this) {}
 
 xkb_keysym_t Keymap::keysym(Keycode key, KeyboardGroup group, bool shift) const {

@@ -27,6 +27,7 @@ struct XkbUnref {
 /// What keymaps that come from elsewhere are made in: it looks at no files, and says nothing.
 using XkbContext = std::unique_ptr<xkb_context, XkbUnref<xkb_context_unref>>;
 [[nodiscard]] XkbContext newXkbContext();
+using XkbKeymap = std::unique_ptr<xkb_keymap, XkbUnref<xkb_keymap_unref>>;
 
 /// The number of a key at the X server.
 using Keycode = xkb_keycode_t;
@@ -43,8 +44,8 @@ class Keymap {
   /// The code of a key for which the platform has none.
   static constexpr std::uint16_t kNoCode = 0xffff;
 
-  /// Takes over a reference to `keymap`, which is not null.
-  explicit Keymap(xkb_keymap* keymap);
+  /// `keymap` is not null.
+  explicit Keymap(XkbKeymap keymap);
 
   /// The platform's virtual key code: by the key's plain character, else by the first other one of
   /// the key that the platform has a code for.
@@ -84,7 +85,7 @@ class Keymap {
   [[nodiscard]] std::vector<xkb_keysym_t> keysyms(Keycode key, KeyboardGroup group) const;
   [[nodiscard]] std::vector<Keycode> keysWhere(const std::function<bool(Keycode)>& test) const;
 
-  std::unique_ptr<xkb_keymap, XkbUnref<xkb_keymap_unref>> keymap_;
+  XkbKeymap keymap_;
   /// Without Shift, and with it.
   std::array<State, 2> states_;
   xkb_mod_mask_t shift_;

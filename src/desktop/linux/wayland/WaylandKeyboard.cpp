@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include <chrono>
+#include <utility>
 
 #include "desktop/linux/files/FileDescriptor.h"
 #include "desktop/linux/log/Log.h"
@@ -13,6 +14,17 @@ namespace {
 constexpr std::uint32_t kSeatVersion = 5;
 /// For the compositor's answer at the start.
 constexpr std::chrono::milliseconds kPatience{300};
+
+/// Null where that is no layout, or cannot be had.
+XkbKeymap keymapIn(int file, std::uint32_t size) {
+  void* text = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
+  if (text == MAP_FAILED) return nullptr;
+  XkbKeymap keymap(xkb_keymap_new_from_string(newXkbContext().get(), static_cast<const char*>(text),
+                                              XKB_KEYMAP_FORMAT_TEXT_V1,
+                                              XKB_KEYMAP_COMPILE_NO_FLAGS));
+  ::munmap(text, size);
+  return keymap;
+}
 
 }  // namespace
 
@@ -60,18 +72,12 @@ void WaylandKeyboard::follow(std::uint32_t capabilities) {
 }
 
 void WaylandKeyboard::load(int file, std::uint32_t size) {
-  void* text = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
-  if (text == MAP_FAILED) return;
-  const XkbContext context = newXkbContext();
-  xkb_keymap* keymap =
-      xkb_keymap_new_from_string(context.get(), static_cast<const char*>(text),
-                                 XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS);
-  ::munmap(text, size);
-  if (keymap == nullptr) {
+  XkbKeymap keymap = keymapIn(file, size);
+  if (!keymap) {
     qCWarning(lcKeys, "the compositor's keyboard layout cannot be read");
     return;
   }
-  keymap_.emplace(keymap);
+  keymap_.emplace(std::move(keymap));
   if (changed_) changed_();
 }
 

@@ -74,10 +74,13 @@ const Keymap* XKeyboard::keymap() {
     if (state) group_ = state->group;
     const XkbContext context = newXkbContext();
     const int device = xkb_x11_get_core_keyboard_device_id(connection);
-    xkb_keymap* now = xkb_x11_keymap_new_from_device(context.get(), connection, device,
-                                                     XKB_KEYMAP_COMPILE_NO_FLAGS);
-    if (now != nullptr) keymap_.emplace(now);
-    if (now == nullptr) qCWarning(lcKeys, "the server does not tell the keyboard's layout");
+    XkbKeymap now(xkb_x11_keymap_new_from_device(context.get(), connection, device,
+                                                 XKB_KEYMAP_COMPILE_NO_FLAGS));
+    if (now) {
+      keymap_.emplace(std::move(now));
+    } else {
+      qCWarning(lcKeys, "the server does not tell the keyboard's layout");
+    }
   }
   return keymap_ ? &*keymap_ : nullptr;
 }
