@@ -16,13 +16,19 @@ namespace {
 constexpr auto kAsAnyClient = static_cast<GDBusConnectionFlags>(
     G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
 
+struct Release {
+  void operator()(void* object) const { g_object_unref(object); }
+  void operator()(gchar* text) const { g_free(text); }
+};
+using Text = std::unique_ptr<gchar, Release>;
+using Connection = std::unique_ptr<GDBusConnection, Release>;
+using Cancellable = std::unique_ptr<GCancellable, Release>;
+
 std::string addressOf(BusProbe::Bus bus) {
   const GBusType type = bus == BusProbe::Bus::Session ? G_BUS_TYPE_SESSION : G_BUS_TYPE_SYSTEM;
-  gchar* found = g_dbus_address_get_for_bus_sync(type, nullptr, nullptr);
+  const Text found(g_dbus_address_get_for_bus_sync(type, nullptr, nullptr));
   // GLib ends the process over an address that is none at all.
-  std::string address = found == nullptr ? "nowhere:" : found;
-  g_free(found);
-  return address;
+  return found ? found.get() : "nowhere:";
 }
 
 /// A thread of GLib's that has nothing to do would wake a quarter of a minute later, only to end.
@@ -34,30 +40,27 @@ void keepIdleThreadsAsleep() {
 
 struct BusProbe::Attempt {
   explicit Attempt(std::function<void(bool)> whoHears) : heard(std::move(whoHears)) {}
-  ~Attempt() {
-    g_cancellable_cancel(cancellable);
-    g_object_unref(cancellable);
-  }
+  ~Attempt() { g_cancellable_cancel(cancellable.get()); }
   Attempt(const Attempt&) = delete;
   Attempt& operator=(const Attempt&) = delete;
 
   static void finished(GObject* /*source*/, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<std::weak_ptr<Attempt>> attempt(
         static_cast<std::weak_ptr<Attempt>*>(data));
-    GDBusConnection* connection = g_dbus_connection_new_for_address_finish(result, nullptr);
-    if (connection != nullptr) g_object_unref(connection);
-    if (const auto living = attempt->lock()) living->heard(connection != nullptr);
+    const bool answers =
+        Connection(g_dbus_connection_new_for_address_finish(result, nullptr)) != nullptr;
+    if (const auto living = attempt->lock()) living->heard(answers);
   }
 
   std::function<void(bool)> heard;
-  GCancellable* cancellable = g_cancellable_new();
+  Cancellable cancellable{g_cancellable_new()};
 };
 
 BusProbe::BusProbe(Bus bus, std::function<void(bool answers)> heard)
     : attempt_(std::make_shared<Attempt>(std::move(heard))) {
   keepIdleThreadsAsleep();
   g_dbus_connection_new_for_address(addressOf(bus).c_str(), kAsAnyClient, nullptr,
-                                    attempt_->cancellable, &Attempt::finished,
+                                    attempt_->cancellable.get(), &Attempt::finished,
                                     new std::weak_ptr<Attempt>(attempt_));
 }
 
@@ -73,9 +76,9 @@ bool sessionBusHangs(std::chrono::milliseconds patience) {
   const std::future<void> heard = done.get_future();
   // The thread is left behind, so it owns what it uses.
   std::thread([limit, promise = std::move(done)]() mutable {
-    GDBusConnection* connection = g_dbus_connection_new_for_address_sync(
-        addressOf(BusProbe::Bus::Session).c_str(), kAsAnyClient, nullptr, limit.get(), nullptr);
-    if (connection != nullptr) g_object_unref(connection);
+    Connection(g_dbus_connection_new_for_address_sync(addressOf(BusProbe::Bus::Session).c_str(),
+                                                      kAsAnyClient, nullptr, limit.get(), nullptr))
+        .reset();
     promise.set_value();
   }).detach();
   const bool hangs = heard.wait_for(patience) == std::future_status::timeout;
