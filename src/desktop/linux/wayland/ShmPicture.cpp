@@ -95,8 +95,7 @@ std::shared_ptr<const HeldPicture> ShmPictures::picture(const Monitor& monitor) 
 
 std::shared_ptr<const ShmPicture> ShmPictures::held(const QImage& image) {
   for (const auto& [monitor, shown] : shown_) {
-    const auto picture = shown.lock();
-    if (picture && picture->isLike(image)) return picture;
+    if (auto picture = shown.lock(); picture && picture->isLike(image)) return picture;
   }
   return ShmPicture::make(*shm_, image);
 }
