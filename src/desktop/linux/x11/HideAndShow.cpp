@@ -122,14 +122,10 @@ void ShowOperation::asked(ShowWay way, std::vector<xcb_window_t> left) {
   if (!left.empty()) qCDebug(lcX11) << left.size() << "windows do not come back so";
   if (wait_.managerIsGone()) {
     done_();
-  } else if (left.empty()) {
+  } else if (left.empty() || way == ShowWay::Activate) {
     putBack();
-  } else if (way == ShowWay::RemoveState) {
-    ask(ShowWay::Map, std::move(left));
-  } else if (way == ShowWay::Map) {
-    ask(ShowWay::Activate, std::move(left));
   } else {
-    putBack();
+    ask(way == ShowWay::RemoveState ? ShowWay::Map : ShowWay::Activate, std::move(left));
   }
 }
 
