@@ -1,6 +1,6 @@
 #include "bench/CompositorMeasure.h"
 
-#include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <map>
 #include <sstream>

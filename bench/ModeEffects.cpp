@@ -1,6 +1,5 @@
 #include "bench/ModeEffects.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <thread>
 

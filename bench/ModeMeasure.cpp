@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <thread>
-#include <utility>
 
 #include "bench/DeskProgram.h"
 #include "bench/ModeEffects.h"

@@ -12,7 +12,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <utility>
 
 namespace {
 

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iterator>
 #include <limits>
 
 #include "platform/appkit/NSImage.h"

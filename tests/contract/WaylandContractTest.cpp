@@ -1,6 +1,5 @@
 #include <unistd.h>
 
-#include <algorithm>
 #include <map>
 #include <sstream>
 #include <stdexcept>

@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "contract/LinuxContractDesk.h"

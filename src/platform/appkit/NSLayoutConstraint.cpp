@@ -1,6 +1,5 @@
 #include "platform/appkit/NSLayoutConstraint.h"
 
-#include <algorithm>
 #include <map>
 #include <utility>
 

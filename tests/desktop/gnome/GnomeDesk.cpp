@@ -1,8 +1,6 @@
 #include "desktop/gnome/GnomeDesk.h"
 
-#include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <regex>
 #include <stdexcept>
 

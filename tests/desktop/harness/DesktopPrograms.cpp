@@ -4,7 +4,6 @@
 #include <array>
 #include <fstream>
 #include <stdexcept>
-#include <string_view>
 
 namespace harness {
 

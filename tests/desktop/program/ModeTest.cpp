@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
 #include "desktop/program/ModeDesk.h"
 
 using harness::Image;

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <csignal>
 
 #include "desktop/wallpaper/WallpaperDesk.h"

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QTemporaryDir>
 #include <fstream>
-#include <sstream>
 
 #include "desktop/linux/bus/BusPeer.h"
 #include "desktop/linux/wallpaper/DesktopFacts.h"

@@ -5,7 +5,6 @@
 #include <csignal>
 #include <sstream>
 #include <stdexcept>
-#include <utility>
 
 namespace wallpaper_test {
 

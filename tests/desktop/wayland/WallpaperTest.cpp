@@ -6,7 +6,6 @@
 #include <csignal>
 #include <filesystem>
 #include <regex>
-#include <utility>
 
 #include "desktop/wayland/ModeDesk.h"
 

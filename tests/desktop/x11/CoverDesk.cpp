@@ -1,6 +1,5 @@
 #include "desktop/x11/CoverDesk.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <string>
 
 #include "desktop/x11/CoverDesk.h"
 

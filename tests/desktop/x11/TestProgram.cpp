@@ -1,6 +1,5 @@
 #include "desktop/x11/TestProgram.h"
 
-#include <QLoggingCategory>
 #include <cstdlib>
 #include <regex>
 #include <stdexcept>

@@ -6,6 +6,7 @@
 #include <QStandardPaths>
 #include <QString>
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <system_error>
 #include <tuple>

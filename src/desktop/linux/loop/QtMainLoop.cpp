@@ -2,6 +2,7 @@
 
 #include <QScopeGuard>
 #include <QTimer>
+#include <algorithm>
 #include <utility>
 
 #include "platform/foundation/Process.h"

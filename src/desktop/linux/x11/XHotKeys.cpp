@@ -3,7 +3,6 @@
 #include <xcb/xinput.h>
 
 #include <algorithm>
-#include <ranges>
 #include <string>
 
 #include "desktop/linux/keys/KeyTable.h"

@@ -1,7 +1,6 @@
 #include "desktop/linux/xserver/XEvents.h"
 
 #include <QAbstractEventDispatcher>
-#include <algorithm>
 
 #include "desktop/linux/log/Log.h"
 
