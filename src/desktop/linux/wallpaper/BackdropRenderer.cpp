@@ -135,8 +135,8 @@ constexpr qint64 kLargestScaled = 64'000'000;  // pixels
 /// Its half, or half of that, and so on, which is at most twice as large as `size`: what GL takes
 /// with the bias of half a level that mutter gives it.
 QImage halvedTowards(const QSize& size, QImage picture) {
-  double times = static_cast<double>(picture.width()) / size.width();
-  for (; times > 2; times /= 2) {
+  const qint64 width = picture.width();
+  for (qint64 most = 2 * qint64{size.width()}; width > most; most *= 2) {
     const QSize half = QSize(picture.width() / 2, picture.height() / 2).expandedTo({1, 1});
     picture = picture.scaled(half, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
   }
