@@ -154,6 +154,23 @@ TEST_P(WaylandPanelTest, OpensByItselfAtTheBarWhereverThatIs) {
   }
 }
 
+TEST_P(WaylandPanelTest, OfSeveralBarsItOpensByItselfAtTheOneNearestToThePointer) {
+  program.reset();
+  ASSERT_TRUE(gaveKeyboardBack());
+  const harness::WaylandOutput second = desk.outputs().back();
+  desk.home().writeConfig("waybar/second", R"({"layer": "top", "height": 32, "output": ")" +
+                                               second.name + R"(", "modules-right": ["tray"]})");
+  const auto bar = desk.start({"waybar", "-c", desk.home().config() / "waybar/second"});
+  const auto colour = [&](int x) { return desk.screen().pixel(x, 10); };
+  ASSERT_TRUE(desk.until([&] { return colour(second.area.x + 100) == colour(100); }));
+  desk.input().moveTo(second.area.x + 100, 200);
+  const Image before = desk.screen().settled(kDesktop, 200ms);
+  program = desk.startCalmdeck();
+  ASSERT_TRUE(hasKeyboard());
+  EXPECT_TRUE(desk.until([&] { return changed(before, second.area).height > 100; }));
+  EXPECT_TRUE(changed(before, kFirstOutput).empty());
+}
+
 /// Where Plasma tells of its panels.
 class PlasmaPanelTest : public WaylandPanelTest {};
 

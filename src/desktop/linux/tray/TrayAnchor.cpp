@@ -24,6 +24,13 @@ QPoint trayEnd(const QRect& panel) {
   return {leftwards ? panel.left() + half : panel.right() - half, panel.center().y()};
 }
 
+/// How far it is to go there, along and across.
+int distanceTo(const QRect& panel, QPoint from) {
+  const int across = std::max({panel.left() - from.x(), 0, from.x() - panel.right()});
+  const int down = std::max({panel.top() - from.y(), 0, from.y() - panel.bottom()});
+  return across + down;
+}
+
 }  // namespace
 
 void TrayAnchor::rememberClick(QPoint point) {
@@ -39,11 +46,26 @@ void TrayAnchor::rememberTold(QPoint point) {
 
 Anchor TrayAnchor::anchor() const {
   const Panels now = windows_.panels();
-  if (const auto known = atLastClick(now)) return *known;
-  if (const auto known = atIcon(now)) return *known;
-  if (const auto guess = fromPanels(now)) return *guess;
+  if (const auto place = known(now)) return *place;
+  const auto distance = [this](const DesktopPanel& panel) {
+    return pointer_ ? distanceTo(panel.geometry, *pointer_) : 0;
+  };
+  const auto panel = std::ranges::min_element(now, {}, distance);
+  if (panel != now.end()) return {trayEnd(panel->geometry), panel->geometry};
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   return {QGuiApplication::isRightToLeft() ? screen.topLeft() : screen.topRight(), std::nullopt};
+}
+
+bool TrayAnchor::isGuess() const {
+  const Panels now = windows_.panels();
+  const auto isKnown = [](const DesktopPanel& panel) { return panel.pid != 0; };
+  return now.size() > 1 && !known(now) && std::ranges::none_of(now, isKnown);
+}
+
+std::optional<Anchor> TrayAnchor::known(const Panels& panels) const {
+  if (const auto place = atLastClick(panels)) return place;
+  if (const auto place = atIcon(panels)) return place;
+  return atHost(panels);
 }
 
 std::optional<Anchor> TrayAnchor::atLastClick(const Panels& panels) const {
@@ -59,15 +81,11 @@ std::optional<Anchor> TrayAnchor::atIcon(const Panels& panels) const {
   return Anchor{icon.center(), panelAt(icon.center(), panels)};
 }
 
-std::optional<Anchor> TrayAnchor::fromPanels(const Panels& panels) const {
-  if (const auto tray = hostPid_ == 0 ? std::nullopt : windows_.partDrawnBy(hostPid_)) {
+std::optional<Anchor> TrayAnchor::atHost(const Panels& panels) const {
+  if (hostPid_ == 0) return std::nullopt;
+  if (const auto tray = windows_.partDrawnBy(hostPid_))
     return Anchor{tray->part.center(), tray->panel};
-  }
-  const auto isHost = [this](const DesktopPanel& panel) {
-    return hostPid_ != 0 && panel.pid == hostPid_;
-  };
-  auto panel = std::ranges::find_if(panels, isHost);
-  if (panel == panels.end()) panel = panels.begin();
+  const auto panel = std::ranges::find(panels, hostPid_, &DesktopPanel::pid);
   if (panel == panels.end()) return std::nullopt;
   return Anchor{trayEnd(panel->geometry), panel->geometry};
 }

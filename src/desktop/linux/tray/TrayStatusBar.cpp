@@ -4,6 +4,7 @@
 #include <QDBusReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QPointer>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -182,6 +183,22 @@ void TrayStatusBar::setTray(bool hasTray, bool isComing) {
   hasTray_ = hasTray;
   isComing_ = isComing;
   Q_EMIT trayChanged();
+}
+
+bool TrayStatusBar::isComing() {
+  if (hasTray_ && !hasLooked_ && anchor_.isGuess()) lookForPointer();
+  return isComing_ || isLooking_;
+}
+
+void TrayStatusBar::lookForPointer() {
+  hasLooked_ = true;
+  isLooking_ = true;
+  windows_.findPointer([this, alive = QPointer(this)](std::optional<QPoint> found) {
+    if (!alive) return;
+    isLooking_ = false;
+    anchor_.rememberPointer(found);
+    Q_EMIT trayChanged();
+  });
 }
 
 void TrayStatusBar::sayThatThereIsNone() {

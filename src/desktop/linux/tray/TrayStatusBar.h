@@ -78,8 +78,9 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   /// Whether an icon of ours is on the screen and can be clicked, as far as the trays tell. False
   /// while that is not known yet, and while the tray does not answer.
   [[nodiscard]] bool hasTray() const { return hasTray_; }
-  /// Whether there is none yet, but the desktop's panel is going to have a button in a moment.
-  [[nodiscard]] bool isComing() const { return isComing_; }
+  /// Whether there is none yet, but the desktop's panel is going to have a button in a moment; or
+  /// it is being found out at which of several panels to look for it.
+  [[nodiscard]] bool isComing();
   [[nodiscard]] const TrayAnchor& anchor() const { return anchor_; }
 
  Q_SIGNALS:
@@ -108,6 +109,7 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   [[nodiscard]] bool wantsXEmbed() const;
   void setTray(bool hasTray, bool isComing);
   void sayThatThereIsNone();
+  void lookForPointer();
 
   QDBusConnection bus_;
   StatusImages images_;
@@ -123,6 +125,8 @@ class TrayStatusBar : public QObject, public platform::port::StatusBar {
   bool hasTray_ = false;
   bool isComing_ = false;
   bool saidNone_ = false;
+  bool hasLooked_ = false;
+  bool isLooking_ = false;
 };
 
 }  // namespace linux_desktop
