@@ -113,7 +113,8 @@ class Windows {
       const NSAlert& alert, WindowPeer& window,
       std::function<void(std::size_t button)> answered) = 0;
   /// Lets the user choose a file, as the panel says. `answered` gets its absolute path, or none
-  /// when the user chose nothing; once, later. The application's windows take no input meanwhile.
+  /// when the user chose nothing; once, later. The titled window in which the user asked for it
+  /// takes no input meanwhile; a panel at a status item does.
   [[nodiscard]] virtual std::unique_ptr<ModalPeer> showOpenPanel(
       const NSOpenPanel& panel, std::function<void(std::optional<std::string> path)> answered) = 0;
 
