@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <regex>
 
 #include "desktop/wayland/ModeDesk.h"
@@ -109,6 +110,21 @@ TEST_F(SwayPictureTest, ComesAndGoesAlsoWhereSwaybgWasKilled) {
   ASSERT_NO_FATAL_FAILURE(swap());
   ASSERT_EQ(::kill(desk.swaysSwaybg().first, SIGKILL), 0);
   ASSERT_TRUE(desk.until([&] { return desk.swaysSwaybg().first == 0; }));
+  toggle();
+  EXPECT_TRUE(shows(kRed, kRed));
+}
+
+TEST_F(SwayPictureTest, OutputsAreSwaysAlsoWhileItsSwaybgTakesTimeToStart) {
+  namespace fs = std::filesystem;
+  const fs::path slow = desk.home().home() / "slow";
+  std::ofstream(slow) << "#!/bin/sh\nsleep 0.5\nexec swaybg \"$@\"\n";
+  fs::permissions(slow, fs::perms::owner_all | fs::perms::others_exec | fs::perms::others_read);
+  configureForGood("swaybg_command " + slow.string() + "\noutput * bg '" +
+                   desk.picture("theirs.png", kRed) + "' fill");
+  ASSERT_TRUE(shows(kRed, kRed));
+  launchWith(desk.picture("ours.png", kBlue));
+  toggle();
+  EXPECT_TRUE(shows(kBlue, kBlue));
   toggle();
   EXPECT_TRUE(shows(kRed, kRed));
 }
