@@ -10,7 +10,6 @@
 #include <QStandardPaths>
 #include <QWindow>
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "desktop/linux/language/Language.h"
@@ -182,9 +181,9 @@ QString folderOfPictures() {
 
 /// In which the user has asked for the panel.
 QtWindowPeer* titledWindow(const WindowServices& services) {
-  const auto shown = std::views::reverse(services.shown);
-  const auto titled = std::ranges::find_if(shown, &QtWindowPeer::isTitled);
-  return titled == shown.end() ? nullptr : *titled;
+  const auto& shown = services.shown;
+  const auto titled = std::ranges::find_if(shown.rbegin(), shown.rend(), &QtWindowPeer::isTitled);
+  return titled == shown.rend() ? nullptr : *titled;
 }
 
 std::optional<std::string> chosenIn(const QFileDialog& dialog, const QStringList& patterns) {
