@@ -92,6 +92,19 @@ TEST(GnomeExtensionTest, ThePanelSaysWhatIsNotDoneWhileItIsTurnedOff) {
   }
 }
 
+TEST(GnomeExtensionTest, IsTurnedOnOnceItsUserAllowsExtensions) {
+  GnomeDesk desk({.monitors = 1});
+  const auto allow = [&](const char* none) {
+    desk.mustRun({"gsettings", "set", "org.gnome.shell", "disable-user-extensions", none});
+  };
+  allow("true");
+  desk.writeSettings({});
+  const auto program = desk.start({CALMDECK_PROGRAM});
+  EXPECT_TRUE(program->complains("its user has turned it off"));
+  allow("false");
+  EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }));
+}
+
 TEST(GnomeExtensionTest, IsUsedFromTheNextLoginOnWhereTheShellDoesNotKnowIt) {
   GnomeDesk desk({.monitors = 1, .extension = false});
   desk.installExtension();

@@ -127,7 +127,9 @@ void GnomeShell::left(const QString& name) {
 }
 
 void GnomeShell::lookWhetherTurnedOff() {
-  if (isReady_ || isOff_ || !isTurnedOff(settings_.get())) return;
+  if (isReady_ || isOff_ == isTurnedOff(settings_.get())) return;
+  // The user allows extensions again: that alone turns on none that never was.
+  if (isOff_) return turnOn();
   isOff_ = true;
   qCWarning(lcGnome, kWithout);
   Q_EMIT turnedOff();

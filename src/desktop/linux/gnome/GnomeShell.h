@@ -23,10 +23,10 @@ class GnomeShell final : public QObject {
   Q_OBJECT
 
  public:
-  /// Turns the extension on, unless the user has turned it off: then it is off from the start on,
-  /// after a line. Null where no GNOME Shell answers, within ten seconds, or where it does not have
-  /// the extension: if that is installed, one line on standard error says why. What it does not do
-  /// yet it may do later.
+  /// Turns the extension on, unless the user has turned it off, or all extensions: then it is off
+  /// from the start on, after a line. Null where no GNOME Shell answers, within ten seconds, or
+  /// where it does not have the extension: if that is installed, one line on standard error says
+  /// why. What it does not do yet it may do later.
   [[nodiscard]] static std::unique_ptr<GnomeShell> open();
 
   /// Whether the extension serves us now.
