@@ -219,6 +219,11 @@ void GnomeDesk::turnExtension(const std::string& uuid, bool on) {
   if (uuid == kOurs) hasExtension_ = on;
 }
 
+bool GnomeDesk::isTurnedOff(const std::string& uuid) const {
+  return mustRun({"gsettings", "get", "org.gnome.shell", "disabled-extensions"}).find(uuid) !=
+         std::string::npos;
+}
+
 // --- Programs ---
 
 void GnomeDesk::launch(const std::vector<std::string>& features, const std::string& settings) {

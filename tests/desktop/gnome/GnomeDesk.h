@@ -53,6 +53,8 @@ class GnomeDesk : public harness::Desk {
   [[nodiscard]] bool hasIcons(int monitor);
   /// Turns an extension of the shell on or off, as its user does.
   void turnExtension(const std::string& uuid, bool on);
+  /// Whether that has been stored, for programs that start.
+  [[nodiscard]] bool isTurnedOff(const std::string& uuid) const;
   /// Puts our extension where a shell finds it that starts from now on.
   void installExtension() const;
 

@@ -135,11 +135,7 @@ TEST_F(GnomeModeTest, OutlastsALockedScreenOfWhichNobodyComplains) {
 TEST_F(GnomeModeTest, WhatItsUserHasTurnedOffStaysOffAndServesOnceItIsTurnedOn) {
   desk.program().kill();
   desk.turnExtension(kExtension, false);
-  const auto isStored = [&] {
-    return desk.run({"gsettings", "get", "org.gnome.shell", "disabled-extensions"})
-               .output.find(kExtension) != std::string::npos;
-  };
-  ASSERT_TRUE(desk.until(isStored));
+  ASSERT_TRUE(desk.until([&] { return desk.isTurnedOff(kExtension); }));
   desk.launch({"DesktopIcons", "HideActiveApps"});
   EXPECT_THAT(desk.program().errorOutput(), HasSubstr("its user has turned it off"));
   EXPECT_FALSE(desk.bus().hasOwner("org.calmdeck.Shell"));

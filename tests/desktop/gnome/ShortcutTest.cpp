@@ -107,4 +107,17 @@ TEST_F(GnomeTurnedOffTest, LeavesItsKeysToThoseThatUsersBindToCommands) {
   EXPECT_TRUE(fires(desk)) << desk.program().errorOutput();
 }
 
+TEST_F(GnomeTurnedOffTest, LeavesThemThereFromTheStartOn) {
+  desk.turnExtension(kExtension, true);
+  desk.turnExtension(kExtension, false);
+  ASSERT_TRUE(desk.until([&] { return desk.isTurnedOff(kExtension); }));
+  desk.launch({}, kControlAltP);
+  EXPECT_TRUE(fires(desk)) << desk.program().errorOutput();
+  EXPECT_THAT(bound(), HasSubstr("calmdeck"));
+  desk.turnExtension(kExtension, true);
+  ASSERT_TRUE(
+      desk.until([&] { return desk.evaluate("'calmdeck' in Main.panel.statusArea") == "true"; }));
+  EXPECT_TRUE(fires(desk)) << desk.program().errorOutput();
+}
+
 }  // namespace
