@@ -7,7 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "desktop/harness/LineCapture.h"
+#include "desktop/harness/Process.h"
 
 namespace bench {
 

@@ -2,13 +2,16 @@
 
 #include <glib.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <sstream>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 
 namespace harness {
@@ -71,6 +74,36 @@ Environment ownEnvironment() {
   }
   environment["LC_ALL"] = "C.UTF-8";
   return environment;
+}
+
+LineCapture::LineCapture() {
+  for (Channel& channel : channels_) {
+    channel.file = FileDescriptor(::memfd_create("output", MFD_CLOEXEC));
+    if (channel.file.get() < 0) throw std::system_error(errno, std::generic_category(), "memfd");
+  }
+}
+
+std::string LineCapture::textFrom(const Channel& channel, std::size_t start) {
+  std::string text;
+  std::array<char, 4096> buffer{};
+  ssize_t count = 0;
+  while ((count = ::pread(channel.file.get(), buffer.data(), buffer.size(),
+                          static_cast<off_t>(start + text.size()))) > 0)
+    text.append(buffer.data(), static_cast<std::size_t>(count));
+  return text;
+}
+
+std::optional<std::string> LineCapture::takeLine(Stream stream, const std::regex& pattern,
+                                                 bool hasEnded) {
+  Channel& channel = channels_.at(static_cast<std::size_t>(stream));
+  std::istringstream text(textFrom(channel, channel.cursor));
+  for (std::string line; std::getline(text, line);) {
+    const bool isWhole = !text.eof();
+    if (!isWhole && !hasEnded) break;
+    channel.cursor += line.size() + (isWhole ? 1 : 0);
+    if (std::regex_search(line, pattern)) return line;
+  }
+  return std::nullopt;
 }
 
 Process::Process(const Command& command) {

@@ -41,22 +41,16 @@ std::uint32_t colourOf(std::uint32_t pixel, int depth) {
   }
 }
 
-struct Colour {
-  int red;
-  int green;
-  int blue;
-};
-
-Image gradient(int width, int height, const Colour& top, const Colour& bottom) {
-  const auto mix = [height](int first, int last, int y) {
-    return static_cast<std::uint32_t>(first + (last - first) * y / std::max(height - 1, 1));
-  };
+/// From the colour at the top to that at the bottom, each as red, green and blue.
+Image gradient(int width, int height, const std::array<int, 3>& top,
+               const std::array<int, 3>& bottom) {
   Image image{width, height, {}};
-  image.pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   for (int y = 0; y < height; ++y) {
-    const std::uint32_t colour = mix(top.red, bottom.red, y) << 16 |
-                                 mix(top.green, bottom.green, y) << 8 |
-                                 mix(top.blue, bottom.blue, y);
+    std::uint32_t colour = 0;
+    for (std::size_t i = 0; i < top.size(); ++i) {
+      const int mixed = top.at(i) + (bottom.at(i) - top.at(i)) * y / std::max(height - 1, 1);
+      colour = colour << 8 | static_cast<std::uint32_t>(mixed);
+    }
     image.pixels.insert(image.pixels.end(), static_cast<std::size_t>(width), colour);
   }
   return image;

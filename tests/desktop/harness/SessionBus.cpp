@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <regex>
 #include <stdexcept>
 
 namespace harness {
@@ -11,6 +12,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kServiceFolder = "/usr/share/dbus-1/services";
+constexpr const char* kWatcher = "org.kde.StatusNotifierWatcher";
+constexpr const char* kWatcherPath = "/StatusNotifierWatcher";
 
 // What programs lean on and what shows nothing by itself.
 const std::string kActivatable[] = {"org.a11y.Bus", "org.xfce.Xfconf", "ca.desrt.dconf",
@@ -84,10 +87,16 @@ std::optional<std::string> SessionBus::property(const std::string& service, cons
 }
 
 bool SessionBus::hasTrayHost() const {
-  constexpr const char* kWatcher = "org.kde.StatusNotifierWatcher";
-  const auto host =
-      property(kWatcher, "/StatusNotifierWatcher", kWatcher, "IsStatusNotifierHostRegistered");
+  const auto host = property(kWatcher, kWatcherPath, kWatcher, "IsStatusNotifierHostRegistered");
   return host && host->find("true") != std::string::npos;
+}
+
+std::optional<std::pair<std::string, std::string>> SessionBus::trayItem() const {
+  const auto items = property(kWatcher, kWatcherPath, kWatcher, "RegisteredStatusNotifierItems");
+  static const std::regex kItem("(:[0-9.]+)(/[A-Za-z]+)");
+  std::smatch parts;
+  if (!items || !std::regex_search(*items, parts, kItem)) return std::nullopt;
+  return std::pair(parts[1].str(), parts[2].str());
 }
 
 }  // namespace harness

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "desktop/harness/PrivateHome.h"
@@ -38,6 +37,8 @@ class SessionBus {
                                                     const std::string& name) const;
   /// Whether somebody shows the icons of the tray.
   [[nodiscard]] bool hasTrayHost() const;
+  /// The connection and the path of the icon that it shows; absent while there is none.
+  [[nodiscard]] std::optional<std::pair<std::string, std::string>> trayItem() const;
 
  private:
   std::filesystem::path services_;

@@ -11,13 +11,11 @@
 #include <chrono>
 #include <stdexcept>
 
-#include "desktop/linux/files/FileDescriptor.h"
+#include "desktop/harness/Process.h"
 
 namespace harness {
 
 namespace {
-
-using linux_desktop::FileDescriptor;
 
 // X counts keys from 8, the kernel from 0.
 constexpr std::uint32_t kFirstKeycode = 8;

@@ -209,6 +209,13 @@ bool XDesk::opensAWindow(const std::function<void()>& click) const {
   return true;
 }
 
+std::vector<Image> XDesk::settledMonitors() const {
+  const Image whole = settled();
+  std::vector<Image> images;
+  for (const Rect& monitor : server_->monitors()) images.push_back(whole.part(monitor));
+  return images;
+}
+
 std::vector<WindowInfo> XDesk::covers() const {
   std::vector<WindowInfo> found = windows_->all();
   // That of a monitor which is gone stays where nobody sees it.

@@ -85,6 +85,8 @@ class XDesk : public Desk {
       std::chrono::milliseconds calm = std::chrono::milliseconds(400)) const {
     return screen_->settled(x_->screenArea(), calm);
   }
+  /// Each monitor of it: what lies between them nobody sees.
+  [[nodiscard]] std::vector<Image> settledMonitors() const;
   /// Calmdeck's, that are on the screen now, in no particular order.
   [[nodiscard]] std::vector<WindowInfo> covers() const;
   /// Those of whoever shows icons.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <regex>
 #include <string>
 
 #include "desktop/program/ProgramDesk.h"
@@ -117,15 +116,11 @@ TEST_F(PanelUseTest, ARowFollowsTheProgramThatItDependsOn) {
 // As Enlightenment, which reads the menu once and tells of nothing but the choice.
 TEST_F(PanelUseTest, ItsMenuIsWholeAndServesBeforeAnybodyHasOpenedIt) {
   ASSERT_TRUE(start());
-  harness::SessionBus& bus = desk.bus();
-  const std::string watcher = "org.kde.StatusNotifierWatcher";
-  const std::string items =
-      bus.property(watcher, "/StatusNotifierWatcher", watcher, "RegisteredStatusNotifierItems")
-          .value();
-  std::smatch item;
-  ASSERT_TRUE(std::regex_search(items, item, std::regex("(:[0-9.]+)(/[A-Za-z]+)"))) << items;
+  const auto item = desk.bus().trayItem();
+  ASSERT_TRUE(item);
   const auto tellMenu = [&](const std::string& method, const std::vector<std::string>& arguments) {
-    return bus.call(item[1], item[2].str() + "/Menu", "com.canonical.dbusmenu." + method, arguments)
+    return desk.bus()
+        .call(item->first, item->second + "/Menu", "com.canonical.dbusmenu." + method, arguments)
         .value_or("");
   };
   EXPECT_THAT(tellMenu("GetLayout", {"int32:0", "int32:-1", "array:string:"}),

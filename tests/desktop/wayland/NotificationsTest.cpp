@@ -1,7 +1,6 @@
 // Do Not Disturb of the daemons that need a Wayland compositor.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>

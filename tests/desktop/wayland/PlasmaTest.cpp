@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <regex>
 
 #include "desktop/wayland/ModeDesk.h"
 
@@ -68,15 +67,9 @@ class PlasmaTest : public testing::Test, public wayland_test::ModeDesk {
   }
   /// As the tray tells of it, at a place in the bar.
   [[nodiscard]] bool clickIcon() {
-    const std::string watcher = "org.kde.StatusNotifierWatcher";
-    const std::string items =
-        desk.bus()
-            .property(watcher, "/StatusNotifierWatcher", watcher, "RegisteredStatusNotifierItems")
-            .value_or("");
-    std::smatch item;
-    return std::regex_search(items, item, std::regex("(:[0-9.]+)(/[A-Za-z]+)")) &&
-           desk.bus().call(item[1], item[2], "org.kde.StatusNotifierItem.Activate",
-                           {"int32:1060", "int32:700"});
+    const auto item = desk.bus().trayItem();
+    return item && desk.bus().call(item->first, item->second, "org.kde.StatusNotifierItem.Activate",
+                                   {"int32:1060", "int32:700"});
   }
   void peek() { desk.input().click(kPeek.centreX(), kPeek.centreY()); }
   [[nodiscard]] bool showsIcon() { return harness::showsIcons(desk.screen().area(kIcon)); }
