@@ -110,26 +110,6 @@ TEST_F(StoryboardTest, EveryTextIsInTheUsersLanguage) {
   EXPECT_EQ(english, std::vector<std::string>{});
 }
 
-TEST_F(StoryboardTest, EveryControlOfThePreferencesSaysOfWhichRowItIs) {
-  launch();
-  sharedPreferencesWindowController()->showWindow(nullptr);
-  const preferences::generalVc& pane = *preferences::shortcutState().currentGeneralVc;
-  const std::pair<const preferences::ShortcutRow&, std::string> rows[] = {
-      {preferences::ShortcutRow::toggleApp, "presentation mode"},
-      {preferences::ShortcutRow::muteMic, "the microphone"},
-  };
-  for (const auto& [row, name] : rows) {
-    const auto box = (pane.*row.box).lock();
-    EXPECT_EQ(box->accessibilityLabel(), "Shortcut for " + name);
-    EXPECT_EQ((pane.*row.label).lock()->superview(), box.get());
-    EXPECT_EQ((pane.*row.recordButton).lock()->accessibilityLabel(),
-              "Record the shortcut for " + name);
-    EXPECT_EQ((pane.*row.clearButton).lock()->accessibilityLabel(),
-              "Clear the shortcut for " + name);
-  }
-  EXPECT_EQ(pane.lblCurrentWallpaper.lock()->content(), platform::NSTextContent::FilePath);
-}
-
 const std::string kScene = "<scene identifier='a'>";
 const std::string kView = "<viewController class='Plain'><view/></viewController>";
 const std::string kWindow = kScene + "<windowController class='";

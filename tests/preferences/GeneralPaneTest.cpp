@@ -64,32 +64,14 @@ TEST_F(GeneralPaneTest, AChosenWallpaperIsStoredAndShownAsItsPath) {
   });
   click(pane().btnChangeWallpaper);
   EXPECT_EQ(wallpaper(), "/Users/someone/Pictures/My Beach.heic");
+  EXPECT_EQ(pane().lblCurrentWallpaper.lock()->content(), platform::NSTextContent::FilePath);
+  EXPECT_EQ(stored("kUserdefaultsSelectedWallpaper"),
+            Value("/Users/someone/Pictures/My Beach.heic"));
+  EXPECT_EQ(desk.log.calls("defaults").size(), 1U);
   desk.log.clear();
   chooseWallpaper(std::nullopt);
   EXPECT_EQ(wallpaper(), "/Users/someone/Pictures/My Beach.heic");
   EXPECT_EQ(desk.log.calls("defaults"), Lines{});
-}
-
-TEST_F(GeneralPaneTest, EachChoiceIsKeptUnderItsOwnKey) {
-  launchAndOpen();
-  std::map<std::string, Value, std::less<>> kept{{"kUserdeaultsLaunchAtLogin", true}};
-  EXPECT_EQ(desk.settings.values, kept);
-  chooseWallpaper("/pictures/beach");
-  kept.emplace("kUserdefaultsSelectedWallpaper", "/pictures/beach");
-  EXPECT_EQ(desk.settings.values, kept);
-  record(toggleApp);
-  pressControlK();
-  kept.emplace("kuserdefault_ToggleAppShortcut", "k");
-  kept.emplace("kuserdefault_ToggleAppFlag", Array{12});
-  EXPECT_EQ(desk.settings.values, kept);
-  record(muteMic);
-  pressKey(platform::kVK_ANSI_J, Bits::Option, "j");
-  kept.emplace("kuserdefault_MuteMicShortcut", "j");
-  kept.emplace("kuserdefault_MuteMicFlag", Array{13});
-  EXPECT_EQ(desk.settings.values, kept);
-  desk.tray.leftClick();
-  click(panel().toggleButtonPresentationMode);  // which is for this run only
-  EXPECT_EQ(desk.settings.values, kept);
 }
 
 TEST_F(GeneralPaneTest, EveryOpeningReadsTheSettingsAnew) {

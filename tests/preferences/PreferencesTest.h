@@ -90,9 +90,16 @@ class PreferencesTest : public tests::ApplicationTest {
     const bool isEmpty = label.empty() || label == kEmpty.label;
     const std::string idle = isEmpty ? "No shortcut" : label;
     EXPECT_EQ(box->accessibilityHelp(), isBlue ? "Waits for the keys to be pressed" : idle);
-    EXPECT_EQ((pane().*row.recordButton).lock()->accessibilityHelp(), box->accessibilityHelp());
+    const auto recordButton = (pane().*row.recordButton).lock();
+    const auto clearButton = (pane().*row.clearButton).lock();
+    EXPECT_EQ(recordButton->accessibilityHelp(), box->accessibilityHelp());
+    const std::string name = row.isMuteMic ? "the microphone" : "presentation mode";
+    EXPECT_EQ(box->accessibilityLabel(), "Shortcut for " + name);
+    EXPECT_EQ(recordButton->accessibilityLabel(), "Record the shortcut for " + name);
+    EXPECT_EQ(clearButton->accessibilityLabel(), "Clear the shortcut for " + name);
+    EXPECT_EQ((pane().*row.label).lock()->superview(), box.get());
     EXPECT_EQ(desk.screen.desktopKeysEnabled(), !shortcutState().isRecordingShortcut);
-    return {label, !(pane().*row.clearButton).lock()->isHidden(), isBlue};
+    return {label, !clearButton->isHidden(), isBlue};
   }
   /// The label of a row that has a shortcut and does not record.
   [[nodiscard]] static Look showing(std::string label) { return {std::move(label), true, false}; }

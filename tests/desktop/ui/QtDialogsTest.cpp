@@ -1,10 +1,8 @@
 #include "desktop/linux/ui/QtDialogs.h"
 
 #include <QAbstractButton>
-#include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
-#include <QTemporaryDir>
 
 #include "desktop/ui/TitledTest.h"
 #include "platform/appkit/NSAlert.h"
