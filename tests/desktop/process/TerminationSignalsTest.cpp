@@ -7,7 +7,6 @@
 #include <csignal>
 #include <string>
 
-#include "desktop/harness/LineCapture.h"
 #include "desktop/harness/Process.h"
 #include "desktop/linux/process/StandardOutputStream.h"
 #include "desktop/linux/process/TerminationSignals.h"
