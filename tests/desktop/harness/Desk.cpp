@@ -88,7 +88,7 @@ RunResult Desk::run(std::vector<std::string> argv) const {
   return runToEnd({std::move(argv), environment_, home_.home()});
 }
 
-std::string Desk::mustRun(std::vector<std::string> argv) const {
+std::string Desk::outputOf(std::vector<std::string> argv) const {
   const std::string name = argv.front();
   const RunResult result = run(std::move(argv));
   if (!result.succeeded()) throw std::runtime_error(name + ": " + result.errorOutput);

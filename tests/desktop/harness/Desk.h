@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/harness/Input.h"
@@ -60,7 +61,9 @@ class Desk {
   [[nodiscard]] RunResult run(std::vector<std::string> argv) const;
   /// The same, and what it printed; throws std::runtime_error, with what it complained of, when it
   /// does not succeed.
-  std::string mustRun(std::vector<std::string> argv) const;
+  [[nodiscard]] std::string outputOf(std::vector<std::string> argv) const;
+  /// The same, whatever it prints.
+  void mustRun(std::vector<std::string> argv) const { (void)outputOf(std::move(argv)); }
 
   /// A picture of one colour in the home; its path.
   [[nodiscard]] std::string picture(const std::string& name, std::uint32_t colour) const;

@@ -147,12 +147,12 @@ std::string backdropSettings(const XDesk& desk, DesktopIcons kind) {
     case DesktopIcons::None:
       return rootPicture(desk);
     case DesktopIcons::Xfdesktop:
-      return desk.mustRun({"xfconf-query", "-c", kXfceChannel, "-lv"});
+      return desk.outputOf({"xfconf-query", "-c", kXfceChannel, "-lv"});
     case DesktopIcons::Pcmanfm:
       return fileOrAbsent(desk, pcmanfmFile(0)) + fileOrAbsent(desk, pcmanfmFile(1));
     case DesktopIcons::Caja:
-      return desk.mustRun({"dconf", "dump", "/org/mate/desktop/"}) +
-             desk.mustRun({"gsettings", "list-recursively", "org.mate.background"});
+      return desk.outputOf({"dconf", "dump", "/org/mate/desktop/"}) +
+             desk.outputOf({"gsettings", "list-recursively", "org.mate.background"});
     case DesktopIcons::PcmanfmQt:
       return fileOrAbsent(desk, kPcmanfmQtFile);
   }

@@ -63,7 +63,7 @@ void letOthersThrough(const PrivateHome& home) {
 
 /// A copy, without the capability by which the installed file cannot be run in a container.
 fs::path copiedKwin(const fs::path& folder) {
-  const fs::path copy = folder / "kwin_wayland";
+  fs::path copy = folder / "kwin_wayland";
   fs::copy_file(HARNESS_KWIN, copy);
   return copy;
 }
@@ -77,7 +77,7 @@ Image taken(const Desk& desk, std::vector<std::string> of) {
   std::vector<std::string> argv{"grim", "-t", "png", "-l", "0"};
   std::ranges::move(of, std::back_inserter(argv));
   argv.emplace_back("-");
-  return readPng(desk.mustRun(std::move(argv)));
+  return readPng(desk.outputOf(std::move(argv)));
 }
 
 /// What the compositor would show on its monitors, if it had any.

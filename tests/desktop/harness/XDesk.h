@@ -62,7 +62,7 @@ class XDesk : public Desk {
   void startNotifications(NotificationDaemon kind);
   void startIcons(DesktopIcons kind);
   void stopPanel() { panel_.reset(); }
-  [[nodiscard]] std::vector<Rect> panelAreas() const override;
+  [[nodiscard]] std::vector<Rect> panelAreas() const final;
   /// Calmdeck's panel while it is on the screen; looked for once.
   [[nodiscard]] std::optional<WindowInfo> openPopover() const;
 
