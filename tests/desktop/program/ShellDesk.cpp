@@ -118,6 +118,7 @@ std::vector<Image> ShellDesk::partsOf(const Image& whole) const {
   monitors.front().y += kThickestPanel;
   monitors.front().height -= 2 * kThickestPanel;
   std::vector<Image> parts;
+  parts.reserve(monitors.size());
   for (const harness::Rect& monitor : monitors) parts.push_back(whole.part(monitor));
   return parts;
 }
