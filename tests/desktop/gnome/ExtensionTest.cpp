@@ -6,13 +6,13 @@
 #include "desktop/harness/AccessibilityClient.h"
 
 using gnome_test::GnomeDesk;
+using gnome_test::kIconsExtension;
+using gnome_test::kOurExtension;
+using gnome_test::kOurShell;
 using harness::AccessibilityClient;
 
 namespace {
 
-constexpr const char* kOurs = "shell@calmdeck.org";
-constexpr const char* kIcons = "ding@rastersoft.com";
-constexpr const char* kShell = "org.calmdeck.Shell";
 constexpr const char* kPath = "/org/calmdeck/Shell";
 
 /// Icons, and a shell without our extension.
@@ -23,7 +23,7 @@ class GnomeIconsTest : public testing::Test {
   }
   // Something else may be seen for a moment.
   [[nodiscard]] bool showsIcons() {
-    const auto areOn = [&] { return switchedOff().find(kIcons) == std::string::npos; };
+    const auto areOn = [&] { return switchedOff().find(kIconsExtension) == std::string::npos; };
     return desk.until(areOn) && desk.until([&] { return !desk.isBare(); }, 3 * harness::kPatience);
   }
   [[nodiscard]] std::string switchedOff() {
@@ -53,13 +53,13 @@ TEST_F(GnomeIconsTest, GoWithTheModeAndComeBackAlsoAfterAKill) {
 }
 
 TEST_F(GnomeIconsTest, StayOffWhereTheUserTurnedThemOff) {
-  desk.turnExtension(kIcons, false);
+  desk.turnExtension(kIconsExtension, false);
   ASSERT_TRUE(isBare());
   desk.launch({"DesktopIcons"});
   desk.toggleMode();
   desk.toggleMode();
   EXPECT_EQ(desk.program().terminate(harness::kPatience), harness::ProcessEnd{0});
-  EXPECT_NE(switchedOff().find(kIcons), std::string::npos);
+  EXPECT_NE(switchedOff().find(kIconsExtension), std::string::npos);
   EXPECT_TRUE(desk.isBare());
 }
 
@@ -67,8 +67,8 @@ TEST(GnomeExtensionTest, ServesTheProgramAndNobodyElse) {
   GnomeDesk desk({.monitors = 1});
   desk.openWindow("red", "#d02010");
   desk.launch({"HideActiveApps"});
-  ASSERT_TRUE(desk.bus().hasOwner(kShell));
-  EXPECT_FALSE(desk.bus().call(kShell, kPath, "org.calmdeck.Shell.Windows.Hide", {}));
+  ASSERT_TRUE(desk.bus().hasOwner(kOurShell));
+  EXPECT_FALSE(desk.bus().call(kOurShell, kPath, "org.calmdeck.Shell.Windows.Hide", {}));
   EXPECT_EQ(desk.windows(), "red*");
   desk.toggleMode();
   EXPECT_TRUE(desk.until([&] { return desk.windows().empty(); }));
@@ -82,9 +82,9 @@ TEST(GnomeExtensionTest, ThePanelSaysWhatIsNotDoneWhileItIsTurnedOff) {
   const auto reads = [&](const std::string& icons, const std::string& others) {
     return desk.until([&] { return reader.shows(icons) && reader.shows(others); });
   };
-  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }));
+  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kOurShell); }));
   for (const bool on : {false, true}) {
-    desk.turnExtension(kOurs, on);
+    desk.turnExtension(kOurExtension, on);
     EXPECT_TRUE(reads("Covers the icons with the wallpaper",
                       on ? "Takes their windows off the screen"
                          : "Not on this desktop: no program can hide the windows of others"))
@@ -102,7 +102,7 @@ TEST(GnomeExtensionTest, IsTurnedOnOnceItsUserAllowsExtensions) {
   const auto program = desk.start({CALMDECK_PROGRAM});
   EXPECT_TRUE(program->complains("its user has turned it off"));
   allow("false");
-  EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(kShell); }));
+  EXPECT_TRUE(desk.until([&] { return desk.bus().hasOwner(kOurShell); }));
 }
 
 TEST(GnomeExtensionTest, IsUsedFromTheNextLoginOnWhereTheShellDoesNotKnowIt) {

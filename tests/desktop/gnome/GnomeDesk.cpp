@@ -8,12 +8,9 @@ namespace gnome_test {
 
 namespace fs = std::filesystem;
 using harness::Image;
-using harness::RunResult;
 
 namespace {
 
-constexpr const char* kOurs = "shell@calmdeck.org";
-constexpr const char* kIcons = "ding@rastersoft.com";
 constexpr const char* kInstalled = "/usr/share/gnome-shell/extensions";
 
 std::string quoted(const std::string& text) {
@@ -87,14 +84,15 @@ fs::path GnomeDesk::extensions() const {
 }
 
 void GnomeDesk::installExtension() const {
-  fs::create_directory_symlink(fs::path(SHELL_EXTENSIONS) / kOurs, extensions() / kOurs);
+  fs::create_directory_symlink(fs::path(SHELL_EXTENSIONS) / kOurExtension,
+                               extensions() / kOurExtension);
 }
 
 // It starts the program that draws them anew where that took three seconds, for ever on a busy
 // machine.
 void GnomeDesk::offerIcons() {
-  const fs::path copy = extensions() / kIcons;
-  fs::copy(fs::path(kInstalled) / kIcons, copy, fs::copy_options::recursive);
+  const fs::path copy = extensions() / kIconsExtension;
+  fs::copy(fs::path(kInstalled) / kIconsExtension, copy, fs::copy_options::recursive);
   const std::string text = harness::textOf(copy / "extension.js");
   std::ofstream(copy / "extension.js")
       << std::regex_replace(text, std::regex("\\b3000\\b"), "60000");
@@ -118,18 +116,16 @@ void GnomeDesk::startSystemBus() {
   require(systemBus_->waitForLine("^unix:").has_value(), "the system bus", *systemBus_);
 }
 
-void GnomeDesk::set(const std::string& schema, const std::string& key,
-                    const std::string& value) const {
-  const RunResult result = run({"gsettings", "set", schema, key, value});
-  if (!result.succeeded()) throw std::runtime_error(key + ": " + result.errorOutput);
-}
-
 void GnomeDesk::configure(const GnomeOptions& options) {
   const fs::path picture = home().home() / "dusk.png";
   harness::writePng(harness::dusk(kMonitorWidth, kMonitorHeight), picture);
+  const auto set = [&](const char* schema, const char* key, const std::string& value) {
+    mustRun({"gsettings", "set", schema, key, value});
+  };
   for (const char* key : {"picture-uri", "picture-uri-dark"})
     set("org.gnome.desktop.background", key, quoted("file://" + picture.string()));
-  if (options.icons) set("org.gnome.shell", "enabled-extensions", "[" + quoted(kIcons) + "]");
+  if (options.icons)
+    set("org.gnome.shell", "enabled-extensions", "[" + quoted(kIconsExtension) + "]");
   set("org.gnome.shell", "disable-extension-version-validation", "true");
   set("org.gnome.shell", "welcome-dialog-last-shown-version", quoted("99"));
 }
@@ -185,9 +181,7 @@ void GnomeDesk::setMonitors(int count) {
     arguments.insert(arguments.begin(),
                      {"gdbus", "call", "--session", "--dest", "org.gnome.Mutter.DisplayConfig",
                       "--object-path", "/org/gnome/Mutter/DisplayConfig", "--method"});
-    const RunResult result = run(std::move(arguments));
-    if (!result.succeeded()) throw std::runtime_error("the monitors: " + result.errorOutput);
-    return result.output;
+    return mustRun(std::move(arguments));
   };
   const std::string name = "org.gnome.Mutter.DisplayConfig.";
   const std::string state = gdbus({name + "GetCurrentState"});
@@ -216,7 +210,13 @@ void GnomeDesk::turnExtension(const std::string& uuid, bool on) {
   if (!bus().call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions." + method,
                   {"string:" + uuid}))
     throw std::runtime_error(uuid + " cannot be turned on or off");
-  if (uuid == kOurs) hasExtension_ = on;
+  if (uuid == kOurExtension) hasExtension_ = on;
+}
+
+void GnomeDesk::lock(bool isLocked) {
+  (void)evaluate(std::string("Main.sessionMode.") + (isLocked ? "push" : "pop") +
+                 "Mode('unlock-dialog'); 0");
+  require(until([&] { return bus().hasOwner(kOurShell) != isLocked; }), "our extension", *shell_);
 }
 
 bool GnomeDesk::isTurnedOff(const std::string& uuid) const {
@@ -232,8 +232,7 @@ void GnomeDesk::launch(const std::vector<std::string>& features, const std::stri
   const auto isOpen = [&] { return windows().find("Calmdeck*") != std::string::npos; };
   require(until(isOpen), "its panel", *program_);
   // A panel that has come before the button goes there, unless it has lost the keyboard meanwhile.
-  const auto hasButton = [&] { return evaluate("'calmdeck' in Main.panel.statusArea") == "true"; };
-  require(!hasExtension_ || until(hasButton), "its button", *program_);
+  require(!hasExtension_ || until([&] { return hasButton(); }), "its button", *program_);
   const auto isClosed = [&] {
     if (isOpen()) input().key("Escape");
     return windows().find("Calmdeck") == std::string::npos && home().isAtRest();

@@ -9,16 +9,20 @@
 #include <vector>
 
 #include "desktop/harness/Desk.h"
-#include "desktop/harness/Input.h"
 #include "desktop/harness/Screen.h"
 
 namespace gnome_test {
+
+/// Extensions of the shell: ours, and the one that most have for icons on the desktop.
+inline constexpr const char* kOurExtension = "shell@calmdeck.org";
+inline constexpr const char* kIconsExtension = "ding@rastersoft.com";
+/// Ours on the bus.
+inline constexpr const char* kOurShell = "org.calmdeck.Shell";
 
 /// What a private GNOME desktop consists of beside the shell.
 struct GnomeOptions {
   /// Side by side, each of kMonitorWidth by kMonitorHeight.
   int monitors = 2;
-  /// Icons on the desktop, by the extension that most have for it.
   bool icons = false;
   /// The shell finds our extension at its start.
   bool extension = true;
@@ -38,7 +42,6 @@ class GnomeDesk : public harness::Desk {
   ~GnomeDesk() override;
 
   [[nodiscard]] harness::Process& shell() { return *shell_; }
-  [[nodiscard]] const harness::Input& input() const { return *input_; }
 
   /// What a script gives that runs in the shell, as JSON.
   [[nodiscard]] std::string evaluate(const std::string& script);
@@ -55,6 +58,12 @@ class GnomeDesk : public harness::Desk {
   void turnExtension(const std::string& uuid, bool on);
   /// Whether that has been stored, for programs that start.
   [[nodiscard]] bool isTurnedOff(const std::string& uuid) const;
+  /// Whether our button is on the top bar.
+  [[nodiscard]] bool hasButton() {
+    return evaluate("'calmdeck' in Main.panel.statusArea") == "true";
+  }
+  /// The screen locks, or its user is back; returns when our extension has gone or come.
+  void lock(bool isLocked);
   /// Puts our extension where a shell finds it that starts from now on.
   void installExtension() const;
 
@@ -73,7 +82,6 @@ class GnomeDesk : public harness::Desk {
  private:
   void startSystemBus();
   void configure(const GnomeOptions& options);
-  void set(const std::string& schema, const std::string& key, const std::string& value) const;
   void startShell(const GnomeOptions& options);
   void offerIcons();
   [[nodiscard]] std::filesystem::path extensions() const;
@@ -82,7 +90,6 @@ class GnomeDesk : public harness::Desk {
   bool hasExtension_;
   std::unique_ptr<harness::Process> systemBus_;
   std::unique_ptr<harness::Process> shell_;
-  std::unique_ptr<harness::Input> input_;
   std::vector<std::unique_ptr<harness::Process>> programs_;
   std::unique_ptr<harness::Process> program_;
 };

@@ -1,7 +1,6 @@
 #include "desktop/linux/notifications/DaemonNotifier.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <string>
@@ -174,26 +173,18 @@ TEST_F(DaemonNotifierTest, WhereNothingShowsNotificationsTheCallerHearsIt) {
 }
 
 /// By the daemons of the desktops.
-class Shows : public harness::EventLoopTest<> {
- protected:
-  static std::size_t windows(const XDesk& desk) {
-    std::vector<harness::WindowInfo> all = desk.windows().all();
-    std::erase_if(all, [](const harness::WindowInfo& window) { return !window.viewable; });
-    return all.size();
-  }
-};
-
-class EveryDaemonShows : public Shows,
-                         public testing::WithParamInterface<harness::NotificationDaemon> {};
+class EveryDaemonShows
+    : public harness::EventLoopTest<testing::TestWithParam<harness::NotificationDaemon>> {};
 
 TEST_P(EveryDaemonShows, OneNotificationForTwentyPresses) {
   XDesk desk({.windowManager = harness::WindowManager::Openbox, .notifications = GetParam()});
   Sender sender(QString::fromStdString(desk.bus().address()));
-  const std::size_t before = windows(desk);
+  const std::size_t before = desk.windows().viewable().size();
   for (int press = 0; press < 20; ++press) {
     ASSERT_TRUE(sender.show(press % 2 == 0 ? "Mic muted" : "Mic unmuted"));
     for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
-    ASSERT_TRUE(soon([&] { return windows(desk) == before + 1; })) << "press " << press;
+    ASSERT_TRUE(soon([&] { return desk.windows().viewable().size() == before + 1; }))
+        << "press " << press;
   }
   EXPECT_THAT(warnings, IsEmpty());
 }
@@ -205,14 +196,16 @@ INSTANTIATE_TEST_SUITE_P(, EveryDaemonShows,
                                          harness::NotificationDaemon::Lxqt),
                          testing::PrintToStringParamName());
 
-TEST_F(Shows, TheFirstOneOfWhatTheBusStarts) {
+using ABus = harness::EventLoopTest<>;
+
+TEST_F(ABus, ShowsTheFirstOneOfWhatTheBusStarts) {
   XDesk desk;
   desk.bus().offer("org.freedesktop.Notifications", "/usr/bin/dunst");
   Sender sender(QString::fromStdString(desk.bus().address()));
   ASSERT_TRUE(sender.settles(linux_desktop::NotificationDaemon::State::None));
-  const std::size_t before = windows(desk);
+  const std::size_t before = desk.windows().viewable().size();
   ASSERT_TRUE(sender.show("Mic muted"));
-  EXPECT_TRUE(soon([&] { return windows(desk) == before + 1; }));
+  EXPECT_TRUE(soon([&] { return desk.windows().viewable().size() == before + 1; }));
   EXPECT_THAT(warnings, IsEmpty());
 }
 

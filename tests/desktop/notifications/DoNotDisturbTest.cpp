@@ -1,7 +1,6 @@
 // The mode, which asks for quiet and does nothing else, beside the daemons of the desktops.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <optional>
@@ -13,7 +12,6 @@
 
 namespace {
 
-using harness::DeskOptions;
 using harness::NotificationDaemon;
 using ::testing::HasSubstr;
 
@@ -35,17 +33,16 @@ std::vector<std::string> writer(NotificationDaemon kind) {
 }
 
 /// A desktop with a notification daemon and the program.
-class QuietDesk {
+class QuietDesk : public harness::XDesk {
  public:
-  explicit QuietDesk(const DeskOptions& options) : desk_(options) {}
+  explicit QuietDesk(const harness::DeskOptions& options) : XDesk(options) {}
 
-  [[nodiscard]] harness::XDesk& desk() { return desk_; }
-  void launch() { program_.emplace(desk_, std::vector<std::string>{"Dnd"}); }
+  void launch() { program_.emplace(*this, std::vector<std::string>{"Dnd"}); }
   [[nodiscard]] harness::ShortcutProgram& program() { return *program_; }
   /// Wants quiet and its end in turns. Returns when nobody has anything left to do.
   void toggle() { program_->toggle(); }
   void rest() {
-    ASSERT_TRUE(desk_.until([this] { return desk_.home().isAtRest(); }));
+    ASSERT_TRUE(until([this] { return home().isAtRest(); }));
   }
   void expectNoComplaint() {
     program_->quit();
@@ -55,33 +52,31 @@ class QuietDesk {
 
   /// The daemon's state, as its desktop's own tools tell and change it; none when they cannot.
   [[nodiscard]] std::optional<bool> isOn(NotificationDaemon kind) const {
-    return harness::doNotDisturb(desk_, kind);
+    return harness::doNotDisturb(*this, kind);
   }
   /// What the user's settings have of it, without any default; empty where they have nothing.
   [[nodiscard]] std::string stored(NotificationDaemon kind) const {
     if (kind == NotificationDaemon::Mate)
-      return desk_.run({"dconf", "read", "/org/mate/notification-daemon/do-not-disturb"}).output;
+      return run({"dconf", "read", "/org/mate/notification-daemon/do-not-disturb"}).output;
     const auto on = isOn(kind);
     return on ? std::to_string(static_cast<int>(*on)) : "";
   }
   [[nodiscard]] bool becomes(NotificationDaemon kind, bool on) const {
-    return desk_.until([&] { return isOn(kind) == on; });
+    return until([&] { return isOn(kind) == on; });
   }
   void switchByHand(NotificationDaemon kind, bool on) {
     const std::string value = on ? "true" : "false";
     if (kind == NotificationDaemon::Lxqt) {
-      desk_.home().writeConfig("lxqt/notifications.conf",
-                               "[General]\ndoNotDisturb=" + value + "\n");
+      home().writeConfig("lxqt/notifications.conf", "[General]\ndoNotDisturb=" + value + "\n");
     } else {
       std::vector<std::string> command = writer(kind);
       command.push_back(value);
-      ASSERT_TRUE(desk_.run(command).succeeded());
+      mustRun(command);
     }
     rest();
   }
 
  private:
-  harness::XDesk desk_;
   std::optional<harness::ShortcutProgram> program_;
 };
 
@@ -123,11 +118,11 @@ TEST_P(SettingsOfADaemon, AreSwitchedAndAsBeforeAlsoWhenItHasEnded) {
   QuietDesk desk({.notifications = GetParam()});
   desk.launch();
   const std::optional<bool> before = desk.isOn(GetParam());
-  desk.desk().startNotifications(NotificationDaemon::None);
-  ASSERT_TRUE(desk.desk().until([&] { return !desk.desk().bus().hasOwner(kNotifications); }));
+  desk.startNotifications(NotificationDaemon::None);
+  ASSERT_TRUE(desk.until([&] { return !desk.bus().hasOwner(kNotifications); }));
   for (const bool on : {true, false}) {
     desk.toggle();
-    EXPECT_TRUE(desk.desk().until([&] { return desk.isOn(GetParam()) == (on ? true : before); }))
+    EXPECT_TRUE(desk.until([&] { return desk.isOn(GetParam()) == (on ? true : before); }))
         << "what was not set is not set afterwards";
   }
   desk.expectNoComplaint();
@@ -143,43 +138,31 @@ TEST_P(SettingsOfADaemon, AreAsBeforeAlsoWhenTheRunThatSwitchedThemWasKilled) {
   desk.launch();
   desk.toggle();
   desk.toggle();
-  EXPECT_TRUE(desk.desk().until([&] { return desk.stored(GetParam()).empty(); }))
+  EXPECT_TRUE(desk.until([&] { return desk.stored(GetParam()).empty(); }))
       << desk.stored(GetParam());
-  EXPECT_FALSE(std::filesystem::exists(desk.desk().home().home() / ".local/state/calmdeck"));
-}
-
-TEST(LxqtTest, WhatNobodyHadSetIsUnsetAgain) {
-  QuietDesk desk({.notifications = NotificationDaemon::Lxqt});
-  const std::string before = "[General]\nplacement=top-right\n";
-  desk.desk().home().writeConfig("lxqt/notifications.conf", before);
-  desk.launch();
-  desk.toggle();
-  EXPECT_TRUE(desk.becomes(NotificationDaemon::Lxqt, true));
-  desk.toggle();
-  EXPECT_EQ(harness::textOf(desk.desk().home().config() / "lxqt/notifications.conf"), before);
+  EXPECT_FALSE(std::filesystem::exists(desk.home().home() / ".local/state/calmdeck"));
 }
 
 TEST(MateTest, IsSilencedBeforeItsFirstNotification) {
   QuietDesk desk({.environment = {{"XDG_CURRENT_DESKTOP", "MATE"}}});
   constexpr NotificationDaemon kMate = NotificationDaemon::Mate;
-  desk.desk().bus().offer(kNotifications, harness::program(kMate).argv.front());
+  desk.bus().offer(kNotifications, harness::program(kMate).argv.front());
   desk.launch();
   for (const bool on : {true, false}) {
     desk.toggle();
     EXPECT_TRUE(desk.becomes(kMate, on));
   }
-  EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
+  EXPECT_FALSE(desk.bus().hasOwner(kNotifications)) << "silence starts nothing";
   desk.expectNoComplaint();
 }
 
 TEST(AwesomeTest, IsSilencedWhateverTheUserDidByHand) {
   QuietDesk desk({});
-  const auto awesome = desk.desk().start({"awesome"});
-  ASSERT_TRUE(desk.desk().until([&] { return desk.desk().bus().hasOwner(kNotifications); }))
+  const auto awesome = desk.start({"awesome"});
+  ASSERT_TRUE(desk.until([&] { return desk.bus().hasOwner(kNotifications); }))
       << awesome->errorOutput();
   const auto runs = [&](const std::string& lua) {
-    return desk.desk()
-        .bus()
+    return desk.bus()
         .call(kNotifications, "/", "org.awesomewm.awful.Remote.Eval", {"string:" + lua})
         .value_or("");
   };
@@ -202,20 +185,20 @@ TEST(DunstTest, IsSilencedAgainAfterARestart) {
   QuietDesk desk({.notifications = kDunst});
   desk.launch();
   desk.toggle();
-  desk.desk().startNotifications(kDunst);
+  desk.startNotifications(kDunst);
   EXPECT_TRUE(desk.becomes(kDunst, true)) << "dunst itself forgets";
   desk.switchByHand(kDunst, false);
-  desk.desk().startNotifications(kDunst);
+  desk.startNotifications(kDunst);
   desk.rest();
   EXPECT_EQ(desk.isOn(kDunst), false) << "the user had switched it off";
 }
 
 TEST(DunstTest, IsSilencedWhenItStartsAtLast) {
   QuietDesk desk({});
-  desk.desk().bus().offer(kNotifications, "/usr/bin/dunst");
+  desk.bus().offer(kNotifications, "/usr/bin/dunst");
   desk.launch();
   desk.toggle();
-  EXPECT_FALSE(desk.desk().bus().hasOwner(kNotifications)) << "silence starts nothing";
+  EXPECT_FALSE(desk.bus().hasOwner(kNotifications)) << "silence starts nothing";
   EXPECT_TRUE(desk.becomes(kDunst, true)) << "dunstctl has it started";
   desk.expectNoComplaint();
 }
@@ -224,11 +207,11 @@ TEST(HangingDaemon, CostsALineAndEndsInTheLastState) {
   QuietDesk desk({.notifications = kDunst});
   desk.launch();
   desk.rest();
-  desk.desk().notifications().freeze();
+  desk.notifications().freeze();
   desk.toggle();
   EXPECT_TRUE(desk.program().process().complains("dunst does not answer"));
   desk.toggle();
-  desk.desk().notifications().thaw();
+  desk.notifications().thaw();
   EXPECT_EQ(desk.isOn(kDunst), false) << "it answers this after all that lay before it";
   desk.toggle();
   EXPECT_EQ(desk.isOn(kDunst), true) << "it is what it was before";
@@ -236,12 +219,12 @@ TEST(HangingDaemon, CostsALineAndEndsInTheLastState) {
 
 TEST(HangingDaemon, IsSilencedWhenItGoesOnAlsoIfNobodyKnewYetWhoItIs) {
   QuietDesk desk({.notifications = kDunst});
-  desk.desk().notifications().freeze();
+  desk.notifications().freeze();
   desk.launch();
   desk.toggle();
   EXPECT_TRUE(
       desk.program().process().complains("does not answer; it will be switched when it does"));
-  desk.desk().notifications().thaw();
+  desk.notifications().thaw();
   EXPECT_TRUE(desk.becomes(kDunst, true));
   EXPECT_EQ(desk.program().printed(), "");
 }
@@ -250,13 +233,13 @@ TEST(DaemonWithoutASwitch, EndsTheScriptAndTheEarlierWishAndIsNamedOnce) {
   QuietDesk desk({.notifications = kDunst});
   desk.launch();
   desk.toggle();
-  desk.desk().startNotifications(NotificationDaemon::Plain);
+  desk.startNotifications(NotificationDaemon::Plain);
   for (int time = 0; time < 2; ++time) {
     desk.toggle();
     EXPECT_TRUE(desk.program().process().waitForLine(kNoSuchObject));
   }
   desk.toggle();
-  desk.desk().startNotifications(kDunst);
+  desk.startNotifications(kDunst);
   desk.rest();
   EXPECT_EQ(desk.isOn(kDunst), false);
   desk.toggle();

@@ -132,64 +132,15 @@ TEST_F(QtAlertTest, SheetStopsItsOwnWindowAndNoOther) {
   EXPECT_EQ(keys->presses.size(), 1U);
 }
 
-class QtOpenPanelTest : public QtDialogsTest {
- protected:
-  QtOpenPanelTest() {
-    qputenv("HOME", home.path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
-    EXPECT_TRUE(QDir(home.path()).mkpath(QStringLiteral("Pictures/more")));
-    for (const char* name : {"Sea.Png", "notes.txt"})
-      EXPECT_TRUE(QFile(picture(name)).open(QIODevice::WriteOnly));
-    choice.setAllowedFileTypes({"png", "gif"});
-  }
-  ~QtOpenPanelTest() override {
-    qputenv("HOME", formerHome);
-    qputenv("XDG_CONFIG_HOME", formerConfig);
-  }
-
-  [[nodiscard]] QString picture(const QString& name) const {
-    return home.filePath("Pictures/" + name);
-  }
-  void ask() {
-    peer = windows.showOpenPanel(choice, [this](const std::optional<std::string>& path) {
-      answers.push_back(path.value_or("nothing"));
-      peer.reset();
-    });
-    ASSERT_TRUE(comes<QFileDialog>());
-  }
-  static QFileDialog* files() { return dialog<QFileDialog>(); }
-  static void type(const QString& name) {
-    QTest::keyClicks(files()->focusWidget(), name);
-    QTest::keyClick(files()->focusWidget(), Qt::Key_Return);
-    settle();
-  }
-
-  QByteArray formerHome = qgetenv("HOME");
-  QByteArray formerConfig = qgetenv("XDG_CONFIG_HOME");
-  QTemporaryDir home;
-  platform::NSOpenPanel choice;
-};
-
-TEST_F(QtOpenPanelTest, AnswersOnceWithTheWholePathOfAFileOfTheTypesOffered) {
-  ask();
-  type("more");
-  QTest::keyClick(files(), Qt::Key_Escape);
-  for (const char* name : {"Sea.Png", "notes.txt"}) {
-    ask();
-    type(QLatin1String(name));
-    EXPECT_EQ(files(), nullptr) << name;
-  }
-  EXPECT_EQ(answers,
-            (std::vector<std::string>{"nothing", picture("Sea.Png").toStdString(), "nothing"}));
-}
-
-TEST_F(QtOpenPanelTest, StopsTheTitledWindowAndNoPanelBesideItOrInFront) {
+TEST_F(QtDialogsTest, FileDialogStopsTheTitledWindowAndNoPanelBesideItOrInFront) {
   show();
   QWindow* waiting = QApplication::activeWindow()->windowHandle();
   item.shown = false;
   showPanel();
-  ask();
-  QFileDialog& asking = *files();
+  const platform::NSOpenPanel choice;
+  peer = windows.showOpenPanel(choice, [this](const auto&) { peer.reset(); });
+  ASSERT_TRUE(comes<QFileDialog>());
+  QFileDialog& asking = *dialog<QFileDialog>();
   QTest::keyClick(waiting, Qt::Key_A);
   EXPECT_TRUE(keys->presses.empty());
   EXPECT_TRUE(clickTurnsTheSwitch());

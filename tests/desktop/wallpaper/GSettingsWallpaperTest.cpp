@@ -1,7 +1,6 @@
 // Desktops that keep their picture in GSettings, by the names that they own on the bus.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QDBusConnection>
 #include <QFile>

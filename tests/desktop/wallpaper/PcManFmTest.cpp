@@ -21,18 +21,18 @@ class FileManagerDesk : public WallpaperDesk {
 
   /// With these settings for the first monitor, which is red then.
   void startWith(const std::string& text) {
-    desk().home().writeConfig(file_, text);
+    home().writeConfig(file_, text);
     startIcons();
     ASSERT_TRUE(shows(0, kRed));
     launch();
   }
-  [[nodiscard]] std::string stored() { return harness::textOf(desk().home().config() / file_); }
+  [[nodiscard]] std::string stored() { return harness::textOf(home().config() / file_); }
   /// In the end.
   [[nodiscard]] bool stores(const std::string& part) {
-    return desk().until([&] { return stored().find(part) != std::string::npos; });
+    return until([&] { return stored().find(part) != std::string::npos; });
   }
-  void store(const std::string& text) { desk().home().writeConfig(file_, text); }
-  void hold(bool hung) { hung ? desk().icons().freeze() : desk().icons().thaw(); }
+  void store(const std::string& text) { home().writeConfig(file_, text); }
+  void hold(bool hung) { hung ? icons().freeze() : icons().thaw(); }
   [[nodiscard]] bool complainsOfSilence() {
     return program().process().complains("does not answer");
   }
@@ -83,11 +83,11 @@ TEST(LxqtSwap, DesktopThatEndsWithoutAnAnswerLeavesItsFileAsItWas) {
   LxqtDesk lxqt;
   lxqt.startWith(lxqt.before);
   lxqt.swap();
-  ASSERT_TRUE(lxqt.desk().until([&] { return lxqt.stored() != lxqt.before; }));
+  ASSERT_TRUE(lxqt.until([&] { return lxqt.stored() != lxqt.before; }));
   lxqt.hold(true);
   lxqt.toggle();
-  ::kill(lxqt.desk().icons().pid(), SIGKILL);
-  EXPECT_TRUE(lxqt.desk().until([&] { return lxqt.stored() == lxqt.before; })) << lxqt.stored();
+  ::kill(lxqt.icons().pid(), SIGKILL);
+  EXPECT_TRUE(lxqt.until([&] { return lxqt.stored() == lxqt.before; })) << lxqt.stored();
 }
 
 class LxdeDesk : public FileManagerDesk {
@@ -105,10 +105,10 @@ class LxdeDesk : public FileManagerDesk {
 TEST(LxdeSwap, OneThatIsTakenBackAtOnceIsTakenBack) {
   LxdeDesk lxde(2);
   lxde.startWith(lxde.before);
-  const std::string settings = lxde.settings();
+  const std::string settings = lxde.backdrops();
   lxde.program().press();
   lxde.toggle();
-  EXPECT_TRUE(lxde.settles(settings)) << lxde.settings();
+  EXPECT_TRUE(lxde.settles(settings)) << lxde.backdrops();
   EXPECT_TRUE(lxde.shows(0, kRed));
 }
 
@@ -116,7 +116,7 @@ TEST(LxdeSwap, WhatTheUserChangesMeanwhileStaysAndASingleMonitorNeedsNoNewStart)
   LxdeDesk lxde(1);
   lxde.startWith(lxde.before);
   lxde.swap();
-  (void)lxde.run({"pcmanfm", "--wallpaper-mode=stretch"});
+  lxde.mustRun({"pcmanfm", "--wallpaper-mode=stretch"});
   ASSERT_TRUE(lxde.stores("wallpaper_mode=stretch"));
   lxde.toggle();
   EXPECT_TRUE(lxde.shows(0, kRed));
@@ -125,17 +125,17 @@ TEST(LxdeSwap, WhatTheUserChangesMeanwhileStaysAndASingleMonitorNeedsNoNewStart)
 
   // A colour needs another mode for the picture, unless the user has chosen one by then.
   for (const bool isChosen : {false, true}) {
-    (void)lxde.run({"pcmanfm", "--wallpaper-mode=color"});
+    lxde.mustRun({"pcmanfm", "--wallpaper-mode=color"});
     ASSERT_TRUE(lxde.stores("wallpaper_mode=color"));
     lxde.swap();
     EXPECT_TRUE(lxde.stores("wallpaper_mode=crop"));
-    if (isChosen) (void)lxde.run({"pcmanfm", "--wallpaper-mode=center"});
+    if (isChosen) lxde.mustRun({"pcmanfm", "--wallpaper-mode=center"});
     ASSERT_TRUE(lxde.stores(isChosen ? "wallpaper_mode=center" : "wallpaper_mode=crop"));
     lxde.toggle();
     EXPECT_TRUE(lxde.stores(isChosen ? "wallpaper_mode=center" : "wallpaper_mode=color"));
     EXPECT_TRUE(lxde.stores("wallpaper=" + lxde.old + "\n"));
   }
-  EXPECT_TRUE(lxde.desk().icons().running());
+  EXPECT_TRUE(lxde.icons().running());
 }
 
 TEST(LxdeSwap, FileNameThatTheDesktopWouldLoseIsRefused) {
@@ -158,7 +158,7 @@ TEST_P(HungLxdeDesktop, FollowsWhenItGoesOnAndWhatItWasToldLastCounts) {
   lxde.hold(true);
   lxde.toggle();
   ASSERT_TRUE(lxde.complainsOfSilence());
-  EXPECT_TRUE(lxde.desk().icons().running());
+  EXPECT_TRUE(lxde.icons().running());
   if (!endsSwapped) lxde.toggle();
   lxde.hold(false);
   if (endsSwapped) {
@@ -166,7 +166,7 @@ TEST_P(HungLxdeDesktop, FollowsWhenItGoesOnAndWhatItWasToldLastCounts) {
     lxde.toggle();
   }
   EXPECT_TRUE(lxde.shows(0, kRed));
-  EXPECT_TRUE(lxde.desk().until([&] { return lxde.stored() == lxde.before; }));
+  EXPECT_TRUE(lxde.until([&] { return lxde.stored() == lxde.before; }));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // What holds for the pictures of every desktop, over one that lives in memory.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QDBusConnection>
 #include <QFile>

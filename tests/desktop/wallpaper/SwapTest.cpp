@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <fstream>
 #include <ostream>
 
@@ -31,7 +32,7 @@ void PrintTo(const Start& row, std::ostream* stream) {
 
 void writeXfce(const WallpaperDesk& desk, int monitor, int workspace, const std::string& key,
                const std::string& type, const std::string& value) {
-  harness::setXfconf(desk.desk(), "xfce4-desktop",
+  harness::setXfconf(desk, "xfce4-desktop",
                      "/backdrop/screen0/monitorVNC-" + std::to_string(monitor) + "/workspace" +
                          std::to_string(workspace) + "/" + key,
                      type, value);
@@ -57,8 +58,7 @@ void startXfceSlideShowAndColour(WallpaperDesk& desk) {
 
 void startXfceWorkspaces(WallpaperDesk& desk) {
   startXfcePictures(desk);
-  harness::setXfconf(desk.desk(), "xfce4-desktop", "/backdrop/single-workspace-mode", "bool",
-                     "false");
+  harness::setXfconf(desk, "xfce4-desktop", "/backdrop/single-workspace-mode", "bool", "false");
   writeXfce(desk, 0, 1, "last-image", "string", desk.picture("b.png", kBlue));
   writeXfce(desk, 1, 2, "image-style", "int", "0");
 }
@@ -66,7 +66,7 @@ void startXfceWorkspaces(WallpaperDesk& desk) {
 void startNothing(WallpaperDesk&) {}
 
 void writeMate(const WallpaperDesk& desk, const char* key, const std::string& value) {
-  (void)desk.run({"gsettings", "set", "org.mate.background", key, value});
+  desk.mustRun({"gsettings", "set", "org.mate.background", key, value});
 }
 
 void startMateColour(WallpaperDesk& desk) {
@@ -76,7 +76,7 @@ void startMateColour(WallpaperDesk& desk) {
 }
 
 void startMateSlideShow(WallpaperDesk& desk) {
-  const std::string list = desk.desk().home().home() / "show.xml";
+  const std::string list = desk.home().home() / "show.xml";
   std::ofstream(list) << "<background><static><duration>9999</duration><file>"
                       << desk.picture("one.png", kRed) << "</file></static></background>";
   writeMate(desk, "picture-filename", list);
@@ -84,56 +84,55 @@ void startMateSlideShow(WallpaperDesk& desk) {
 }
 
 void startLxqtColour(WallpaperDesk& desk) {
-  desk.desk().home().writeConfig("pcmanfm-qt/lxqt/settings.conf",
-                                 "[Desktop]\nBgColor=#2040c0\nWallpaperMode=none\n");
+  desk.home().writeConfig("pcmanfm-qt/lxqt/settings.conf",
+                          "[Desktop]\nBgColor=#2040c0\nWallpaperMode=none\n");
 }
 
 void startLxde(WallpaperDesk& desk) {
   const std::string texts[] = {"stretch\nwallpaper=" + desk.picture("old \"1\" %20.png", kRed),
                                "color\nwallpaper=" + desk.picture("unseen.png", kGreen)};
   for (const int monitor : {0, 1}) {
-    desk.desk().home().writeConfig(
-        "pcmanfm/default/desktop-items-" + std::to_string(monitor) + ".conf",
-        "[*]\nwallpaper_mode=" + texts[monitor] +
-            "\nwallpaper_common=1\ndesktop_bg=#2040c0\ndesktop_fg=#ffffff\n");
+    desk.home().writeConfig("pcmanfm/default/desktop-items-" + std::to_string(monitor) + ".conf",
+                            "[*]\nwallpaper_mode=" + texts[monitor] +
+                                "\nwallpaper_common=1\ndesktop_bg=#2040c0\ndesktop_fg=#ffffff\n");
   }
 }
 
 /// As many set a photograph.
 void gradate(const WallpaperDesk& desk) {
-  (void)desk.run({"hsetroot", "-add", "#2040c0", "-add", "#c02020", "-gradient", "45"});
+  desk.mustRun({"hsetroot", "-add", "#2040c0", "-add", "#c02020", "-gradient", "45"});
 }
 
 void startRootPhotograph(WallpaperDesk& desk) {
-  desk.desk().server().setMonitors(kThree);
+  desk.server().setMonitors(kThree);
   gradate(desk);
   // A clock, which is no desktop.
-  desk.desk().openDesktopWindow({1000, 40, 200, 120}, kBlue);
+  desk.openDesktopWindow({1000, 40, 200, 120}, kBlue);
 }
 
 void startRootColour(WallpaperDesk& desk) {
-  (void)desk.run({"xsetroot", "-solid", "#2040c0"});
+  desk.mustRun({"xsetroot", "-solid", "#2040c0"});
 }
 
 void startRootColourOverAPicture(WallpaperDesk& desk) {
-  (void)desk.run({"hsetroot", "-solid", "#c02020"});
+  desk.mustRun({"hsetroot", "-solid", "#c02020"});
   startRootColour(desk);
 }
 
 void startRootPattern(WallpaperDesk& desk) {
-  (void)desk.run({"xsetroot", "-mod", "16", "24", "-fg", "#2040c0", "-bg", "#c02020"});
+  desk.mustRun({"xsetroot", "-mod", "16", "24", "-fg", "#2040c0", "-bg", "#c02020"});
 }
 
 void startRootUnnamed(WallpaperDesk& desk) {
   gradate(desk);
-  (void)desk.run({"xprop", "-root", "-remove", "_XROOTPMAP_ID", "-remove", "ESETROOT_PMAP_ID"});
+  desk.mustRun({"xprop", "-root", "-remove", "_XROOTPMAP_ID", "-remove", "ESETROOT_PMAP_ID"});
 }
 
 void startRootForFewerMonitors(WallpaperDesk& desk) {
-  const std::vector<Rect> both = desk.desk().server().monitors();
-  desk.desk().server().setMonitors({both.front()});
+  const std::vector<Rect> both = desk.server().monitors();
+  desk.server().setMonitors({both.front()});
   gradate(desk);
-  desk.desk().server().setMonitors(both);
+  desk.server().setMonitors(both);
 }
 
 constexpr DesktopIcons kXfce = DesktopIcons::Xfdesktop;
@@ -172,22 +171,22 @@ TEST_P(SwapFrom, EverythingComesBack) {
   WallpaperDesk desk(GetParam().icons, {.depth = GetParam().depth});
   GetParam().prepare(desk);
   desk.startIcons();
-  const std::vector<Image> before = desk.monitors();
+  const std::vector<Image> before = desk.settledMonitors();
   desk.launch();
-  const std::string settings = GetParam().settingsComeBack ? desk.settings() : std::string();
+  const std::string settings = GetParam().settingsComeBack ? desk.backdrops() : std::string();
   desk.swap();
-  const harness::XConnection& x = desk.desk().x();
+  const harness::XConnection& x = desk.x();
   for (const std::uint32_t workspace : {1U, 0U}) {
     x.askWindowManager(x.root(), "_NET_CURRENT_DESKTOP", {workspace, 0});
     ASSERT_TRUE(
-        desk.desk().until([&] { return x.number(x.root(), "_NET_CURRENT_DESKTOP") == workspace; }));
+        desk.until([&] { return x.number(x.root(), "_NET_CURRENT_DESKTOP") == workspace; }));
     EXPECT_TRUE(desk.shows(0, kYellow)) << workspace;
   }
   desk.toggle();
   if (GetParam().settingsComeBack) {
-    EXPECT_TRUE(desk.settles(settings)) << desk.settings() << "\nafter\n" << settings;
+    EXPECT_TRUE(desk.settles(settings)) << desk.backdrops() << "\nafter\n" << settings;
   }
-  EXPECT_TRUE(desk.desk().until([&] { return desk.monitors() == before; }));
+  EXPECT_TRUE(desk.until([&] { return desk.settledMonitors() == before; }));
   EXPECT_EQ(desk.program().printed(), "");
 }
 
@@ -202,7 +201,7 @@ TEST(XfceSwap, WhatTheUserChangesMeanwhileStaysAndOnlyWhatWasChangedForThePictur
   writeXfce(xfce, 1, 0, "image-style", "int", "3");
   writeXfce(xfce, 0, 2, "image-style", "int", "1");
   xfce.toggle();
-  const std::string settings = xfce.settings();
+  const std::string settings = xfce.backdrops();
   for (const char* line :
        {"VNC-1/workspace0/image-style +3", "VNC-0/workspace2/image-style +1",
         "VNC-1/workspace1/image-style +0", "VNC-0/workspace2/backdrop-cycle-enable +true",
@@ -215,16 +214,16 @@ TEST(XfceSwap, UnpluggedMonitorGetsItsPictureBackTooAndAnAbsentKeyIsAbsentAgain)
   startXfcePictures(xfce);
   xfce.startIcons();
   for (const char* key : {"image-style", "last-image"}) {
-    (void)xfce.run({"xfconf-query", "-c", "xfce4-desktop", "-r", "-p",
-                    "/backdrop/screen0/monitorVNC-1/workspace3/" + std::string(key)});
+    xfce.mustRun({"xfconf-query", "-c", "xfce4-desktop", "-r", "-p",
+                  "/backdrop/screen0/monitorVNC-1/workspace3/" + std::string(key)});
   }
   xfce.launch();
-  const std::string settings = xfce.settings();
+  const std::string settings = xfce.backdrops();
   xfce.swap();
-  xfce.desk().server().setMonitors({xfce.desk().server().monitors().front()});
+  xfce.server().setMonitors({xfce.server().monitors().front()});
   xfce.toggle();
   EXPECT_TRUE(xfce.shows(0, kRed));
-  EXPECT_TRUE(xfce.settles(settings)) << xfce.settings();
+  EXPECT_TRUE(xfce.settles(settings)) << xfce.backdrops();
 }
 
 TEST(XfceSwap, OneReadingServesATurn) {
@@ -232,8 +231,8 @@ TEST(XfceSwap, OneReadingServesATurn) {
   startXfcePictures(xfce);
   xfce.startIcons();
   xfce.launch();
-  const auto bus = xfce.desk().start(
-      {"dbus-monitor", "--session", "path='/org/xfce/Xfconf',arg0='xfce4-desktop'"});
+  const auto bus =
+      xfce.start({"dbus-monitor", "--session", "path='/org/xfce/Xfconf',arg0='xfce4-desktop'"});
   ASSERT_TRUE(bus->waitForLine("member=NameLost"));
   xfce.swap();
   const auto next = [&] { return bus->waitForLine("method call").value_or("nothing"); };
@@ -249,10 +248,10 @@ TEST(XfceSwap, DesktopThatStartsLaterOrIsReplacedIsFound) {
   desk.launch();
   for (int round = 0; round < 3; ++round) {
     if (round > 0) desk.startIcons();
-    const std::vector<Image> before = desk.monitors();
+    const std::vector<Image> before = desk.settledMonitors();
     desk.swap();
     desk.toggle();
-    EXPECT_TRUE(desk.desk().until([&] { return desk.monitors() == before; })) << round;
+    EXPECT_TRUE(desk.until([&] { return desk.settledMonitors() == before; })) << round;
   }
 }
 
@@ -262,14 +261,20 @@ TEST(MateSwap, HungSettingsServiceIsNotWaitedForAndNothingChanges) {
   WallpaperDesk mate(kMate);
   mate.startIcons();
   writeMate(mate, "primary-color", "#20a040");
-  const std::string settings = mate.settings();
+  const std::string settings = mate.backdrops();
   mate.launch();
-  mate.hold("ca.desrt.dconf", true);
+  const std::string told =
+      mate.bus()
+          .call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.GetConnectionUnixProcessID",
+                {"string:ca.desrt.dconf"})
+          .value();
+  const pid_t service = std::stoi(told.substr(told.rfind(' ')));
+  ::kill(service, SIGSTOP);
   mate.program().press();
-  for ([[maybe_unused]] const Rect& monitor : mate.desk().server().monitors())
+  for ([[maybe_unused]] const Rect& monitor : mate.server().monitors())
     EXPECT_TRUE(mate.program().process().waitForLine("does not answer"));
-  mate.hold("ca.desrt.dconf", false);
-  EXPECT_TRUE(mate.settles(settings)) << mate.settings() << "\nbefore\n" << settings;
+  ::kill(service, SIGCONT);
+  EXPECT_TRUE(mate.settles(settings)) << mate.backdrops() << "\nbefore\n" << settings;
 }
 
 // --- Where nobody could see it ---
@@ -334,14 +339,14 @@ TEST(RootSwap, TheServerGetsItsMemoryBack) {
     bare.toggle();
   };
   round();
-  const pid_t server = bare.desk().server().process().pid();
+  const pid_t server = bare.server().process().pid();
   const long memory = residentMemory(server);
   for (int more = 0; more < 3; ++more) round();
   // Copies that stay would have been three by now; what a server holds beside them comes and goes.
   constexpr long kAPicture = 3104L * 720 * 4 / 4096;
   EXPECT_LT(residentMemory(server), memory + kAPicture * 3 / 2);
   // The next setter frees ours as it frees any other's.
-  (void)bare.run({"hsetroot", "-solid", "#2040c0"});
+  bare.mustRun({"hsetroot", "-solid", "#2040c0"});
   EXPECT_TRUE(bare.shows(0, kBlue));
 }
 

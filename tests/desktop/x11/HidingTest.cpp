@@ -161,10 +161,7 @@ TEST_P(HidingTest, ManyWindowsCostFewRequestsAndNoneWhileTheyAreAskedFor) {
 }
 
 TEST_P(HidingTest, AManagerThatDiesIsNotWaitedForAndTheNextOneIsAsked) {
-  Windows three;
-  for (const char* name : {"A", "B", "C"}) {
-    three.push_back(desk.open({.name = name, .className = name}));
-  }
+  const Windows three = desk.openThree();
   desk.startProgram();
   ASSERT_EQ(desk.list().size(), 1 + three.size());
   // It dies before it has done anything about what was asked, and another one comes.
@@ -210,10 +207,7 @@ TEST(MutterTest, WindowsOfAMonitorWithoutWorkspacesDoNotBecomeThoseOfAll) {
 
 TEST(FluxboxTest, ItsTurnThatNeverComesHoldsNothingUp) {
   HidingDesk desk(WindowManager::Fluxbox);
-  Windows windows;
-  for (const char* name : {"A", "B", "C"}) {
-    windows.push_back(desk.open({.name = name, .className = name}));
-  }
+  const Windows windows = desk.openThree();
   desk.startProgram();
   // One that is busy gets ten seconds.
   constexpr std::chrono::seconds kPatience{8};
