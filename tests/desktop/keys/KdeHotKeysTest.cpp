@@ -36,23 +36,22 @@ class KdeHotKeys : public testing::Test {
 
   void startService() {
     service = keys.desk().start({serviceProgram()});
-    const auto answers = [&] {
-      return keys.desk().bus().call(kService, kServicePath, "org.freedesktop.DBus.Peer.Ping", {});
-    };
-    ASSERT_TRUE(keys.until([&] { return keys.desk().bus().hasOwner(kService) && answers(); }));
+    ASSERT_TRUE(keys.until([&] {
+      return bus.hasOwner(kService) &&
+             bus.call(kService, kServicePath, "org.freedesktop.DBus.Peer.Ping", {});
+    }));
   }
   /// What the settings page lists of ours.
   [[nodiscard]] std::string listed() {
-    return keys.desk()
-        .bus()
+    return bus
         .call(kService, "/component/calmdeck", "org.kde.kglobalaccel.Component.allShortcutInfos",
               {})
         .value_or("");
   }
   [[nodiscard]] bool isTaken() {
-    const auto answer = keys.desk().bus().call(kService, kServicePath,
-                                               "org.kde.KGlobalAccel.isGlobalShortcutAvailable",
-                                               {std::string("int32:") + kKey, "string:other"});
+    const auto answer =
+        bus.call(kService, kServicePath, "org.kde.KGlobalAccel.isGlobalShortcutAvailable",
+                 {std::string("int32:") + kKey, "string:other"});
     return answer && answer->find("boolean false") != std::string::npos;
   }
 
@@ -75,6 +74,7 @@ class KdeHotKeys : public testing::Test {
 
   std::optional<KeysDesk> program{std::in_place, "KDE"};
   KeysDesk& keys = *program;
+  harness::SessionBus& bus = keys.desk().bus();
   std::unique_ptr<harness::Process> service;
 };
 
@@ -107,9 +107,9 @@ TEST_F(KdeHotKeys, PressesThatKeepTheServiceWaitingAreReportedOnceEach) {
 
 TEST_F(KdeHotKeys, KeysGivenOnTheSettingsPageCountUntilTheNextRegistration) {
   ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
-  ASSERT_TRUE(keys.desk().bus().call(
-      kService, kServicePath, "org.kde.KGlobalAccel.setForeignShortcut",
-      {"array:string:calmdeck,Control+Alt+p,Calmdeck,Shortcut", "array:int32:201326681"}));
+  ASSERT_TRUE(
+      bus.call(kService, kServicePath, "org.kde.KGlobalAccel.setForeignShortcut",
+               {"array:string:calmdeck,Control+Alt+p,Calmdeck,Shortcut", "array:int32:201326681"}));
   EXPECT_FALSE(isTaken());
   tap({kControl, kAlt, kY});
   EXPECT_TRUE(keys.hears({"pressed 1", "released 1"}));
@@ -122,7 +122,6 @@ TEST_F(KdeHotKeys, KeysGivenOnTheSettingsPageCountUntilTheNextRegistration) {
 
 TEST_F(KdeHotKeys, WhatAnotherProgramOfKdeHasIsRefused) {
   const std::string identity = "array:string:other,x,Other,X";
-  harness::SessionBus& bus = keys.desk().bus();
   ASSERT_TRUE(bus.call(kService, kServicePath, "org.kde.KGlobalAccel.doRegister", {identity}));
   ASSERT_TRUE(bus.call(kService, kServicePath, "org.kde.KGlobalAccel.setShortcut",
                        {identity, std::string("array:int32:") + kKey, "uint32:6"}));
@@ -133,14 +132,14 @@ TEST_F(KdeHotKeys, WhatAnotherProgramOfKdeHasIsRefused) {
 TEST_F(KdeHotKeys, AServiceThatStartsAnewIsToldAgain) {
   ASSERT_EQ(keys.registers(1, kVK_ANSI_P, kControlAlt), noErr);
   service->kill();
-  ASSERT_TRUE(keys.until([&] { return !keys.desk().bus().hasOwner(kService); }));
+  ASSERT_TRUE(keys.until([&] { return !bus.hasOwner(kService); }));
   startService();
   ASSERT_TRUE(keys.until([&] { return isTaken(); }));
   EXPECT_TRUE(pressIsReported(0));
 }
 
 TEST_F(KdeHotKeys, TheyAreNobodysWhenTheProgramHasEnded) {
-  const auto areActive = [&bus = keys.desk().bus()] {
+  const auto areActive = [this] {
     const auto told =
         bus.call(kService, "/component/calmdeck", "org.kde.kglobalaccel.Component.isActive", {});
     return told && told->find("true") != std::string::npos;
