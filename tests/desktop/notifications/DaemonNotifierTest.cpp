@@ -142,6 +142,8 @@ TEST_F(DaemonNotifierTest, AnotherDaemonIsNotAskedToReplaceAnything) {
       ASSERT_TRUE(sender.show("lost with the daemon"));
       ASSERT_TRUE(soon([&] { return daemon->calls.back().summary.startsWith("lost"); }));
     }
+    daemon.reset();
+    ASSERT_TRUE(sender.settles(State::None)) << "or it would be taken for the one before";
     startDaemon();
     ASSERT_TRUE(sender.settles(State::Known));
     show(sender, "Mic unmuted");
