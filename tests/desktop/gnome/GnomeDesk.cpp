@@ -181,7 +181,7 @@ void GnomeDesk::setMonitors(int count) {
     arguments.insert(arguments.begin(),
                      {"gdbus", "call", "--session", "--dest", "org.gnome.Mutter.DisplayConfig",
                       "--object-path", "/org/gnome/Mutter/DisplayConfig", "--method"});
-    return mustRun(std::move(arguments));
+    return outputOf(std::move(arguments));
   };
   const std::string name = "org.gnome.Mutter.DisplayConfig.";
   const std::string state = gdbus({name + "GetCurrentState"});
@@ -195,7 +195,7 @@ void GnomeDesk::setMonitors(int count) {
               (i == 0 ? "true" : "false") + ",[(" + quoted((*found)[1]) + "," +
               quoted((*found)[2]) + ",{})])";
   }
-  gdbus({name + "ApplyMonitorsConfig", serial[1], "1", "[" + wanted + "]", "{}"});
+  (void)gdbus({name + "ApplyMonitorsConfig", serial[1], "1", "[" + wanted + "]", "{}"});
 }
 
 bool GnomeDesk::hasIcons(int monitor) {
@@ -220,7 +220,7 @@ void GnomeDesk::lock(bool isLocked) {
 }
 
 bool GnomeDesk::isTurnedOff(const std::string& uuid) const {
-  return mustRun({"gsettings", "get", "org.gnome.shell", "disabled-extensions"}).find(uuid) !=
+  return outputOf({"gsettings", "get", "org.gnome.shell", "disabled-extensions"}).find(uuid) !=
          std::string::npos;
 }
 
