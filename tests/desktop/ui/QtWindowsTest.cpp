@@ -87,7 +87,7 @@ TEST_F(QtWindowsTest, WhatStandsInForAPopoverBecomesItWhenTheTrayIsALittleLate) 
   ASSERT_EQ(shown()->chrome(), Chrome::OrdinaryWithMenu);
   item.shown = true;
   windows.statusItemsChanged();
-  EXPECT_TRUE(until([this] { return shown() != nullptr && isPopover(shown()->chrome()); }));
+  EXPECT_TRUE(until([] { return shown() != nullptr && isPopover(shown()->chrome()); }));
   EXPECT_TRUE(until([this] { return window->isKeyWindow(); }));
 }
 
