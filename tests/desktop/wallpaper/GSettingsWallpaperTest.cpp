@@ -137,7 +137,7 @@ class GSettingsTest : public PrivateBusTest {
 
   /// A picture of that name; where it is.
   static QString saved(const char* name) {
-    const QString path = folder().filePath(QLatin1String(name));
+    QString path = folder().filePath(QLatin1String(name));
     EXPECT_TRUE(QImage(9, 9, QImage::Format_RGB32).save(path));
     return path;
   }
@@ -233,7 +233,7 @@ QString timetable() {
                "<size width=\"800\" height=\"600\">/%2.png</size></%1>")
         .arg(QLatin1String(tag), QLatin1String(name));
   };
-  const QString path = folder().filePath("day.xml");
+  QString path = folder().filePath("day.xml");
   QFile file(path);
   EXPECT_TRUE(file.open(QIODevice::WriteOnly));
   file.write(QStringLiteral("<background><starttime><year>2020</year><month>3</month><day>1</day>"
