@@ -307,7 +307,11 @@ void WaylandDesk::reload() {
 // --- Programs ---
 
 void WaylandDesk::startBar(std::size_t output, Edge edge) {
-  bar_.reset();
+  if (bar_) {
+    bar_.reset();
+    // A screen without viewers is drawn once a second by some servers.
+    (void)until([&] { return screen_->area(barArea_) == withoutBar_; });
+  }
   const WaylandOutput place = outputs().at(output);
   home().writeConfig("waybar/config", filled(textOf(HARNESS_FOLDER "/panels/waybar.json"),
                                              {{"monitor", place.name},
@@ -315,9 +319,9 @@ void WaylandDesk::startBar(std::size_t output, Edge edge) {
   home().writeConfig("waybar/style.css", "window#waybar { background: #303030; }\n");
   barArea_ = {place.area.x, edge == Edge::Top ? 0 : kOutputHeight - kBarThickness, kOutputWidth,
               kBarThickness};
-  const Image bare = screen_->area(barArea_);
+  withoutBar_ = screen_->area(barArea_);
   bar_ = start({"waybar"});
-  const auto standing = [&] { return screen_->area(barArea_) != bare; };
+  const auto standing = [&] { return screen_->area(barArea_) != withoutBar_; };
   require(until(standing) && until([&] { return bus().hasTrayHost(); }), "waybar", *bar_);
   (void)screen_->settled(barArea_, 200ms);
 }
