@@ -23,6 +23,7 @@ namespace {
 
 constexpr const char* kStarted = "compositor-started";
 constexpr int kBarThickness = 32;
+constexpr std::uint32_t kBarColour = 0x303030;
 
 // Started by the compositor once it is up: the only one that knows what others find it by.
 void writeStartScript(const fs::path& script) {
@@ -310,7 +311,10 @@ void WaylandDesk::startBar(std::size_t output, Edge edge) {
   if (bar_) {
     bar_.reset();
     // A screen without viewers is drawn once a second by some servers.
-    (void)until([&] { return screen_->area(barArea_) == withoutBar_; });
+    const int x = barArea_.x + barArea_.width / 2;
+    const int y = barArea_.y + barArea_.height / 2;
+    const bool isGone = until([&] { return screen_->pixel(x, y) != kBarColour; });
+    if (!isGone) throw std::runtime_error("the bar before stays on the screen");
   }
   const WaylandOutput place = outputs().at(output);
   home().writeConfig("waybar/config", filled(textOf(HARNESS_FOLDER "/panels/waybar.json"),
@@ -319,9 +323,9 @@ void WaylandDesk::startBar(std::size_t output, Edge edge) {
   home().writeConfig("waybar/style.css", "window#waybar { background: #303030; }\n");
   barArea_ = {place.area.x, edge == Edge::Top ? 0 : kOutputHeight - kBarThickness, kOutputWidth,
               kBarThickness};
-  withoutBar_ = screen_->area(barArea_);
+  const Image bare = screen_->area(barArea_);
   bar_ = start({"waybar"});
-  const auto standing = [&] { return screen_->area(barArea_) != withoutBar_; };
+  const auto standing = [&] { return screen_->area(barArea_) != bare; };
   require(until(standing) && until([&] { return bus().hasTrayHost(); }), "waybar", *bar_);
   (void)screen_->settled(barArea_, 200ms);
 }

@@ -116,7 +116,6 @@ class WaylandDesk final : public Desk {
   std::unique_ptr<WaylandClient> client_;
   std::unique_ptr<Process> bar_;
   Rect barArea_;
-  Image withoutBar_;  // that area, as it was before
   std::vector<std::unique_ptr<ForeignWindow>> windows_;
 };
 
