@@ -41,6 +41,7 @@ class XContractDesk final : public LinuxContractDesk {
 
   void setMonitors(const std::vector<platform::NSSize>& sizes) override {
     std::vector<Rect> monitors;
+    monitors.reserve(sizes.size());
     for (const auto& [width, height] : sizes) {
       monitors.push_back({monitors.empty() ? 0 : monitors.back().right(), 0,
                           static_cast<int>(width), static_cast<int>(height)});
