@@ -96,19 +96,19 @@ double percentApart(const QImage& picture, const harness::Image& screen) {
 /// A desktop and its styles.
 struct Desktop {
   const char* name;
-  DesktopIcons icons;
   std::vector<const char*> styles;
+  DesktopIcons icons;
   bool onEach = false;
 };
 
 const Desktop kDesktops[] = {
     {"PcManFm",
-     DesktopIcons::Pcmanfm,
-     {"stretch", "fit", "center", "tile", "crop", "screen", "color"}},
-    {"PcManFmQt", DesktopIcons::PcmanfmQt, {"stretch", "fit", "center", "tile", "zoom", "none"}},
-    {"PcManFmQtPerMonitor", DesktopIcons::PcmanfmQt, {"fit", "tile", "zoom"}, true},
-    {"Xfce", DesktopIcons::Xfdesktop, {"1", "2", "3", "4", "5", "6", "0"}},
-    {"Mate", DesktopIcons::Caja, {"wallpaper", "centered", "scaled", "stretched", "spanned"}},
+     {"stretch", "fit", "center", "tile", "crop", "screen", "color"},
+     DesktopIcons::Pcmanfm},
+    {"PcManFmQt", {"stretch", "fit", "center", "tile", "zoom", "none"}, DesktopIcons::PcmanfmQt},
+    {"PcManFmQtPerMonitor", {"fit", "tile", "zoom"}, DesktopIcons::PcmanfmQt, true},
+    {"Xfce", {"1", "2", "3", "4", "5", "6", "0"}, DesktopIcons::Xfdesktop},
+    {"Mate", {"wallpaper", "centered", "scaled", "stretched", "spanned"}, DesktopIcons::Caja},
 };
 
 struct Look {
