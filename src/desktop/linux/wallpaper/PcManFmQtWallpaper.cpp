@@ -135,7 +135,7 @@ constexpr std::array kReleases{
 const Release& releaseOf(qint64 pid) {
   const auto* last = std::prev(kReleases.end());
   return *std::find_if(kReleases.begin(), last,
-                       [&](const Release& release) { return hasLoaded(pid, release.library); });
+                       [&](const Release& each) { return hasLoaded(pid, each.library); });
 }
 
 qint64 processOf(const DesktopWindow& window) {
