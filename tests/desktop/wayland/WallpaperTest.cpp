@@ -59,9 +59,9 @@ class SwayPictureTest : public testing::Test, public PicturesDesk {
  protected:
   SwayPictureTest() : PicturesDesk(Compositor::Sway) {}
 
-  /// Blue in the mode, over the red of sway's configuration.
-  void swap() {
-    configureForGood("output * bg '" + desk.picture("theirs.png", kRed) + "' fill");
+  /// Blue in the mode, over the red of sway's configuration, which has these lines before.
+  void swap(const std::string& further = {}) {
+    configureForGood(further + "output * bg '" + desk.picture("theirs.png", kRed) + "' fill");
     ASSERT_TRUE(shows(kRed, kRed));
     launchWith(desk.picture("ours.png", kBlue));
     toggle();
@@ -119,12 +119,7 @@ TEST_F(SwayPictureTest, OutputsAreSwaysAlsoWhileItsSwaybgTakesTimeToStart) {
   const fs::path slow = desk.home().home() / "slow";
   std::ofstream(slow) << "#!/bin/sh\nsleep 0.5\nexec swaybg \"$@\"\n";
   fs::permissions(slow, fs::perms::owner_all | fs::perms::others_exec | fs::perms::others_read);
-  configureForGood("swaybg_command " + slow.string() + "\noutput * bg '" +
-                   desk.picture("theirs.png", kRed) + "' fill");
-  ASSERT_TRUE(shows(kRed, kRed));
-  launchWith(desk.picture("ours.png", kBlue));
-  toggle();
-  EXPECT_TRUE(shows(kBlue, kBlue));
+  ASSERT_NO_FATAL_FAILURE(swap("swaybg_command " + slow.string() + "\n"));
   toggle();
   EXPECT_TRUE(shows(kRed, kRed));
 }
